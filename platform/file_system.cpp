@@ -1,0 +1,35 @@
+#include "platform/file_system.h"
+
+namespace korvadex {
+
+std::string DescribeFault(FileFault fault) {
+    switch (fault) {
+    case FileFault::None:
+        return "no problem";
+    case FileFault::NotFound:
+        return "it was not found";
+    case FileFault::Exists:
+        return "a file or directory of that name is already there";
+    case FileFault::NotEmpty:
+        return "the directory is not empty";
+    case FileFault::Denied:
+        return "access was denied";
+    case FileFault::ReadOnlyDisk:
+        return "the disk is in READ ONLY mode";
+    case FileFault::InUse:
+        return "another program is using it";
+    case FileFault::DiskFull:
+        return "the disk is full";
+    case FileFault::OtherVolume:
+        return "it lies on another drive";
+    case FileFault::BadName:
+        return "the name cannot be stored on this disk";
+    case FileFault::IsLink:
+        return "it is a link to another place";
+    case FileFault::Failed:
+        break;
+    }
+    return "the disk reported an error";
+}
+
+} // namespace korvadex

@@ -1,0 +1,583 @@
+#include "platform/drive_map_posix.h"
+#include "platform/file_system.h"
+#include "platform/host_names_posix.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace korvadex {
+
+namespace {
+
+// Where Wine and Samba keep hidden, system and archive; carried along by every copy.
+constexpr const char* DosAttributes = "user.DOSATTRIB";
+
+FileFault FaultOf(int code) {
+    switch (code) {
+    case 0:
+        return FileFault::None;
+    case ENOENT:
+    case ENOTDIR:
+        return FileFault::NotFound;
+    case EEXIST:
+        return FileFault::Exists;
+    case ENOTEMPTY:
+        return FileFault::NotEmpty;
+    case EACCES:
+    case EPERM:
+        return FileFault::Denied;
+    case EROFS:
+        return FileFault::ReadOnlyDisk;
+    case EBUSY:
+    case ETXTBSY:
+        return FileFault::InUse;
+    case ENOSPC:
+    case EDQUOT:
+        return FileFault::DiskFull;
+    case EXDEV:
+        return FileFault::OtherVolume;
+    case ENAMETOOLONG:
+    case EILSEQ:
+        return FileFault::BadName;
+    case ELOOP:
+        return FileFault::IsLink;
+    default:
+        return FileFault::Failed;
+    }
+}
+
+Status Failure(const std::string& path, int code = errno) {
+    return {FaultOf(code), path, code};
+}
+
+Status Outcome(int result, const std::string& path) {
+    return result == 0 ? Status{} : Failure(path);
+}
+
+class Descriptor {
+  public:
+    explicit Descriptor(int descriptor = -1) : number(descriptor) {}
+    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+    Descriptor& operator=(Descriptor&&) = delete;
+    ~Descriptor() {
+        if (number >= 0)
+            close(number);
+    }
+    explicit operator bool() const { return number >= 0; }
+    int get() const { return number; }
+    // The result of close(), which may report a write that came to nothing.
+    int Close() { return close(std::exchange(number, -1)); }
+
+  private:
+    int number;
+};
+
+FileTime TimeOf(const timespec& time) {
+    return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+timespec TimeOf(FileTime time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    return {static_cast<time_t>(seconds.time_since_epoch().count()),
+            static_cast<long>((time - seconds).count())};
+}
+
+FileInfo InfoOf(const struct stat& info) {
+    FileInfo result;
+    // Sockets and pipes are nothing to open either: they count as links.
+    result.kind = S_ISREG(info.st_mode)   ? EntryKind::File
+                  : S_ISDIR(info.st_mode) ? EntryKind::Directory
+                                          : EntryKind::Link;
+    result.size = result.kind == EntryKind::File ? static_cast<std::uint64_t>(info.st_size) : 0;
+    result.time = TimeOf(info.st_mtim);
+    result.readOnly = result.kind == EntryKind::File && (info.st_mode & S_IWUSR) == 0;
+    return result;
+}
+
+Result<Descriptor> OpenRegular(const std::string& hostPath, const std::string& path) {
+    Descriptor file(open(hostPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!file)
+        return Failure(path);
+    struct stat info {};
+    if (fstat(file.get(), &info) != 0)
+        return Failure(path);
+    if (!S_ISREG(info.st_mode))
+        return Status{S_ISDIR(info.st_mode) ? FileFault::Failed : FileFault::IsLink, path, 0};
+    return file;
+}
+
+Status WriteAll(int file, std::span<const std::byte> bytes, const std::string& path) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return Failure(path);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+class PosixInput : public InputFile {
+  public:
+    PosixInput(Descriptor opened, std::string name) : file(std::move(opened)), path(std::move(name)) {}
+    Result<std::size_t> Read(std::span<std::byte> buffer) override {
+        for (;;) {
+            const ssize_t count = read(file.get(), buffer.data(), buffer.size());
+            if (count >= 0)
+                return static_cast<std::size_t>(count);
+            if (errno != EINTR)
+                return Failure(path);
+        }
+    }
+
+  private:
+    Descriptor file;
+    std::string path;
+};
+
+class PosixOutput : public OutputFile {
+  public:
+    PosixOutput(Descriptor opened, std::string name) : file(std::move(opened)), path(std::move(name)) {}
+    Status Write(std::span<const std::byte> bytes) override { return WriteAll(file.get(), bytes, path); }
+    Status Close(bool flush) override {
+        if (flush && fsync(file.get()) != 0)
+            return Failure(path);
+        return Outcome(file.Close(), path);
+    }
+
+  private:
+    Descriptor file;
+    std::string path;
+};
+
+// Copies the rest of one file to another with what the system has for it, or through a buffer where it has
+// nothing.
+Status CopyContents(int from, int to, std::uint64_t size, const std::string& source,
+                    const std::string& target) {
+    std::uint64_t copied = 0;
+    while (copied < size) {
+        const ssize_t count =
+            copy_file_range(from, nullptr, to, nullptr, std::min<std::uint64_t>(size - copied, 1u << 30), 0);
+        if (count <= 0)
+            break;
+        copied += static_cast<std::uint64_t>(count);
+    }
+    // Not possible between these two, or the file has grown: the plain way goes on from where this stopped.
+    std::array<std::byte, 128 * 1024> buffer;
+    for (;;) {
+        const ssize_t count = read(from, buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return Failure(source);
+        if (count == 0)
+            return {};
+        if (auto status = WriteAll(to, std::span(buffer).first(static_cast<std::size_t>(count)), target);
+            !status)
+            return status;
+    }
+}
+
+void CopyDosAttributes(int from, int to) {
+    std::array<char, 64> value{};
+    const ssize_t length = fgetxattr(from, DosAttributes, value.data(), value.size());
+    if (length > 0)
+        static_cast<void>(fsetxattr(to, DosAttributes, value.data(), static_cast<std::size_t>(length), 0));
+}
+
+std::string ParentOf(const std::string& hostPath) {
+    const std::size_t slash = hostPath.rfind('/');
+    return slash == 0 || slash == std::string::npos ? "/" : hostPath.substr(0, slash);
+}
+
+void FlushDirectory(const std::string& hostPath) {
+    const Descriptor directory(open(hostPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory)
+        fsync(directory.get());
+}
+
+class DriveFileSystem : public FileSystem {
+  public:
+    explicit DriveFileSystem(DriveMap drives) : names(std::move(drives)) {}
+
+    Result<std::vector<DirectoryEntry>> List(const std::string& directory) const override;
+    Result<FileInfo> Info(const std::string& path) const override;
+    bool IsDirectory(const std::string& path) const override;
+    Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) const override;
+    Result<std::unique_ptr<OutputFile>> CreateNew(const std::string& path) override;
+    Status Copy(const std::string& from, const std::string& to) override;
+    Status Rename(const std::string& from, const std::string& to) override;
+    Status Replace(const std::string& from, const std::string& to) override;
+    Status Delete(const std::string& path) override;
+    Status CreateDirectory(const std::string& path) override;
+    Status RemoveDirectory(const std::string& path) override;
+    Status ClearAttributes(const std::string& path) override;
+    Status SetReadOnly(const std::string& path, bool readOnly) override;
+    Status SetTime(const std::string& path, FileTime time) override;
+    Status CopyAttributes(const std::string& from, const std::string& to) override;
+    Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
+    bool SameVolume(const std::string& a, const std::string& b) const override;
+    std::vector<std::string> Drives() const override;
+    std::string HostPath(const std::string& path) const override;
+    std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
+
+  private:
+    // The stored name of something that must be there.
+    Result<std::string> Existing(const std::string& path) const;
+    // The name for something that must not be there yet.
+    Result<std::string> Free(const std::string& path) const;
+    Result<Descriptor> CreateFile(const std::string& path, std::string& hostPath);
+    dev_t VolumeOf(std::string path) const;
+
+    mutable HostNames names;
+};
+
+Result<std::string> DriveFileSystem::Existing(const std::string& path) const {
+    auto name = names.Resolve(path);
+    if (!name)
+        return name.status();
+    if (!name->exists)
+        return Status{FileFault::NotFound, path, ENOENT};
+    return std::move(name->path);
+}
+
+Result<std::string> DriveFileSystem::Free(const std::string& path) const {
+    auto name = names.Resolve(path);
+    if (!name)
+        return name.status();
+    if (name->exists)
+        return Status{FileFault::Exists, path, EEXIST};
+    return std::move(name->path);
+}
+
+Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& directory) const {
+    const auto hostPath = Existing(directory);
+    if (!hostPath)
+        return hostPath.status();
+    const std::unique_ptr<DIR, int (*)(DIR*)> handle(opendir(hostPath->c_str()), &closedir);
+    if (!handle)
+        return Failure(directory);
+    struct Sortable {
+        std::string key;
+        DirectoryEntry entry;
+    };
+    std::vector<Sortable> found;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = readdir(handle.get());
+        if (!entry) {
+            if (errno != 0)
+                return Failure(directory);
+            break;
+        }
+        const std::string_view name = entry->d_name;
+        struct stat info {};
+        // An entry that went away in between is no entry.
+        if (name == "." || name == ".." ||
+            fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0)
+            continue;
+        found.push_back({FoldCase(name), {std::string(name), InfoOf(info)}});
+    }
+    std::sort(found.begin(), found.end(), [](const Sortable& a, const Sortable& b) {
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : a.entry.name < b.entry.name;
+    });
+    std::vector<DirectoryEntry> entries;
+    entries.reserve(found.size());
+    for (auto& item : found)
+        entries.push_back(std::move(item.entry));
+    return entries;
+}
+
+Result<FileInfo> DriveFileSystem::Info(const std::string& path) const {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    struct stat info {};
+    if (lstat(hostPath->c_str(), &info) != 0)
+        return Failure(path);
+    return InfoOf(info);
+}
+
+bool DriveFileSystem::IsDirectory(const std::string& path) const {
+    const auto hostPath = Existing(path);
+    struct stat info {};
+    return hostPath && stat(hostPath->c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+Result<std::unique_ptr<InputFile>> DriveFileSystem::OpenForReading(const std::string& path) const {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    auto file = OpenRegular(*hostPath, path);
+    if (!file)
+        return file.status();
+    return std::unique_ptr<InputFile>(std::make_unique<PosixInput>(std::move(*file), path));
+}
+
+Result<Descriptor> DriveFileSystem::CreateFile(const std::string& path, std::string& hostPath) {
+    const auto freeName = Free(path);
+    if (!freeName)
+        return freeName.status();
+    hostPath = *freeName;
+    Descriptor file(open(hostPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file)
+        return Failure(path);
+    names.NoteAdded(hostPath);
+    return file;
+}
+
+Result<std::unique_ptr<OutputFile>> DriveFileSystem::CreateNew(const std::string& path) {
+    std::string hostPath;
+    auto file = CreateFile(path, hostPath);
+    if (!file)
+        return file.status();
+    return std::unique_ptr<OutputFile>(std::make_unique<PosixOutput>(std::move(*file), path));
+}
+
+Status DriveFileSystem::Copy(const std::string& from, const std::string& to) {
+    const auto source = Existing(from);
+    if (!source)
+        return source.status();
+    const auto input = OpenRegular(*source, from);
+    if (!input)
+        return input.status();
+    struct stat info {};
+    if (fstat(input->get(), &info) != 0)
+        return Failure(from);
+
+    std::string target;
+    auto output = CreateFile(to, target);
+    if (!output)
+        return output.status();
+    Status status =
+        CopyContents(input->get(), output->get(), static_cast<std::uint64_t>(info.st_size), from, to);
+    if (status) {
+        CopyDosAttributes(input->get(), output->get());
+        const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
+        if (futimens(output->get(), times.data()) != 0 || fchmod(output->get(), info.st_mode & 0777) != 0 ||
+            output->Close() != 0)
+            status = Failure(to);
+    }
+    if (!status) {
+        unlink(target.c_str());
+        names.NoteRemoved(target);
+    }
+    return status;
+}
+
+Status DriveFileSystem::Rename(const std::string& from, const std::string& to) {
+    const auto source = Existing(from);
+    if (!source)
+        return source.status();
+    const auto target = names.Resolve(to);
+    if (!target)
+        return target.status();
+    std::string newName = target->path;
+    if (target->exists) {
+        // Only a change of case may meet an entry of that name: its own.
+        if (target->path != *source)
+            return {FileFault::Exists, to, EEXIST};
+        newName = ParentOf(*source) + "/" + WithoutBackslash(LastPathComponent(to));
+        if (newName == *source)
+            return {};
+    }
+    int result = renameat2(AT_FDCWD, source->c_str(), AT_FDCWD, newName.c_str(), RENAME_NOREPLACE);
+    if (result != 0 && errno == EINVAL && access(newName.c_str(), F_OK) != 0)
+        result = rename(source->c_str(), newName.c_str()); // a file system that does not know the flag
+    if (result != 0)
+        return Failure(from);
+    names.NoteRemoved(*source);
+    names.NoteAdded(newName);
+    return {};
+}
+
+Status DriveFileSystem::Replace(const std::string& from, const std::string& to) {
+    const auto source = Existing(from);
+    if (!source)
+        return source.status();
+    const auto target = names.Resolve(to);
+    if (!target)
+        return target.status();
+    {
+        const auto file = OpenRegular(*source, from);
+        if (!file)
+            return file.status();
+        if (fsync(file->get()) != 0)
+            return Failure(from);
+    }
+    if (rename(source->c_str(), target->path.c_str()) != 0)
+        return Failure(to);
+    names.NoteRemoved(*source);
+    names.NoteAdded(target->path);
+    FlushDirectory(ParentOf(target->path));
+    return {};
+}
+
+Status DriveFileSystem::Delete(const std::string& path) {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    struct stat info {};
+    if (lstat(hostPath->c_str(), &info) != 0)
+        return Failure(path);
+    if (S_ISDIR(info.st_mode))
+        return {FileFault::Failed, path, EISDIR};
+    if (InfoOf(info).readOnly)
+        return {FileFault::Denied, path, EACCES};
+    if (unlink(hostPath->c_str()) != 0)
+        return Failure(path);
+    names.NoteRemoved(*hostPath);
+    return {};
+}
+
+Status DriveFileSystem::CreateDirectory(const std::string& path) {
+    const auto hostPath = Free(path);
+    if (!hostPath)
+        return hostPath.status();
+    if (mkdir(hostPath->c_str(), 0777) != 0)
+        return Failure(path);
+    names.NoteAdded(*hostPath);
+    return {};
+}
+
+Status DriveFileSystem::RemoveDirectory(const std::string& path) {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    if (rmdir(hostPath->c_str()) != 0)
+        return Failure(path);
+    names.NoteRemoved(*hostPath);
+    return {};
+}
+
+Status DriveFileSystem::ClearAttributes(const std::string& path) {
+    if (auto status = SetReadOnly(path, false); !status)
+        return status;
+    static_cast<void>(removexattr(HostPath(path).c_str(), DosAttributes));
+    return {};
+}
+
+Status DriveFileSystem::SetReadOnly(const std::string& path, bool readOnly) {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    struct stat info {};
+    if (lstat(hostPath->c_str(), &info) != 0)
+        return Failure(path);
+    if (InfoOf(info).kind == EntryKind::Link)
+        return {FileFault::IsLink, path, ELOOP};
+    const mode_t mode = info.st_mode & 07777;
+    const mode_t wanted =
+        readOnly ? mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH) : mode | S_IWUSR;
+    return wanted == mode ? Status{} : Outcome(chmod(hostPath->c_str(), wanted), path);
+}
+
+Status DriveFileSystem::SetTime(const std::string& path, FileTime time) {
+    const auto hostPath = Existing(path);
+    if (!hostPath)
+        return hostPath.status();
+    const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, TimeOf(time)};
+    return Outcome(utimensat(AT_FDCWD, hostPath->c_str(), times.data(), AT_SYMLINK_NOFOLLOW), path);
+}
+
+Status DriveFileSystem::CopyAttributes(const std::string& from, const std::string& to) {
+    const auto source = Existing(from);
+    if (!source)
+        return source.status();
+    const auto target = Existing(to);
+    if (!target)
+        return target.status();
+    const auto input = OpenRegular(*source, from);
+    if (!input)
+        return input.status();
+    const auto output = OpenRegular(*target, to);
+    if (!output)
+        return output.status();
+    struct stat info {};
+    if (fstat(input->get(), &info) != 0)
+        return Failure(from);
+    CopyDosAttributes(input->get(), output->get());
+    const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
+    if (futimens(output->get(), times.data()) != 0)
+        return Failure(to);
+    return Outcome(fchmod(output->get(), info.st_mode & 0777), to);
+}
+
+Result<std::uint64_t> DriveFileSystem::FreeSpace(const std::string& directory) const {
+    const auto hostPath = Existing(directory);
+    if (!hostPath)
+        return hostPath.status();
+    struct statvfs info {};
+    if (statvfs(hostPath->c_str(), &info) != 0)
+        return Failure(directory);
+    return static_cast<std::uint64_t>(info.f_bavail) * info.f_frsize;
+}
+
+// The device of a path, or of the nearest directory above it that exists.
+dev_t DriveFileSystem::VolumeOf(std::string path) const {
+    while (!path.empty()) {
+        const auto hostPath = Existing(path);
+        struct stat info {};
+        if (hostPath && stat(hostPath->c_str(), &info) == 0)
+            return info.st_dev;
+        path = ParentDirectory(path);
+    }
+    return 0;
+}
+
+bool DriveFileSystem::SameVolume(const std::string& a, const std::string& b) const {
+    return VolumeOf(a) == VolumeOf(b);
+}
+
+std::vector<std::string> DriveFileSystem::Drives() const {
+    std::vector<std::string> drives;
+    for (const auto& [letter, directory] : names.Drives().directories)
+        drives.push_back(std::string(1, static_cast<char>(letter - 'a' + 'A')) + ":\\");
+    return drives;
+}
+
+std::string DriveFileSystem::HostPath(const std::string& path) const {
+    const auto name = names.Resolve(path);
+    return name ? name->path : std::string();
+}
+
+std::optional<std::string> DriveFileSystem::PathFromHost(const std::string& hostPath) const {
+    const std::unique_ptr<char, void (*)(void*)> canonical(realpath(hostPath.c_str(), nullptr), &std::free);
+    std::string real = canonical ? canonical.get() : hostPath;
+    if (real == "/")
+        real.clear();
+    const std::pair<const char, std::string>* best = nullptr;
+    for (const auto& drive : names.Drives().directories) {
+        const bool leadsThere = real == drive.second || real.starts_with(drive.second + "/");
+        if (leadsThere && (!best || drive.second.size() > best->second.size()))
+            best = &drive;
+    }
+    if (!best || real.find('\\') != std::string::npos)
+        return std::nullopt;
+    std::string path(1, static_cast<char>(best->first - 'a' + 'A'));
+    path += ":";
+    path += real.size() == best->second.size() ? "/" : real.substr(best->second.size());
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+} // namespace
+
+std::unique_ptr<FileSystem> MakeDriveFileSystem(DriveMap map) {
+    return std::make_unique<DriveFileSystem>(std::move(map));
+}
+
+} // namespace korvadex

@@ -1,0 +1,32 @@
+// Starting other programs, without waiting for them.
+#pragma once
+
+#include "platform/file_system.h"
+
+#include <memory>
+#include <string>
+
+namespace korvadex {
+
+enum class WindowState { Normal, Minimised, Maximised };
+
+class Launcher {
+  public:
+    virtual ~Launcher() = default;
+
+    // The system's text editor ("Notepad.exe " and the path) with a file.
+    virtual bool OpenInEditor(const std::string& path) = 0;
+    // The system's file manager ("Explorer.exe " and the path) on a directory.
+    virtual bool OpenInFileManager(const std::string& directory, WindowState state) = 0;
+    // The program that the system associates with the file, by the shell's verb "Open". Below 33 is failure.
+    virtual int OpenDocument(const std::string& path) = 0;
+    // A program of this system, normal window, focused.
+    virtual bool StartProgram(const std::string& hostPath) = 0;
+};
+
+std::unique_ptr<Launcher> MakeHostLauncher(const FileSystem& files);
+
+// The running executable, as the host names it.
+std::string RunningExecutable();
+
+} // namespace korvadex

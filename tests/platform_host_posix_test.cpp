@@ -1,0 +1,102 @@
+// What only a host with case-sensitive names and without drive letters can get wrong.
+#include "platform/drive_map_posix.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "tests/support/temporary_drive.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace korvadex {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::Pair;
+
+class PosixHost : public testing::Test {
+  protected:
+    fs::path Host(const std::string& relative) { return files.HostPath(drive.At(relative)); }
+
+    test::TemporaryDrive drive;
+    FileSystem& files = drive.Files();
+};
+
+TEST_F(PosixHost, TakesTheExactNameOfTwoThatDifferInCase) {
+    const fs::path root = Host("");
+    std::ofstream(root / "Readme.txt") << "one";
+    std::ofstream(root / "README.TXT") << "two";
+    EXPECT_EQ(drive.Get("Readme.txt"), "one");
+    EXPECT_EQ(drive.Get("README.TXT"), "two");
+    EXPECT_TRUE(files.Delete(drive.At("README.TXT")));
+    EXPECT_THAT(drive.Tree(), ElementsAre(Pair("Readme.txt", "one")));
+    // A change made by another program is seen, also right after a search in the directory.
+    EXPECT_EQ(drive.Get("readme.TXT"), "one");
+    fs::rename(root / "Readme.txt", root / "Other.txt");
+    EXPECT_FALSE(drive.Has("readme.TXT"));
+    EXPECT_EQ(drive.Get("OTHER.txt"), "one");
+}
+
+TEST_F(PosixHost, LeavesNoHalfCopyBehind) {
+    drive.Put("big.bin", std::string(2 << 20, 'x'));
+    rlimit former{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small = {1 << 20, former.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const Status copied = files.Copy(drive.At("big.bin"), drive.At("copy.bin"));
+    const Status written =
+        WriteBytesWhole(files, drive.At("big.bin"), std::string(3 << 20, 'y'), drive.At("~kx~1"));
+    setrlimit(RLIMIT_FSIZE, &former);
+    std::signal(SIGXFSZ, formerHandler);
+    EXPECT_FALSE(copied);
+    EXPECT_FALSE(written);
+    EXPECT_THAT(drive.Tree(), ElementsAre(Pair("big.bin", std::string(2 << 20, 'x'))));
+}
+
+TEST_F(PosixHost, KeepsThePermissionsOfARewrittenFile) {
+    drive.Put("kx.ini", "old");
+    fs::permissions(Host("kx.ini"), fs::perms::owner_read | fs::perms::owner_write);
+    const FileTime before = files.Info(drive.At("kx.ini"))->time;
+    ASSERT_TRUE(files.SetTime(drive.At("kx.ini"), before - std::chrono::hours(1)));
+    EXPECT_TRUE(WriteBytesWhole(files, drive.At("kx.ini"), "new", drive.At("~kx~1")));
+    EXPECT_EQ(fs::status(Host("kx.ini")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_GE(files.Info(drive.At("kx.ini"))->time, before);
+}
+
+TEST_F(PosixHost, IsNotHeldUpByPipes) {
+    ASSERT_EQ(mkfifo((Host("") / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(files.OpenForReading(drive.At("pipe")));
+    EXPECT_FALSE(files.Copy(drive.At("pipe"), drive.At("copy")));
+    EXPECT_THAT(drive.Names(), ElementsAre("pipe"));
+}
+
+TEST_F(PosixHost, MapsDrivesAsTheEnvironmentSays) {
+    drive.MakeDirectory("drives");
+    drive.MakeDirectory("drive_c\\Hangar");
+    drive.MakeDirectory("drives\\D:"); // stored by the host alone
+    fs::create_directory_symlink(Host("drive_c"), Host("drives") / "c:");
+    fs::create_directory_symlink("/nowhere", Host("drives") / "e:");
+    fs::create_directory(Host("drives") / "com1");
+    const char* former = std::getenv("KORVADEX_DRIVES");
+    const std::string kept = former ? former : "";
+    setenv("KORVADEX_DRIVES", Host("drives").c_str(), 1);
+    const auto mapped = MakeHostFileSystem();
+    former ? setenv("KORVADEX_DRIVES", kept.c_str(), 1) : unsetenv("KORVADEX_DRIVES");
+
+    EXPECT_THAT(mapped->Drives(), ElementsAre("C:\\", "D:\\"));
+    EXPECT_TRUE(mapped->IsDirectory("c:\\hangar\\"));
+    EXPECT_EQ(mapped->PathFromHost(Host("drive_c\\Hangar")), "C:\\Hangar");
+    EXPECT_EQ(mapped->PathFromHost(Host("drive_c")), "C:\\");
+    EXPECT_EQ(mapped->PathFromHost("/usr"), std::nullopt);
+    EXPECT_FALSE(mapped->Info("Q:\\"));
+}
+
+} // namespace
+} // namespace korvadex

@@ -1,0 +1,177 @@
+#include "platform/code_page.h"
+#include "platform/date_text.h"
+#include "platform/text_file.h"
+#include "tests/support/temporary_drive.h"
+
+#include <gmock/gmock.h>
+
+#include <ctime>
+
+namespace korvadex {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+std::string AllBytes(unsigned first, unsigned last) {
+    std::string bytes;
+    for (unsigned byte = first; byte <= last; ++byte)
+        bytes += static_cast<char>(byte);
+    return bytes;
+}
+
+TEST(CodePage, BringsEveryByteBack) {
+    const std::string bytes = AllBytes(0, 255);
+    EXPECT_TRUE(IsValidUtf8(FromCodePage(bytes)));
+    EXPECT_EQ(ToCodePage(FromCodePage(bytes)), bytes);
+    EXPECT_EQ(FromCodePage(AllBytes(0, 127)), AllBytes(0, 127));
+    EXPECT_EQ(FromCodePage("Gr\xF6\xDF"
+                           "e \x80 \x99"),
+              "Größe € ™");
+    EXPECT_EQ(FromCodePage("\x81\x8D"), "\xC2\x81\xC2\x8D");
+}
+
+TEST(CodePage, RefusesWhatItCannotHold) {
+    EXPECT_EQ(ToCodePage("Größe €"), "Gr\xF6\xDF"
+                                     "e \x80");
+    for (const char* text : {"Ω", "日本", "🛩", "A\xCC\x88", "\xC2\x80", "\xFF", "\xC3"})
+        EXPECT_EQ(ToCodePage(text), std::nullopt) << text;
+}
+
+TEST(CodePage, KnowsTheNamesOfOldArchives) {
+    EXPECT_EQ(FromCodePage437("Gr\x94\xE1"
+                              "e.txt"),
+              "Größe.txt");
+    EXPECT_EQ(FromCodePage437("\x80\x9F\xA0\xB0\xDB\xE0\xEA\xF7\xFE\xFF"), "Çƒá░█αΩ≈■\xC2\xA0");
+    EXPECT_EQ(FromCodePage437(AllBytes(0, 127)), AllBytes(0, 127));
+}
+
+TEST(CodePage, TellsUtf8FromOtherBytes) {
+    for (const char* text : {"", "plain", "Größe", "日本", "🛩", "\xF4\x8F\xBF\xBF", "\xEF\xBF\xBF"})
+        EXPECT_TRUE(IsValidUtf8(text)) << text;
+    const char* const broken[] = {
+        "\x80",             // no beginning
+        "\xC3",             // cut
+        "\xE6\x97",         // cut
+        "\xF6l",            // another code page
+        "\xC0\xAF",         // overlong slash
+        "\xE0\x80\xAF",     //
+        "\xF0\x80\x80\xAF", //
+        "\xED\xA0\x80",     // half of a surrogate pair
+        "\xF4\x90\x80\x80", // beyond the last letter
+        "\xF8\x88\x80\x80\x80",
+    };
+    for (const char* text : broken)
+        EXPECT_FALSE(IsValidUtf8(text)) << testing::PrintToString(std::string(text));
+}
+
+TEST(TextLines, EndInAnyOfThreeWays) {
+    EXPECT_THAT(SplitLines(""), ElementsAre());
+    EXPECT_THAT(SplitLines("a\r\nb\nc\rd"), ElementsAre("a", "b", "c", "d"));
+    EXPECT_THAT(SplitLines("a\r\n"), ElementsAre("a"));
+    EXPECT_THAT(SplitLines("a\n\r\n\r\rb\r"), ElementsAre("a", "", "", "", "b"));
+    EXPECT_THAT(SplitLines("\n"), ElementsAre(""));
+    EXPECT_THAT(SplitLines("\xE9t\xE9\t \r\n"), ElementsAre("été\t "));
+    EXPECT_THAT(SplitLines(std::string_view("a\0b\x1A\nc", 6)), ElementsAre(std::string("a\0b\x1A", 4), "c"));
+}
+
+TEST(TextLines, ComeBackAsTheSameBytes) {
+    std::string bytes;
+    for (unsigned byte = 0; byte < 256; ++byte)
+        if (byte != '\r' && byte != '\n')
+            bytes += std::string(1, static_cast<char>(byte)) + "=x\r\n";
+    EXPECT_EQ(JoinLines(SplitLines(bytes)), bytes);
+    EXPECT_EQ(JoinLines({}), "");
+    EXPECT_EQ(JoinLines({"fine", "Ω"}), std::nullopt);
+}
+
+class TextFiles : public testing::Test {
+  protected:
+    FileFault WriteLines(const std::string& relative, const std::vector<std::string>& lines) {
+        return WriteLinesWhole(drive.Files(), drive.At(relative), lines, drive.At("~kx~1")).fault;
+    }
+    FileFault WriteBytes(const std::string& relative, std::string_view bytes) {
+        return WriteBytesWhole(drive.Files(), drive.At(relative), bytes, drive.At("~kx~1")).fault;
+    }
+
+    test::TemporaryDrive drive;
+};
+
+TEST_F(TextFiles, ArePutInPlaceWhole) {
+    EXPECT_EQ(WriteLines("kx.ini", {"[korvadex]", "Größe=1", ""}), FileFault::None);
+    EXPECT_THAT(drive.Tree(), ElementsAre(Pair("kx.ini", "[korvadex]\r\nGr\xF6\xDF"
+                                                         "e=1\r\n\r\n")));
+    EXPECT_THAT(*ReadLines(drive.Files(), drive.At("KX.ini")), ElementsAre("[korvadex]", "Größe=1", ""));
+
+    ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("kx.ini"), true));
+    const std::string large(3'000'000, 'x');
+    EXPECT_EQ(WriteBytes("KX.INI", large), FileFault::None);
+    EXPECT_EQ(WriteBytes("empty", ""), FileFault::None);
+    EXPECT_THAT(drive.Tree(), ElementsAre(Pair("empty", ""), Pair("kx.ini", large)));
+    EXPECT_FALSE(drive.Files().Info(drive.At("kx.ini"))->readOnly);
+}
+
+TEST_F(TextFiles, StayAsTheyAreWhenWritingFails) {
+    drive.Put("kx.ini", "old");
+    drive.Put("dir\\a", "a");
+    const auto before = drive.Tree();
+    EXPECT_EQ(WriteLines("kx.ini", {"fine", "日本"}), FileFault::BadName);
+    EXPECT_EQ(WriteBytes("none\\kx.ini", "new"), FileFault::NotFound);
+    EXPECT_NE(WriteBytes("dir", "new"), FileFault::None);
+    EXPECT_EQ(drive.Tree(), before) << "neither changed nor a scratch file left";
+
+    drive.Put("~kx~1", "a user's own file, whatever its name");
+    EXPECT_EQ(WriteBytes("kx.ini", "new"), FileFault::Exists);
+    EXPECT_THAT(drive.Tree(),
+                UnorderedElementsAre(Pair("kx.ini", "old"), Pair("dir\\", ""), Pair("dir\\a", "a"),
+                                     Pair("~kx~1", "a user's own file, whatever its name")));
+}
+
+TEST_F(TextFiles, AreComparedByTheirBytes) {
+    std::string large(1'000'000, 'a');
+    drive.Put("one", large);
+    drive.Put("same", large);
+    large.back() = 'b';
+    drive.Put("last differs", large);
+    drive.Put("shorter", large.substr(1));
+    drive.Put("empty", "");
+    drive.Put("empty too", "");
+    const FileSystem& files = drive.Files();
+    EXPECT_TRUE(SameBytes(files, drive.At("one"), drive.At("SAME")));
+    EXPECT_TRUE(SameBytes(files, drive.At("empty"), drive.At("empty too")));
+    for (const char* other : {"last differs", "shorter", "empty", "none", ""})
+        EXPECT_FALSE(SameBytes(files, drive.At("one"), drive.At(other))) << other;
+}
+
+TEST(DateText, ReadsTheLocalTimeOfArchives) {
+    const unsigned date = (22u << 9) | (5u << 5) | 17u;         // 2002-05-17
+    const unsigned time = (13u << 11) | (45u << 5) | (30u / 2); // 13:45:30
+    std::tm local{};
+    local.tm_year = 102;
+    local.tm_mon = 4;
+    local.tm_mday = 17;
+    local.tm_hour = 13;
+    local.tm_min = 45;
+    local.tm_sec = 30;
+    local.tm_isdst = -1;
+    const FileTime read = FileTimeFromDos(date, time);
+    EXPECT_EQ(std::chrono::system_clock::to_time_t(std::chrono::time_point_cast<std::chrono::seconds>(read)),
+              std::mktime(&local));
+    EXPECT_THAT(ShortDateTime(read), HasSubstr("17"));
+    EXPECT_THAT(ShortDateTime(read), HasSubstr("45"));
+    // Archives without a date hold zeros, broken ones anything: some time comes out of it, near the range of
+    // these.
+    for (const auto& [someDate, someTime] :
+         {std::pair(0u, 0u), std::pair(0xFFFFu, 0xFFFFu), std::pair(0x5FDFu, 0u)}) {
+        const auto year = std::chrono::year_month_day(
+                              std::chrono::floor<std::chrono::days>(FileTimeFromDos(someDate, someTime)))
+                              .year();
+        EXPECT_GE(year, std::chrono::year(1979));
+        EXPECT_LE(year, std::chrono::year(2109));
+    }
+}
+
+} // namespace
+} // namespace korvadex

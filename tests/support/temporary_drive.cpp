@@ -1,0 +1,103 @@
+#include "tests/support/temporary_drive.h"
+
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "tests/support/host_drive.h"
+
+#include <gtest/gtest.h>
+
+namespace korvadex::test {
+
+namespace {
+
+void Require(const Status& status, std::string_view what) {
+    if (!status)
+        ADD_FAILURE() << what << " " << status.path << ": " << DescribeFault(status.fault) << " ("
+                      << status.nativeCode << ")";
+}
+
+void AddTree(const FileSystem& files, const std::string& directory, const std::string& relative,
+             std::map<std::string, std::string>& tree) {
+    const auto entries = files.List(directory + relative);
+    Require(entries.status(), "cannot list");
+    if (!entries)
+        return;
+    for (const DirectoryEntry& entry : *entries) {
+        const std::string name = relative + entry.name;
+        if (entry.info.kind == EntryKind::Directory) {
+            tree[name + "\\"];
+            AddTree(files, directory, name + "\\", tree);
+        } else if (entry.info.kind == EntryKind::Link) {
+            tree[name] = "(link)";
+        } else {
+            const auto bytes = ReadBytes(files, directory + name);
+            Require(bytes.status(), "cannot read");
+            tree[name] = bytes ? *bytes : "(unreadable)";
+        }
+    }
+}
+
+} // namespace
+
+TemporaryDrive::TemporaryDrive() {
+    HostDrive drive = MakeHostDrive();
+    hostRoot = drive.hostRoot;
+    root = drive.root;
+    files = std::move(drive.files);
+}
+
+TemporaryDrive::~TemporaryDrive() {
+    RemoveHostDrive(hostRoot);
+}
+
+void TemporaryDrive::Put(std::string_view relative, std::string_view bytes) {
+    MakeDirectory(ParentDirectory(relative));
+    const std::string path = At(relative);
+    if (const auto present = files->Info(path)) {
+        Require(files->ClearAttributes(path), "cannot make writable");
+        Require(files->Delete(path), "cannot delete");
+    }
+    auto file = files->CreateNew(path);
+    Require(file.status(), "cannot create");
+    if (!file)
+        return;
+    Require((*file)->Write(std::as_bytes(std::span(bytes.data(), bytes.size()))), "cannot write");
+    Require((*file)->Close(false), "cannot close");
+}
+
+void TemporaryDrive::MakeDirectory(std::string_view relative) {
+    const std::string path = WithoutBackslash(relative);
+    if (path.empty() || files->IsDirectory(At(path)))
+        return;
+    MakeDirectory(ParentDirectory(path));
+    Require(files->CreateDirectory(At(path)), "cannot make the directory");
+}
+
+bool TemporaryDrive::MakeLink(std::string_view relative, std::string_view target) {
+    return MakeHostLink(*files, At(relative), At(target));
+}
+
+std::string TemporaryDrive::Get(std::string_view relative) const {
+    const auto bytes = ReadBytes(*files, At(relative));
+    Require(bytes.status(), "cannot read");
+    return bytes ? *bytes : std::string();
+}
+
+bool TemporaryDrive::Has(std::string_view relative) const {
+    return static_cast<bool>(files->Info(At(relative)));
+}
+
+std::map<std::string, std::string> TemporaryDrive::Tree(std::string_view relative) const {
+    std::map<std::string, std::string> tree;
+    AddTree(*files, AddBackslash(At(relative)), "", tree);
+    return tree;
+}
+
+std::vector<std::string> TemporaryDrive::Names(std::string_view relative) const {
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : Tree(relative))
+        names.push_back(name);
+    return names;
+}
+
+} // namespace korvadex::test
