@@ -1,0 +1,192 @@
+#include "package/aircraft_cfg.h"
+
+#include "package/config_readers.h"
+#include "package/file_primitives.h"
+#include "package/reduce_staging.h"
+#include "package/scratch.h"
+#include "platform/code_page.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> VariationKeys = {"model=", "panel=", "sound=", "texture="};
+
+bool BeginsWith(const std::string& line, std::string_view key) {
+    return StartsWithNoCase(line, key);
+}
+
+std::string ValueOf(const std::string& line, std::string_view key) {
+    return std::string(Trim(std::string_view(line).substr(key.size())));
+}
+
+// The key that the line assigns, as written in the line; "" when it is none of the four.
+std::string VariationKeyOf(const std::string& line) {
+    const auto key = std::find_if(VariationKeys.begin(), VariationKeys.end(),
+                                  [&](std::string_view candidate) { return BeginsWith(line, candidate); });
+    return key == VariationKeys.end() ? "" : line.substr(0, key->size());
+}
+
+// The text between the brackets of a "[fltsim.N]" line; "" for any other line.
+std::string ConfigurationSection(const std::string& line) {
+    const std::string folded = FoldCase(line);
+    const std::size_t open = folded.find("[fltsim.");
+    const std::size_t close = line.find(']', open == std::string::npos ? 0 : open);
+    if (open == std::string::npos || close == std::string::npos)
+        return "";
+    return line.substr(open + 1, close - open - 1);
+}
+
+// The stored lines with the chosen section alone, as the first.
+std::vector<std::string> ReducedLines(const AircraftCfg& cfg, std::size_t chosen) {
+    std::vector<std::string> lines;
+    std::size_t sections = 0;
+    bool isInSection = false;
+    for (const auto& line : cfg.lines) {
+        if (!ConfigurationSection(line).empty()) {
+            isInSection = true;
+            if (++sections == chosen + 1)
+                lines.emplace_back("[fltsim.0]");
+            continue;
+        }
+        if (line.starts_with("["))
+            isInSection = false;
+        if (isInSection && sections != chosen + 1)
+            continue;
+        const std::string key = isInSection ? VariationKeyOf(line) : "";
+        lines.push_back(key.empty() ? line : key);
+    }
+    return lines;
+}
+
+// The lines in the place of those that were read; what the file holds beyond them stays byte for byte.
+Status WriteLines(CommandContext& context, const AircraftCfg& cfg, const std::vector<std::string>& lines) {
+    const auto before = ReadBytes(context.files, cfg.path);
+    if (!before)
+        return before.status();
+    auto bytes = JoinLines(lines);
+    if (!bytes)
+        return {FileFault::BadName, cfg.path, 0};
+    *bytes += before->substr(std::min(cfg.bytesRead, before->size()));
+    return *bytes == *before ? Status{} : RewriteBytes(context.files, context.locations, cfg.path, *bytes);
+}
+
+void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const Status& status) {
+    context.user.Tell(
+        "The file " + cfg.path + " could not be written (" + DescribeFault(status.fault) +
+            ").  It was left as it is.  Please make sure that it can be written and that the disk has "
+            "room, and show Staging again.",
+        MessageIcon::Exclamation);
+}
+
+} // namespace
+
+AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path) {
+    AircraftCfg cfg;
+    cfg.path = path;
+    const auto info = files.Info(path);
+    if (!info || info->size > MaxConfigBytes)
+        return cfg;
+    const auto bytes = ReadBytes(files, path);
+    if (!bytes)
+        return cfg;
+    std::string_view rest = *bytes;
+    while (!rest.empty() && cfg.lines.size() < MaxConfigLines) {
+        const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+        std::string line(TrimLeft(FromCodePage(rest.substr(0, end))));
+        const std::size_t lineEnd = rest.substr(end).starts_with("\r\n") ? 2 : 1;
+        rest.remove_prefix(std::min(end + lineEnd, rest.size()));
+        if (line.empty() && cfg.lines.empty())
+            continue;
+        if (BeginsWith(line, "title=") && cfg.title != MultipleTitle)
+            cfg.title = ValueOf(line, "title=");
+        if (BeginsWith(line, "[fltsim.1"))
+            cfg.title = MultipleTitle;
+        cfg.lines.push_back(std::move(line));
+    }
+    cfg.bytesRead = bytes->size() - rest.size();
+    return cfg;
+}
+
+std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg) {
+    std::vector<Configuration> configurations;
+    bool isInSection = false;
+    for (const auto& line : cfg.lines) {
+        if (std::string section = ConfigurationSection(line); !section.empty()) {
+            configurations.emplace_back().section = std::move(section);
+            isInSection = true;
+            continue;
+        }
+        if (line.starts_with("["))
+            isInSection = false;
+        if (!isInSection)
+            continue;
+        Configuration& row = configurations.back();
+        const std::pair<std::string_view, std::string*> columns[] = {{"title=", &row.title},
+                                                                     {"model=", &row.model},
+                                                                     {"panel=", &row.panel},
+                                                                     {"sound=", &row.sound},
+                                                                     {"texture=", &row.texture}};
+        for (const auto& [key, value] : columns) {
+            if (BeginsWith(line, key))
+                *value = ValueOf(line, key);
+        }
+    }
+    return configurations;
+}
+
+std::optional<std::string> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg) {
+    const auto configurations = ReadConfigurations(cfg);
+    const auto saved = CollectDirectories(context.files, context.locations.StagingDir, false, context.limits);
+    std::size_t chosen = 0;
+    if (configurations.empty())
+        return std::nullopt;
+    if (saved.cut != ListCut::None) {
+        context.user.Tell("The configurations of " + cfg.path +
+                              " cannot be told apart.  Nothing was changed.\r\n\r\n" +
+                              DescribeCut(saved.cut, context.limits),
+                          MessageIcon::Exclamation);
+        return std::nullopt;
+    }
+    if (configurations.size() > 1) {
+        std::vector<std::string> items;
+        for (const auto& row : configurations)
+            items.push_back(row.title + "  (" + row.section + ")");
+        const auto picked = context.user.ChooseConfiguration(items);
+        if (!picked)
+            return std::nullopt;
+        chosen = static_cast<std::size_t>(*picked);
+    }
+
+    // The directories go only once the file that stops naming them is on disk.
+    if (const Status status = WriteLines(context, cfg, ReducedLines(cfg, chosen)); !status) {
+        ReportWriteFailure(context, cfg, status);
+        return std::nullopt;
+    }
+    DeleteFileForced(context.files, context.locations.StagingDir + std::string(ImportNameFile));
+    EmptyUnusedDirectories(context, saved, cfg.path, configurations, chosen);
+    return configurations[chosen].title;
+}
+
+void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg) {
+    const bool needsChange = std::any_of(cfg.lines.begin(), cfg.lines.end(), [](const std::string& line) {
+        const std::string key = VariationKeyOf(line);
+        return !key.empty() && key.size() != line.size();
+    });
+    if (!needsChange)
+        return;
+    std::vector<std::string> lines;
+    for (const auto& line : cfg.lines) {
+        const std::string key = VariationKeyOf(line);
+        lines.push_back(key.empty() ? line : key);
+    }
+    if (const Status status = WriteLines(context, cfg, lines); !status)
+        ReportWriteFailure(context, cfg, status);
+}
+
+} // namespace korvadex

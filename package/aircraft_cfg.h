@@ -1,0 +1,36 @@
+// Reading aircraft.cfg, and reducing an aircraft with several configurations to the one that the user wants.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <optional>
+
+namespace korvadex {
+
+// Lines beyond this one are not looked at; where the file is rewritten they are carried over unchanged.
+inline constexpr std::size_t MaxConfigLines = 2000;
+// The title of an aircraft.cfg that holds more than one configuration.
+inline constexpr std::string_view MultipleTitle = "MULTI";
+
+// Fills the line store and the title.
+AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path);
+
+// One [fltsim.N] section; values trimmed.
+struct Configuration {
+    std::string section; // "fltsim.0"
+    std::string title, model, panel, sound, texture;
+};
+std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg);
+
+// Staging only. Lets the user pick one of several configurations, rewrites the file with that one as
+// [fltsim.0] and empties the directories that only the others used. The new title when a choice was made and
+// written; then the name that an import remembered no longer applies (its file is deleted). Failures are
+// reported and change nothing.
+std::optional<std::string> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg);
+
+// Rewrites the file with "model=", "panel=", "sound=" and "texture=" as bare keys. A file that needs no
+// change is not written.
+void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg);
+
+} // namespace korvadex

@@ -1,0 +1,56 @@
+#include "package/component_files.h"
+
+#include "package/file_primitives.h"
+#include "platform/windows_path.h"
+
+namespace korvadex {
+
+namespace {
+
+// ShellExecute answers 32 or less when nothing was started.
+constexpr int FirstSuccess = 33;
+
+bool IsForEditor(const std::string& path) {
+    return EndsWithNoCase(path, ".1st") || EndsWithNoCase(path, ".cfg") || EndsWithNoCase(path, ".diz");
+}
+
+} // namespace
+
+void OpenComponentFile(CommandContext& context, const std::string& path) {
+    if (IsForEditor(path)) {
+        context.launcher.OpenInEditor(path);
+    } else if (context.launcher.OpenDocument(path) < FirstSuccess) {
+        context.user.Tell(
+            "I don't know what action to take with the selected file type.  Try associating it with a "
+            "program in Windows Explorer.",
+            MessageIcon::Exclamation);
+    }
+}
+
+bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package, int group,
+                          const std::vector<int>& positions) {
+    const std::string installed =
+        FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window));
+    if (!package.isStaging && !installed.empty()) {
+        context.user.Tell(
+            "This package is currently installed in Flight Simulator.  File deletion while the package is "
+            "installed in MSFS is not allowed.",
+            MessageIcon::Information);
+        return false;
+    }
+    if (positions.empty()) {
+        context.user.Tell("Select a file to delete first.", MessageIcon::Exclamation);
+        return false;
+    }
+    if (!context.user.AskYesNo("Are you sure you want to delete the " + std::to_string(positions.size()) +
+                               " files selected?"))
+        return false;
+    const auto& listed = package.ComponentFiles[static_cast<std::size_t>(group)];
+    for (const int position : positions) {
+        if (position >= 0 && static_cast<std::size_t>(position) < listed.size())
+            DeleteFileForced(context.files, listed[static_cast<std::size_t>(position)].path);
+    }
+    return true;
+}
+
+} // namespace korvadex

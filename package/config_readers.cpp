@@ -1,0 +1,78 @@
+#include "package/config_readers.h"
+
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::string_view AliasKey = "alias=";
+
+bool IsOldConfig(const std::string& path) {
+    return StartsWithNoCase(LastPathComponent(path), "old");
+}
+
+// The first alias line of the file sets the alias; every line goes to `visit` in lower case, without leading
+// blanks.
+template<class Visit>
+void ReadAlias(const FileSystem& files, const std::string& path, std::string& alias, Visit visit) {
+    const bool isOld = IsOldConfig(path);
+    if (!isOld)
+        alias.clear();
+    const auto lines = ReadConfigLines(files, path);
+    if (!lines)
+        return;
+    for (const auto& raw : *lines) {
+        const std::string folded = FoldCase(raw);
+        const std::string_view line = TrimLeft(folded);
+        if (!isOld && alias.empty() && line.starts_with(AliasKey))
+            alias = line.substr(AliasKey.size());
+        visit(line);
+    }
+}
+
+// "file=main.bmp", "texture\main.bmp": the text between the nearest "=" or "\" and the end of ".bmp".
+void AddBitmapNames(std::string_view line, PanelBitmapNames& names) {
+    constexpr std::string_view Ending = ".bmp";
+    for (std::size_t at = line.find(Ending); at != std::string_view::npos; at = line.find(Ending, at + 1)) {
+        const std::size_t before = line.substr(0, at).find_last_of("=\\");
+        const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+        names.emplace(Trim(line.substr(start, at + Ending.size() - start)));
+    }
+}
+
+} // namespace
+
+Result<std::vector<std::string>> ReadConfigLines(const FileSystem& files, const std::string& path) {
+    const auto info = files.Info(path);
+    if (!info)
+        return info.status();
+    if (info->size > MaxConfigBytes)
+        return Status{FileFault::Failed, path, 0};
+    return ReadLines(files, path);
+}
+
+void ReadPanelAlias(const FileSystem& files, const std::string& path, LoadedPackage& package) {
+    ReadAlias(files, path, package.PackagePanelAlias,
+              [&](std::string_view line) { AddBitmapNames(line, package.panelBitmapNames); });
+}
+
+void ReadSoundAlias(const FileSystem& files, const std::string& path, LoadedPackage& package) {
+    ReadAlias(files, path, package.PackageSoundAlias, [](std::string_view) {});
+}
+
+void ReadCompressionMarker(const FileSystem& files, const std::string& path, LoadedPackage& package) {
+    package.isCompressed = true;
+    const auto lines = ReadConfigLines(files, path);
+    if (!lines || lines->empty())
+        return;
+    const std::string& line = lines->front();
+    const std::size_t digits = std::min(line.find_first_not_of("0123456789"), line.size());
+    if (digits > 0 && line.substr(digits).starts_with(" Meg"))
+        package.compressionCode = line.substr(0, digits);
+}
+
+} // namespace korvadex

@@ -1,0 +1,26 @@
+// What loading learns from panel.cfg, sound.cfg and the compression marker.
+#pragma once
+
+#include "package/loaded_package.h"
+
+#include <cstdint>
+
+namespace korvadex {
+
+// A configuration file beyond this size is none: it is not read.
+inline constexpr std::uint64_t MaxConfigBytes = 32u << 20;
+
+// The lines of a panel.cfg, sound.cfg, aircraft.cfg or a file of the program's own.
+Result<std::vector<std::string>> ReadConfigLines(const FileSystem& files, const std::string& path);
+
+// Read panel.cfg / oldpanel.cfg (sound.cfg / oldsound.cfg): the first "alias=" line of a file that is not the
+// old one sets the alias; every name ending in ".bmp" joins the panel bitmap names.
+void ReadPanelAlias(const FileSystem& files, const std::string& path, LoadedPackage& package);
+void ReadSoundAlias(const FileSystem& files, const std::string& path, LoadedPackage& package);
+
+inline constexpr std::string_view CompressionMarkerName = "KX_Compression.txt";
+inline constexpr std::string_view ImportNameFile = "KX_MSFSImportName.txt";
+// Reads KX_Compression.txt: the number before " Meg" becomes the compression code.
+void ReadCompressionMarker(const FileSystem& files, const std::string& path, LoadedPackage& package);
+
+} // namespace korvadex

@@ -1,0 +1,58 @@
+// What a command can ask the user in the middle of its work. The windows answer with modal dialogs, the tests
+// with a script.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvadex {
+
+enum class MessageIcon { None, Information, Exclamation, Critical };
+enum class MessageButtons { Ok, OkCancel, YesNo };
+enum class Answer { Ok, Cancel, Yes, No };
+
+// A box may carry one check box, such as "Do this for all further duplicates".
+struct MessageOptions {
+    std::string checkBox; // "" for none
+};
+struct CheckedAnswer {
+    Answer answer;
+    bool isChecked;
+};
+
+class UserDialogs {
+  public:
+    virtual ~UserDialogs() = default;
+
+    // Plain text, lines separated by CR LF. A Yes/No box cannot be closed unanswered; OK/Cancel takes Escape
+    // as Cancel.
+    virtual CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                                      const MessageOptions& options) = 0;
+    // One line of text (shown as dots when secret); none when the user cancelled.
+    virtual std::optional<std::string> AskText(const std::string& prompt, bool isSecret) = 0;
+    // An existing zip archive; the directory to open on may be "". None when the user cancelled.
+    virtual std::optional<std::string> ChooseZipFile(const std::string& title,
+                                                     const std::string& directory) = 0;
+
+    // frmMultipleCfg: the row picked, from 0. A dialog that was closed picks nothing.
+    virtual std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) = 0;
+    // frmInstallStatus and frmImportStatus, both captioned "Gauge Crosscheck".
+    virtual void ShowInstallStatus(const std::string& text) = 0;
+    virtual void ShowImportStatus(const std::string& text) = 0;
+
+    void Tell(const std::string& text, MessageIcon icon = MessageIcon::None) {
+        ShowMessage(text, MessageButtons::Ok, icon, {});
+    }
+    bool AskYesNo(const std::string& text, MessageIcon icon = MessageIcon::None) {
+        return ShowMessage(text, MessageButtons::YesNo, icon, {}).answer == Answer::Yes;
+    }
+    bool AskOkCancel(const std::string& text, MessageIcon icon = MessageIcon::None) {
+        return ShowMessage(text, MessageButtons::OkCancel, icon, {}).answer == Answer::Ok;
+    }
+};
+
+// Thrown from deep inside a command to end the program; only the outermost handler of a command catches it.
+struct ProgramEnd {};
+
+} // namespace korvadex

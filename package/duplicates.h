@@ -1,0 +1,33 @@
+// Files of one name in one component group: which of them stay, and under which names.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <optional>
+
+namespace korvadex {
+
+// "Do this for all further duplicates": lives for one load.
+struct DuplicateChoice {
+    std::optional<bool> keepFirst;
+};
+
+// Orders files by name, those of one name by full path, without case.
+void SortByName(std::vector<FileEntry>& files);
+
+// Documents and pictures of one name: in Staging one of two with the same bytes is deleted; differing ones
+// are renamed to name(1), name(2) ... A rename never replaces a file, and one that fails leaves the name. The
+// tree follows.
+void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree);
+
+// All other files of one name, in Staging: keeps one of each name, by rule or by question, and deletes the
+// others from the disk, the list and the tree.
+void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
+                             Tree& tree);
+
+// All other files of one name, in a Hangar package: a sign of a wrong Hangar location. Says so and ends the
+// program.
+void StopOnHangarDuplicate(CommandContext& context, const std::vector<FileEntry>& files);
+
+} // namespace korvadex

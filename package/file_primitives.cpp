@@ -1,0 +1,128 @@
+#include "package/file_primitives.h"
+
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+// A full path below a drive's root that ends in a backslash and has no empty component.
+bool IsFullTreePath(std::string_view path) {
+    return path.size() >= 5 && path[1] == ':' && path[2] == '\\' && path.back() == '\\' && path[3] != '\\' &&
+           path[3] != ' ' && path.find("\\\\") == std::string_view::npos;
+}
+
+// Only trees within a location may go, none that holds a location, and never the places that collections hang
+// from.
+bool MayBeDeleted(const Locations& locations, const std::string& path) {
+    if (!IsFullTreePath(path) || locations.RootOf(path).empty())
+        return false;
+    if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
+        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
+        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
+        return false;
+    const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
+    return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
+        return IsAtOrBelow(*location, path) && !EqualNoCase(*location, path);
+    });
+}
+
+ListCut CutOf(const Tree& tree, const WalkLimits& limits) {
+    if (tree.isLevelCut)
+        return ListCut::Level;
+    if (tree.directories.size() > static_cast<std::size_t>(limits.DirMax))
+        return ListCut::DirMax;
+    return tree.files.size() > static_cast<std::size_t>(limits.FileMax) ? ListCut::FileMax : ListCut::None;
+}
+
+} // namespace
+
+bool DeleteFileForced(FileSystem& files, const std::string& path) {
+    static_cast<void>(files.ClearAttributes(path));
+    const Status status = files.Delete(path);
+    return status || status.fault == FileFault::NotFound;
+}
+
+bool DeleteTree(CommandContext& context, const std::string& path) {
+    FileSystem& files = context.files;
+    if (!MayBeDeleted(context.locations, path)) {
+        context.user.Tell(
+            "Critical error.  Please restart Korvadex and verify that your Staging, Hangar and MSFS "
+            "directory locations are set up correctly.",
+            MessageIcon::Critical);
+        throw ProgramEnd{};
+    }
+    const std::string bare = WithoutBackslash(path);
+    const auto info = files.Info(bare);
+    if (info && info->kind == EntryKind::Link && !EqualNoCase(path, context.locations.StagingDir))
+        return DeleteFileForced(files, bare); // what a link leads to is not ours
+
+    const Tree tree = WalkTree(files, path, ScratchEntries::Include);
+    if (const ListCut cut = CutOf(tree, context.limits); cut != ListCut::None) {
+        context.user.Tell("The directory " + path + " cannot be cleared.  Nothing was deleted.\r\n\r\n" +
+                              DescribeCut(cut, context.limits),
+                          MessageIcon::Exclamation);
+        return false;
+    }
+    for (const auto& file : tree.files)
+        DeleteFileForced(files, file.path);
+    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory)
+        static_cast<void>(files.RemoveDirectory(*directory));
+    return true;
+}
+
+bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name) {
+    return !name.empty() && files.IsDirectory(parentPath + std::string(name));
+}
+
+bool StagingIsEmpty(const FileSystem& files, const Locations& locations) {
+    const auto entries = files.List(locations.StagingDir);
+    if (!entries)
+        return entries.fault() == FileFault::NotFound;
+    return std::all_of(entries->begin(), entries->end(),
+                       [](const DirectoryEntry& entry) { return IsScratchName(entry.name); });
+}
+
+std::string SpacesToUnderscores(std::string_view text) {
+    std::string result(text);
+    std::replace(result.begin(), result.end(), ' ', '_');
+    return result;
+}
+
+std::string UnderscoresToSpaces(std::string_view text) {
+    std::string result(text);
+    std::replace(result.begin(), result.end(), '_', ' ');
+    return result;
+}
+
+std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
+                                     std::string_view name) {
+    const std::string parent(directory);
+    const std::string underscored = SpacesToUnderscores(name);
+    if (HasSubdirectory(files, parent, underscored))
+        return underscored;
+    return HasSubdirectory(files, parent, name) ? std::string(name) : "";
+}
+
+std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations,
+                                     std::string_view name) {
+    return FindSimAircraftDirectory(files, locations.MsfsDir + "aircraft\\", name);
+}
+
+std::string WithInstalledMarks(std::string_view name) {
+    return "< " + std::string(name) + " >";
+}
+
+std::string WithoutInstalledMarks(std::string_view text) {
+    if (text.size() >= 4 && text.starts_with("< ") && text.ends_with(" >"))
+        text = text.substr(2, text.size() - 4);
+    return std::string(text);
+}
+
+std::string CurrentPackageName(const MainWindow& window) {
+    return WithoutInstalledMarks(window.SelectedPackageText());
+}
+
+} // namespace korvadex

@@ -1,0 +1,42 @@
+// The few questions and deletions that every command uses.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/walk.h"
+
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+// Clears the attributes, then deletes; false when the file is still there.
+bool DeleteFileForced(FileSystem& files, const std::string& path);
+
+// Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
+// location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
+// False, after a message, when a limit of the walk would cut the listing: then nothing was deleted. The
+// directory itself stays.
+bool DeleteTree(CommandContext& context, const std::string& path);
+
+bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name);
+// No entry at all, scratch left out of account.
+bool StagingIsEmpty(const FileSystem& files, const Locations& locations);
+
+std::string SpacesToUnderscores(std::string_view text);
+std::string UnderscoresToSpaces(std::string_view text);
+
+// The name under which a package stands below the simulator's aircraft directory: its own, or with blanks as
+// "_" (which overrides when both exist); "" when it is not there.
+std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations,
+                                     std::string_view name);
+// The same with the two parts of the path given: directory ends in a backslash.
+std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
+                                     std::string_view name);
+
+// "< Lear >" -> "Lear", "Lear" -> "Lear"
+std::string WithoutInstalledMarks(std::string_view text);
+std::string WithInstalledMarks(std::string_view name);
+// The package that the main window shows, without marks; "" when none is selected.
+std::string CurrentPackageName(const MainWindow& window);
+
+} // namespace korvadex

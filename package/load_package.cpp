@@ -1,0 +1,254 @@
+#include "package/load_package.h"
+
+#include "package/aircraft_cfg.h"
+#include "package/classification.h"
+#include "package/config_readers.h"
+#include "package/duplicates.h"
+#include "package/file_primitives.h"
+#include "package/pictures.h"
+#include "platform/windows_path.h"
+
+namespace korvadex {
+
+namespace {
+
+std::vector<FileEntry>& FilesOf(LoadedPackage& package, Group group) {
+    return package.ComponentFiles[static_cast<std::size_t>(group)];
+}
+
+// One load from beginning to end; the groups are filled in the order that their readers need.
+class Loader {
+  public:
+    Loader(CommandContext& commandContext, LoadedPackage& loaded)
+        : context(commandContext), package(loaded) {}
+
+    LoadOutcome Run();
+
+  private:
+    std::vector<FileEntry> Collect(Group group);
+    std::vector<FileEntry> CollectNames(std::initializer_list<std::string_view> names);
+    void Fill(Group group);
+    void StopOnDuplicates();
+    void ReadPanelConfigs();
+    void ReadSoundConfigs();
+    void ReadMarker();
+    bool LoadAircraft();
+    void FixConfiguration(LoadOutcome& outcome);
+    void RefreshInfo(const std::string& path);
+    void WarnOfExecutables();
+    void NoteCut(ListCut cut);
+    void SetTexts();
+
+    CommandContext& context;
+    LoadedPackage& package;
+    DuplicateChoice choice;
+    bool arePanelConfigsRead = false;
+};
+
+void Loader::NoteCut(ListCut cut) {
+    if (package.cut == ListCut::None)
+        package.cut = cut;
+}
+
+std::vector<FileEntry> Loader::Collect(Group group) {
+    FileList list = CollectGroup(package.tree, group, package.panelBitmapNames, context.limits);
+    NoteCut(list.cut);
+    SortByName(list.entries);
+    return std::move(list.entries);
+}
+
+std::vector<FileEntry> Loader::CollectNames(std::initializer_list<std::string_view> names) {
+    std::vector<FileEntry> found;
+    for (const auto name : names) {
+        for (auto& file : CollectFiles(package.tree, name, FileMode::Name, context.limits).entries)
+            found.push_back(std::move(file));
+    }
+    return found;
+}
+
+void Loader::Fill(Group group) {
+    auto files = Collect(group);
+    SettleDocuments(context, package.isStaging, files, package.tree);
+    if (package.isStaging)
+        SettleStagingDuplicates(context, choice, files, package.tree);
+    FilesOf(package, group) = std::move(files);
+}
+
+// Before anything is renamed in what may turn out to be no package at all.
+void Loader::StopOnDuplicates() {
+    ReadPanelConfigs();
+    for (int group = 0; group < GroupCount; ++group)
+        StopOnHangarDuplicate(context, Collect(static_cast<Group>(group)));
+}
+
+// What the configurations name counts only after it is settled which of them stay.
+void Loader::ReadPanelConfigs() {
+    if (arePanelConfigsRead)
+        return;
+    arePanelConfigsRead = true;
+    auto configs = CollectNames({"panel.cfg", "oldpanel.cfg"});
+    if (package.isStaging) {
+        SortByName(configs);
+        SettleStagingDuplicates(context, choice, configs, package.tree);
+    }
+    for (const auto& config : configs)
+        ReadPanelAlias(context.files, config.path, package);
+}
+
+void Loader::ReadSoundConfigs() {
+    for (const auto& file : FilesOf(package, Sound)) {
+        if (file.key == "sound.cfg" || file.key == "oldsound.cfg")
+            ReadSoundAlias(context.files, file.path, package);
+    }
+}
+
+void Loader::ReadMarker() {
+    for (const auto& marker : CollectNames({"kx_compression.txt"}))
+        ReadCompressionMarker(context.files, marker.path, package);
+}
+
+// Fills the Aircraft group and reads its aircraft.cfg; false when it has none.
+bool Loader::LoadAircraft() {
+    Fill(Aircraft);
+    package.aircraftCfg = {};
+    for (const auto& file : FilesOf(package, Aircraft)) {
+        if (file.key != "aircraft.cfg")
+            continue;
+        package.aircraftCfg = ReadAircraftCfg(context.files, file.path);
+        package.aircraftTitle = package.aircraftCfg.title;
+        return true;
+    }
+    return false;
+}
+
+void Loader::RefreshInfo(const std::string& path) {
+    const auto info = context.files.Info(path);
+    if (!info)
+        return;
+    for (auto* files : {&package.tree.files, &FilesOf(package, Aircraft)}) {
+        for (auto& file : *files) {
+            if (file.path == path)
+                file.info = *info;
+        }
+    }
+}
+
+void Loader::FixConfiguration(LoadOutcome& outcome) {
+    if (package.aircraftTitle != MultipleTitle) {
+        ClearVariationValues(context, package.aircraftCfg);
+        RefreshInfo(package.aircraftCfg.path);
+        return;
+    }
+    const auto title = ChooseConfiguration(context, package.aircraftCfg);
+    if (!title)
+        return;
+    // Whole directories may have gone, pictures among them.
+    outcome.isConfigurationChosen = true;
+    package.tree = WalkTree(context.files, package.path);
+    Fill(Images);
+    LoadAircraft();
+    package.aircraftTitle = *title;
+}
+
+void Loader::WarnOfExecutables() {
+    const FileList executables = CollectFiles(package.tree, "exe", FileMode::Extension, context.limits);
+    if (!package.isStaging || executables.entries.empty())
+        return;
+    context.user.Tell("An executable file was found in the Staging directory.  It may be an installation "
+                      "executable.  If it is, "
+                      "please execute it and install into MSFS as instructed.  Then select the 'Remove all "
+                      "from Staging option' to "
+                      "clear the Staging directory.  After this you can use the 'Import package from MSFS' "
+                      "option if you'd like to "
+                      "import the aircraft you've just installed.",
+                      MessageIcon::Information);
+}
+
+void Loader::SetTexts() {
+    const auto text = [](const std::string& alias, bool isEmpty, const char* none, const char* original) {
+        return !alias.empty() ? alias : std::string(isEmpty ? none : original);
+    };
+    package.panelText = text(package.PackagePanelAlias, FilesOf(package, Panel).empty(), "None  (No panel)",
+                             "None  (Original panel)");
+    package.soundText = text(package.PackageSoundAlias, FilesOf(package, Sound).empty(), "None  (No sound)",
+                             "None  (Original sound)");
+    package.pictures = ListPictures(FilesOf(package, Images));
+}
+
+LoadOutcome Loader::Run() {
+    LoadOutcome outcome;
+    package.tree = WalkTree(context.files, package.path);
+    if (!package.isStaging)
+        StopOnDuplicates();
+
+    Fill(Images);
+    ReadMarker();
+    if (LoadAircraft() && package.isStaging)
+        FixConfiguration(outcome);
+    Fill(Model);
+    ReadPanelConfigs();
+    Fill(Panel);
+    Fill(Sound);
+    ReadSoundConfigs();
+    for (const Group group : {Texture, Gauges, Documentation, Miscellaneous})
+        Fill(group);
+    WarnOfExecutables();
+
+    FileList all = CollectFiles(package.tree, "", FileMode::All, context.limits);
+    NoteCut(all.cut);
+    package.packageFiles = std::move(all.entries);
+    Fill(Unrecognized);
+    SetTexts();
+    return outcome;
+}
+
+} // namespace
+
+LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
+                        LoadedPackage& package) {
+    package = LoadedPackage{};
+    package.path = AddBackslash(path);
+    package.isStaging = isStaging;
+    return Loader(context, package).Run();
+}
+
+bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package) {
+    const Tree now = WalkTree(files, package.path);
+    return now.files != package.tree.files || now.directories != package.tree.directories ||
+           now.isUnreadable != package.tree.isUnreadable;
+}
+
+void CheckSingleAircraftCfg(CommandContext& context) {
+    const std::string& staging = context.locations.StagingDir;
+    const auto hasSeveral = [&] {
+        return CollectFiles(WalkTree(context.files, staging), "aircraft.cfg", FileMode::Name, context.limits)
+                   .entries.size() > 1;
+    };
+    if (!hasSeveral())
+        return;
+    context.launcher.OpenInFileManager(staging, WindowState::Minimised);
+    context.user.Tell("More than one aircraft configuration file (aircraft.cfg) was detected in the Staging "
+                      "Directory.  Korvadex can "
+                      "only handle one aircraft configuration file at a time.  Please remove the components "
+                      "for the other aircraft "
+                      "from the Staging directory so that only one is left and hit 'OK' to continue.  For "
+                      "your convenience a "
+                      "Minimized Windows Explorer session has been opened to the Staging directory.",
+                      MessageIcon::Exclamation);
+    if (!hasSeveral())
+        return;
+    if (context.user.AskYesNo(
+            "Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  Would you "
+            "like to remove all files from the Staging directory?",
+            MessageIcon::Exclamation)) {
+        DeleteTree(context, staging);
+        return;
+    }
+    context.user.Tell(
+        "Korvadex will now terminate since it cannot handle more than one aircraft.cfg file in the "
+        "Staging directory",
+        MessageIcon::Exclamation);
+    throw ProgramEnd{};
+}
+
+} // namespace korvadex

@@ -1,0 +1,41 @@
+#include "package/loaded_package.h"
+
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::uint64_t BytesPerMeg = 1'024'000;
+
+const FileEntry* FindByName(const std::vector<FileEntry>& files, std::string_view name) {
+    const std::string key = FoldCase(name);
+    const auto found =
+        std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return file.key == key; });
+    return found == files.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+int LoadedPackage::SizeInMeg() const {
+    std::uint64_t bytes = 0;
+    for (const auto& file : packageFiles)
+        bytes += file.info.size;
+    return static_cast<int>((bytes + BytesPerMeg / 2) / BytesPerMeg);
+}
+
+bool LoadedPackage::PackageHasFile(std::string_view name) const {
+    return FindByName(packageFiles, name) != nullptr;
+}
+
+std::string LoadedPackage::FindComponentFile(std::string_view name) const {
+    for (const auto& group : ComponentFiles) {
+        if (const FileEntry* file = FindByName(group, name))
+            return file->path;
+    }
+    return "";
+}
+
+} // namespace korvadex

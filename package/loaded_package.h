@@ -1,0 +1,66 @@
+// The package (or Staging) that the main window shows: its files by component group, its title, its aliases.
+#pragma once
+
+#include "package/walk.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+enum Group : int {
+    Images,
+    Aircraft,
+    Panel,
+    Gauges,
+    Model,
+    Texture,
+    Sound,
+    Documentation,
+    Miscellaneous,
+    Unrecognized
+};
+inline constexpr int GroupCount = 10;
+// Also the names of a package's sub-directories in the Hangar.
+inline constexpr std::array<std::string_view, GroupCount> ComponentGroupNames = {
+    "Images",  "Aircraft", "Panel",         "Gauges",        "Model",
+    "Texture", "Sound",    "Documentation", "Miscellaneous", "Unrecognized Files"};
+
+// The lines of the aircraft.cfg last read.
+struct AircraftCfg {
+    std::string path;               // "" when the package has none
+    std::vector<std::string> lines; // leading blanks removed, at most 2000
+    std::size_t bytesRead = 0;      // where in the file the line after the last stored one begins
+    std::string title;              // "", the title, or "MULTI"
+};
+
+// "9999" stands for a package without a recorded size.
+inline constexpr std::string_view UnknownCompression = "9999";
+
+struct LoadedPackage {
+    std::string path; // with a trailing backslash; "" when nothing is loaded
+    bool isStaging = false;
+    // By group; the entry at position p is shown at position p of lstComponents(group).
+    std::array<std::vector<FileEntry>, GroupCount> ComponentFiles;
+    std::vector<FileEntry> packageFiles; // every file
+    Tree tree;                           // as on disk after loading
+    AircraftCfg aircraftCfg;
+    std::string aircraftTitle;                        // what the name field shows
+    std::string PackagePanelAlias, PackageSoundAlias; // lower case; "" when the package has its own
+    std::string panelText, soundText;                 // what the alias fields show
+    PanelBitmapNames panelBitmapNames;
+    std::vector<std::string> pictures; // paths, the one marked (name).jpg first
+    bool isCompressed = false;
+    std::string compressionCode = std::string(UnknownCompression);
+    ListCut cut = ListCut::None; // a list that a limit cut: nothing may be copied or deleted from it
+
+    int SizeInMeg() const; // bytes / 1,024,000, rounded
+    // An entry of the package file list whose file name equals name, without case.
+    bool PackageHasFile(std::string_view name) const;
+    // The listed file of that name, its full path; "" when there is none.
+    std::string FindComponentFile(std::string_view name) const;
+};
+
+} // namespace korvadex

@@ -1,0 +1,25 @@
+// The three directories that the program works on, and how far a walk may go.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+// Each ends in a backslash, or is empty while nothing was entered.
+struct Locations {
+    std::string StagingDir;
+    std::string HangarDir;
+    std::string MsfsDir;
+
+    // The longest of the three that the path lies in; "" when it lies in none.
+    std::string RootOf(std::string_view path) const;
+};
+
+// Capacities of the directory and file lists; the settings file can only raise them.
+struct WalkLimits {
+    int DirMax = 500;
+    int FileMax = 5000;
+};
+
+} // namespace korvadex

@@ -1,0 +1,39 @@
+#include "package/package_name.h"
+
+#include "package/file_primitives.h"
+#include "platform/windows_path.h"
+
+namespace korvadex {
+
+std::string CleanPackageName(std::string_view typed) {
+    std::string name(typed);
+    for (char& c : name) {
+        if (c == '"')
+            c = '\'';
+        else if (std::string_view("\\/:?<>|*.").find(c) != std::string_view::npos)
+            c = '_';
+    }
+    return std::string(Trim(name));
+}
+
+bool CheckPackageName(CommandContext& context, const std::string& name) {
+    // A guard looks at every category, however many a list may hold.
+    const WalkLimits unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
+    for (const auto& category :
+         CollectDirectories(context.files, context.locations.HangarDir, true, unlimited).paths) {
+        if (HasSubdirectory(context.files, category + "\\", name)) {
+            context.user.Tell("Package name already exists in " + LastPathComponent(category) +
+                                  ".  Please use another name.",
+                              MessageIcon::Exclamation);
+            return false;
+        }
+    }
+    if (FindSimAircraftDirectory(context.files, context.locations, name).empty())
+        return true;
+    return context.user.AskOkCancel(
+        "Package name already exists in MSFS.  This is OK if this package was imported from MSFS because the "
+        "name has "
+        "to be the same so that you can uninstall it.  Otherwise, select Cancel and use another name.");
+}
+
+} // namespace korvadex

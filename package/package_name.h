@@ -1,0 +1,19 @@
+// Which names a package may bear.
+#pragma once
+
+#include "package/command_context.h"
+
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+// What becomes of a name as typed: trimmed, a double quote becomes "'", and each of \ / : ? < > | * . becomes
+// "_".
+std::string CleanPackageName(std::string_view typed);
+
+// Refuses, with a message, a name that a category already holds; asks when the simulator has it. True to go
+// on.
+bool CheckPackageName(CommandContext& context, const std::string& name);
+
+} // namespace korvadex

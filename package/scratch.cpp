@@ -1,0 +1,123 @@
+#include "package/scratch.h"
+
+#include "package/walk.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <functional>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::string_view DirectoryName = "~kx~scratch";
+constexpr int MaxAttempts = 100000;
+
+// Everything below a scratch directory, and the directory itself. Links go as links.
+void RemoveAll(FileSystem& files, const std::string& path) {
+    const auto remove = [&](const std::string& file) {
+        static_cast<void>(files.ClearAttributes(file));
+        static_cast<void>(files.Delete(file));
+    };
+    const auto info = files.Info(path);
+    if (!info)
+        return;
+    if (info->kind != EntryKind::Directory) {
+        remove(path);
+        return;
+    }
+    const Tree tree = WalkTree(files, path, ScratchEntries::Include);
+    for (const auto& file : tree.files)
+        remove(file.path);
+    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory)
+        static_cast<void>(files.RemoveDirectory(*directory));
+    static_cast<void>(files.RemoveDirectory(path));
+}
+
+std::string ScratchDirectoryIn(const std::string& directory) {
+    return directory + std::string(DirectoryName) + "\\";
+}
+
+Status MakeDirectory(FileSystem& files, const std::string& directory) {
+    const Status status = files.CreateDirectory(directory);
+    return status.fault == FileFault::Exists && files.IsDirectory(directory) ? Status{} : status;
+}
+
+Status RewriteThrough(FileSystem& files, const Locations& locations, const std::string& path,
+                      const std::function<Status(const std::string& scratch)>& write) {
+    const auto scratch = MakeScratchName(files, locations, path);
+    if (!scratch)
+        return scratch.status();
+    const auto before = files.Info(path);
+    const bool wasReadOnly = before && before->readOnly;
+    if (wasReadOnly)
+        static_cast<void>(files.ClearAttributes(path));
+    const Status status = write(*scratch);
+    if (!status && wasReadOnly)
+        static_cast<void>(files.SetReadOnly(path, true));
+    ReleaseScratch(files, *scratch);
+    return status;
+}
+
+} // namespace
+
+Result<std::string> MakeScratchName(FileSystem& files, const Locations& locations,
+                                    const std::string& target) {
+    const std::string parent = ParentDirectory(target);
+    const std::string root = locations.RootOf(target);
+    const std::string base = root.empty() || !files.SameVolume(root, parent) ? parent : root;
+    const std::string directory = ScratchDirectoryIn(base);
+    if (const Status status = MakeDirectory(files, directory); !status)
+        return status;
+    const std::string name = "~" + WithoutBackslash(LastPathComponent(target));
+    for (int number = 1; number < MaxAttempts; ++number) {
+        std::string candidate = directory + std::to_string(number) + name;
+        if (files.Info(candidate).fault() == FileFault::NotFound)
+            return candidate;
+    }
+    return Status{FileFault::Exists, directory, 0};
+}
+
+void ReleaseScratch(FileSystem& files, const std::string& scratch) {
+    const std::string directory = ParentDirectory(scratch);
+    if (!EqualNoCase(LastPathComponent(directory), std::string(DirectoryName) + "\\"))
+        return;
+    RemoveAll(files, WithoutBackslash(scratch));
+    static_cast<void>(files.RemoveDirectory(WithoutBackslash(directory))); // stays while others use it
+}
+
+Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& location) {
+    std::string directory = ScratchDirectoryIn(location);
+    if (const Status status = MakeDirectory(files, directory); !status)
+        return status;
+    return directory;
+}
+
+void CleanScratch(FileSystem& files, const Locations& locations) {
+    const auto clean = [&](const std::string& directory) {
+        RemoveAll(files, directory + std::string(DirectoryName));
+    };
+    clean(locations.StagingDir);
+    clean(locations.HangarDir);
+    clean(locations.MsfsDir);
+    clean(locations.MsfsDir + "aircraft\\");
+    const WalkLimits unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
+    for (const auto& category : CollectDirectories(files, locations.HangarDir, true, unlimited).paths)
+        clean(category + "\\");
+}
+
+Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path,
+                    std::string_view bytes) {
+    return RewriteThrough(files, locations, path, [&](const std::string& scratch) {
+        return WriteBytesWhole(files, path, bytes, scratch);
+    });
+}
+
+Status RewriteLines(FileSystem& files, const Locations& locations, const std::string& path,
+                    const std::vector<std::string>& lines) {
+    return RewriteThrough(files, locations, path, [&](const std::string& scratch) {
+        return WriteLinesWhole(files, path, lines, scratch);
+    });
+}
+
+} // namespace korvadex

@@ -1,0 +1,34 @@
+// Where half-done work lives until it is whole: names that no list shows, on the volume of what they become.
+#pragma once
+
+#include "package/locations.h"
+#include "platform/file_system.h"
+
+#include <string>
+
+namespace korvadex {
+
+// A free name for something that will take the place of target (a file or a directory), without a trailing
+// backslash, and its directory made: <location>\~kx~scratch\<n>~<name>, or beside the target when the
+// location's own scratch directory lies on another volume or the target lies in no location. Call
+// ReleaseScratch afterwards.
+Result<std::string> MakeScratchName(FileSystem& files, const Locations& locations, const std::string& target);
+
+// Deletes what is left under a scratch name, and its scratch directory when that is empty. Refuses any other
+// name.
+void ReleaseScratch(FileSystem& files, const std::string& scratch);
+
+// The program's own directory inside the MSFS directory where single archives are unpacked:
+// MsfsDir\~kx~scratch\ (made).
+Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& location);
+
+// Removes what an interrupted run left in the locations (and beside installed aircraft and packages).
+void CleanScratch(FileSystem& files, const Locations& locations);
+
+// Text or bytes in place whole, through a scratch name of the right location.
+Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path,
+                    std::string_view bytes);
+Status RewriteLines(FileSystem& files, const Locations& locations, const std::string& path,
+                    const std::vector<std::string>& lines);
+
+} // namespace korvadex

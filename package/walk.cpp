@@ -1,0 +1,184 @@
+#include "package/walk.h"
+
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+void WalkLevel(const FileSystem& files, const std::string& path, ScratchEntries scratch, Tree& tree) {
+    auto entries = files.List(path);
+    if (!entries) {
+        if (entries.fault() != FileFault::NotFound && !tree.isUnreadable) {
+            tree.isUnreadable = true;
+            tree.unreadable = path;
+        }
+        return;
+    }
+    std::vector<std::string> descent;
+    for (const auto& entry : *entries) {
+        if (scratch == ScratchEntries::LeaveOut && IsScratchName(entry.name))
+            continue;
+        if (entry.info.kind != EntryKind::Directory) {
+            tree.files.emplace_back(path + entry.name, entry.info);
+            continue;
+        }
+        tree.directories.push_back(path + entry.name);
+        if (descent.size() < MaxSubdirectoriesPerLevel)
+            descent.push_back(path + entry.name + "\\");
+        else
+            tree.isLevelCut = true;
+    }
+    for (const auto& subdirectory : descent)
+        WalkLevel(files, subdirectory, scratch, tree);
+}
+
+// A dot, the two letters and one more character at the end of the name.
+bool IsInFamily(std::string_view key, std::string_view letters) {
+    return key.size() >= 4 && key[key.size() - 4] == '.' && key.substr(key.size() - 3, 2) == letters;
+}
+
+bool HasExtension(std::string_view key, std::string_view extension) {
+    return key.size() > extension.size() && key.ends_with(extension) &&
+           key[key.size() - extension.size() - 1] == '.';
+}
+
+bool MatchesExtension(std::string_view key, std::string_view pattern) {
+    if (pattern == "af")
+        return IsInFamily(key, pattern);
+    if (pattern == "cf") // a configuration file is no texture
+        return IsInFamily(key, pattern) && !key.ends_with(".cfg");
+    if (pattern == "tx")
+        return IsInFamily(key, pattern) && !key.ends_with(".txt") && !key.ends_with(".txr");
+    return HasExtension(key, pattern);
+}
+
+template<class Wanted>
+FileList Filter(const Tree& tree, const WalkLimits& limits, Wanted isWanted) {
+    FileList list;
+    for (const auto& file : tree.files) {
+        if (!isWanted(file))
+            continue;
+        if (list.entries.size() == static_cast<std::size_t>(limits.FileMax)) {
+            list.cut = ListCut::FileMax;
+            return list;
+        }
+        list.entries.push_back(file);
+    }
+    list.cut = tree.isLevelCut ? ListCut::Level : ListCut::None;
+    return list;
+}
+
+void CapDirectories(DirectoryList& list, const WalkLimits& limits) {
+    if (list.paths.size() > static_cast<std::size_t>(limits.DirMax)) {
+        list.paths.resize(static_cast<std::size_t>(limits.DirMax));
+        list.cut = ListCut::DirMax;
+    }
+}
+
+} // namespace
+
+FileEntry::FileEntry(std::string fullPath, const FileInfo& fileInfo)
+    : path(std::move(fullPath)), info(fileInfo), key(FoldCase(Name())) {}
+
+std::string FileEntry::Name() const {
+    return LastPathComponent(path);
+}
+
+void Tree::Remove(const std::string& path) {
+    std::erase_if(files, [&](const FileEntry& file) { return file.path == path; });
+}
+
+void Tree::Rename(const std::string& path, const std::string& newPath) {
+    for (auto& file : files) {
+        if (file.path == path)
+            file = FileEntry(newPath, file.info);
+    }
+}
+
+Tree WalkTree(const FileSystem& files, const std::string& root, ScratchEntries scratch) {
+    Tree tree;
+    tree.root = AddBackslash(root);
+    WalkLevel(files, tree.root, scratch, tree);
+    return tree;
+}
+
+DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
+                                 const WalkLimits& limits) {
+    if (!topLevelOnly)
+        return CollectDirectories(WalkTree(files, path), limits);
+    DirectoryList list;
+    if (const auto entries = files.List(path)) {
+        for (const auto& entry : *entries) {
+            if (entry.info.kind == EntryKind::Directory && !IsScratchName(entry.name))
+                list.paths.push_back(AddBackslash(path) + entry.name);
+        }
+    }
+    CapDirectories(list, limits);
+    return list;
+}
+
+DirectoryList CollectDirectories(const Tree& tree, const WalkLimits& limits) {
+    DirectoryList list{tree.directories, tree.isLevelCut ? ListCut::Level : ListCut::None};
+    CapDirectories(list, limits);
+    return list;
+}
+
+bool MatchesPattern(std::string_view key, std::string_view pattern, FileMode mode) {
+    switch (mode) {
+    case FileMode::Extension:
+        return MatchesExtension(key, pattern);
+    case FileMode::Name:
+        return key == pattern;
+    case FileMode::All:
+        return true;
+    case FileMode::CheckText:
+        return key.ends_with("_check.txt");
+    case FileMode::KeysText:
+        return key.ends_with("_keys.txt");
+    case FileMode::NotesText:
+        return key.ends_with("_notes.txt");
+    case FileMode::RefText:
+        return key.ends_with("_ref.txt");
+    case FileMode::CheckConfig:
+        return key.ends_with("_check.cfg") || key.ends_with("_checklist.cfg");
+    }
+    return false;
+}
+
+FileList CollectFiles(const Tree& tree, std::string_view pattern, FileMode mode, const WalkLimits& limits) {
+    return Filter(tree, limits, [&](const FileEntry& file) {
+        return (file.info.kind == EntryKind::File || mode == FileMode::All) &&
+               MatchesPattern(file.key, pattern, mode);
+    });
+}
+
+FileList CollectBitmaps(const Tree& tree, const PanelBitmapNames& names, bool panelBitmapsOnly,
+                        const WalkLimits& limits) {
+    return Filter(tree, limits, [&](const FileEntry& file) {
+        return file.info.kind == EntryKind::File && HasExtension(file.key, "bmp") &&
+               names.contains(file.key) == panelBitmapsOnly;
+    });
+}
+
+std::string DescribeCut(ListCut cut, const WalkLimits& limits) {
+    const std::string advice = " in kx.ini and start Korvadex again.";
+    switch (cut) {
+    case ListCut::DirMax:
+        return "There are more than " + std::to_string(limits.DirMax) +
+               " directories; the rest is not shown.  Please raise DIRMAX" + advice;
+    case ListCut::FileMax:
+        return "There are more than " + std::to_string(limits.FileMax) +
+               " files; the rest is not shown.  Please raise FILEMAX" + advice;
+    case ListCut::Level:
+        return "A directory holds more than " + std::to_string(MaxSubdirectoriesPerLevel) +
+               " directories; the rest is not looked at.";
+    case ListCut::None:
+        break;
+    }
+    return "";
+}
+
+} // namespace korvadex

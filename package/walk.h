@@ -1,0 +1,99 @@
+// Walking directory trees: which files and directories lie below a place.
+//
+// A tree is read once; its listing is then filtered as often as a command needs. What a command itself
+// renames or deletes is changed in the listing too, so that it stays true without another walk.
+#pragma once
+
+#include "package/locations.h"
+#include "platform/file_system.h"
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+// The most subdirectories of one directory that a walk descends into.
+inline constexpr int MaxSubdirectoriesPerLevel = 1000;
+
+struct FileEntry {
+    std::string path; // full path
+    FileInfo info;
+    std::string key; // the file's name folded for comparison, "panel.cfg"
+
+    FileEntry() = default;
+    FileEntry(std::string fullPath, const FileInfo& fileInfo);
+
+    std::string Name() const; // as stored
+    bool operator==(const FileEntry&) const = default;
+};
+
+// Everything below one directory: a directory always stands before all that lies below it; the files of a
+// directory stand before those of its subdirectories. Scratch entries of the program are left out.
+struct Tree {
+    std::string root;                     // with a trailing backslash
+    std::vector<std::string> directories; // full paths without a trailing backslash
+    std::vector<FileEntry> files;         // links among them, with EntryKind::Link
+    bool isLevelCut = false;              // a level had more than MaxSubdirectoriesPerLevel subdirectories
+    bool isUnreadable = false;            // a directory could not be listed
+    std::string unreadable;               // the first such directory
+
+    void Remove(const std::string& path);                             // a file that was deleted
+    void Rename(const std::string& path, const std::string& newPath); // a file that was renamed
+};
+
+enum class ScratchEntries { LeaveOut, Include };
+Tree WalkTree(const FileSystem& files, const std::string& root,
+              ScratchEntries scratch = ScratchEntries::LeaveOut);
+
+// Which setting ended a list before its end.
+enum class ListCut { None, DirMax, FileMax, Level };
+
+struct DirectoryList {
+    std::vector<std::string> paths; // without a trailing backslash
+    ListCut cut = ListCut::None;
+};
+struct FileList {
+    std::vector<FileEntry> entries;
+    ListCut cut = ListCut::None;
+};
+
+// The subdirectories of a path that ends in a backslash, at most DirMax of them; with topLevelOnly no
+// descent.
+DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
+                                 const WalkLimits& limits);
+DirectoryList CollectDirectories(const Tree& tree, const WalkLimits& limits);
+
+// How CollectFiles reads its pattern.
+enum class FileMode {
+    Extension =
+        0,    // an extension without the dot; "af", "cf" and "tx" stand for a family, "bmp" is split (below)
+    Name = 1, // a whole file name
+    All = 2,  // every file
+    CheckText = 3,  // names ending in _check.txt
+    KeysText = 4,   // ... _keys.txt
+    NotesText = 5,  // ... _notes.txt
+    RefText = 6,    // ... _ref.txt
+    CheckConfig = 7 // ... _check.cfg, _checklist.cfg
+};
+
+// Names of the bitmaps that a package's panel.cfg and oldpanel.cfg mention, lower case.
+using PanelBitmapNames = std::set<std::string, std::less<>>;
+
+// True when the folded name of a file is one that mode and pattern (lower case) stand for.
+//   af      .af1 .afx        (three letters)     cf   .cf1, but not .cfg     tx   .tx1, but not .txt .txr
+bool MatchesPattern(std::string_view key, std::string_view pattern, FileMode mode);
+
+// Links are listed by FileMode::All only.
+// The files of a tree that mode and pattern stand for, in the tree's order, at most FileMax. With the pattern
+// "bmp" and the panel bitmap names given, panelBitmapsOnly tells which side of the split is wanted.
+FileList CollectFiles(const Tree& tree, std::string_view pattern, FileMode mode, const WalkLimits& limits);
+FileList CollectBitmaps(const Tree& tree, const PanelBitmapNames& names, bool panelBitmapsOnly,
+                        const WalkLimits& limits);
+
+// One sentence for the status bar that names the setting: "... more than 5000 files ... FILEMAX ..."; "" for
+// None.
+std::string DescribeCut(ListCut cut, const WalkLimits& limits);
+
+} // namespace korvadex

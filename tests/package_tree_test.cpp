@@ -1,0 +1,236 @@
+// Walks, classification by name, and the deletions that everything relies on.
+#include "package/classification.h"
+#include "package/component_files.h"
+#include "package/file_primitives.h"
+#include "package/load_package.h"
+#include "package/package_name.h"
+#include "package/pictures.h"
+#include "package/scratch.h"
+#include "platform/text_file.h"
+#include "tests/support/command_fixture.h"
+#include "tests/support/faulty_files.h"
+
+namespace korvadex::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class TreeTest : public CommandTest {
+  protected:
+    std::vector<std::string> NamesOf(const std::vector<FileEntry>& files) {
+        std::vector<std::string> names;
+        for (const auto& file : files)
+            names.push_back(file.path.substr(drive.Root().size()));
+        return names;
+    }
+};
+
+TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
+    for (const char* file : {"Staging\\b.txt", "Staging\\A.txt", "Staging\\z\\y\\deep.txt",
+                             "Staging\\m\\in.txt", "Staging\\~kx~scratch\\1~half.txt"})
+        drive.Put(file, "x");
+    const Tree tree = WalkTree(drive.Files(), locations.StagingDir);
+    EXPECT_THAT(NamesOf(tree.files), ElementsAre("Staging\\A.txt", "Staging\\b.txt", "Staging\\m\\in.txt",
+                                                 "Staging\\z\\y\\deep.txt"));
+    EXPECT_THAT(tree.directories,
+                ElementsAre(drive.At("Staging\\m"), drive.At("Staging\\z"), drive.At("Staging\\z\\y")));
+
+    const WalkLimits two{.DirMax = 2, .FileMax = 2};
+    EXPECT_EQ(CollectFiles(tree, "txt", FileMode::Extension, two).cut, ListCut::FileMax);
+    EXPECT_EQ(CollectFiles(tree, "txt", FileMode::Extension, two).entries.size(), 2u);
+    EXPECT_EQ(CollectDirectories(tree, two).cut, ListCut::DirMax);
+    EXPECT_THAT(CollectDirectories(drive.Files(), locations.StagingDir, true, two).paths,
+                ElementsAre(drive.At("Staging\\m"), drive.At("Staging\\z")));
+}
+
+TEST_F(TreeTest, EveryNameLandsInItsGroups) {
+    struct Row {
+        const char* name;
+        std::vector<Group> groups;
+    };
+    const PanelBitmapNames panelBitmaps = {"main.bmp"};
+    const Row rows[] = {
+        {"Shot.JPG", {Images}},
+        {"Aircraft.cfg", {Aircraft}},
+        {"lear.air", {Aircraft}},
+        {"lear_check.txt", {Aircraft, Documentation}},
+        {"lear_checklist.CFG", {Aircraft}},
+        {"Panel.CFG", {Panel}},
+        {"Main.BMP", {Panel}},
+        {"wing.bmp", {Texture}},
+        {"OldPanel.cfg", {Panel}},
+        {"gyro.gau", {Gauges}},
+        {"pack.CAB", {Gauges}},
+        {"lear.mdl", {Model}},
+        {"skin.af1", {Texture}},
+        {"skin.cfx", {Texture}},
+        {"skin.tx3", {Texture}},
+        {"skin.txr", {Texture}},
+        {"skin.r8", {Texture}},
+        {"oldsound.cfg", {Sound}},
+        {"hum.wav", {Sound}},
+        {"read.1st", {Documentation}},
+        {"index.html", {Documentation}},
+        {"smoke.fx", {Miscellaneous}},
+        {"setup.exe", {Unrecognized}},
+        {"gyro.gau.bak", {Unrecognized}},
+        {"gau", {Unrecognized}},
+        {"other.cfg", {Unrecognized}}, // no texture, though "cfg" begins with "cf"
+        {"mypanel.cfg", {}},           // recognized, and in no group
+        {"flightsound.cfg", {}},
+    };
+    for (const auto& row : rows) {
+        Tree tree;
+        tree.files.emplace_back(std::string("C:\\x\\") + row.name, FileInfo{});
+        std::vector<Group> found;
+        for (int group = 0; group < GroupCount; ++group) {
+            if (!CollectGroup(tree, static_cast<Group>(group), panelBitmaps, limits).entries.empty())
+                found.push_back(static_cast<Group>(group));
+        }
+        EXPECT_EQ(found, row.groups) << row.name;
+    }
+}
+
+TEST_F(TreeTest, DeleteTreeRefusesEveryDangerousPath) {
+    drive.Put("FS\\aircraft\\Lear\\aircraft.cfg", "x");
+    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", "x");
+    drive.Put("other\\file.txt", "x");
+    const auto before = drive.Tree();
+    const std::string paths[] = {"",
+                                 "C:\\",
+                                 "C:\\\\x\\",
+                                 "C:\\ x\\",
+                                 "\\\\server\\share\\",
+                                 locations.HangarDir,
+                                 locations.MsfsDir,
+                                 locations.MsfsDir + "aircraft\\",
+                                 locations.MsfsDir + "aircraft\\\\",
+                                 locations.HangarDir + "Jets\\Lear",
+                                 drive.At("other\\"),
+                                 drive.Root()};
+    for (const auto& path : paths) {
+        user.Expect("Critical error.  Please restart Korvadex and verify that your Staging, Hangar and MSFS "
+                    "directory "
+                    "locations are set up correctly.",
+                    Answer::Ok, MessageIcon::Critical);
+        EXPECT_THROW(DeleteTree(context, path), ProgramEnd) << path;
+    }
+    locations.HangarDir = drive.At("Staging\\Hangar\\");
+    user.Expect("Critical error...", Answer::Ok);
+    EXPECT_THROW(DeleteTree(context, locations.StagingDir), ProgramEnd) << "a location inside";
+    EXPECT_EQ(drive.Tree(), before);
+}
+
+TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndStopsAtALimit) {
+    drive.Put("Staging\\a\\b\\c.txt", "x");
+    drive.Put("Staging\\ro.txt", "x");
+    ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ro.txt"), true));
+    limits.FileMax = 1;
+    user.Expect("The directory " + locations.StagingDir +
+                    " cannot be cleared.  Nothing was deleted.\n\nThere are more...",
+                Answer::Ok);
+    EXPECT_FALSE(DeleteTree(context, locations.StagingDir));
+    EXPECT_EQ(drive.Names("Staging").size(), 4u);
+
+    limits.FileMax = 5000;
+    EXPECT_TRUE(DeleteTree(context, locations.StagingDir));
+    EXPECT_THAT(drive.Names("Staging"), IsEmpty());
+    EXPECT_TRUE(StagingIsEmpty(drive.Files(), locations));
+}
+
+TEST_F(TreeTest, InstalledDirectoryPrefersUnderscores) {
+    drive.MakeDirectory("FS\\aircraft\\My Plane");
+    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My Plane");
+    drive.MakeDirectory("FS\\aircraft\\My_Plane");
+    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My_Plane");
+    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "Other"), "");
+    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, ""), "");
+    drive.Put("FS\\aircraft\\file", "x");
+    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "file"), "");
+}
+
+TEST_F(TreeTest, PackageNames) {
+    EXPECT_EQ(CleanPackageName(" a.b/c*\"d\"\\:?<>| "), "a_b_c_'d'______");
+    drive.MakeDirectory("Hangar\\Props\\Cub");
+    user.Expect("Package name already exists in Props.  Please use another name.", Answer::Ok,
+                MessageIcon::Exclamation);
+    EXPECT_FALSE(CheckPackageName(context, "CUB"));
+    drive.MakeDirectory("FS\\aircraft\\My_Plane");
+    const std::string inSim =
+        "Package name already exists in MSFS.  This is OK if this package was imported from MSFS "
+        "because the name has to be the same so that you can uninstall it.  Otherwise, select "
+        "Cancel and use another name.";
+    user.Expect(inSim, Answer::Cancel).Expect(inSim, Answer::Ok);
+    EXPECT_FALSE(CheckPackageName(context, "My Plane"));
+    EXPECT_TRUE(CheckPackageName(context, "My Plane"));
+    EXPECT_TRUE(CheckPackageName(context, "New"));
+}
+
+TEST_F(TreeTest, MarkedPictureComesFirst) {
+    const std::vector<FileEntry> images = {
+        {"C:\\p\\b.jpg", {}}, {"C:\\p\\(z).jpg", {}}, {"C:\\q\\A.gif", {}}};
+    EXPECT_THAT(ListPictures(images), ElementsAre("C:\\p\\(z).jpg", "C:\\q\\A.gif", "C:\\p\\b.jpg"));
+    EXPECT_FALSE(IsMarkedFirst("(shot1.jpg"));
+    EXPECT_FALSE(IsMarkedFirst("a).jpg"));
+}
+
+// Whatever the change that fails, a rewritten file is the old one or the new one.
+TEST_F(TreeTest, RewritingSurvivesEveryFault) {
+    for (int failing = 1;; ++failing) {
+        drive.Put("Staging\\aircraft.cfg", "old");
+        ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\aircraft.cfg"), true));
+        FaultyFiles faulty(drive.Files());
+        faulty.StopAt(failing, FileFault::DiskFull);
+        const Status status = RewriteBytes(faulty, locations, drive.At("Staging\\aircraft.cfg"), "new");
+        EXPECT_THAT(drive.Get("Staging\\aircraft.cfg"), testing::AnyOf("old", "new")) << failing;
+        CleanScratch(drive.Files(), locations);
+        EXPECT_THAT(drive.Names("Staging"), ElementsAre("aircraft.cfg")) << failing;
+        static_cast<void>(drive.Files().SetReadOnly(drive.At("Staging\\aircraft.cfg"), false));
+        if (status) {
+            EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "new");
+            EXPECT_GT(failing, 3);
+            break;
+        }
+    }
+}
+
+TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
+    drive.Put("Hangar\\Jets\\Lear\\Documentation\\a.txt", "x");
+    drive.Put("Hangar\\Jets\\Lear\\Documentation\\b.DIZ", "x");
+    window.category = "Jets";
+    window.packageText = "< Lear >";
+    LoadedPackage package;
+    LoadPackage(context, locations.HangarDir + "Jets\\Lear\\", false, package);
+
+    OpenComponentFile(context, package.ComponentFiles[Documentation][1].path);
+    launcher.documentCode = 31;
+    user.Expect(
+        "I don't know what action to take with the selected file type.  Try associating it with a program in "
+        "Windows Explorer.",
+        Answer::Ok, MessageIcon::Exclamation);
+    OpenComponentFile(context, package.ComponentFiles[Documentation][0].path);
+    EXPECT_THAT(launcher.started,
+                ElementsAre("edit " + drive.At("Hangar\\Jets\\Lear\\Documentation\\b.DIZ"),
+                            "open " + drive.At("Hangar\\Jets\\Lear\\Documentation\\a.txt")));
+
+    user.Expect("Select a file to delete first.", Answer::Ok);
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {}));
+    drive.MakeDirectory("FS\\aircraft\\Lear");
+    user.Expect("This package is currently installed in Flight Simulator.  File deletion while the package "
+                "is installed "
+                "in MSFS is not allowed.",
+                Answer::Ok, MessageIcon::Information);
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0}));
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\aircraft\\Lear")));
+    user.Expect("Are you sure you want to delete the 2 files selected?", Answer::No);
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0, 1}));
+    EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear\\Documentation").size(), 2u);
+    user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
+    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {1}));
+    EXPECT_THAT(drive.Names("Hangar\\Jets\\Lear\\Documentation"), ElementsAre("a.txt"));
+}
+
+} // namespace
+} // namespace korvadex::test

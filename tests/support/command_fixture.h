@@ -1,0 +1,82 @@
+// Everything that a command works with, on a drive of its own: three locations, a scripted user and a
+// recording window.
+#pragma once
+
+#include "package/command_context.h"
+#include "tests/support/scripted_user.h"
+#include "tests/support/temporary_drive.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace korvadex::test {
+
+// A window that remembers what it was told; the selection is set by the test.
+class RecordingWindow : public MainWindow {
+  public:
+    std::string category, packageText, status, listCaption;
+    std::vector<std::string> listLines;
+    int progressShown = 0, listRefreshes = 0, displayRefreshes = 0;
+    bool isProgressVisible = false;
+
+    void ShowProgress(int, int) override {
+        isProgressVisible = true;
+        ++progressShown;
+    }
+    void SetProgress(int) override {}
+    void HideProgress() override { isProgressVisible = false; }
+    void ShowStatus(const std::string& text) override { status = text; }
+    std::string SelectedCategory() const override { return category; }
+    std::string SelectedPackageText() const override { return packageText; }
+    void RefreshPackageList() override { ++listRefreshes; }
+    void RefreshPackageDisplay() override { ++displayRefreshes; }
+    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
+        listCaption = caption;
+        listLines = lines;
+    }
+};
+
+// A launcher that starts nothing and remembers what it was asked to start.
+class RecordingLauncher : public Launcher {
+  public:
+    std::vector<std::string> started; // "edit C:\...", "explore C:\...", "open C:\...", "start ..."
+    int documentCode = 42;            // what OpenDocument answers
+
+    bool OpenInEditor(const std::string& path) override {
+        started.push_back("edit " + path);
+        return true;
+    }
+    bool OpenInFileManager(const std::string& directory, WindowState) override {
+        started.push_back("explore " + directory);
+        return true;
+    }
+    int OpenDocument(const std::string& path) override {
+        started.push_back("open " + path);
+        return documentCode;
+    }
+    bool StartProgram(const std::string& hostPath) override {
+        started.push_back("start " + hostPath);
+        return true;
+    }
+};
+
+class CommandTest : public testing::Test {
+  protected:
+    // Staging\, Hangar\ and FS\aircraft\ stand, empty.
+    CommandTest() {
+        drive.MakeDirectory("Staging");
+        drive.MakeDirectory("Hangar");
+        drive.MakeDirectory("FS\\aircraft");
+        locations = {drive.At("Staging\\"), drive.At("Hangar\\"), drive.At("FS\\")};
+    }
+
+    TemporaryDrive drive;
+    Locations locations;
+    WalkLimits limits;
+    ScriptedUser user;
+    RecordingWindow window;
+    RecordingLauncher launcher;
+    CommandContext context{drive.Files(), launcher, locations, limits, user, window};
+};
+
+} // namespace korvadex::test

@@ -1,0 +1,151 @@
+#include "tests/support/scripted_user.h"
+
+#include <gtest/gtest.h>
+
+namespace korvadex::test {
+
+namespace {
+
+// "\r\n" as "\n", so that expectations are easy to write and a lone CR or LF still shows.
+std::string ForReading(const std::string& text) {
+    std::string readable;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            readable += '\n';
+            ++i;
+        } else if (text[i] == '\n') {
+            readable += "<LF>";
+        } else {
+            readable += text[i];
+        }
+    }
+    return readable;
+}
+
+bool Fits(const std::string& expected, const std::string& shown) {
+    if (expected.ends_with("..."))
+        return shown.starts_with(expected.substr(0, expected.size() - 3));
+    return shown == expected;
+}
+
+bool IsOffered(Answer answer, MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::Ok:
+        return answer == Answer::Ok;
+    case MessageButtons::OkCancel:
+        return answer == Answer::Ok || answer == Answer::Cancel;
+    case MessageButtons::YesNo:
+        return answer == Answer::Yes || answer == Answer::No;
+    }
+    return false;
+}
+
+} // namespace
+
+ScriptedUser::~ScriptedUser() {
+    for (const auto& step : script)
+        ADD_FAILURE() << "never asked: " << step.text;
+}
+
+ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, bool isChecked) {
+    script.push_back(
+        {.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, MessageIcon icon) {
+    Expect(std::move(text), answer);
+    script.back().icon = icon;
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectText(std::string prompt, std::optional<std::string> answer) {
+    script.push_back({.kind = Kind::Text, .text = std::move(prompt), .typed = std::move(answer)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectZipFile(std::optional<std::string> answer) {
+    script.push_back({.kind = Kind::ZipFile, .text = "Process ZIP File ...", .typed = std::move(answer)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer) {
+    script.push_back(
+        {.kind = Kind::Configurations, .text = "configurations", .items = std::move(items), .row = answer});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectInstallStatus(std::string text) {
+    script.push_back({.kind = Kind::InstallStatus, .text = std::move(text)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectImportStatus(std::string text) {
+    script.push_back({.kind = Kind::ImportStatus, .text = std::move(text)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::Then(std::function<void()> action) {
+    script.back().then = std::move(action);
+    return *this;
+}
+
+std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& shown) {
+    transcript.push_back(shown);
+    if (script.empty() || script.front().kind != kind || !Fits(script.front().text, shown)) {
+        ADD_FAILURE() << "unexpected: " << shown
+                      << "\n  expected: " << (script.empty() ? "nothing more" : script.front().text);
+        return std::nullopt;
+    }
+    Step step = std::move(script.front());
+    script.pop_front();
+    if (step.then)
+        step.then();
+    return step;
+}
+
+CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                                        const MessageOptions& options) {
+    const auto step = Take(Kind::Message, ForReading(text));
+    // A surprise is answered in the way that changes least.
+    if (!step)
+        return {buttons == MessageButtons::YesNo      ? Answer::No
+                : buttons == MessageButtons::OkCancel ? Answer::Cancel
+                                                      : Answer::Ok,
+                false};
+    EXPECT_TRUE(IsOffered(step->answer, buttons)) << "no such button: " << text;
+    EXPECT_TRUE(!step->isChecked || !options.checkBox.empty()) << "no check box: " << text;
+    if (step->icon) {
+        EXPECT_EQ(*step->icon, icon) << text;
+    }
+    return {step->answer, step->isChecked};
+}
+
+std::optional<std::string> ScriptedUser::AskText(const std::string& prompt, bool /*isSecret*/) {
+    const auto step = Take(Kind::Text, ForReading(prompt));
+    return step ? step->typed : std::nullopt;
+}
+
+std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title,
+                                                       const std::string& /*directory*/) {
+    const auto step = Take(Kind::ZipFile, title);
+    return step ? step->typed : std::nullopt;
+}
+
+std::optional<int> ScriptedUser::ChooseConfiguration(const std::vector<std::string>& items) {
+    const auto step = Take(Kind::Configurations, "configurations");
+    if (!step)
+        return std::nullopt;
+    EXPECT_EQ(items, step->items);
+    return step->row;
+}
+
+void ScriptedUser::ShowInstallStatus(const std::string& text) {
+    Take(Kind::InstallStatus, ForReading(text));
+}
+
+void ScriptedUser::ShowImportStatus(const std::string& text) {
+    Take(Kind::ImportStatus, ForReading(text));
+}
+
+} // namespace korvadex::test
