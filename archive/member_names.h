@@ -1,0 +1,34 @@
+// What the names in an archive mean, and which of them are no names that a file of this archive may bear.
+//
+// An archive is hostile until shown otherwise: a name must not lead out of the directory that is unpacked
+// into, nor to a device, a stream of another file or the program's own scratch files.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+struct MemberName {
+    std::string text;                    // as the archive has it, in UTF-8
+    std::vector<std::string> components; // the directories and, unless it is a directory itself, the file
+    bool isDirectory = false;
+    std::string refusal; // why it is not unpacked; "" when nothing speaks against it
+};
+
+// Bytes that are well-formed UTF-8 are UTF-8, all others code page 437. Both / and \ separate.
+//   "panel/b17.bmp"  -> panel, b17.bmp         "./a//b.txt" -> a, b.txt         "texture\"  -> texture (a
+//   directory)
+//   "../a" "/a" "C:a" "\\host\a" "nul.txt" "a. " "a:b" "" -> refused
+MemberName ReadMemberName(std::string_view stored);
+
+// Why a member of this kind is not unpacked, by the host system and the attributes that the archive gives; ""
+// for plain files and directories.
+std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes);
+
+// A name from an archive as it can stand in a message: on one line, and not without end.
+std::string NameForMessage(std::string_view text);
+
+} // namespace korvadex

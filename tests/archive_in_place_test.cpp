@@ -1,0 +1,243 @@
+// Single files that are kept packed under their own name: nothing of them may ever be lost.
+#include "archive/in_place.h"
+#include "archive/mod_zip.h"
+#include "tests/support/command_fixture.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/zip_builder.h"
+
+#include <random>
+#include <zlib.h>
+
+namespace korvadex::test {
+namespace {
+
+constexpr FileTime SomeTime{std::chrono::seconds(951786061) + std::chrono::milliseconds(250)};
+
+std::string Noise(std::size_t size, unsigned values = 256) {
+    std::mt19937 random(7);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random() % values);
+    return bytes;
+}
+
+// Takes note of what is said, whatever it is.
+class Listener : public ScriptedUser {
+  public:
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons, MessageIcon,
+                              const MessageOptions&) override {
+        transcript.push_back(text);
+        return {Answer::Ok, false};
+    }
+};
+
+class InPlaceTest : public CommandTest {
+  protected:
+    const std::string relative = "Hangar\\Jets\\Lear\\Texture\\b17.bmp";
+    const std::string path = drive.At(relative);
+    // Everything on the drive but the one file: it must never change.
+    std::map<std::string, std::string> Rest() {
+        auto tree = drive.Tree();
+        tree.erase(relative);
+        return tree;
+    }
+};
+
+TEST_F(InPlaceTest, PackingAndUnpackingGivesTheFileBack) {
+    struct Row {
+        const char* name;
+        std::string bytes;
+        bool readOnly = false;
+    };
+    const Row rows[] = {
+        {"empty", ""},
+        {"one byte", "x"},
+        {"regular", std::string(300000, 'b'), true},
+        {"text", Noise(50000, 4)},
+        {"noise", Noise(100000)},
+        {"an archive of two members", ZipBuilder().Add("b17.bmp", "1").Add("c", "2").Bytes()},
+        {"an archive of another name", ZipBuilder().Add("c17.bmp", "1").Bytes()},
+    };
+    drive.Put("FS\\b17.bmp", "the simulator's own");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        drive.Put(relative, row.bytes);
+        ASSERT_TRUE(drive.Files().SetTime(path, SomeTime));
+        ASSERT_TRUE(drive.Files().SetReadOnly(path, row.readOnly));
+        const auto before = *drive.Files().Info(path);
+        const auto rest = Rest();
+
+        EXPECT_NE(UnzipFileInPlace(context, path, true), 0);
+        ZipFileInPlace(context, path);
+        const std::string packed = drive.Get(relative);
+        EXPECT_NE(packed, row.bytes);
+        EXPECT_EQ(UnzipFileInPlace(context, path, true), 0);
+        auto packedInfo = *drive.Files().Info(path);
+        packedInfo.size = before.size;
+        EXPECT_EQ(packedInfo, before) << "time and attributes stay";
+
+        ZipFileInPlace(context, path); // packed already
+        EXPECT_EQ(drive.Get(relative), packed);
+        EXPECT_EQ(UnzipFileInPlace(context, path), 0);
+        EXPECT_EQ(drive.Get(relative), row.bytes);
+        EXPECT_EQ(*drive.Files().Info(path), before);
+        EXPECT_NE(UnzipFileInPlace(context, path), 0) << "a second time there is nothing to unpack";
+        EXPECT_EQ(drive.Get(relative), row.bytes);
+        EXPECT_EQ(Rest(), rest);
+    }
+}
+
+TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
+    const std::string one = ZipBuilder().Add("b17.bmp", "contents").Bytes();
+    const std::string secret = ZipBuilder().Add("b17.bmp", "contents", {.password = "x"}).Bytes();
+    std::string secondOnly = ZipBuilder().Add("gone", "1").Add("b17.bmp", "2").Bytes();
+    struct Row {
+        const char* name;
+        std::string bytes;
+        bool isPacked = false;
+    };
+    const Row rows[] = {
+        {"packed", one, true},
+        {"packed in another case", ZipBuilder().Add("B17.BMP", "contents").Bytes(), true},
+        {"no archive", "BM and more"},
+        {"nothing", ""},
+        {"a program with an archive behind it", "MZ program" + one},
+        {"an archive behind the start of one", "PK\3\4 rest" + one},
+        {"something behind the archive", one + "tail"},
+        {"two members", ZipBuilder().Add("b17.bmp", "1").Add("b18.bmp", "2").Bytes()},
+        {"another name", ZipBuilder().Add("b18.bmp", "1").Bytes()},
+        {"in a directory", ZipBuilder().Add("Texture/b17.bmp", "1").Bytes()},
+        {"a directory", ZipBuilder().Add("b17.bmp/").Bytes()},
+        {"with a comment", ZipBuilder().Add("b17.bmp", "1").Comment("mine").Bytes()},
+        {"cut", one.substr(0, one.size() - 3)},
+        {"damaged", ZipBuilder().Add("b17.bmp", "1", {.crc = 5}).Bytes()},
+        {"with a password", secret},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        drive.Put(relative, row.bytes);
+        const auto rest = Rest();
+        EXPECT_EQ(UnzipFileInPlace(context, path, true) == 0, row.isPacked);
+        EXPECT_EQ(drive.Get(relative), row.bytes) << "a test changes nothing";
+        EXPECT_EQ(UnzipFileInPlace(context, path) == 0, row.isPacked);
+        EXPECT_EQ(drive.Get(relative), row.isPacked ? "contents" : row.bytes);
+        EXPECT_EQ(Rest(), rest);
+    }
+    EXPECT_EQ(UnzipFileInPlace(context, ""), 0);
+    EXPECT_NE(UnzipFileInPlace(context, drive.At("Hangar\\none.bmp")), 0);
+    ZipFileInPlace(context, "");
+    user.Expect("There was a problem zipping file " + drive.At("Hangar\\none.bmp") + ". (code 18)",
+                Answer::Ok, MessageIcon::Exclamation);
+    ZipFileInPlace(context, drive.At("Hangar\\none.bmp"));
+}
+
+// Stops the work at every change in turn, in both directions, with the Hangar on the simulator's disk and on another.
+TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
+    const std::string plain(50000, 'b');
+    const std::string packed = ZipBuilder().Add("b17.bmp", plain).Bytes();
+    for (const bool isOtherDisk : {false, true}) {
+        for (const bool packs : {true, false}) {
+            int stops = 0;
+            for (int change = 1;; ++change) {
+                SCOPED_TRACE((packs ? "packing, stop " : "unpacking, stop ") + std::to_string(change));
+                drive.Put(relative, packs ? plain : packed);
+                ASSERT_TRUE(drive.Files().SetReadOnly(path, true));
+                FaultyFiles faulty(drive.Files());
+                faulty.volume = isOtherDisk ? drive.At("Hangar\\") : "";
+                faulty.StopAt(change);
+                Listener listener;
+                CommandContext onFaulty{faulty, launcher, locations, limits, listener, window};
+                int code = 0;
+                if (packs)
+                    ZipFileInPlace(onFaulty, path);
+                else
+                    code = UnzipFileInPlace(onFaulty, path);
+                const bool isDone = listener.transcript.empty();
+                if (!isDone) {
+                    EXPECT_THAT(listener.transcript,
+                                testing::ElementsAre(testing::StartsWith(
+                                    packs ? "There was a problem zipping file " + path + ". (code "
+                                          : "There was a problem unzipping file " + path + ".  It may be")));
+                }
+
+                const std::string now = drive.Get(relative);
+                if (now != plain) {
+                    EXPECT_EQ(UnzipFileInPlace(context, path, true), 0) << "neither whole nor packed";
+                }
+                EXPECT_EQ(now == plain, packs != isDone);
+                if (!packs) {
+                    EXPECT_EQ(code == 0, isDone);
+                }
+                EXPECT_TRUE(drive.Files().Info(path)->readOnly);
+                if (faulty.Changes() < change) {
+                    EXPECT_TRUE(isDone);
+                    break;
+                }
+                ++stops;
+            }
+            EXPECT_GE(stops, 3);
+            EXPECT_TRUE(drive.Tree("FS") == (std::map<std::string, std::string>{{"aircraft\\", ""}}))
+                << "the last run, which nothing disturbed, also removes what the stopped ones left";
+        }
+    }
+}
+
+TEST_F(InPlaceTest, LevelNineIsNeverLargerThanZlib) {
+    std::string gradient, stripes;
+    for (int y = 0; y < 256; ++y) {
+        for (int x = 0; x < 256; ++x) {
+            gradient += static_cast<char>(x * y >> 8);
+            gradient += static_cast<char>(x + y);
+            stripes += static_cast<char>(x / 64 * 20);
+            stripes += static_cast<char>(y / 64 * 30);
+        }
+    }
+    const std::string samples[] = {"x",          "[fltsim.0]\r\ntitle=Lear\r\n", gradient,
+                                   stripes,      std::string(900000, '\0'),      Noise(200000, 16),
+                                   Noise(300000)};
+    for (const auto& sample : samples) {
+        drive.Put(relative, sample);
+        ZipFileInPlace(context, path);
+        const std::string packed = drive.Get(relative);
+        std::uint32_t size = 0; // of the packed bytes, from the first header
+        for (std::size_t i = 21; i >= 18; --i)
+            size = size << 8 | static_cast<unsigned char>(packed[i]);
+        z_stream stream{};
+        ASSERT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY), Z_OK);
+        std::string byZlib(deflateBound(&stream, static_cast<uLong>(sample.size())), '\0');
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(sample.data()));
+        stream.avail_in = static_cast<uInt>(sample.size());
+        stream.next_out = reinterpret_cast<Bytef*>(byZlib.data());
+        stream.avail_out = static_cast<uInt>(byZlib.size());
+        ASSERT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+        EXPECT_LE(size, stream.total_out) << "of " << sample.size() << " bytes";
+        deflateEnd(&stream);
+    }
+}
+
+TEST_F(InPlaceTest, AFileTooBigForMemoryIsPackedOnTheWay) {
+    const std::string zeros(66u << 20, '\0');
+    drive.Put(relative, zeros);
+    ZipFileInPlace(context, path);
+    EXPECT_LT(drive.Files().Info(path)->size, 100000u);
+    EXPECT_EQ(UnzipFileInPlace(context, path), 0);
+    EXPECT_TRUE(drive.Get(relative) == zeros);
+}
+
+TEST_F(InPlaceTest, TheZipLibraryRefusesWhatItDoesNotOffer) {
+    drive.Put(relative, "x");
+    modZip zip;
+    zip.zNumberFiles = 1;
+    zip.zZipNames[0] = path;
+    zip.zZipFileName = drive.At("FS\\out.zip");
+    EXPECT_EQ(zip.ZipArchive(context), 16) << "only without directories";
+    zip.zJunkDir = 1;
+    zip.zEncrypt = 1;
+    EXPECT_EQ(zip.ZipArchive(context), 16);
+    zip.zEncrypt = 0;
+    EXPECT_EQ(zip.ZipArchive(context), 0);
+    EXPECT_EQ(zip.ZipArchive(context), 15) << "an archive that is there already is not touched";
+}
+
+} // namespace
+} // namespace korvadex::test
