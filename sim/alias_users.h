@@ -1,0 +1,28 @@
+// Who uses the panel or the sound of a package by an alias, and which gauges a panel.cfg names.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+struct AliasSearch {
+    std::string root;               // a directory ending in a backslash
+    std::string fileName;           // "panel.cfg" or "sound.cfg"
+    std::vector<std::string> texts; // a line that contains one of them matches, without case
+    bool showList = false;          // list the users in frmFileList
+    bool gaugeLinesOnly = false;    // the line must also contain "gauge"
+    std::string leaveOut{};         // a directory (ending in a backslash) whose files do not count
+};
+
+// True when a configuration below root matches, and also when a limit of the walk or an unreadable file kept
+// the search from being complete: a guard must not rely on what was not looked at.
+bool FindAliasUsers(CommandContext& context, const AliasSearch& search);
+
+// Replaces the alias line of a configuration file.
+Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path);
+
+} // namespace korvadex

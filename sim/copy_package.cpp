@@ -1,0 +1,239 @@
+#include "sim/copy_package.h"
+
+#include "package/file_primitives.h"
+#include "package/scratch.h"
+#include "platform/windows_path.h"
+#include "sim/copy_plan.h"
+#include "sim/gauges.h"
+#include "sim/name_list.h"
+#include "sim/progress.h"
+#include "sim/shared_files.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::uint64_t Meg = 1'024'000;
+// In a group of many files the progress bar is repainted this often.
+constexpr int FilesPerTouch = 64;
+
+// One run of the copy routine. Everything is made under scratch names first: the new directory appears as the
+// very last step, so that a run that was stopped never leaves an aircraft that looks installed and is not.
+class PackageCopy {
+  public:
+    PackageCopy(CommandContext& command, const LoadedPackage& loaded, std::string copyRoot, CopyRoot rootKind,
+                std::string newDirectory)
+        : context(command), package(loaded), root(std::move(copyRoot)), kind(rootKind),
+          destination(std::move(newDirectory)), added(command) {}
+
+    bool Run() {
+        if (kind == CopyRoot::Msfs && !CheckGaugesDirectory(context, root))
+            return false;
+        if (!CheckSource() || !CheckDestination())
+            return false;
+        plan = PlanCopy(context, package, kind);
+        if (!CheckStagedGauges() || !CheckFreeSpace())
+            return false;
+        if (!CopyAll()) {
+            added.TakeBack();
+            return false;
+        }
+        TellLeftBehind();
+        return true;
+    }
+
+  private:
+    // What was not listed in full cannot be copied in full, and a copy is often followed by a deletion.
+    bool CheckSource() {
+        if (package.cut != ListCut::None)
+            return Refuse(DescribeCut(package.cut, context.limits));
+        if (package.tree.isUnreadable)
+            return Refuse("The directory " + package.tree.unreadable +
+                          " could not be read, so that the copy would not be complete.");
+        const auto link = std::ranges::find_if(
+            package.tree.files, [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });
+        if (link != package.tree.files.end())
+            return Refuse("The package contains a link to another place, which cannot be copied:\r\n\r\n" +
+                          link->path + "\r\n\r\nPlease replace it by the files that it stands for.");
+        return true;
+    }
+
+    bool CheckDestination() {
+        if (context.files.Info(WithoutBackslash(destination)).fault() == FileFault::NotFound)
+            return true;
+        return Refuse(destination + " exists already.  Please remove or rename it first.");
+    }
+
+    // Gauges never replace others. In the simulator that is as it should be; in Staging, where this package
+    // is to go on living, it would lose the gauge.
+    bool CheckStagedGauges() {
+        if (kind != CopyRoot::Staging)
+            return true;
+        for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
+            const std::string staged = root + "gauges\\" + LastPathComponent(gauge.path);
+            if (context.files.Info(staged).fault() != FileFault::NotFound &&
+                !HoldsUnpackedBytes(context, gauge.path, staged))
+                return Refuse("Staging already contains another gauge of the same name:\r\n\r\n" + staged +
+                              "\r\n\r\nPlease clear Staging first.");
+        }
+        return true;
+    }
+
+    bool CheckFreeSpace() {
+        const auto free = context.files.FreeSpace(root);
+        if (!free || *free >= plan.bytes)
+            return true;
+        return Refuse("There is not enough room for the package: it needs " +
+                      std::to_string(plan.bytes / Meg + 1) + " Meg and the disk has " +
+                      std::to_string(*free / Meg) + " Meg left.  " + NextStep(FileFault::DiskFull));
+    }
+
+    bool Refuse(const std::string& reason) {
+        context.user.Tell(reason + "\r\n\r\nNothing was copied.", MessageIcon::Exclamation);
+        return false;
+    }
+
+    bool CopyAll() {
+        ProgressBar progress(context.window, GroupCount - 1);
+        if (const Status status = MakeDirectories(); !status)
+            return Fail(status);
+        const auto scratch = MakeScratchName(context.files, context.locations, destination);
+        if (!scratch)
+            return Fail(scratch.status());
+        Status status = FillDirectory(AddBackslash(*scratch), progress);
+        bool isDone = status ? PlaceShared(status) : false;
+        if (isDone) {
+            status = context.files.Rename(*scratch, WithoutBackslash(destination));
+            status.path = destination;
+            isDone = bool(status);
+        }
+        ReleaseScratch(context.files, *scratch);
+        return isDone || Fail(status);
+    }
+
+    // A status without a fault stands for a failure that the user has been told of.
+    bool Fail(const Status& status) {
+        if (!status)
+            TellCopyFailed(context, status);
+        return false;
+    }
+
+    Status MakeDirectories() {
+        std::vector<std::string> directories;
+        if (kind == CopyRoot::Staging)
+            directories = {root + "aircraft", root + "gauges", root + "sound"};
+        directories.push_back(WithoutBackslash(ParentDirectory(WithoutBackslash(destination))));
+        for (const std::string& directory : directories) {
+            if (Status status = added.EnsureDirectory(directory); !status)
+                return status;
+        }
+        return {};
+    }
+
+    Status FillDirectory(const std::string& scratch, ProgressBar& progress) {
+        if (Status status = context.files.CreateDirectory(WithoutBackslash(scratch)); !status)
+            return status;
+        for (const std::string& directory : plan.directories) {
+            if (Status status = context.files.CreateDirectory(scratch + directory); !status)
+                return status;
+        }
+        int group = 0, count = 0;
+        for (const PlannedFile& file : plan.files) {
+            for (; group < file.group; ++group)
+                progress.Set(group);
+            if (++count % FilesPerTouch == 0)
+                progress.Touch();
+            const std::string target = scratch + file.relative;
+            Status status = context.files.Copy(file.source, target);
+            if (status && kind != CopyRoot::Hangar && EndsWithNoCase(target, ".bmp"))
+                status = UnpackCopy(context, target, file.source);
+            if (!status)
+                return {status.fault, file.source, status.nativeCode};
+        }
+        for (; group < GroupCount; ++group)
+            progress.Set(group);
+        return {};
+    }
+
+    // What lies outside the new directory. False, with the status without a fault where the user was told.
+    bool PlaceShared(Status& status) {
+        if (kind == CopyRoot::Hangar)
+            return true;
+        if (!PlaceBeside(status, "sound\\", plan.sounds))
+            return false;
+        if (!PlaceGauges(context, package, root, GaugeMode::Install, &added))
+            return false;
+        if (kind != CopyRoot::Msfs)
+            return true;
+        // A simulator without an effects directory has no use for effects.
+        return (!context.files.IsDirectory(root + "effects") ||
+                PlaceBeside(status, "effects\\", plan.effects)) &&
+               PlaceBeside(status, "modules\\", plan.modules);
+    }
+
+    bool PlaceBeside(Status& status, const std::string& directory, const std::vector<std::string>& sources) {
+        if (!sources.empty())
+            status = added.EnsureDirectory(WithoutBackslash(root + directory));
+        if (status)
+            status = added.Place(root + directory, sources);
+        return bool(status);
+    }
+
+    void TellLeftBehind() {
+        if (plan.leftBehind.empty())
+            return;
+        context.user.Tell("The following gauge files aren't used by the panel of this package\r\n"
+                          "and were therefore not copied to the Hangar ...\r\n\r\n" +
+                              ListNames(plan.leftBehind),
+                          MessageIcon::Information);
+    }
+
+    CommandContext& context;
+    const LoadedPackage& package;
+    const std::string root;
+    const CopyRoot kind;
+    const std::string destination;
+    SharedFiles added;
+    CopyPlan plan;
+};
+
+// The location that the path lies in; the longest one where they lie in one another.
+std::optional<CopyRoot> KindOfRoot(const Locations& locations, const std::string& root) {
+    if (root.empty())
+        return std::nullopt;
+    if (root == locations.HangarDir)
+        return CopyRoot::Hangar;
+    return root == locations.StagingDir ? CopyRoot::Staging : CopyRoot::Msfs;
+}
+
+} // namespace
+
+bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination) {
+    const std::string root = context.locations.RootOf(destination);
+    const auto kind = KindOfRoot(context.locations, root);
+    if (!kind) {
+        context.user.Tell(
+            destination +
+                " lies in none of the Staging, Hangar and MSFS directories.\r\n\r\nNothing was copied.",
+            MessageIcon::Exclamation);
+        return false;
+    }
+    const std::string below = destination.substr(root.size());
+    destination = AddBackslash(root + (*kind == CopyRoot::Msfs ? SpacesToUnderscores(below) : below));
+    return PackageCopy(context, package, root, *kind, destination).Run();
+}
+
+std::string GetInstalledFile(const FileSystem& files, const Locations& locations, const std::string& package,
+                             const std::string& relative) {
+    const std::string name = FindSimAircraftDirectory(files, locations, package);
+    if (name.empty())
+        return "";
+    const std::string path = locations.MsfsDir + "aircraft\\" + name + relative;
+    const auto info = files.Info(path);
+    return info && info->kind != EntryKind::Directory ? path : "";
+}
+
+} // namespace korvadex

@@ -1,0 +1,22 @@
+// Copying the loaded package, group by group, into the Hangar, the simulator or Staging.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <string>
+
+namespace korvadex {
+
+// Copies to the directory `destination` (below one of the three locations), which comes back as it was used:
+// under MSFS with
+// "_" for blanks, with a trailing backslash. The new directory appears whole or not at all. False, after a
+// message, when it was refused or failed.
+bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination);
+
+// The full path of a file such as "\panel\panel.cfg" inside the installed directory of a package; "" when the
+// package is not installed or has no such file.
+std::string GetInstalledFile(const FileSystem& files, const Locations& locations, const std::string& package,
+                             const std::string& relative);
+
+} // namespace korvadex

@@ -1,0 +1,158 @@
+// The gauge cross-check: what a panel names against what the simulator has.
+#include "sim/gauges.h"
+
+#include "package/file_primitives.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "sim/shared_files.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <unordered_map>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::string_view LineBreak = "\r\n";
+
+// The gauge that a line of a panel.cfg names, none when it is no gauge line:
+//   gauge05=Cessna!Airspeed, 10,20  -> cessna (a cabinet and a gauge in it)
+//   gauge12=myclock,100,20          -> myclock
+std::optional<std::string> GaugeOnLine(std::string_view line) {
+    const std::string lowerLine = FoldCase(Trim(line));
+    const std::size_t equalSign = lowerLine.find('=');
+    if (!lowerLine.starts_with("gauge") || equalSign == std::string::npos)
+        return std::nullopt;
+    const std::string value = lowerLine.substr(equalSign + 1);
+    std::size_t end = value.find('!');
+    if (end == std::string::npos)
+        end = value.find(',');
+    return std::string(Trim(std::string_view(value).substr(0, end)));
+}
+
+// The simulator's gauge files by lower-case file name; of two with one name the first of the walk.
+class GaugeStock {
+  public:
+    explicit GaugeStock(CommandContext& context) {
+        const Tree tree = WalkTree(context.files, context.locations.MsfsDir + "gauges\\");
+        for (const std::string_view extension : {"gau", "cab"}) {
+            const FileList found = CollectFiles(tree, extension, FileMode::Extension, context.limits);
+            if (found.cut != ListCut::None)
+                context.window.ShowStatus(DescribeCut(found.cut, context.limits));
+            for (const FileEntry& entry : found.entries)
+                pathsByName.emplace(entry.key, entry.path);
+        }
+    }
+
+    // A cabinet satisfies a line just as a single gauge does; where both exist the single one is taken.
+    const std::string* Find(const std::string& gauge) const {
+        for (const std::string_view extension : {".gau", ".cab"}) {
+            if (const auto found = pathsByName.find(gauge + std::string(extension));
+                found != pathsByName.end())
+                return &found->second;
+        }
+        return nullptr;
+    }
+
+  private:
+    std::unordered_map<std::string, std::string> pathsByName;
+};
+
+std::string JoinText(std::initializer_list<std::string_view> lines) {
+    std::string text;
+    for (const std::string_view line : lines) {
+        text += line;
+        text += LineBreak;
+    }
+    return text;
+}
+
+} // namespace
+
+std::string CrossCheckPanel(CommandContext& context, const std::string& path,
+                            std::vector<std::string>& usedGauges) {
+    usedGauges.clear();
+    const auto lines = ReadLines(context.files, path);
+    if (!lines) {
+        context.user.Tell(path + " could not be read (" + DescribeFault(lines.fault()) +
+                              "), so that its gauges were not checked.",
+                          MessageIcon::Exclamation);
+        return std::string(PanelNoGauges);
+    }
+    std::string report;
+    std::set<std::string> seen;
+    std::optional<GaugeStock> stock; // read at the first gauge line: an alias file needs none
+    for (const std::string& line : *lines) {
+        const auto gauge = GaugeOnLine(line);
+        if (!gauge)
+            continue;
+        if (!stock)
+            stock.emplace(context);
+        if (gauge->empty() || !seen.insert(*gauge).second)
+            continue;
+        if (const std::string* file = stock->Find(*gauge))
+            usedGauges.push_back(*file);
+        else
+            report += JoinText({*gauge + ".gau"});
+    }
+    return stock ? report : std::string(PanelNoGauges);
+}
+
+std::string InstallStatusText(std::string_view package, std::string_view report) {
+    const std::string heading = JoinText({std::string(package) + " ...", ""});
+    if (report.empty())
+        return heading + JoinText({"Crosscheck complete.  PASSED.", ""}) + "Installation complete.";
+    if (report == PanelNoGauges)
+        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) + "Installation complete.";
+    return heading +
+           JoinText({"Possible problem ...", "", "This package uses the following gauge files",
+                     "which aren't currently installed in MSFS.",
+                     "Please install the package(s) which contains", "these gauge files or they will not be",
+                     "visible when panel is loaded in MSFS ...", ""}) +
+           std::string(report) + JoinText({""}) + "Installation complete with warning.";
+}
+
+std::string ImportStatusText(std::string_view aircraft, std::string_view report) {
+    const std::string heading = JoinText({std::string(aircraft) + " ...", ""});
+    if (report.empty())
+        return heading + JoinText({"Crosscheck complete.  PASSED.", ""}) + "Import will now continue ...";
+    if (report == PanelNoGauges)
+        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) +
+               "Import will now continue ...";
+    return heading +
+           JoinText({"Possible problem ...", "", "This package uses the following gauge files",
+                     "which aren't currently installed in MSFS", "and therefore will not be imported ...",
+                     ""}) +
+           std::string(report) +
+           JoinText({"", "Import will now continue despite warning",
+                     "but it is recommended that you redo import",
+                     "once all needed gauges are installed in"}) +
+           "MSFS.";
+}
+
+void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
+    const std::string& staging = context.locations.StagingDir;
+    const FileList panels =
+        CollectFiles(WalkTree(context.files, staging), "panel.cfg", FileMode::Name, context.limits);
+    std::vector<std::string> usedGauges;
+    if (!panels.entries.empty())
+        context.user.ShowImportStatus(
+            ImportStatusText(aircraft, CrossCheckPanel(context, panels.entries.front().path, usedGauges)));
+
+    SharedFiles imported(context);
+    const std::string directory = staging + "gauges\\";
+    Status status = usedGauges.empty() ? Status{} : imported.EnsureDirectory(directory);
+    if (status)
+        status = imported.Place(directory, usedGauges);
+    if (status)
+        context.user.Tell("Done.");
+    else
+        context.user.Tell("The gauges could not be copied to Staging.\r\n\r\n" + status.path +
+                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  " +
+                              NextStep(status.fault),
+                          MessageIcon::Exclamation);
+}
+
+} // namespace korvadex

@@ -1,0 +1,50 @@
+// Gauges, the instruments of panels: put into the simulator, taken out again when nobody else needs them, and
+// checked against what a panel names.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+class SharedFiles;
+
+// A gauge file's own name: "Cessna.Clock.gau" -> "cessna" (up to the first dot, lower case).
+std::string GaugeName(std::string_view path);
+
+// Gauges that come with the simulator; they are never deleted.
+bool IsStockGauge(std::string_view fileName);
+
+// "C:\FS2002\gauges directory does not exist. ..." True when it does.
+bool CheckGaugesDirectory(CommandContext& context, const std::string& root);
+
+enum class GaugeMode : int { Install = 1, Remove = 2 };
+
+// Puts the package's gauges into root & "gauges\" (existing ones stay as they are), or takes out those that
+// hold the package's bytes and are neither stock nor named by a panel.cfg below root & "aircraft\". False,
+// after a message, when that directory is missing or a copy failed; what was added then is gone, or still
+// listed in `placed` where that is given.
+bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+                 GaugeMode mode, SharedFiles* placed = nullptr);
+
+// The answer of CrossCheckPanel for a panel.cfg without any gauge line.
+inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";
+
+// Looks up each gauge that a panel.cfg names in MsfsDir & "gauges\". Gives a line for each missing one (""
+// when all are there) or PanelNoGauges; usedGauges becomes the paths of the files found, each once.
+std::string CrossCheckPanel(CommandContext& context, const std::string& path,
+                            std::vector<std::string>& usedGauges);
+
+// The texts of frmInstallStatus and frmImportStatus for a report of CrossCheckPanel.
+std::string InstallStatusText(std::string_view package, std::string_view report);
+std::string ImportStatusText(std::string_view aircraft, std::string_view report);
+
+// Checks the first panel.cfg below Staging for the aircraft that was just imported, and copies the gauges
+// that it uses to Staging's "gauges".
+void RunImportGaugeStep(CommandContext& context, const std::string& aircraft);
+
+} // namespace korvadex

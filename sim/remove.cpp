@@ -1,0 +1,173 @@
+#include "sim/install.h"
+
+#include "package/file_primitives.h"
+#include "package/walk.h"
+#include "platform/windows_path.h"
+#include "sim/alias_users.h"
+#include "sim/copy_plan.h"
+#include "sim/gauges.h"
+#include "sim/name_list.h"
+#include "sim/shared_files.h"
+
+#include <optional>
+#include <set>
+
+namespace korvadex {
+
+namespace {
+
+// True when an aircraft of the simulator other than the package's own uses its panel (kind "panel") or sound.
+bool IsUsedInSim(CommandContext& context, const std::string& name, const std::string& directory,
+                 const std::string& kind) {
+    AliasSearch search;
+    search.root = context.locations.MsfsDir + "aircraft\\";
+    search.fileName = kind + ".cfg";
+    search.texts = {name + "\\" + kind, SpacesToUnderscores(name) + "\\" + kind};
+    search.showList = true;
+    search.leaveOut = directory;
+    return FindAliasUsers(context, search);
+}
+
+// An aircraft directory that is a link to another place goes as a link; what it leads to is not the
+// simulator's.
+bool IsLink(const CommandContext& context, const std::string& directory) {
+    const auto info = context.files.Info(WithoutBackslash(directory));
+    return info && info->kind == EntryKind::Link;
+}
+
+// Files of the installed directory that an install of the package would not have put there.
+std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPackage& package,
+                                       const std::string& directory) {
+    if (IsLink(context, directory))
+        return {};
+    std::set<std::string> own;
+    for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
+        own.insert(FoldCase(file.relative));
+    std::vector<std::string> others;
+    const Tree installed = WalkTree(context.files, directory);
+    for (const FileEntry& file : installed.files) {
+        const std::string relative = file.path.substr(directory.size());
+        if (!own.contains(FoldCase(relative)))
+            others.push_back(relative);
+    }
+    if (installed.isUnreadable)
+        others.push_back(installed.unreadable.substr(directory.size()) +
+                         " (a directory that could not be read)");
+    return others;
+}
+
+// What is left of a directory that could not be deleted altogether, and why.
+Status FirstRemaining(CommandContext& context, const std::string& directory) {
+    const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
+    if (tree.isUnreadable)
+        return {FileFault::Denied, tree.unreadable};
+    for (const FileEntry& file : tree.files) {
+        if (Status status = context.files.Delete(file.path); !status)
+            return status;
+    }
+    for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
+        if (Status status = context.files.RemoveDirectory(*path); !status)
+            return status;
+    }
+    return context.files.RemoveDirectory(WithoutBackslash(directory));
+}
+
+// The whole installed directory goes; otherwise what is left of it and why. None when the deletion was
+// refused as a whole, which the user was told.
+std::optional<Status> DeleteInstalled(CommandContext& context, const std::string& directory) {
+    const std::string path = WithoutBackslash(directory);
+    if (IsLink(context, directory))
+        return context.files.Delete(path);
+    if (!DeleteTree(context, directory))
+        return std::nullopt;
+    if (context.files.RemoveDirectory(path))
+        return Status{};
+    return FirstRemaining(context, directory);
+}
+
+void TellIncomplete(CommandContext& context, CommandState& state, const std::string& name,
+                    const Status& status) {
+    const std::string reason = status.path + " could not be removed (" + DescribeFault(status.fault) + ")";
+    if (state.QuietMode)
+        state.keptPackages.push_back(name + ": " + reason);
+    else
+        context.user.Tell("The package could not be removed completely.\r\n\r\n" + reason + ".\r\n\r\n" +
+                              NextStep(status.fault),
+                          MessageIcon::Exclamation);
+}
+
+// Packages are asked about, or in a batch kept and named at its end, when removing would lose files that only
+// the simulator has. False to keep the package.
+bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                   const std::string& name, const std::string& directory) {
+    if (package.cut != ListCut::None) {
+        const std::string reason = DescribeCut(package.cut, context.limits);
+        if (state.QuietMode)
+            state.keptPackages.push_back(name + ": " + reason);
+        else
+            context.user.Tell(reason + "\r\n\r\nNothing was removed.", MessageIcon::Exclamation);
+        return false;
+    }
+    const std::vector<std::string> others = FilesOfOthers(context, package, directory);
+    if (others.empty())
+        return true;
+    if (state.QuietMode) {
+        state.keptPackages.push_back(name + ": " + directory +
+                                     " holds files that the package doesn't have, such as " + others.front());
+        return false;
+    }
+    return context.user.AskYesNo(
+        directory + " holds files that this package doesn't have ...\r\n\r\n" + ListNames(others) +
+            "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
+        MessageIcon::Exclamation);
+}
+
+} // namespace
+
+void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package) {
+    const std::string name = CurrentPackageName(context.window);
+    const std::string installedName = FindSimAircraftDirectory(context.files, context.locations, name);
+    if (installedName.empty()) {
+        if (!state.QuietMode)
+            context.user.Tell("This package is not currently installed in Flight Simulator.",
+                              MessageIcon::Information);
+        return;
+    }
+    if (!state.QuietMode &&
+        !context.user.AskYesNo("Are you sure you want to remove this package from the Flight "
+                               "Simulator directory?"))
+        return;
+
+    const std::string directory = context.locations.MsfsDir + "aircraft\\" + installedName + "\\";
+    if (IsUsedInSim(context, name, directory, "panel")) {
+        context.user.Tell(
+            "Cannot remove.  The panel in this package is used (via alias) by an aircraft(s) in the Flight "
+            "Simulator directory as shown.",
+            MessageIcon::Information);
+        return;
+    }
+    if (IsUsedInSim(context, name, directory, "sound")) {
+        context.user.Tell(
+            "Cannot remove.  This sound in this package is used (via alias) by an aircraft(s) in the Flight "
+            "Simulator directory as shown.",
+            MessageIcon::Information);
+        return;
+    }
+    if (!ConfirmLosses(context, state, package, name, directory))
+        return;
+
+    const auto status = DeleteInstalled(context, directory);
+    if (!status)
+        return;
+    // Gauges go last: the package's own panel.cfg would keep them alive.
+    if (*status && !package.ComponentFiles[Gauges].empty())
+        PlaceGauges(context, package, context.locations.MsfsDir, GaugeMode::Remove);
+    context.window.RefreshPackageList();
+    if (!*status)
+        TellIncomplete(context, state, name, *status);
+    else if (!state.QuietMode)
+        context.user.Tell("Done.");
+    context.window.RefreshPackageDisplay();
+}
+
+} // namespace korvadex

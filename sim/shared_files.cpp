@@ -1,0 +1,158 @@
+#include "sim/shared_files.h"
+
+#include "archive/in_place.h"
+#include "archive/unzip_library.h"
+#include "package/file_primitives.h"
+#include "package/scratch.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <array>
+#include <cstddef>
+#include <set>
+
+namespace korvadex {
+
+namespace {
+
+// A packed file is an archive from its first byte on. Looking at four bytes keeps ordinary bitmaps, by far
+// the most, from being tried as archives.
+bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
+    const auto file = files.OpenForReading(path);
+    if (!file)
+        return false;
+    std::array<std::byte, 4> head{};
+    const auto count = (*file)->Read(head);
+    return count && *count == head.size() && head[0] == std::byte{'P'} && head[1] == std::byte{'K'} &&
+           head[2] == std::byte{3} && head[3] == std::byte{4};
+}
+
+} // namespace
+
+Status UnpackCopy(CommandContext& context, const std::string& path, const std::string& source) {
+    if (!BeginsLikeArchive(context.files, path) || UnzipFileInPlace(context, path) == UnzipCode::Ok)
+        return {};
+    const int code = UnzipFileInPlace(context, path, true);
+    if (code == UnzipCode::Ok) // sound, but there was no room for what is in it: the user was told
+        return {FileFault::Failed, source};
+    // A damaged file is as damaged in the Hangar; the rest of the package may be fine.
+    if (code != UnzipCode::NotAnArchive)
+        context.user.Tell("There was a problem unzipping file " + source + ".  It may be corrupt. (code " +
+                              std::to_string(code) + ")",
+                          MessageIcon::Exclamation);
+    return {};
+}
+
+bool HoldsUnpackedBytes(CommandContext& context, const std::string& packageFile, const std::string& file) {
+    if (SameBytes(context.files, packageFile, file))
+        return true;
+    if (!BeginsLikeArchive(context.files, packageFile))
+        return false;
+    // Only a copy may be unpacked, and only under the file's own name.
+    const auto scratch = MakeScratchName(context.files, context.locations, file);
+    if (!scratch || !context.files.CreateDirectory(*scratch))
+        return false;
+    const std::string copy = AddBackslash(*scratch) + LastPathComponent(packageFile);
+    const bool isSame = context.files.Copy(packageFile, copy) &&
+                        UnzipFileInPlace(context, copy) == UnzipCode::Ok &&
+                        SameBytes(context.files, copy, file);
+    ReleaseScratch(context.files, *scratch);
+    return isSame;
+}
+
+Status SharedFiles::EnsureDirectory(const std::string& directory) {
+    if (context.files.IsDirectory(directory))
+        return {};
+    Status status = context.files.CreateDirectory(directory);
+    if (status)
+        directories.push_back(directory);
+    return status;
+}
+
+Status SharedFiles::Place(const std::string& directory, const std::vector<std::string>& sources,
+                          std::string_view packedEnding, const std::function<void()>& afterEach) {
+    std::vector<std::string> missing;
+    std::set<std::string> names;
+    for (const std::string& source : sources) {
+        const std::string name = LastPathComponent(source);
+        const bool isMissing = context.files.Info(directory + name).fault() == FileFault::NotFound;
+        if (isMissing && names.insert(FoldCase(name)).second)
+            missing.push_back(source);
+        else if (afterEach)
+            afterEach();
+    }
+    if (missing.empty())
+        return {};
+    const auto scratch =
+        MakeScratchName(context.files, context.locations, directory + LastPathComponent(missing.front()));
+    if (!scratch)
+        return scratch.status();
+    Status status = context.files.CreateDirectory(*scratch);
+    if (status)
+        status = PlaceThrough(AddBackslash(*scratch), directory, missing, packedEnding, afterEach);
+    ReleaseScratch(context.files, *scratch);
+    return status;
+}
+
+Status SharedFiles::PlaceThrough(const std::string& scratch, const std::string& directory,
+                                 const std::vector<std::string>& sources, std::string_view packedEnding,
+                                 const std::function<void()>& afterEach) {
+    for (const std::string& source : sources) {
+        const std::string copy = scratch + LastPathComponent(source);
+        if (Status status = context.files.Copy(source, copy); !status)
+            return status;
+        if (!packedEnding.empty() && EndsWithNoCase(source, packedEnding)) {
+            if (Status status = UnpackCopy(context, copy, source); !status)
+                return status;
+        }
+        if (afterEach)
+            afterEach();
+    }
+    for (const std::string& source : sources) {
+        const std::string name = LastPathComponent(source);
+        const std::string target = directory + name;
+        Status status = context.files.Rename(scratch + name, target);
+        if (status)
+            placed.push_back(target);
+        else if (status.fault != FileFault::Exists)
+            return status;
+    }
+    return {};
+}
+
+void SharedFiles::TakeBack() {
+    for (auto path = placed.rbegin(); path != placed.rend(); ++path)
+        DeleteFileForced(context.files, *path);
+    // One that is not empty holds something of another's by now and stays.
+    for (auto directory = directories.rbegin(); directory != directories.rend(); ++directory)
+        (void)context.files.RemoveDirectory(*directory);
+    placed.clear();
+    directories.clear();
+}
+
+std::string NextStep(FileFault fault) {
+    switch (fault) {
+    case FileFault::DiskFull:
+        return "Please free some space on the disk and try again.";
+    case FileFault::InUse:
+        return "Please close the program that uses it (Flight Simulator, perhaps) and try again.";
+    case FileFault::Denied:
+    case FileFault::ReadOnlyDisk:
+        return "Please make sure that you may write there and try again.";
+    case FileFault::NotFound:
+        return "Please select the package again, so that its files are looked up anew, and try again.";
+    case FileFault::BadName:
+        return "Please give the file a name that the disk can store and try again.";
+    default:
+        return "Please check the file and the disk and try again.";
+    }
+}
+
+void TellCopyFailed(CommandContext& context, const Status& failure) {
+    context.user.Tell("The package could not be copied, and nothing of it was left behind.\r\n\r\n" +
+                          failure.path + "\r\n\r\n" + "The reason: " + DescribeFault(failure.fault) + ".  " +
+                          NextStep(failure.fault),
+                      MessageIcon::Exclamation);
+}
+
+} // namespace korvadex

@@ -1,0 +1,62 @@
+#include "sim/alias_users.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+namespace korvadex::test {
+
+TEST_F(SimTest, AliasUsersAreListedInTheOrderOfTheWalk) {
+    drive.Put("Hangar\\Jets\\A_Jet\\Panel\\Panel.cfg", "x\r\nAlias=My Lear\\Panel");
+    drive.Put("Hangar\\Jets\\B Jet\\Panel\\panel.cfg", "alias=my lear\\panel");
+    drive.Put("Hangar\\Jets\\C\\panel.cfg", "; MY LEAR\\panel\r\nalias=My Lear\\panel");
+    drive.Put("Hangar\\Jets\\D\\Panel\\panel.cfg", "alias=lear\\panel");
+    drive.Put("Hangar\\Jets\\E\\Panel\\oldpanel.cfg", "alias=My Lear\\panel");
+    drive.MakeDirectory("FS\\aircraft\\b_jet");
+    AliasSearch search{.root = locations.HangarDir, .fileName = "panel.cfg", .texts = {"My Lear\\panel"}};
+    EXPECT_TRUE(FindAliasUsers(context, search));
+    EXPECT_EQ(window.listCaption, "");
+
+    search.showList = true;
+    EXPECT_TRUE(FindAliasUsers(context, search));
+    EXPECT_EQ(window.listCaption, "panel used in ...");
+    EXPECT_EQ(window.listLines, (std::vector<std::string>{"A_Jet", "< B Jet >", "Jets\\C\\panel.cfg"}));
+
+    search.gaugeLinesOnly = true;
+    EXPECT_FALSE(FindAliasUsers(context, search));
+    EXPECT_FALSE(window.isProgressVisible);
+}
+
+// An aircraft that was put on another drive by a link needs its gauges and its panel as any other does.
+TEST_F(SimTest, AliasUsersBehindALinkCount) {
+    drive.Put("Elsewhere\\panel\\panel.cfg", "alias=Lear\\panel");
+    if (!drive.MakeLink("FS\\aircraft\\Jet", "Elsewhere"))
+        GTEST_SKIP() << "no links on this machine";
+    const AliasSearch search{
+        .root = locations.MsfsDir + "aircraft\\", .fileName = "panel.cfg", .texts = {"Lear\\panel"}};
+    EXPECT_TRUE(FindAliasUsers(context, search));
+}
+
+TEST_F(SimTest, RewritingAnAliasLine) {
+    std::string text = "\xE9  \r\n  alias = no\r\n  Alias=old\r\n",
+                expected = "\xE9  \r\nalias = no\r\nalias=new\\panel\r\n";
+    for (int line = 3; line < 2000; ++line) {
+        text += "x\r\n";
+        expected += "x\r\n";
+    }
+    text += "  alias=beyond\r\n";
+    expected += "  alias=beyond\r\n";
+    drive.Put("FS\\panel.cfg", text);
+    const std::string path = drive.At("FS\\panel.cfg");
+    ASSERT_TRUE(drive.Files().SetReadOnly(path, true));
+    EXPECT_TRUE(RewriteAliasLine(context, "new\\panel", path));
+    EXPECT_EQ(drive.Get("FS\\panel.cfg"), expected);
+
+    // A second time there is nothing to write; a name that the file cannot hold leaves it alone.
+    FaultyFiles watched(drive.Files());
+    CommandContext watching{watched, launcher, locations, limits, user, window};
+    EXPECT_TRUE(RewriteAliasLine(watching, "new\\panel", path));
+    EXPECT_EQ(watched.Changes(), 0);
+    EXPECT_EQ(RewriteAliasLine(watching, "\xD0\x96\\panel", path).fault, FileFault::BadName);
+    EXPECT_EQ(drive.Get("FS\\panel.cfg"), expected);
+}
+
+} // namespace korvadex::test

@@ -1,0 +1,119 @@
+#include "sim/copy_package.h"
+#include "tests/support/sim_fixture.h"
+
+namespace korvadex::test {
+
+using Entries = std::map<std::string, std::string>;
+
+class CopyTest : public SimTest {
+  protected:
+    CopyTest() { drive.MakeDirectory("Hangar\\Jets"); }
+
+    bool CopyStaging(const std::string& name) {
+        LoadPackage(context, locations.StagingDir, true, package);
+        std::string destination = locations.HangarDir + "Jets\\" + name;
+        const bool isCopied = CopyPackageTo(context, package, destination);
+        EXPECT_EQ(destination, locations.HangarDir + "Jets\\" + name + "\\");
+        return isCopied;
+    }
+    Entries Files(const std::string& directory) const {
+        Entries files = drive.Tree(directory);
+        std::erase_if(files, [](const auto& entry) { return entry.first.ends_with('\\'); });
+        return files;
+    }
+};
+
+// An add-on as archives bring it: hardly a directory, names in any case.
+TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
+    const std::vector<std::pair<std::string, std::string>> ways = {
+        {"LEAR\\Aircraft.CFG", "Aircraft.CFG"},
+        {"lear\\lear_check.txt", "lear_check.txt"},
+        {"1024panel.cfg", "Unrecognized Files\\1024panel.cfg"},
+        {"x\\1024panel.cfg", "Unrecognized Files\\1024panel(1).cfg"},
+        {"notes.kx", "Unrecognized Files\\notes.kx"},
+        {"P.BMP", "Panel\\P.BMP"},
+        {"texture\\T.bmp", "Texture\\T.bmp"},
+        {"gauges\\CLOCK.v2.gau", "Gauges\\CLOCK.v2.gau"},
+        {"smoke.FX", "Miscellaneous\\smoke.FX"},
+        {"Click.gau", ""}, // named on no gauge line
+        {"kx_compression.txt", ""},
+        {"KX_MSFSImportName.txt", ""}};
+    const std::string panel = "file=p.bmp\r\ngauge00=Clock.x,1\r\nclick\r\n";
+    Entries expected = {{"Panel\\panel.cfg", panel}};
+    drive.Put("Staging\\panel.cfg", panel);
+    for (const auto& [source, target] : ways) {
+        drive.Put("Staging\\" + source, source);
+        if (!target.empty())
+            expected[target] = source;
+    }
+    const std::string dated = drive.At("Staging\\notes.kx");
+    const FileTime time{std::chrono::sys_days(std::chrono::year(1999) / 12 / 31)};
+    ASSERT_TRUE(drive.Files().SetTime(dated, time));
+    ASSERT_TRUE(drive.Files().SetReadOnly(dated, true));
+
+    user.Expect("The following gauge files aren't used by the panel of this package\n"
+                "and were therefore not copied to the Hangar ...\n\nClick.gau",
+                Answer::Ok, MessageIcon::Information);
+    EXPECT_TRUE(CopyStaging("My Lear"));
+    EXPECT_EQ(Files("Hangar\\Jets\\My Lear"), expected);
+    const auto info = drive.Files().Info(drive.At("Hangar\\Jets\\My Lear\\Unrecognized Files\\notes.kx"));
+    ASSERT_TRUE(bool(info));
+    EXPECT_EQ(info->time, time);
+    EXPECT_TRUE(info->readOnly);
+}
+
+TEST_F(CopyTest, ToTheHangarAllGaugesGoWhenNoPanelNamesAny) {
+    drive.Put("Staging\\panel.cfg", "[fltsim]\r\nalias=Lear\\panel\r\n");
+    drive.Put("Staging\\a.gau", "a");
+    drive.Put("Staging\\b.CAB", "b");
+    EXPECT_TRUE(CopyStaging("Lear"));
+    EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear\\Gauges"), (std::vector<std::string>{"a.gau", "b.CAB"}));
+}
+
+TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
+        .With("Unrecognized Files\\1024panel.cfg", "big panel")
+        .Packed("Texture\\Lear_t.bmp")
+        .Packed("Gauges\\LearClock.gau");
+    Select("My Lear");
+    std::string destination = locations.StagingDir + "aircraft\\My Lear";
+    EXPECT_TRUE(CopyPackageTo(context, package, destination));
+    EXPECT_EQ(destination, locations.StagingDir + "aircraft\\My Lear\\");
+    EXPECT_EQ(drive.Get("Staging\\gauges\\LearClock.gau"), "MZ clock");
+    EXPECT_EQ(drive.Get("Staging\\sound\\Click.wav"), "RIFF gauge click");
+    EXPECT_EQ(drive.Get("Staging\\aircraft\\My Lear\\Texture\\Lear_t.bmp"), "BM texture");
+
+    // The same again meets itself, and another package its own gauge of that name.
+    user.Expect(destination + " exists already.  Please remove or rename it first.\n\nNothing was copied.",
+                Answer::Ok);
+    EXPECT_FALSE(CopyPackageTo(context, package, destination));
+    drive.Put("Staging\\gauges\\LearCab.cab", "another");
+    destination = locations.StagingDir + "aircraft\\Other";
+    user.Expect("Staging already contains another gauge of the same name:...", Answer::Ok);
+    EXPECT_FALSE(CopyPackageTo(context, package, destination));
+    drive.Put("Staging\\gauges\\LearCab.cab", "MSCF cabinet");
+
+    EXPECT_TRUE(CopyStaging("Again"));
+    Entries again = PackageBuilder::Files();
+    again["Unrecognized Files\\1024panel.cfg"] = "big panel";
+    EXPECT_EQ(Files("Hangar\\Jets\\Again"), again);
+}
+
+TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
+    drive.Put("Staging\\a.mdl", "a");
+    drive.Put("Staging\\b.mdl", "b");
+    limits.FileMax = 1;
+    user.Expect(DescribeCut(ListCut::FileMax, limits) + "\n\nNothing was copied.", Answer::Ok,
+                MessageIcon::Exclamation);
+    EXPECT_FALSE(CopyStaging("Lear"));
+    limits.FileMax = 5000;
+    if (drive.MakeLink("Staging\\link.mdl", "Staging\\a.mdl")) {
+        user.Expect("The package contains a link to another place, which cannot be copied:\n\n" +
+                        drive.At("Staging\\link.mdl") + "...",
+                    Answer::Ok, MessageIcon::Exclamation);
+        EXPECT_FALSE(CopyStaging("Lear"));
+    }
+    EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
+}
+
+} // namespace korvadex::test

@@ -1,0 +1,299 @@
+#include "package/scratch.h"
+#include "platform/windows_path.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+#include <algorithm>
+
+namespace korvadex::test {
+
+namespace {
+
+using Entries = std::map<std::string, std::string>;
+
+const char* const Passed = "My Lear ...\n\nCrosscheck complete.  PASSED.\n\nInstallation complete.";
+
+// Adds what an install puts there; a name that stands there already, in whatever case, keeps its bytes.
+void AddNew(Entries& tree, const std::string& path, const std::string& bytes) {
+    const bool isThere =
+        std::ranges::any_of(tree, [&](const auto& entry) { return EqualNoCase(entry.first, path); });
+    if (!isThere)
+        tree[path] = bytes;
+}
+
+// The simulator's tree after the builder's aircraft was installed as My_Lear. The gauges may be left out of
+// it.
+Entries WithAircraft(Entries tree) {
+    const std::string aircraft = "aircraft\\My_Lear\\";
+    tree[aircraft];
+    for (const auto& [relative, bytes] : PackageBuilder::Files()) {
+        const std::string name = LastPathComponent(relative);
+        if (relative.starts_with("Gauges\\")) {
+            AddNew(tree, "gauges\\" + name, bytes);
+        } else if (name == "smoke.fx") {
+            if (tree.contains("effects\\"))
+                AddNew(tree, "effects\\" + name, bytes);
+        } else if (name == "helper.dll") {
+            AddNew(tree, "modules\\", "");
+            AddNew(tree, "modules\\" + name, bytes);
+        } else {
+            tree[aircraft + ParentDirectory(relative)];
+            tree[aircraft + relative] = bytes;
+        }
+    }
+    AddNew(tree, "sound\\", "");
+    AddNew(tree, "sound\\Click.wav", PackageBuilder::Files().at("Sound\\Click.wav"));
+    return tree;
+}
+
+// Answers anything with what changes most, and remembers what it was told.
+class AgreeingUser : public ScriptedUser {
+  public:
+    std::vector<std::string> told;
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
+                              const MessageOptions&) override {
+        told.push_back(text);
+        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
+    }
+    void ShowInstallStatus(const std::string& text) override { told.push_back(text); }
+};
+
+} // namespace
+
+// What the simulator holds beforehand, and what removing leaves that was not there.
+struct RoundTrip {
+    const char* name;
+    Entries before;
+    std::vector<std::string> staying;
+};
+
+class InstallAndRemove : public SimTest, public testing::WithParamInterface<RoundTrip> {};
+
+TEST_P(InstallAndRemove, TouchNothingOfOthers) {
+    drive.Put("FS\\aircraft\\Cessna\\panel\\Panel.cfg", "gauge00=Altimeter,1,1\r\nGAUGE01=x!LEARCLOCK,1\r\n");
+    for (const auto& [path, bytes] : GetParam().before)
+        path.ends_with('\\') ? drive.MakeDirectory("FS\\" + path) : drive.Put("FS\\" + path, bytes);
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").With("Texture\\Lear_t.bmp", std::string(100'000, 'B'));
+    const Entries hangar = drive.Tree("Hangar");
+    const Entries before = drive.Tree("FS");
+    Select("My Lear");
+
+    user.ExpectInstallStatus(Passed);
+    Run(InstallPackage);
+    Entries installed = WithAircraft(before);
+    installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
+    EXPECT_EQ(drive.Tree("FS"), installed);
+    EXPECT_EQ(window.listRefreshes, 1);
+    EXPECT_EQ(window.displayRefreshes, 1);
+
+    window.packageText = "< My Lear >";
+    user.Expect("This package is already installed in Flight Simulator.", Answer::Ok,
+                MessageIcon::Information);
+    Run(InstallPackage);
+    ExpectRemoval().Expect("Done.", Answer::Ok, MessageIcon::None);
+    Run(RemovePackageFromSim);
+    Entries removed = before;
+    for (const std::string& path : GetParam().staying)
+        removed[path] = installed.at(path);
+    EXPECT_EQ(drive.Tree("FS"), removed);
+    EXPECT_EQ(drive.Tree("Hangar"), hangar);
+}
+
+// The clock is named by the Cessna's panel, so it stays whoever brought it; the cabinet is nobody else's.
+INSTANTIATE_TEST_SUITE_P(
+    Simulators, InstallAndRemove,
+    testing::Values(RoundTrip{"Bare",
+                              {},
+                              {"gauges\\LearClock.gau", "modules\\", "modules\\helper.dll", "sound\\",
+                               "sound\\Click.wav"}},
+                    RoundTrip{"WithDirectories",
+                              {{"effects\\", ""}, {"modules\\x.dll", "x"}, {"sound\\y.wav", "y"}},
+                              {"gauges\\LearClock.gau", "effects\\smoke.fx", "modules\\helper.dll",
+                               "sound\\Click.wav"}},
+                    RoundTrip{"SameFilesThere",
+                              {{"effects\\SMOKE.FX", "smoke"},
+                               {"modules\\Helper.DLL", "MZ helper"},
+                               {"sound\\click.WAV", "RIFF gauge click"},
+                               {"gauges\\LEARCLOCK.GAU", "MZ clock"}},
+                              {}},
+                    RoundTrip{"OtherFilesOfTheseNames",
+                              {{"effects\\smoke.fx", "thicker smoke"},
+                               {"modules\\helper.dll", "MZ newer helper"},
+                               {"sound\\click.wav", "RIFF another click"},
+                               {"gauges\\learclock.gau", "MZ another clock"},
+                               {"gauges\\learcab.CAB", "MSCF another cabinet"}},
+                              {}}),
+    RowName<RoundTrip>);
+
+TEST_F(SimTest, NoPackageSelected) {
+    user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+    Run(InstallPackage);
+}
+
+TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\gauges")));
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
+    Select("Lear");
+    user.Expect(
+        drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
+        Answer::Ok, MessageIcon::Exclamation);
+    Run(InstallPackage);
+    EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
+}
+
+TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+        .WithoutAll()
+        .With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
+    Select("Lear");
+    user.Expect("Done.", Answer::Ok);
+    Run(InstallPackage);
+    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
+              (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg"}));
+}
+
+TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
+    PackageBuilder builder(drive, "Hangar\\Jets\\My Lear\\");
+    builder.Packed("Texture\\Lear_t.bmp").Packed("Panel\\LearPanel.bmp").Packed("Gauges\\LearClock.gau");
+    builder.With("KX_Compression.txt", "1 Meg have been compressed.\r\n");
+    builder.With("Texture\\torn.bmp", "").Packed("Texture\\torn.bmp");
+    std::string torn = drive.Get("Hangar\\Jets\\My Lear\\Texture\\torn.bmp");
+    torn[14] = 'x'; // the CRC-32
+    torn[torn.find("PK\x01\x02") + 16] = 'x';
+    builder.With("Texture\\torn.bmp", torn);
+    const Entries hangar = drive.Tree("Hangar");
+    const Entries before = drive.Tree("FS");
+    Select("My Lear");
+    user.Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Texture\\torn.bmp") +
+                    ".  It may be corrupt. (code 2)",
+                Answer::Ok, MessageIcon::Exclamation);
+    user.ExpectInstallStatus(Passed);
+    Run(InstallPackage);
+    Entries installed = WithAircraft(before);
+    installed["aircraft\\My_Lear\\Texture\\torn.bmp"] = torn;
+    EXPECT_EQ(drive.Tree("FS"), installed);
+
+    ExpectRemoval().Expect("Done.", Answer::Ok);
+    Run(RemovePackageFromSim);
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
+    EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{});
+    EXPECT_EQ(drive.Tree("Hangar"), hangar);
+}
+
+struct AliasGuard {
+    const char* name;
+    const char *installed, *file,
+        *text;           // what a package's configuration says, and what stands in the simulator
+    const char* refusal; // "" when the install goes on
+    const char* rewritten;
+};
+
+class InstallAlias : public SimTest, public testing::WithParamInterface<AliasGuard> {};
+
+TEST_P(InstallAlias, NeedsItsTarget) {
+    const AliasGuard& row = GetParam();
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
+    if (*row.installed)
+        drive.MakeDirectory(std::string("FS\\aircraft\\") + row.installed);
+    Select("Lear");
+    if (*row.refusal)
+        user.Expect(row.refusal, Answer::Ok, MessageIcon::Information);
+    else
+        user.ExpectInstallStatus("Lear ...");
+    Run(InstallPackage);
+    EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), !*row.refusal);
+    if (!*row.refusal) {
+        EXPECT_EQ(drive.Get(std::string("FS\\aircraft\\Lear\\") + row.file), row.rewritten);
+        EXPECT_EQ(drive.Get(std::string("Hangar\\Jets\\Lear\\") + row.file), row.text);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Targets, InstallAlias,
+    testing::Values(AliasGuard{"PanelMissing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
+                               "This package uses a panel via alias (big jet\\panel) which is not installed "
+                               "in MSFS.  Please install "
+                               "the package that contains this panel first.",
+                               ""},
+                    AliasGuard{"SoundMissing", "Big_Jet\\panel", "Sound\\sound.cfg",
+                               "alias=Big Jet\\sound\r\n",
+                               "This package uses a sound configuration via alias (big jet\\sound) which is "
+                               "not installed in MSFS.  "
+                               "Please install the package that contains this sound configuration first.",
+                               ""},
+                    AliasGuard{"PanelUnderAnotherName", "Big_Jet\\panel", "Panel\\panel.cfg",
+                               "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
+                               "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
+                    AliasGuard{"SoundUnderAnotherName", "Big_Jet\\sound", "Sound\\sound.cfg",
+                               "[fltsim]\nalias=Big Jet\\sound", "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
+                    AliasGuard{"PanelUnderItsOwnName", "bigjet\\panel", "Panel\\panel.cfg",
+                               "[fltsim]\nalias=BigJet\\Panel\n", "", "[fltsim]\nalias=BigJet\\Panel\n"}),
+    RowName<AliasGuard>);
+
+// Every single change of the disk fails once: the aircraft is then there as a whole or not at all, and
+// nothing else has changed.
+TEST(InstallFaults, AFailedInstallTakesEverythingBack) {
+    bool wasFailing = true;
+    int refusals = 0;
+    for (int change = 1; wasFailing; ++change) {
+        SCOPED_TRACE("change " + std::to_string(change));
+        TemporaryDrive drive;
+        for (const char* directory : {"Staging", "FS\\aircraft", "FS\\gauges", "FS\\effects"})
+            drive.MakeDirectory(directory);
+        PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
+            .Packed("Texture\\Lear_t.bmp")
+            .Packed("Gauges\\LearClock.gau");
+        const Entries before = drive.Tree("FS");
+        const Entries hangar = drive.Tree("Hangar");
+        FaultyFiles faulty(drive.Files());
+        const Locations locations{drive.At("Staging\\"), drive.At("Hangar\\"), drive.At("FS\\")};
+        const WalkLimits limits;
+        AgreeingUser user;
+        RecordingWindow window;
+        RecordingLauncher launcher;
+        CommandContext context{faulty, launcher, locations, limits, user, window};
+        LoadedPackage package;
+        LoadPackage(context, locations.HangarDir + "Jets\\My Lear\\", false, package);
+        window.packageText = "My Lear";
+        CommandState state;
+        state.CommandCode = InstallPackage;
+        ASSERT_EQ(faulty.Changes(), 0);
+        const bool isKilled = change % 2 == 0;
+        isKilled ? faulty.StopAt(change) : faulty.FailAt(change, FileFault::DiskFull);
+        RunHangarCommand(context, state, package);
+        wasFailing = faulty.Changes() >= change;
+
+        CleanScratch(drive.Files(), locations);
+        const Entries after = drive.Tree("FS");
+        const Entries whole = WithAircraft(before);
+        EXPECT_EQ(drive.Tree("Hangar"), hangar);
+        if (after.contains("aircraft\\My_Lear\\")) {
+            EXPECT_EQ(after, whole);
+        } else if (!isKilled) {
+            EXPECT_EQ(after, before);
+            ++refusals;
+            EXPECT_THAT(user.told.back(), testing::HasSubstr("The reason: "));
+        } else {
+            // Killed in the middle: whole files of the package may stand beside the others.
+            for (const auto& [path, bytes] : after)
+                EXPECT_EQ(bytes, whole.at(path)) << path;
+        }
+    }
+    EXPECT_GT(refusals, 20);
+}
+
+TEST_F(SimTest, FullDiskIsSeenBeforehand) {
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
+    Select("Lear");
+    FaultyFiles faulty(drive.Files());
+    faulty.freeSpace = 5;
+    CommandContext full{faulty, launcher, locations, limits, user, window};
+    user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
+                "Please free some "
+                "space on the disk and try again.\n\nNothing was copied.",
+                Answer::Ok, MessageIcon::Exclamation);
+    RunHangarCommand(full, state, package);
+    EXPECT_EQ(faulty.Changes(), 0);
+}
+
+} // namespace korvadex::test

@@ -1,0 +1,43 @@
+// Commands on a package of the Hangar, run against a small simulator on the test's drive.
+#pragma once
+
+#include "package/load_package.h"
+#include "sim/hangar_commands.h"
+#include "tests/support/command_fixture.h"
+#include "tests/support/package_builder.h"
+
+#include <string>
+
+namespace korvadex::test {
+
+// The name of a row of a table of cases.
+template<class Row>
+std::string RowName(const testing::TestParamInfo<Row>& row) {
+    return row.param.name;
+}
+
+class SimTest : public CommandTest {
+  protected:
+    SimTest() { drive.MakeDirectory("FS\\gauges"); }
+
+    // Selects and loads a package of the category Jets.
+    void Select(const std::string& name) {
+        window.category = "Jets";
+        window.packageText = name;
+        LoadPackage(context, locations.HangarDir + "Jets\\" + name + "\\", false, package);
+    }
+    void Run(HangarCommand command) {
+        state.CommandCode = command;
+        RunHangarCommand(context, state, package);
+        EXPECT_FALSE(window.isProgressVisible);
+    }
+    ScriptedUser& ExpectRemoval() {
+        return user.Expect(
+            "Are you sure you want to remove this package from the Flight Simulator directory?", Answer::Yes);
+    }
+
+    LoadedPackage package;
+    CommandState state;
+};
+
+} // namespace korvadex::test
