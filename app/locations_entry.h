@@ -1,0 +1,32 @@
+// Getting three good directories from the user: what is wrong with an entered location is told, what is
+// missing can be made, and the dialog comes back until all three are right or the user gives up.
+#pragma once
+
+#include "app/main_view.h"
+#include "app/settings.h"
+#include "package/dialogs.h"
+#include "platform/file_system.h"
+
+namespace korvadex {
+
+enum class LocationsOutcome {
+    Valid,    // settings.locations are good and stand in the active profile
+    GivenUp,  // the program cannot go on
+    Cancelled // the dialog was closed without accepting
+};
+
+// Who asks: closing the dialog without accepting leaves the program as it was only when there is a program
+// running.
+enum class LocationsCaller { StartUp, Menu };
+
+struct LocationsRequest {
+    LocationsCaller caller = LocationsCaller::StartUp;
+    bool showDialog = false; // also: the Staging directory must be empty
+    bool isRestart = false;  // the user has chosen the locations a moment ago
+};
+
+// Everything but Valid leaves the locations, the active profile and the profile rows as they were.
+LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, ProgramDialogs& dialogs,
+                                   const LocationsRequest& request, Settings& settings);
+
+} // namespace korvadex

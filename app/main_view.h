@@ -1,0 +1,66 @@
+// What the main window shows at the moment, apart from the loaded package itself.
+#pragma once
+
+#include "app/settings.h"
+#include "package/loaded_package.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvadex {
+
+inline constexpr const char* HangarHeader = "H A N G A R";
+inline constexpr const char* StagingHeader = "S T A G I N G";
+
+struct MainView {
+    bool HangarSideShown = true;
+    std::string caption = "Korvadex"; // "     (Staging Contains Files)" is added
+    std::string header = HangarHeader;
+    std::vector<std::string> categories;
+    int categoryIndex = -1;
+    std::vector<std::string> packages; // "< name >" when installed in the simulator
+    int packageIndex = -1;
+    std::string packageName; // the text of txtPackageName
+    std::string sizeText;    // "12 Meg (compressed)"
+    std::string status;
+    int listRevision = 0; // grows when the loaded package was loaded anew
+};
+
+// The real main window, as the program drives it. Values come in whole; the window shows what has changed.
+class MainForm {
+  public:
+    virtual ~MainForm() = default;
+    virtual void ShowView(const MainView& view, const LoadedPackage& package) = 0;
+    virtual void ShowStatus(const std::string& text) = 0;
+    virtual void ShowProgress(int minimum, int maximum) = 0;
+    virtual void SetProgress(int value) = 0;
+    virtual void HideProgress() = 0;
+    // frmFileList: the users of a panel or sound, and later the overviews.
+    virtual void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) = 0;
+
+    virtual ScreenSize Screen() const = 0;
+    virtual void ApplyGeometry(const SavedGeometry& geometry) = 0;
+    // None while the window is minimised.
+    virtual std::optional<WindowGeometry> Geometry() const = 0;
+    virtual void ApplyListGeometry(const WindowGeometry& geometry) = 0;
+    // None when the list window was never shown.
+    virtual std::optional<WindowGeometry> ListGeometry() const = 0;
+    // EndProgram: closes every window and leaves the event loop.
+    virtual void EndProgram() = 0;
+};
+
+// What the locations dialog takes in and gives back.
+struct LocationsEntry {
+    std::string profileText; // the text of cboLocationProfile
+    Locations locations;
+};
+class ProgramDialogs {
+  public:
+    virtual ~ProgramDialogs() = default;
+    // frmLocations with the non-empty profiles of settings. The check box changes settings.AskLocationAtStart
+    // at once. None when the dialog was closed without cmdAccept.
+    virtual std::optional<LocationsEntry> ShowLocations(Settings& settings) = 0;
+};
+
+} // namespace korvadex

@@ -1,0 +1,256 @@
+#include "app/program.h"
+
+#include "app/locations_entry.h"
+#include "package/component_files.h"
+#include "package/file_primitives.h"
+#include "platform/windows_path.h"
+#include "sim/hangar_commands.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
+                 ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir,
+                 std::string runningExecutable)
+    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
+      form(mainForm), executable(std::move(runningExecutable)) {
+    settings.AppDir = AddBackslash(appDir);
+}
+
+void Program::Run(const std::function<void()>& command) {
+    if (isRunning || isEnded)
+        return;
+    struct Running {
+        bool& flag;
+        explicit Running(bool& running) : flag(running) { flag = true; }
+        ~Running() { flag = false; }
+    } running(isRunning);
+
+    try {
+        ShowStatus("");
+        command();
+        // A list that is not whole is said for as long as it is shown.
+        for (const auto cut : {package.cut, packagesCut, categoriesCut})
+            if (view.status.empty())
+                view.status = DescribeCut(cut, settings.limits);
+        form.ShowStatus(view.status);
+        ShowView();
+    } catch (const ProgramEnd&) {
+        EndRun();
+    }
+}
+
+void Program::ShowView() {
+    form.ShowView(view, package);
+}
+
+// --- the main window's own controls
+
+void Program::ChooseCategory(int index) {
+    Run([&] { SelectCategory(index); });
+}
+
+void Program::ChoosePackage(int index) {
+    Run([&] {
+        if (!view.HangarSideShown || index < 0 || index >= static_cast<int>(view.packages.size()))
+            return;
+        view.packageIndex = index;
+        LoadSelectedPackage();
+    });
+}
+
+void Program::SetPackageName(const std::string& text) {
+    if (!isRunning)
+        view.packageName = text;
+}
+
+void Program::GoToHangar() {
+    Run([&] {
+        RefreshPackageList();
+        ShowHangarSide(true);
+    });
+}
+
+void Program::GoToStaging() {
+    Run([&] { ShowStagingSide(); });
+}
+
+void Program::Refresh() {
+    Run([&] {
+        FillCategories();
+        RefreshPackageList();
+        LoadShownSide();
+    });
+}
+
+void Program::SetFirstPackage() {
+    Run([&] {
+        const auto name = view.HangarSideShown ? CurrentPackageName(*this) : "";
+        if (name.empty()) {
+            user.Tell("Please select a package in the Hangar first.");
+            return;
+        }
+        const auto line = SelectedCategory() + "\\" + name;
+        if (!SettingsCanHold(line)) {
+            user.Tell("The name of this package has a character that cannot be kept in kx.ini.  Please "
+                      "rename the package "
+                      "first.",
+                      MessageIcon::Exclamation);
+            return;
+        }
+        settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage = line;
+        user.Tell("Done.\r\n\r\nThe " + line + " will be the first package you see when you start Korvadex");
+    });
+}
+
+void Program::OpenComponent(int group, int position) {
+    Run([&] {
+        if (group < 0 || group >= GroupCount)
+            return;
+        const auto& entries = package.ComponentFiles[static_cast<std::size_t>(group)];
+        if (position >= 0 && position < static_cast<int>(entries.size()))
+            OpenComponentFile(context, entries[static_cast<std::size_t>(position)].path);
+    });
+}
+
+void Program::DeleteComponents(int group, const std::vector<int>& positions) {
+    Run([&] {
+        if (group >= 0 && group < GroupCount && DeleteComponentFiles(context, package, group, positions))
+            LoadShownSide();
+    });
+}
+
+void Program::ChooseFileListLine(const std::string& line) {
+    Run([&] {
+        const bool isCategory = line.find(" -->  ") != std::string::npos;
+        if (line.empty() || (isCategory && fileListCaption != "Package Categories"))
+            return;
+        const auto name = WithoutInstalledMarks(line);
+        // Users of an alias that stand in the simulator are listed with blanks where their names may have
+        // "_".
+        if (SelectPackage(line) || SelectPackage(name) || SelectPackage(SpacesToUnderscores(name)))
+            return;
+        user.Tell("The package you've selected no longer seems to be in the Hangar.",
+                  MessageIcon::Exclamation);
+    });
+}
+
+// --- menus and toolbar
+
+void Program::RunCommand(Side processor, int code) {
+    Run([&] {
+        if (view.HangarSideShown != (processor == Side::Hangar))
+            return;
+        if (processor == Side::Hangar)
+            RunHangarSideCommand(code);
+        else
+            RunStagingCommand(code);
+    });
+}
+
+void Program::RunHangarSideCommand(int code) {
+    if (code != InstallPackage && code != RemovePackageFromSim)
+        return;
+    if (code == InstallPackage)
+        ReloadWhenChanged();
+    state.CommandCode = code;
+    RunHangarCommand(context, state, package);
+}
+
+void Program::PressToolbarKey(const std::string& key) {
+    Run([&] {
+        if (key == "ProcessZip") {
+            if (view.HangarSideShown)
+                ShowStagingSide();
+            RunStagingCommand(ProcessZipIntoStaging);
+        } else if (key == "Install") {
+            if (view.HangarSideShown)
+                RunHangarSideCommand(InstallPackage);
+            else
+                RunStagingCommand(CopyStagingToHangar);
+        } else if (key == "Uninstall") {
+            if (view.HangarSideShown)
+                RunHangarSideCommand(RemovePackageFromSim);
+        } else if (key == "RemovePackage") {
+            if (!view.HangarSideShown)
+                RunStagingCommand(RemoveAllFromStaging);
+        }
+    });
+}
+
+void Program::ProcessArchive(const std::string& path) {
+    Run([&] {
+        if (view.HangarSideShown)
+            ShowStagingSide();
+        RunStagingCommand(ProcessZipIntoStaging, path);
+    });
+}
+
+void Program::ChangeLocations() {
+    Run([&] {
+        const Settings before = settings;
+        const auto outcome = ValidateLocations(
+            files, user, dialogs, {.caller = LocationsCaller::Menu, .showDialog = true}, settings);
+        if (outcome == LocationsOutcome::GivenUp)
+            throw ProgramEnd{};
+        if (outcome == LocationsOutcome::Cancelled)
+            return;
+        if (settings.locations.HangarDir != before.locations.HangarDir) {
+            RestartWith(before);
+            return;
+        }
+        UpdateCaption();
+        if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
+            LoadStaging(); // what is shown is no longer Staging
+    });
+}
+
+void Program::OpenReadMe() {
+    Run([&] {
+        const auto program = files.PathFromHost(executable);
+        for (const auto& directory : {settings.AppDir, program ? ParentDirectory(*program) : std::string()}) {
+            const auto page = directory + "kxdoc.htm";
+            if (!directory.empty() && files.Info(page)) {
+                launcher.OpenDocument(page);
+                return;
+            }
+        }
+        user.Tell("The read-me page " + settings.AppDir + "kxdoc.htm does not exist.",
+                  MessageIcon::Exclamation);
+    });
+}
+
+// --- what commands do with the main window
+
+void Program::ShowProgress(int minimum, int maximum) {
+    form.ShowProgress(minimum, maximum);
+}
+
+void Program::SetProgress(int value) {
+    form.SetProgress(value);
+}
+
+void Program::HideProgress() {
+    form.HideProgress();
+}
+
+void Program::ShowStatus(const std::string& text) {
+    view.status = text;
+    form.ShowStatus(text);
+}
+
+std::string Program::SelectedCategory() const {
+    return view.categoryIndex < 0 ? "" : view.categories[static_cast<std::size_t>(view.categoryIndex)];
+}
+
+std::string Program::SelectedPackageText() const {
+    return view.packageIndex < 0 ? "" : view.packages[static_cast<std::size_t>(view.packageIndex)];
+}
+
+void Program::ShowFileList(const std::string& caption, const std::vector<std::string>& lines) {
+    fileListCaption = caption;
+    form.ShowFileList(caption, lines);
+}
+
+} // namespace korvadex

@@ -1,0 +1,138 @@
+// The program without its windows: one run from start-up to shutdown, and every command that the main window
+// can give.
+#pragma once
+
+#include "app/main_view.h"
+#include "app/settings.h"
+#include "archive/mod_unzip.h"
+#include "package/command_context.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+// Which processor a menu entry's code goes to.
+enum class Side { Staging, Hangar };
+
+// Codes of the Staging processor (those of the Hangar's: sim/hangar_commands.h).
+enum StagingCommand : int { CopyStagingToHangar = 0, ProcessZipIntoStaging = 1, RemoveAllFromStaging = 4 };
+
+// Each public command runs to its end before the next: one that arrives while another waits for an answer is
+// dropped, and none runs after the program has ended.
+class Program : private MainWindow {
+  public:
+    // appDir ends in a backslash; executable is started again after a change of the Hangar location.
+    Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs, MainForm& form,
+            std::string appDir, std::string executable);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    // The main window's start-up. False when the program is to end (EndProgram was called).
+    bool Start();
+    // Saves kx.ini and ends. Runs once, however often it is called; does nothing while a command runs (then
+    // the window is to stay open: EndProgram was not called).
+    void Shutdown();
+
+    // --- the main window's own controls
+    void ChooseCategory(int index);
+    void ChoosePackage(int index);
+    void SetPackageName(const std::string& text); // as typed into txtPackageName
+    void GoToHangar();
+    void GoToStaging();
+    void Refresh();
+    void SetFirstPackage();
+    void OpenComponent(int group, int position);
+    void DeleteComponents(int group, const std::vector<int>& positions);
+    // A line of frmFileList was clicked.
+    void ChooseFileListLine(const std::string& line);
+
+    // --- menus and toolbar
+    // The code of a command that is not built, or that belongs to the side that is not shown, does nothing.
+    void RunCommand(Side processor, int code);
+    // A key of the toolbar, as in its table; an unknown key does nothing.
+    void PressToolbarKey(const std::string& key);
+    // An archive that was not chosen in the dialog (dropped on the window); goes to the Staging side first.
+    void ProcessArchive(const std::string& path);
+    void ChangeLocations();
+    void OpenReadMe();
+
+    const MainView& View() const { return view; }
+    const LoadedPackage& Package() const { return package; }
+    const Settings& GetSettings() const { return settings; }
+
+  private:
+    // What CommandContext lets commands do with the main window.
+    void ShowProgress(int minimum, int maximum) override;
+    void SetProgress(int value) override;
+    void HideProgress() override;
+    void ShowStatus(const std::string& text) override;
+    std::string SelectedCategory() const override;
+    std::string SelectedPackageText() const override;
+    void RefreshPackageList() override;
+    void RefreshPackageDisplay() override;
+    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+
+    // program.cpp: one command from the window's event to the window's new state.
+    void Run(const std::function<void()>& command);
+    void ShowView();
+    void RunHangarSideCommand(int code);
+
+    // startup.cpp
+    void StartUp();
+    bool EnterLocationsAtStart(bool isFirstRun, bool isRestart);
+    bool TakeMarker();
+    void CreateDefaultCategories();
+    void ShowFirstPackage();
+    Status Save();
+    void EndRun();
+    void RestartWith(const Settings& oldSettings);
+
+    // sides.cpp
+    void ShowHangarSide(bool preselect);
+    void ShowStagingSide();
+    void LoadShownSide();
+    void LoadSelectedPackage();
+    void LoadStaging();
+    void ClearPackageDisplay();
+    void ReloadWhenChanged();
+    void FillCategories();
+    std::vector<std::string> PackagesIn(const std::string& category,
+                                        ListCut& cut) const; // with installed marks
+    void FillPackages();
+    void SelectCategory(int index);
+    bool SelectPackage(std::string_view line);
+    bool SelectPackageIn(int category, std::string_view name);
+    std::string SelectedPackagePath() const;
+    void UpdateCaption();
+
+    // staging_commands.cpp
+    void RunStagingCommand(int code, const std::string& archive = "");
+    void CopyToHangar();
+    bool CanCopyToHangar(const std::string& name);
+    void AddArchive(const std::string& archive);
+    void EraseStaging();
+
+    FileSystem& files;
+    Launcher& launcher;
+    UserDialogs& user;
+    ProgramDialogs& dialogs;
+    MainForm& form;
+    const std::string executable;
+
+    Settings settings;
+    MainView view;
+    LoadedPackage package;
+    CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
+    CommandState state;
+    modUnzip unzip;              // one for the run: its password prompt is shown once
+    std::string fileListCaption; // of the lines that frmFileList shows
+    ListCut categoriesCut = ListCut::None, packagesCut = ListCut::None;
+    bool isRunning = false;
+    bool isEnded = false;
+    bool isSaved = false;
+};
+
+} // namespace korvadex

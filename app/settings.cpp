@@ -1,0 +1,222 @@
+#include "app/settings.h"
+
+#include "package/scratch.h"
+#include "platform/code_page.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace korvadex {
+
+namespace {
+
+constexpr double LowestPosition = -70, CorrectedPosition = -60;
+constexpr double ScreenMargin = 100;
+
+// As much of the beginning as is a number, 0 when there is none: " 12", "+12", "12 twips" and "12abc" are
+// all 12.
+double NumberIn(std::string_view text) {
+    text = TrimLeft(text);
+    if (text.starts_with('+') && !text.starts_with("+-"))
+        text.remove_prefix(1);
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    // "nan" and "inf" are numbers to the library only.
+    return error == std::errc() && std::isfinite(number) ? number : 0;
+}
+
+int IntegerIn(std::string_view text) {
+    constexpr double lowest = std::numeric_limits<int>::min(), highest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(std::nearbyint(NumberIn(text)), lowest, highest));
+}
+
+// Window positions are kept in single precision; the shortest text that gives the same value back.
+std::string ShortestText(double number) {
+    char text[64];
+    const auto end =
+        std::to_chars(std::begin(text), std::end(text), static_cast<float>(number), std::chars_format::fixed);
+    return end.ec == std::errc() ? std::string(text, end.ptr) : "0";
+}
+
+std::string IntegerText(double number) {
+    return std::to_string(std::llround(number));
+}
+
+double Position(double value) {
+    return value < LowestPosition ? CorrectedPosition : value;
+}
+
+std::optional<double> Extent(double value, double screen) {
+    if (value > screen)
+        value = screen - ScreenMargin;
+    return value > 0 ? std::optional(value) : std::nullopt;
+}
+
+void ReadProfileLine(std::string_view key, std::string_view value, Settings& settings) {
+    // The digit before the equals sign tells the profile.
+    const char digit = key.back();
+    if (digit < '0' || digit > '9')
+        return;
+    key.remove_suffix(1);
+    auto& profile = settings.LocationProfiles[static_cast<std::size_t>(digit - '0')];
+    if (key == "ALTLOCATION")
+        profile.name = value;
+    else if (key == "ALTSTAGINGDIR")
+        profile.StagingDir = AddBackslash(value);
+    else if (key == "ALTHANGARDIR")
+        profile.HangarDir = AddBackslash(value);
+    else if (key == "ALTMSFSDIR")
+        profile.MsfsDir = AddBackslash(value);
+    else if (key == "ALTFIRSTPACKAGE")
+        profile.firstPackage = value;
+}
+
+void ReadLine(std::string_view line, const ScreenSize& screen, Settings& settings) {
+    const auto equals = line.find('=');
+    if (equals == std::string_view::npos)
+        return;
+    const auto key = line.substr(0, equals), value = line.substr(equals + 1);
+    auto& list = settings.ListWindowGeometry;
+    if (key.starts_with("ALT"))
+        ReadProfileLine(key, value, settings);
+    else if (key == "LOCATIONASK")
+        settings.AskLocationAtStart = value == "YES";
+    else if (key == "LOCATIONLAST")
+        settings.CurrentProfile = IntegerIn(value);
+    else if (key == "LOCATIONLASTZIP")
+        settings.LastZipPath = value;
+    else if (key == "MTOP")
+        settings.mainWindow.top = Position(NumberIn(value));
+    else if (key == "MLEFT")
+        settings.mainWindow.left = Position(NumberIn(value));
+    else if (key == "MHEIGHT") {
+        if (const auto height = Extent(NumberIn(value), screen.height))
+            settings.mainWindow.height = height;
+    } else if (key == "MWIDTH") {
+        if (const auto width = Extent(NumberIn(value), screen.width))
+            settings.mainWindow.width = width;
+    } else if (key == "LTOP")
+        list.top = Position(IntegerIn(value));
+    else if (key == "LLEFT")
+        list.left = Position(IntegerIn(value));
+    else if (key == "LHEIGHT")
+        list.height = IntegerIn(value) > 0 ? IntegerIn(value) : list.height;
+    else if (key == "LWIDTH")
+        list.width = IntegerIn(value) > 0 ? IntegerIn(value) : list.width;
+    else if (key == "DIRMAX")
+        settings.limits.DirMax =
+            IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : settings.limits.DirMax;
+    else if (key == "FILEMAX")
+        settings.limits.FileMax =
+            IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : settings.limits.FileMax;
+}
+
+void DeriveActiveProfile(Settings& settings) {
+    auto& profiles = settings.LocationProfiles;
+    int& current = settings.CurrentProfile;
+    const int count = static_cast<int>(profiles.size());
+    if (current < 0 || current >= count)
+        current = 0;
+    for (auto& profile : profiles)
+        if (profile.name.empty())
+            profile = {};
+    const auto named = [](const LocationProfile& profile) { return !profile.name.empty(); };
+    const auto first =
+        static_cast<int>(std::find_if(profiles.begin(), profiles.end(), named) - profiles.begin());
+    // A free slot above 0 stays the active one while others are named: a person may have chosen it so.
+    if (current > 0 && first == count)
+        current = 0;
+    if (current == 0 && first < count)
+        current = first;
+
+    auto& active = profiles[static_cast<std::size_t>(current)];
+    if (active.name.empty())
+        active.name = "A Location Profile";
+    settings.locations = {active.StagingDir, active.HangarDir, active.MsfsDir};
+    settings.FirstPackage = active.firstPackage;
+}
+
+bool IsOneStorableLine(std::string_view text) {
+    const auto bytes = ToCodePage(text);
+    // Some systems store a character that the code page lacks as one that looks like it.
+    return text.find_first_of("\r\n") == std::string_view::npos && bytes && FromCodePage(*bytes) == text;
+}
+
+void AddGeometry(const WindowGeometry& window, WindowGeometry list, std::vector<std::string>& lines) {
+    lines.push_back("MTOP=" + ShortestText(window.top));
+    lines.push_back("MLEFT=" + ShortestText(window.left));
+    lines.push_back("MHEIGHT=" + ShortestText(window.height));
+    lines.push_back("MWIDTH=" + ShortestText(window.width));
+    if (list.height < 1000)
+        list.height = 4000;
+    if (list.width < 2000)
+        list.width = 5000;
+    lines.push_back("LTOP=" + IntegerText(list.top));
+    lines.push_back("LLEFT=" + IntegerText(list.left));
+    lines.push_back("LHEIGHT=" + IntegerText(list.height));
+    lines.push_back("LWIDTH=" + IntegerText(list.width));
+}
+
+} // namespace
+
+Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Settings& settings) {
+    const auto lines = ReadLines(files, settings.AppDir + std::string(SettingsFileName));
+    if (!lines && lines.fault() != FileFault::NotFound)
+        return lines.status();
+    if (lines)
+        for (const auto& line : *lines)
+            ReadLine(line, screen, settings);
+    DeriveActiveProfile(settings);
+    return static_cast<bool>(lines);
+}
+
+bool SettingsCanHold(std::string_view text) {
+    return IsOneStorableLine(text) && Trim(text) == text;
+}
+
+Status SaveSettings(FileSystem& files, const Settings& settings,
+                    const std::optional<WindowGeometry>& mainWindow) {
+    const auto& locations = settings.locations;
+    if (locations.StagingDir.empty() || locations.HangarDir.empty() || locations.MsfsDir.empty())
+        return {};
+    const auto path = settings.AppDir + std::string(SettingsFileName);
+
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < settings.LocationProfiles.size(); ++i) {
+        const auto& profile = settings.LocationProfiles[i];
+        if (profile.name.empty())
+            continue;
+        const auto add = [&, number = std::to_string(i)](const char* key, const std::string& value) {
+            lines.push_back(key + number + "=" + std::string(Trim(value)));
+        };
+        add("ALTLOCATION", profile.name);
+        add("ALTSTAGINGDIR", profile.StagingDir);
+        add("ALTHANGARDIR", profile.HangarDir);
+        add("ALTMSFSDIR", profile.MsfsDir);
+        add("ALTFIRSTPACKAGE", profile.firstPackage);
+    }
+    if (settings.AskLocationAtStart)
+        lines.push_back("LOCATIONASK=YES");
+    lines.push_back("LOCATIONLAST=" + std::to_string(settings.CurrentProfile));
+    // Where the file choice opens is a convenience; a directory that the file cannot hold must not cost the
+    // rest.
+    lines.push_back("LOCATIONLASTZIP=" +
+                    (IsOneStorableLine(settings.LastZipPath) ? settings.LastZipPath : ""));
+    if (mainWindow)
+        AddGeometry(*mainWindow, settings.ListWindowGeometry, lines);
+    if (settings.limits.DirMax > WalkLimits{}.DirMax)
+        lines.push_back("DIRMAX=" + std::to_string(settings.limits.DirMax));
+    if (settings.limits.FileMax > WalkLimits{}.FileMax)
+        lines.push_back("FILEMAX=" + std::to_string(settings.limits.FileMax));
+    if (!std::all_of(lines.begin(), lines.end(), IsOneStorableLine))
+        return {FileFault::BadName, path, 0};
+
+    return RewriteLines(files, settings.locations, path, lines);
+}
+
+} // namespace korvadex

@@ -1,0 +1,61 @@
+// The settings file kx.ini: location profiles, the last archive's directory, window geometry and limits.
+#pragma once
+
+#include "package/locations.h"
+#include "platform/file_system.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+struct LocationProfile {
+    std::string name; // "" for a free slot
+    std::string StagingDir, HangarDir, MsfsDir;
+    std::string firstPackage; // "category\package"
+};
+
+// In twips (1440 to the inch; 15 to a device-independent pixel).
+struct WindowGeometry {
+    double top = 0, left = 0, height = 0, width = 0;
+};
+// What the file said of the main window; a value that was not given (or not acceptable) is left as designed.
+struct SavedGeometry {
+    std::optional<double> top, left, height, width;
+};
+struct ScreenSize {
+    double height = 0, width = 0; // twips
+};
+
+struct Settings {
+    std::string AppDir; // with a trailing backslash
+    std::array<LocationProfile, 10> LocationProfiles;
+    int CurrentProfile = 0;
+    Locations locations;
+    std::string FirstPackage;
+    bool AskLocationAtStart = false;
+    std::string LastZipPath;
+    WalkLimits limits;
+    SavedGeometry mainWindow;
+    WindowGeometry ListWindowGeometry;
+};
+
+inline constexpr std::string_view SettingsFileName = "kx.ini";
+
+// Reads AppDir\kx.ini and derives the active profile. False when there is no such file: a first run. A file
+// that is there and cannot be read is a failure, so that nobody takes it for a first run and writes over it.
+Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Settings& settings);
+
+// Rewrites the file whole. Nothing is written while a location is empty. Without a main window geometry (it
+// is minimised) the geometry lines are left out. BadName when a value cannot be stored; whatever fails, the
+// file is as it was.
+Status SaveSettings(FileSystem& files, const Settings& settings,
+                    const std::optional<WindowGeometry>& mainWindow);
+
+// True when a profile's value comes back from the file as it is: one line without blanks around it, in the
+// characters of the system's code page.
+bool SettingsCanHold(std::string_view text);
+
+} // namespace korvadex

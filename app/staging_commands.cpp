@@ -1,0 +1,114 @@
+// The commands of the Staging side: taking its contents into the Hangar, adding an archive, erasing
+// everything.
+#include "app/program.h"
+#include "archive/process_zip.h"
+#include "package/file_primitives.h"
+#include "package/load_package.h"
+#include "package/package_name.h"
+#include "platform/windows_path.h"
+#include "sim/copy_package.h"
+
+#include <array>
+
+namespace korvadex {
+
+void Program::RunStagingCommand(int code, const std::string& archive) {
+    state.CommandCode = code;
+    view.packageName = CleanPackageName(view.packageName);
+    ShowView(); // the user sees the name that will be used
+    switch (code) {
+    case CopyStagingToHangar:
+        CopyToHangar();
+        break;
+    case ProcessZipIntoStaging:
+        AddArchive(archive);
+        break;
+    case RemoveAllFromStaging:
+        EraseStaging();
+        break;
+    default:
+        break;
+    }
+}
+
+bool Program::CanCopyToHangar(const std::string& name) {
+    const auto refuse = [&](const std::string& text) {
+        user.Tell(text, MessageIcon::Exclamation);
+        return false;
+    };
+    if (name.empty())
+        return refuse("Please enter a package name.");
+    if (!IsStorableName(name) || IsScratchName(name))
+        return refuse("\"" + name + "\" cannot be the name of a package.  Please use another name.");
+    const auto category = SelectedCategory();
+    if (category.empty())
+        return refuse("Please select a package category.");
+    if (!files.IsDirectory(settings.locations.HangarDir + category))
+        return refuse("The package category " + category + " no longer seems to be in the Hangar.");
+    if (!CheckPackageName(context, name))
+        return false;
+
+    struct Warning {
+        const char* file;
+        const char* text;
+    };
+    constexpr std::array warnings = {
+        Warning{"aircraft.cfg", "The aircraft.cfg file is missing from the package.  You need this file if "
+                                "this package is an aircraft.  "
+                                "Are you sure you want to continue?"},
+        Warning{"model.cfg", "The model.cfg file is missing from the package.  You need this file if this "
+                             "package is an aircraft.  "
+                             "Are you sure you want to continue?"},
+        Warning{"panel.cfg", "The panel.cfg file is missing from the package.  You need this file if this "
+                             "package should contain a "
+                             "panel.  Are you sure you want to continue?"},
+        Warning{"sound.cfg", "The sound.cfg file is missing from the package.  You need this file if this "
+                             "package is an aircraft and "
+                             "should have sound.  Are you sure you want to continue?"}};
+    for (const auto& warning : warnings)
+        if (!package.PackageHasFile(warning.file) && !user.AskOkCancel(warning.text))
+            return false;
+    return true;
+}
+
+void Program::CopyToHangar() {
+    ReloadWhenChanged();
+    view.packageName = CleanPackageName(view.packageName); // the name file may have filled it
+    ShowView();
+    const auto name = view.packageName;
+    if (!CanCopyToHangar(name))
+        return;
+    auto destination = settings.locations.HangarDir + SelectedCategory() + "\\" + name;
+    if (!CopyPackageTo(context, package, destination))
+        return;
+    RefreshPackageList();
+    if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
+        return;
+    // What arrived while the package was copied is in no package yet.
+    if (HasChangedOnDisk(files, package)) {
+        LoadStaging();
+        user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
+                  MessageIcon::Exclamation);
+        return;
+    }
+    EraseStaging();
+}
+
+void Program::AddArchive(const std::string& archive) {
+    if (!StagingIsEmpty(files, settings.locations) &&
+        !user.AskYesNo(
+            "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)"))
+        return;
+    if (ProcessZipFile(context, unzip, settings.LastZipPath, archive))
+        LoadStaging();
+}
+
+void Program::EraseStaging() {
+    if (!user.AskYesNo("Are you sure you want to erase everything in the staging directory?"))
+        return;
+    if (DeleteTree(context, settings.locations.StagingDir))
+        user.Tell("Done.");
+    LoadStaging();
+}
+
+} // namespace korvadex

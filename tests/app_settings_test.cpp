@@ -1,0 +1,235 @@
+#include "app/settings.h"
+#include "platform/text_file.h"
+#include "tests/support/temporary_drive.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+namespace korvadex::test {
+namespace {
+
+constexpr ScreenSize Screen{.height = 15000, .width = 20000};
+
+// Lines as they stand in the file.
+std::string Lines(std::string_view text) {
+    std::string lines;
+    for (const char c : text)
+        lines += c == '\n' ? "\r\n" : std::string(1, c);
+    return lines;
+}
+
+constexpr const char* ExampleFile = "ALTLOCATION0=FS2002\n"
+                                    "ALTSTAGINGDIR0=C:\\Staging\\\n"
+                                    "ALTHANGARDIR0=C:\\Hangar\\\n"
+                                    "ALTMSFSDIR0=C:\\Program Files\\Microsoft Games\\FS2002\\\n"
+                                    "ALTFIRSTPACKAGE0=\n"
+                                    "ALTLOCATION2=CFS2\n"
+                                    "ALTSTAGINGDIR2=D:\\Staging2\\\n"
+                                    "ALTHANGARDIR2=D:\\H\xE4ngar2\\\n" // one byte of the code page
+                                    "ALTMSFSDIR2=D:\\CFS2\\\n"
+                                    "ALTFIRSTPACKAGE2=Jets\\Lear\n"
+                                    "LOCATIONLAST=0\n"
+                                    "LOCATIONLASTZIP=C:\\Downloads\\\n";
+constexpr const char* ExampleGeometry = "MTOP=1200\nMLEFT=900.5\nMHEIGHT=7200\nMWIDTH=9600\n"
+                                        "LTOP=0\nLLEFT=0\nLHEIGHT=4000\nLWIDTH=5000\n";
+constexpr WindowGeometry MainWindowGeometry{.top = 1200, .left = 900.5, .height = 7200, .width = 9600};
+
+class SettingsFile : public testing::Test {
+  protected:
+    SettingsFile() {
+        drive.MakeDirectory("App");
+        settings.AppDir = drive.At("App\\");
+    }
+    bool Load() {
+        const auto loaded = LoadSettings(drive.Files(), Screen, settings);
+        EXPECT_TRUE(loaded);
+        return loaded && *loaded;
+    }
+    // Loads the text from nothing.
+    Settings Loaded(std::string_view text) {
+        drive.Put("App\\kx.ini", Lines(text));
+        settings = {};
+        settings.AppDir = drive.At("App\\");
+        EXPECT_TRUE(Load());
+        return settings;
+    }
+
+    TemporaryDrive drive;
+    Settings settings;
+};
+
+TEST_F(SettingsFile, EachLineMeansWhatItSays) {
+    struct Row {
+        const char* name;
+        const char* text;
+        std::function<std::string(const Settings&)> what;
+        const char* expected;
+    };
+    const auto number = [](std::optional<double> value) {
+        std::ostringstream text;
+        if (value)
+            text << *value;
+        return text.str();
+    };
+    const auto current = [](const Settings& s) {
+        return std::to_string(s.CurrentProfile) + " " +
+               s.LocationProfiles[static_cast<std::size_t>(s.CurrentProfile)].name + " " +
+               s.locations.HangarDir;
+    };
+    const auto top = [&](const Settings& s) { return number(s.mainWindow.top); };
+    const auto height = [&](const Settings& s) { return number(s.mainWindow.height); };
+    const auto width = [&](const Settings& s) { return number(s.mainWindow.width); };
+    const auto list = [&](const Settings& s) {
+        const auto& l = s.ListWindowGeometry;
+        return number(l.top) + " " + number(l.left) + " " + number(l.height) + " " + number(l.width);
+    };
+    const auto limits = [](const Settings& s) {
+        return std::to_string(s.limits.DirMax) + " " + std::to_string(s.limits.FileMax);
+    };
+    const auto ask = [](const Settings& s) { return std::string(s.AskLocationAtStart ? "yes" : "no"); };
+    const auto zip = [](const Settings& s) { return s.LastZipPath; };
+    const auto first = [](const Settings& s) { return s.FirstPackage; };
+
+    const Row rows[] = {
+        {"the first named profile is active", "ALTLOCATION5=Spare\n", current, "5 Spare "},
+        {"a profile beyond the tenth", "ALTLOCATION0=Main\nLOCATIONLAST=12\n", current, "0 Main "},
+        {"a negative profile", "ALTLOCATION0=Main\nLOCATIONLAST=-1\n", current, "0 Main "},
+        {"no profile at all", "LOCATIONLAST=4\n", current, "0 A Location Profile "},
+        {"0 is free, 3 is named", "ALTLOCATION3=Spare\nLOCATIONLAST=0\n", current, "3 Spare "},
+        {"a free slot above 0 stays", "ALTLOCATION3=Spare\nLOCATIONLAST=4\n", current,
+         "4 A Location Profile "},
+        {"a backslash is appended", "ALTLOCATION1=x\nALTHANGARDIR1=C:\\H\n", current, "1 x C:\\H\\"},
+        {"a slot without a name is emptied", "ALTHANGARDIR0=C:\\H\\\n", current, "0 A Location Profile "},
+        {"no digit before the equals sign", "ALTLOCATIONx=Main\nALT=x\n", current, "0 A Location Profile "},
+        {"the later line wins", "ALTLOCATION0=a\nALTLOCATION0=b=c\n", current, "0 b=c "},
+        {"a text is kept as it is", "LOCATIONLASTZIP= C:\\D \n", zip, " C:\\D "},
+        {"the first package of the active profile", "ALTLOCATION2=x\nALTFIRSTPACKAGE2=Jets\\Lear\n", first,
+         "Jets\\Lear"},
+        {"YES in capitals", "LOCATIONASK=YES\n", ask, "yes"},
+        {"yes in small letters", "LOCATIONASK=yes\n", ask, "no"},
+        {"a blank after YES", "LOCATIONASK=YES \n", ask, "no"},
+        {"a key in small letters", "locationask=YES\n", ask, "no"},
+        {"a blank before the key", " MTOP=100\n", top, ""},
+        {"a blank after the key", "MTOP =100\n", top, ""},
+        {"a line without an equals sign", "MTOP\nMTOP=5", top, "5"},
+        {"far above the screen", "MTOP=-100\n", top, "-60"},
+        {"just above the screen", "MTOP=-70\n", top, "-70"},
+        {"a number with a tail", "MTOP= 12.5twips\n", top, "12.5"},
+        {"a number with a sign", "MTOP=+12\n", top, "12"},
+        {"no number", "MTOP=abc\n", top, "0"},
+        {"not a number to a person", "MTOP=nan\n", top, "0"},
+        {"a height of 0", "MHEIGHT=0\n", height, ""},
+        {"no height", "MHEIGHT=-5\n", height, ""},
+        {"as high as the screen", "MHEIGHT=15000\n", height, "15000"},
+        {"higher than the screen", "MHEIGHT=15001\n", height, "14900"},
+        {"wider than the screen", "MWIDTH=99999999999999999999\n", width, "19900"},
+        {"the list window", "LTOP=-71\nLLEFT=30\nLHEIGHT=900\nLWIDTH=2000\n", list, "-60 30 900 2000"},
+        {"a list window without a size", "LHEIGHT=0\nLWIDTH=-1\n", list, "0 0 0 0"},
+        {"limits at their defaults", "DIRMAX=500\nFILEMAX=5000\n", limits, "500 5000"},
+        {"limits below", "DIRMAX=10\nFILEMAX=10\n", limits, "500 5000"},
+        {"limits above", "DIRMAX=800\nFILEMAX=5001\n", limits, "800 5001"},
+        {"limits beyond all bounds", "DIRMAX=99999999999\n", limits, "2147483647 5000"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(row.what(Loaded(row.text)), row.expected);
+    }
+}
+
+TEST_F(SettingsFile, ComesBackByteForByte) {
+    Loaded(std::string(ExampleFile) + ExampleGeometry);
+    ASSERT_TRUE(SaveSettings(drive.Files(), settings, MainWindowGeometry));
+    EXPECT_EQ(drive.Get("App\\kx.ini"), Lines(std::string(ExampleFile) + ExampleGeometry));
+    EXPECT_EQ(drive.Names("App"), std::vector<std::string>{"kx.ini"});
+}
+
+TEST_F(SettingsFile, WritesWhatIsToBeWritten) {
+    struct Row {
+        const char* name;
+        std::function<void(Settings&)> change;
+        bool isMinimised;
+        std::string expected;
+    };
+    const std::string example = ExampleFile;
+    const auto geometry = [](const char* window, const char* listWindow) {
+        return std::string(window) + listWindow;
+    };
+    const std::string window = "MTOP=1200\nMLEFT=900.5\nMHEIGHT=7200\nMWIDTH=9600\n";
+    std::string asking = example;
+    asking.insert(asking.find("LOCATIONLAST="), "LOCATIONASK=YES\n");
+    std::string unstorableZip = example;
+    unstorableZip.replace(unstorableZip.find("C:\\Downloads\\"), 13, "");
+
+    const Row rows[] = {
+        {"minimised", [](Settings&) {}, true, example},
+        {"a list window that is too small",
+         [](Settings& s) { s.ListWindowGeometry = {.top = 10, .left = 20, .height = 900, .width = 1999}; },
+         false, example + geometry(window.c_str(), "LTOP=10\nLLEFT=20\nLHEIGHT=4000\nLWIDTH=5000\n")},
+        {"a list window of its own size",
+         [](Settings& s) { s.ListWindowGeometry = {.top = 1, .left = 2, .height = 1000, .width = 2000}; },
+         false, example + geometry(window.c_str(), "LTOP=1\nLLEFT=2\nLHEIGHT=1000\nLWIDTH=2000\n")},
+        {"raised limits", [](Settings& s) { s.limits = {.DirMax = 800, .FileMax = 100000}; }, true,
+         example + "DIRMAX=800\nFILEMAX=100000\n"},
+        {"asking at every start", [](Settings& s) { s.AskLocationAtStart = true; }, true, asking},
+        {"blanks around a profile's values", [](Settings& s) { s.LocationProfiles[0].name = "  FS2002 "; },
+         true, example},
+        {"an archive directory that the file cannot hold",
+         [](Settings& s) { s.LastZipPath = "C:\\\xD0\x96\\"; }, true, unstorableZip},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Loaded(example);
+        row.change(settings);
+        const auto main = row.isMinimised ? std::nullopt : std::optional(MainWindowGeometry);
+        EXPECT_TRUE(SaveSettings(drive.Files(), settings, main));
+        EXPECT_EQ(drive.Get("App\\kx.ini"), Lines(row.expected));
+    }
+}
+
+TEST_F(SettingsFile, AGoodFileStaysUntouched) {
+    struct Row {
+        const char* name;
+        std::function<void(Settings&)> change;
+        FileFault expected;
+    };
+    const Row rows[] = {
+        {"no Staging", [](Settings& s) { s.locations.StagingDir = ""; }, FileFault::None},
+        {"no Hangar", [](Settings& s) { s.locations.HangarDir = ""; }, FileFault::None},
+        {"no simulator", [](Settings& s) { s.locations.MsfsDir = ""; }, FileFault::None},
+        {"a character without a byte",
+         [](Settings& s) { s.LocationProfiles[2].HangarDir = "D:\\\xD0\x96\\"; }, FileFault::BadName},
+        {"a value of two lines", [](Settings& s) { s.LocationProfiles[0].name = "a\r\nLOCATIONLAST=7"; },
+         FileFault::BadName},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto before = Lines(std::string(ExampleFile) + "; a remark of the user\n");
+        Loaded(std::string(ExampleFile) + "; a remark of the user\n");
+        row.change(settings);
+        EXPECT_EQ(SaveSettings(drive.Files(), settings, MainWindowGeometry).fault, row.expected);
+        EXPECT_EQ(drive.Get("App\\kx.ini"), before);
+        EXPECT_EQ(drive.Names("App"), std::vector<std::string>{"kx.ini"});
+    }
+}
+
+TEST_F(SettingsFile, AMissingFileIsAFirstRunAndAnUnreadableOneIsNot) {
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(settings.LocationProfiles[0].name, "A Location Profile");
+    EXPECT_EQ(settings.limits.FileMax, 5000);
+
+    drive.MakeDirectory("App\\kx.ini");
+    EXPECT_FALSE(LoadSettings(drive.Files(), Screen, settings));
+}
+
+TEST_F(SettingsFile, AReadOnlyFileIsRewritten) {
+    Loaded(ExampleFile);
+    ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("App\\kx.ini"), true));
+    settings.LastZipPath = "C:\\Other\\";
+    ASSERT_TRUE(SaveSettings(drive.Files(), settings, std::nullopt));
+    EXPECT_NE(drive.Get("App\\kx.ini").find("LOCATIONLASTZIP=C:\\Other\\\r\n"), std::string::npos);
+}
+
+} // namespace
+} // namespace korvadex::test

@@ -1,0 +1,228 @@
+#include "tests/support/program_fixture.h"
+
+namespace korvadex::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class Sides : public ProgramTest {
+  protected:
+    Sides() {
+        drive.Put("Hangar\\Empty\\a file is no package.txt", "x");
+        drive.Put("Hangar\\Jets\\Big Bird\\Bird.air", "x");
+        drive.Put("Hangar\\Jets\\Concorde\\Concorde.air", "x");
+        drive.Put("Hangar\\Jets\\Lear\\Lear.air", "x");
+        drive.Put("Hangar\\Jets\\~kx~scratch\\1~Half\\Half.air", "x");
+        drive.Put("Hangar\\Props\\Cessna\\Cessna.air", "x");
+        drive.Put("Hangar\\Props\\Lear\\Lear.air", "x");
+        drive.MakeDirectory("FS\\aircraft\\Big_Bird");
+    }
+};
+
+TEST_F(Sides, ChoosingACategoryFillsThePackages) {
+    Start();
+    EXPECT_EQ(form.view.categories, (Names{"Empty", "Jets", "Props"}));
+
+    Select("Jets", 2);
+    EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde", "Lear"}));
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
+
+    // The place in the list is kept where the other list has one, else the first is taken.
+    program->ChooseCategory(2);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Cessna\\"));
+    program->ChoosePackage(1);
+    program->ChooseCategory(1);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Concorde\\"));
+
+    const int revision = form.view.listRevision;
+    program->ChooseCategory(0);
+    EXPECT_EQ(form.view.packageIndex, -1);
+    EXPECT_EQ(Shown(), "");
+    EXPECT_EQ(form.view.sizeText, "");
+    EXPECT_GT(form.view.listRevision, revision);
+
+    program->ChooseCategory(7);
+    program->ChoosePackage(3);
+    EXPECT_EQ(Shown(), "");
+}
+
+TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
+    Start();
+    Select("Jets", 2);
+    drive.Put("Hangar\\Jets\\Airbus\\Airbus.air", "x");
+    drive.MakeDirectory("Hangar\\Gliders");
+    drive.MakeDirectory("FS\\aircraft\\lear");
+    program->Refresh();
+    EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
+    EXPECT_EQ(form.view.categoryIndex, 2);
+    EXPECT_EQ(form.view.packages, (Names{"Airbus", "< Big Bird >", "Concorde", "< Lear >"}));
+    EXPECT_EQ(form.view.packageIndex, 3);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
+
+    // The package is gone: the list's first follows its last.
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Lear.air")));
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
+    program->Refresh();
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Airbus\\"));
+}
+
+TEST_F(Sides, SwitchingSides) {
+    Start();
+    Select("Jets", 1);
+    program->GoToStaging();
+    EXPECT_EQ(form.view.header, "S T A G I N G");
+    EXPECT_FALSE(form.view.HangarSideShown);
+    EXPECT_EQ(form.view.caption, "Korvadex");
+    EXPECT_EQ(Shown(), locations.StagingDir);
+
+    // In Staging a category is where the package will go; nothing of it is loaded.
+    program->ChooseCategory(2);
+    EXPECT_EQ(Shown(), locations.StagingDir);
+    program->ChoosePackage(0);
+    EXPECT_EQ(Shown(), locations.StagingDir);
+
+    drive.Put("Staging\\readme.txt", std::string(2'000'000, 'x'));
+    program->Refresh();
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    EXPECT_EQ(form.view.sizeText, "2 Meg");
+
+    program->GoToHangar();
+    EXPECT_EQ(form.view.header, "H A N G A R");
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Lear\\"));
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+}
+
+TEST_F(Sides, TheNameFileFillsAnEmptyNameOnly) {
+    drive.Put("Staging\\kx_msfsimportname.TXT", "Big_Bird\r\nsecond line\r\n");
+    Start();
+    program->SetPackageName("Typed");
+    program->GoToStaging();
+    EXPECT_EQ(form.view.packageName, "Typed");
+    program->SetPackageName(" ");
+    program->Refresh();
+    EXPECT_EQ(form.view.packageName, "Big_Bird");
+}
+
+TEST_F(Sides, TheSizeOfACompressedPackage) {
+    struct Row {
+        const char *name, *marker, *expected;
+    };
+    const Row rows[] = {{"known", "12 Meg have been compressed.\r\n", "0 Meg (12 Meg compressed)"},
+                        {"unknown", "9999 Meg have been compressed.\r\n", "0 Meg (compressed)"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        drive.Put("Hangar\\Jets\\Concorde\\KX_Compression.txt", row.marker);
+        Start();
+        Select("Jets", 1);
+        EXPECT_EQ(form.view.sizeText, row.expected);
+    }
+}
+
+TEST_F(Sides, TheFirstPackage) {
+    Start();
+    user.Expect("Please select a package in the Hangar first.", Answer::Ok, MessageIcon::None);
+    program->SetFirstPackage();
+
+    Select("Jets", 0);
+    user.Expect("Done.\n\nThe Jets\\Big Bird will be the first package you see when you start Korvadex",
+                Answer::Ok, MessageIcon::None);
+    program->SetFirstPackage();
+    EXPECT_EQ(program->GetSettings().FirstPackage, "");
+    program->Shutdown();
+    EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
+
+    // A name that the settings file has no byte for would keep everything else from being saved.
+    drive.Put("Hangar\\Jets\\\xD0\x96\\x.air", "x");
+    Start();
+    Select("Jets", 3);
+    user.Expect("The name of this package has a character...", Answer::Ok, MessageIcon::Exclamation);
+    program->SetFirstPackage();
+    program->Shutdown();
+    EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
+}
+
+TEST_F(Sides, ALineOfTheListWindowSelectsItsPackage) {
+    struct Row {
+        const char *name, *line, *shown;
+    };
+    const Row rows[] = {
+        {"a plain name", "Concorde", "Hangar\\Jets\\Concorde\\"},
+        {"between marks", "< Big Bird >", "Hangar\\Jets\\Big Bird\\"},
+        {"in two categories", "Lear", "Hangar\\Jets\\Lear\\"},
+        {"in the second of two", "Props\\Lear", "Hangar\\Props\\Lear\\"},
+        {"an empty line", "", "Hangar\\Props\\Lear\\"},
+        {"a category", " -->  Jets", "Hangar\\Props\\Lear\\"},
+    };
+    Start();
+    program->GoToStaging();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        program->ChooseFileListLine(row.line);
+        EXPECT_EQ(Shown(), drive.At(row.shown));
+        EXPECT_EQ(form.view.header, "H A N G A R");
+    }
+    for (const char* line :
+         {"Gone", "< Gone >", "~kx~scratch", "Jets\\~kx~scratch", "Jets\\..", "C:\\Hangar\\Jets\\Lear"}) {
+        user.Expect("The package you've selected no longer seems to be in the Hangar.", Answer::Ok,
+                    MessageIcon::Exclamation);
+        program->ChooseFileListLine(line);
+        EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Lear\\"));
+    }
+}
+
+TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
+    for (int i = 0; i <= WalkLimits{}.DirMax; ++i)
+        drive.MakeDirectory("Hangar\\Many\\" + std::to_string(i));
+    Start();
+    EXPECT_EQ(form.status, "");
+    Select("Many", 3);
+    EXPECT_EQ(form.view.packages.size(), static_cast<std::size_t>(WalkLimits{}.DirMax));
+    EXPECT_EQ(form.status, DescribeCut(ListCut::DirMax, WalkLimits{}));
+    program->ChooseCategory(1);
+    EXPECT_EQ(form.status, "");
+}
+
+TEST_F(Sides, OpeningAndDeletingFiles) {
+    drive.Put("Hangar\\Jets\\Concorde\\Documentation\\readme.txt", "x");
+    Start();
+    Select("Jets", 1);
+    program->OpenComponent(Documentation, 0);
+    EXPECT_EQ(launcher.started, std::vector<std::string>{
+                                    "open " + drive.At("Hangar\\Jets\\Concorde\\Documentation\\readme.txt")});
+    program->OpenComponent(Documentation, 1);
+    program->OpenComponent(GroupCount, 0);
+    EXPECT_EQ(launcher.started.size(), 1u);
+
+    user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
+    program->DeleteComponents(Documentation, {0});
+    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Concorde\\Documentation\\readme.txt"));
+    EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
+}
+
+TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
+    Start();
+    user.Expect("Please select a package in the Hangar first.", Answer::Ok).Then([this] {
+        program->GoToStaging();
+        program->ChooseFileListLine("Lear");
+        program->SetPackageName("typed meanwhile");
+        program->Shutdown();
+    });
+    form.onShow = [this] { program->ChooseCategory(1); }; // as a chooser does that is filled
+    program->SetFirstPackage();
+    EXPECT_EQ(form.view.header, "H A N G A R");
+    EXPECT_EQ(Shown(), "");
+    EXPECT_EQ(form.view.packageName, "");
+    EXPECT_EQ(form.ends, 0);
+}
+
+TEST_F(Sides, TheReadMePage) {
+    Start();
+    user.Expect("The read-me page " + drive.At("App\\kxdoc.htm") + " does not exist.", Answer::Ok);
+    program->OpenReadMe();
+    drive.Put("App\\kxdoc.htm", "x");
+    program->OpenReadMe();
+    EXPECT_EQ(launcher.started, std::vector<std::string>{"open " + drive.At("App\\kxdoc.htm")});
+}
+
+} // namespace
+} // namespace korvadex::test

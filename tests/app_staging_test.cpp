@@ -1,0 +1,251 @@
+#include "package/package_name.h"
+#include "sim/hangar_commands.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/program_fixture.h"
+#include "tests/support/zip_builder.h"
+
+namespace korvadex::test {
+namespace {
+
+using Tree = std::map<std::string, std::string>;
+
+constexpr const char* Erase = "Are you sure you want to erase everything in the staging directory?";
+constexpr const char* AskClear = "Done.\n\nWould you like to clear the Staging area at this point?";
+constexpr const char* AskAdd =
+    "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
+
+class StagingCommands : public ProgramTest {
+  protected:
+    StagingCommands() {
+        drive.MakeDirectory("Hangar\\Jets");
+        drive.MakeDirectory("Hangar\\Props\\Cessna 172");
+    }
+    // Shows the Staging side with an aircraft in it.
+    void StartInStaging() {
+        PackageBuilder(drive, "Staging\\ZIP_lear.zip\\");
+        Start();
+        program->GoToStaging();
+    }
+    void Copy(const std::string& name) {
+        program->SetPackageName(name);
+        program->RunCommand(Side::Staging, CopyStagingToHangar);
+    }
+};
+
+TEST_F(StagingCommands, EveryRefusalOfACopyLeavesTheTreeAsItIs) {
+    StartInStaging();
+    drive.MakeDirectory("FS\\aircraft\\Big_Bird");
+    const auto before = drive.Tree();
+    struct Row {
+        const char *name, *typed, *message, *cleaned;
+        Answer answer = Answer::Ok;
+    };
+    const Row rows[] = {
+        {"nothing", "", "Please enter a package name.", ""},
+        {"only blanks", "   ", "Please enter a package name.", ""},
+        {"a device", " nul ", "\"nul\" cannot be the name of a package.  Please use another name.", "nul"},
+        {"a control character", "a\tb", "\"a\tb\" cannot be the name of a package.  Please use another name.",
+         "a\tb"},
+        {"a scratch name", "~kx~Lear",
+         "\"~kx~Lear\" cannot be the name of a package.  Please use another name.", "~kx~Lear"},
+        {"taken in another category", "CESSNA 172",
+         "Package name already exists in Props.  Please use another name.", "CESSNA 172"},
+        {"taken in the simulator", "Big Bird", "Package name already exists in MSFS...", "Big Bird",
+         Answer::Cancel},
+        {"cleaned first", "Cessna 172.", "", "Cessna 172_"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        if (*row.message)
+            user.Expect(row.message, row.answer);
+        else
+            user.Expect(AskClear, Answer::No);
+        Copy(row.typed);
+        EXPECT_EQ(form.view.packageName, row.cleaned);
+        if (*row.message) {
+            EXPECT_EQ(drive.Tree(), before);
+        }
+    }
+}
+
+TEST_F(StagingCommands, WithoutACategoryNothingIsCopied) {
+    StartInStaging();
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets")));
+    const auto before = drive.Tree();
+    user.Expect("The package category Jets no longer seems to be in the Hangar.", Answer::Ok,
+                MessageIcon::Exclamation);
+    Copy("Lear");
+
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Props\\Cessna 172")));
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Props")));
+    program->Refresh();
+    user.Expect("Please select a package category.", Answer::Ok, MessageIcon::Exclamation);
+    Copy("Lear");
+    EXPECT_TRUE(drive.Names("Hangar").empty());
+    EXPECT_EQ(drive.Tree("Staging").size(),
+              PackageBuilder::Files().size() + 10); // ZIP_lear.zip and nine groups
+    EXPECT_NE(drive.Tree(), before);
+}
+
+TEST_F(StagingCommands, EachMissingFileIsAskedFor) {
+    drive.Put("Staging\\readme.txt", "x");
+    Start();
+    program->GoToStaging();
+    const std::vector<std::string> questions = {"The aircraft.cfg file is missing from the package.  You "
+                                                "need this file if this package is an aircraft.  Are you "
+                                                "sure you want to continue?",
+                                                "The model.cfg file is missing from the package.  You need "
+                                                "this file if this package is an aircraft.  Are you sure "
+                                                "you want to continue?",
+                                                "The panel.cfg file is missing from the package.  You need "
+                                                "this file if this package should contain a panel.  Are "
+                                                "you sure you want to continue?",
+                                                "The sound.cfg file is missing from the package.  You need "
+                                                "this file if this package is an aircraft and should have "
+                                                "sound.  Are you sure you want to continue?"};
+    const auto before = drive.Tree();
+    for (std::size_t cancelled = 0; cancelled < questions.size(); ++cancelled) {
+        for (std::size_t i = 0; i <= cancelled; ++i)
+            user.Expect(questions[i], i == cancelled ? Answer::Cancel : Answer::Ok, MessageIcon::None);
+        Copy("Notes");
+        EXPECT_EQ(drive.Tree(), before);
+    }
+    for (const auto& question : questions)
+        user.Expect(question, Answer::Ok);
+    user.Expect(AskClear, Answer::No, MessageIcon::None);
+    Copy("Notes");
+    EXPECT_EQ(
+        drive.Tree("Hangar\\Jets"),
+        (Tree{{"Notes\\", ""}, {"Notes\\Documentation\\", ""}, {"Notes\\Documentation\\readme.txt", "x"}}));
+    EXPECT_EQ(drive.Tree("Staging"), (Tree{{"readme.txt", "x"}}));
+}
+
+TEST_F(StagingCommands, FromStagingIntoTheHangarAndTheSimulatorAndOut) {
+    StartInStaging();
+    drive.Put("Staging\\ZIP_lear.zip\\late.txt", "put there after loading");
+    user.Expect(AskClear, Answer::Yes, MessageIcon::None)
+        .Expect(Erase, Answer::Yes, MessageIcon::None)
+        .Expect("Done.", Answer::Ok, MessageIcon::None);
+    program->SetPackageName("Lear 45");
+    program->PressToolbarKey("Install");
+
+    Tree expected;
+    for (const auto& [relative, bytes] : PackageBuilder::Files())
+        expected[relative] = bytes;
+    expected["Documentation\\late.txt"] = "put there after loading";
+    for (const char* group : {"Documentation", "Gauges", "Images", "Miscellaneous", "Model", "Panel", "Sound",
+                              "Texture", "Unrecognized Files"})
+        expected[group + std::string("\\")] = "";
+    EXPECT_EQ(drive.Tree("Hangar\\Jets\\Lear 45"), expected);
+    EXPECT_TRUE(drive.Names("Staging").empty());
+    EXPECT_EQ(form.view.caption, "Korvadex");
+    EXPECT_EQ(form.view.packages, std::vector<std::string>{"Lear 45"});
+
+    program->GoToHangar();
+    Select("Jets", 0);
+    const auto simulator = drive.Tree("FS");
+    user.ExpectInstallStatus("Lear 45...");
+    program->PressToolbarKey("Install");
+    EXPECT_EQ(form.view.packages, std::vector<std::string>{"< Lear 45 >"});
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\Lear_45\\aircraft.cfg"));
+
+    user.Expect("Are you sure you want to remove this package from the Flight Simulator directory?",
+                Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    program->PressToolbarKey("Uninstall");
+    EXPECT_EQ(form.view.packages, std::vector<std::string>{"Lear 45"});
+    EXPECT_EQ(drive.Tree("Hangar\\Jets\\Lear 45"), expected);
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear_45"));
+}
+
+TEST_F(StagingCommands, WhatArrivesDuringTheCopyIsNotCleared) {
+    StartInStaging();
+    user.Expect(AskClear, Answer::Yes).Then([this] { drive.Put("Staging\\ZIP_lear.zip\\late.txt", "x"); });
+    user.Expect("The Staging directory has changed since the package was copied.  It was not cleared.",
+                Answer::Ok);
+    Copy("Lear");
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_lear.zip\\late.txt"));
+    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Lear\\Documentation\\late.txt"));
+}
+
+TEST_F(StagingCommands, ErasingEverything) {
+    StartInStaging();
+    const auto before = drive.Tree();
+    user.Expect(Erase, Answer::No);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    EXPECT_EQ(drive.Tree(), before);
+
+    ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ZIP_lear.zip\\Lear.air"), true));
+    user.Expect(Erase, Answer::Yes).Expect("Done.", Answer::Ok);
+    program->PressToolbarKey("RemovePackage");
+    EXPECT_TRUE(drive.Names("Staging").empty());
+    EXPECT_TRUE(program->Package().packageFiles.empty());
+    EXPECT_EQ(form.view.caption, "Korvadex");
+}
+
+TEST_F(StagingCommands, AnArchiveIsAddedOnRequest) {
+    StartInStaging();
+    const auto before = drive.Tree();
+    user.Expect(AskAdd, Answer::No, MessageIcon::None);
+    program->RunCommand(Side::Staging, ProcessZipIntoStaging);
+    user.Expect(AskAdd, Answer::Yes).ExpectZipFile(std::nullopt);
+    program->RunCommand(Side::Staging, ProcessZipIntoStaging);
+    EXPECT_EQ(drive.Tree(), before);
+    EXPECT_EQ(program->GetSettings().LastZipPath, "");
+
+    drive.Put("Downloads\\extra.zip", ZipBuilder().Add("extra.txt", "more").Bytes());
+    program->GoToHangar();
+    user.Expect(AskAdd, Answer::Yes);
+    program->ProcessArchive(drive.At("Downloads\\extra.zip"));
+    EXPECT_EQ(drive.Get("Staging\\ZIP_extra.zip\\extra.txt"), "more");
+    EXPECT_EQ(form.view.header, "S T A G I N G");
+    EXPECT_EQ(program->Package().ComponentFiles[Documentation].size(), 3u);
+    program->Shutdown();
+    EXPECT_NE(SavedSettings().find("LOCATIONLASTZIP=" + drive.At("Downloads\\") + "\r\n"), std::string::npos);
+}
+
+TEST_F(StagingCommands, TheFirstArchiveFromTheHangarSide) {
+    Start();
+    drive.Put("Downloads\\two.zip", ZipBuilder()
+                                        .Add("a/aircraft.cfg", "[fltsim.0]\r\ntitle=A\r\n")
+                                        .Add("b/aircraft.cfg", "[fltsim.0]\r\ntitle=B\r\n")
+                                        .Bytes());
+    user.ExpectZipFile(drive.At("Downloads\\two.zip"))
+        .Expect("More than one aircraft configuration file (aircraft.cfg) was detected...", Answer::Ok)
+        .Expect("Korvadex cannot handle more than one aircraft.cfg...", Answer::No)
+        .Expect("Korvadex will now terminate...", Answer::Ok);
+    program->PressToolbarKey("ProcessZip");
+    EXPECT_EQ(form.ends, 1);
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_two.zip\\a\\aircraft.cfg"));
+    EXPECT_NE(SavedSettings().find("Downloads"), std::string::npos);
+}
+
+TEST_F(StagingCommands, AChosenConfigurationEmptiesTheName) {
+    drive.Put("Staging\\aircraft.cfg", "[fltsim.0]\r\ntitle=One\r\n[fltsim.1]\r\ntitle=Two\r\n");
+    Start();
+    program->SetPackageName("Typed");
+    user.ExpectConfigurations({"One  (fltsim.0)", "Two  (fltsim.1)"}, 1);
+    program->GoToStaging();
+    EXPECT_EQ(form.view.packageName, "");
+    EXPECT_EQ(program->Package().aircraftTitle, "Two");
+}
+
+TEST_F(StagingCommands, KeysAndCodesOfTheOtherSideAndOfWhatIsNotBuilt) {
+    StartInStaging();
+    const auto before = drive.Tree();
+    for (const char* key : {"Uninstall", "Compress", "ReadNotes", "install", ""})
+        program->PressToolbarKey(key);
+    program->RunCommand(Side::Hangar, InstallPackage);
+    program->RunCommand(Side::Staging, 3);
+    program->GoToHangar();
+    Select("Props", 0);
+    for (const char* key : {"RemovePackage", "Decompress", "RunMSFS"})
+        program->PressToolbarKey(key);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RunCommand(Side::Hangar, 2);
+    EXPECT_EQ(drive.Tree(), before);
+    EXPECT_TRUE(user.transcript.empty());
+}
+
+} // namespace
+} // namespace korvadex::test

@@ -1,0 +1,81 @@
+// A main window that remembers what it was shown, and a locations dialog that is filled in by a script.
+#pragma once
+
+#include "app/main_view.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvadex::test {
+
+class RecordingForm : public MainForm {
+  public:
+    MainView view;
+    std::string status, listCaption;
+    std::vector<std::string> listLines;
+    SavedGeometry applied;
+    std::optional<WindowGeometry> geometry{{1200, 900, 7200, 9600}};
+    std::optional<WindowGeometry> listGeometry;
+    int ends = 0;
+    std::function<void()> onShow; // a window's events can arrive at any moment
+
+    void ShowView(const MainView& shown, const LoadedPackage&) override {
+        view = shown;
+        if (onShow)
+            onShow();
+    }
+    void ShowStatus(const std::string& text) override { status = text; }
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
+        listCaption = caption;
+        listLines = lines;
+    }
+    ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
+    void ApplyGeometry(const SavedGeometry& saved) override { applied = saved; }
+    std::optional<WindowGeometry> Geometry() const override { return geometry; }
+    void ApplyListGeometry(const WindowGeometry&) override {}
+    std::optional<WindowGeometry> ListGeometry() const override { return listGeometry; }
+    void EndProgram() override { ++ends; }
+};
+
+// A dialog that was not expected, and an expected one that did not come, both fail.
+class ScriptedLocations : public ProgramDialogs {
+  public:
+    ~ScriptedLocations() override {
+        EXPECT_TRUE(answers.empty()) << "the locations dialog was not shown again";
+    }
+
+    ScriptedLocations& Enter(Locations locations, std::string profile = "") {
+        answers.push_back(LocationsEntry{std::move(profile), std::move(locations)});
+        return *this;
+    }
+    ScriptedLocations& Close() {
+        answers.push_back(std::nullopt);
+        return *this;
+    }
+    std::optional<bool> askAtStart; // the check box is clicked whenever the dialog is shown
+
+    std::optional<LocationsEntry> ShowLocations(Settings& settings) override {
+        if (answers.empty()) {
+            ADD_FAILURE() << "unexpected: the locations dialog";
+            return std::nullopt;
+        }
+        if (askAtStart)
+            settings.AskLocationAtStart = *askAtStart;
+        auto answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+
+  private:
+    std::deque<std::optional<LocationsEntry>> answers;
+};
+
+} // namespace korvadex::test
