@@ -3,6 +3,7 @@
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <array>
 
 namespace korvadex {
@@ -183,7 +184,15 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
         return outcome;
     };
 
-    bool showNow = request.showDialog || (settings.AskLocationAtStart && !request.isRestart);
+    const auto isKnownStaging = [&](const std::string& path) {
+        return EqualNoCase(path, oldLocations.StagingDir) ||
+               std::any_of(
+                   settings.LocationProfiles.begin(), settings.LocationProfiles.end(),
+                   [&](const LocationProfile& profile) { return EqualNoCase(path, profile.StagingDir); });
+    };
+
+    bool showNow =
+        request.showDialog || (settings.AskLocationAtStart && !request.RestartedAfterLocationChange);
     for (;;) {
         bool isEntered = true;
         if (showNow) {
@@ -195,7 +204,10 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
             else
                 isEntered = false;
         }
-        if (isEntered && LocationsCheck(files, user).AreGood(settings.locations, request.showDialog)) {
+        // What lies in a Staging directory that was in use before belongs there. In any other it would be renamed
+        // and thinned out like the files of an add-on.
+        const bool mustBeEmpty = request.showDialog || !isKnownStaging(settings.locations.StagingDir);
+        if (isEntered && LocationsCheck(files, user).AreGood(settings.locations, mustBeEmpty)) {
             auto& profile = settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)];
             profile.StagingDir = settings.locations.StagingDir;
             profile.HangarDir = settings.locations.HangarDir;

@@ -21,10 +21,11 @@ enum class LocationsCaller { StartUp, Menu };
 
 struct LocationsRequest {
     LocationsCaller caller = LocationsCaller::StartUp;
-    bool showDialog = false; // also: the Staging directory must be empty
-    bool isRestart = false;  // the user has chosen the locations a moment ago
+    bool showDialog = false;                   // also: the Staging directory must be empty
+    bool RestartedAfterLocationChange = false; // the user has chosen the locations a moment ago
 };
 
+// A Staging directory that no profile has held before must be empty in any case: loading it changes what it holds.
 // Everything but Valid leaves the locations, the active profile and the profile rows as they were.
 LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, ProgramDialogs& dialogs,
                                    const LocationsRequest& request, Settings& settings);

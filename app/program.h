@@ -82,7 +82,6 @@ class Program : private MainWindow {
 
     // startup.cpp
     void StartUp();
-    bool EnterLocationsAtStart(bool isFirstRun, bool isRestart);
     bool TakeMarker();
     void CreateDefaultCategories();
     void ShowFirstPackage();

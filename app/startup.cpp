@@ -57,14 +57,16 @@ void Program::StartUp() {
     form.ApplyGeometry(settings.mainWindow);
     form.ApplyListGeometry(settings.ListWindowGeometry);
 
-    const bool isRestart = TakeMarker();
-    const auto outcome = ValidateLocations(
-        files, user, dialogs,
-        {.caller = LocationsCaller::StartUp, .showDialog = isFirstRun, .isRestart = isRestart}, settings);
+    const auto outcome = ValidateLocations(files, user, dialogs,
+                                           {.caller = LocationsCaller::StartUp,
+                                            .showDialog = isFirstRun,
+                                            .RestartedAfterLocationChange = TakeMarker()},
+                                           settings);
     if (outcome != LocationsOutcome::Valid)
         throw ProgramEnd{};
 
     CleanScratch(files, settings.locations);
+    CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();
     FillCategories();
     UpdateCaption();

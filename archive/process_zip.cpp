@@ -46,7 +46,8 @@ bool UnpackAndReport(CommandContext& context, modUnzip& unzip) {
 
 // The archives that turned up below target, one by one, until none is left that was not asked about.
 void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& target) {
-    std::set<std::string> kept; // in lower case: failed to unpack, or could not be deleted
+    // In lower case: the very archive that was chosen, and what failed to unpack or could not be deleted.
+    std::set<std::string> kept = {FoldCase(unzip.uZipFileName)};
     int number = 1;
     for (;;) {
         const FileList found =
@@ -86,7 +87,8 @@ bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZ
     if (path.empty())
         return false;
     lastZipPath = ParentDirectory(path);
-    const std::string target = context.locations.StagingDir + "ZIP_" + LastPathComponent(path) + "\\";
+    const std::string zipName = LastPathComponent(path);
+    const std::string target = context.locations.StagingDir + "ZIP_" + zipName + "\\"; // each archive its own
 
     unzip.uZipNames[0].clear();
     unzip.uExcludeNames[0].clear();

@@ -32,8 +32,19 @@ std::string VariationKeyOf(const std::string& line) {
     return key == VariationKeys.end() ? "" : line.substr(0, key->size());
 }
 
-// The text between the brackets of a "[fltsim.N]" line; "" for any other line.
+std::string_view WithoutIndent(std::string_view line) {
+    return line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
+}
+
+bool BeginsSection(std::string_view line) {
+    return WithoutIndent(line).starts_with("[");
+}
+
+// The text between the brackets of a "[fltsim.N]" line; "" for any other line. One that is a comment begins no
+// configuration: with those not chosen, all that follows it would go.
 std::string ConfigurationSection(const std::string& line) {
+    if (WithoutIndent(line).starts_with(";") || WithoutIndent(line).starts_with("//"))
+        return "";
     const std::string folded = FoldCase(line);
     const std::size_t open = folded.find("[fltsim.");
     const std::size_t close = line.find(']', open == std::string::npos ? 0 : open);
@@ -54,7 +65,7 @@ std::vector<std::string> ReducedLines(const AircraftCfg& cfg, std::size_t chosen
                 lines.emplace_back("[fltsim.0]");
             continue;
         }
-        if (line.starts_with("["))
+        if (BeginsSection(line))
             isInSection = false;
         if (isInSection && sections != chosen + 1)
             continue;
@@ -122,7 +133,7 @@ std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg) {
             isInSection = true;
             continue;
         }
-        if (line.starts_with("["))
+        if (BeginsSection(line))
             isInSection = false;
         if (!isInSection)
             continue;
@@ -140,7 +151,7 @@ std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg) {
     return configurations;
 }
 
-std::optional<std::string> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg) {
+std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg) {
     const auto configurations = ReadConfigurations(cfg);
     const auto saved = CollectDirectories(context.files, context.locations.StagingDir, false, context.limits);
     std::size_t chosen = 0;
@@ -168,9 +179,11 @@ std::optional<std::string> ChooseConfiguration(CommandContext& context, const Ai
         ReportWriteFailure(context, cfg, status);
         return std::nullopt;
     }
-    DeleteFileForced(context.files, context.locations.StagingDir + std::string(ImportNameFile));
+    const bool wasAsked = configurations.size() > 1;
+    if (wasAsked)
+        DeleteFileForced(context.files, context.locations.StagingDir + std::string(ImportNameFile));
     EmptyUnusedDirectories(context, saved, cfg.path, configurations, chosen);
-    return configurations[chosen].title;
+    return KeptConfiguration{configurations[chosen].title, wasAsked};
 }
 
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg) {

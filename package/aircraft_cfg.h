@@ -23,11 +23,15 @@ struct Configuration {
 };
 std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg);
 
-// Staging only. Lets the user pick one of several configurations, rewrites the file with that one as
-// [fltsim.0] and empties the directories that only the others used. The new title when a choice was made and
-// written; then the name that an import remembered no longer applies (its file is deleted). Failures are
-// reported and change nothing.
-std::optional<std::string> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg);
+// Staging only. Lets the user pick one of several configurations (a single one, such as [fltsim.1], is taken
+// without a question), rewrites the file with that one as [fltsim.0] and empties the directories that only the
+// others used. After a pick the name that an import remembered no longer applies: its file is deleted. None
+// when nothing was picked; failures are reported and change nothing.
+struct KeptConfiguration {
+    std::string title;
+    bool wasAsked = false;
+};
+std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg);
 
 // Rewrites the file with "model=", "panel=", "sound=" and "texture=" as bare keys. A file that needs no
 // change is not written.

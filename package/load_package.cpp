@@ -27,7 +27,7 @@ class Loader {
   private:
     std::vector<FileEntry> Collect(Group group);
     std::vector<FileEntry> CollectNames(std::initializer_list<std::string_view> names);
-    void Fill(Group group);
+    void FillComponentList(Group group);
     void StopOnDuplicates();
     void ReadPanelConfigs();
     void ReadSoundConfigs();
@@ -66,7 +66,7 @@ std::vector<FileEntry> Loader::CollectNames(std::initializer_list<std::string_vi
     return found;
 }
 
-void Loader::Fill(Group group) {
+void Loader::FillComponentList(Group group) {
     auto files = Collect(group);
     SettleDocuments(context, package.isStaging, files, package.tree);
     if (package.isStaging)
@@ -109,7 +109,7 @@ void Loader::ReadMarker() {
 
 // Fills the Aircraft group and reads its aircraft.cfg; false when it has none.
 bool Loader::LoadAircraft() {
-    Fill(Aircraft);
+    FillComponentList(Aircraft);
     package.aircraftCfg = {};
     for (const auto& file : FilesOf(package, Aircraft)) {
         if (file.key != "aircraft.cfg")
@@ -139,15 +139,15 @@ void Loader::FixConfiguration(LoadOutcome& outcome) {
         RefreshInfo(package.aircraftCfg.path);
         return;
     }
-    const auto title = ChooseConfiguration(context, package.aircraftCfg);
-    if (!title)
+    const auto kept = ChooseConfiguration(context, package.aircraftCfg);
+    if (!kept)
         return;
     // Whole directories may have gone, pictures among them.
-    outcome.isConfigurationChosen = true;
+    outcome.isConfigurationChosen = kept->wasAsked;
     package.tree = WalkTree(context.files, package.path);
-    Fill(Images);
+    FillComponentList(Images);
     LoadAircraft();
-    package.aircraftTitle = *title;
+    package.aircraftTitle = kept->title;
 }
 
 void Loader::WarnOfExecutables() {
@@ -181,23 +181,23 @@ LoadOutcome Loader::Run() {
     if (!package.isStaging)
         StopOnDuplicates();
 
-    Fill(Images);
+    FillComponentList(Images);
     ReadMarker();
     if (LoadAircraft() && package.isStaging)
         FixConfiguration(outcome);
-    Fill(Model);
+    FillComponentList(Model);
     ReadPanelConfigs();
-    Fill(Panel);
-    Fill(Sound);
+    FillComponentList(Panel);
+    FillComponentList(Sound);
     ReadSoundConfigs();
     for (const Group group : {Texture, Gauges, Documentation, Miscellaneous})
-        Fill(group);
+        FillComponentList(group);
     WarnOfExecutables();
 
     FileList all = CollectFiles(package.tree, "", FileMode::All, context.limits);
     NoteCut(all.cut);
     package.packageFiles = std::move(all.entries);
-    Fill(Unrecognized);
+    FillComponentList(Unrecognized);
     SetTexts();
     return outcome;
 }

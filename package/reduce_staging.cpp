@@ -17,14 +17,36 @@ std::string DirectoryFor(const std::string& word, const std::string& value) {
     return value.starts_with("\\") ? word + value : word + "." + value;
 }
 
+struct Kind {
+    const char* word;
+    std::string Configuration::*value;
+};
+constexpr Kind Kinds[] = {{"model", &Configuration::model},
+                          {"sound", &Configuration::sound},
+                          {"texture", &Configuration::texture},
+                          {"panel", &Configuration::panel}};
+
 // FindSavedDirectory compares the ending alone (oldpanel.1 ends like panel.1): only a whole name is acted on.
-std::string FindWholeName(DirectoryList saved, const std::string& name) {
+// The one beside the aircraft.cfg is meant; elsewhere it must be the only one of its name, as among several
+// there may be another add-on's.
+std::string FindWholeName(DirectoryList saved, const std::string& name, const std::string& cfgPath) {
+    std::vector<std::string> hits;
     for (;;) {
         std::string hit = FindSavedDirectory(saved, name);
-        if (hit.empty() || EqualNoCase(LastPathComponent(hit), name))
+        if (hit.empty())
+            break;
+        if (EqualNoCase(hit, ParentDirectory(cfgPath) + name))
             return hit;
         std::erase(saved.paths, hit);
+        if (EqualNoCase(LastPathComponent(hit), name))
+            hits.push_back(std::move(hit));
     }
+    return hits.size() == 1 ? hits.front() : "";
+}
+
+// True for every directory that the configuration's value may stand for: texture.red, texture\red.
+bool IsNamed(const std::string& directory, const Kind& kind, const Configuration& configuration) {
+    return EndsWithNoCase(directory, "\\" + DirectoryFor(kind.word, configuration.*kind.value));
 }
 
 // Emptying a directory must take nothing that the kept configuration needs: not its file, not its
@@ -32,14 +54,18 @@ std::string FindWholeName(DirectoryList saved, const std::string& name) {
 bool HoldsWhatIsKept(const DirectoryList& saved, const std::string& directory, const std::string& cfgPath,
                      const Configuration& kept) {
     const std::string place = AddBackslash(directory);
-    if (IsAtOrBelow(cfgPath, place))
-        return true;
-    const std::string names[] = {DirectoryFor("model", kept.model), DirectoryFor("panel", kept.panel),
-                                 DirectoryFor("sound", kept.sound), DirectoryFor("texture", kept.texture)};
-    return std::any_of(std::begin(names), std::end(names), [&](const std::string& name) {
-        const std::string used = FindWholeName(saved, name);
-        return !used.empty() && IsAtOrBelow(used, place);
-    });
+    return IsAtOrBelow(cfgPath, place) ||
+           std::any_of(saved.paths.begin(), saved.paths.end(), [&](const std::string& path) {
+               return IsAtOrBelow(path, place) &&
+                      std::any_of(std::begin(Kinds), std::end(Kinds),
+                                  [&](const Kind& kind) { return IsNamed(path, kind, kept); });
+           });
+}
+
+// The kept configuration has a directory of its own; without it, the plain one is what it will use.
+bool HasOwnDirectory(const DirectoryList& saved, const Kind& kind, const Configuration& kept) {
+    return std::any_of(saved.paths.begin(), saved.paths.end(),
+                       [&](const std::string& path) { return IsNamed(path, kind, kept); });
 }
 
 } // namespace
@@ -57,25 +83,19 @@ std::string FindSavedDirectory(const DirectoryList& saved, std::string_view endi
 void EmptyUnusedDirectories(CommandContext& context, const DirectoryList& saved, const std::string& cfgPath,
                             const std::vector<Configuration>& configurations, std::size_t chosen) {
     const Configuration& kept = configurations[chosen];
-    struct Kind {
-        std::string word;
-        std::string Configuration::*value;
-    };
-    const Kind kinds[] = {{"model", &Configuration::model},
-                          {"sound", &Configuration::sound},
-                          {"texture", &Configuration::texture},
-                          {"panel", &Configuration::panel}};
     for (std::size_t row = 0; row < configurations.size(); ++row) {
         if (row == chosen)
             continue;
-        for (const auto& kind : kinds) {
+        for (const Kind& kind : Kinds) {
             const std::string& value = configurations[row].*kind.value;
             if (EqualNoCase(value, kept.*kind.value))
                 continue; // shared with the kept one
-            const std::string directory = FindWholeName(saved, DirectoryFor(kind.word, value));
+            if (value.empty() && !HasOwnDirectory(saved, kind, kept))
+                continue;
+            const std::string directory = FindWholeName(saved, DirectoryFor(kind.word, value), cfgPath);
             if (directory.empty())
                 continue;
-            if (kind.word == "panel" && value.empty()) // its gauges and bitmaps may be shared
+            if (kind.value == &Configuration::panel && value.empty()) // its gauges and bitmaps may be shared
                 DeleteFileForced(context.files, directory + "\\panel.cfg");
             else if (!HoldsWhatIsKept(saved, directory, cfgPath, kept))
                 DeleteTree(context, directory + "\\");

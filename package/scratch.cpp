@@ -10,7 +10,6 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::string_view DirectoryName = "~kx~scratch";
 constexpr int MaxAttempts = 100000;
 
 // Everything below a scratch directory, and the directory itself. Links go as links.
@@ -35,7 +34,7 @@ void RemoveAll(FileSystem& files, const std::string& path) {
 }
 
 std::string ScratchDirectoryIn(const std::string& directory) {
-    return directory + std::string(DirectoryName) + "\\";
+    return directory + std::string(ScratchDirectoryName) + "\\";
 }
 
 Status MakeDirectory(FileSystem& files, const std::string& directory) {
@@ -80,7 +79,7 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
 
 void ReleaseScratch(FileSystem& files, const std::string& scratch) {
     const std::string directory = ParentDirectory(scratch);
-    if (!EqualNoCase(LastPathComponent(directory), std::string(DirectoryName) + "\\"))
+    if (!IsScratchName(WithoutBackslash(LastPathComponent(directory))))
         return;
     RemoveAll(files, WithoutBackslash(scratch));
     static_cast<void>(files.RemoveDirectory(WithoutBackslash(directory))); // stays while others use it
@@ -93,14 +92,18 @@ Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& l
     return directory;
 }
 
+void CleanScratchIn(FileSystem& files, const std::string& directory) {
+    RemoveAll(files, directory + std::string(ScratchDirectoryName));
+}
+
 void CleanScratch(FileSystem& files, const Locations& locations) {
-    const auto clean = [&](const std::string& directory) {
-        RemoveAll(files, directory + std::string(DirectoryName));
-    };
+    const auto clean = [&](const std::string& directory) { CleanScratchIn(files, directory); };
     clean(locations.StagingDir);
     clean(locations.HangarDir);
     clean(locations.MsfsDir);
-    clean(locations.MsfsDir + "aircraft\\");
+    // Places of the simulator that may lie on a volume of their own.
+    for (const char* place : {"aircraft\\", "gauges\\", "sound\\", "effects\\", "modules\\"})
+        clean(locations.MsfsDir + place);
     const WalkLimits unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
     for (const auto& category : CollectDirectories(files, locations.HangarDir, true, unlimited).paths)
         clean(category + "\\");

@@ -24,6 +24,8 @@ Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& l
 
 // Removes what an interrupted run left in the locations (and beside installed aircraft and packages).
 void CleanScratch(FileSystem& files, const Locations& locations);
+// The same in one directory, such as that of the settings file.
+void CleanScratchIn(FileSystem& files, const std::string& directory);
 
 // Text or bytes in place whole, through a scratch name of the right location.
 Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path,

@@ -92,10 +92,21 @@ void Tree::Remove(const std::string& path) {
 }
 
 void Tree::Rename(const std::string& path, const std::string& newPath) {
-    for (auto& file : files) {
-        if (file.path == path)
-            file = FileEntry(newPath, file.info);
-    }
+    const auto old =
+        std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return file.path == path; });
+    if (old == files.end())
+        return;
+    const FileEntry renamed(newPath, old->info);
+    // The files of a directory stand together, in the order in which the disk lists them.
+    const std::string name = renamed.Name(), directory = ParentDirectory(newPath);
+    const auto isSibling = [&](const FileEntry& file) { return ParentDirectory(file.path) == directory; };
+    auto place = files.erase(old);
+    while (place != files.begin() && isSibling(*std::prev(place)) &&
+           LessNoCase(name, std::prev(place)->Name()))
+        --place;
+    while (place != files.end() && isSibling(*place) && LessNoCase(place->Name(), name))
+        ++place;
+    files.insert(place, renamed);
 }
 
 Tree WalkTree(const FileSystem& files, const std::string& root, ScratchEntries scratch) {

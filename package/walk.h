@@ -39,8 +39,9 @@ struct Tree {
     bool isUnreadable = false;            // a directory could not be listed
     std::string unreadable;               // the first such directory
 
-    void Remove(const std::string& path);                             // a file that was deleted
-    void Rename(const std::string& path, const std::string& newPath); // a file that was renamed
+    void Remove(const std::string& path); // a file that was deleted
+    void Rename(const std::string& path,
+                const std::string& newPath); // a file that was renamed within its directory
 };
 
 enum class ScratchEntries { LeaveOut, Include };

@@ -190,6 +190,11 @@ Status CopyContents(int from, int to, std::uint64_t size, const std::string& sou
     }
 }
 
+// Disks without permissions of their own (FAT, shares) refuse to set some; the file is none the worse for it.
+bool SetMode(int file, mode_t mode) {
+    return fchmod(file, mode & 0777) == 0 || errno == EPERM || errno == ENOTSUP;
+}
+
 void CopyDosAttributes(int from, int to) {
     std::array<char, 64> value{};
     const ssize_t length = fgetxattr(from, DosAttributes, value.data(), value.size());
@@ -288,7 +293,9 @@ Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& dir
         if (name == "." || name == ".." ||
             fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
-        found.push_back({FoldCase(name), {std::string(name), InfoOf(info)}});
+        std::string shown = ShownName(name);
+        std::string key = FoldCase(shown);
+        found.push_back({std::move(key), {std::move(shown), InfoOf(info)}});
     }
     std::sort(found.begin(), found.end(), [](const Sortable& a, const Sortable& b) {
         const int order = a.key.compare(b.key);
@@ -367,7 +374,7 @@ Status DriveFileSystem::Copy(const std::string& from, const std::string& to) {
     if (status) {
         CopyDosAttributes(input->get(), output->get());
         const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
-        if (futimens(output->get(), times.data()) != 0 || fchmod(output->get(), info.st_mode & 0777) != 0 ||
+        if (futimens(output->get(), times.data()) != 0 || !SetMode(output->get(), info.st_mode) ||
             output->Close() != 0)
             status = Failure(to);
     }
@@ -390,7 +397,7 @@ Status DriveFileSystem::Rename(const std::string& from, const std::string& to) {
         // Only a change of case may meet an entry of that name: its own.
         if (target->path != *source)
             return {FileFault::Exists, to, EEXIST};
-        newName = ParentOf(*source) + "/" + WithoutBackslash(LastPathComponent(to));
+        newName = ParentOf(*source) + "/" + HostSpelling(WithoutBackslash(LastPathComponent(to)));
         if (newName == *source)
             return {};
     }
@@ -420,8 +427,9 @@ Status DriveFileSystem::Replace(const std::string& from, const std::string& to) 
     }
     if (rename(source->c_str(), target->path.c_str()) != 0)
         return Failure(to);
+    // Forgotten, not noted: a name that is found at once says nothing of what else has come into its directory.
     names.NoteRemoved(*source);
-    names.NoteAdded(target->path);
+    names.NoteRemoved(target->path);
     FlushDirectory(ParentOf(target->path));
     return {};
 }
@@ -513,7 +521,7 @@ Status DriveFileSystem::CopyAttributes(const std::string& from, const std::strin
     const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
     if (futimens(output->get(), times.data()) != 0)
         return Failure(to);
-    return Outcome(fchmod(output->get(), info.st_mode & 0777), to);
+    return SetMode(output->get(), info.st_mode) ? Status{} : Failure(to);
 }
 
 Result<std::uint64_t> DriveFileSystem::FreeSpace(const std::string& directory) const {
@@ -565,11 +573,11 @@ std::optional<std::string> DriveFileSystem::PathFromHost(const std::string& host
         if (leadsThere && (!best || drive.second.size() > best->second.size()))
             best = &drive;
     }
-    if (!best || real.find('\\') != std::string::npos)
+    if (!best)
         return std::nullopt;
     std::string path(1, static_cast<char>(best->first - 'a' + 'A'));
     path += ":";
-    path += real.size() == best->second.size() ? "/" : real.substr(best->second.size());
+    path += real.size() == best->second.size() ? "/" : ShownName(real.substr(best->second.size()));
     std::replace(path.begin(), path.end(), '/', '\\');
     return path;
 }

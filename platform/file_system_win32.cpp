@@ -142,7 +142,7 @@ Status EnsureCase(const std::wstring& target, const std::string& path) {
     if (!record || target.compare(name, std::wstring::npos, record->cFileName) == 0)
         return {};
     const std::wstring stored = target.substr(0, name) + record->cFileName;
-    const std::wstring between = target.substr(0, name) + *ToWide(ScratchPrefix) + record->cFileName;
+    const std::wstring between = target.substr(0, name) + L"~kx~" + record->cFileName;
     if (!MoveWithPatience(stored, between, 0))
         return NativeFault(path);
     if (MoveWithPatience(between, target, 0))
@@ -444,6 +444,14 @@ std::vector<std::string> WindowsFileSystem::Drives() const {
     return drives;
 }
 
+// `\\?\C:\a` and `C:\a` -> `C:\a`; none for what is on no drive.
+std::optional<std::string> PlainDrivePath(std::wstring_view native) {
+    if (native.starts_with(L"\\\\?\\"))
+        native.remove_prefix(4);
+    const std::string path = FromWide(native);
+    return IsDrivePath(path) ? std::optional(path) : std::nullopt;
+}
+
 std::optional<std::string> WindowsFileSystem::PathFromHost(const std::string& hostPath) const {
     const std::optional<std::wstring> wide = ToWide(hostPath);
     if (!wide)
@@ -451,10 +459,19 @@ std::optional<std::string> WindowsFileSystem::PathFromHost(const std::string& ho
     // Slashes, relative paths and `..` become plain.
     std::wstring full(32768, L'\0');
     full.resize(GetFullPathNameW(wide->c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-    if (full.starts_with(L"\\\\?\\"))
-        full.erase(0, 4);
-    const std::string path = FromWide(full);
-    return IsDrivePath(path) ? std::optional(path) : std::nullopt;
+    // What is there has one name of its own, whatever junction, short name or substituted drive led there. A
+    // share has none below a drive and keeps the one it was called by.
+    const UniqueHandle handle =
+        Open(full, FILE_READ_ATTRIBUTES, ShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    if (handle) {
+        std::wstring final(32768, L'\0');
+        final.resize(
+            std::min(final.size(), static_cast<std::size_t>(GetFinalPathNameByHandleW(
+                                       handle.get(), final.data(), static_cast<DWORD>(final.size()), 0))));
+        if (const auto path = PlainDrivePath(final))
+            return path;
+    }
+    return PlainDrivePath(full);
 }
 
 } // namespace

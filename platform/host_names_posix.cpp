@@ -12,6 +12,7 @@ namespace korvadex {
 namespace {
 
 constexpr std::size_t MaxListings = 16;
+constexpr std::string_view BackslashLetter = "\xEF\x81\x9C"; // U+F05C
 
 struct CloseDirectory {
     void operator()(DIR* directory) const { closedir(directory); }
@@ -55,7 +56,22 @@ std::optional<std::vector<std::string_view>> Components(std::string_view path) {
     return components;
 }
 
+std::string Exchanged(std::string_view text, std::string_view from, std::string_view to) {
+    std::string result(text);
+    for (std::size_t at = result.find(from); at != std::string::npos; at = result.find(from, at + to.size()))
+        result.replace(at, from.size(), to);
+    return result;
+}
+
 } // namespace
+
+std::string ShownName(std::string_view hostName) {
+    return Exchanged(hostName, "\\", BackslashLetter);
+}
+
+std::string HostSpelling(std::string_view shownName) {
+    return Exchanged(shownName, BackslashLetter, "\\");
+}
 
 Result<HostName> HostNames::Resolve(const std::string& path) {
     if (!IsDrivePath(path))
@@ -68,7 +84,7 @@ Result<HostName> HostNames::Resolve(const std::string& path) {
 
     std::string exact = drive->second;
     for (const auto component : *components)
-        exact.append("/").append(component);
+        exact.append("/").append(HostSpelling(component));
     if (components->empty())
         return HostName{drive->second.empty() ? "/" : drive->second, true};
     if (Exists(exact))
@@ -86,11 +102,11 @@ Result<HostName> HostNames::Resolve(const std::string& path) {
     std::string resolved = drive->second;
     bool exists = true;
     for (const auto component : *components) {
-        const std::string next = resolved + "/" + std::string(component);
+        const std::string next = resolved + "/" + HostSpelling(component);
         if (exists && !Exists(next)) {
             const auto stored = FindName(resolved.empty() ? "/" : resolved, component);
             exists = stored.has_value();
-            resolved += "/" + (stored ? *stored : std::string(component));
+            resolved += "/" + (stored ? *stored : HostSpelling(component));
         } else {
             resolved = next;
         }
@@ -126,7 +142,7 @@ std::optional<std::string> HostNames::FindName(const std::string& directory, std
         if (!handle)
             return std::nullopt;
         while (const dirent* entry = readdir(handle.get()))
-            listing->names.emplace(FoldCase(entry->d_name), entry->d_name);
+            listing->names.emplace(FoldCase(ShownName(entry->d_name)), entry->d_name);
     }
     const auto found = listing->names.find(FoldCase(name));
     if (found == listing->names.end())
@@ -141,7 +157,7 @@ void HostNames::NoteAdded(const std::string& hostPath) {
     if (!listing || stat(directory.c_str(), &info) != 0)
         return;
     const std::string name = hostPath.substr(hostPath.rfind('/') + 1);
-    listing->names.insert_or_assign(FoldCase(name), name);
+    listing->names.insert_or_assign(FoldCase(ShownName(name)), name);
     listing->changed = info.st_mtim;
 }
 

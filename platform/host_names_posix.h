@@ -21,6 +21,11 @@ struct HostName {
     bool exists = false;
 };
 
+// A name of the host may hold a backslash, which parts the components of a Windows path. Inside the program a
+// private letter stands for it, so that `panel\main.bmp` in one piece is never taken for main.bmp in panel.
+std::string ShownName(std::string_view hostName);
+std::string HostSpelling(std::string_view shownName);
+
 // Finds names whatever their case: the exact name first; only on a miss is the directory read. What was read
 // is kept while the directory's own time of change shows that nothing else has touched it.
 class HostNames {

@@ -158,7 +158,7 @@ bool IsStorableName(std::string_view name) {
 }
 
 bool IsScratchName(std::string_view name) {
-    return StartsWithNoCase(name, ScratchPrefix);
+    return EqualNoCase(name, ScratchDirectoryName);
 }
 
 } // namespace korvadex

@@ -49,8 +49,9 @@ bool IsDeviceName(std::string_view name);
 // |, no control character, no trailing dot or blank, no device name.
 bool IsStorableName(std::string_view name);
 
-// Every scratch directory of the program bears a name that begins so; no list shows them or what they hold.
-inline constexpr std::string_view ScratchPrefix = "~kx~";
+// The name of every scratch directory of the program; no list shows them or what they hold. No other name is
+// hidden, however much like it: what no list shows is copied nowhere, and lost when its directory is cleared.
+inline constexpr std::string_view ScratchDirectoryName = "~kx~scratch";
 bool IsScratchName(std::string_view name);
 
 } // namespace korvadex

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 
 namespace korvadex {
 
@@ -104,6 +105,8 @@ class PackageCopy {
         if (!scratch)
             return Fail(scratch.status());
         Status status = FillDirectory(AddBackslash(*scratch), progress);
+        if (status)
+            status = CheckComplete(AddBackslash(*scratch));
         bool isDone = status ? PlaceShared(status) : false;
         if (isDone) {
             status = context.files.Rename(*scratch, WithoutBackslash(destination));
@@ -156,6 +159,16 @@ class PackageCopy {
         for (; group < GroupCount; ++group)
             progress.Set(group);
         return {};
+    }
+
+    // A second Korvadex that starts meanwhile cleans up what it takes for the remains of an earlier run.
+    Status CheckComplete(const std::string& scratch) {
+        std::set<std::string> copied;
+        for (const FileEntry& file : WalkTree(context.files, scratch).files)
+            copied.insert(FoldCase(file.path.substr(scratch.size())));
+        const auto lost = std::ranges::find_if(
+            plan.files, [&](const PlannedFile& file) { return !copied.contains(FoldCase(file.relative)); });
+        return lost == plan.files.end() ? Status{} : Status{FileFault::Failed, lost->source};
     }
 
     // What lies outside the new directory. False, with the status without a fault where the user was told.

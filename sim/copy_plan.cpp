@@ -52,7 +52,7 @@ class Planner {
             group == Gauges ? PanelGaugeLines() : std::vector<std::string>{};
         for (const FileEntry& file : files) {
             // A checklist stands in two groups and is one file: that of its first group.
-            if (IsProgramFile(file) || !planned.insert(FoldCase(file.path)).second)
+            if (IsProgramFile(file) || !planned.insert(file.path).second)
                 continue;
             plan.bytes += file.info.size;
             if (isSharedMiscellaneous)
@@ -70,7 +70,7 @@ class Planner {
     // so that a copy holds all that its original held.
     void PlanUnlistedFiles() {
         for (const FileEntry& file : package.packageFiles) {
-            if (IsProgramFile(file) || !planned.insert(FoldCase(file.path)).second)
+            if (IsProgramFile(file) || !planned.insert(file.path).second)
                 continue;
             plan.bytes += file.info.size;
             AddFile(file, Unrecognized);
@@ -162,7 +162,7 @@ class Planner {
     const LoadedPackage& package;
     const CopyRoot root;
     CopyPlan plan;
-    std::set<std::string> planned; // source paths, lower case
+    std::set<std::string> planned; // source paths as listed: a disk may tell two apart by case alone
     std::set<std::string> names;   // relative targets, lower case
     std::vector<std::string> soundLines;
     bool isSoundRead = false;

@@ -9,8 +9,8 @@
 #include "sim/name_list.h"
 #include "sim/shared_files.h"
 
+#include <map>
 #include <optional>
-#include <set>
 
 namespace korvadex {
 
@@ -35,20 +35,37 @@ bool IsLink(const CommandContext& context, const std::string& directory) {
     return info && info->kind == EntryKind::Link;
 }
 
-// Files of the installed directory that an install of the package would not have put there.
+// The files whose alias line the installation adapts to the names of the simulator.
+bool IsRewrittenAlias(const LoadedPackage& package, const std::string& relative) {
+    return (!package.PackagePanelAlias.empty() && EqualNoCase(relative, "Panel\\panel.cfg")) ||
+           (!package.PackageSoundAlias.empty() && EqualNoCase(relative, "Sound\\sound.cfg"));
+}
+
+// A file keeps its time through the installation: one of another time is compared byte by byte.
+bool IsInPackage(CommandContext& context, const FileEntry& installed, const std::string& source) {
+    const auto info = context.files.Info(source);
+    return info && installed.info.kind == EntryKind::File &&
+           (info->time == installed.info.time || HoldsUnpackedBytes(context, source, installed.path));
+}
+
+// Files of the installed directory that an install of the package would not have put there, or that were
+// changed since: a simulator's own aircraft may bear the name of a package, and people edit what they fly.
 std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPackage& package,
                                        const std::string& directory) {
     if (IsLink(context, directory))
         return {};
-    std::set<std::string> own;
+    std::map<std::string, std::string> sources;
     for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
-        own.insert(FoldCase(file.relative));
+        sources.emplace(FoldCase(file.relative), file.source);
     std::vector<std::string> others;
     const Tree installed = WalkTree(context.files, directory);
     for (const FileEntry& file : installed.files) {
         const std::string relative = file.path.substr(directory.size());
-        if (!own.contains(FoldCase(relative)))
+        const auto source = sources.find(FoldCase(relative));
+        if (source == sources.end())
             others.push_back(relative);
+        else if (!IsRewrittenAlias(package, relative) && !IsInPackage(context, file, source->second))
+            others.push_back(relative + "  (changed)");
     }
     if (installed.isUnreadable)
         others.push_back(installed.unreadable.substr(directory.size()) +

@@ -162,8 +162,13 @@ TEST_F(LocationsEntryTest, WhenTheDialogIsShownAtStart) {
     EXPECT_EQ(settings.LocationProfiles[0].StagingDir, locations.StagingDir);
 
     settings.AskLocationAtStart = true;
-    EXPECT_EQ(Validate({.isRestart = true}), LocationsOutcome::Valid);
+    EXPECT_EQ(Validate({.RestartedAfterLocationChange = true}), LocationsOutcome::Valid);
     dialogs.Enter(locations);
+    EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
+    // Another Staging directory is to be empty: its files are not those of an add-on.
+    drive.Put("Letters\\a.txt", "x");
+    dialogs.Enter({drive.At("Letters"), locations.HangarDir, locations.MsfsDir}).Enter(locations);
+    user.Expect(NotEmpty, Answer::Ok).Expect(Continue, Answer::Yes);
     EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
 
     settings.AskLocationAtStart = false;

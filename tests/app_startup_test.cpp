@@ -59,10 +59,13 @@ TEST_F(StartUp, AnyCategoryInTheHangarKeepsTheDefaultsAway) {
 }
 
 TEST_F(StartUp, WhatAKilledRunLeftIsNoCategoryAndGoes) {
-    drive.Put("Hangar\\~kx~scratch\\1~Lear\\aircraft.cfg", "half");
+    const char* leftovers[] = {"Hangar\\~kx~scratch", "FS\\gauges\\~kx~scratch", "App\\~kx~scratch"};
+    for (const std::string directory : leftovers)
+        drive.Put(directory + "\\1~Lear\\aircraft.cfg", "half");
     Start();
     EXPECT_EQ(form.view.categories.size(), 14u);
-    EXPECT_FALSE(drive.Has("Hangar\\~kx~scratch"));
+    for (const char* directory : leftovers)
+        EXPECT_FALSE(drive.Has(directory)) << directory;
 }
 
 TEST_F(StartUp, TheMarkerOfARestartKeepsTheDialogAway) {

@@ -131,6 +131,13 @@ TEST_F(ProcessTest, AnsweringNoLeavesTheCounterAlone) {
                     {"ZIP_p.zip\\NestedZIP1_b.zip\\f", "x"}}));
 }
 
+TEST_F(ProcessTest, TheChosenArchiveIsNotTakenForANestedOne) {
+    const std::string bytes = Zip({{"f", "x"}});
+    drive.Put("Staging\\ZIP_p.zip\\p.zip", bytes);
+    EXPECT_TRUE(Process("Staging\\ZIP_p.zip\\p.zip"));
+    EXPECT_EQ(drive.Get("Staging\\ZIP_p.zip\\p.zip"), bytes);
+}
+
 TEST_F(ProcessTest, ANestedArchiveThatFailedIsKeptAndAskedAboutOnce) {
     const std::string hostile = Zip({{"../evil.txt", "x"}, {"good.txt", "y"}});
     user.Expect(Question("a.zip"), Answer::Yes)

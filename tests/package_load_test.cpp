@@ -46,6 +46,7 @@ TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
     drive.Put("Staging\\c\\readme.txt", "one"); // the bytes of the first
     drive.Put("Staging\\d\\readme.txt", "three");
     drive.Put("Staging\\d\\readme(1).txt", "taken");
+    drive.Put("Staging\\b\\readme.air", "four"); // stands before the document, and after its new name
     drive.Put("Staging\\a\\index.html", "1");
     drive.Put("Staging\\b\\index.html", "2");
     LoadStaging();
@@ -55,7 +56,7 @@ TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
         if (!name.ends_with("\\"))
             contents.push_back(bytes);
     }
-    EXPECT_THAT(contents, testing::UnorderedElementsAre("one", "two", "three", "taken", "1", "2"));
+    EXPECT_THAT(contents, testing::UnorderedElementsAre("one", "two", "three", "four", "taken", "1", "2"));
     EXPECT_EQ(tree.at("d\\readme.txt"), "three") << "the last keeps its name";
     EXPECT_EQ(tree.at("d\\readme(1).txt"), "taken") << "no rename replaces a file";
     EXPECT_EQ(tree.at("b\\README(2).TXT"), "two");
@@ -172,13 +173,23 @@ TEST_F(LoadTest, LinesBeyondTheLimitAreCarriedOver) {
     EXPECT_EQ(written.size(), text.size() - 1 + beyond.size());
 }
 
+TEST_F(LoadTest, AnOnlyConfigurationIsTakenUnaskedAndKeepsTheImportedName) {
+    drive.Put("Staging\\aircraft.cfg", "[fltsim.1]\r\ntitle=Lear\r\ntexture=red\r\n");
+    drive.Put("Staging\\KX_MSFSImportName.txt", "Lear_45\r\n");
+    EXPECT_FALSE(LoadStaging().isConfigurationChosen);
+    EXPECT_EQ(package.aircraftTitle, "Lear");
+    EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\n");
+    EXPECT_TRUE(drive.Has("Staging\\KX_MSFSImportName.txt"));
+}
+
 class ConfigurationTest : public LoadTest {
   protected:
     ConfigurationTest() {
         drive.Put("Staging\\P\\aircraft.cfg",
                   "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
                   "[fltsim.1]\r\ntitle= Lear red \r\ntexture=red\r\nmodel=\r\npanel=ifr\r\n\r\n"
-                  "[General]\r\nmodel=kept\r\n");
+                  "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
+        drive.Put("Staging\\extras\\texture\\other.bmp", "of nobody here");
         for (const char* file :
              {"texture\\skin.bmp", "texture.red\\skin2.bmp", "oldtexture.red\\keep.bmp", "model\\x.mdl",
               "panel\\panel.cfg", "panel\\main.bmp", "panel.ifr\\p.nel", "texture.red\\shot.jpg"})
@@ -194,12 +205,14 @@ TEST_F(ConfigurationTest, TheFirstIsKept) {
     EXPECT_EQ(package.aircraftTitle, "Lear");
     EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"), "; "
                                                      "mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel="
-                                                     "\r\npanel=\r\n\r\n[General]\r\nmodel=kept\r\n");
+                                                     "\r\npanel=\r\n\r\n\t[General]\r\n; not of [fltsim.2]"
+                                                     "\r\nmodel=kept\r\n");
     EXPECT_THAT(drive.Names("Staging"),
                 ElementsAre("P\\", "P\\aircraft.cfg", "P\\model\\", "P\\model\\x.mdl", "P\\oldtexture.red\\",
                             "P\\oldtexture.red\\keep.bmp", "P\\panel.ifr\\", "P\\panel\\",
                             "P\\panel\\main.bmp", "P\\panel\\panel.cfg", "P\\texture.red\\", "P\\texture\\",
-                            "P\\texture\\skin.bmp"));
+                            "P\\texture\\skin.bmp", "extras\\", "extras\\texture\\",
+                            "extras\\texture\\other.bmp"));
     EXPECT_THAT(Listed(Images), IsEmpty()) << "the picture went with its directory";
     ExpectTrueListing();
 }
@@ -210,12 +223,24 @@ TEST_F(ConfigurationTest, TheSecondIsKept) {
     EXPECT_EQ(package.aircraftTitle, "Lear red");
     EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"),
               "; mine\r\n[fltsim.0]\r\ntitle= Lear red "
-              "\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n[General]\r\nmodel=kept\r\n");
+              "\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
     EXPECT_TRUE(drive.Has("Staging\\P\\model\\x.mdl")) << "used by both";
     EXPECT_TRUE(drive.Has("Staging\\P\\panel\\main.bmp")) << "of the plain panel only panel.cfg goes";
     EXPECT_FALSE(drive.Has("Staging\\P\\panel\\panel.cfg"));
     EXPECT_FALSE(drive.Has("Staging\\P\\texture\\skin.bmp"));
     EXPECT_TRUE(drive.Has("Staging\\P\\texture.red\\skin2.bmp"));
+    EXPECT_TRUE(drive.Has("Staging\\extras\\texture\\other.bmp")) << "not beside the aircraft.cfg";
+}
+
+TEST_F(LoadTest, ThePlainDirectoryStaysWhileTheKeptConfigurationHasNoOther) {
+    drive.Put("Staging\\aircraft.cfg",
+              "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\ntexture=\\red\r\nsound=2\r\n");
+    drive.Put("Staging\\texture\\red\\skin.bmp", "inside of the plain one");
+    drive.Put("Staging\\sound\\sound.cfg", "sound.2 is missing");
+    const auto before = drive.Names("Staging");
+    user.ExpectConfigurations({"A  (fltsim.0)", "B  (fltsim.1)"}, 1);
+    LoadStaging();
+    EXPECT_EQ(drive.Names("Staging"), before);
 }
 
 TEST_F(ConfigurationTest, NothingChangesWithoutAChoiceOrWhenTheFileCannotBeWritten) {

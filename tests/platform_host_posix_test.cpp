@@ -41,6 +41,24 @@ TEST_F(PosixHost, TakesTheExactNameOfTwoThatDifferInCase) {
     fs::rename(root / "Readme.txt", root / "Other.txt");
     EXPECT_FALSE(drive.Has("readme.TXT"));
     EXPECT_EQ(drive.Get("OTHER.txt"), "one");
+    std::ofstream(root / "New.txt") << "new";
+    drive.Put("scratch\\1", "two");
+    EXPECT_TRUE(files.Replace(drive.At("scratch\\1"), drive.At("Other.txt")));
+    EXPECT_EQ(drive.Get("NEW.txt"), "new") << "a change of our own hides none of another program";
+}
+
+TEST_F(PosixHost, ABackslashInANamePartsNothing) {
+    drive.Put("panel\\main.bmp", "in panel");
+    std::ofstream(Host("") / "panel\\main.bmp") << "in one piece";
+    const auto entries = files.List(drive.Root());
+    ASSERT_EQ(entries->size(), 2u);
+    const std::string path = drive.At((*entries)[1].name);
+    EXPECT_EQ(*ReadBytes(files, path), "in one piece");
+    EXPECT_EQ(files.PathFromHost(files.HostPath(path)), path);
+    EXPECT_TRUE(files.Copy(path, path + ".copy"));
+    EXPECT_TRUE(files.Rename(path, drive.At("moved")));
+    EXPECT_TRUE(files.Delete(path + ".copy"));
+    EXPECT_THAT(drive.Names(), ElementsAre("moved", "panel\\", "panel\\main.bmp"));
 }
 
 TEST_F(PosixHost, LeavesNoHalfCopyBehind) {

@@ -1,4 +1,5 @@
 #include "sim/copy_package.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
 
 namespace korvadex::test {
@@ -31,6 +32,7 @@ TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
         {"1024panel.cfg", "Unrecognized Files\\1024panel.cfg"},
         {"x\\1024panel.cfg", "Unrecognized Files\\1024panel(1).cfg"},
         {"notes.kx", "Unrecognized Files\\notes.kx"},
+        {"~kx~mine.kx", "Unrecognized Files\\~kx~mine.kx"}, // only the scratch directory itself is hidden
         {"P.BMP", "Panel\\P.BMP"},
         {"texture\\T.bmp", "Texture\\T.bmp"},
         {"gauges\\CLOCK.v2.gau", "Gauges\\CLOCK.v2.gau"},
@@ -97,6 +99,25 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
     Entries again = PackageBuilder::Files();
     again["Unrecognized Files\\1024panel.cfg"] = "big panel";
     EXPECT_EQ(Files("Hangar\\Jets\\Again"), again);
+}
+
+// As by a second Korvadex, which cleans up when it starts.
+TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
+    drive.Put("Staging\\a.mdl", "a");
+    drive.Put("Staging\\b.mdl", "b");
+    LoadPackage(context, locations.StagingDir, true, package);
+    FaultyFiles shared(drive.Files());
+    shared.FailWhere([&](const std::string& change, const std::string& path) {
+        const bool isSecond = change == "Copy" && path.ends_with("b.mdl");
+        const std::string first = drive.At("Hangar\\~kx~scratch\\1~Lear\\Model\\a.mdl");
+        EXPECT_TRUE(!isSecond || drive.Files().Delete(first));
+        return FileFault::None;
+    });
+    CommandContext sharing{shared, launcher, locations, limits, user, window};
+    std::string destination = locations.HangarDir + "Jets\\Lear";
+    user.Expect("The package could not be copied, and nothing of it was left behind....", Answer::Ok);
+    EXPECT_FALSE(CopyPackageTo(sharing, package, destination));
+    EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
 
 TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {

@@ -92,15 +92,17 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     Install("Lear");
     for (int i = 10; i < 32; ++i)
         drive.Put("FS\\aircraft\\Lear\\flights\\" + std::to_string(i) + ".flt", "saved");
+    drive.Put("FS\\aircraft\\Lear\\Lear.air", "edited");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Model\\lear.mdl"); // after it was loaded
     const auto before = drive.Tree("FS");
     const std::string question = locations.MsfsDir +
                                  "aircraft\\Lear\\ holds files that this package doesn't have ...\n\n"
-                                 "flights\\10.flt\nflights\\11.flt\n...";
+                                 "Lear.air  (changed)\nflights\\10.flt\nflights\\11.flt\n...";
     ExpectRemoval().Expect(question, Answer::No, MessageIcon::Exclamation);
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS"), before);
     EXPECT_THAT(user.transcript.back(),
-                testing::HasSubstr("flights\\29.flt\n... and 2 more\n\nThey will be lost."));
+                testing::HasSubstr("flights\\28.flt\n... and 4 more\n\nThey will be lost."));
 
     state.QuietMode = true;
     Run(RemovePackageFromSim);
