@@ -1,0 +1,310 @@
+// The dialogs, answered with mouse and keys.
+#include "tests/support/modal_user.h"
+#include "tests/support/temporary_drive.h"
+#include "ui/dialogs.h"
+#include "ui/frmDirSelect.h"
+#include "ui/frmFileList.h"
+#include "ui/frmSplash.h"
+#include "ui/message_box.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+namespace korvadex::test {
+
+namespace {
+
+class DialogTest : public testing::Test {
+  protected:
+    TemporaryDrive drive;
+    Dialogs dialogs{drive.Files()};
+    ModalUser user;
+
+    Answer Ask(MessageButtons buttons) {
+        return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {}).answer;
+    }
+};
+
+QAbstractButton* Button(QWidget& window, const QString& caption) {
+    for (auto* button : window.findChildren<QAbstractButton*>())
+        if (button->text().remove('&') == caption)
+            return button;
+    return nullptr;
+}
+
+// The rows of a tree that a user sees below an item.
+QStringList Children(const QTreeWidgetItem* item) {
+    QStringList names;
+    for (int i = 0; i < item->childCount(); ++i)
+        names.append(item->child(i)->text(0));
+    return names;
+}
+
+} // namespace
+
+TEST_F(DialogTest, AMessageShowsItsTextAsItStands) {
+    const std::string text = "< B 17 >  &\r\n\r\n<b>not bold</b>";
+    user.Expect("messageBox", [&](QWidget& box) {
+        const auto& label = Control<QLabel>(box, "qt_msgbox_label");
+        EXPECT_EQ(label.text().toStdString(), "< B 17 >  &\n\n<b>not bold</b>");
+        EXPECT_EQ(label.textFormat(), Qt::PlainText);
+        EXPECT_EQ(box.windowTitle(), "");
+        QTest::mouseClick(Button(box, "OK"), Qt::LeftButton);
+    });
+    dialogs.Tell(text);
+}
+
+TEST_F(DialogTest, AYesNoQuestionIsAnsweredOrStaysOpen) {
+    for (const bool isYes : {true, false}) {
+        user.Expect("messageBox", [&](QWidget& box) {
+            PressKey(box, Qt::Key_Escape);
+            EXPECT_FALSE(box.close());
+            EXPECT_TRUE(box.isVisible());
+            EXPECT_FALSE(box.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+            EXPECT_LT(Button(box, "Yes")->x(), Button(box, "No")->x());
+            EXPECT_EQ(box.findChildren<QAbstractButton*>().size(), 2);
+            QTest::mouseClick(Button(box, isYes ? "Yes" : "No"), Qt::LeftButton);
+        });
+        EXPECT_EQ(Ask(MessageButtons::YesNo), isYes ? Answer::Yes : Answer::No);
+    }
+}
+
+TEST_F(DialogTest, EscapeAndEnterAnswerTheOtherBoxes) {
+    const struct {
+        const char* name;
+        MessageButtons buttons;
+        Qt::Key key;
+        Answer answer;
+    } rows[] = {
+        {"Escape cancels", MessageButtons::OkCancel, Qt::Key_Escape, Answer::Cancel},
+        {"Enter accepts", MessageButtons::OkCancel, Qt::Key_Return, Answer::Ok},
+        {"Escape closes a message", MessageButtons::Ok, Qt::Key_Escape, Answer::Ok},
+        {"Enter says yes", MessageButtons::YesNo, Qt::Key_Return, Answer::Yes},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        user.Expect("messageBox", [&](QWidget& box) { PressKey(box, row.key); });
+        EXPECT_EQ(Ask(row.buttons), row.answer);
+    }
+}
+
+TEST_F(DialogTest, AQuestionMayCarryACheckBox) {
+    for (const bool isChecked : {true, false}) {
+        user.Expect("messageBox", [&](QWidget& box) {
+            EXPECT_EQ(Control<QCheckBox>(box, "chkOption").text(), "Do this for all further duplicates");
+            if (isChecked)
+                Click(box, "chkOption");
+            QTest::mouseClick(Button(box, "No"), Qt::LeftButton);
+        });
+        const auto answer = dialogs.ShowMessage("Which?", MessageButtons::YesNo, MessageIcon::None,
+                                                {.checkBox = "Do this for all further duplicates"});
+        EXPECT_EQ(answer.isChecked, isChecked);
+        EXPECT_EQ(answer.answer, Answer::No);
+    }
+}
+
+TEST_F(DialogTest, AMessageOfHundredsOfLinesKeepsItsButtonsOnTheScreen) {
+    std::string text = "These files:";
+    for (int i = 0; i < 400; ++i)
+        text += "\r\nC:\\FS2002\\gauges\\gauge_" + std::to_string(i) + ".gau";
+    user.Expect("messageBox", [&](QWidget& box) {
+        EXPECT_LT(box.height(), box.screen()->availableGeometry().height());
+        QTest::mouseClick(Button(box, "Cancel"), Qt::LeftButton);
+    });
+    EXPECT_FALSE(dialogs.AskOkCancel(text));
+}
+
+TEST_F(DialogTest, APasswordIsTypedUnseen) {
+    user.Expect("InputBox", [](QWidget& box) {
+        EXPECT_EQ(Control<QLabel>(box, "lblPrompt").text(), "Please Enter The Password!");
+        EXPECT_EQ(Control<QLineEdit>(box, "txtInput").echoMode(), QLineEdit::Password);
+        Type(box, "txtInput", "open sesame");
+        PressKey(box, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.AskText("Please Enter The Password!", true), "open sesame");
+
+    user.Expect("InputBox", [](QWidget& box) {
+        Type(box, "txtInput", "no");
+        PressKey(box, Qt::Key_Escape);
+    });
+    EXPECT_EQ(dialogs.AskText("Please Enter The Password!", true), std::nullopt);
+}
+
+TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
+    drive.Put("Downloads\\Taymere 60.ZIP", "zip");
+    user.Expect("zipFileDialog", [&](QWidget& window) {
+        auto& dialog = dynamic_cast<QFileDialog&>(window);
+        EXPECT_EQ(dialog.windowTitle(), "Process ZIP File ...");
+        EXPECT_EQ(dialog.nameFilters(), QStringList("Zip files (*.zip)"));
+        EXPECT_EQ(dialog.defaultSuffix(), "zip");
+        EXPECT_EQ(drive.Files().PathFromHost(dialog.directory().absolutePath().toStdString()),
+                  drive.At("Downloads"));
+        Type(window, "fileNameEdit", "Taymere 60.ZIP");
+        PressKey(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", drive.At("Downloads\\")),
+              drive.At("Downloads\\Taymere 60.ZIP"));
+
+    user.Expect("zipFileDialog", [](QWidget& window) { PressKey(window, Qt::Key_Escape); });
+    EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", ""), std::nullopt);
+}
+
+TEST_F(DialogTest, AConfigurationIsPickedOrNothing) {
+    const std::vector<std::string> items = {"Brindle 8 Blue  (fltsim.0)", "Brindle 8 Red  (fltsim.1)"};
+    const auto list = [](QWidget& window) -> QListWidget& {
+        return Control<QListWidget>(window, "lstConfigs");
+    };
+    // OK with nothing selected explains itself and stays.
+    user.Expect("frmMultipleCfg", [&](QWidget& window) {
+        Click(window, "cmdOK");
+        EXPECT_TRUE(window.isVisible());
+        ClickRow(list(window), 1);
+        Click(window, "cmdOK");
+    });
+    user.ExpectMessage(
+        "Please pick a configuration by selecting it and selecting 'OK', or by double clicking it.", "OK");
+    EXPECT_EQ(dialogs.ChooseConfiguration(items), 1);
+
+    user.Expect("frmMultipleCfg", [&](QWidget& window) { DoubleClickRow(list(window), 0); });
+    EXPECT_EQ(dialogs.ChooseConfiguration(items), 0);
+
+    user.Expect("frmMultipleCfg", [&](QWidget& window) {
+        ClickRow(list(window), 0);
+        PressKey(window, Qt::Key_Escape);
+    });
+    EXPECT_EQ(dialogs.ChooseConfiguration(items), std::nullopt);
+}
+
+TEST_F(DialogTest, TheStatusWindowsShowTheirTextUntilOk) {
+    const auto look = [](const char* control) {
+        return [control](QWidget& window) {
+            EXPECT_EQ(window.windowTitle(), "Gauge Crosscheck");
+            EXPECT_EQ(Control<QPlainTextEdit>(window, control).toPlainText(), "Lear ...\n\nx.gau");
+            Click(window, "cmdOK");
+        };
+    };
+    user.Expect("frmInstallStatus", look("txtInstallStatus"));
+    dialogs.ShowInstallStatus("Lear ...\r\n\r\nx.gau");
+    user.Expect("frmImportStatus", look("txtImportStatus"));
+    dialogs.ShowImportStatus("Lear ...\r\n\r\nx.gau");
+}
+
+class LocationsTest : public DialogTest {
+  protected:
+    LocationsTest() {
+        settings.LocationProfiles[0] = {"FS2002", "C:\\Staging\\", "C:\\Hangar\\", "C:\\FS2002\\", ""};
+        settings.LocationProfiles[4] = {"CFS", "C:\\S4\\", "C:\\H4\\", "C:\\CFS\\", ""};
+        settings.locations = {"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS2002\\"};
+    }
+    Settings settings;
+};
+
+TEST_F(LocationsTest, WhatWasTypedComesBackWithBackslashes) {
+    user.Expect("frmLocations", [](QWidget& window) {
+        EXPECT_EQ(Control<QComboBox>(window, "cboLocationProfile").currentText(), "FS2002");
+        EXPECT_EQ(Control<QComboBox>(window, "cboLocationProfile").count(), 2);
+        EXPECT_EQ(Control<QLineEdit>(window, "txtHangarDir").text(), "C:\\Hangar\\");
+        Type(window, "txtStagingDir", "c:\\staging");
+        Type(window, "txtHangarDir", "");
+        Type(window, "txtMSFSDir", "d:\\fs\\");
+        Click(window, "cmdAccept");
+    });
+    const auto entry = dialogs.ShowLocations(settings);
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->profileText, "FS2002");
+    EXPECT_EQ(entry->locations.StagingDir, "c:\\staging\\");
+    EXPECT_EQ(entry->locations.HangarDir, "");
+    EXPECT_EQ(entry->locations.MsfsDir, "d:\\fs\\");
+    EXPECT_EQ(settings.locations.StagingDir, "C:\\Staging\\") << "the settings are the program's to change";
+}
+
+TEST_F(LocationsTest, AProfileFillsTheDirectories) {
+    user.Expect("frmLocations", [](QWidget& window) {
+        Pick(window, "cboLocationProfile", "CFS");
+        EXPECT_EQ(Control<QLineEdit>(window, "txtStagingDir").text(), "C:\\S4\\");
+        Click(window, "cmdAccept");
+    });
+    const auto entry = dialogs.ShowLocations(settings);
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->profileText, "CFS");
+    EXPECT_EQ(entry->locations.MsfsDir, "C:\\CFS\\");
+}
+
+TEST_F(LocationsTest, TheCheckBoxCountsEvenWhenTheDialogIsClosed) {
+    user.Expect("frmLocations", [](QWidget& window) {
+        Click(window, "chkAskForLocations");
+        PressKey(window, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(dialogs.ShowLocations(settings));
+    EXPECT_TRUE(settings.AskLocationAtStart);
+}
+
+TEST_F(LocationsTest, BrowsingFillsTheTextBoxAndCancelLeavesIt) {
+    drive.MakeDirectory("New\\Staging");
+    user.Expect("frmLocations", [&](QWidget& window) {
+        Type(window, "txtStagingDir", QString::fromStdString(drive.At("New")));
+        Click(window, "cmdStagingDir");
+        EXPECT_EQ(Control<QLineEdit>(window, "txtStagingDir").text().toStdString(), drive.At("New\\Staging"));
+        Type(window, "txtHangarDir", "q:\\nowhere");
+        Click(window, "cmdHangarDir");
+        EXPECT_EQ(Control<QLineEdit>(window, "txtHangarDir").text(), "q:\\nowhere");
+        PressKey(window, Qt::Key_Escape);
+    });
+    user.Expect("frmDirSelect", [](QWidget& window) {
+        QTest::keyClick(&Control<QTreeWidget>(window, "Dir1"), Qt::Key_Down);
+        Click(window, "cmdOk");
+    });
+    user.Expect("frmDirSelect", [](QWidget& window) { Click(window, "cmdCancel"); });
+    EXPECT_FALSE(dialogs.ShowLocations(settings));
+}
+
+TEST_F(DialogTest, TheBrowserShowsDirectoriesOnlyAndNoScratch) {
+    drive.MakeDirectory("Hangar\\Jets");
+    drive.MakeDirectory("Hangar\\~kx~scratch");
+    drive.Put("Hangar\\list.txt", "x");
+    frmDirSelect browser(drive.Files(), drive.At("hangar"), nullptr);
+    browser.show();
+    const auto* item = Control<QTreeWidget>(browser, "Dir1").currentItem();
+    EXPECT_EQ(item->text(0), "Hangar");
+    EXPECT_EQ(Children(item), QStringList("Jets"));
+    Click(browser, "cmdOk");
+    EXPECT_EQ(browser.BrowseResult(), drive.At("Hangar"));
+    EXPECT_FALSE(browser.BrowseCancelled());
+}
+
+TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
+    frmFileList list(nullptr);
+    EXPECT_FALSE(list.LastGeometry());
+    list.ApplyGeometry({1500, 3000, 6000, 4500});
+    QSignalSpy chosen(&list, &frmFileList::LineChosen);
+    list.ShowLines("panel used in ...", {"< B 17 >", "Orvane Courier"});
+    EXPECT_EQ(list.windowTitle(), "panel used in ...");
+    EXPECT_FALSE(list.isModal());
+    EXPECT_EQ(list.size(), QSize(300, 400)); // 15 twips to the pixel
+
+    auto& lines = Control<QListWidget>(list, "lstFileList");
+    ClickRow(lines, 0);
+    QTest::keyClick(&lines, Qt::Key_Down);
+    QTest::keyClick(&lines, Qt::Key_Return);
+    ASSERT_EQ(chosen.size(), 2);
+    EXPECT_EQ(chosen[0][0].toString(), "< B 17 >");
+    EXPECT_EQ(chosen[1][0].toString(), "Orvane Courier");
+
+    list.resize(330, 420);
+    Click(list, "cmdCancel");
+    EXPECT_FALSE(list.isVisible());
+    ASSERT_TRUE(list.LastGeometry());
+    EXPECT_EQ(list.LastGeometry()->width, 330 * 15);
+}
+
+TEST_F(DialogTest, TheSplashMakesWayForTheMainWindow) {
+    int shown = 0;
+    frmSplash splash([&] { ++shown; });
+    splash.show();
+    EXPECT_EQ(Control<QLabel>(splash, "lblVersion").text(), "Version " KORVADEX_VERSION);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown > 0; }));
+    EXPECT_EQ(shown, 1);
+    EXPECT_FALSE(splash.isVisible());
+}
+
+} // namespace korvadex::test

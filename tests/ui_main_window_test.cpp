@@ -1,0 +1,283 @@
+// The main window: what it shows, what it offers, and that everyone can reach it.
+#include "tests/support/modal_user.h"
+#include "tests/support/temporary_drive.h"
+#include "ui/component_lists.h"
+#include "ui/frmHangar.h"
+#include "ui/menus.h"
+#include "ui/picture_box.h"
+#include "ui/toolbar.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+namespace korvadex::test {
+
+namespace {
+
+class MainWindowTest : public testing::Test {
+  protected:
+    MainWindowTest() {
+        view.categories = {"Jets", "Props"};
+        view.categoryIndex = 1;
+        view.packages = {"Lear", "< B 17 >"};
+        view.packageIndex = 1;
+        view.listRevision = 1;
+        package.aircraftTitle = "B 17  Fortress";
+        package.panelText = "None  (Original panel)";
+        package.soundText = "b 17\\sound";
+        for (const char* name : {"a.bmp", "b.bmp", "c.bmp", "d.bmp"})
+            package.ComponentFiles[Texture].push_back(Entry(std::string("Hangar\\") + name));
+    }
+
+    FileEntry Entry(const std::string& relative) {
+        drive.Put(relative, "x");
+        return {drive.At(relative), {}};
+    }
+    void Show() {
+        window.ShowView(view, package);
+        window.show();
+    }
+    void ShowStaging() {
+        view.HangarSideShown = false;
+        view.header = StagingHeader;
+        Show();
+    }
+    bool IsVisible(const char* name) { return Control<QWidget>(window, name).isVisible(); }
+
+    TemporaryDrive drive;
+    MainView view;
+    LoadedPackage package;
+    frmHangar window{drive.Files()};
+};
+
+void SavePicture(TemporaryDrive& drive, const std::string& relative, QSize size, QColor colour) {
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    picture.save(&buffer, "JPG", 90);
+    drive.Put(relative, bytes.toStdString());
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, ShowsThePackage) {
+    Show();
+    EXPECT_EQ(Control<QComboBox>(window, "cboPackageCategory").currentText(), "Props");
+    EXPECT_EQ(Control<QComboBox>(window, "cboPackageName").currentText(), "< B 17 >");
+    EXPECT_EQ(Control<QLineEdit>(window, "txtAircraftName").text(), "B 17  Fortress");
+    EXPECT_EQ(Control<QLineEdit>(window, "txtPanelAlias").text(), "None  (Original panel)");
+    EXPECT_EQ(Control<QLineEdit>(window, "txtSoundAlias").text(), "b 17\\sound");
+    EXPECT_EQ(Control<QLabel>(window, "lblImageName").text(), "No images currently available for viewing.");
+    const auto& textures = Control<QListWidget>(window, "lstComponents_5");
+    EXPECT_EQ(textures.count(), 4);
+    EXPECT_EQ(textures.item(2)->text(), "c.bmp");
+    EXPECT_TRUE(Control<ComponentLists>(window, "tabComponents").tabText(Texture).startsWith("Texture"));
+
+    // Nothing is left of the package when the next one is shown.
+    package = {};
+    view.listRevision = 2;
+    view.packages.clear();
+    view.packageIndex = -1;
+    Show();
+    EXPECT_EQ(textures.count(), 0);
+    EXPECT_EQ(Control<QComboBox>(window, "cboPackageName").currentText(), "");
+    EXPECT_EQ(Control<QLineEdit>(window, "txtAircraftName").text(), "");
+}
+
+TEST_F(MainWindowTest, EachSideHasItsOwnControls) {
+    const char* const hangarOnly[] = {"cmdFirstPackage", "cmdPackageNames", "cmdGoToStaging",
+                                      "cboPackageName"};
+    const char* const stagingOnly[] = {"cmdGoToHangar", "txtPackageName"};
+    const auto menu = [&](const char* name) {
+        return Control<QMenu>(window, name).menuAction()->isVisible();
+    };
+    const auto tip = [&](const char* key) { return Control<QAction>(window, key).toolTip().toStdString(); };
+    for (const bool isHangar : {true, false, true}) {
+        view.HangarSideShown = isHangar;
+        Show();
+        for (const char* name : hangarOnly)
+            EXPECT_EQ(IsVisible(name), isHangar) << name;
+        for (const char* name : stagingOnly)
+            EXPECT_EQ(IsVisible(name), !isHangar) << name;
+        EXPECT_EQ(menu("mnuHangarOptions"), isHangar);
+        EXPECT_EQ(menu("mnuStagingOptions"), !isHangar);
+        EXPECT_EQ(tip("Install"), isHangar ? "Copy package to MSFS" : "Copy packge to Hangar");
+        EXPECT_EQ(tip("RemovePackage"), isHangar ? "Remove package from Hangar" : "Remove all from Staging");
+        EXPECT_EQ(tip("Uninstall"), "Remove package from MSFS");
+        EXPECT_EQ(Control<QLabel>(window, "lblPackageName").buddy()->objectName(),
+                  isHangar ? "cboPackageName" : "txtPackageName");
+    }
+}
+
+TEST_F(MainWindowTest, MenuEntriesGiveTheirCodeToTheirProcessor) {
+    auto& menus = *Control<QMenuBar>(window, "mnuBar").findChild<Menus*>();
+    QSignalSpy commands(&menus, &Menus::CommandChosen);
+    for (const char* name : {"mnuStagingToHangar", "mnuProcessZipFile", "mnuRemoveStaging", "mnuHangarToMsfs",
+                             "mnuRemoveFromMsfs", "mnuRename", "mnuUnusedGauges"})
+        Control<QAction>(window, name).trigger();
+    std::vector<std::pair<Side, int>> given;
+    for (const auto& command : commands)
+        given.emplace_back(command[0].value<Side>(), command[1].toInt());
+    const std::vector<std::pair<Side, int>> expected = {
+        {Side::Staging, 0}, {Side::Staging, 1}, {Side::Staging, 4}, {Side::Hangar, 0}, {Side::Hangar, 1}};
+    EXPECT_EQ(given, expected) << "the last two are not built";
+}
+
+TEST_F(MainWindowTest, ToolbarButtonsGiveTheirKey) {
+    auto& toolbar = Control<Toolbar>(window, "Toolbar1");
+    QSignalSpy keys(&toolbar, &Toolbar::KeyPressed);
+    const auto press = [&](const char* key) {
+        QTest::mouseClick(toolbar.widgetForAction(&Control<QAction>(window, key)), Qt::LeftButton);
+    };
+    Show();
+    press("ProcessZip");
+    press("Uninstall");
+    press("RemovePackage"); // not from the Hangar
+    ShowStaging();
+    press("Uninstall"); // not from Staging
+    press("RemovePackage");
+    press("Install");
+    press("RunMSFS"); // not built
+    QStringList given;
+    for (const auto& key : keys)
+        given.append(key[0].toString());
+    EXPECT_EQ(given, QStringList({"ProcessZip", "Uninstall", "RemovePackage", "Install"}));
+    for (const auto* action : toolbar.actions())
+        EXPECT_TRUE(action->isSeparator() || !action->icon().isNull()) << action->objectName().toStdString();
+}
+
+TEST_F(MainWindowTest, FilesAreOpenedAndDeletedByKeyAndMouse) {
+    Show();
+    auto& lists = Control<ComponentLists>(window, "tabComponents");
+    lists.setCurrentIndex(Texture);
+    auto& list = Control<QListWidget>(window, "lstComponents_5");
+    QSignalSpy opened(&lists, &ComponentLists::OpenRequested);
+    std::vector<std::vector<int>> deleted;
+    QObject::connect(&lists, &ComponentLists::DeleteRequested,
+                     [&](int group, const std::vector<int>& positions) {
+                         EXPECT_EQ(group, Texture);
+                         deleted.push_back(positions);
+                     });
+    const auto at = [&](int row) { return list.visualItemRect(list.item(row)).center(); };
+    QTest::keyClick(&list, Qt::Key_Delete);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at(3));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, at(0));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, at(1));
+    QTest::keyClick(&list, Qt::Key_Delete);
+    EXPECT_EQ(deleted, (std::vector<std::vector<int>>{{}, {0, 1, 3}}));
+
+    DoubleClickRow(list, 2);
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Return);
+    ASSERT_EQ(opened.size(), 2);
+    EXPECT_EQ(opened[0], (QList<QVariant>{5, 2}));
+    EXPECT_EQ(opened[1], (QList<QVariant>{5, 3}));
+}
+
+TEST_F(MainWindowTest, APictureIsDecodedAtTheSizeShown) {
+    SavePicture(drive, "Hangar\\(wide).jpg", {3000, 1000}, Qt::red);
+    SavePicture(drive, "Hangar\\tiny.jpg", {40, 30}, Qt::red);
+    drive.Put("Hangar\\noise.jpg", "no picture at all");
+    auto& shown = Control<PictureView>(window, "imgImageBox");
+    const auto show = [&](const char* name) {
+        package.pictures = {drive.At(std::string("Hangar\\") + name)};
+        ++view.listRevision;
+        Show();
+        EXPECT_EQ(Control<QLabel>(window, "lblImageName").text(), name);
+    };
+    const auto isFitting = [&] { return shown.Picture().width() == shown.width(); };
+    show("(wide).jpg");
+    EXPECT_TRUE(QTest::qWaitFor(isFitting));
+    EXPECT_NEAR(shown.Picture().height(), shown.width() / 3.0, 1);
+    window.resize(window.size() + QSize(120, 60));
+    EXPECT_TRUE(QTest::qWaitFor(isFitting));
+    show("tiny.jpg");
+    EXPECT_EQ(shown.Picture().size(), QSize(40, 30));
+    show("noise.jpg");
+    EXPECT_TRUE(shown.Picture().isNull());
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameAndItsTurnInTheTabOrder) {
+    Show();
+    QStringList order;
+    QWidget* widget = &Control<QWidget>(window, "cboPackageCategory");
+    for (QWidget* first = widget; order.isEmpty() || widget != first; widget = widget->nextInFocusChain()) {
+        if (!(widget->focusPolicy() & Qt::TabFocus) || widget->objectName().startsWith("qt_"))
+            continue;
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+            << widget->objectName().toStdString();
+        if (widget->objectName().startsWith("cbo") || widget->objectName().startsWith("txt") ||
+            widget->objectName().startsWith("lst"))
+            order.append(widget->objectName());
+    }
+    QStringList expected = {"cboPackageCategory", "cboPackageName", "txtPackageName",
+                            "txtAircraftName",    "txtPanelAlias",  "txtSoundAlias"};
+    for (int group = 0; group < GroupCount; ++group)
+        expected.append(QString("lstComponents_%1").arg(group));
+    EXPECT_EQ(order, expected);
+}
+
+TEST_F(MainWindowTest, AccessKeysAreUnique) {
+    std::map<QChar, QString> owners;
+    const auto add = [&](const QString& text) {
+        const int at = int(text.indexOf('&'));
+        if (at < 0)
+            return;
+        const QChar key = text[at + 1].toLower();
+        EXPECT_EQ(owners.count(key), 0U) << text.toStdString() << " and " << owners[key].toStdString();
+        owners[key] = text;
+    };
+    Show();
+    for (const auto* label : window.findChildren<QLabel*>())
+        if (label->buddy())
+            add(label->text());
+    for (const auto* button : window.findChildren<QPushButton*>())
+        if (button->window() == &window)
+            add(button->text());
+    for (const auto* menu : Control<QMenuBar>(window, "mnuBar").actions())
+        if (menu->isVisible())
+            add(menu->text());
+    EXPECT_GE(owners.size(), 15U);
+}
+
+TEST_F(MainWindowTest, FitsOnASmallScreen) {
+    for (const bool isHangar : {true, false}) {
+        view.HangarSideShown = isHangar;
+        Show();
+        EXPECT_LE(window.minimumSizeHint().width(), 800);
+        EXPECT_LE(window.minimumSizeHint().height(), 560);
+    }
+}
+
+TEST_F(MainWindowTest, GeometryComesBackInTwips) {
+    window.ApplyGeometry({.top = 300, .left = 450, .height = 8700, .width = 11850});
+    Show();
+    const auto geometry = window.Geometry();
+    ASSERT_TRUE(geometry);
+    EXPECT_EQ(geometry->top, 300);
+    EXPECT_EQ(geometry->left, 450);
+    EXPECT_EQ(geometry->height, 8700);
+    EXPECT_EQ(geometry->width, 11850);
+
+    // A screen that is gone leaves the window where it can be reached.
+    window.ApplyGeometry({.top = 900000, .left = 900000, .height = {}, .width = {}});
+    EXPECT_TRUE(window.screen()->geometry().intersects(window.geometry()));
+
+    window.showMinimized();
+    EXPECT_FALSE(window.Geometry());
+}
+
+TEST_F(MainWindowTest, ProgressIsShownWhileACommandRuns) {
+    Show();
+    auto& bar = Control<QProgressBar>(window, "prbProgress");
+    EXPECT_FALSE(bar.isVisible());
+    window.ShowProgress(0, 9);
+    EXPECT_TRUE(bar.isVisible());
+    window.SetProgress(4);
+    EXPECT_EQ(bar.value(), 4);
+    window.HideProgress();
+    EXPECT_FALSE(bar.isVisible());
+}
+
+} // namespace korvadex::test

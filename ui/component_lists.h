@@ -1,0 +1,39 @@
+// The ten lists of a package's files, one for each component group, behind tabs.
+#pragma once
+
+#include "package/loaded_package.h"
+
+#include <QTabWidget>
+
+#include <array>
+#include <vector>
+
+class QListWidget;
+
+namespace korvadex {
+
+class ComponentLists : public QTabWidget {
+    Q_OBJECT
+
+  public:
+    explicit ComponentLists(QWidget* parent = nullptr);
+
+    // Fills all lists anew. A row keeps its place: position p of a list is position p of its group.
+    void ShowFiles(const LoadedPackage& package);
+
+  signals:
+    // A double click or Enter on a file.
+    void OpenRequested(int group, int position);
+    // The Delete key; positions in ascending order, none when nothing is selected.
+    void DeleteRequested(int group, const std::vector<int>& positions);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool PressKey(int group, int key);
+
+    std::array<QListWidget*, GroupCount> lstComponents{};
+};
+
+} // namespace korvadex

@@ -1,0 +1,76 @@
+#include "ui/dialogs.h"
+
+#include "ui/frmImportStatus.h"
+#include "ui/frmInstallStatus.h"
+#include "ui/frmLocations.h"
+#include "ui/frmMultipleCfg.h"
+#include "ui/input_box.h"
+#include "ui/message_box.h"
+#include "ui/qt_text.h"
+
+#include <QApplication>
+#include <QFileDialog>
+
+namespace korvadex {
+
+QWidget* Dialogs::Parent() const {
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    return mainWindow && mainWindow->isVisible() ? mainWindow : nullptr;
+}
+
+CheckedAnswer Dialogs::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                                   const MessageOptions& options) {
+    return MessageBox(LinesToQt(text), buttons, icon, ToQt(options.checkBox), Parent()).Ask();
+}
+
+std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSecret) {
+    InputBox box(LinesToQt(prompt), isSecret, Parent());
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return FromQt(box.Text());
+}
+
+std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
+    QString opensOn = directory.empty() ? QString() : ToQt(files.HostPath(directory));
+    while (true) {
+        QFileDialog dialog(Parent(), ToQt(title), opensOn, "Zip files (*.zip)");
+        dialog.setObjectName("zipFileDialog");
+        dialog.setFileMode(QFileDialog::ExistingFile);
+        dialog.setDefaultSuffix("zip");
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+            return std::nullopt;
+        const QString chosen = dialog.selectedFiles().constFirst();
+        if (auto path = files.PathFromHost(FromQt(chosen)))
+            return path;
+        Tell("Korvadex cannot reach " + FromQt(chosen) +
+                 " because none of the drives that it knows leads there.  Please copy the file to one of "
+                 "them.",
+             MessageIcon::Exclamation);
+        opensOn = dialog.directory().absolutePath();
+    }
+}
+
+std::optional<int> Dialogs::ChooseConfiguration(const std::vector<std::string>& items) {
+    frmMultipleCfg dialog(items, *this, Parent());
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.Choice();
+}
+
+void Dialogs::ShowInstallStatus(const std::string& text) {
+    frmInstallStatus(text, Parent()).exec();
+}
+
+void Dialogs::ShowImportStatus(const std::string& text) {
+    frmImportStatus(text, Parent()).exec();
+}
+
+std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings) {
+    frmLocations dialog(files, settings, Parent());
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.Entry();
+}
+
+} // namespace korvadex

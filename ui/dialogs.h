@@ -1,0 +1,35 @@
+// What a command asks the user, asked with modal windows.
+#pragma once
+
+#include "app/main_view.h"
+#include "package/dialogs.h"
+#include "platform/file_system.h"
+
+class QWidget;
+
+namespace korvadex {
+
+class Dialogs : public UserDialogs, public ProgramDialogs {
+  public:
+    explicit Dialogs(const FileSystem& fileSystem) : files(fileSystem) {}
+
+    // The window that the dialogs belong to while it is visible.
+    void SetMainWindow(QWidget* window) { mainWindow = window; }
+
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                              const MessageOptions& options) override;
+    std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
+    std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
+    std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override;
+    void ShowInstallStatus(const std::string& text) override;
+    void ShowImportStatus(const std::string& text) override;
+    std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
+
+  private:
+    QWidget* Parent() const;
+
+    const FileSystem& files;
+    QWidget* mainWindow = nullptr;
+};
+
+} // namespace korvadex

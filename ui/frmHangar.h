@@ -1,0 +1,81 @@
+// The main window: shows what the program tells it and hands on what the user does.
+#pragma once
+
+#include "app/main_view.h"
+#include "app/program.h"
+#include "platform/file_system.h"
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QLabel;
+class QProgressBar;
+
+namespace Ui {
+class frmHangar;
+}
+
+namespace korvadex {
+
+class frmFileList;
+class Menus;
+
+class frmHangar : public QMainWindow, public MainForm {
+    Q_OBJECT
+
+  public:
+    // The disk serves to name picture files to the host.
+    explicit frmHangar(const FileSystem& files);
+    ~frmHangar() override;
+
+    // Whom the user's commands go to; before this the window only shows.
+    void SetProgram(Program* newProgram) { program = newProgram; }
+
+    void ShowView(const MainView& view, const LoadedPackage& package) override;
+    void ShowStatus(const std::string& text) override;
+    void ShowProgress(int minimum, int maximum) override;
+    void SetProgress(int value) override;
+    void HideProgress() override;
+    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+
+    ScreenSize Screen() const override;
+    void ApplyGeometry(const SavedGeometry& geometry) override;
+    std::optional<WindowGeometry> Geometry() const override;
+    void ApplyListGeometry(const WindowGeometry& geometry) override;
+    std::optional<WindowGeometry> ListGeometry() const override;
+    void EndProgram() override;
+
+  signals:
+    // The program has ended: the event loop is to be left.
+    void Ended();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    // Hands a command on when there is a program.
+    void Run(const std::function<void(Program&)>& command);
+    void ConnectControls();
+    void ConnectMenus();
+    void ChooseEntry(const QString& name);
+    void ShowSide(bool isHangarSide);
+    void ShowPackage(const LoadedPackage& package);
+
+    const FileSystem& files;
+    Program* program = nullptr;
+    std::unique_ptr<Ui::frmHangar> ui;
+    Menus* menus;
+    QLabel* lblStatus;
+    QProgressBar* prbProgress;
+    std::unique_ptr<frmFileList> fileList;
+    QElapsedTimer lastPaint;
+    int shownRevision = -1;
+    bool hasEnded = false;
+};
+
+} // namespace korvadex

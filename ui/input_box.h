@@ -1,0 +1,28 @@
+// One line of text from the user, such as a password.
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class InputBox;
+}
+
+namespace korvadex {
+
+class InputBox : public QDialog {
+    Q_OBJECT
+
+  public:
+    // A secret is shown as dots.
+    InputBox(const QString& prompt, bool isSecret, QWidget* parent);
+    ~InputBox() override;
+
+    QString Text() const;
+
+  private:
+    std::unique_ptr<Ui::InputBox> ui;
+};
+
+} // namespace korvadex

@@ -1,0 +1,81 @@
+#include "app/program.h"
+#include "platform/windows_path.h"
+#include "ui/dialogs.h"
+#include "ui/frmHangar.h"
+#include "ui/frmSplash.h"
+#include "ui/message_box.h"
+#include "ui/qt_text.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+
+#include <stdexcept>
+
+namespace korvadex {
+
+namespace {
+
+// The directory of the program's own files: that of the executable, or $KORVADEX_HOME (as a path of the host or with a
+// drive letter), ending in a backslash.
+std::string AppDirectory(const FileSystem& files) {
+    const QString home = qEnvironmentVariable("KORVADEX_HOME");
+    const QString host = home.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(home).absolutePath();
+    const auto path = IsDrivePath(FromQt(home)) ? FromQt(home) : files.PathFromHost(FromQt(host));
+    if (!path)
+        throw std::runtime_error(
+            "Korvadex keeps its settings in " + FromQt(host) +
+            ", but none of the drives that it knows leads there.  Set KORVADEX_HOME to a "
+            "directory on one of the drives.");
+    if (!files.IsDirectory(*path))
+        throw std::runtime_error("KORVADEX_HOME names " + FromQt(home) + ", which is not a directory.");
+    return AddBackslash(*path);
+}
+
+void TellTrouble(const std::exception& trouble) {
+    const auto text = "Korvadex cannot start.\n\n" + QString::fromUtf8(trouble.what());
+    MessageBox(text, MessageButtons::Ok, MessageIcon::Critical, {}, nullptr).Ask();
+}
+
+int RunProgram() {
+    const auto files = MakeHostFileSystem();
+    const auto launcher = MakeHostLauncher(*files);
+    Dialogs dialogs(*files);
+    frmHangar hangar(*files);
+    dialogs.SetMainWindow(&hangar);
+    Program program(*files, *launcher, dialogs, dialogs, hangar, AppDirectory(*files), RunningExecutable());
+    hangar.SetProgram(&program);
+    QObject::connect(&hangar, &frmHangar::Ended, [] { QCoreApplication::exit(0); });
+
+    frmSplash splash([&] {
+        try {
+            if (program.Start())
+                hangar.show();
+        } catch (const std::exception& trouble) {
+            TellTrouble(trouble);
+            QCoreApplication::exit(1);
+        }
+    });
+    splash.show();
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+} // namespace korvadex
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Korvadex");
+    QApplication::setApplicationVersion(KORVADEX_VERSION);
+    QApplication::setDesktopFileName("korvadex");
+    QApplication::setWindowIcon(QIcon(":/icons/korvadex.svg"));
+    // Between a question at start-up and the main window there is no window; the program itself says when it ends.
+    QApplication::setQuitOnLastWindowClosed(false);
+    try {
+        return korvadex::RunProgram();
+    } catch (const std::exception& trouble) {
+        korvadex::TellTrouble(trouble);
+        return 1;
+    }
+}

@@ -1,0 +1,139 @@
+#include "ui/menus.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+#include <optional>
+
+namespace korvadex {
+
+namespace {
+
+enum class Built { Yes, NotYet };
+
+// A top-level menu has no caption of an entry; an entry whose caption is "-" is a separator.
+struct Row {
+    const char* name;
+    const char* caption;
+    Built built = Built::NotYet;
+    std::optional<int> code = std::nullopt;
+};
+struct Branch {
+    Row menu;
+    std::optional<Side> processor; // of the codes
+    std::vector<Row> entries;
+};
+
+std::vector<Branch> MenuTree() {
+    constexpr auto yes = Built::Yes;
+    constexpr auto notYet = Built::NotYet;
+    return {
+        {{"mnuFile", "&File"},
+         {},
+         {{"mnuLocations", "&Locations", yes},
+          {"mnuLocationProfiles", "Location &profiles"},
+          {"mnuExit", "&Exit", yes}}},
+        {{"mnuTools", "&Tools"},
+         {},
+         {{"mnuAllPackages", "&List all packages in Hangar"},
+          {"mnuInstalledPackages", "List packages &installed in MSFS"},
+          {"mnuPackagesNoImages", "List packages with &no images"},
+          {"mnuSep17", "-"},
+          {"mnuUnusedGauges", "List &unused gauges in MSFS gauges directory"},
+          {"mnuSep1", "-"},
+          {"mnuPhotosByCategory", "&Photo gallery for packages in category"},
+          {"mnuPhotosForAll", "Photo &gallery for all packages"},
+          {"mnuSep2", "-"},
+          {"mnuCompressAll", "&Compress all packages"},
+          {"mnuDecompressAll", "&Decompress all packages"},
+          {"mnuSep3", "-"},
+          {"mnuUninstallCategory", "Uninstall packages in current category &from MSFS"},
+          {"mnuUninstallAll", "Uninstall &all packages from MSFS"},
+          {"mnuSep4", "-"},
+          {"mnuRunMSFS", "&Run Flight Simulator"}}},
+        {{"mnuStagingOptions", "&Options"},
+         Side::Staging,
+         {{"mnuStagingToHangar", "Copy package to &Hangar", yes, 0},
+          {"mnuSep5", "-"},
+          {"mnuProcessZipFile", "Process &ZIP file into Staging", yes, 1},
+          {"mnuSep6", "-"},
+          {"mnuImportFromMSFS", "Import package from &MSFS", notYet, 2},
+          {"mnuSep7", "-"},
+          {"mnuRemoveStaging", "&Remove all from Staging", yes, 4},
+          {"mnuRemovePanelFromStaging", "Remove &panel from Staging", notYet, 5},
+          {"mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", notYet, 6},
+          {"mnuRemoveSoundFromStaging", "Remove &sound from Staging", notYet, 7}}},
+        {{"mnuHangarOptions", "&Options"},
+         Side::Hangar,
+         {{"mnuHangarToMsfs", "&Copy package to MSFS", yes, 0},
+          {"mnuSep8", "-"},
+          {"mnuRemoveFromMsfs", "&Remove package from MSFS", yes, 1},
+          {"mnuRemoveFromHangar", "Remove package from &Hangar", notYet, 2},
+          {"mnuSep9", "-"},
+          {"mnuRename", "Re&name package and/or aircraft", notYet, 3},
+          {"mnuSep10", "-"},
+          {"mnuCreatePanelAlias", "Create &panel alias", notYet, 4},
+          {"mnuPastePanelAlias", "Paste panel &alias", notYet, 6},
+          {"mnuRestoreOldPanel", "Restore &old panel", notYet, 8},
+          {"mnuSep11", "-"},
+          {"mnuCreateSoundAlias", "Create &sound alias", notYet, 5},
+          {"mnuPasteSoundAlias", "Past&e sound alias", notYet, 7},
+          {"mnuRestoreOldSound", "Restore old so&und", notYet, 9},
+          {"mnuSep14", "-"},
+          {"mnuCheckRefs", "Check aliases &to package", notYet, 11},
+          {"mnuGaugeCrosscheck", "Check &gauges for package", notYet, 12},
+          {"mnuSep15", "-"},
+          {"mnuCopyToStaging", "Cop&y package to Staging", notYet, 13},
+          {"mnuSep16", "-"},
+          {"mnuCompress", "Co&mpress package", notYet, 14},
+          {"mnuDecompress", "&Decompress Package", notYet, 15}}},
+        {{"mnuNotes", "&Data"},
+         {},
+         {{"mnuCreateNotes", "&Create package notes"},
+          {"mnuDeleteNotes", "&Delete package notes"},
+          {"mnuReadNotes", "&Read package notes"},
+          {"mnuSep18", "-"},
+          {"mnuImportImageClipboard", "Import &screenshot for package"},
+          {"mnuImportImage", "Import image &file for package"},
+          {"mnuSep19", "-"},
+          {"mnuInformation", "FS2002 &Information"}}},
+        {{"mnuHelp", "He&lp"}, {}, {{"mnuReadMe", "&Read me", yes}, {"mnuAbout", "&About Korvadex", yes}}},
+    };
+}
+
+} // namespace
+
+Menus::Menus(QMenuBar* bar) : QObject(bar) {
+    for (const Branch& branch : MenuTree()) {
+        QMenu* menu = bar->addMenu(branch.menu.caption);
+        menu->setObjectName(branch.menu.name);
+        for (const Row& row : branch.entries) {
+            const bool isSeparator = QString(row.caption) == "-";
+            QAction* entry = isSeparator ? menu->addSeparator() : menu->addAction(row.caption);
+            entry->setObjectName(row.name);
+            if (isSeparator)
+                continue;
+            entry->setEnabled(row.built == Built::Yes);
+            if (row.code && branch.processor)
+                connect(entry, &QAction::triggered, this, [this, side = *branch.processor, code = *row.code] {
+                    emit CommandChosen(side, code);
+                });
+            else
+                connect(entry, &QAction::triggered, this,
+                        [this, entry] { emit EntryChosen(entry->objectName()); });
+        }
+        if (branch.processor)
+            (*branch.processor == Side::Staging ? stagingOptions : hangarOptions) = menu;
+    }
+    // Quit and About stay where the tree has them, on every desktop.
+    for (auto* entry : bar->findChildren<QAction*>())
+        entry->setMenuRole(QAction::NoRole);
+}
+
+void Menus::ShowSide(Side side) {
+    stagingOptions->menuAction()->setVisible(side == Side::Staging);
+    hangarOptions->menuAction()->setVisible(side == Side::Hangar);
+}
+
+} // namespace korvadex

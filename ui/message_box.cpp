@@ -1,0 +1,134 @@
+#include "ui/message_box.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProxyStyle>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace korvadex {
+
+namespace {
+
+QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::Information:
+        return QMessageBox::Information;
+    case MessageIcon::Exclamation:
+        return QMessageBox::Warning;
+    case MessageIcon::Critical:
+        return QMessageBox::Critical;
+    case MessageIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+Answer AnswerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    default:
+        return Answer::Ok;
+    }
+}
+
+// Yes before No and OK before Cancel, whatever the desktop's own order is.
+class YesFirstStyle : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override {
+        if (hint == SH_DialogButtonLayout)
+            return QDialogButtonBox::WinLayout;
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
+} // namespace
+
+MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon,
+                       const QString& checkText, QWidget* parent)
+    : QMessageBox(parent), mustBeAnswered(buttons == MessageButtons::YesNo) {
+    setObjectName("messageBox");
+    setTextFormat(Qt::PlainText);
+    setText(text);
+    setIcon(IconOf(icon));
+    setStandardButtons(ButtonsOf(buttons));
+    setDefaultButton(mustBeAnswered ? QMessageBox::Yes : QMessageBox::Ok);
+    if (!checkText.isEmpty()) {
+        auto* box = new QCheckBox(checkText, this);
+        box->setObjectName("chkOption");
+        setCheckBox(box);
+    }
+    if (mustBeAnswered)
+        setWindowFlags((windowFlags() | Qt::CustomizeWindowHint | Qt::WindowTitleHint) &
+                       ~Qt::WindowCloseButtonHint & ~Qt::WindowSystemMenuHint);
+    OrderButtons();
+    KeepWithinScreen();
+}
+
+CheckedAnswer MessageBox::Ask() {
+    const Answer answer = AnswerOf(exec());
+    return {answer, checkBox() && checkBox()->isChecked()};
+}
+
+void MessageBox::OrderButtons() {
+    auto* style = new YesFirstStyle;
+    style->setParent(this);
+    for (auto* box : findChildren<QDialogButtonBox*>())
+        box->setStyle(style);
+}
+
+void MessageBox::KeepWithinScreen() {
+    // A message that names hundreds of files scrolls, so that its buttons stay on the screen.
+    auto* label = findChild<QLabel*>("qt_msgbox_label");
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    const int most = screen()->availableGeometry().height() * 2 / 3;
+    if (!label || !grid || label->heightForWidth(500) <= most)
+        return;
+    auto* area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    delete grid->replaceWidget(label, area);
+    area->setWidget(label);
+    area->setMinimumHeight(most);
+    area->setMinimumWidth(
+        qMin(label->sizeHint().width() + area->verticalScrollBar()->sizeHint().width(), 700));
+}
+
+void MessageBox::closeEvent(QCloseEvent* event) {
+    if (mustBeAnswered)
+        event->ignore();
+    else
+        QMessageBox::closeEvent(event);
+}
+
+void MessageBox::keyPressEvent(QKeyEvent* event) {
+    if (mustBeAnswered && event->matches(QKeySequence::Cancel))
+        event->accept();
+    else
+        QMessageBox::keyPressEvent(event);
+}
+
+} // namespace korvadex

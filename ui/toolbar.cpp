@@ -1,0 +1,83 @@
+#include "ui/toolbar.h"
+
+#include <QAction>
+#include <QIcon>
+
+// A resource in a static library is not found before this ran; the macro wants to stand outside of any namespace.
+static void InitIcons() {
+    Q_INIT_RESOURCE(icons);
+}
+
+namespace korvadex {
+
+namespace {
+
+struct Button {
+    const char* key; // also the name of the icon and of the action; nullptr for a separator
+    const char* toolTip;
+    bool isBuilt;
+};
+
+// The three buttons without a tool tip get theirs from the side.
+constexpr Button Buttons[] = {
+    {"ListAllPackages", "List all packages in Hangar", false},
+    {"ListInstalledPackages", "List packages installed in MSFS", false},
+    {nullptr, nullptr, false},
+    {"PhotoGalleryCategory", "Photo gallery for packages in category", false},
+    {"PhotoGalleryAll", "Photo gallery for all packages", false},
+    {nullptr, nullptr, false},
+    {"UnusedGauges", "List unused gauges in MSFS gauges directory", false},
+    {nullptr, nullptr, false},
+    {"ProcessZip", "Process ZIP file into Staging", true},
+    {"ImportFromMSFS", "Import package from MSFS", false},
+    {nullptr, nullptr, false},
+    {"Decompress", "Decompress package", false},
+    {"Compress", "Compress package", false},
+    {nullptr, nullptr, false},
+    {"Install", "", true},
+    {"Uninstall", "", true},
+    {"RemovePackage", "", true},
+    {nullptr, nullptr, false},
+    {"RunMSFS", "Run Flight Simulator", false},
+    {nullptr, nullptr, false},
+    {"ReadNotes", "Read package notes", false},
+    {"Information", "FS2002 Information", false},
+};
+
+} // namespace
+
+Toolbar::Toolbar(QWidget* parent) : QToolBar(parent) {
+    InitIcons();
+    for (const Button& button : Buttons) {
+        if (!button.key) {
+            addSeparator();
+            continue;
+        }
+        const QString key = button.key;
+        QAction* action = addAction(QIcon(":/icons/" + key + ".svg"), {});
+        action->setObjectName(key);
+        SetButton(button.key, button.toolTip, button.isBuilt);
+        connect(action, &QAction::triggered, this, [this, key] { emit KeyPressed(key); });
+    }
+    ShowSide(Side::Hangar);
+}
+
+void Toolbar::ShowSide(Side side) {
+    const bool isHangar = side == Side::Hangar;
+    SetButton("Install", isHangar ? "Copy package to MSFS" : "Copy packge to Hangar", true);
+    SetButton("Uninstall", "Remove package from MSFS", isHangar);
+    // Removing a package from the Hangar is not built yet.
+    SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging",
+              !isHangar);
+}
+
+void Toolbar::SetButton(const char* key, const QString& toolTip, bool isEnabled) {
+    auto* action = findChild<QAction*>(key, Qt::FindDirectChildrenOnly);
+    action->setText(toolTip); // the accessible name
+    action->setToolTip(toolTip);
+    action->setEnabled(isEnabled);
+    if (QWidget* button = widgetForAction(action))
+        button->setObjectName("btn" + QString(key));
+}
+
+} // namespace korvadex

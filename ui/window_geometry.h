@@ -1,0 +1,21 @@
+// Position and size of windows in twips, as the settings keep them.
+#pragma once
+
+#include "app/settings.h"
+
+class QWidget;
+
+namespace korvadex {
+
+ScreenSize ScreenInTwips(const QWidget& window);
+
+// Position of the frame, size of what is inside it; of the normal state while the window is maximised.
+WindowGeometry GeometryInTwips(const QWidget& window);
+
+// Values that are not given stay. A window that would lie outside of every screen is brought back.
+void SetGeometryInTwips(QWidget& window, const SavedGeometry& geometry);
+
+// Shrinks a window that is larger than its screen.
+void FitToScreen(QWidget& window);
+
+} // namespace korvadex
