@@ -1,0 +1,133 @@
+#include "bench/bench_data.h"
+
+#include "demo/addon_files.h"
+#include "demo/aircraft_pictures.h"
+#include "demo/media_files.h"
+
+#include <zip.h>
+
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+namespace korvadex::bench {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int SheetSize = 1024; // pixels; 3 MB with 24 bits each
+constexpr int SheetCount = 67;
+constexpr int SmallFileCount = 5000;
+
+void Put(const fs::path& path, const std::string& bytes) {
+    fs::create_directories(path.parent_path());
+    std::ofstream file(path, std::ios::binary);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file)
+        throw std::runtime_error(path.string() + " could not be written");
+}
+
+// Drawn metal is smooth and packs to nothing; a painted one has dirt and scratches, in patches. With these a sheet
+// packs to a little more than a quarter, as liveries of that time do.
+std::string WornLivery(int sheet) {
+    const demo::Livery livery{
+        {240, 242, 244}, {24, static_cast<std::uint8_t>(40 + sheet * 2), 160}, {222, 226, 230}};
+    std::string bytes = demo::Bitmap24(demo::DrawLivery(livery, sheet, SheetSize));
+    std::uint32_t state = 0x9E3779B9u * static_cast<std::uint32_t>(sheet + 1);
+    const std::size_t first = bytes.size() - std::size_t{3} * SheetSize * SheetSize;
+    for (std::size_t pixel = 0; pixel < std::size_t{SheetSize} * SheetSize; ++pixel) {
+        const std::size_t patch = pixel / SheetSize / 64 * 16 + pixel % SheetSize / 64;
+        if ((patch * 2654435761u >> 16) % 10 >= 7)
+            continue;
+        state = state * 1664525u + 1013904223u;
+        const unsigned dirt = state >> 29;
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            char& value = bytes[first + 3 * pixel + channel];
+            const auto old = static_cast<unsigned char>(value);
+            const unsigned shade = dirt + (state >> (20 + channel) & 1); // not quite grey
+            value = static_cast<char>(old > shade ? old - shade : 0);
+        }
+    }
+    return bytes;
+}
+
+// Everything of a package but its textures.
+void PutFrame(const fs::path& directory) {
+    const demo::Livery livery{{240, 242, 244}, {24, 84, 160}, {222, 226, 230}};
+    Put(directory / "aircraft.cfg", demo::AircraftCfg({{"Bench One", "", "Worn"}}, "Bench", "One"));
+    Put(directory / "bench.air", demo::FlightModel("bench"));
+    Put(directory / "Panel/panel.cfg", demo::PanelCfg("bench_panel.bmp", {"Bench!Airspeed", "bench_clock"}));
+    Put(directory / "Panel/bench_panel.bmp", demo::Bitmap8(demo::DrawPanel(livery, 8, 640, 240)));
+    Put(directory / "Gauges/Bench.cab",
+        demo::GaugeCabinet("Bench", demo::Bitmap8(demo::DrawPanel(livery, 1, 96, 96))));
+    Put(directory / "Gauges/bench_clock.gau", demo::GaugeLibrary("bench clock"));
+    Put(directory / "Model/model.cfg", demo::ModelCfg("bench"));
+    Put(directory / "Model/bench.mdl", demo::Model3D("bench"));
+    Put(directory / "Sound/sound.cfg", demo::SoundCfg("bench"));
+    Put(directory / "Sound/bench.wav", demo::EngineHum(40));
+}
+
+} // namespace
+
+void MakeBitmapPackage(const fs::path& directory) {
+    PutFrame(directory);
+    for (int sheet = 0; sheet < SheetCount; ++sheet)
+        Put(directory / "Texture" / ("Sheet " + std::to_string(sheet) + ".bmp"), WornLivery(sheet));
+}
+
+void MakeManyFilesPackage(const fs::path& directory) {
+    static constexpr struct {
+        const char *directory, *extension;
+    } Kinds[] = {{"Texture", ".bmp"},       {"Texture", ".r8"}, {"Sound", ".wav"},
+                 {"Documentation", ".txt"}, {"Model", ".mdl"},  {"Unrecognized Files", ".pdn"}};
+    PutFrame(directory);
+    for (auto number = static_cast<int>(SizeOf(directory).files); number < SmallFileCount; ++number) {
+        const auto& kind = Kinds[static_cast<std::size_t>(number) % std::size(Kinds)];
+        Put(directory / kind.directory / ("File " + std::to_string(number) + kind.extension),
+            std::string(static_cast<std::size_t>(200 + number % 1800), 'k'));
+    }
+}
+
+void MakeLargeFiles(const fs::path& directory) {
+    std::string noise(63'000'000, '\0'), sheets;
+    std::uint32_t state = 1;
+    for (char& byte : noise) {
+        state = state * 1664525u + 1013904223u;
+        byte = static_cast<char>(state >> 28); // four bits of eight
+    }
+    Put(directory / "Noise.bmp", noise);
+    const std::string sheet = WornLivery(0);
+    while (sheets.size() < 200'000'000)
+        sheets += sheet;
+    Put(directory / "Sheets.bmp", sheets);
+}
+
+void MakeArchive(const fs::path& directory, const fs::path& archive) {
+    zip_t* zip = zip_open(archive.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    if (zip == nullptr)
+        throw std::runtime_error(archive.string() + " could not be made");
+    for (const auto& entry : fs::recursive_directory_iterator(directory)) {
+        if (!entry.is_regular_file())
+            continue;
+        zip_source_t* source = zip_source_file(zip, entry.path().c_str(), 0, -1);
+        const std::string name = fs::relative(entry.path(), directory.parent_path()).generic_string();
+        if (source == nullptr || zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8) < 0)
+            throw std::runtime_error(name + " could not be packed");
+    }
+    if (zip_close(zip) != 0)
+        throw std::runtime_error(archive.string() + " could not be written");
+}
+
+TreeSize SizeOf(const fs::path& directory) {
+    TreeSize size;
+    for (const auto& entry : fs::recursive_directory_iterator(directory))
+        if (entry.is_regular_file()) {
+            ++size.files;
+            size.bytes += entry.file_size();
+        }
+    return size;
+}
+
+} // namespace korvadex::bench

@@ -1,0 +1,24 @@
+// What the benchmarks work on: packages of bitmaps that compress as real liveries do, made on the spot.
+#pragma once
+
+#include <filesystem>
+
+namespace korvadex::bench {
+
+// A package as the Hangar keeps it: configuration files, a panel with gauges, sounds, and 200 MB of textures.
+void MakeBitmapPackage(const std::filesystem::path& directory);
+// A package of 5,000 small files in the usual directories, no two of one name.
+void MakeManyFilesPackage(const std::filesystem::path& directory);
+// Two members of the sizes at which unpacking changes its ways: 63 MB that pack to half (the most that is held in
+// memory at once), and 200 MB.
+void MakeLargeFiles(const std::filesystem::path& directory);
+// A zip archive of everything below a directory, deflated at the usual level.
+void MakeArchive(const std::filesystem::path& directory, const std::filesystem::path& archive);
+
+struct TreeSize {
+    std::uintmax_t files = 0, bytes = 0;
+    bool operator==(const TreeSize&) const = default;
+};
+TreeSize SizeOf(const std::filesystem::path& directory);
+
+} // namespace korvadex::bench

@@ -1,0 +1,50 @@
+#include "bench/child_process.h"
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace korvadex::bench {
+
+Measure MeasureWork(const std::function<bool()>& work) {
+    sync(); // what earlier work left to be written shall not disturb this one
+    std::fflush(nullptr);
+    const auto start = std::chrono::steady_clock::now();
+    const pid_t child = fork();
+    if (child == 0) {
+        int code = 1;
+        try {
+            code = work() ? 0 : 1;
+        } catch (const std::exception& failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+        }
+        std::fflush(nullptr);
+        _exit(code);
+    }
+    int status = 0;
+    rusage usage{};
+    if (child < 0 || wait4(child, &status, 0, &usage) != child)
+        return {};
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    return {time.count(), static_cast<double>(usage.ru_maxrss) * 1024 / 1e6,
+            WIFEXITED(status) && WEXITSTATUS(status) == 0};
+}
+
+Measure MeasureTool(const std::vector<std::string>& command) {
+    return MeasureWork([&command] {
+        std::vector<char*> arguments;
+        for (const std::string& argument : command)
+            arguments.push_back(const_cast<char*>(argument.c_str()));
+        arguments.push_back(nullptr);
+        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        execvp(arguments[0], arguments.data());
+        std::perror(arguments[0]);
+        return false;
+    });
+}
+
+} // namespace korvadex::bench

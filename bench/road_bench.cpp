@@ -1,0 +1,343 @@
+// The road of an add-on against the tools that a person would otherwise take: loading beside `find`, unpacking beside
+// `unzip` and `bsdtar`, installing beside `cp -r`, removing beside `rm -r`.
+//
+// Ours and each tool take turns on the same data in one run, each in a process of its own; all times include the
+// start of that process. The table at the end gives medians.
+#include "bench/bench_data.h"
+#include "bench/child_process.h"
+
+#include "archive/process_zip.h"
+#include "package/load_package.h"
+#include "platform/drive_map_posix.h"
+#include "sim/install.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+namespace korvadex::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// ---- a person who agrees to everything, before a window that shows nothing
+
+class AgreeableUser : public UserDialogs {
+  public:
+    CheckedAnswer ShowMessage(const std::string&, MessageButtons buttons, MessageIcon icon,
+                              const MessageOptions&) override {
+        isWarned = isWarned || icon == MessageIcon::Exclamation || icon == MessageIcon::Critical;
+        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
+    }
+    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
+    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return 0; }
+    void ShowInstallStatus(const std::string&) override {}
+    void ShowImportStatus(const std::string&) override {}
+
+    bool isWarned = false;
+};
+
+class UnseenWindow : public MainWindow {
+  public:
+    std::string category = "Bench", package;
+
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowStatus(const std::string&) override {}
+    std::string SelectedCategory() const override { return category; }
+    std::string SelectedPackageText() const override { return package; }
+    void RefreshPackageList() override {}
+    void RefreshPackageDisplay() override {}
+    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+};
+
+class NoLauncher : public Launcher {
+  public:
+    bool OpenInEditor(const std::string&) override { return false; }
+    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
+    int OpenDocument(const std::string&) override { return 0; }
+    bool StartProgram(const std::string&) override { return false; }
+};
+
+// ---- the data, and a command that works on them
+
+constexpr const char* BitmapPackage = "Bitmaps";
+constexpr const char* ManyFilesPackage = "Many files";
+
+// A temporary directory that serves as the drive C: of the commands; removed at the end.
+class Drive {
+  public:
+    Drive() {
+        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            throw std::runtime_error("no temporary directory could be made");
+        root = pattern;
+        for (const char* directory :
+             {"Staging", "FS/aircraft", "FS/gauges", "FS/effects", "FS/modules", "FS/sound"})
+            fs::create_directories(root / directory);
+        // In a process of its own, so that its memory does not count as that of what is measured.
+        const bool isMade = MeasureWork([this] {
+                                MakeBitmapPackage(Package(BitmapPackage));
+                                MakeManyFilesPackage(Package(ManyFilesPackage));
+                                MakeArchive(Package(BitmapPackage), At("bitmaps.zip"));
+                                MakeLargeFiles(At("Large"));
+                                MakeArchive(At("Large"), At("large.zip"));
+                                return true;
+                            }).isGood;
+        if (!isMade) {
+            fs::remove_all(root);
+            throw std::runtime_error("the data could not be made in " + root.string());
+        }
+    }
+    ~Drive() { fs::remove_all(root); }
+    Drive(const Drive&) = delete;
+    Drive& operator=(const Drive&) = delete;
+
+    fs::path At(const std::string& relative) const { return root / relative; }
+    fs::path Package(const std::string& name) const { return At("Hangar/Bench") / name; }
+    std::unique_ptr<FileSystem> Files() const {
+        DriveMap map;
+        map.directories['c'] = root.string();
+        return MakeDriveFileSystem(map);
+    }
+
+  private:
+    fs::path root;
+};
+
+struct Command {
+    explicit Command(const Drive& drive) : files(drive.Files()) {}
+
+    std::unique_ptr<FileSystem> files;
+    Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    WalkLimits limits;
+    AgreeableUser user;
+    UnseenWindow window;
+    NoLauncher launcher;
+    CommandContext context{*files, launcher, locations, limits, user, window};
+
+    LoadedPackage Load(const std::string& name) {
+        window.package = name;
+        LoadedPackage package;
+        LoadPackage(context, locations.HangarDir + "Bench\\" + name + "\\", false, package);
+        return package;
+    }
+};
+
+std::size_t ListedFiles(const LoadedPackage& package) {
+    std::size_t count = 0;
+    for (const auto& group : package.ComponentFiles)
+        count += group.size();
+    return count;
+}
+
+// ---- the roads
+
+struct Contender {
+    std::string name;
+    std::function<Measure()> run;
+    double limit = 0; // ours takes at most so much of its time; 0 where nothing was set
+};
+
+struct Road {
+    std::string name;
+    std::function<void()> prepare;     // before each turn, not measured
+    std::vector<Contender> contenders; // ours first
+    std::function<bool()> isDone;      // what ours left on the disk is right
+};
+
+// A command in a process of its own; with the loading of the package, as the window's command looks at the disk
+// again before it begins.
+std::function<Measure()> Ours(const Drive& drive, std::function<bool(Command&)> work) {
+    return [&drive, work] {
+        return MeasureWork([&] {
+            Command command(drive);
+            return work(command) && !command.user.isWarned;
+        });
+    };
+}
+
+std::function<Measure()> Tool(std::vector<std::string> command) {
+    return [command] { return MeasureTool(command); };
+}
+
+void MakeEmpty(const fs::path& directory) {
+    fs::remove_all(directory);
+    fs::create_directories(directory);
+}
+
+bool Install(Command& command) {
+    InstallIntoSim(command.context, command.Load(BitmapPackage));
+    return true;
+}
+
+Road LoadRoad(const Drive& drive) {
+    const std::string package = drive.Package(ManyFilesPackage).string();
+    const std::size_t count = SizeOf(package).files;
+    return {"load",
+            [] {},
+            {{"korvadex", Ours(drive,
+                               [count](Command& command) {
+                                   return ListedFiles(command.Load(ManyFilesPackage)) == count;
+                               })},
+             {"find -printf", Tool({"find", package, "-printf", "%p %s %T@\\n"}), 3.0}},
+            [] { return true; }};
+}
+
+// limits: of the time of unzip, and of bsdtar.
+Road UnpackRoad(const Drive& drive, const std::string& name, const std::string& archive,
+                const fs::path& packed, double unzipLimit, double bsdtarLimit) {
+    const std::string path = drive.At(archive).string(), staging = drive.At("Staging").string();
+    const TreeSize whole = SizeOf(packed);
+    return {name,
+            [staging] { MakeEmpty(staging); },
+            {{"korvadex", Ours(drive,
+                               [archive](Command& command) {
+                                   modUnzip unzip;
+                                   std::string lastZipPath;
+                                   return ProcessZipFile(command.context, unzip, lastZipPath,
+                                                         "C:\\" + archive);
+                               })},
+             {"unzip", Tool({"unzip", "-q", path, "-d", staging}), unzipLimit},
+             {"bsdtar", Tool({"bsdtar", "-x", "-f", path, "-C", staging}), bsdtarLimit}},
+            [staging, whole] { return SizeOf(staging) == whole; }};
+}
+
+Road InstallRoad(const Drive& drive) {
+    const std::string package = drive.Package(BitmapPackage).string();
+    const fs::path installed = drive.At("FS/aircraft/Bitmaps"), gauges = drive.At("FS/gauges");
+    const TreeSize whole = SizeOf(package);
+    return {
+        "install",
+        [installed, gauges] {
+            fs::remove_all(installed);
+            MakeEmpty(gauges);
+        },
+        {{"korvadex", Ours(drive, Install)}, {"cp -r", Tool({"cp", "-r", package, installed.string()}), 1.3}},
+        [installed, gauges, whole] {
+            const TreeSize aircraft = SizeOf(installed), shared = SizeOf(gauges);
+            return TreeSize{aircraft.files + shared.files, aircraft.bytes + shared.bytes} == whole;
+        }};
+}
+
+Road RemoveRoad(const Drive& drive) {
+    const fs::path installed = drive.At("FS/aircraft/Bitmaps"), gauges = drive.At("FS/gauges");
+    return {"remove",
+            [&drive, installed, gauges] {
+                fs::remove_all(installed);
+                MakeEmpty(gauges);
+                if (!Ours(drive, Install)().isGood)
+                    throw std::runtime_error("nothing to remove could be installed");
+            },
+            {{"korvadex", Ours(drive,
+                               [](Command& command) {
+                                   CommandState state;
+                                   RemoveFromSim(command.context, state, command.Load(BitmapPackage));
+                                   return true;
+                               })},
+             {"rm -r", Tool({"rm", "-r", installed.string()})}},
+            [installed, gauges] { return !fs::exists(installed) && SizeOf(gauges).files == 0; }};
+}
+
+// ---- running them
+
+constexpr int Rounds = 7;
+constexpr double PeakLimit = 150; // 1,000,000 bytes
+
+struct Line {
+    std::string road, contender;
+    double seconds = 0, peakMega = 0, ratio = 0, limit = 0;
+};
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void Run(benchmark::State& state, const Road& road, std::vector<Line>& lines) {
+    std::vector<std::vector<double>> seconds(road.contenders.size());
+    std::vector<double> peaks(road.contenders.size());
+    for ([[maybe_unused]] auto turn : state) {
+        for (std::size_t i = 0; i < road.contenders.size(); ++i) {
+            road.prepare();
+            const Measure measure = road.contenders[i].run();
+            if (!measure.isGood || (i == 0 && !road.isDone())) {
+                state.SkipWithError((road.contenders[i].name + " failed").c_str());
+                return;
+            }
+            seconds[i].push_back(measure.seconds);
+            peaks[i] = std::max(peaks[i], measure.peakMega);
+            if (i == 0)
+                state.SetIterationTime(measure.seconds);
+        }
+    }
+    const double ours = Median(seconds[0]);
+    for (std::size_t i = 0; i < road.contenders.size(); ++i) {
+        const Contender& contender = road.contenders[i];
+        const double ratio = ours / Median(seconds[i]);
+        lines.push_back({road.name, contender.name, Median(seconds[i]), peaks[i], ratio, contender.limit});
+        if (i > 0)
+            state.counters["of " + contender.name] = ratio;
+    }
+    state.counters["peak MB"] = peaks[0];
+}
+
+void PrintTable(const std::vector<Line>& lines) {
+    std::printf("\n%-9s %-13s %10s %9s   %s\n", "road", "program", "median ms", "peak MB", "korvadex takes");
+    for (const Line& line : lines) {
+        std::printf("%-9s %-13s %10.1f %9.1f   ", line.road.c_str(), line.contender.c_str(),
+                    line.seconds * 1000, line.peakMega);
+        if (line.contender == "korvadex")
+            std::printf("%s\n", line.peakMega > PeakLimit ? "more memory than 150 MB" : "");
+        else if (line.limit > 0)
+            std::printf("%.2f of its time (at most %.2f: %s)\n", line.ratio, line.limit,
+                        line.ratio <= line.limit ? "reached" : "missed");
+        else
+            std::printf("%.2f of its time\n", line.ratio);
+    }
+}
+
+} // namespace
+
+int RunAll(int count, char** arguments) {
+    benchmark::Initialize(&count, arguments);
+    if (benchmark::ReportUnrecognizedArguments(count, arguments))
+        return 2;
+    const Drive drive;
+    std::vector<Line> lines;
+    for (const Road& road :
+         {LoadRoad(drive),
+          UnpackRoad(drive, "unpack", "bitmaps.zip", drive.Package(BitmapPackage), 0.35, 0.6),
+          UnpackRoad(drive, "large", "large.zip", drive.At("Large"), 0, 0), InstallRoad(drive),
+          RemoveRoad(drive)})
+        benchmark::RegisterBenchmark(road.name.c_str(),
+                                     [road, &lines](benchmark::State& state) { Run(state, road, lines); })
+            ->Iterations(Rounds)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    PrintTable(lines);
+    return 0;
+}
+
+} // namespace korvadex::bench
+
+int main(int count, char** arguments) {
+    try {
+        return korvadex::bench::RunAll(count, arguments);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "road_bench: %s\n", failure.what());
+        return 1;
+    }
+}
