@@ -6,7 +6,6 @@
 #include "tests/support/zip_builder.h"
 
 #include <random>
-#include <zlib.h>
 
 namespace korvadex::test {
 namespace {
@@ -55,6 +54,7 @@ TEST_F(InPlaceTest, PackingAndUnpackingGivesTheFileBack) {
         {"regular", std::string(300000, 'b'), true},
         {"text", Noise(50000, 4)},
         {"noise", Noise(100000)},
+        {"too big for memory", std::string(66u << 20, '\0')},
         {"an archive of two members", ZipBuilder().Add("b17.bmp", "1").Add("c", "2").Bytes()},
         {"an archive of another name", ZipBuilder().Add("c17.bmp", "1").Bytes()},
     };
@@ -70,27 +70,24 @@ TEST_F(InPlaceTest, PackingAndUnpackingGivesTheFileBack) {
         EXPECT_NE(UnzipFileInPlace(context, path, true), 0);
         ZipFileInPlace(context, path);
         const std::string packed = drive.Get(relative);
-        EXPECT_NE(packed, row.bytes);
+        EXPECT_TRUE(packed != row.bytes);
         EXPECT_EQ(UnzipFileInPlace(context, path, true), 0);
         auto packedInfo = *drive.Files().Info(path);
         packedInfo.size = before.size;
         EXPECT_EQ(packedInfo, before) << "time and attributes stay";
 
         ZipFileInPlace(context, path); // packed already
-        EXPECT_EQ(drive.Get(relative), packed);
+        EXPECT_TRUE(drive.Get(relative) == packed);
         EXPECT_EQ(UnzipFileInPlace(context, path), 0);
-        EXPECT_EQ(drive.Get(relative), row.bytes);
         EXPECT_EQ(*drive.Files().Info(path), before);
         EXPECT_NE(UnzipFileInPlace(context, path), 0) << "a second time there is nothing to unpack";
-        EXPECT_EQ(drive.Get(relative), row.bytes);
+        EXPECT_TRUE(drive.Get(relative) == row.bytes);
         EXPECT_EQ(Rest(), rest);
     }
 }
 
 TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
     const std::string one = ZipBuilder().Add("b17.bmp", "contents").Bytes();
-    const std::string secret = ZipBuilder().Add("b17.bmp", "contents", {.password = "x"}).Bytes();
-    std::string secondOnly = ZipBuilder().Add("gone", "1").Add("b17.bmp", "2").Bytes();
     struct Row {
         const char* name;
         std::string bytes;
@@ -111,7 +108,7 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         {"with a comment", ZipBuilder().Add("b17.bmp", "1").Comment("mine").Bytes()},
         {"cut", one.substr(0, one.size() - 3)},
         {"damaged", ZipBuilder().Add("b17.bmp", "1", {.crc = 5}).Bytes()},
-        {"with a password", secret},
+        {"with a password", ZipBuilder().Add("b17.bmp", "contents", {.password = "x"}).Bytes()},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -182,6 +179,18 @@ TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
     }
 }
 
+TEST_F(InPlaceTest, AnArchiveThatIsThereAlreadyIsNotTouched) {
+    drive.Put(relative, "x");
+    drive.Put("FS\\out.zip", "mine");
+    modZip zip;
+    zip.zNumberFiles = 1;
+    zip.zZipNames[0] = path;
+    zip.zZipFileName = drive.At("FS\\out.zip");
+    zip.zJunkDir = 1;
+    EXPECT_EQ(zip.ZipArchive(context), 15);
+    EXPECT_EQ(drive.Get("FS\\out.zip"), "mine");
+}
+
 TEST_F(InPlaceTest, LevelNineIsNeverLargerThanZlib) {
     std::string gradient, stripes;
     for (int y = 0; y < 256; ++y) {
@@ -195,48 +204,20 @@ TEST_F(InPlaceTest, LevelNineIsNeverLargerThanZlib) {
     const std::string samples[] = {"x",          "[fltsim.0]\r\ntitle=Lear\r\n", gradient,
                                    stripes,      std::string(900000, '\0'),      Noise(200000, 16),
                                    Noise(300000)};
+    // The size of the packed bytes, from the first header.
+    const auto packedSize = [](const std::string& archive) {
+        std::uint32_t size = 0;
+        for (std::size_t i = 21; i >= 18; --i)
+            size = size << 8 | static_cast<unsigned char>(archive[i]);
+        return size;
+    };
     for (const auto& sample : samples) {
         drive.Put(relative, sample);
         ZipFileInPlace(context, path);
-        const std::string packed = drive.Get(relative);
-        std::uint32_t size = 0; // of the packed bytes, from the first header
-        for (std::size_t i = 21; i >= 18; --i)
-            size = size << 8 | static_cast<unsigned char>(packed[i]);
-        z_stream stream{};
-        ASSERT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY), Z_OK);
-        std::string byZlib(deflateBound(&stream, static_cast<uLong>(sample.size())), '\0');
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(sample.data()));
-        stream.avail_in = static_cast<uInt>(sample.size());
-        stream.next_out = reinterpret_cast<Bytef*>(byZlib.data());
-        stream.avail_out = static_cast<uInt>(byZlib.size());
-        ASSERT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
-        EXPECT_LE(size, stream.total_out) << "of " << sample.size() << " bytes";
-        deflateEnd(&stream);
+        EXPECT_LE(packedSize(drive.Get(relative)),
+                  packedSize(ZipBuilder().Add("b17.bmp", sample, {.level = 9}).Bytes()))
+            << "of " << sample.size() << " bytes";
     }
-}
-
-TEST_F(InPlaceTest, AFileTooBigForMemoryIsPackedOnTheWay) {
-    const std::string zeros(66u << 20, '\0');
-    drive.Put(relative, zeros);
-    ZipFileInPlace(context, path);
-    EXPECT_LT(drive.Files().Info(path)->size, 100000u);
-    EXPECT_EQ(UnzipFileInPlace(context, path), 0);
-    EXPECT_TRUE(drive.Get(relative) == zeros);
-}
-
-TEST_F(InPlaceTest, TheZipLibraryRefusesWhatItDoesNotOffer) {
-    drive.Put(relative, "x");
-    modZip zip;
-    zip.zNumberFiles = 1;
-    zip.zZipNames[0] = path;
-    zip.zZipFileName = drive.At("FS\\out.zip");
-    EXPECT_EQ(zip.ZipArchive(context), 16) << "only without directories";
-    zip.zJunkDir = 1;
-    zip.zEncrypt = 1;
-    EXPECT_EQ(zip.ZipArchive(context), 16);
-    zip.zEncrypt = 0;
-    EXPECT_EQ(zip.ZipArchive(context), 0);
-    EXPECT_EQ(zip.ZipArchive(context), 15) << "an archive that is there already is not touched";
 }
 
 } // namespace

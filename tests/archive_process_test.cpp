@@ -45,7 +45,10 @@ std::string Zip(const Tree& files) {
 TEST_F(ProcessTest, UnpacksTheChosenArchiveIntoItsOwnDirectory) {
     drive.Put("Down loads\\My Plane.ZIP",
               Zip({{"Aircraft.cfg", "[fltsim.0]\r\n"}, {"texture/a b.bmp", "BM"}}));
-    user.ExpectZipFile(drive.At("Down loads\\My Plane.ZIP"));
+    user.ExpectZipFile(std::nullopt).ExpectZipFile(drive.At("Down loads\\My Plane.ZIP"));
+    EXPECT_FALSE(ProcessZipFile(context, unzip, lastZipPath));
+    EXPECT_EQ(lastZipPath, "C:\\before\\");
+    EXPECT_TRUE(drive.Tree("Staging").empty());
     EXPECT_TRUE(ProcessZipFile(context, unzip, lastZipPath));
     EXPECT_EQ(lastZipPath, drive.At("Down loads\\"));
     EXPECT_EQ(drive.Tree("Staging"), (Tree{{"ZIP_My Plane.ZIP\\", ""},
@@ -53,13 +56,6 @@ TEST_F(ProcessTest, UnpacksTheChosenArchiveIntoItsOwnDirectory) {
                                            {"ZIP_My Plane.ZIP\\texture\\", ""},
                                            {"ZIP_My Plane.ZIP\\texture\\a b.bmp", "BM"}}));
     EXPECT_NE(unzip.uZipMessage.find("Num Of Members  : 2"), std::string::npos) << unzip.uZipMessage;
-}
-
-TEST_F(ProcessTest, CancellingTheChoiceChangesNothing) {
-    user.ExpectZipFile(std::nullopt);
-    EXPECT_FALSE(ProcessZipFile(context, unzip, lastZipPath));
-    EXPECT_EQ(lastZipPath, "C:\\before\\");
-    EXPECT_TRUE(drive.Tree("Staging").empty());
 }
 
 TEST_F(ProcessTest, NamesOfRealArchivesBecomeFiles) {
@@ -92,11 +88,7 @@ TEST_F(ProcessTest, NamesOfRealArchivesBecomeFiles) {
 }
 
 TEST_F(ProcessTest, FilesGetTheTimesOfTheirMembers) {
-    Unpack(ZipBuilder()
-               .Add("utc.txt", "x", {.unixTime = 951786061})
-               .Add("dos.txt", "x", {.dosDate = 0x28A5, .dosTime = 0x6000})
-               .Add("none.txt", "x", {.dosDate = 0, .dosTime = 0})
-               .Bytes());
+    Unpack(ZipBuilder().Add("utc.txt", "x", {.unixTime = 951786061}).Add("dos.txt", "x").Bytes());
     const auto time = [&](const char* name) {
         return drive.Files().Info(drive.At(std::string("Staging\\ZIP_p.zip\\") + name))->time;
     };
@@ -104,31 +96,21 @@ TEST_F(ProcessTest, FilesGetTheTimesOfTheirMembers) {
     // Noon of 5 May 2000 in local time: within half a day of noon UTC or so.
     const auto off = time("dos.txt") - FileTime(std::chrono::seconds(957528000));
     EXPECT_LE(std::chrono::abs(off), std::chrono::hours(14));
-    EXPECT_GT(time("none.txt"), time("utc.txt")) << "a member without a time: the file is new";
 }
 
 TEST_F(ProcessTest, NestedArchivesAreUnpackedUntilNoneIsLeft) {
     const std::string deepest = Zip({{"deepest.txt", "3"}});
     const std::string inner = Zip({{"inner.zip", deepest}, {"panel.cfg", "2"}});
-    user.Expect(Question("a.zip"), Answer::Yes, MessageIcon::None)
-        .Expect(Question("b.ZIP"), Answer::No, MessageIcon::None)
+    user.Expect(Question("A no.ZIP"), Answer::No, MessageIcon::None)
+        .Expect(Question("a.zip"), Answer::Yes, MessageIcon::None)
         .Expect(Question("inner.zip"), Answer::Yes);
-    EXPECT_EQ(Unpack(Zip({{"a.zip", inner}, {"b.ZIP", Zip({{"never", "x"}})}, {"x.txt", "1"}})),
+    EXPECT_EQ(Unpack(Zip({{"a.zip", inner}, {"A no.ZIP", Zip({{"never", "x"}})}, {"x.txt", "1"}})),
               (Tree{{"ZIP_p.zip\\", ""},
                     {"ZIP_p.zip\\NestedZIP1_a.zip\\", ""},
                     {"ZIP_p.zip\\NestedZIP1_a.zip\\panel.cfg", "2"},
                     {"ZIP_p.zip\\NestedZIP2_inner.zip\\", ""},
                     {"ZIP_p.zip\\NestedZIP2_inner.zip\\deepest.txt", "3"},
                     {"ZIP_p.zip\\x.txt", "1"}}));
-}
-
-TEST_F(ProcessTest, AnsweringNoLeavesTheCounterAlone) {
-    user.Expect(Question("a.zip"), Answer::No).Expect(Question("b.zip"), Answer::Yes);
-    const std::string nested = Zip({{"f", "x"}});
-    EXPECT_EQ(Unpack(Zip({{"a.zip", nested}, {"b.zip", nested}})),
-              (Tree{{"ZIP_p.zip\\", ""},
-                    {"ZIP_p.zip\\NestedZIP1_b.zip\\", ""},
-                    {"ZIP_p.zip\\NestedZIP1_b.zip\\f", "x"}}));
 }
 
 TEST_F(ProcessTest, TheChosenArchiveIsNotTakenForANestedOne) {
@@ -171,78 +153,65 @@ TEST_F(ProcessTest, AnExistingFileIsReplacedOnlyAfterAYes) {
     drive.Put("Staging\\ZIP_p.zip\\keep.txt", "old");
     drive.Put("Staging\\ZIP_p.zip\\Take.txt", "old");
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ZIP_p.zip\\Take.txt"), true));
-    user.Expect("File " + drive.At("Staging\\ZIP_p.zip\\keep.txt") + " exists.  Overwrite?", Answer::No,
-                MessageIcon::None)
-        .Expect("File " + drive.At("Staging\\ZIP_p.zip\\take.txt") + " exists.  Overwrite?", Answer::Yes);
-    EXPECT_EQ(Unpack(Zip({{"keep.txt", "new"}, {"take.txt", "new"}})),
-              (Tree{{"ZIP_p.zip\\", ""}, {"ZIP_p.zip\\Take.txt", "new"}, {"ZIP_p.zip\\keep.txt", "old"}}));
-}
-
-TEST_F(ProcessTest, TwoMembersThatDifferInCaseAreOneFile) {
-    user.Expect("File " + drive.At("Staging\\ZIP_p.zip\\PANEL\\b17.BMP") + " exists.  Overwrite?",
-                Answer::No);
-    EXPECT_EQ(
-        Unpack(ZipBuilder().Add("Panel/B17.bmp", "first").Add("PANEL/b17.BMP", "second").Bytes()),
-        (Tree{{"ZIP_p.zip\\", ""}, {"ZIP_p.zip\\Panel\\", ""}, {"ZIP_p.zip\\Panel\\B17.bmp", "first"}}));
+    const auto question = [&](const char* name) {
+        return "File " + drive.At("Staging\\ZIP_p.zip\\") + name + " exists.  Overwrite?";
+    };
+    user.Expect(question("keep.txt"), Answer::No, MessageIcon::None)
+        .Expect(question("take.txt"), Answer::Yes)
+        .Expect(question("PANEL\\b17.BMP"), Answer::No);
+    EXPECT_EQ(Unpack(ZipBuilder()
+                         .Add("keep.txt", "new")
+                         .Add("take.txt", "new")
+                         .Add("Panel/B17.bmp", "first")
+                         .Add("PANEL/b17.BMP", "second")
+                         .Bytes()),
+              (Tree{{"ZIP_p.zip\\", ""},
+                    {"ZIP_p.zip\\Panel\\", ""},
+                    {"ZIP_p.zip\\Panel\\B17.bmp", "first"},
+                    {"ZIP_p.zip\\Take.txt", "new"},
+                    {"ZIP_p.zip\\keep.txt", "old"}}));
 }
 
 TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
     struct Row {
-        const char* name;
         const char* reason;
+        std::vector<const char*> names;
         std::uint32_t unixMode = 0;
     };
     const Row rows[] = {
-        {"../out.txt", "its name leads out of the directory"},
-        {"a/../../out.txt", "its name leads out of the directory"},
-        {"a\\..\\..\\out.txt", "its name leads out of the directory"},
-        {"/abs.txt", "its name leads out of the directory"},
-        {"\\abs.txt", "its name leads out of the directory"},
-        {"C:/drive.txt", "its name leads out of the directory"},
-        {"c:drive.txt", "its name leads out of the directory"},
-        {"//host/share/unc.txt", "its name leads out of the directory"},
-        {"\\\\host\\share\\unc.txt", "its name leads out of the directory"},
-        {"texture/stream.bmp:evil", "its name has a colon"},
-        {"NUL", "its name is that of a device"},
-        {"panel/com1.txt", "its name is that of a device"},
-        {"aux/file.txt", "its name is that of a device"},
-        {"trailing.", "its name cannot be stored"},
-        {"blank ", "its name cannot be stored"},
-        {"dir /file.txt", "its name cannot be stored"},
-        {"star*.txt", "its name cannot be stored"},
-        {"tab\t.txt", "its name cannot be stored"},
-        {"~kx~scratch/1~half", "its name is one of Korvadex's own"},
-        {"link", "it is a link", 0120777},
-        {"pipe", "it is no file", 0010644},
+        {"its name leads out of the directory",
+         {"../out.txt", "a/../../out.txt", "a\\..\\..\\out.txt", "/abs.txt", "\\abs.txt", "C:/drive.txt",
+          "c:drive.txt", "//host/share/unc.txt", "\\\\host\\share\\unc.txt"}},
+        {"its name has a colon", {"texture/stream.bmp:evil"}},
+        {"its name is that of a device", {"NUL", "panel/com1.txt", "aux/file.txt"}},
+        {"its name cannot be stored", {"trailing.", "blank ", "dir /file.txt", "star*.txt"}},
+        {"its name is one of Korvadex's own", {"~kx~scratch/1~half"}},
+        {"it is a link", {"link"}, 0120777},
+        {"it is no file", {"pipe"}, 0010644},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string shown = row.name == std::string("tab\t.txt") ? "tab?.txt" : row.name;
-        user.Expect("Some files in the zip file(" + drive.At("in\\p.zip") + ") were not unpacked:\n\n" +
-                        shown + "  (" + row.reason + ")",
-                    Answer::Ok, MessageIcon::Exclamation);
-        const auto tree = Unpack(ZipBuilder()
-                                     .Add("first.txt", "1")
-                                     .Add(row.name, "evil", {.unixMode = row.unixMode})
-                                     .Add("last.txt", "2")
-                                     .Bytes());
-        EXPECT_EQ(tree,
-                  (Tree{{"ZIP_p.zip\\", ""}, {"ZIP_p.zip\\first.txt", "1"}, {"ZIP_p.zip\\last.txt", "2"}}));
-        EXPECT_EQ(drive.Names().size(), 9u) << "something lies outside of Staging";
-        for (const char* file : {"first.txt", "last.txt"})
-            ASSERT_TRUE(drive.Files().Delete(drive.At(std::string("Staging\\ZIP_p.zip\\") + file)));
+        for (const char* name : row.names) {
+            SCOPED_TRACE(name);
+            user.Expect("Some files in the zip file(" + drive.At("in\\p.zip") + ") were not unpacked:\n\n" +
+                            name + "  (" + row.reason + ")",
+                        Answer::Ok, MessageIcon::Exclamation);
+            EXPECT_EQ(
+                Unpack(
+                    ZipBuilder().Add(name, "evil", {.unixMode = row.unixMode}).Add("last.txt", "2").Bytes()),
+                (Tree{{"ZIP_p.zip\\", ""}, {"ZIP_p.zip\\last.txt", "2"}}));
+            EXPECT_EQ(drive.Names().size(), 8u) << "something lies outside of Staging";
+            ASSERT_TRUE(drive.Files().Delete(drive.At("Staging\\ZIP_p.zip\\last.txt")));
+        }
     }
-}
-
-TEST_F(ProcessTest, ManyRefusedMembersAreNotAllNamed) {
+    // Of many, not all are named; nor are letters that would spoil the message.
     ZipBuilder zip;
     for (int i = 0; i < 40; ++i)
-        zip.Add("../" + std::to_string(i) + std::string(i == 0 ? 300 : 0, 'x'), "x");
+        zip.Add("../" + std::to_string(i) + (i == 0 ? "\t" + std::string(300, 'x') : ""), "x");
     user.Expect("Some files in the zip file(...", Answer::Ok);
-    EXPECT_TRUE(Unpack(zip.Bytes()).empty());
-    EXPECT_NE(user.transcript.back().find("x...  (its"), std::string::npos);
-    EXPECT_NE(user.transcript.back().find("\n../14  ("), std::string::npos);
-    EXPECT_NE(user.transcript.back().find("\n... and 25 more"), std::string::npos);
+    Unpack(zip.Bytes());
+    for (const char* part : {"\n../0?x", "x...  (its", "\n../14  (", "\n... and 25 more"})
+        EXPECT_NE(user.transcript.back().find(part), std::string::npos) << part;
+    EXPECT_EQ(drive.Names().size(), 7u);
 }
 
 TEST_F(ProcessTest, WhatStandsInTheWayIsNeitherReplacedNorWrittenThrough) {
@@ -314,14 +283,12 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
 TEST_F(ProcessTest, APasswordIsAskedForOnceInAWholeRun) {
     const std::string secret(3000, 's');
     const std::string bytes = ZipBuilder()
-                                  .Add("d/a.txt", secret, {.password = "Lear"})
-                                  .Add("d/b.txt", secret, {.isStored = true, .password = "Lear"})
+                                  .Add("a.txt", secret, {.password = "Lear"})
+                                  .Add("b.txt", secret, {.isStored = true, .password = "Lear"})
                                   .Bytes();
     user.ExpectText("Please Enter The Password!", "Lear");
-    EXPECT_EQ(Unpack(bytes), (Tree{{"ZIP_p.zip\\", ""},
-                                   {"ZIP_p.zip\\d\\", ""},
-                                   {"ZIP_p.zip\\d\\a.txt", secret},
-                                   {"ZIP_p.zip\\d\\b.txt", secret}}));
+    EXPECT_EQ(Unpack(bytes),
+              (Tree{{"ZIP_p.zip\\", ""}, {"ZIP_p.zip\\a.txt", secret}, {"ZIP_p.zip\\b.txt", secret}}));
     // The next archive gets none.
     drive.Put("in\\q.zip", bytes);
     user.Expect(Problem("in\\q.zip", 82), Answer::Ok);
@@ -428,39 +395,6 @@ TEST_F(ProcessTest, AFaultWhileReplacingLeavesTheOldFile) {
             break;
         }
     }
-}
-
-TEST_F(ProcessTest, OptionsThatAreNotOfferedAreRefused) {
-    drive.Put("in\\p.zip", Zip({{"a.txt", "1"}}));
-    unzip.uZipFileName = drive.At("in\\p.zip");
-    unzip.uExtractDir = drive.At("Staging\\");
-    for (auto option :
-         {&modUnzip::uExtractOnlyNewer, &modUnzip::uSpaceToUnderscore, &modUnzip::uWriteStdout,
-          &modUnzip::uFreshenExisting, &modUnzip::uConvertCRLF, &modUnzip::uVerbose, &modUnzip::uPrivilege}) {
-        unzip.*option = 1;
-        EXPECT_EQ(unzip.UnzipArchive(context), 10);
-        unzip.*option = 0;
-    }
-    unzip.uExtractList = 1;
-    EXPECT_EQ(unzip.UnzipArchive(context), 0);
-    EXPECT_NE(unzip.uZipMessage.find("a.txt"), std::string::npos);
-    EXPECT_TRUE(drive.Tree("Staging").empty());
-}
-
-TEST_F(ProcessTest, ListsOfNamesChooseMembersAndDirectoriesCanBeLeftOut) {
-    drive.Put("in\\p.zip", Zip({{"a.txt", "1"}, {"d/b.txt", "2"}, {"d/c.txt", "3"}}));
-    unzip.uZipFileName = drive.At("in\\p.zip");
-    unzip.uExtractDir = drive.At("Staging\\");
-    unzip.uNumberFiles = 2;
-    unzip.uZipNames[0] = "d/b.txt";
-    unzip.uZipNames[1] = "D/C.TXT";
-    EXPECT_EQ(unzip.UnzipArchive(context), 0);
-    EXPECT_EQ(drive.Tree("Staging"), (Tree{{"b.txt", "2"}}));
-    unzip.uCaseInsensitive = 1;
-    unzip.uNumberXFiles = 1;
-    unzip.uExcludeNames[0] = "D/B.TXT";
-    EXPECT_EQ(unzip.UnzipArchive(context), 0);
-    EXPECT_EQ(drive.Tree("Staging"), (Tree{{"b.txt", "2"}, {"c.txt", "3"}}));
 }
 
 } // namespace

@@ -77,14 +77,13 @@ TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
     PutAt("Staging\\b\\odd.gau", "BBBB"); // same size and time, other bytes
     PutAt("Staging\\a\\x.mdl", "1");
     PutAt("Staging\\b\\X.MDL", "22");
-    const std::string first = drive.At("Staging\\a\\x.mdl"), second = drive.At("Staging\\b\\X.MDL");
-    user.Expect("A duplicate filename condition has occurred.\n\nShould I use this file:\n\n" + first +
-                    "  (Size: 1 Date: ...",
+    user.Expect("A duplicate filename condition has occurred.\n\nShould I use this file:\n\n" +
+                    drive.At("Staging\\a\\x.mdl") + "  (Size: 1 Date: ...",
                 Answer::No);
     user.Expect("A duplicate filename condition has occurred...", Answer::Yes);
     LoadStaging();
-    EXPECT_THAT(user.transcript[0],
-                HasSubstr(")\n\nInstead of this file? :\n\n" + second + "  (Size: 2 Date: "));
+    EXPECT_THAT(user.transcript[0], HasSubstr(")\n\nInstead of this file? :\n\n" +
+                                              drive.At("Staging\\b\\X.MDL") + "  (Size: 2 Date: "));
     EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\odd.gau", "a\\sound.cfg", "b\\",
                                                     "b\\X.MDL", "b\\panel.cfg"));
     EXPECT_EQ(package.PackagePanelAlias, "") << "the stub that went has no say";
@@ -93,13 +92,11 @@ TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
 }
 
 TEST_F(LoadTest, OneAnswerCanServeAllFurtherDuplicates) {
-    for (const char* name : {"a.mdl", "b.mdl", "c.gau"}) {
-        PutAt(std::string("Staging\\1\\") + name, "1");
-        PutAt(std::string("Staging\\2\\") + name, "22");
-    }
+    for (const char* name : {"1\\a.mdl", "2\\a.mdl", "1\\c.gau", "2\\c.gau"})
+        PutAt(std::string("Staging\\") + name, name);
     user.Expect("A duplicate filename condition has occurred...", Answer::No, true);
     LoadStaging();
-    EXPECT_THAT(drive.Names("Staging"), ElementsAre("1\\", "2\\", "2\\a.mdl", "2\\b.mdl", "2\\c.gau"));
+    EXPECT_THAT(drive.Names("Staging"), ElementsAre("1\\", "2\\", "2\\a.mdl", "2\\c.gau"));
 }
 
 TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
@@ -151,16 +148,21 @@ TEST_F(LoadTest, SingleConfigurationLosesItsVariationsInStagingOnly) {
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"),
               "[fltsim.0]\r\n\tx=1\r\nTITLE= Lear 45 \r\nModel=\r\nsound=\r\n; title=no\r\nlast\r\n");
     ExpectTrueListing();
+
+    drive.Put("Staging\\aircraft.cfg", "[fltsim.1]\r\ntitle=Lear\r\ntexture=red\r\n");
+    drive.Put("Staging\\KX_MSFSImportName.txt", "Lear_45\r\n");
+    EXPECT_FALSE(LoadStaging().isConfigurationChosen) << "an only one is taken unasked";
+    EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\n");
+    EXPECT_TRUE(drive.Has("Staging\\KX_MSFSImportName.txt"));
 }
 
-TEST_F(LoadTest, AFileThatNeedsNoChangeIsNotWritten) {
-    PutAt("Staging\\aircraft.cfg", "[fltsim.0]\ntitle=x\n  texture=\n\xE9\n");
+TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
+    const std::string unchanged = "[fltsim.0]\ntitle=x\n  texture=\n\xE9\n";
+    PutAt("Staging\\aircraft.cfg", unchanged);
     LoadStaging();
-    EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\ntitle=x\n  texture=\n\xE9\n");
+    EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), unchanged);
     EXPECT_EQ(drive.Files().Info(drive.At("Staging\\aircraft.cfg"))->time, Noon);
-}
 
-TEST_F(LoadTest, LinesBeyondTheLimitAreCarriedOver) {
     std::string text = "[fltsim.0]\r\ntitle=x\r\nmodel=a\r\n";
     for (int i = 3; i < 2000; ++i)
         text += ";\r\n";
@@ -173,18 +175,9 @@ TEST_F(LoadTest, LinesBeyondTheLimitAreCarriedOver) {
     EXPECT_EQ(written.size(), text.size() - 1 + beyond.size());
 }
 
-TEST_F(LoadTest, AnOnlyConfigurationIsTakenUnaskedAndKeepsTheImportedName) {
-    drive.Put("Staging\\aircraft.cfg", "[fltsim.1]\r\ntitle=Lear\r\ntexture=red\r\n");
-    drive.Put("Staging\\KX_MSFSImportName.txt", "Lear_45\r\n");
-    EXPECT_FALSE(LoadStaging().isConfigurationChosen);
-    EXPECT_EQ(package.aircraftTitle, "Lear");
-    EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\n");
-    EXPECT_TRUE(drive.Has("Staging\\KX_MSFSImportName.txt"));
-}
-
 class ConfigurationTest : public LoadTest {
   protected:
-    ConfigurationTest() {
+    void PutAll() {
         drive.Put("Staging\\P\\aircraft.cfg",
                   "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
                   "[fltsim.1]\r\ntitle= Lear red \r\ntexture=red\r\nmodel=\r\npanel=ifr\r\n\r\n"
@@ -199,37 +192,33 @@ class ConfigurationTest : public LoadTest {
     const std::vector<std::string> items = {"Lear  (fltsim.0)", "Lear red  (fltsim.1)"};
 };
 
-TEST_F(ConfigurationTest, TheFirstIsKept) {
-    user.ExpectConfigurations(items, 0);
-    EXPECT_TRUE(LoadStaging().isConfigurationChosen);
-    EXPECT_EQ(package.aircraftTitle, "Lear");
-    EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"), "; "
-                                                     "mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel="
-                                                     "\r\npanel=\r\n\r\n\t[General]\r\n; not of [fltsim.2]"
-                                                     "\r\nmodel=kept\r\n");
-    EXPECT_THAT(drive.Names("Staging"),
-                ElementsAre("P\\", "P\\aircraft.cfg", "P\\model\\", "P\\model\\x.mdl", "P\\oldtexture.red\\",
-                            "P\\oldtexture.red\\keep.bmp", "P\\panel.ifr\\", "P\\panel\\",
-                            "P\\panel\\main.bmp", "P\\panel\\panel.cfg", "P\\texture.red\\", "P\\texture\\",
-                            "P\\texture\\skin.bmp", "extras\\", "extras\\texture\\",
-                            "extras\\texture\\other.bmp"));
-    EXPECT_THAT(Listed(Images), IsEmpty()) << "the picture went with its directory";
-    ExpectTrueListing();
-}
-
-TEST_F(ConfigurationTest, TheSecondIsKept) {
-    user.ExpectConfigurations(items, 1);
-    LoadStaging();
-    EXPECT_EQ(package.aircraftTitle, "Lear red");
-    EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"),
-              "; mine\r\n[fltsim.0]\r\ntitle= Lear red "
-              "\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
-    EXPECT_TRUE(drive.Has("Staging\\P\\model\\x.mdl")) << "used by both";
-    EXPECT_TRUE(drive.Has("Staging\\P\\panel\\main.bmp")) << "of the plain panel only panel.cfg goes";
-    EXPECT_FALSE(drive.Has("Staging\\P\\panel\\panel.cfg"));
-    EXPECT_FALSE(drive.Has("Staging\\P\\texture\\skin.bmp"));
-    EXPECT_TRUE(drive.Has("Staging\\P\\texture.red\\skin2.bmp"));
-    EXPECT_TRUE(drive.Has("Staging\\extras\\texture\\other.bmp")) << "not beside the aircraft.cfg";
+TEST_F(ConfigurationTest, OneIsKeptWithItsDirectories) {
+    const struct {
+        int row;
+        std::string section;
+        std::vector<std::string> gone; // below P
+    } rows[] = {
+        {0,
+         "[fltsim.0]\r\ntitle=Lear\r\n",
+         {"panel.ifr\\p.nel", "texture.red\\shot.jpg", "texture.red\\skin2.bmp"}},
+        // Of the plain panel only panel.cfg goes; the model is used by both.
+        {1, "[fltsim.0]\r\ntitle= Lear red \r\n", {"panel\\panel.cfg", "texture\\skin.bmp"}},
+    };
+    for (const auto& kept : rows) {
+        SCOPED_TRACE(kept.row);
+        PutAll();
+        auto expected = drive.Tree("Staging");
+        expected.at("P\\aircraft.cfg") = "; mine\r\n" + kept.section +
+                                         "texture=\r\nmodel=\r\npanel=\r\n\r\n"
+                                         "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n";
+        for (const auto& file : kept.gone)
+            expected.erase("P\\" + file);
+        expected.erase("KX_MSFSImportName.txt");
+        user.ExpectConfigurations(items, kept.row);
+        EXPECT_TRUE(LoadStaging().isConfigurationChosen);
+        EXPECT_EQ(drive.Tree("Staging"), expected);
+        ExpectTrueListing();
+    }
 }
 
 TEST_F(LoadTest, ThePlainDirectoryStaysWhileTheKeptConfigurationHasNoOther) {
@@ -244,6 +233,7 @@ TEST_F(LoadTest, ThePlainDirectoryStaysWhileTheKeptConfigurationHasNoOther) {
 }
 
 TEST_F(ConfigurationTest, NothingChangesWithoutAChoiceOrWhenTheFileCannotBeWritten) {
+    PutAll();
     const auto before = drive.Tree();
     user.ExpectConfigurations(items, std::nullopt);
     EXPECT_FALSE(LoadStaging().isConfigurationChosen);
@@ -272,55 +262,30 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     EXPECT_EQ(package.panelText, "other\\panel");
     EXPECT_EQ(package.soundText, "None  (No sound)");
     EXPECT_THAT(Listed(Texture), ElementsAre("Hangar\\Jets\\Lear\\skin.bmp"));
-    EXPECT_EQ(package.ComponentFiles[Panel].size(), 5u);
     EXPECT_TRUE(package.isCompressed);
     EXPECT_EQ(package.compressionCode, "12");
     EXPECT_EQ(package.SizeInMeg(), 2) << "1,600,000 bytes and a little";
-    EXPECT_TRUE(package.PackageHasFile("MAIN.BMP"));
 
     drive.Put("Staging\\wing.air", "x");
-    LoadStaging();
-    EXPECT_EQ(package.PackagePanelAlias, "");
-    EXPECT_FALSE(package.isCompressed);
-    EXPECT_EQ(package.compressionCode, "9999");
-    EXPECT_EQ(package.panelText, "None  (No panel)");
-    EXPECT_EQ(package.aircraftTitle, "");
-}
-
-TEST_F(LoadTest, ExecutablesInStagingAreWarnedOfOnce) {
     drive.Put("Staging\\setup.exe", "x");
     drive.Put("Staging\\sub\\other.EXE", "x");
     user.Expect(
         "An executable file was found in the Staging directory.  It may be an installation executable...",
         Answer::Ok, MessageIcon::Information);
     LoadStaging();
-    EXPECT_EQ(package.ComponentFiles[Unrecognized].size(), 2u);
+    EXPECT_EQ(package.PackagePanelAlias, "");
+    EXPECT_FALSE(package.isCompressed);
+    EXPECT_EQ(package.panelText, "None  (No panel)");
 }
 
-TEST_F(LoadTest, AListThatWasCutIsKnown) {
-    limits.FileMax = 3;
-    for (const char* name : {"a.txt", "b.txt", "c.gau", "d.air"})
-        drive.Put(std::string("Staging\\") + name, name);
-    LoadStaging();
-    EXPECT_EQ(package.cut, ListCut::FileMax);
-    EXPECT_EQ(package.packageFiles.size(), 3u);
-    EXPECT_THAT(DescribeCut(package.cut, limits), HasSubstr("FILEMAX"));
-}
-
-TEST_F(LoadTest, NoiseAndLongConfigurationsAreRead) {
+TEST_F(LoadTest, NoiseIsRead) {
     std::string noise;
     for (unsigned i = 0; i < 300'000; ++i)
         noise += static_cast<char>((i * 7919u) >> 3);
-    std::string manyLines = "[fltsim.0]\ntitle=Long\n";
-    for (int i = 0; i < 100'000; ++i)
-        manyLines += "; line\n";
-    drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg", noise);
-    drive.Put("Hangar\\Jets\\Lear\\Sound\\sound.cfg", noise);
-    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", manyLines);
-    LoadHangar();
-    EXPECT_EQ(package.aircraftTitle, "Long");
-    drive.Put("Staging\\aircraft.cfg", noise);
+    for (const char* file : {"Panel\\panel.cfg", "Sound\\sound.cfg", "aircraft.cfg"})
+        drive.Put(std::string("Staging\\") + file, noise);
     LoadStaging();
+    EXPECT_EQ(package.packageFiles.size(), 3u);
 }
 
 TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
@@ -328,9 +293,12 @@ TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
     const std::string remove =
         "Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  Would you like "
         "to remove all files from the Staging directory?";
+    const auto putTwo = [&] {
+        drive.Put("Staging\\a\\aircraft.cfg", "1");
+        drive.Put("Staging\\b\\aircraft.cfg", "2");
+    };
     CheckSingleAircraftCfg(context);
-    drive.Put("Staging\\a\\aircraft.cfg", "1");
-    drive.Put("Staging\\b\\aircraft.cfg", "2");
+    putTwo();
     user.Expect(more, Answer::Ok, MessageIcon::Exclamation)
         .Expect(remove, Answer::No)
         .Expect("Korvadex will now terminate since it cannot handle more than one aircraft.cfg file in the "
@@ -344,8 +312,7 @@ TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
     CheckSingleAircraftCfg(context);
     EXPECT_THAT(drive.Names("Staging"), IsEmpty());
 
-    drive.Put("Staging\\a\\aircraft.cfg", "1");
-    drive.Put("Staging\\b\\aircraft.cfg", "2");
+    putTwo();
     user.Expect(more, Answer::Ok).Then([&] {
         static_cast<void>(drive.Files().Delete(drive.At("Staging\\b\\aircraft.cfg")));
     });

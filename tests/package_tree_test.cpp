@@ -47,49 +47,36 @@ TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
 
 TEST_F(TreeTest, EveryNameLandsInItsGroups) {
     struct Row {
-        const char* name;
         std::vector<Group> groups;
+        std::vector<std::string> names;
     };
     const PanelBitmapNames panelBitmaps = {"main.bmp"};
     const Row rows[] = {
-        {"Shot.JPG", {Images}},
-        {"Aircraft.cfg", {Aircraft}},
-        {"lear.air", {Aircraft}},
-        {"lear_check.txt", {Aircraft, Documentation}},
-        {"lear_checklist.CFG", {Aircraft}},
-        {"Panel.CFG", {Panel}},
-        {"Main.BMP", {Panel}},
-        {"wing.bmp", {Texture}},
-        {"OldPanel.cfg", {Panel}},
-        {"gyro.gau", {Gauges}},
-        {"pack.CAB", {Gauges}},
-        {"lear.mdl", {Model}},
-        {"skin.af1", {Texture}},
-        {"skin.cfx", {Texture}},
-        {"skin.tx3", {Texture}},
-        {"skin.txr", {Texture}},
-        {"skin.r8", {Texture}},
-        {"oldsound.cfg", {Sound}},
-        {"hum.wav", {Sound}},
-        {"read.1st", {Documentation}},
-        {"index.html", {Documentation}},
-        {"smoke.fx", {Miscellaneous}},
-        {"setup.exe", {Unrecognized}},
-        {"gyro.gau.bak", {Unrecognized}},
-        {"gau", {Unrecognized}},
-        {"other.cfg", {Unrecognized}}, // no texture, though "cfg" begins with "cf"
-        {"mypanel.cfg", {}},           // recognized, and in no group
-        {"flightsound.cfg", {}},
+        {{Images}, {"Shot.JPG"}},
+        {{Aircraft}, {"Aircraft.cfg", "lear.air", "lear_checklist.CFG"}},
+        {{Aircraft, Documentation}, {"lear_check.txt"}},
+        {{Panel}, {"Panel.CFG", "Main.BMP", "OldPanel.cfg"}},
+        {{Gauges}, {"gyro.gau", "pack.CAB"}},
+        {{Model}, {"lear.mdl"}},
+        {{Texture}, {"wing.bmp", "skin.af1", "skin.cfx", "skin.tx3", "skin.txr", "skin.r8"}},
+        {{Sound}, {"oldsound.cfg", "hum.wav"}},
+        {{Documentation}, {"read.1st", "index.html"}},
+        {{Miscellaneous}, {"smoke.fx"}},
+        // "cfg" begins with "cf" and is no texture.
+        {{Unrecognized}, {"setup.exe", "gyro.gau.bak", "gau", "other.cfg"}},
+        {{}, {"mypanel.cfg", "flightsound.cfg"}}, // recognized, and in no group
     };
     for (const auto& row : rows) {
-        Tree tree;
-        tree.files.emplace_back(std::string("C:\\x\\") + row.name, FileInfo{});
-        std::vector<Group> found;
-        for (int group = 0; group < GroupCount; ++group) {
-            if (!CollectGroup(tree, static_cast<Group>(group), panelBitmaps, limits).entries.empty())
-                found.push_back(static_cast<Group>(group));
+        for (const auto& name : row.names) {
+            Tree tree;
+            tree.files.emplace_back("C:\\x\\" + name, FileInfo{});
+            std::vector<Group> found;
+            for (int group = 0; group < GroupCount; ++group) {
+                if (!CollectGroup(tree, static_cast<Group>(group), panelBitmaps, limits).entries.empty())
+                    found.push_back(static_cast<Group>(group));
+            }
+            EXPECT_EQ(found, row.groups) << name;
         }
-        EXPECT_EQ(found, row.groups) << row.name;
     }
 }
 
@@ -98,19 +85,11 @@ TEST_F(TreeTest, DeleteTreeRefusesEveryDangerousPath) {
     drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", "x");
     drive.Put("other\\file.txt", "x");
     const auto before = drive.Tree();
-    const std::string paths[] = {"",
-                                 "C:\\",
-                                 "C:\\\\x\\",
-                                 "C:\\ x\\",
-                                 "\\\\server\\share\\",
-                                 locations.HangarDir,
-                                 locations.MsfsDir,
-                                 locations.MsfsDir + "aircraft\\",
-                                 locations.MsfsDir + "aircraft\\\\",
-                                 locations.HangarDir + "Jets\\Lear",
-                                 drive.At("other\\"),
-                                 drive.Root()};
-    for (const auto& path : paths) {
+    const std::string aircraft = locations.MsfsDir + "aircraft\\", lear = locations.HangarDir + "Jets\\Lear";
+    for (const auto& path :
+         {std::string(), std::string("C:\\"), std::string("C:\\\\x\\"), std::string("C:\\ x\\"),
+          std::string("\\\\server\\share\\"), locations.HangarDir, locations.MsfsDir, aircraft,
+          aircraft + "\\", lear, drive.At("other\\"), drive.Root()}) {
         user.Expect("Critical error.  Please restart Korvadex and verify that your Staging, Hangar and MSFS "
                     "directory "
                     "locations are set up correctly.",
@@ -140,24 +119,20 @@ TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndStopsAtALimit) {
     EXPECT_TRUE(StagingIsEmpty(drive.Files(), locations));
 }
 
-TEST_F(TreeTest, InstalledDirectoryPrefersUnderscores) {
+TEST_F(TreeTest, PackageNames) {
     drive.MakeDirectory("FS\\aircraft\\My Plane");
+    drive.Put("FS\\aircraft\\file", "x");
     EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My Plane");
     drive.MakeDirectory("FS\\aircraft\\My_Plane");
     EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My_Plane");
-    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "Other"), "");
-    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, ""), "");
-    drive.Put("FS\\aircraft\\file", "x");
-    EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "file"), "");
-}
+    for (const char* name : {"Other", "", "file"})
+        EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, name), "") << name;
 
-TEST_F(TreeTest, PackageNames) {
     EXPECT_EQ(CleanPackageName(" a.b/c*\"d\"\\:?<>| "), "a_b_c_'d'______");
     drive.MakeDirectory("Hangar\\Props\\Cub");
     user.Expect("Package name already exists in Props.  Please use another name.", Answer::Ok,
                 MessageIcon::Exclamation);
     EXPECT_FALSE(CheckPackageName(context, "CUB"));
-    drive.MakeDirectory("FS\\aircraft\\My_Plane");
     const std::string inSim =
         "Package name already exists in MSFS.  This is OK if this package was imported from MSFS "
         "because the name has to be the same so that you can uninstall it.  Otherwise, select "
@@ -169,11 +144,8 @@ TEST_F(TreeTest, PackageNames) {
 }
 
 TEST_F(TreeTest, MarkedPictureComesFirst) {
-    const std::vector<FileEntry> images = {
-        {"C:\\p\\b.jpg", {}}, {"C:\\p\\(z).jpg", {}}, {"C:\\q\\A.gif", {}}};
-    EXPECT_THAT(ListPictures(images), ElementsAre("C:\\p\\(z).jpg", "C:\\q\\A.gif", "C:\\p\\b.jpg"));
-    EXPECT_FALSE(IsMarkedFirst("(shot1.jpg"));
-    EXPECT_FALSE(IsMarkedFirst("a).jpg"));
+    EXPECT_THAT(ListPictures({{"C:\\p\\b.jpg", {}}, {"C:\\p\\(z).jpg", {}}, {"C:\\q\\A.gif", {}}}),
+                ElementsAre("C:\\p\\(z).jpg", "C:\\q\\A.gif", "C:\\p\\b.jpg"));
 }
 
 // Whatever the change that fails, a rewritten file is the old one or the new one.

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 
 #include <ctime>
+#include <iomanip>
+#include <sstream>
 
 namespace korvadex {
 namespace {
@@ -22,28 +24,16 @@ std::string AllBytes(unsigned first, unsigned last) {
     return bytes;
 }
 
-TEST(CodePage, BringsEveryByteBack) {
+TEST(CodePage, BringsEveryByteBackAndRefusesWhatItCannotHold) {
     const std::string bytes = AllBytes(0, 255);
     EXPECT_TRUE(IsValidUtf8(FromCodePage(bytes)));
     EXPECT_EQ(ToCodePage(FromCodePage(bytes)), bytes);
     EXPECT_EQ(FromCodePage(AllBytes(0, 127)), AllBytes(0, 127));
-    EXPECT_EQ(FromCodePage("Gr\xF6\xDF"
-                           "e \x80 \x99"),
-              "Größe € ™");
-    EXPECT_EQ(FromCodePage("\x81\x8D"), "\xC2\x81\xC2\x8D");
-}
-
-TEST(CodePage, RefusesWhatItCannotHold) {
-    EXPECT_EQ(ToCodePage("Größe €"), "Gr\xF6\xDF"
-                                     "e \x80");
+    EXPECT_EQ(FromCodePage("\xF6\xDF \x80 \x99 \x81\x8D"), "öß € ™ \xC2\x81\xC2\x8D");
     for (const char* text : {"Ω", "日本", "🛩", "A\xCC\x88", "\xC2\x80", "\xFF", "\xC3"})
         EXPECT_EQ(ToCodePage(text), std::nullopt) << text;
-}
-
-TEST(CodePage, KnowsTheNamesOfOldArchives) {
-    EXPECT_EQ(FromCodePage437("Gr\x94\xE1"
-                              "e.txt"),
-              "Größe.txt");
+    EXPECT_EQ(JoinLines({"fine", "Ω"}), std::nullopt);
+    // The names of old archives.
     EXPECT_EQ(FromCodePage437("\x80\x9F\xA0\xB0\xDB\xE0\xEA\xF7\xFE\xFF"), "Çƒá░█αΩ≈■\xC2\xA0");
     EXPECT_EQ(FromCodePage437(AllBytes(0, 127)), AllBytes(0, 127));
 }
@@ -75,16 +65,6 @@ TEST(TextLines, EndInAnyOfThreeWays) {
     EXPECT_THAT(SplitLines("\n"), ElementsAre(""));
     EXPECT_THAT(SplitLines("\xE9t\xE9\t \r\n"), ElementsAre("été\t "));
     EXPECT_THAT(SplitLines(std::string_view("a\0b\x1A\nc", 6)), ElementsAre(std::string("a\0b\x1A", 4), "c"));
-}
-
-TEST(TextLines, ComeBackAsTheSameBytes) {
-    std::string bytes;
-    for (unsigned byte = 0; byte < 256; ++byte)
-        if (byte != '\r' && byte != '\n')
-            bytes += std::string(1, static_cast<char>(byte)) + "=x\r\n";
-    EXPECT_EQ(JoinLines(SplitLines(bytes)), bytes);
-    EXPECT_EQ(JoinLines({}), "");
-    EXPECT_EQ(JoinLines({"fine", "Ω"}), std::nullopt);
 }
 
 class TextFiles : public testing::Test {
@@ -149,18 +129,12 @@ TEST(DateText, ReadsTheLocalTimeOfArchives) {
     const unsigned date = (22u << 9) | (5u << 5) | 17u;         // 2002-05-17
     const unsigned time = (13u << 11) | (45u << 5) | (30u / 2); // 13:45:30
     std::tm local{};
-    local.tm_year = 102;
-    local.tm_mon = 4;
-    local.tm_mday = 17;
-    local.tm_hour = 13;
-    local.tm_min = 45;
-    local.tm_sec = 30;
+    std::istringstream("2002-05-17 13:45:30") >> std::get_time(&local, "%Y-%m-%d %H:%M:%S");
     local.tm_isdst = -1;
     const FileTime read = FileTimeFromDos(date, time);
     EXPECT_EQ(std::chrono::system_clock::to_time_t(std::chrono::time_point_cast<std::chrono::seconds>(read)),
               std::mktime(&local));
-    EXPECT_THAT(ShortDateTime(read), HasSubstr("17"));
-    EXPECT_THAT(ShortDateTime(read), HasSubstr("45"));
+    EXPECT_THAT(ShortDateTime(read), testing::AllOf(HasSubstr("17"), HasSubstr("45")));
     // Archives without a date hold zeros, broken ones anything: some time comes out of it, near the range of
     // these.
     for (const auto& [someDate, someTime] :

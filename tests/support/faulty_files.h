@@ -4,12 +4,7 @@
 
 #include "platform/file_system.h"
 
-#include <cstdint>
 #include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace korvadex::test {
 
@@ -17,58 +12,85 @@ namespace korvadex::test {
 // Rename, Replace, Delete, the directory operations and those on attributes and times. Changes count from 1.
 class FaultyFiles : public FileSystem {
   public:
+    // Gives the fault of a change; it is named as its routine is ("Write"), with the path that it alters.
+    using Rule = std::function<FileFault(const std::string& change, const std::string& path)>;
+
     explicit FaultyFiles(FileSystem& realFiles) : real(realFiles) {}
 
     // One change fails and is not made (a Write leaves half of its bytes, as a full disk does).
-    void FailAt(int change, FileFault fault);
+    void FailAt(int change, FileFault fault) {
+        FailWhere([=, this](auto&, auto&) { return changes == change ? fault : FileFault::None; });
+    }
     // That change and all after it fail: nothing is cleaned up any more.
-    void StopAt(int change, FileFault fault = FileFault::Failed);
-    // Every change for which this gives a fault other than None fails. What is done is named as in Log():
-    // "Write".
-    void FailWhere(std::function<FileFault(const std::string& change, const std::string& path)> rule);
+    void StopAt(int change, FileFault fault = FileFault::Failed) {
+        FailWhere([=, this](auto&, auto&) { return changes >= change ? fault : FileFault::None; });
+    }
+    // Every change for which this gives a fault other than None fails.
+    void FailWhere(Rule newRule) { rule = std::move(newRule); }
     // What FreeSpace answers; none asks the real disk.
     std::optional<std::uint64_t> freeSpace;
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
     // renamed into it or out of it.
     std::string volume;
 
-    int Changes() const { return static_cast<int>(log.size()); }
-    // "Replace C:\a -> C:\b", "Write C:\a" ... in order, failed ones included.
-    const std::vector<std::string>& Log() const { return log; }
+    int Changes() const { return changes; }
 
-    Result<std::vector<DirectoryEntry>> List(const std::string& directory) const override;
-    Result<FileInfo> Info(const std::string& path) const override;
-    bool IsDirectory(const std::string& path) const override;
-    Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) const override;
-    Result<std::unique_ptr<OutputFile>> CreateNew(const std::string& path) override;
-    Status Copy(const std::string& from, const std::string& to) override;
-    Status Rename(const std::string& from, const std::string& to) override;
-    Status Replace(const std::string& from, const std::string& to) override;
-    Status Delete(const std::string& path) override;
-    Status CreateDirectory(const std::string& path) override;
-    Status RemoveDirectory(const std::string& path) override;
-    Status ClearAttributes(const std::string& path) override;
-    Status SetReadOnly(const std::string& path, bool readOnly) override;
-    Status SetTime(const std::string& path, FileTime time) override;
-    Status CopyAttributes(const std::string& from, const std::string& to) override;
-    Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
-    bool SameVolume(const std::string& a, const std::string& b) const override;
-    std::vector<std::string> Drives() const override;
-    std::string HostPath(const std::string& path) const override;
-    std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
+    using Path = const std::string&;
+    Result<std::vector<DirectoryEntry>> List(Path directory) const override { return real.List(directory); }
+    Result<FileInfo> Info(Path path) const override { return real.Info(path); }
+    bool IsDirectory(Path path) const override { return real.IsDirectory(path); }
+    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override {
+        return real.OpenForReading(path);
+    }
+    Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override;
+    Status Copy(Path from, Path to) override { return Change("Copy", to, &FileSystem::Copy, from, to); }
+    Status Rename(Path from, Path to) override { return Move("Rename", from, to, &FileSystem::Rename); }
+    Status Replace(Path from, Path to) override { return Move("Replace", from, to, &FileSystem::Replace); }
+    Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
+    Status CreateDirectory(Path path) override {
+        return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
+    }
+    Status RemoveDirectory(Path path) override {
+        return Change("RemoveDirectory", path, &FileSystem::RemoveDirectory, path);
+    }
+    Status ClearAttributes(Path path) override {
+        return Change("ClearAttributes", path, &FileSystem::ClearAttributes, path);
+    }
+    Status SetReadOnly(Path path, bool readOnly) override {
+        return Change("SetReadOnly", path, &FileSystem::SetReadOnly, path, readOnly);
+    }
+    Status SetTime(Path path, FileTime time) override {
+        return Change("SetTime", path, &FileSystem::SetTime, path, time);
+    }
+    Status CopyAttributes(Path from, Path to) override {
+        return Change("CopyAttributes", to, &FileSystem::CopyAttributes, from, to);
+    }
+    Result<std::uint64_t> FreeSpace(Path directory) const override {
+        return freeSpace ? *freeSpace : real.FreeSpace(directory);
+    }
+    bool SameVolume(Path a, Path b) const override { return !CrossesVolumes(a, b) && real.SameVolume(a, b); }
+    std::vector<std::string> Drives() const override { return real.Drives(); }
+    std::string HostPath(Path path) const override { return real.HostPath(path); }
+    std::optional<std::string> PathFromHost(Path hostPath) const override {
+        return real.PathFromHost(hostPath);
+    }
 
   private:
     class Output;
 
     // Counts a change and tells what becomes of it.
-    Status Change(const char* what, const std::string& path, const std::string& to = "");
-    bool CrossesVolumes(const std::string& a, const std::string& b) const;
+    Status Count(const char* what, Path path);
+    template<class Routine, class... Arguments>
+    Status Change(const char* what, Path path, Routine routine, const Arguments&... arguments) {
+        Status status = Count(what, path);
+        return status ? (real.*routine)(arguments...) : status;
+    }
+    Status Move(const char* what, Path from, Path to, Status (FileSystem::*routine)(Path, Path));
+    bool CrossesVolumes(Path a, Path b) const;
 
     FileSystem& real;
-    std::vector<std::string> log;
-    int failing = 0, stopping = 0;
-    FileFault failFault = FileFault::Failed, stopFault = FileFault::Failed;
-    std::function<FileFault(const std::string&, const std::string&)> rule;
+    int changes = 0;
+    Rule rule;
 };
 
 } // namespace korvadex::test

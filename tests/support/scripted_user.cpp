@@ -10,14 +10,10 @@ namespace {
 std::string ForReading(const std::string& text) {
     std::string readable;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
-            readable += '\n';
-            ++i;
-        } else if (text[i] == '\n') {
-            readable += "<LF>";
-        } else {
-            readable += text[i];
-        }
+        if (text.compare(i, 2, "\r\n") == 0)
+            readable += text[++i];
+        else
+            readable += text[i] == '\n' ? "<LF>" : text.substr(i, 1);
     }
     return readable;
 }
@@ -29,15 +25,9 @@ bool Fits(const std::string& expected, const std::string& shown) {
 }
 
 bool IsOffered(Answer answer, MessageButtons buttons) {
-    switch (buttons) {
-    case MessageButtons::Ok:
-        return answer == Answer::Ok;
-    case MessageButtons::OkCancel:
-        return answer == Answer::Ok || answer == Answer::Cancel;
-    case MessageButtons::YesNo:
+    if (buttons == MessageButtons::YesNo)
         return answer == Answer::Yes || answer == Answer::No;
-    }
-    return false;
+    return answer == Answer::Ok || (answer == Answer::Cancel && buttons == MessageButtons::OkCancel);
 }
 
 } // namespace
@@ -47,50 +37,13 @@ ScriptedUser::~ScriptedUser() {
         ADD_FAILURE() << "never asked: " << step.text;
 }
 
-ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, bool isChecked) {
-    script.push_back(
-        {.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
+ScriptedUser& ScriptedUser::Add(Step step) {
+    script.push_back(std::move(step));
     return *this;
 }
 
-ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, MessageIcon icon) {
-    Expect(std::move(text), answer);
-    script.back().icon = icon;
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectText(std::string prompt, std::optional<std::string> answer) {
-    script.push_back({.kind = Kind::Text, .text = std::move(prompt), .typed = std::move(answer)});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectZipFile(std::optional<std::string> answer) {
-    script.push_back({.kind = Kind::ZipFile, .text = "Process ZIP File ...", .typed = std::move(answer)});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer) {
-    script.push_back(
-        {.kind = Kind::Configurations, .text = "configurations", .items = std::move(items), .row = answer});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectInstallStatus(std::string text) {
-    script.push_back({.kind = Kind::InstallStatus, .text = std::move(text)});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::ExpectImportStatus(std::string text) {
-    script.push_back({.kind = Kind::ImportStatus, .text = std::move(text)});
-    return *this;
-}
-
-ScriptedUser& ScriptedUser::Then(std::function<void()> action) {
-    script.back().then = std::move(action);
-    return *this;
-}
-
-std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& shown) {
+std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& text) {
+    const std::string shown = ForReading(text);
     transcript.push_back(shown);
     if (script.empty() || script.front().kind != kind || !Fits(script.front().text, shown)) {
         ADD_FAILURE() << "unexpected: " << shown
@@ -106,7 +59,7 @@ std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::strin
 
 CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                         const MessageOptions& options) {
-    const auto step = Take(Kind::Message, ForReading(text));
+    const auto step = Take(Kind::Message, text);
     // A surprise is answered in the way that changes least.
     if (!step)
         return {buttons == MessageButtons::YesNo      ? Answer::No
@@ -122,7 +75,7 @@ CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons 
 }
 
 std::optional<std::string> ScriptedUser::AskText(const std::string& prompt, bool /*isSecret*/) {
-    const auto step = Take(Kind::Text, ForReading(prompt));
+    const auto step = Take(Kind::Text, prompt);
     return step ? step->typed : std::nullopt;
 }
 
@@ -133,19 +86,11 @@ std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title,
 }
 
 std::optional<int> ScriptedUser::ChooseConfiguration(const std::vector<std::string>& items) {
-    const auto step = Take(Kind::Configurations, "configurations");
+    const auto step = Take(Kind::Configurations, "");
     if (!step)
         return std::nullopt;
     EXPECT_EQ(items, step->items);
     return step->row;
-}
-
-void ScriptedUser::ShowInstallStatus(const std::string& text) {
-    Take(Kind::InstallStatus, ForReading(text));
-}
-
-void ScriptedUser::ShowImportStatus(const std::string& text) {
-    Take(Kind::ImportStatus, ForReading(text));
 }
 
 } // namespace korvadex::test
