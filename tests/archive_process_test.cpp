@@ -332,15 +332,13 @@ TEST_F(ProcessTest, MembersUnpackedAheadKeepTheirPlaces) {
     for (int i = 0; i < 60; ++i) {
         const std::string name = std::to_string(i) + ".bmp";
         // Sizes go up and down, past what a small member is; each has bytes of its own.
-        std::string bytes(static_cast<std::size_t>(i * 7919 % 400000), static_cast<char>('A' + i));
+        const std::string bytes(static_cast<std::size_t>(i * 7919 % 400000), static_cast<char>('A' + i));
         const bool isBad = i % 20 == 7;
         zip.Add(name, bytes, {.isStored = i % 5 == 0, .crc = isBad ? std::optional(1u) : std::nullopt});
         if (!isBad)
-            expected["ZIP_p.zip\\" + name] = std::move(bytes);
+            expected["ZIP_p.zip\\" + name] = bytes;
         if (i % 10 == 3)
-            zip.Add("../" + name, "evil").Add("d" + name + "/");
-        if (i % 10 == 3)
-            expected["ZIP_p.zip\\d" + name + "\\"] = "";
+            zip.Add("../" + name, "evil");
     }
     user.Expect(Problem("in\\p.zip", 2), Answer::Ok).Expect("Some files in the zip file(...", Answer::Ok);
     EXPECT_TRUE(Unpack(zip.Bytes()) == expected);

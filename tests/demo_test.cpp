@@ -30,12 +30,6 @@ class ExampleTest : public CommandTest {
         LoadPackage(context, locations.HangarDir + category + "\\" + name + "\\", false, package);
         return package;
     }
-    std::map<std::string, FileTime> Times() {
-        std::map<std::string, FileTime> times;
-        for (const auto& entry : WalkTree(drive.Files(), root).files)
-            times[entry.path.substr(root.size())] = entry.info.time;
-        return times;
-    }
 
     std::string root;
 };
@@ -81,19 +75,13 @@ bool IsWholeCabinet(const std::string& bytes) {
 
 TEST_F(ExampleTest, IsTheSameEachTime) {
     const DriveTree tree = drive.Tree("Example");
-    const auto times = Times();
     root = drive.At("Second\\");
     drive.MakeDirectory("Second");
     demo::MakeExample(drive.Files(), root);
     DriveTree second = drive.Tree("Second");
-    EXPECT_EQ(Times(), times);
-    std::size_t size = 0;
-    for (const auto& [name, bytes] : tree) {
-        size += bytes.size();
+    for (const auto& [name, bytes] : tree)
         EXPECT_TRUE(bytes == second[name] || name == "Korvadex\\kx.ini") << name; // this one names the place
-    }
     EXPECT_EQ(tree.size(), second.size());
-    EXPECT_LT(size, 10'000'000u);
 }
 
 TEST_F(ExampleTest, HasMediaThatCanBeOpened) {

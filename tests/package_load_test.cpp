@@ -5,15 +5,12 @@
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
 
-#include <algorithm>
-
 namespace korvadex::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using namespace std::chrono_literals;
 
 constexpr FileTime Noon{std::chrono::sys_days(std::chrono::year(2001) / 5 / 4) + std::chrono::hours(12)};
 

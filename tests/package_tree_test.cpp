@@ -14,7 +14,6 @@ namespace korvadex::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 class TreeTest : public CommandTest {
@@ -187,18 +186,18 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
                 ElementsAre("edit " + drive.At("Hangar\\Jets\\Lear\\Documentation\\b.DIZ"),
                             "open " + drive.At("Hangar\\Jets\\Lear\\Documentation\\a.txt")));
 
-    user.Expect("Select a file to delete first.", Answer::Ok);
+    user.Expect("Select a file to delete first.", Answer::Ok)
+        .Expect("Are you sure you want to delete the 2 files selected?", Answer::No);
     EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {}));
-    drive.MakeDirectory("FS\\aircraft\\Lear");
-    user.Expect("This package is currently installed in Flight Simulator.  File deletion while the package "
-                "is installed "
-                "in MSFS is not allowed.",
-                Answer::Ok, MessageIcon::Information);
-    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0}));
-    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\aircraft\\Lear")));
-    user.Expect("Are you sure you want to delete the 2 files selected?", Answer::No);
     EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0, 1}));
+    drive.MakeDirectory("FS\\aircraft\\Lear");
+    user.Expect(
+        "This package is currently installed in Flight Simulator.  File deletion while the package is "
+        "installed in MSFS is not allowed.",
+        Answer::Ok, MessageIcon::Information);
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0}));
     EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear\\Documentation").size(), 2u);
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\aircraft\\Lear")));
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
     EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {1}));
     EXPECT_THAT(drive.Names("Hangar\\Jets\\Lear\\Documentation"), ElementsAre("a.txt"));

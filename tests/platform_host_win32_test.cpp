@@ -10,27 +10,6 @@
 namespace korvadex {
 namespace {
 
-TEST(WindowsHost, HandsOnlyPlainPathsToTheSystem) {
-    EXPECT_EQ(ExtendedPath("C:\\a\\b\\"), L"\\\\?\\C:\\a\\b");
-    EXPECT_EQ(ExtendedPath("c:\\"), L"\\\\?\\c:\\");
-    EXPECT_EQ(ExtendedPath("C:\\a\\\\ä.txt"), L"\\\\?\\C:\\a\\\u00E4.txt");
-    for (const char* path :
-         {"C:", "a", "C:\\..", "C:\\a\\.\\b", "C:\\a/b", "C:\\\xFF", "\\\\server\\share\\a"})
-        EXPECT_EQ(ExtendedPath(path), std::nullopt) << path;
-}
-
-TEST(WindowsHost, CountsTimesFrom1601) {
-    EXPECT_EQ(FromNativeTime(FILETIME{0xD53E8000, 0x019DB1DE}), FileTime{});
-    const FileTime early = FromNativeTime(FILETIME{0, 0}),
-                   late = FromNativeTime(FILETIME{0xFFFFFFFF, 0x7FFFFFFF});
-    EXPECT_LT(early, FileTime{});
-    EXPECT_GT(late, FileTime{});
-    for (const FileTime time : {FileTime{}, early, late}) {
-        const FILETIME native = ToNativeTime(time);
-        EXPECT_EQ(FromNativeTime(native), time);
-    }
-}
-
 class WindowsFiles : public testing::Test {
   protected:
     DWORD Attributes(const char* relative) {

@@ -17,13 +17,6 @@ HostDrive MakeHostDrive() {
 
 void RemoveHostDrive(const fs::path& hostRoot) {
     std::error_code error;
-    // A directory without the right to write would keep its entries.
-    for (fs::recursive_directory_iterator
-             entry(hostRoot, fs::directory_options::skip_permission_denied, error),
-         end;
-         !error && entry != end; entry.increment(error))
-        if (!entry->is_symlink(error) && entry->is_directory(error))
-            fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, error);
     fs::remove_all(hostRoot, error);
 }
 

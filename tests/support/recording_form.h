@@ -18,9 +18,7 @@ class RecordingForm : public MainForm {
     MainView view;
     std::string status, listCaption;
     std::vector<std::string> listLines;
-    SavedGeometry applied;
     std::optional<WindowGeometry> geometry{{1200, 900, 7200, 9600}};
-    std::optional<WindowGeometry> listGeometry;
     int ends = 0;
     std::function<void()> onShow; // a window's events can arrive at any moment
 
@@ -38,10 +36,10 @@ class RecordingForm : public MainForm {
         listLines = lines;
     }
     ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
-    void ApplyGeometry(const SavedGeometry& saved) override { applied = saved; }
+    void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return geometry; }
     void ApplyListGeometry(const WindowGeometry&) override {}
-    std::optional<WindowGeometry> ListGeometry() const override { return listGeometry; }
+    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
     void EndProgram() override { ++ends; }
 };
 

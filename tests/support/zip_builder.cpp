@@ -100,11 +100,6 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
     return *this;
 }
 
-ZipBuilder& ZipBuilder::Comment(std::string_view text) {
-    comment = text;
-    return *this;
-}
-
 std::string ZipBuilder::Header(const Member& member, bool isCentral) {
     const bool isUnix = member.options.unixMode != 0;
     std::string header;
@@ -114,8 +109,8 @@ std::string ZipBuilder::Header(const Member& member, bool isCentral) {
     Put16(header, 20);
     Put16(header, member.flags);
     Put16(header, member.method);
-    Put16(header, member.options.dosTime);
-    Put16(header, member.options.dosDate);
+    Put16(header, 0x6000); // 12:00:00
+    Put16(header, 0x28A5); // 5 May 2000
     Put32(header, member.crc);
     Put32(header, static_cast<std::uint32_t>(member.data.size()));
     Put32(header, member.size);

@@ -20,8 +20,6 @@ class ZipBuilder {
         std::uint16_t method = 0xFFFF; // set: what the archive claims the method to be
         std::optional<std::uint32_t> crc = {};      // set: what the archive claims the CRC-32 to be
         std::optional<std::uint32_t> size = {};     // set: what it claims the unpacked size to be
-        std::uint16_t dosDate = 0x28A5;             // 5 May 2000
-        std::uint16_t dosTime = 0x6000;             // 12:00:00
         std::optional<std::uint32_t> unixTime = {}; // set: an extended timestamp field
     };
 
@@ -30,7 +28,10 @@ class ZipBuilder {
     ZipBuilder& Add(std::string_view name, std::string_view bytes = "") {
         return Add(name, bytes, Options());
     }
-    ZipBuilder& Comment(std::string_view text);
+    ZipBuilder& Comment(std::string_view text) {
+        comment = text;
+        return *this;
+    }
 
     std::string Bytes() const;
 
