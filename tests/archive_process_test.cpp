@@ -206,7 +206,9 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
     // Of many, not all are named; nor are letters that would spoil the message.
     ZipBuilder zip;
     for (int i = 0; i < 40; ++i)
-        zip.Add("../" + std::to_string(i) + (i == 0 ? "\t" + std::string(300, 'x') : ""), "x");
+        zip.Add("../" + std::to_string(i) + std::string(i == 0 ? "\t" : "") +
+                    std::string(i == 0 ? 300 : 0, 'x'),
+                "x");
     user.Expect("Some files in the zip file(...", Answer::Ok);
     Unpack(zip.Bytes());
     for (const char* part : {"\n../0?x", "x...  (its", "\n../14  (", "\n... and 25 more"})
