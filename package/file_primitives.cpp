@@ -37,12 +37,32 @@ ListCut CutOf(const Tree& tree, const WalkLimits& limits) {
     return tree.files.size() > static_cast<std::size_t>(limits.FileMax) ? ListCut::FileMax : ListCut::None;
 }
 
+// The name of a package's directory among those that the simulator has.
+template<class Has>
+std::string NameInSim(std::string_view name, Has has) {
+    std::string underscored = SpacesToUnderscores(name);
+    if (has(underscored))
+        return underscored;
+    return has(name) ? std::string(name) : "";
+}
+
 } // namespace
 
 bool DeleteFileForced(FileSystem& files, const std::string& path) {
     static_cast<void>(files.ClearAttributes(path));
     const Status status = files.Delete(path);
     return status || status.fault == FileFault::NotFound;
+}
+
+std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch) {
+    Tree tree = WalkTree(context.files, path, scratch);
+    const ListCut cut = CutOf(tree, context.limits);
+    if (cut == ListCut::None)
+        return tree;
+    context.user.Tell("The directory " + path + " cannot be cleared.  Nothing was deleted.\r\n\r\n" +
+                          DescribeCut(cut, context.limits),
+                      MessageIcon::Exclamation);
+    return std::nullopt;
 }
 
 bool DeleteTree(CommandContext& context, const std::string& path) {
@@ -59,18 +79,25 @@ bool DeleteTree(CommandContext& context, const std::string& path) {
     if (info && info->kind == EntryKind::Link && !EqualNoCase(path, context.locations.StagingDir))
         return DeleteFileForced(files, bare); // what a link leads to is not ours
 
-    const Tree tree = WalkTree(files, path, ScratchEntries::Include);
-    if (const ListCut cut = CutOf(tree, context.limits); cut != ListCut::None) {
-        context.user.Tell("The directory " + path + " cannot be cleared.  Nothing was deleted.\r\n\r\n" +
-                              DescribeCut(cut, context.limits),
-                          MessageIcon::Exclamation);
+    const auto tree = WalkToDelete(context, path, ScratchEntries::Include);
+    if (!tree)
         return false;
-    }
-    for (const auto& file : tree.files)
+    for (const auto& file : tree->files)
         DeleteFileForced(files, file.path);
-    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory)
+    for (auto directory = tree->directories.rbegin(); directory != tree->directories.rend(); ++directory)
         static_cast<void>(files.RemoveDirectory(*directory));
     return true;
+}
+
+std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path) {
+    std::vector<std::string> names;
+    if (const auto entries = files.List(path)) {
+        for (const auto& entry : *entries) {
+            if (entry.info.kind == EntryKind::Directory && !IsScratchName(entry.name))
+                names.push_back(entry.name);
+        }
+    }
+    return names;
 }
 
 bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name) {
@@ -99,16 +126,35 @@ std::string UnderscoresToSpaces(std::string_view text) {
 
 std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
                                      std::string_view name) {
-    const std::string parent(directory);
-    const std::string underscored = SpacesToUnderscores(name);
-    if (HasSubdirectory(files, parent, underscored))
-        return underscored;
-    return HasSubdirectory(files, parent, name) ? std::string(name) : "";
+    return NameInSim(name, [&](std::string_view candidate) {
+        return HasSubdirectory(files, std::string(directory), candidate);
+    });
 }
 
 std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations,
                                      std::string_view name) {
     return FindSimAircraftDirectory(files, locations.MsfsDir + "aircraft\\", name);
+}
+
+SimAircraft::SimAircraft(const FileSystem& fileSystem, const Locations& locations)
+    : files(fileSystem), directory(locations.MsfsDir + "aircraft\\") {
+    const auto entries = files.List(directory);
+    isListed = bool(entries);
+    if (!entries)
+        return;
+    for (const auto& entry : *entries) {
+        const bool isDirectory = entry.info.kind == EntryKind::Link
+                                     ? files.IsDirectory(directory + entry.name)
+                                     : entry.info.kind == EntryKind::Directory;
+        if (isDirectory)
+            names.insert(FoldCase(entry.name));
+    }
+}
+
+std::string SimAircraft::FindDirectory(std::string_view name) const {
+    if (!isListed)
+        return FindSimAircraftDirectory(files, directory, name);
+    return NameInSim(name, [&](std::string_view candidate) { return names.contains(FoldCase(candidate)); });
 }
 
 std::string WithInstalledMarks(std::string_view name) {

@@ -4,20 +4,28 @@
 #include "package/command_context.h"
 #include "package/walk.h"
 
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
 // Clears the attributes, then deletes; false when the file is still there.
 bool DeleteFileForced(FileSystem& files, const std::string& path);
 
+// The tree of a directory, to delete from. None, after a message, when a limit of the walk would cut the
+// listing: then nothing is to be deleted.
+std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch);
+
 // Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
 // location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
-// False, after a message, when a limit of the walk would cut the listing: then nothing was deleted. The
-// directory itself stays.
+// False, as WalkToDelete, when nothing was deleted. The directory itself stays.
 bool DeleteTree(CommandContext& context, const std::string& path);
 
+// What stands in a directory as a directory of its own (links are none), scratch left out of account.
+std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path);
 bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name);
 // No entry at all, scratch left out of account.
 bool StagingIsEmpty(const FileSystem& files, const Locations& locations);
@@ -32,6 +40,20 @@ std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& l
 // The same with the two parts of the path given: directory ends in a backslash.
 std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
                                      std::string_view name);
+
+// The same answers for many packages, from one listing of the simulator's aircraft directory.
+class SimAircraft {
+  public:
+    SimAircraft(const FileSystem& files, const Locations& locations);
+    std::string FindDirectory(std::string_view name) const;
+    bool Holds(std::string_view name) const { return !FindDirectory(name).empty(); }
+
+  private:
+    const FileSystem& files;
+    const std::string directory;
+    bool isListed = false;       // otherwise the disk is asked for each name
+    std::set<std::string> names; // in lower case
+};
 
 // "< Lear >" -> "Lear", "Lear" -> "Lear"
 std::string WithoutInstalledMarks(std::string_view text);

@@ -17,13 +17,10 @@ std::string CleanPackageName(std::string_view typed) {
 }
 
 bool CheckPackageName(CommandContext& context, const std::string& name) {
-    // A guard looks at every category, however many a list may hold.
-    const WalkLimits unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
-    for (const auto& category :
-         CollectDirectories(context.files, context.locations.HangarDir, true, unlimited).paths) {
-        if (HasSubdirectory(context.files, category + "\\", name)) {
-            context.user.Tell("Package name already exists in " + LastPathComponent(category) +
-                                  ".  Please use another name.",
+    const std::string& hangar = context.locations.HangarDir;
+    for (const auto& category : SubdirectoryNames(context.files, hangar)) {
+        if (HasSubdirectory(context.files, hangar + category + "\\", name)) {
+            context.user.Tell("Package name already exists in " + category + ".  Please use another name.",
                               MessageIcon::Exclamation);
             return false;
         }
