@@ -6,6 +6,7 @@
 #include "app/settings.h"
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
+#include "package/erase_staging.h"
 
 #include <functional>
 #include <string>
@@ -18,7 +19,14 @@ namespace korvadex {
 enum class Side { Staging, Hangar };
 
 // Codes of the Staging processor (those of the Hangar's: sim/hangar_commands.h).
-enum StagingCommand : int { CopyStagingToHangar = 0, ProcessZipIntoStaging = 1, RemoveAllFromStaging = 4 };
+enum StagingCommand : int {
+    CopyStagingToHangar = 0,
+    ProcessZipIntoStaging = 1,
+    RemoveAllFromStaging = 4,
+    RemovePanelFromStaging = 5,
+    RemoveAircraftFromStaging = 6,
+    RemoveSoundFromStaging = 7
+};
 
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
@@ -113,6 +121,7 @@ class Program : private MainWindow {
     bool CanCopyToHangar(const std::string& name);
     void AddArchive(const std::string& archive);
     void EraseStaging();
+    void EraseFromStaging(StagingPart part);
 
     FileSystem& files;
     Launcher& launcher;

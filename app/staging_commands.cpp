@@ -1,5 +1,5 @@
 // The commands of the Staging side: taking its contents into the Hangar, adding an archive, erasing
-// everything.
+// all of it or one kind of component.
 #include "app/program.h"
 #include "archive/process_zip.h"
 #include "package/file_primitives.h"
@@ -25,6 +25,15 @@ void Program::RunStagingCommand(int code, const std::string& archive) {
         break;
     case RemoveAllFromStaging:
         EraseStaging();
+        break;
+    case RemovePanelFromStaging:
+        EraseFromStaging(StagingPart::Panel);
+        break;
+    case RemoveAircraftFromStaging:
+        EraseFromStaging(StagingPart::Aircraft);
+        break;
+    case RemoveSoundFromStaging:
+        EraseFromStaging(StagingPart::Sound);
         break;
     default:
         break;
@@ -109,6 +118,11 @@ void Program::EraseStaging() {
     if (DeleteTree(context, settings.locations.StagingDir))
         user.Tell("Done.");
     LoadStaging();
+}
+
+void Program::EraseFromStaging(StagingPart part) {
+    if (ErasePartOfStaging(context, part))
+        LoadStaging();
 }
 
 } // namespace korvadex

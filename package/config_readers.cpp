@@ -60,6 +60,15 @@ void ReadPanelAlias(const FileSystem& files, const std::string& path, LoadedPack
               [&](std::string_view line) { AddBitmapNames(line, package.panelBitmapNames); });
 }
 
+Status ReadPanelBitmapNames(const FileSystem& files, const std::string& path, PanelBitmapNames& names) {
+    const auto lines = ReadConfigLines(files, path);
+    if (!lines)
+        return lines.status();
+    for (const auto& line : *lines)
+        AddBitmapNames(TrimLeft(FoldCase(line)), names);
+    return {};
+}
+
 void ReadSoundAlias(const FileSystem& files, const std::string& path, LoadedPackage& package) {
     ReadAlias(files, path, package.PackageSoundAlias, [](std::string_view) {});
 }

@@ -18,6 +18,9 @@ Result<std::vector<std::string>> ReadConfigLines(const FileSystem& files, const 
 void ReadPanelAlias(const FileSystem& files, const std::string& path, LoadedPackage& package);
 void ReadSoundAlias(const FileSystem& files, const std::string& path, LoadedPackage& package);
 
+// The bitmap names alone, added to names.
+Status ReadPanelBitmapNames(const FileSystem& files, const std::string& path, PanelBitmapNames& names);
+
 inline constexpr std::string_view CompressionMarkerName = "KX_Compression.txt";
 inline constexpr std::string_view ImportNameFile = "KX_MSFSImportName.txt";
 // Reads KX_Compression.txt: the number before " Meg" becomes the compression code.

@@ -1,7 +1,7 @@
 #include "sim/copy_plan.h"
 
 #include "package/config_readers.h"
-#include "platform/text_file.h"
+#include "package/sound_names.h"
 #include "platform/windows_path.h"
 #include "sim/config_search.h"
 #include "sim/gauges.h"
@@ -108,14 +108,7 @@ class Planner {
     // Sounds that the aircraft's sound.cfg does not name belong to gauges, which look for them in the
     // simulator's own sound directory.
     void PlanSharedSound(const FileEntry& file) {
-        const std::string& name = file.key;
-        const std::size_t ending = name.find(".wav");
-        if (ending == std::string::npos)
-            return;
-        const std::string stem = name.substr(0, ending);
-        const bool isNamed = std::ranges::any_of(
-            SoundLines(), [&](const std::string& line) { return line.find(stem) != std::string::npos; });
-        if (isNamed)
+        if (!IsGaugeSound(file.key, SoundLines()))
             return;
         plan.sounds.push_back(file.path);
         plan.bytes += file.info.size;
@@ -129,10 +122,8 @@ class Planner {
         const std::string path = package.FindComponentFile("sound.cfg");
         if (path.empty())
             return soundLines;
-        if (const auto lines = ReadLines(context.files, path)) {
-            for (const std::string& line : *lines)
-                soundLines.push_back(FoldCase(line));
-        }
+        if (auto lines = ReadSoundLines(context.files, path))
+            soundLines = std::move(*lines);
         return soundLines;
     }
 

@@ -1,8 +1,11 @@
-#include "package/package_name.h"
+#include "package/config_readers.h"
+#include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/zip_builder.h"
+
+#include <set>
 
 namespace korvadex::test {
 namespace {
@@ -181,6 +184,86 @@ TEST_F(StagingCommands, ErasingEverything) {
     EXPECT_TRUE(drive.Names("Staging").empty());
     EXPECT_TRUE(program->Package().packageFiles.empty());
     EXPECT_EQ(form.view.caption, "Korvadex");
+}
+
+TEST_F(StagingCommands, ErasingOneKindOfComponent) {
+    struct Row {
+        const char* name;
+        int code;
+        const char *question, *afterwards;
+        std::set<std::string> erased;
+    };
+    const Row rows[] = {
+        {"panel",
+         RemovePanelFromStaging,
+         "Are you sure you want to erase the panel components from the staging directory?",
+         "There may be images of the panel remaining because there is no way of knowing what an image is "
+         "associated with.  Check the Images tab and remove any that are unwanted.",
+         {"Gauges\\LearCab.cab", "Gauges\\LearClock.gau", "Panel\\LearPanel.bmp", "Panel\\panel.cfg",
+          "Sound\\Click.wav", "more\\LAMP.BMP", "more\\oldpanel.cfg"}},
+        {"aircraft",
+         RemoveAircraftFromStaging,
+         "Are you sure you want to erase the aircraft body components (aircraft, model, texture, kneeboard "
+         "text) from the staging directory?",
+         "There may be images of the aircraft remaining because there is no way of knowing what an image is "
+         "associated with.  Check the Images tab and remove any that are unwanted.",
+         {"Lear.air", "Lear_check.txt", "Model\\lear.mdl", "Model\\model.cfg", "Texture\\Lear_t.bmp",
+          "Texture\\lear.r8", "aircraft.cfg", "more\\file_id.diz", "more\\red.tx1"}},
+        {"sound",
+         RemoveSoundFromStaging,
+         "Are you sure you want to erase the sound components from the staging directory?  (Please note that "
+         "some sounds are embedded in gauges.  If so they will not be removed until you remove the panel.)",
+         nullptr,
+         {"Sound\\Click.wav", "Sound\\Engine.wav", "Sound\\sound.cfg", "more\\oldsound.cfg"}},
+    };
+    Start();
+    program->GoToStaging();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        PackageBuilder(drive, "Staging\\")
+            .With("more\\oldpanel.cfg", "file=lamp.bmp\r\n")
+            .With("more\\LAMP.BMP", "BM lamp")
+            .With("more\\oldsound.cfg", "filename=click\r\n")
+            .With("more\\file_id.diz", "x")
+            .With("more\\red.tx1", "x");
+        program->Refresh();
+        const auto before = drive.Tree("Staging");
+        user.Expect(row.question, Answer::No, MessageIcon::None);
+        program->RunCommand(Side::Staging, row.code);
+        EXPECT_EQ(drive.Tree("Staging"), before);
+
+        user.Expect(row.question, Answer::Yes);
+        if (row.afterwards)
+            user.Expect(row.afterwards, Answer::Ok, MessageIcon::Information);
+        user.Expect("Done.", Answer::Ok, MessageIcon::None);
+        program->RunCommand(Side::Staging, row.code);
+        auto expected = before;
+        for (const auto& file : row.erased) {
+            EXPECT_EQ(expected.erase(file), 1u) << file;
+            EXPECT_FALSE(program->Package().PackageHasFile(LastPathComponent(file))) << file;
+        }
+        EXPECT_EQ(drive.Tree("Staging"), expected);
+    }
+}
+
+TEST_F(StagingCommands, NothingIsErasedByAListingThatIsNotWhole) {
+    PackageBuilder(drive, "Staging\\");
+    const auto expectRefusal = [&](StagingPart part, const std::string& message) {
+        const auto before = drive.Names();
+        user.Expect("Are you sure you want to erase the...", Answer::Yes)
+            .Expect(message, Answer::Ok, MessageIcon::Exclamation);
+        EXPECT_FALSE(ErasePartOfStaging(context, part));
+        EXPECT_EQ(drive.Names(), before);
+    };
+    limits.FileMax = 3;
+    expectRefusal(StagingPart::Sound, "The directory " + locations.StagingDir + " cannot be cleared...");
+    limits = {};
+    const std::string tooLarge(MaxConfigBytes + 1, ' ');
+    for (const char* config : {"Sound\\sound.cfg", "Panel\\panel.cfg"}) {
+        drive.Put("Staging\\" + std::string(config), tooLarge);
+        expectRefusal(StagingPart::Panel, "The file " + drive.At("Staging\\") + config + " could not...");
+    }
+    expectRefusal(StagingPart::Aircraft, "The file " + drive.At("Staging\\Panel\\panel.cfg..."));
 }
 
 TEST_F(StagingCommands, AnArchiveIsAddedOnRequest) {
