@@ -24,6 +24,9 @@ struct MainView {
     std::string packageName; // the text of txtPackageName
     std::string sizeText;    // "12 Meg (compressed)"
     std::string status;
+    bool isStagingEmpty = true;
+    // For the status bar: "12 packages  -  3 installed in MSFS  -  Staging is empty".
+    std::string statusCounts;
     int listRevision = 0; // grows when the loaded package was loaded anew
 };
 
@@ -36,8 +39,10 @@ class MainForm {
     virtual void ShowProgress(int minimum, int maximum) = 0;
     virtual void SetProgress(int value) = 0;
     virtual void HideProgress() = 0;
-    // frmFileList: the users of a panel or sound, and later the overviews.
+    // frmFileList: the users of a panel or sound, or an overview. Opens the window. With the caption that it
+    // shows already, the place in the list stays where it can.
     virtual void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) = 0;
+    virtual bool IsFileListVisible() const = 0;
 
     virtual ScreenSize Screen() const = 0;
     virtual void ApplyGeometry(const SavedGeometry& geometry) = 0;

@@ -30,10 +30,14 @@ void Program::Run(const std::function<void()>& command) {
     try {
         ShowStatus("");
         command();
+        if (isHangarStale) {
+            TakeStock();
+            RefreshFileList();
+        }
+        UpdateStatusCounts();
         // A list that is not whole is said for as long as it is shown.
-        for (const auto cut : {package.cut, packagesCut, categoriesCut})
-            if (view.status.empty())
-                view.status = DescribeCut(cut, settings.limits);
+        if (view.status.empty())
+            view.status = DescribeCut(package.cut, settings.limits);
         form.ShowStatus(view.status);
         ShowView();
     } catch (const ProgramEnd&) {
@@ -66,10 +70,7 @@ void Program::SetPackageName(const std::string& text) {
 }
 
 void Program::GoToHangar() {
-    Run([&] {
-        RefreshPackageList();
-        ShowHangarSide(true);
-    });
+    Run([&] { SwitchToHangar(); });
 }
 
 void Program::GoToStaging() {
@@ -117,22 +118,7 @@ void Program::OpenComponent(int group, int position) {
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
     Run([&] {
         if (group >= 0 && group < GroupCount && DeleteComponentFiles(context, package, group, positions))
-            LoadShownSide();
-    });
-}
-
-void Program::ChooseFileListLine(const std::string& line) {
-    Run([&] {
-        const bool isCategory = line.find(" -->  ") != std::string::npos;
-        if (line.empty() || (isCategory && fileListCaption != "Package Categories"))
-            return;
-        const auto name = WithoutInstalledMarks(line);
-        // Users of an alias that stand in the simulator are listed with blanks where their names may have
-        // "_".
-        if (SelectPackage(line) || SelectPackage(name) || SelectPackage(SpacesToUnderscores(name)))
-            return;
-        user.Tell("The package you've selected no longer seems to be in the Hangar.",
-                  MessageIcon::Exclamation);
+            RefreshPackageDisplay();
     });
 }
 
@@ -175,6 +161,10 @@ void Program::PressToolbarKey(const std::string& key) {
         } else if (key == "RemovePackage") {
             if (!view.HangarSideShown)
                 RunStagingCommand(RemoveAllFromStaging);
+        } else if (key == "ListAllPackages") {
+            ListFromMenu(PackageListCaption);
+        } else if (key == "ListInstalledPackages") {
+            ListFromMenu(InstalledListCaption);
         }
     });
 }
@@ -201,6 +191,8 @@ void Program::ChangeLocations() {
             return;
         }
         UpdateCaption();
+        if (settings.locations.MsfsDir != before.locations.MsfsDir)
+            RefreshPackageList(); // other packages are installed there
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
             LoadStaging(); // what is shown is no longer Staging
     });
@@ -246,11 +238,6 @@ std::string Program::SelectedCategory() const {
 
 std::string Program::SelectedPackageText() const {
     return view.packageIndex < 0 ? "" : view.packages[static_cast<std::size_t>(view.packageIndex)];
-}
-
-void Program::ShowFileList(const std::string& caption, const std::vector<std::string>& lines) {
-    fileListCaption = caption;
-    form.ShowFileList(caption, lines);
 }
 
 } // namespace korvadex

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/main_view.h"
+#include "app/overviews.h"
 #include "app/settings.h"
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
@@ -54,8 +55,15 @@ class Program : private MainWindow {
     void SetFirstPackage();
     void OpenComponent(int group, int position);
     void DeleteComponents(int group, const std::vector<int>& positions);
-    // A line of frmFileList was clicked.
-    void ChooseFileListLine(const std::string& line);
+
+    // --- the list window frmFileList
+    void ListAllPackages();
+    void ListInstalledPackages();
+    void ListPackagesNoImages();
+    void ListPackagesInCategory(); // cmdPackageNames
+    void ListCategories();         // cmdPackageCategories
+    // The line at this position of those that the window was given last was clicked.
+    void ChooseFileListLine(int row);
 
     // --- menus and toolbar
     // The code of a command that is not built, or that belongs to the side that is not shown, does nothing.
@@ -88,6 +96,14 @@ class Program : private MainWindow {
     void ShowView();
     void RunHangarSideCommand(int code);
 
+    // file_list.cpp
+    void ListFromMenu(std::string_view caption);
+    void ListOverview(std::string_view caption);
+    // Builds the overview that the open list window shows from what the Hangar holds now.
+    void RefreshFileList();
+    void TellTooLong(const Overview& overview);
+    void ShowLines(Overview list);
+
     // startup.cpp
     void StartUp();
     bool TakeMarker();
@@ -100,15 +116,20 @@ class Program : private MainWindow {
     // sides.cpp
     void ShowHangarSide(bool preselect);
     void ShowStagingSide();
+    void SwitchToHangar(); // with the packages as they are now
     void LoadShownSide();
     void LoadSelectedPackage();
     void LoadStaging();
     void ClearPackageDisplay();
     void ReloadWhenChanged();
     void FillCategories();
-    std::vector<std::string> PackagesIn(const std::string& category,
-                                        ListCut& cut) const; // with installed marks
+    // Lists the shown category anew; the selection is kept by name.
+    void RefreshSelection();
     void FillPackages();
+    void TakePackages(HangarCategory listing);
+    // Lists the whole Hangar.
+    void TakeStock();
+    void UpdateStatusCounts();
     void SelectCategory(int index);
     bool SelectPackage(std::string_view line);
     bool SelectPackageIn(int category, std::string_view name);
@@ -135,9 +156,11 @@ class Program : private MainWindow {
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     CommandState state;
-    modUnzip unzip;              // one for the run: its password prompt is shown once
-    std::string fileListCaption; // of the lines that frmFileList shows
-    ListCut categoriesCut = ListCut::None, packagesCut = ListCut::None;
+    modUnzip unzip;       // one for the run: its password prompt is shown once
+    HangarListing hangar; // the shown categories, as last listed
+    // The Hangar or the simulator may have changed since: listed anew when the command is done.
+    bool isHangarStale = false;
+    Overview fileList; // what frmFileList was given last
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

@@ -13,18 +13,8 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::string_view CategoryMark = " -->  ";
-
 // The import writes one line; a file of this name that is larger came from elsewhere.
 constexpr std::uint64_t LargestNameFile = 4096;
-
-std::vector<std::string> NamesIn(const DirectoryList& directories) {
-    std::vector<std::string> names;
-    for (const auto& path : directories.paths)
-        if (auto name = LastPathComponent(path); !IsScratchName(name))
-            names.push_back(std::move(name));
-    return names;
-}
 
 // -1 when no name is equal to it without case.
 int IndexOf(const std::vector<std::string>& names, std::string_view name) {
@@ -58,6 +48,11 @@ void Program::ShowHangarSide(bool preselect) {
     LoadSelectedPackage();
 }
 
+void Program::SwitchToHangar() {
+    RefreshSelection();
+    ShowHangarSide(true);
+}
+
 void Program::ShowStagingSide() {
     view.HangarSideShown = false;
     view.header = StagingHeader;
@@ -74,6 +69,7 @@ void Program::LoadShownSide() {
 }
 
 void Program::RefreshPackageDisplay() {
+    isHangarStale = isHangarStale || view.HangarSideShown; // pictures may have come or gone
     LoadShownSide();
     ShowView();
 }
@@ -117,17 +113,21 @@ void Program::ReloadWhenChanged() {
 }
 
 void Program::UpdateCaption() {
-    view.caption =
-        StagingIsEmpty(files, settings.locations) ? "Korvadex" : "Korvadex     (Staging Contains Files)";
+    view.isStagingEmpty = StagingIsEmpty(files, settings.locations);
+    view.caption = view.isStagingEmpty ? "Korvadex" : "Korvadex     (Staging Contains Files)";
+}
+
+void Program::UpdateStatusCounts() {
+    view.statusCounts = DescribeCounts(hangar) +
+                        (view.isStagingEmpty ? "  -  Staging is empty" : "  -  Staging contains files");
 }
 
 // --- choosers
 
 void Program::FillCategories() {
     const auto selected = SelectedCategory();
-    const auto directories = CollectDirectories(files, settings.locations.HangarDir, true, settings.limits);
-    view.categories = NamesIn(directories);
-    categoriesCut = directories.cut;
+    view.categories = SubdirectoryNames(files, settings.locations.HangarDir);
+    isHangarStale = true;
     view.categoryIndex = selected.empty() ? -1 : IndexOf(view.categories, selected);
     if (view.categoryIndex < 0 && !view.categories.empty())
         view.categoryIndex = 0;
@@ -137,35 +137,44 @@ void Program::FillCategories() {
     }
 }
 
-std::vector<std::string> Program::PackagesIn(const std::string& category, ListCut& cut) const {
-    const auto directories =
-        CollectDirectories(files, settings.locations.HangarDir + category + "\\", true, settings.limits);
-    cut = directories.cut;
-    auto names = NamesIn(directories);
-    for (auto& name : names)
-        if (!FindSimAircraftDirectory(files, settings.locations, name).empty())
-            name = WithInstalledMarks(name);
-    return names;
+void Program::FillPackages() {
+    view.packages.clear();
+    if (view.categoryIndex >= 0)
+        TakePackages(ListCategory(files, settings.locations, SelectedCategory(),
+                                  SimAircraft(files, settings.locations)));
 }
 
-void Program::FillPackages() {
-    packagesCut = ListCut::None;
-    view.packages =
-        view.categoryIndex < 0 ? std::vector<std::string>() : PackagesIn(SelectedCategory(), packagesCut);
+void Program::TakePackages(HangarCategory listing) {
+    view.packages.clear();
+    for (const auto& listed : listing.packages)
+        view.packages.push_back(PackageLine(listed));
+    for (auto& category : hangar)
+        if (category.name == listing.name)
+            category.packages = listing.packages;
+}
+
+void Program::TakeStock() {
+    hangar = ListHangar(files, settings.locations, view.categories);
+    isHangarStale = false;
 }
 
 void Program::RefreshPackageList() {
+    RefreshSelection();
+    isHangarStale = true;
+    ShowView();
+}
+
+void Program::RefreshSelection() {
     const auto selected = CurrentPackageName(*this);
     const int oldIndex = view.packageIndex;
     view.packageIndex = -1; // points into a list that is about to go
     FillPackages();
-    if (!selected.empty()) {
-        view.packageIndex = IndexOf(view.packages, selected);
-        // The package is gone: its neighbour follows, as after a choice of the category.
-        if (view.packageIndex < 0 && !view.packages.empty())
-            view.packageIndex = oldIndex < static_cast<int>(view.packages.size()) ? oldIndex : 0;
-    }
-    ShowView();
+    if (selected.empty())
+        return;
+    view.packageIndex = IndexOf(view.packages, selected);
+    // The package is gone: its neighbour follows, as after a choice of the category.
+    if (view.packageIndex < 0 && !view.packages.empty())
+        view.packageIndex = oldIndex < static_cast<int>(view.packages.size()) ? oldIndex : 0;
 }
 
 void Program::SelectCategory(int index) {
@@ -212,15 +221,15 @@ bool Program::SelectPackageIn(int category, std::string_view name) {
     const auto& categoryName = view.categories[static_cast<std::size_t>(category)];
     if (!HasSubdirectory(files, settings.locations.HangarDir + categoryName + "\\", name))
         return false;
-    ListCut cut = ListCut::None;
-    auto packages = PackagesIn(categoryName, cut);
-    const int index = IndexOf(packages, name);
-    if (index < 0)
+    auto listing =
+        ListCategory(files, settings.locations, categoryName, SimAircraft(files, settings.locations));
+    const auto found = std::ranges::find_if(
+        listing.packages, [&](const HangarPackage& listed) { return EqualNoCase(listed.name, name); });
+    if (found == listing.packages.end())
         return false;
     view.categoryIndex = category;
-    view.packages = std::move(packages);
-    view.packageIndex = index;
-    packagesCut = cut;
+    view.packageIndex = static_cast<int>(found - listing.packages.begin());
+    TakePackages(std::move(listing));
     ShowHangarSide(true);
     return true;
 }

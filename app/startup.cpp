@@ -82,7 +82,7 @@ bool Program::TakeMarker() {
 }
 
 void Program::CreateDefaultCategories() {
-    if (!CollectDirectories(files, settings.locations.HangarDir, true, settings.limits).paths.empty())
+    if (!SubdirectoryNames(files, settings.locations.HangarDir).empty())
         return;
     for (const auto* category : DefaultCategories)
         static_cast<void>(files.CreateDirectory(settings.locations.HangarDir + category));

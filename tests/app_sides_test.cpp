@@ -56,6 +56,8 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
     EXPECT_EQ(form.view.categoryIndex, 2);
     EXPECT_EQ(form.view.packages, (Names{"Airbus", "< Big Bird >", "Concorde", "< Lear >"}));
+    // Both packages called Lear are the simulator's lear.
+    EXPECT_EQ(form.view.statusCounts, "6 packages  -  3 installed in MSFS  -  Staging is empty");
     EXPECT_EQ(form.view.packageIndex, 3);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
 
@@ -84,6 +86,7 @@ TEST_F(Sides, SwitchingSides) {
     drive.Put("Staging\\readme.txt", std::string(2'000'000, 'x'));
     program->Refresh();
     EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    EXPECT_EQ(form.view.statusCounts, "5 packages  -  1 installed in MSFS  -  Staging contains files");
     EXPECT_EQ(form.view.sizeText, "2 Meg");
 
     program->GoToHangar();
@@ -141,43 +144,13 @@ TEST_F(Sides, TheFirstPackage) {
     EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
 }
 
-TEST_F(Sides, ALineOfTheListWindowSelectsItsPackage) {
-    struct Row {
-        const char *name, *line, *shown;
-    };
-    const Row rows[] = {
-        {"a plain name", "Concorde", "Hangar\\Jets\\Concorde\\"},
-        {"between marks", "< Big Bird >", "Hangar\\Jets\\Big Bird\\"},
-        {"in two categories", "Lear", "Hangar\\Jets\\Lear\\"},
-        {"in the second of two", "Props\\Lear", "Hangar\\Props\\Lear\\"},
-        {"an empty line", "", "Hangar\\Props\\Lear\\"},
-        {"a category", " -->  Jets", "Hangar\\Props\\Lear\\"},
-    };
-    Start();
-    program->GoToStaging();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        program->ChooseFileListLine(row.line);
-        EXPECT_EQ(Shown(), drive.At(row.shown));
-        EXPECT_EQ(form.view.header, "H A N G A R");
-    }
-    for (const char* line :
-         {"Gone", "< Gone >", "~kx~scratch", "Jets\\~kx~scratch", "Jets\\..", "C:\\Hangar\\Jets\\Lear"}) {
-        user.Expect("The package you've selected no longer seems to be in the Hangar.", Answer::Ok,
-                    MessageIcon::Exclamation);
-        program->ChooseFileListLine(line);
-        EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Lear\\"));
-    }
-}
-
 TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
-    for (int i = 0; i <= WalkLimits{}.DirMax; ++i)
-        drive.MakeDirectory("Hangar\\Many\\" + std::to_string(i));
+    for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
+        drive.MakeDirectory("Hangar\\Props\\Many\\" + std::to_string(i));
     Start();
     EXPECT_EQ(form.status, "");
-    Select("Many", 3);
-    EXPECT_EQ(form.view.packages.size(), static_cast<std::size_t>(WalkLimits{}.DirMax));
-    EXPECT_EQ(form.status, DescribeCut(ListCut::DirMax, WalkLimits{}));
+    Select("Props", 2);
+    EXPECT_EQ(form.status, DescribeCut(ListCut::Level, WalkLimits{}));
     program->ChooseCategory(1);
     EXPECT_EQ(form.status, "");
 }
@@ -203,7 +176,7 @@ TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
     Start();
     user.Expect("Please select a package in the Hangar first.", Answer::Ok).Then([this] {
         program->GoToStaging();
-        program->ChooseFileListLine("Lear");
+        program->ListAllPackages();
         program->SetPackageName("typed meanwhile");
         program->Shutdown();
     });

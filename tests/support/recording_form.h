@@ -19,7 +19,8 @@ class RecordingForm : public MainForm {
     std::string status, listCaption;
     std::vector<std::string> listLines;
     std::optional<WindowGeometry> geometry{{1200, 900, 7200, 9600}};
-    int ends = 0;
+    bool isListVisible = false;
+    int ends = 0, listShows = 0;
     std::function<void()> onShow; // a window's events can arrive at any moment
 
     void ShowView(const MainView& shown, const LoadedPackage&) override {
@@ -34,7 +35,10 @@ class RecordingForm : public MainForm {
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
         listCaption = caption;
         listLines = lines;
+        isListVisible = true;
+        ++listShows;
     }
+    bool IsFileListVisible() const override { return isListVisible; }
     ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return geometry; }

@@ -1,0 +1,35 @@
+// What stands in the Hangar and which of it is installed: for the choosers, the overviews and the counts.
+#pragma once
+
+#include "package/file_primitives.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+struct HangarPackage {
+    std::string name;
+    bool isInstalled = false;
+};
+struct HangarCategory {
+    std::string name;
+    std::vector<HangarPackage> packages; // ordered by name, without case
+};
+using HangarListing = std::vector<HangarCategory>;
+
+// The packages of one category, however many.
+HangarCategory ListCategory(const FileSystem& files, const Locations& locations, const std::string& category,
+                            const SimAircraft& simAircraft);
+// Those of these categories, in their order: one listing of each, and one of the simulator's aircraft.
+HangarListing ListHangar(const FileSystem& files, const Locations& locations,
+                         const std::vector<std::string>& categories);
+
+// "Lear", "< Lear >"
+std::string PackageLine(const HangarPackage& package);
+
+// "12 packages  -  3 installed in MSFS"
+std::string DescribeCounts(const HangarListing& hangar);
+
+} // namespace korvadex

@@ -1,0 +1,96 @@
+#include "app/overviews.h"
+
+#include "package/classification.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+OverviewLine CategoryLine(const HangarCategory& category) {
+    return {std::string(CategoryMark) + category.name, category.name};
+}
+
+// The packages that are wanted, below the lines of their categories; a category without any does not appear.
+template<class Wanted>
+Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wanted isWanted) {
+    Overview overview{std::string(caption), {}};
+    auto& lines = overview.lines;
+    for (const auto& category : hangar) {
+        const std::size_t before = lines.size();
+        lines.insert(lines.end(), {OverviewLine{""}, CategoryLine(category), OverviewLine{""}});
+        const std::size_t heading = lines.size();
+        for (const auto& package : category.packages)
+            if (isWanted(category, package))
+                lines.push_back({PackageLine(package), category.name, package.name});
+        if (lines.size() == heading)
+            lines.resize(before);
+    }
+    return overview;
+}
+
+bool HasPicture(const FileSystem& files, const std::string& packageDirectory) {
+    const Tree tree = WalkTree(files, packageDirectory + std::string(ComponentGroupNames[Images]) + "\\");
+    return !CollectGroup(tree, Images, {}, WalkLimits{}).entries.empty();
+}
+
+} // namespace
+
+Overview BuildPackageList(const HangarListing& hangar) {
+    return ByCategory(PackageListCaption, hangar,
+                      [](const HangarCategory&, const HangarPackage&) { return true; });
+}
+
+Overview BuildInstalledList(const HangarListing& hangar) {
+    Overview overview{std::string(InstalledListCaption), {}};
+    for (const auto& category : hangar)
+        for (const auto& package : category.packages)
+            if (package.isInstalled)
+                overview.lines.push_back({PackageLine(package), category.name, package.name});
+    // Of two packages of one name the category that comes first stays first.
+    std::ranges::stable_sort(overview.lines, LessNoCase, &OverviewLine::package);
+    return overview;
+}
+
+Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files,
+                           const std::string& HangarDir) {
+    return ByCategory(NoImagesListCaption, hangar,
+                      [&](const HangarCategory& category, const HangarPackage& package) {
+                          return !HasPicture(files, HangarDir + category.name + "\\" + package.name + "\\");
+                      });
+}
+
+Overview BuildCategoryPackageList(const HangarListing& hangar, std::string_view category) {
+    Overview overview{std::string(CategoryPackagesCaption) + std::string(category), {}};
+    for (const auto& listed : hangar)
+        if (listed.name == category)
+            for (const auto& package : listed.packages)
+                overview.lines.push_back({package.name, listed.name, package.name});
+    return overview;
+}
+
+Overview BuildCategoryList(const HangarListing& hangar) {
+    Overview overview{std::string(CategoryListCaption), {}};
+    for (const auto& category : hangar)
+        overview.lines.push_back(CategoryLine(category));
+    return overview;
+}
+
+std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar,
+                                      const FileSystem& files, const std::string& HangarDir) {
+    if (caption == PackageListCaption)
+        return BuildPackageList(hangar);
+    if (caption == InstalledListCaption)
+        return BuildInstalledList(hangar);
+    if (caption == NoImagesListCaption)
+        return BuildNoImagesList(hangar, files, HangarDir);
+    if (caption == CategoryListCaption)
+        return BuildCategoryList(hangar);
+    if (caption.starts_with(CategoryPackagesCaption))
+        return BuildCategoryPackageList(hangar, caption.substr(CategoryPackagesCaption.size()));
+    return std::nullopt;
+}
+
+} // namespace korvadex
