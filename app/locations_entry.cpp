@@ -36,8 +36,7 @@ class LocationsCheck {
   public:
     LocationsCheck(FileSystem& fileSystem, UserDialogs& userDialogs) : files(fileSystem), user(userDialogs) {}
 
-    // Says everything that is wrong, in the order Staging, Hangar, MSFS. What can only be judged of three
-    // good directories together comes last.
+    // What can only be judged of three good directories together comes last.
     bool AreGood(const Locations& locations, bool stagingMustBeEmpty) {
         const bool staging = IsGoodStaging(locations, stagingMustBeEmpty);
         const bool hangar = Exists(locations.HangarDir, HangarTexts);
@@ -173,6 +172,11 @@ void TakeEntry(const LocationsEntry& entry, Settings& settings) {
 }
 
 } // namespace
+
+bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Locations& locations,
+                      bool stagingMustBeEmpty) {
+    return LocationsCheck(files, user).AreGood(locations, stagingMustBeEmpty);
+}
 
 LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, ProgramDialogs& dialogs,
                                    const LocationsRequest& request, Settings& settings) {

@@ -9,6 +9,11 @@
 
 namespace korvadex {
 
+// True when these three can serve together. Says everything that is wrong, in the order Staging, Hangar, MSFS,
+// and offers to make a Staging or Hangar directory that is missing.
+bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Locations& locations,
+                      bool stagingMustBeEmpty);
+
 enum class LocationsOutcome {
     Valid,    // settings.locations are good and stand in the active profile
     GivenUp,  // the program cannot go on

@@ -60,12 +60,15 @@ struct LocationsEntry {
     std::string profileText; // the text of cboLocationProfile
     Locations locations;
 };
+class ProfileEditor;
 class ProgramDialogs {
   public:
     virtual ~ProgramDialogs() = default;
     // frmLocations with the non-empty profiles of settings. The check box changes settings.AskLocationAtStart
     // at once. None when the dialog was closed without cmdAccept.
     virtual std::optional<LocationsEntry> ShowLocations(Settings& settings) = 0;
+    // frmLocationProfiles, and frmLocationProfileModify from there.
+    virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
 };
 
 } // namespace korvadex

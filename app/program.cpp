@@ -1,6 +1,7 @@
 #include "app/program.h"
 
 #include "app/locations_entry.h"
+#include "app/profiles.h"
 #include "package/component_files.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
@@ -195,6 +196,13 @@ void Program::ChangeLocations() {
             RefreshPackageList(); // other packages are installed there
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
             LoadStaging(); // what is shown is no longer Staging
+    });
+}
+
+void Program::EditLocationProfiles() {
+    Run([&] {
+        ProfileEditor profiles(files, user, settings);
+        dialogs.ShowLocationProfiles(profiles);
     });
 }
 

@@ -73,6 +73,7 @@ class Program : private MainWindow {
     // An archive that was not chosen in the dialog (dropped on the window); goes to the Staging side first.
     void ProcessArchive(const std::string& path);
     void ChangeLocations();
+    void EditLocationProfiles();
     void OpenReadMe();
 
     const MainView& View() const { return view; }

@@ -1,4 +1,6 @@
 #include "app/locations_entry.h"
+#include "app/profiles.h"
+#include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/recording_form.h"
 
@@ -224,6 +226,67 @@ TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
         EXPECT_EQ(settings.LocationProfiles[static_cast<std::size_t>(row.expected)].HangarDir,
                   locations.HangarDir);
     }
+}
+
+TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
+    const std::string exists = "The Profile Name you've entered already exists.";
+    const LocationProfile stored{"Two", "C:\\old", "", "", "Jets\\Lear"};
+    struct Row {
+        const char *name, *entered, *staging, *hangar, *msfs;
+        std::vector<std::string> messages;
+    };
+    const Row rows[] = {
+        {"its own name", " Two ", "Staging", "Hangar", "FS", {}},
+        {"a new name", "3", "Staging\\", "Hangar\\", "FS\\", {}},
+        {"that of another", "MAIN", "Staging", "Hangar", "FS", {exists}},
+        {"that of two others", "twice", "Staging", "Hangar", "FS", {exists, exists}},
+        {"blanks, and nothing else is right",
+         "  ",
+         "!",
+         "!c:",
+         "Hangar",
+         {"Please enter a Profile Name.",
+          "Please enter a valid directory for the Staging location (i.e. c:\\staging).", InvalidHangar,
+          "Cannot find an 'aircraft' subdirectory..."}},
+        {"no byte in kx.ini",
+         "\xD0\x96",
+         "Staging",
+         "Hangar",
+         "FS",
+         {"The Profile Name you've entered has..."}},
+        {"files in Staging", "Two", "Full", "Hangar", "FS", {NotEmpty}},
+        {"one place twice",
+         "Two",
+         "Staging",
+         "Staging",
+         "FS",
+         {"The directory you specified for the Staging..."}},
+    };
+    drive.Put("Full\\file.txt", "x");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        settings.LocationProfiles[0].name = "Main";
+        settings.LocationProfiles[2] = stored;
+        settings.LocationProfiles[7].name = settings.LocationProfiles[8].name = "Twice";
+        ProfileEditor profiles(drive.Files(), user, settings);
+        for (const auto& message : row.messages)
+            user.Expect(message, Answer::Ok, MessageIcon::Exclamation);
+        LocationProfile entry{row.entered, Path(row.staging), Path(row.hangar), Path(row.msfs), ""};
+        EXPECT_EQ(profiles.Accept(2, entry), row.messages.empty());
+        const auto& now = settings.LocationProfiles[2];
+        EXPECT_EQ(entry.name + entry.MsfsDir, std::string(Trim(row.entered)) + AddBackslash(Path(row.msfs)));
+        const auto& expected = row.messages.empty() ? entry : stored;
+        EXPECT_EQ(now.name + now.StagingDir + now.HangarDir + now.MsfsDir + now.firstPackage,
+                  expected.name + expected.StagingDir + expected.HangarDir + expected.MsfsDir + "Jets\\Lear");
+    }
+    ProfileEditor profiles(drive.Files(), user, settings);
+    profiles.Clear(2);
+    EXPECT_EQ(settings.LocationProfiles[2].name + settings.LocationProfiles[2].firstPackage, "");
+    user.Expect("You cannot modify a profile that is currently in use here.  Please use the 'Locations' "
+                "option to modify the current profile.",
+                Answer::Ok, MessageIcon::Exclamation);
+    EXPECT_FALSE(profiles.CanModify(0));
+    EXPECT_TRUE(profiles.CanModify(1));
 }
 
 } // namespace

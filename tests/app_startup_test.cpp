@@ -1,3 +1,4 @@
+#include "app/profiles.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
 
@@ -188,6 +189,19 @@ TEST_F(ChangeOfLocations, AnotherHangarStartsTheProgramAgain) {
 
     Start();
     EXPECT_EQ(form.view.categories, std::vector<std::string>{"Props"});
+}
+
+TEST_F(ChangeOfLocations, AClearedProfileLeavesTheSettingsFile) {
+    PutSettings("", "ALTLOCATION4=Other\r\nALTSTAGINGDIR4=C:\\s\\\r\nALTHANGARDIR4=C:\\h\\\r\nALTMSFSDIR4=C:"
+                    "\\f\\\r\nALTFIRSTPACKAGE4=Jets\\Lear\r\n");
+    Start();
+    dialogs.editProfiles = [](ProfileEditor& profiles) {
+        EXPECT_EQ(profiles.Names()[4], "Other");
+        profiles.Clear(4);
+    };
+    program->EditLocationProfiles();
+    program->Shutdown();
+    EXPECT_EQ(SavedSettings(), SettingsText());
 }
 
 TEST_F(ChangeOfLocations, WithoutASaveThereIsNoRestart) {

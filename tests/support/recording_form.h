@@ -76,6 +76,10 @@ class ScriptedLocations : public ProgramDialogs {
         return answer;
     }
 
+    // What is done while frmLocationProfiles is open.
+    std::function<void(ProfileEditor&)> editProfiles;
+    void ShowLocationProfiles(ProfileEditor& profiles) override { editProfiles(profiles); }
+
   private:
     std::deque<std::optional<LocationsEntry>> answers;
 };
