@@ -106,13 +106,28 @@ void Program::SetFirstPackage() {
     });
 }
 
+std::optional<std::string> Program::ComponentPath(int group, int position) const {
+    if (group < 0 || group >= GroupCount)
+        return std::nullopt;
+    const auto& entries = package.ComponentFiles[static_cast<std::size_t>(group)];
+    if (position < 0 || position >= static_cast<int>(entries.size()))
+        return std::nullopt;
+    return entries[static_cast<std::size_t>(position)].path;
+}
+
 void Program::OpenComponent(int group, int position) {
     Run([&] {
-        if (group < 0 || group >= GroupCount)
-            return;
-        const auto& entries = package.ComponentFiles[static_cast<std::size_t>(group)];
-        if (position >= 0 && position < static_cast<int>(entries.size()))
-            OpenComponentFile(context, entries[static_cast<std::size_t>(position)].path);
+        if (const auto path = ComponentPath(group, position))
+            OpenComponentFile(context, *path);
+    });
+}
+
+void Program::ShowComponentInFolder(int group, int position) {
+    Run([&] {
+        const auto path = ComponentPath(group, position);
+        if (path && !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
+            user.Tell("The directory " + ParentDirectory(*path) + " could not be opened.",
+                      MessageIcon::Exclamation);
     });
 }
 
@@ -170,11 +185,20 @@ void Program::PressToolbarKey(const std::string& key) {
     });
 }
 
-void Program::ProcessArchive(const std::string& path) {
+void Program::ProcessArchives(const std::vector<std::string>& paths) {
     Run([&] {
         if (view.HangarSideShown)
             ShowStagingSide();
-        RunStagingCommand(ProcessZipIntoStaging, path);
+        std::string which; // the questions do not name the archive
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            if (paths.size() > 1)
+                which = LastPathComponent(paths[i]) + "  (" + std::to_string(i + 1) + " of " +
+                        std::to_string(paths.size()) + ")";
+            ShowStatus(which);
+            RunStagingCommand(ProcessZipIntoStaging, paths[i]);
+        }
+        if (view.status == which)
+            ShowStatus("");
     });
 }
 

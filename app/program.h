@@ -10,6 +10,7 @@
 #include "package/erase_staging.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,6 +55,7 @@ class Program : private MainWindow {
     void Refresh();
     void SetFirstPackage();
     void OpenComponent(int group, int position);
+    void ShowComponentInFolder(int group, int position); // in the system's file manager
     void DeleteComponents(int group, const std::vector<int>& positions);
 
     // --- the list window frmFileList
@@ -70,8 +72,9 @@ class Program : private MainWindow {
     void RunCommand(Side processor, int code);
     // A key of the toolbar, as in its table; an unknown key does nothing.
     void PressToolbarKey(const std::string& key);
-    // An archive that was not chosen in the dialog (dropped on the window); goes to the Staging side first.
-    void ProcessArchive(const std::string& path);
+    // Archives that were not chosen in the dialog (dropped on the window), one after the other; goes to the
+    // Staging side first. One that the user declines to add is left out.
+    void ProcessArchives(const std::vector<std::string>& paths);
     void ChangeLocations();
     void EditLocationProfiles();
     void OpenReadMe();
@@ -91,6 +94,9 @@ class Program : private MainWindow {
     void RefreshPackageList() override;
     void RefreshPackageDisplay() override;
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+
+    // The file at a position of a component list; none when there is no such position.
+    std::optional<std::string> ComponentPath(int group, int position) const;
 
     // program.cpp: one command from the window's event to the window's new state.
     void Run(const std::function<void()>& command);

@@ -164,7 +164,10 @@ TEST_F(Sides, OpeningAndDeletingFiles) {
                                     "open " + drive.At("Hangar\\Jets\\Concorde\\Documentation\\readme.txt")});
     program->OpenComponent(Documentation, 1);
     program->OpenComponent(GroupCount, 0);
+    program->ShowComponentInFolder(Documentation, 1);
     EXPECT_EQ(launcher.started.size(), 1u);
+    program->ShowComponentInFolder(Documentation, 0);
+    EXPECT_EQ(launcher.started.back(), "explore " + drive.At("Hangar\\Jets\\Concorde\\Documentation\\"));
 
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
     program->DeleteComponents(Documentation, {0});

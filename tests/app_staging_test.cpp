@@ -11,6 +11,7 @@ namespace korvadex::test {
 namespace {
 
 using Tree = std::map<std::string, std::string>;
+using Names = std::vector<std::string>;
 
 constexpr const char* Erase = "Are you sure you want to erase everything in the staging directory?";
 constexpr const char* AskClear = "Done.\n\nWould you like to clear the Staging area at this point?";
@@ -279,12 +280,31 @@ TEST_F(StagingCommands, AnArchiveIsAddedOnRequest) {
     drive.Put("Downloads\\extra.zip", ZipBuilder().Add("extra.txt", "more").Bytes());
     program->GoToHangar();
     user.Expect(AskAdd, Answer::Yes);
-    program->ProcessArchive(drive.At("Downloads\\extra.zip"));
+    program->ProcessArchives({drive.At("Downloads\\extra.zip")});
     EXPECT_EQ(drive.Get("Staging\\ZIP_extra.zip\\extra.txt"), "more");
     EXPECT_EQ(form.view.header, "S T A G I N G");
     EXPECT_EQ(program->Package().ComponentFiles[Documentation].size(), 3u);
     program->Shutdown();
     EXPECT_NE(SavedSettings().find("LOCATIONLASTZIP=" + drive.At("Downloads\\") + "\r\n"), std::string::npos);
+}
+
+TEST_F(StagingCommands, SeveralArchivesOneAfterTheOther) {
+    Names paths;
+    for (const char* name : {"one", "two", "three"}) {
+        paths.push_back(drive.At("Downloads\\" + std::string(name) + ".zip"));
+        drive.Put("Downloads\\" + std::string(name) + ".zip",
+                  ZipBuilder().Add(name + std::string(".txt"), name).Bytes());
+    }
+    Start();
+    user.Expect(AskAdd, Answer::No)
+        .Then([this] { EXPECT_EQ(form.status, "two.zip  (2 of 3)"); })
+        .Expect(AskAdd, Answer::Yes);
+    program->ProcessArchives(paths);
+    EXPECT_EQ(drive.Tree("Staging"), (Tree{{"ZIP_one.zip\\", ""},
+                                           {"ZIP_one.zip\\one.txt", "one"},
+                                           {"ZIP_three.zip\\", ""},
+                                           {"ZIP_three.zip\\three.txt", "three"}}));
+    EXPECT_EQ(form.status, "");
 }
 
 TEST_F(StagingCommands, TheFirstArchiveFromTheHangarSide) {
