@@ -1,0 +1,201 @@
+// A collection of 2,000 packages in 20 categories: how long the program takes to start on it, and to build each of the
+// overviews of the list window. "Cold" is a file system that has seen nothing of the disk yet, "warm" one that has just
+// done the same.
+#include "app/program.h"
+#include "platform/drive_map_posix.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+
+namespace korvadex::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int Categories = 20, PackagesPerCategory = 100;
+constexpr int InstalledEvery = 10, PicturelessEvery = 4;
+
+void Put(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// The drive C: of the benchmarks; removed at the end.
+class Collection {
+  public:
+    Collection() {
+        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            throw std::runtime_error("no temporary directory could be made");
+        root = pattern;
+        for (const char* directory : {"Staging", "FS/aircraft", "FS/gauges"})
+            fs::create_directories(root / directory);
+        Put(root / "App/kx.ini", "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\n"
+                                 "ALTHANGARDIR0=C:\\Hangar\\\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\n"
+                                 "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+        for (int number = 0; number < Categories * PackagesPerCategory; ++number)
+            MakePackage(number);
+    }
+    ~Collection() { fs::remove_all(root); }
+    Collection(const Collection&) = delete;
+    Collection& operator=(const Collection&) = delete;
+
+    std::unique_ptr<FileSystem> Files() const {
+        DriveMap map;
+        map.directories['c'] = root.string();
+        return MakeDriveFileSystem(map);
+    }
+
+  private:
+    void MakePackage(int number) const {
+        const std::string name = "Package " + std::to_string(number);
+        const fs::path package = root / "Hangar" / ("Category " + std::to_string(number % Categories)) / name;
+        Put(package / "aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
+        Put(package / "Panel/panel.cfg", "[Window00]\r\n");
+        if (number % PicturelessEvery != 0)
+            for (const char* picture : {"(first).jpg", "second.jpg"})
+                Put(package / "Images" / picture, "");
+        if (number % InstalledEvery == 0)
+            fs::create_directories(root / "FS/aircraft" / ("Package_" + std::to_string(number)));
+    }
+
+    fs::path root;
+};
+
+// ---- a person and windows that do nothing
+
+class SilentUser : public UserDialogs {
+  public:
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons, MessageIcon,
+                              const MessageOptions&) override {
+        throw std::runtime_error("unexpected: " + text);
+    }
+    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
+    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return std::nullopt; }
+    void ShowInstallStatus(const std::string&) override {}
+    void ShowImportStatus(const std::string&) override {}
+};
+
+class UnseenForm : public MainForm {
+  public:
+    void ShowView(const MainView&, const LoadedPackage&) override {}
+    void ShowStatus(const std::string&) override {}
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    bool IsFileListVisible() const override { return false; }
+    ScreenSize Screen() const override { return {15000, 20000}; }
+    void ApplyGeometry(const SavedGeometry&) override {}
+    std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
+    void ApplyListGeometry(const WindowGeometry&) override {}
+    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
+    void EndProgram() override {}
+};
+
+class UnseenDialogs : public ProgramDialogs {
+  public:
+    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
+    void ShowLocationProfiles(ProfileEditor&) override {}
+};
+
+class NoLauncher : public Launcher {
+  public:
+    bool OpenInEditor(const std::string&) override { return false; }
+    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
+    int OpenDocument(const std::string&) override { return 0; }
+    bool StartProgram(const std::string&) override { return false; }
+};
+
+// ---- what is measured
+
+void Start(benchmark::State& state, const Collection& collection, bool isCold) {
+    auto files = collection.Files();
+    SilentUser user;
+    UnseenForm form;
+    UnseenDialogs dialogs;
+    NoLauncher launcher;
+    for ([[maybe_unused]] auto turn : state) {
+        if (isCold)
+            files = collection.Files();
+        Program program(*files, launcher, user, dialogs, form, "C:\\App\\", "");
+        if (!program.Start() ||
+            program.View().statusCounts != "2000 packages  -  200 installed in MSFS  -  Staging is empty") {
+            state.SkipWithError("the program did not start as it should");
+            return;
+        }
+    }
+}
+
+void BuildList(benchmark::State& state, const Collection& collection, std::string_view caption, bool isCold,
+               std::size_t expected) {
+    const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    auto files = collection.Files();
+    for ([[maybe_unused]] auto turn : state) {
+        if (isCold)
+            files = collection.Files();
+        const auto categories = SubdirectoryNames(*files, locations.HangarDir);
+        const auto overview =
+            BuildOverview(caption, ListHangar(*files, locations, categories), *files, locations.HangarDir);
+        if (!overview || overview->lines.size() != expected) {
+            state.SkipWithError("the overview is not what it should be");
+            return;
+        }
+    }
+    state.counters["lines"] = static_cast<double>(expected);
+}
+
+} // namespace
+
+int RunAll(int count, char** arguments) {
+    benchmark::Initialize(&count, arguments);
+    if (benchmark::ReportUnrecognizedArguments(count, arguments))
+        return 2;
+    const Collection collection;
+    struct List {
+        std::string caption;
+        std::size_t lines;
+    };
+    constexpr std::size_t All = Categories * PackagesPerCategory, Headings = 3 * Categories;
+    // A fourth of the packages, those of every fourth category, have no pictures.
+    const List lists[] = {{std::string(PackageListCaption), All + Headings},
+                          {std::string(InstalledListCaption), All / InstalledEvery},
+                          {std::string(NoImagesListCaption), All / PicturelessEvery + Headings / 4},
+                          {std::string(CategoryPackagesCaption) + "Category 7", PackagesPerCategory},
+                          {std::string(CategoryListCaption), Categories}};
+    for (const bool isCold : {true, false}) {
+        const std::string suffix = isCold ? ", cold" : ", warm";
+        benchmark::RegisterBenchmark(("Start" + suffix).c_str(), [&collection, isCold](auto& state) {
+            Start(state, collection, isCold);
+        })->Unit(benchmark::kMillisecond);
+        for (const auto& list : lists)
+            benchmark::RegisterBenchmark((list.caption + suffix).c_str(), [&collection, list,
+                                                                           isCold](auto& state) {
+                BuildList(state, collection, list.caption, isCold, list.lines);
+            })->Unit(benchmark::kMillisecond);
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
+
+} // namespace korvadex::bench
+
+int main(int count, char** arguments) {
+    try {
+        return korvadex::bench::RunAll(count, arguments);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "lists_bench: %s\n", failure.what());
+        return 1;
+    }
+}
