@@ -137,6 +137,7 @@ class Program : private MainWindow {
     // Lists the whole Hangar.
     void TakeStock();
     void UpdateStatusCounts();
+    void PreselectPackage(std::string_view name);
     void SelectCategory(int index);
     bool SelectPackage(std::string_view line);
     bool SelectPackageIn(int category, std::string_view name);

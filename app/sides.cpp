@@ -177,6 +177,11 @@ void Program::RefreshSelection() {
         view.packageIndex = oldIndex < static_cast<int>(view.packages.size()) ? oldIndex : 0;
 }
 
+void Program::PreselectPackage(std::string_view name) {
+    if (const int index = IndexOf(view.packages, name); index >= 0)
+        view.packageIndex = index;
+}
+
 void Program::SelectCategory(int index) {
     if (index < 0 || index >= static_cast<int>(view.categories.size()))
         return;

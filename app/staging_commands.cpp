@@ -91,6 +91,7 @@ void Program::CopyToHangar() {
     if (!CopyPackageTo(context, package, destination))
         return;
     RefreshPackageList();
+    PreselectPackage(name); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
     // What arrived while the package was copied is in no package yet.
