@@ -1,4 +1,5 @@
 // The dialogs, answered with mouse and keys.
+#include "app/profiles.h"
 #include "tests/support/modal_user.h"
 #include "tests/support/temporary_drive.h"
 #include "ui/dialogs.h"
@@ -272,29 +273,140 @@ TEST_F(DialogTest, TheBrowserShowsDirectoriesOnlyAndNoScratch) {
     EXPECT_FALSE(browser.BrowseCancelled());
 }
 
+TEST_F(LocationsTest, AProfileIsEnteredCorrectedAndCleared) {
+    drive.MakeDirectory("S7");
+    drive.MakeDirectory("H7");
+    drive.MakeDirectory("CFS\\aircraft");
+    ProfileEditor profiles(drive.Files(), dialogs, settings);
+    const auto at = [&](const char* name) { return QString::fromStdString(drive.At(name)); };
+    const auto name = [](const QWidget& window, const char* box) {
+        return Control<QLineEdit>(window, box).text().toStdString();
+    };
+    user.Expect("frmLocationProfiles", [&](QWidget& window) {
+        EXPECT_EQ(Control<QLabel>(window, "lblProfileNames").text(), "Profile Names");
+        EXPECT_EQ(name(window, "txtLocationProfile_0"), "FS2002");
+        EXPECT_EQ(name(window, "txtLocationProfile_9"), "");
+        EXPECT_EQ(Control<QPushButton>(window, "cmdModifyProfile_9").text(), "Modify");
+        Click(window, "cmdModifyProfile_0"); // in use
+        Click(window, "cmdModifyProfile_7");
+        EXPECT_EQ(name(window, "txtLocationProfile_7"), "Seven");
+        EXPECT_EQ(settings.LocationProfiles[7].StagingDir, drive.At("S7\\"));
+        Click(window, "cmdModifyProfile_7");
+        EXPECT_EQ(name(window, "txtLocationProfile_7"), "Seven") << "cancelled";
+        Click(window, "cmdModifyProfile_4");
+        EXPECT_EQ(name(window, "txtLocationProfile_4"), "");
+        Click(window, "OKButton");
+    });
+    user.ExpectMessage("You cannot modify a profile that is currently in use here.*", "OK");
+    user.Expect("frmLocationProfileModify", [&](QWidget& window) {
+        Type(window, "txtProfileName", "  cfs ");
+        Type(window, "txtStagingDir", at("S7"));
+        Type(window, "txtHangarDir", at("H7"));
+        Type(window, "txtMSFSDir", at("CFS"));
+        Click(window, "cmdAccept");
+        EXPECT_TRUE(window.isVisible()) << "the name is another profile's";
+        EXPECT_EQ(name(window, "txtProfileName"), "cfs");
+        EXPECT_EQ(name(window, "txtMSFSDir"), drive.At("CFS\\"));
+        Type(window, "txtProfileName", "Seven");
+        Click(window, "cmdHangarDir");
+        PressKey(window, Qt::Key_Return); // Accept
+    });
+    user.ExpectMessage("The Profile Name you've entered already exists.", "OK");
+    user.Expect("frmDirSelect", [](QWidget& window) { Click(window, "cmdCancel"); });
+    user.Expect("frmLocationProfileModify", [&](QWidget& window) {
+        EXPECT_EQ(name(window, "txtHangarDir"), drive.At("H7\\"));
+        Type(window, "txtProfileName", "Eight");
+        Click(window, "cmdCancel");
+    });
+    user.Expect("frmLocationProfileModify", [](QWidget& window) { Click(window, "cmdClear"); });
+    dialogs.ShowLocationProfiles(profiles);
+}
+
+struct ListWindow : frmFileList {
+    ListWindow() : frmFileList(nullptr) {}
+    QListWidget& lines = Control<QListWidget>(*this, "lstFileList");
+    QLineEdit& filter = Control<QLineEdit>(*this, "txtFilter");
+
+    QStringList Seen() const {
+        QStringList texts;
+        for (int row = 0; row < lines.count(); ++row)
+            if (!lines.isRowHidden(row))
+                texts.append(lines.item(row)->text());
+        return texts;
+    }
+};
+
 TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
-    frmFileList list(nullptr);
+    ListWindow list;
     EXPECT_FALSE(list.LastGeometry());
     list.ApplyGeometry({1500, 3000, 6000, 4500});
     QSignalSpy chosen(&list, &frmFileList::LineChosen);
-    list.ShowLines("panel used in ...", {"< B 17 >", "Orvane Courier"});
-    EXPECT_EQ(list.windowTitle(), "panel used in ...");
+    std::vector<std::string> lines = {"", " -->  Jets",  "", "< B 17 >", "Orvane Courier",
+                                      "", " -->  Props", "", "< B 17 >", "Pinehill Courier"};
+    list.ShowLines("Package List", lines);
+    EXPECT_EQ(list.windowTitle(), "Package List");
     EXPECT_FALSE(list.isModal());
     EXPECT_EQ(list.size(), QSize(300, 400)); // 15 twips to the pixel
+    ClickRow(list.lines, 3);
+    QTest::keyClick(&list.lines, Qt::Key_Down);
+    QTest::keyClick(&list.lines, Qt::Key_Return);
 
-    auto& lines = Control<QListWidget>(list, "lstFileList");
-    ClickRow(lines, 0);
-    QTest::keyClick(&lines, Qt::Key_Down);
-    QTest::keyClick(&lines, Qt::Key_Return);
-    ASSERT_EQ(chosen.size(), 2);
-    EXPECT_EQ(chosen[0][0].toString(), "< B 17 >");
-    EXPECT_EQ(chosen[1][0].toString(), "Orvane Courier");
+    // What is narrowed is only what is seen: a line keeps its position.
+    Type(list, "txtFilter", "COUR");
+    EXPECT_EQ(list.Seen(), QStringList({" -->  Jets", "Orvane Courier", " -->  Props", "Pinehill Courier"}));
+    QTest::keyClick(&list.filter, Qt::Key_Down);
+    QTest::keyClick(&list.filter, Qt::Key_Down);
+    QTest::keyClick(&list.filter, Qt::Key_Return);
+    Type(list, "txtFilter", "b 17");
+    QTest::keyClick(&list.filter, Qt::Key_Enter); // the first that is left
+    ClickRow(list.lines, 8);
+    Type(list, "txtFilter", "jets");
+    EXPECT_EQ(list.Seen(), QStringList()) << "a heading alone leads nowhere";
+    QTest::keyClick(&list.filter, Qt::Key_Return);
+    QTest::keyClick(&list.filter, Qt::Key_Escape);
+    EXPECT_TRUE(list.isVisible());
+    EXPECT_EQ(list.Seen().size(), 10);
+
+    std::vector<int> rows;
+    for (const auto& signal : chosen)
+        rows.push_back(signal[0].toInt());
+    EXPECT_EQ(rows, std::vector({3, 4, 9, 3, 8}));
+
+    list.ShowLines("Package Categories", {" -->  Jets", " -->  Props"});
+    Type(list, "txtFilter", "prop");
+    EXPECT_EQ(list.Seen(), QStringList(" -->  Props"));
 
     list.resize(330, 420);
     Click(list, "cmdCancel");
     EXPECT_FALSE(list.isVisible());
     ASSERT_TRUE(list.LastGeometry());
     EXPECT_EQ(list.LastGeometry()->width, 330 * 15);
+}
+
+TEST_F(DialogTest, ARefreshedListKeepsThePlaceAndTheFilter) {
+    ListWindow list;
+    std::vector<std::string> lines;
+    for (int i = 0; i < 2000; ++i)
+        lines.push_back("Package " + std::to_string(i));
+    list.ShowLines("Package List", lines);
+    list.lines.setCurrentRow(1500);
+    auto& scroll = *list.lines.verticalScrollBar();
+    const int place = scroll.value();
+    ASSERT_GT(place, 0);
+
+    lines.erase(lines.begin() + 3);
+    lines[1499] = "< Package 1500 >";
+    list.ShowLines("Package List", lines);
+    EXPECT_EQ(list.lines.currentItem()->text(), "< Package 1500 >");
+    EXPECT_EQ(scroll.value(), place);
+
+    Type(list, "txtFilter", "199");
+    lines.pop_back();
+    list.ShowLines("Package List", lines);
+    EXPECT_EQ(list.Seen().size(), 11); // 199, 1199, 1990 to 1998
+    list.ShowLines("Packages in Jets", lines);
+    EXPECT_EQ(list.Seen().size(), 1998);
+    EXPECT_EQ(scroll.value(), 0);
 }
 
 TEST_F(DialogTest, TheSplashMakesWayForTheMainWindow) {

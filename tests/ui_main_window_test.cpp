@@ -1,7 +1,12 @@
 // The main window: what it shows, what it offers, and that everyone can reach it.
+#include "package/file_primitives.h"
+#include "platform/windows_path.h"
+#include "tests/support/command_fixture.h"
 #include "tests/support/modal_user.h"
 #include "tests/support/temporary_drive.h"
+#include "tests/support/zip_builder.h"
 #include "ui/component_lists.h"
+#include "ui/dialogs.h"
 #include "ui/frmHangar.h"
 #include "ui/menus.h"
 #include "ui/picture_box.h"
@@ -113,14 +118,17 @@ TEST_F(MainWindowTest, EachSideHasItsOwnControls) {
 TEST_F(MainWindowTest, MenuEntriesGiveTheirCodeToTheirProcessor) {
     auto& menus = *Control<QMenuBar>(window, "mnuBar").findChild<Menus*>();
     QSignalSpy commands(&menus, &Menus::CommandChosen);
-    for (const char* name : {"mnuStagingToHangar", "mnuProcessZipFile", "mnuRemoveStaging", "mnuHangarToMsfs",
-                             "mnuRemoveFromMsfs", "mnuRename", "mnuUnusedGauges"})
+    for (const char* name :
+         {"mnuStagingToHangar", "mnuProcessZipFile", "mnuRemoveStaging", "mnuRemovePanelFromStaging",
+          "mnuRemoveAircraftFromStaging", "mnuRemoveSoundFromStaging", "mnuHangarToMsfs", "mnuRemoveFromMsfs",
+          "mnuRename", "mnuUnusedGauges"})
         Control<QAction>(window, name).trigger();
     std::vector<std::pair<Side, int>> given;
     for (const auto& command : commands)
         given.emplace_back(command[0].value<Side>(), command[1].toInt());
     const std::vector<std::pair<Side, int>> expected = {
-        {Side::Staging, 0}, {Side::Staging, 1}, {Side::Staging, 4}, {Side::Hangar, 0}, {Side::Hangar, 1}};
+        {Side::Staging, 0}, {Side::Staging, 1}, {Side::Staging, 4}, {Side::Staging, 5},
+        {Side::Staging, 6}, {Side::Staging, 7}, {Side::Hangar, 0},  {Side::Hangar, 1}};
     EXPECT_EQ(given, expected) << "the last two are not built";
 }
 
@@ -211,8 +219,8 @@ TEST_F(MainWindowTest, EveryControlHasANameAndItsTurnInTheTabOrder) {
             widget->objectName().startsWith("lst"))
             order.append(widget->objectName());
     }
-    QStringList expected = {"cboPackageCategory", "cboPackageName", "txtPackageName",
-                            "txtAircraftName",    "txtPanelAlias",  "txtSoundAlias"};
+    QStringList expected = {"cboPackageCategory", "txtPackageFilter", "cboPackageName", "txtPackageName",
+                            "txtAircraftName",    "txtPanelAlias",    "txtSoundAlias"};
     for (int group = 0; group < GroupCount; ++group)
         expected.append(QString("lstComponents_%1").arg(group));
     EXPECT_EQ(order, expected);
@@ -230,7 +238,7 @@ TEST_F(MainWindowTest, AccessKeysAreUnique) {
     };
     Show();
     for (const auto* label : window.findChildren<QLabel*>())
-        if (label->buddy())
+        if (label->buddy() && label->window() == &window)
             add(label->text());
     for (const auto* button : window.findChildren<QPushButton*>())
         if (button->window() == &window)
@@ -278,6 +286,203 @@ TEST_F(MainWindowTest, ProgressIsShownWhileACommandRuns) {
     EXPECT_EQ(bar.value(), 4);
     window.HideProgress();
     EXPECT_FALSE(bar.isVisible());
+}
+
+// The window with the program behind it: two categories, the shown one with five packages, and Staging empty.
+class RunningWindowTest : public testing::Test {
+  protected:
+    RunningWindowTest() {
+        for (const char* name : {"Learjet", "Piper Cub", "Cub Crafter", "Beaver", "Super cub"})
+            drive.Put("Hangar\\Jets\\" + std::string(name) + "\\Documentation\\read.txt", name);
+        drive.Put("Hangar\\Jets\\Beaver\\Documentation\\more.txt", "x");
+        drive.MakeDirectory("Hangar\\Props\\Dakota");
+        drive.MakeDirectory("FS\\aircraft\\Super_cub");
+        drive.MakeDirectory("FS\\gauges");
+        drive.MakeDirectory("Staging");
+        drive.Put("App\\kx.ini", "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=" + drive.At("Staging\\") +
+                                     "\r\nALTHANGARDIR0=" + drive.At("Hangar\\") +
+                                     "\r\nALTMSFSDIR0=" + drive.At("FS\\") + "\r\n");
+        window.SetProgram(&program);
+        dialogs.SetMainWindow(&window);
+        EXPECT_TRUE(program.Start());
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        Pick(window, "cboPackageCategory", "Jets");
+    }
+    ~RunningWindowTest() override { window.close(); }
+
+    void ShowPackage(const char* name) {
+        int index = 0;
+        while (WithoutInstalledMarks(program.View().packages[std::size_t(index)]) != name)
+            ++index;
+        program.ChoosePackage(index);
+    }
+    std::string Shown() {
+        const std::string& path = program.Package().path;
+        return LastPathComponent(path.substr(0, path.size() - 1));
+    }
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        window.activateWindow(); // a message box may have been the last
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        QWidget* focus = window.focusWidget();
+        QTest::keyClick(focus ? focus : &window, key, modifiers);
+    }
+    std::string Text(const char* label) { return Control<QLabel>(window, label).text().toStdString(); }
+
+    TemporaryDrive drive;
+    RecordingLauncher launcher;
+    Dialogs dialogs{drive.Files()};
+    frmHangar window{drive.Files()};
+    Program program{drive.Files(), launcher, dialogs, dialogs, window, drive.At("App\\"), "the executable"};
+    ModalUser user;
+};
+
+TEST_F(RunningWindowTest, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
+    ShowPackage("Beaver");
+    const auto packages = program.View().packages;
+    auto& chooser = Control<QComboBox>(window, "cboPackageName");
+    auto& filter = Control<QLineEdit>(window, "txtPackageFilter");
+    Press(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(filter.hasFocus());
+    QTest::keyClicks(&filter, "CUB");
+    EXPECT_EQ(Text("lblFilterCount"), "3 of 5");
+    EXPECT_EQ(Shown(), "Beaver") << "filtered out of view, yet shown";
+    EXPECT_EQ(chooser.currentText(), "Beaver");
+
+    // Enter takes the first that is left; the keys pass over the others, those of the open list too.
+    std::vector<std::string> cubs;
+    for (const auto& line : packages)
+        if (QString::fromStdString(line).contains("cub", Qt::CaseInsensitive))
+            cubs.push_back(WithoutInstalledMarks(line));
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Shown(), cubs[0]);
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Shown(), cubs[1]);
+    Press(Qt::Key_F, Qt::ControlModifier);
+    Press(Qt::Key_Down);
+    ASSERT_TRUE(chooser.view()->isVisible());
+    int visible = 0;
+    for (int row = 0; row < chooser.count(); ++row)
+        visible += !chooser.view()->visualRect(chooser.model()->index(row, 0)).isEmpty();
+    EXPECT_EQ(visible, 3);
+    QTest::keyClick(chooser.view(), Qt::Key_Down);
+    QTest::keyClick(chooser.view(), Qt::Key_Return);
+    EXPECT_EQ(Shown(), cubs[2]);
+    EXPECT_EQ(program.View().packages, packages);
+
+    // It stays through a command; Escape takes it away and leads back to the chooser.
+    Press(Qt::Key_F5);
+    EXPECT_EQ(Text("lblFilterCount"), "3 of 5");
+    filter.setFocus();
+    Press(Qt::Key_Escape);
+    EXPECT_TRUE(chooser.hasFocus());
+    EXPECT_EQ(filter.text() + Control<QLabel>(window, "lblFilterCount").text(), "");
+    while (chooser.currentIndex() > 0)
+        Press(Qt::Key_Up);
+    EXPECT_EQ(Shown(), WithoutInstalledMarks(packages[0]));
+
+    const auto below = [&] {
+        return Control<QWidget>(window, "txtAircraftName").mapTo(&window, QPoint()).y();
+    };
+    const int place = below();
+    Click(window, "cmdGoToStaging");
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(filter.isEnabled());
+    EXPECT_EQ(below(), place);
+}
+
+TEST_F(RunningWindowTest, EveryArchiveThatIsDroppedIsProcessed) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const char* name : {"one.zip", "notes.txt", "TWO.ZIP"}) {
+        drive.Put(name, ZipBuilder().Add(std::string(name) + ".txt", "x").Bytes());
+        urls.append(QUrl::fromLocalFile(QString::fromStdString(drive.Files().HostPath(drive.At(name)))));
+    }
+    const auto drop = [&] {
+        data.setUrls(urls);
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(&window, &enter);
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(&window, &event);
+        QCoreApplication::processEvents();
+        return enter.isAccepted() && event.isAccepted();
+    };
+    EXPECT_EQ(Text("lblCounts"), "6 packages  -  1 installed in MSFS  -  Staging is empty");
+    user.ExpectMessage(
+        "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)", "Yes");
+    EXPECT_TRUE(drop());
+    user.Finish();
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_one.zip\\one.zip.txt"));
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_TWO.ZIP\\TWO.ZIP.txt"));
+    EXPECT_EQ(Text("lblHeader"), StagingHeader);
+    EXPECT_EQ(Text("lblCounts"), "6 packages  -  1 installed in MSFS  -  Staging contains files");
+    urls = {urls[1]};
+    EXPECT_FALSE(drop());
+}
+
+TEST_F(RunningWindowTest, KeysDoWhatTheShownSideOffers) {
+    ShowPackage("Beaver");
+    const auto question = "Are you sure you want to remove this package from the Flight Simulator directory?";
+    user.ExpectMessage("This package is not currently installed in Flight Simulator.", "OK");
+    Press(Qt::Key_U, Qt::ControlModifier);
+    user.Finish();
+    ShowPackage("Super cub");
+    user.ExpectMessage(question, "No");
+    Press(Qt::Key_U, Qt::ControlModifier);
+    user.ExpectMessage("This package is already installed in Flight Simulator.", "OK");
+    Press(Qt::Key_I, Qt::ControlModifier);
+    user.Finish();
+    drive.Put("Hangar\\Jets\\Super cub\\Documentation\\new.txt", "x");
+    Press(Qt::Key_F5);
+    EXPECT_EQ(Control<QListWidget>(window, "lstComponents_7").count(), 2);
+
+    // From the Hangar, and by the menu's own entry.
+    for (int i = 0; i < 2; ++i) {
+        user.Expect("zipFileDialog", [](QWidget& dialog) { PressKey(dialog, Qt::Key_Escape); });
+        Press(Qt::Key_O, Qt::ControlModifier);
+        user.Finish();
+        EXPECT_EQ(Text("lblHeader"), StagingHeader);
+    }
+    Press(Qt::Key_I, Qt::ControlModifier); // these two ask nothing here
+    Press(Qt::Key_U, Qt::ControlModifier);
+    Press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_FALSE(Control<QLineEdit>(window, "txtPackageFilter").hasFocus());
+}
+
+TEST_F(RunningWindowTest, TheMenuOfAListOpensShowsAndDeletes) {
+    ShowPackage("Beaver");
+    auto& lists = Control<ComponentLists>(window, "tabComponents");
+    lists.setCurrentIndex(Documentation);
+    EXPECT_NE(lists.tabBar()->tabTextColor(Sound), lists.tabBar()->tabTextColor(Documentation));
+    auto& list = Control<QListWidget>(window, "lstComponents_7");
+    const auto choose = [&](const char* entry, QContextMenuEvent::Reason reason, const QPoint& at) {
+        QContextMenuEvent event(reason, at, list.mapToGlobal(at));
+        QWidget& target = reason == QContextMenuEvent::Mouse ? *list.viewport() : list;
+        QCoreApplication::sendEvent(&target, &event);
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_TRUE(menu);
+        QTest::mouseClick(menu, Qt::LeftButton, {},
+                          menu->actionGeometry(&Control<QAction>(*menu, entry)).center());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    list.setCurrentRow(1);
+    const QPoint at = list.visualItemRect(list.item(1)).center();
+    const auto directory = drive.At("Hangar\\Jets\\Beaver\\Documentation\\");
+    choose("mnuOpenComponent", QContextMenuEvent::Mouse, at);
+    choose("mnuShowComponentInFolder", QContextMenuEvent::Keyboard, {-500, -500});
+    EXPECT_EQ(launcher.started,
+              (std::vector<std::string>{"open " + directory + list.item(1)->text().toStdString(),
+                                        "explore " + directory}));
+    list.selectAll();
+    user.ExpectMessage("Are you sure you want to delete the 2 files selected?", "Yes");
+    choose("mnuDeleteComponents", QContextMenuEvent::Mouse, at);
+    user.Finish();
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_TRUE(drive.Tree("Hangar\\Jets\\Beaver\\Documentation\\").size() <= 1);
+    EXPECT_EQ(lists.tabBar()->tabTextColor(Sound), lists.tabBar()->tabTextColor(Documentation));
 }
 
 } // namespace korvadex::test

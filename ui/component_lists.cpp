@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QLocale>
+#include <QMenu>
+#include <QTabBar>
 
 #include <algorithm>
 
@@ -37,6 +39,9 @@ ComponentLists::ComponentLists(QWidget* parent) : QTabWidget(parent) {
         list->installEventFilter(this);
         connect(list, &QListWidget::itemDoubleClicked, this,
                 [this, group, list](QListWidgetItem* item) { emit OpenRequested(group, list->row(item)); });
+        list->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(list, &QListWidget::customContextMenuRequested, this,
+                [this, group](const QPoint& at) { ShowMenu(group, at); });
         lstComponents[std::size_t(group)] = list;
         addTab(list, GroupName(group));
     }
@@ -58,6 +63,21 @@ void ComponentLists::ShowFiles(const LoadedPackage& package) {
         const auto count = QString(" (%1)").arg(files.size());
         setTabText(group, files.empty() ? GroupName(group) : GroupName(group) + count);
     }
+    DimEmptyTabs();
+}
+
+void ComponentLists::DimEmptyTabs() {
+    for (int group = 0; group < GroupCount; ++group) {
+        const bool isEmpty = lstComponents[std::size_t(group)]->count() == 0;
+        // An invalid colour is that of the palette.
+        tabBar()->setTabTextColor(group, isEmpty ? palette().color(QPalette::PlaceholderText) : QColor());
+    }
+}
+
+void ComponentLists::changeEvent(QEvent* event) {
+    QTabWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        DimEmptyTabs();
 }
 
 bool ComponentLists::eventFilter(QObject* watched, QEvent* event) {
@@ -79,12 +99,49 @@ bool ComponentLists::PressKey(int group, int key) {
     }
     if (key != Qt::Key_Delete)
         return false;
+    emit DeleteRequested(group, SelectedPositions(group));
+    return true;
+}
+
+std::vector<int> ComponentLists::SelectedPositions(int group) const {
     std::vector<int> positions;
-    for (const auto& index : list->selectionModel()->selectedIndexes())
+    for (const auto& index : lstComponents[std::size_t(group)]->selectionModel()->selectedIndexes())
         positions.push_back(index.row());
     std::sort(positions.begin(), positions.end());
-    emit DeleteRequested(group, positions);
-    return true;
+    return positions;
+}
+
+void ComponentLists::ShowMenu(int group, const QPoint& at) {
+    QListWidget* list = lstComponents[std::size_t(group)];
+    const int row = list->currentRow();
+    // The mouse selects what it points at; the menu key has only the place of the keyboard.
+    if (row >= 0 && list->selectedItems().empty())
+        list->setCurrentRow(row);
+    const auto positions = SelectedPositions(group);
+    if (positions.empty())
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName("mnuComponents");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const char* name, const QString& caption, Qt::Key key, auto&& command) {
+        QAction* entry = menu->addAction(caption, this, command);
+        entry->setObjectName(name);
+        if (key == Qt::Key_unknown)
+            return;
+        entry->setShortcut(key); // to be seen only: the list handles its keys itself
+        entry->setShortcutContext(Qt::WidgetShortcut);
+        entry->setShortcutVisibleInContextMenu(true);
+    };
+    add("mnuOpenComponent", "&Open", Qt::Key_Return, [=, this] { emit OpenRequested(group, row); });
+    add("mnuShowComponentInFolder", "Show in &folder", Qt::Key_unknown,
+        [=, this] { emit ShowInFolderRequested(group, row); });
+    menu->addSeparator();
+    const auto count = positions.size();
+    add("mnuDeleteComponents", count == 1 ? QString("&Delete") : QString("&Delete %1 files").arg(count),
+        Qt::Key_Delete, [=, this] { emit DeleteRequested(group, positions); });
+    const QRect inside = list->viewport()->rect();
+    menu->popup(list->viewport()->mapToGlobal(QPoint(std::clamp(at.x(), inside.left(), inside.right()),
+                                                     std::clamp(at.y(), inside.top(), inside.bottom()))));
 }
 
 } // namespace korvadex

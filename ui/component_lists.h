@@ -24,14 +24,20 @@ class ComponentLists : public QTabWidget {
   signals:
     // A double click or Enter on a file.
     void OpenRequested(int group, int position);
-    // The Delete key; positions in ascending order, none when nothing is selected.
+    void ShowInFolderRequested(int group, int position);
+    // The Delete key or the menu; positions in ascending order, none when nothing is selected.
     void DeleteRequested(int group, const std::vector<int>& positions);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     bool PressKey(int group, int key);
+    void ShowMenu(int group, const QPoint& at);
+    // In ascending order.
+    std::vector<int> SelectedPositions(int group) const;
+    void DimEmptyTabs();
 
     std::array<QListWidget*, GroupCount> lstComponents{};
 };

@@ -2,6 +2,7 @@
 
 #include "ui/frmImportStatus.h"
 #include "ui/frmInstallStatus.h"
+#include "ui/frmLocationProfiles.h"
 #include "ui/frmLocations.h"
 #include "ui/frmMultipleCfg.h"
 #include "ui/input_box.h"
@@ -71,6 +72,10 @@ std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings) {
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.Entry();
+}
+
+void Dialogs::ShowLocationProfiles(ProfileEditor& profiles) {
+    frmLocationProfiles(files, profiles, Parent()).exec();
 }
 
 } // namespace korvadex

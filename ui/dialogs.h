@@ -24,6 +24,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowInstallStatus(const std::string& text) override;
     void ShowImportStatus(const std::string& text) override;
     std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
+    void ShowLocationProfiles(ProfileEditor& profiles) override;
 
   private:
     QWidget* Parent() const;

@@ -1,31 +1,125 @@
 #include "ui/frmFileList.h"
 
+#include "app/overviews.h"
+#include "package/file_primitives.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmFileList.h"
 
 #include <QKeyEvent>
+#include <QScrollBar>
+#include <QShortcut>
+
+#include <algorithm>
 
 namespace korvadex {
+
+namespace {
+
+bool IsHeading(const QString& line) {
+    return line.startsWith(QLatin1String(CategoryMark.data(), qsizetype(CategoryMark.size())));
+}
+
+QString Name(const QString& line) {
+    return ToQt(WithoutInstalledMarks(FromQt(line)));
+}
+
+} // namespace
 
 frmFileList::frmFileList(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::frmFileList>()) {
     ui->setupUi(this);
     ui->lstFileList->installEventFilter(this);
+    ui->txtFilter->installEventFilter(this);
+    connect(ui->txtFilter, &QLineEdit::textChanged, this, &frmFileList::ApplyFilter);
     connect(ui->lstFileList, &QListWidget::itemClicked, this,
-            [this](const QListWidgetItem* item) { emit LineChosen(item->text()); });
+            [this](const QListWidgetItem* item) { emit LineChosen(ui->lstFileList->row(item)); });
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::close);
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] {
+        ui->txtFilter->setFocus(Qt::ShortcutFocusReason);
+        ui->txtFilter->selectAll();
+    });
 }
 
 frmFileList::~frmFileList() = default;
 
 void frmFileList::ShowLines(const QString& caption, const std::vector<std::string>& lines) {
+    const bool isRefreshed = isVisible() && caption == windowTitle();
+    if (isRefreshed) {
+        const int row = ui->lstFileList->currentRow();
+        const QString text = row >= 0 ? ui->lstFileList->item(row)->text() : QString();
+        const int scrolled = ui->lstFileList->verticalScrollBar()->value();
+        FillList(lines);
+        if (row >= 0)
+            ui->lstFileList->setCurrentRow(RowNow(row, text));
+        ApplyFilter();
+        ui->lstFileList->doItemsLayout(); // the range of the scroll bar, now
+        ui->lstFileList->verticalScrollBar()->setValue(scrolled);
+        return;
+    }
     setWindowTitle(caption);
     ui->lstFileList->setAccessibleName(caption);
-    ui->lstFileList->clear();
-    for (const auto& line : lines)
-        ui->lstFileList->addItem(ToQt(line));
+    FillList(lines);
+    ui->txtFilter->clear();
+    ui->lstFileList->scrollToTop();
+    ui->lstFileList->setFocus();
     show();
     raise();
+}
+
+void frmFileList::FillList(const std::vector<std::string>& lines) {
+    QStringList texts;
+    for (const auto& line : lines)
+        texts.append(ToQt(line));
+    ui->lstFileList->clear();
+    ui->lstFileList->addItems(texts);
+}
+
+int frmFileList::RowNow(int row, const QString& text) const {
+    // The nearest of that name, which may have been installed or removed meanwhile; else the same place.
+    const int count = ui->lstFileList->count();
+    const QString name = Name(text);
+    for (int distance = 0; distance < std::max(count, row + 1); ++distance)
+        for (const int at : {row - distance, row + distance})
+            if (at >= 0 && at < count && Name(ui->lstFileList->item(at)->text()) == name)
+                return at;
+    return std::min(row, count - 1);
+}
+
+void frmFileList::ApplyFilter() {
+    const QString filter = ui->txtFilter->text().trimmed();
+    const auto matches = [&](QStringView text) { return text.contains(filter, Qt::CaseInsensitive); };
+    // From below, so that a heading knows whether anything of its category is seen.
+    bool hasPackages = false, isAnySeen = false;
+    int first = -1;
+    for (int row = ui->lstFileList->count() - 1; row >= 0; --row) {
+        auto* item = ui->lstFileList->item(row);
+        const QString text = item->text();
+        const bool isHeading = IsHeading(text);
+        bool isMatch = false;
+        if (isHeading && !hasPackages)
+            isMatch = matches(QStringView(text).sliced(qsizetype(CategoryMark.size())));
+        else if (!isHeading && !text.isEmpty())
+            isMatch = matches(text);
+        if (isMatch)
+            first = row;
+        item->setHidden(!filter.isEmpty() && !isMatch && !(isHeading && isAnySeen));
+        if (isHeading)
+            hasPackages = isAnySeen = false;
+        else if (!text.isEmpty()) {
+            hasPackages = true;
+            isAnySeen = isAnySeen || isMatch;
+        }
+    }
+    // Enter in the field takes the first that is left.
+    if (!filter.isEmpty() && !IsSeen(ui->lstFileList->currentRow()))
+        ui->lstFileList->setCurrentRow(first);
+    if (const auto* current = ui->lstFileList->currentItem())
+        ui->lstFileList->scrollToItem(current);
+}
+
+bool frmFileList::IsSeen(int row) const {
+    return row >= 0 && !ui->lstFileList->item(row)->isHidden();
 }
 
 void frmFileList::ApplyGeometry(const WindowGeometry& geometry) {
@@ -46,12 +140,31 @@ void frmFileList::hideEvent(QHideEvent* event) {
 }
 
 bool frmFileList::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && ui->lstFileList->currentItem()) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            emit LineChosen(ui->lstFileList->currentItem()->text());
+    if (event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const bool isInFilter = watched == ui->txtFilter;
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (const int row = ui->lstFileList->currentRow(); IsSeen(row))
+            emit LineChosen(row);
+        return true;
+    case Qt::Key_Escape: // closes the window when there is nothing to clear
+        if (!isInFilter || ui->txtFilter->text().isEmpty())
+            break;
+        ui->txtFilter->clear();
+        return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        if (isInFilter) {
+            QCoreApplication::sendEvent(ui->lstFileList, event);
             return true;
         }
+        break;
+    default:
+        break;
     }
     return QDialog::eventFilter(watched, event);
 }

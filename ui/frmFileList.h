@@ -1,4 +1,5 @@
-// The list window beside the main window: the users of a panel or a sound, one line each.
+// The list window beside the main window: an overview of the collection, or the users of a panel or a sound, one
+// line each, and a field that narrows what is seen of it.
 #pragma once
 
 #include "app/settings.h"
@@ -23,6 +24,7 @@ class frmFileList : public QDialog {
     explicit frmFileList(QWidget* parent);
     ~frmFileList() override;
 
+    // Opens the window. With the caption that it shows already, the filter and the place in the list stay.
     void ShowLines(const QString& caption, const std::vector<std::string>& lines);
 
     // Height and width of 0 leave the size as designed.
@@ -31,14 +33,20 @@ class frmFileList : public QDialog {
     std::optional<WindowGeometry> LastGeometry() const;
 
   signals:
-    // A click, or Enter, on a line.
-    void LineChosen(const QString& line);
+    // A click, or Enter, on a line; its position among all lines, those that the filter hides included.
+    void LineChosen(int row);
 
   protected:
     void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void FillList(const std::vector<std::string>& lines);
+    // Where the line that stood at this row, with this text, stands now; -1 in an empty list.
+    int RowNow(int row, const QString& text) const;
+    void ApplyFilter();
+    bool IsSeen(int row) const;
+
     std::unique_ptr<Ui::frmFileList> ui;
     std::optional<WindowGeometry> lastGeometry;
 };

@@ -43,20 +43,20 @@ void SetText(QLineEdit* box, const QString& text) {
     box->setCursorPosition(0);
 }
 
-// The archive that was dragged here; "" for anything else.
-QString DraggedArchive(const QMimeData* data) {
-    const auto urls = data->urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile())
-        return {};
-    const QString path = urls.front().toLocalFile();
-    return path.endsWith(".zip", Qt::CaseInsensitive) ? path : QString();
+// The archives among what is dragged here, as paths of the host.
+QStringList DraggedArchives(const QMimeData* data) {
+    QStringList archives;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile() && url.fileName().endsWith(".zip", Qt::CaseInsensitive))
+            archives.append(url.toLocalFile());
+    return archives;
 }
 
 } // namespace
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
-    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel),
-      prbProgress(new QProgressBar) {
+    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
+      prbProgress(new QProgressBar), processZip(new QShortcut(QKeySequence("Ctrl+O"), this)) {
     ui->setupUi(this);
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
@@ -72,11 +72,21 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     prbProgress->setMaximumWidth(240);
     prbProgress->hide();
     ui->staBar->addPermanentWidget(prbProgress);
+    lblCounts->setObjectName("lblCounts");
+    lblCounts->setTextFormat(Qt::PlainText);
+    lblCounts->setContentsMargins(6, 0, 6, 0);
+    ui->staBar->addPermanentWidget(lblCounts);
 
+    // The two take each other's place.
+    ui->txtPackageName->setMinimumHeight(ui->cboPackageName->sizeHint().height());
+    QSizePolicy keepsItsPlace = ui->cmdPackageNames->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    ui->cmdPackageNames->setSizePolicy(keepsItsPlace);
     // The picture and the lists share what a larger window has to give.
     ui->splMain->setStretchFactor(0, 1);
     ui->splMain->setStretchFactor(1, 1);
     ConnectControls();
+    ConnectFilter();
     ConnectMenus();
     ShowSide(true);
     FitToScreen(*this);
@@ -104,18 +114,58 @@ void frmHangar::ConnectControls() {
     press(ui->cmdGoToStaging, &Program::GoToStaging);
     press(ui->cmdRefresh, &Program::Refresh);
     press(ui->cmdFirstPackage, &Program::SetFirstPackage);
+    press(ui->cmdPackageNames, &Program::ListPackagesInCategory);
+    press(ui->cmdPackageCategories, &Program::ListCategories);
     connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, ui->cmdRefresh,
             &QPushButton::click);
 
     connect(ui->tabComponents, &ComponentLists::OpenRequested, this, [this](int group, int position) {
         Run([=](Program& to) { to.OpenComponent(group, position); });
     });
+    connect(ui->tabComponents, &ComponentLists::ShowInFolderRequested, this, [this](int group, int position) {
+        Run([=](Program& to) { to.ShowComponentInFolder(group, position); });
+    });
     connect(ui->tabComponents, &ComponentLists::DeleteRequested, this,
             [this](int group, const std::vector<int>& positions) {
                 Run([&](Program& to) { to.DeleteComponents(group, positions); });
             });
     connect(fileList.get(), &frmFileList::LineChosen, this,
-            [this](const QString& line) { Run([&](Program& to) { to.ChooseFileListLine(FromQt(line)); }); });
+            [this](int row) { Run([=](Program& to) { to.ChooseFileListLine(row); }); });
+}
+
+void frmHangar::ConnectFilter() {
+    QLineEdit* field = ui->txtPackageFilter;
+    PackageChooser* chooser = ui->cboPackageName;
+    connect(field, &QLineEdit::textChanged, this, [this, chooser](const QString& text) {
+        chooser->SetFilter(text);
+        ShowFilterCount();
+    });
+    // Enter takes the first package that is left, unless the shown one is among them.
+    connect(field, &QLineEdit::returnPressed, this, [this, chooser] {
+        const int first = chooser->FirstOffered();
+        if (first < 0)
+            return;
+        chooser->setFocus();
+        if (!chooser->IsOffered(chooser->currentIndex()))
+            Run([=](Program& to) { to.ChoosePackage(first); });
+    });
+    const auto key = [field](Qt::Key pressed, auto&& command) {
+        auto* shortcut = new QShortcut(pressed, field);
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, field, command);
+    };
+    key(Qt::Key_Escape, [=] {
+        field->clear();
+        chooser->setFocus();
+    });
+    key(Qt::Key_Down, [=] {
+        chooser->setFocus();
+        chooser->showPopup();
+    });
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, field, [field] {
+        field->setFocus(Qt::ShortcutFocusReason);
+        field->selectAll();
+    });
 }
 
 void frmHangar::ConnectMenus() {
@@ -124,15 +174,24 @@ void frmHangar::ConnectMenus() {
     connect(menus, &Menus::EntryChosen, this, &frmHangar::ChooseEntry);
     connect(ui->Toolbar1, &Toolbar::KeyPressed, this,
             [this](const QString& key) { Run([&](Program& to) { to.PressToolbarKey(FromQt(key)); }); });
+    connect(processZip, &QShortcut::activated, this,
+            [this] { Run([](Program& to) { to.PressToolbarKey("ProcessZip"); }); });
 }
 
 void frmHangar::ChooseEntry(const QString& name) {
-    if (name == "mnuLocations")
-        Run([](Program& to) { to.ChangeLocations(); });
-    else if (name == "mnuExit")
+    constexpr std::pair<const char*, void (Program::*)()> commands[] = {
+        {"mnuLocations", &Program::ChangeLocations},
+        {"mnuLocationProfiles", &Program::EditLocationProfiles},
+        {"mnuAllPackages", &Program::ListAllPackages},
+        {"mnuInstalledPackages", &Program::ListInstalledPackages},
+        {"mnuPackagesNoImages", &Program::ListPackagesNoImages},
+        {"mnuReadMe", &Program::OpenReadMe},
+    };
+    for (const auto& [entry, command] : commands)
+        if (name == entry)
+            return Run([&](Program& to) { (to.*command)(); });
+    if (name == "mnuExit")
         close();
-    else if (name == "mnuReadMe")
-        Run([](Program& to) { to.OpenReadMe(); });
     else if (name == "mnuAbout")
         frmAbout(this).exec();
 }
@@ -143,9 +202,12 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ShowSide(view.HangarSideShown);
     Fill(ui->cboPackageCategory, view.categories, view.categoryIndex);
     Fill(ui->cboPackageName, view.packages, view.packageIndex);
+    ui->cboPackageName->SetFilter(ui->txtPackageFilter->text());
+    ShowFilterCount();
     SetText(ui->txtPackageName, ToQt(view.packageName));
     ui->lblPackageSize->setText(ToQt(view.sizeText));
     lblStatus->setText(ToQt(view.status));
+    lblCounts->setText(ToQt(view.statusCounts));
     if (view.listRevision != shownRevision) {
         shownRevision = view.listRevision;
         ShowPackage(package);
@@ -163,6 +225,14 @@ void frmHangar::ShowPackage(const LoadedPackage& package) {
     ui->picPackage->ShowPicture(ToQt(files.HostPath(first)), ToQt(LastPathComponent(first)));
 }
 
+void frmHangar::ShowFilterCount() {
+    const PackageChooser* chooser = ui->cboPackageName;
+    const bool isShown =
+        ui->txtPackageFilter->isEnabled() && !ui->txtPackageFilter->text().trimmed().isEmpty();
+    ui->lblFilterCount->setText(
+        isShown ? QString("%1 of %2").arg(chooser->OfferedCount()).arg(chooser->count()) : QString());
+}
+
 void frmHangar::ShowSide(bool isHangarSide) {
     const Side side = isHangarSide ? Side::Hangar : Side::Staging;
     menus->ShowSide(side);
@@ -178,6 +248,12 @@ void frmHangar::ShowSide(bool isHangarSide) {
         if (hadFocus)
             (isHangarSide ? hangar : staging)->setFocus();
     }
+    // Staging has no packages to choose from; the fields below stay where they are.
+    if (ui->txtPackageFilter->hasFocus() && !isHangarSide)
+        ui->txtPackageName->setFocus();
+    ui->txtPackageFilter->setEnabled(isHangarSide);
+    ui->lblPackageFilter->setEnabled(isHangarSide);
+    processZip->setEnabled(isHangarSide);
     ui->cmdFirstPackage->setVisible(isHangarSide);
     ui->cmdPackageNames->setVisible(isHangarSide);
     ui->lblPackageName->setBuddy(isHangarSide ? counterparts[1].first : counterparts[1].second);
@@ -210,6 +286,10 @@ void frmHangar::HideProgress() {
 
 void frmHangar::ShowFileList(const std::string& caption, const std::vector<std::string>& lines) {
     fileList->ShowLines(ToQt(caption), lines);
+}
+
+bool frmHangar::IsFileListVisible() const {
+    return fileList->isVisible();
 }
 
 ScreenSize frmHangar::Screen() const {
@@ -248,19 +328,22 @@ void frmHangar::closeEvent(QCloseEvent* event) {
 }
 
 void frmHangar::dragEnterEvent(QDragEnterEvent* event) {
-    if (!DraggedArchive(event->mimeData()).isEmpty())
+    if (!DraggedArchives(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void frmHangar::dropEvent(QDropEvent* event) {
-    const auto path = files.PathFromHost(FromQt(DraggedArchive(event->mimeData())));
-    if (!path)
+    std::vector<std::string> paths;
+    for (const QString& archive : DraggedArchives(event->mimeData()))
+        if (const auto path = files.PathFromHost(FromQt(archive)))
+            paths.push_back(*path);
+    if (paths.empty())
         return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
     // The program that the file was dragged from waits until this returns.
     QMetaObject::invokeMethod(
-        this, [this, path] { Run([&](Program& to) { to.ProcessArchive(*path); }); }, Qt::QueuedConnection);
+        this, [this, paths] { Run([&](Program& to) { to.ProcessArchives(paths); }); }, Qt::QueuedConnection);
 }
 
 } // namespace korvadex

@@ -13,6 +13,7 @@
 
 class QLabel;
 class QProgressBar;
+class QShortcut;
 
 namespace Ui {
 class frmHangar;
@@ -40,6 +41,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void SetProgress(int value) override;
     void HideProgress() override;
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+    bool IsFileListVisible() const override;
 
     ScreenSize Screen() const override;
     void ApplyGeometry(const SavedGeometry& geometry) override;
@@ -61,17 +63,21 @@ class frmHangar : public QMainWindow, public MainForm {
     // Hands a command on when there is a program.
     void Run(const std::function<void(Program&)>& command);
     void ConnectControls();
+    void ConnectFilter();
     void ConnectMenus();
     void ChooseEntry(const QString& name);
     void ShowSide(bool isHangarSide);
     void ShowPackage(const LoadedPackage& package);
+    void ShowFilterCount();
 
     const FileSystem& files;
     Program* program = nullptr;
     std::unique_ptr<Ui::frmHangar> ui;
     Menus* menus;
     QLabel* lblStatus;
+    QLabel* lblCounts;
     QProgressBar* prbProgress;
+    QShortcut* processZip; // for the side whose menu has no such entry
     std::unique_ptr<frmFileList> fileList;
     QElapsedTimer lastPaint;
     int shownRevision = -1;

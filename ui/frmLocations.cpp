@@ -1,15 +1,12 @@
 #include "ui/frmLocations.h"
 
-#include "platform/windows_path.h"
-#include "ui/frmDirSelect.h"
 #include "ui/qt_text.h"
 #include "ui_frmLocations.h"
 
 namespace korvadex {
 
-frmLocations::frmLocations(const FileSystem& fileSystem, Settings& currentSettings, QWidget* parent)
-    : QDialog(parent), files(fileSystem), settings(currentSettings),
-      ui(std::make_unique<Ui::frmLocations>()) {
+frmLocations::frmLocations(const FileSystem& files, Settings& currentSettings, QWidget* parent)
+    : QDialog(parent), settings(currentSettings), ui(std::make_unique<Ui::frmLocations>()) {
     ui->setupUi(this);
     const auto& profiles = settings.LocationProfiles;
     for (int row = 0; row < int(profiles.size()); ++row)
@@ -18,16 +15,12 @@ frmLocations::frmLocations(const FileSystem& fileSystem, Settings& currentSettin
     const auto current = std::size_t(settings.CurrentProfile);
     ui->cboLocationProfile->setCurrentIndex(ui->cboLocationProfile->findData(settings.CurrentProfile));
     ui->cboLocationProfile->setEditText(ToQt(profiles[current].name));
-    ui->txtStagingDir->setText(ToQt(settings.locations.StagingDir));
-    ui->txtHangarDir->setText(ToQt(settings.locations.HangarDir));
-    ui->txtMSFSDir->setText(ToQt(settings.locations.MsfsDir));
+    ui->locationFields->SetFiles(files);
+    ui->locationFields->SetLocations(settings.locations);
     ui->chkAskForLocations->setChecked(settings.AskLocationAtStart);
-    ui->txtStagingDir->setFocus();
+    ui->locationFields->setFocus();
 
     connect(ui->cboLocationProfile, &QComboBox::activated, this, &frmLocations::ChooseProfile);
-    connect(ui->cmdStagingDir, &QPushButton::clicked, this, [this] { Browse(ui->txtStagingDir); });
-    connect(ui->cmdHangarDir, &QPushButton::clicked, this, [this] { Browse(ui->txtHangarDir); });
-    connect(ui->cmdMSFSDir, &QPushButton::clicked, this, [this] { Browse(ui->txtMSFSDir); });
     connect(ui->chkAskForLocations, &QCheckBox::clicked, this,
             [this](bool isChecked) { settings.AskLocationAtStart = isChecked; });
     connect(ui->cmdAccept, &QPushButton::clicked, this, &QDialog::accept);
@@ -36,23 +29,13 @@ frmLocations::frmLocations(const FileSystem& fileSystem, Settings& currentSettin
 frmLocations::~frmLocations() = default;
 
 LocationsEntry frmLocations::Entry() const {
-    const auto directory = [](const QLineEdit* box) { return AddBackslash(FromQt(box->text())); };
-    return {FromQt(ui->cboLocationProfile->currentText()),
-            {directory(ui->txtStagingDir), directory(ui->txtHangarDir), directory(ui->txtMSFSDir)}};
+    return {FromQt(ui->cboLocationProfile->currentText()), ui->locationFields->Entry()};
 }
 
 void frmLocations::ChooseProfile(int index) {
     const int row = ui->cboLocationProfile->itemData(index).toInt();
     const LocationProfile& profile = settings.LocationProfiles[std::size_t(row)];
-    ui->txtStagingDir->setText(ToQt(profile.StagingDir));
-    ui->txtHangarDir->setText(ToQt(profile.HangarDir));
-    ui->txtMSFSDir->setText(ToQt(profile.MsfsDir));
-}
-
-void frmLocations::Browse(QLineEdit* box) {
-    frmDirSelect browser(files, FromQt(box->text()), this);
-    browser.exec();
-    box->setText(ToQt(browser.BrowseResult()));
+    ui->locationFields->SetLocations({profile.StagingDir, profile.HangarDir, profile.MsfsDir});
 }
 
 } // namespace korvadex

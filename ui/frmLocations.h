@@ -8,8 +8,6 @@
 
 #include <memory>
 
-class QLineEdit;
-
 namespace Ui {
 class frmLocations;
 }
@@ -29,9 +27,7 @@ class frmLocations : public QDialog {
 
   private:
     void ChooseProfile(int index);
-    void Browse(QLineEdit* box);
 
-    const FileSystem& files;
     Settings& settings;
     std::unique_ptr<Ui::frmLocations> ui;
 };

@@ -18,6 +18,7 @@ struct Row {
     const char* caption;
     Built built = Built::NotYet;
     std::optional<int> code = std::nullopt;
+    const char* shortcut = ""; // works while the entry's menu is visible
 };
 struct Branch {
     Row menu;
@@ -32,13 +33,13 @@ std::vector<Branch> MenuTree() {
         {{"mnuFile", "&File"},
          {},
          {{"mnuLocations", "&Locations", yes},
-          {"mnuLocationProfiles", "Location &profiles"},
+          {"mnuLocationProfiles", "Location &profiles", yes},
           {"mnuExit", "&Exit", yes}}},
         {{"mnuTools", "&Tools"},
          {},
-         {{"mnuAllPackages", "&List all packages in Hangar"},
-          {"mnuInstalledPackages", "List packages &installed in MSFS"},
-          {"mnuPackagesNoImages", "List packages with &no images"},
+         {{"mnuAllPackages", "&List all packages in Hangar", yes},
+          {"mnuInstalledPackages", "List packages &installed in MSFS", yes},
+          {"mnuPackagesNoImages", "List packages with &no images", yes},
           {"mnuSep17", "-"},
           {"mnuUnusedGauges", "List &unused gauges in MSFS gauges directory"},
           {"mnuSep1", "-"},
@@ -56,19 +57,19 @@ std::vector<Branch> MenuTree() {
          Side::Staging,
          {{"mnuStagingToHangar", "Copy package to &Hangar", yes, 0},
           {"mnuSep5", "-"},
-          {"mnuProcessZipFile", "Process &ZIP file into Staging", yes, 1},
+          {"mnuProcessZipFile", "Process &ZIP file into Staging", yes, 1, "Ctrl+O"},
           {"mnuSep6", "-"},
           {"mnuImportFromMSFS", "Import package from &MSFS", notYet, 2},
           {"mnuSep7", "-"},
           {"mnuRemoveStaging", "&Remove all from Staging", yes, 4},
-          {"mnuRemovePanelFromStaging", "Remove &panel from Staging", notYet, 5},
-          {"mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", notYet, 6},
-          {"mnuRemoveSoundFromStaging", "Remove &sound from Staging", notYet, 7}}},
+          {"mnuRemovePanelFromStaging", "Remove &panel from Staging", yes, 5},
+          {"mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", yes, 6},
+          {"mnuRemoveSoundFromStaging", "Remove &sound from Staging", yes, 7}}},
         {{"mnuHangarOptions", "&Options"},
          Side::Hangar,
-         {{"mnuHangarToMsfs", "&Copy package to MSFS", yes, 0},
+         {{"mnuHangarToMsfs", "&Copy package to MSFS", yes, 0, "Ctrl+I"},
           {"mnuSep8", "-"},
-          {"mnuRemoveFromMsfs", "&Remove package from MSFS", yes, 1},
+          {"mnuRemoveFromMsfs", "&Remove package from MSFS", yes, 1, "Ctrl+U"},
           {"mnuRemoveFromHangar", "Remove package from &Hangar", notYet, 2},
           {"mnuSep9", "-"},
           {"mnuRename", "Re&name package and/or aircraft", notYet, 3},
@@ -115,6 +116,7 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             if (isSeparator)
                 continue;
             entry->setEnabled(row.built == Built::Yes);
+            entry->setShortcut(QKeySequence(row.shortcut));
             if (row.code && branch.processor)
                 connect(entry, &QAction::triggered, this, [this, side = *branch.processor, code = *row.code] {
                     emit CommandChosen(side, code);

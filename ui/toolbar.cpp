@@ -20,8 +20,8 @@ struct Button {
 
 // The three buttons without a tool tip get theirs from the side.
 constexpr Button Buttons[] = {
-    {"ListAllPackages", "List all packages in Hangar", false},
-    {"ListInstalledPackages", "List packages installed in MSFS", false},
+    {"ListAllPackages", "List all packages in Hangar", true},
+    {"ListInstalledPackages", "List packages installed in MSFS", true},
     {nullptr, nullptr, false},
     {"PhotoGalleryCategory", "Photo gallery for packages in category", false},
     {"PhotoGalleryAll", "Photo gallery for all packages", false},
