@@ -189,7 +189,7 @@ void frmHangar::ChooseEntry(const QString& name) {
     };
     for (const auto& [entry, command] : commands)
         if (name == entry)
-            return Run([&](Program& to) { (to.*command)(); });
+            return Run([chosen = command](Program& to) { (to.*chosen)(); });
     if (name == "mnuExit")
         close();
     else if (name == "mnuAbout")
