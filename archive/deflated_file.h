@@ -18,8 +18,12 @@ class DeflatedFile {
     DeflatedFile(const FileSystem& fileSystem, std::string filePath)
         : files(fileSystem), path(std::move(filePath)) {}
 
-    // Reads the file and packs it. False when it cannot be read.
-    bool Prepare(const FileInfo& info, int level);
+    // Reads the file. False when it cannot be read.
+    bool Read(const FileInfo& info);
+    // True when it was small enough to be read whole.
+    bool IsRead() const { return isInMemory; }
+    // Packs what was read. Looks at nothing but this object: it may run while others are read.
+    void Pack(int level);
     // What the library is to do with the bytes it gets: ZIP_CM_STORE, ZIP_CM_DEFLATE or, when they are packed
     // already, ZIP_CM_DEFAULT.
     int MethodForLibrary() const;
@@ -29,9 +33,8 @@ class DeflatedFile {
   private:
     static zip_int64_t Callback(void* self, void* data, zip_uint64_t length, zip_source_cmd_t command);
     zip_int64_t Serve(void* data, zip_uint64_t length, zip_source_cmd_t command);
-    zip_int64_t Read(std::byte* target, std::size_t length);
+    zip_int64_t ReadPiece(std::byte* target, std::size_t length);
     bool ReadAll(std::size_t size);
-    void Pack(int level);
 
     const FileSystem& files;
     std::string path;

@@ -1,5 +1,6 @@
 #include "archive/in_place.h"
 
+#include "archive/deflated_file.h"
 #include "archive/member_names.h"
 #include "archive/mod_unzip.h"
 #include "archive/mod_zip.h"
@@ -8,14 +9,21 @@
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <array>
+#include <deque>
+#include <future>
+#include <memory>
 #include <optional>
 #include <span>
+#include <thread>
+#include <utility>
 
 namespace korvadex {
 
 namespace {
 
+constexpr int BestZipLevel = 9;
 constexpr std::size_t LocalHeaderSize = 30, CentralHeaderSize = 46, EndRecordSize = 22;
 
 std::uint32_t Little(std::span<const zip_uint8_t> bytes, std::size_t at, std::size_t count) {
@@ -30,10 +38,14 @@ bool ReadAt(zip_source_t* source, std::uint64_t offset, std::span<zip_uint8_t> b
            zip_source_read(source, bytes.data(), bytes.size()) == static_cast<zip_int64_t>(bytes.size());
 }
 
-// The name of the only member of an archive that is the whole file, from its first byte to its last; none for
-// anything else, such as a program with an archive behind it or an archive with a comment. The records are
+struct OnlyMember {
+    std::string name;
+    std::uint64_t size = 0; // unpacked
+};
+
+// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as a program with an archive behind it or an archive with a comment. The records are
 // looked at here because the zip library forgives what stands before and behind an archive.
-std::optional<std::string> OnlyMember(zip_source_t* source) {
+std::optional<OnlyMember> ReadOnlyMember(zip_source_t* source) {
     constexpr std::uint32_t localMagic = 0x04034B50, centralMagic = 0x02014B50, endMagic = 0x06054B50;
     zip_stat_t info;
     zip_stat_init(&info);
@@ -59,85 +71,127 @@ std::optional<std::string> OnlyMember(zip_source_t* source) {
         !ReadAt(source, directoryOffset + CentralHeaderSize,
                 std::span(reinterpret_cast<zip_uint8_t*>(name.data()), name.size())))
         return std::nullopt;
-    return name;
+    return OnlyMember{name, Little(central, 24, 4)};
 }
 
-// True for an archive of nothing but the member of that name.
-bool LooksPacked(const FileSystem& files, const std::string& archive, const std::string& name) {
+// The member of an archive of nothing but the member of the file's own name.
+std::optional<OnlyMember> PackedMember(const FileSystem& files, const std::string& archive) {
     const auto info = files.Info(archive);
     if (!info || info->kind != EntryKind::File)
-        return false;
+        return std::nullopt;
     ZipError error;
     const ZipSource source = MakeZipSource(files, archive, error);
     if (!source || zip_source_open(source.get()) != 0)
-        return false;
-    const auto member = OnlyMember(source.get());
+        return std::nullopt;
+    auto member = ReadOnlyMember(source.get());
     zip_source_close(source.get());
     if (!member)
-        return false;
-    const MemberName memberName = ReadMemberName(*member);
-    return memberName.components.size() == 1 && !memberName.isDirectory &&
-           EqualNoCase(memberName.components.front(), name);
+        return std::nullopt;
+    const MemberName memberName = ReadMemberName(member->name);
+    const bool isOwn = memberName.components.size() == 1 && !memberName.isDirectory &&
+                       EqualNoCase(memberName.components.front(), LastPathComponent(archive));
+    return isOwn ? member : std::nullopt;
 }
 
-int TestPacked(CommandContext& context, modUnzip& unzip, const std::string& archive,
-               const std::string& name) {
-    if (!LooksPacked(context.files, archive, name))
-        return UnzipCode::NotAnArchive;
-    unzip.uZipFileName = archive;
-    unzip.uTestZip = 1;
-    return unzip.UnzipArchive(context);
-}
-
-// The complete file `made` takes the place of the file at path, whose time and attributes it gets.
-Status PutInPlace(CommandContext& context, const std::string& made, const std::string& path) {
-    FileSystem& files = context.files;
-    if (Status status = files.CopyAttributes(path, made); !status)
-        return status;
-    if (files.SameVolume(made, path))
-        return files.Replace(made, path);
-    const auto beside = MakeScratchName(files, context.locations, path);
-    if (!beside)
-        return beside.status();
-    Status status = files.Copy(made, *beside);
-    if (status)
-        status = files.Replace(*beside, path);
-    ReleaseScratch(files, *beside);
-    return status;
-}
-
-// A file of the original's name inside the program's scratch directory below the simulator, where nothing lies yet.
-class ScratchFile {
+// Complete files under scratch names that take the places of the old ones together, whose times and attributes
+// they get. What fails leaves the old file and is told in the words given.
+class Exchange {
   public:
-    ScratchFile(CommandContext& commandContext, const std::string& original) : context(commandContext) {
-        const std::string name = LastPathComponent(original);
-        const auto made = MakeScratchDirectory(context.files, context.locations.MsfsDir);
-        if (!made || EqualNoCase(*made + name, original))
-            return;
-        directory = *made;
-        path = directory + name;
-        DeleteFileForced(context.files, path); // left by an earlier run
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-    ~ScratchFile() {
-        if (!path.empty())
-            ReleaseScratch(context.files, path);
-    }
-    bool IsMade() const { return !path.empty(); }
+    using Teller = std::function<void(const std::string& path)>;
+    Exchange(CommandContext& commandContext, Teller failureTeller)
+        : context(commandContext), tell(std::move(failureTeller)) {}
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+    ~Exchange() { Release(); }
 
-    std::string directory, path;
+    // A scratch directory on the file's volume in which its name is free; "" when there is none. It is the
+    // simulator's wherever that lies on the same volume.
+    std::string DirectoryFor(const std::string& path) {
+        FileSystem& files = context.files;
+        std::string base = context.locations.MsfsDir;
+        if (!files.SameVolume(base, path)) {
+            base = context.locations.RootOf(path);
+            if (base.empty() || !files.SameVolume(base, path))
+                base = ParentDirectory(path);
+        }
+        const auto directory = MakeScratchDirectory(files, base);
+        if (!directory)
+            return "";
+        const std::string made = *directory + LastPathComponent(path);
+        if (EqualNoCase(made, path))
+            return "";
+        if (std::ranges::any_of(waiting,
+                                [&](const Replacement& other) { return EqualNoCase(other.from, made); })) {
+            Commit();
+            if (!MakeScratchDirectory(files, base))
+                return "";
+        }
+        DeleteFileForced(files, made); // left by an earlier run
+        return *directory;
+    }
+
+    // The file at directory & own name is to be deleted if it is still there.
+    void Drop(const std::string& directory, const std::string& path) {
+        if (!directory.empty())
+            ReleaseScratch(context.files, directory + LastPathComponent(path));
+    }
+
+    // False when the new file could not be made like the old one.
+    bool Add(const std::string& directory, const std::string& path) {
+        const std::string made = directory + LastPathComponent(path);
+        const auto info = context.files.Info(made);
+        if (!info || !context.files.CopyAttributes(path, made))
+            return false;
+        waiting.push_back({made, path});
+        bytes += info->size;
+        return true;
+    }
+
+    bool IsFull() const { return waiting.size() >= MaxFiles || bytes >= MaxBytes; }
+
+    // True when every file has taken its place.
+    bool Commit() {
+        const auto outcomes = context.files.ReplaceAll(waiting);
+        const auto exchanged = Release();
+        bool isDone = true;
+        for (std::size_t i = 0; i < outcomes.size(); ++i) {
+            if (outcomes[i])
+                continue;
+            isDone = false;
+            tell(exchanged[i].to);
+        }
+        return isDone;
+    }
 
   private:
+    static constexpr std::size_t MaxFiles = 64;
+    static constexpr std::uint64_t MaxBytes = 64u << 20;
+
+    std::vector<Replacement> Release() {
+        for (const Replacement& replacement : waiting)
+            ReleaseScratch(context.files, replacement.from);
+        bytes = 0;
+        return std::exchange(waiting, {});
+    }
+
     CommandContext& context;
+    const Teller tell;
+    std::vector<Replacement> waiting;
+    std::uint64_t bytes = 0;
 };
 
-} // namespace
+void TellUnzipProblem(CommandContext& context, const std::string& path, int code) {
+    context.user.Tell("There was a problem unzipping file " + path + ".  It may be corrupt. (code " +
+                          std::to_string(code) + ")",
+                      MessageIcon::Exclamation);
+}
 
-int UnzipFileInPlace(CommandContext& context, const std::string& path, bool testOnly) {
-    if (path.empty())
-        return UnzipCode::Ok;
-    const std::string name = LastPathComponent(path);
+void TellZipProblem(CommandContext& context, const std::string& path, int code) {
+    context.user.Tell("There was a problem zipping file " + path + ". (code " + std::to_string(code) + ")",
+                      MessageIcon::Exclamation);
+}
+
+modUnzip InPlaceUnzip(const std::string& path) {
     modUnzip unzip;
     unzip.uPromptOverwrite = 0;
     unzip.uOverwriteFiles = 1;
@@ -145,48 +199,144 @@ int UnzipFileInPlace(CommandContext& context, const std::string& path, bool test
     unzip.uExtractList = 0;
     unzip.uHonorDirectories = 1;
     unzip.uPasswordAsked = 1; // nothing is packed with a password, so none is asked for
-    if (const int code = TestPacked(context, unzip, path, name); code != UnzipCode::Ok || testOnly)
-        return code;
+    unzip.uZipFileName = path;
+    return unzip;
+}
 
-    int code = UnzipCode::DiskFull;
-    if (const ScratchFile scratch(context, path); scratch.IsMade()) {
-        unzip.uTestZip = 0;
-        unzip.uExtractDir = scratch.directory;
-        code = unzip.UnzipArchive(context);
-        if (code == UnzipCode::Ok && !PutInPlace(context, scratch.path, path))
-            code = UnzipCode::DiskFull;
-    }
+// 0 when the unpacked file waits in the exchange.
+int Unpack(CommandContext& context, const std::string& path, Exchange& exchange) {
+    if (!PackedMember(context.files, path))
+        return UnzipCode::NotAnArchive;
+    // What is unpacked is checked on the way, so that a test before would only do the work twice.
+    modUnzip unzip = InPlaceUnzip(path);
+    unzip.uExtractDir = exchange.DirectoryFor(path);
+    int code = unzip.uExtractDir.empty() ? UnzipCode::DiskFull : unzip.UnzipArchive(context);
+    if (code == UnzipCode::Ok && !exchange.Add(unzip.uExtractDir, path))
+        code = UnzipCode::DiskFull;
     if (code != UnzipCode::Ok)
-        context.user.Tell("There was a problem unzipping file " + unzip.uZipFileName +
-                              ".  It may be corrupt. (code " + std::to_string(code) + ")",
-                          MessageIcon::Exclamation);
+        exchange.Drop(unzip.uExtractDir, path);
+    // A file that fails the test of an archive is left alone without a word; one that could not be written is
+    // not.
+    if (code == UnzipCode::DiskFull)
+        TellUnzipProblem(context, path, code);
     return code;
 }
 
-void ZipFileInPlace(CommandContext& context, const std::string& path) {
-    if (path.empty() || UnzipFileInPlace(context, path, true) == UnzipCode::Ok)
+// A file on its way into an archive.
+struct Packing {
+    std::string path;
+    std::unique_ptr<DeflatedFile>
+        contents; // none when it is packed already, or is packed while it is written
+    std::future<void> packed;
+    bool isPackedAlready = false;
+    std::uint64_t size = 0;
+};
+
+Packing BeginPacking(CommandContext& context, const std::string& path) {
+    Packing packing;
+    packing.path = path;
+    packing.isPackedAlready = path.empty() || UnzipFileInPlace(context, path, true) == UnzipCode::Ok;
+    const auto info = context.files.Info(path);
+    if (packing.isPackedAlready || !info || info->kind != EntryKind::File)
+        return packing;
+    auto contents = std::make_unique<DeflatedFile>(context.files, path);
+    if (!contents->Read(*info) || !contents->IsRead())
+        return packing;
+    packing.size = info->size;
+    packing.contents = std::move(contents);
+    packing.packed =
+        std::async(std::launch::async, [file = packing.contents.get()] { file->Pack(BestZipLevel); });
+    return packing;
+}
+
+void FinishPacking(CommandContext& context, Packing packing, Exchange& exchange) {
+    if (packing.isPackedAlready)
         return;
-    const std::string name = LastPathComponent(path);
+    if (packing.packed.valid())
+        packing.packed.wait();
+    modZip zip;
+    zip.zJunkDir = 1;
+    zip.zLevel = '0' + BestZipLevel;
+    zip.zNumberFiles = 1;
+    zip.zZipNames[0] = packing.path;
+    zip.zPrepared = packing.contents.get();
     int code = ZipCode::CannotCreate;
-    if (const ScratchFile scratch(context, path); scratch.IsMade()) {
-        modZip zip;
-        zip.zJunkDir = 1;
-        zip.zLevel = '9';
-        zip.zNumberFiles = 1;
-        zip.zZipFileName = scratch.path;
-        zip.zZipNames[0] = path;
+    const std::string directory = exchange.DirectoryFor(packing.path);
+    if (!directory.empty()) {
+        zip.zZipFileName = directory + LastPathComponent(packing.path);
         code = zip.ZipArchive(context);
-        // Only an archive that gives the file back may take its place.
-        modUnzip unzip;
-        unzip.uPasswordAsked = 1;
-        if (code == ZipCode::Ok && (TestPacked(context, unzip, scratch.path, name) != UnzipCode::Ok ||
-                                    !PutInPlace(context, scratch.path, path)))
+        if (code == ZipCode::Ok &&
+            (!PackedMember(context.files, zip.zZipFileName) || !exchange.Add(directory, packing.path)))
             code = ZipCode::WriteError;
     }
-    if (code != ZipCode::Ok)
-        context.user.Tell("There was a problem zipping file " + path + ". (code " + std::to_string(code) +
-                              ")",
-                          MessageIcon::Exclamation);
+    if (code == ZipCode::Ok)
+        return;
+    exchange.Drop(directory, packing.path);
+    TellZipProblem(context, packing.path, code);
+}
+
+} // namespace
+
+int UnzipFileInPlace(CommandContext& context, const std::string& path, bool testOnly) {
+    if (path.empty())
+        return UnzipCode::Ok;
+    if (testOnly) {
+        if (!PackedMember(context.files, path))
+            return UnzipCode::NotAnArchive;
+        modUnzip unzip = InPlaceUnzip(path);
+        unzip.uTestZip = 1;
+        return unzip.UnzipArchive(context);
+    }
+    Exchange exchange(
+        context, [&](const std::string& failed) { TellUnzipProblem(context, failed, UnzipCode::DiskFull); });
+    const int code = Unpack(context, path, exchange);
+    return code == UnzipCode::Ok && !exchange.Commit() ? UnzipCode::DiskFull : code;
+}
+
+void ZipFileInPlace(CommandContext& context, const std::string& path) {
+    ZipFilesInPlace(context, {path}, [] {});
+}
+
+void UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                       const std::function<void()>& afterEach) {
+    Exchange exchange(
+        context, [&](const std::string& failed) { TellUnzipProblem(context, failed, UnzipCode::DiskFull); });
+    for (const std::string& path : paths) {
+        Unpack(context, path, exchange);
+        if (exchange.IsFull())
+            exchange.Commit();
+        afterEach();
+    }
+    exchange.Commit();
+}
+
+void ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                     const std::function<void()>& afterEach) {
+    constexpr std::uint64_t maxBytes = 128u << 20; // held in memory at once
+    const std::size_t maxFiles = std::max(1u, std::thread::hardware_concurrency()) + 1;
+    Exchange exchange(
+        context, [&](const std::string& failed) { TellZipProblem(context, failed, ZipCode::WriteError); });
+    std::deque<Packing> ahead;
+    std::uint64_t bytes = 0;
+    auto next = paths.begin();
+    for (std::size_t done = 0; done < paths.size(); ++done) {
+        while (next != paths.end() && (ahead.empty() || (ahead.size() < maxFiles && bytes < maxBytes))) {
+            ahead.push_back(BeginPacking(context, *next++));
+            bytes += ahead.back().size;
+        }
+        bytes -= ahead.front().size;
+        FinishPacking(context, std::move(ahead.front()), exchange);
+        ahead.pop_front();
+        if (exchange.IsFull())
+            exchange.Commit();
+        afterEach();
+    }
+    exchange.Commit();
+}
+
+std::uint64_t UnpackedSize(const FileSystem& files, const FileEntry& file) {
+    const auto member = PackedMember(files, file.path);
+    return member ? member->size : file.info.size;
 }
 
 } // namespace korvadex

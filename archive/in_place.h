@@ -2,8 +2,11 @@
 #pragma once
 
 #include "package/command_context.h"
+#include "package/walk.h"
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace korvadex {
 
@@ -15,5 +18,15 @@ int UnzipFileInPlace(CommandContext& context, const std::string& path, bool test
 // Packs the file at level 9, unless it is packed already. Failures are reported to the user and leave the
 // file as it was.
 void ZipFileInPlace(CommandContext& context, const std::string& path);
+
+// The same for many files: packed on all processors, and put in their places together, as a disk confirms many
+// files in the time of one. afterEach is called once for each file.
+void UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                       const std::function<void()>& afterEach);
+void ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                     const std::function<void()>& afterEach);
+
+// Bytes of the file when it is not packed: its own size, or that of the member that it holds.
+std::uint64_t UnpackedSize(const FileSystem& files, const FileEntry& file);
 
 } // namespace korvadex

@@ -31,7 +31,7 @@ std::int16_t modZip::ZipArchive(CommandContext& context) {
     ZpSetOptions(library, options);
 
     return static_cast<std::int16_t>(
-        ZpArchive(library, context.files, {zNumberFiles, zZipFileName, zZipNames}));
+        ZpArchive(library, context.files, {zNumberFiles, zZipFileName, zZipNames}, zPrepared));
 }
 
 } // namespace korvadex

@@ -23,6 +23,7 @@ struct modZip {
     std::string zZipFileName;               // the archive to make
     std::array<std::string, 100> zZipNames; // entry 0: the file to add
     std::string zZipMessage;                // what the library printed
+    DeflatedFile* zPrepared = nullptr;      // the file to add, when it is read and packed already
 
     // One call of the library with these options; its code, 0 for success.
     std::int16_t ZipArchive(CommandContext& context);

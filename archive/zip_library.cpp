@@ -54,7 +54,7 @@ const ZPOPT& ZpGetOptions(const ZipState& state) {
     return state.options;
 }
 
-int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names) {
+int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile* prepared) {
     const ZPOPT& options = ZpGetOptions(state);
     if (names.argc != 1 || !IsOffered(options))
         return ZipCode::BadParameter;
@@ -69,9 +69,13 @@ int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names) {
         return ZipCode::TooBig;
     if (state.callbacks.service && state.callbacks.service(name, info->size) != 0)
         return ZipCode::Ok;
-    DeflatedFile contents(files, path);
-    if (!contents.Prepare(*info, level))
-        return ZipCode::ReadError;
+    DeflatedFile ownContents(files, path);
+    if (!prepared) {
+        if (!ownContents.Read(*info))
+            return ZipCode::ReadError;
+        ownContents.Pack(level);
+    }
+    DeflatedFile& contents = prepared ? *prepared : ownContents;
 
     ZipError error;
     ZipHandle archive = OpenZip(files, names.lpszZipFN, ZIP_CREATE | ZIP_EXCL, error);
@@ -86,7 +90,7 @@ int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names) {
     const auto member = static_cast<zip_uint64_t>(index);
     zip_set_file_compression(
         archive.get(), member, contents.MethodForLibrary(),
-        contents.MethodForLibrary() == ZIP_CM_DEFAULT ? 0 : static_cast<zip_uint32_t>(level));
+        contents.MethodForLibrary() != ZIP_CM_DEFLATE ? 0 : static_cast<zip_uint32_t>(level));
     SetMemberTime(archive.get(), member, info->time);
     zip_file_set_external_attributes(archive.get(), member, 0, ZIP_OPSYS_DOS,
                                      info->readOnly ? DosArchive | DosReadOnly : DosArchive);

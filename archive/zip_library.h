@@ -12,6 +12,8 @@
 
 namespace korvadex {
 
+class DeflatedFile;
+
 // What users of Info-ZIP know these numbers for.
 namespace ZipCode {
 inline constexpr int Ok = 0;
@@ -61,7 +63,8 @@ struct ZipState {
 void ZpInit(ZipState& state, ZipCallbacks callbacks);
 void ZpSetOptions(ZipState& state, const ZPOPT& options);
 const ZPOPT& ZpGetOptions(const ZipState& state);
-// Makes the archive. At level 9 the packed bytes are as few as zlib makes, or fewer.
-int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names);
+// Makes the archive. At level 9 the packed bytes are as few as zlib makes, or fewer. The file to add may have
+// been read and packed before.
+int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile* prepared = nullptr);
 
 } // namespace korvadex

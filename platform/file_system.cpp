@@ -32,4 +32,11 @@ std::string DescribeFault(FileFault fault) {
     return "the disk reported an error";
 }
 
+std::vector<Status> FileSystem::ReplaceAll(std::span<const Replacement> replacements) {
+    std::vector<Status> outcomes;
+    for (const auto& [from, to] : replacements)
+        outcomes.push_back(Replace(from, to));
+    return outcomes;
+}
+
 } // namespace korvadex

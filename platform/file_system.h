@@ -101,6 +101,11 @@ class OutputFile {
     virtual Status Close(bool flush) = 0;
 };
 
+// One file that is complete, and the file whose place it takes.
+struct Replacement {
+    std::string from, to;
+};
+
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
@@ -123,6 +128,8 @@ class FileSystem {
     // Puts the file `from` in the place of the file `to` in one step, on disk when it returns. Where it
     // fails, `to` is as it was.
     virtual Status Replace(const std::string& from, const std::string& to) = 0;
+    // The same for many files, whose bytes reach the disk together; an outcome for each.
+    virtual std::vector<Status> ReplaceAll(std::span<const Replacement> replacements);
     // Deletes a file or a link. A read-only file is refused (Denied) on every host.
     virtual Status Delete(const std::string& path) = 0;
 

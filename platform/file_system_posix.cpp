@@ -5,15 +5,18 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <set>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
+#include <thread>
 #include <unistd.h>
 
 namespace korvadex {
@@ -225,6 +228,7 @@ class DriveFileSystem : public FileSystem {
     Status Copy(const std::string& from, const std::string& to) override;
     Status Rename(const std::string& from, const std::string& to) override;
     Status Replace(const std::string& from, const std::string& to) override;
+    std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
     Status RemoveDirectory(const std::string& path) override;
@@ -412,26 +416,63 @@ Status DriveFileSystem::Rename(const std::string& from, const std::string& to) {
 }
 
 Status DriveFileSystem::Replace(const std::string& from, const std::string& to) {
-    const auto source = Existing(from);
-    if (!source)
-        return source.status();
-    const auto target = names.Resolve(to);
-    if (!target)
-        return target.status();
-    {
-        const auto file = OpenRegular(*source, from);
-        if (!file)
-            return file.status();
-        if (fsync(file->get()) != 0)
-            return Failure(from);
+    const Replacement replacement{from, to};
+    return ReplaceAll(std::span(&replacement, 1)).front();
+}
+
+// A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.
+void FlushTogether(const std::vector<Descriptor>& files, std::vector<Status>& outcomes,
+                   std::span<const Replacement> replacements) {
+    constexpr std::size_t maxThreads = 16;
+    std::atomic<std::size_t> next = 0;
+    const auto flush = [&] {
+        for (std::size_t i = next++; i < files.size(); i = next++) {
+            if (files[i] && fsync(files[i].get()) != 0)
+                outcomes[i] = Failure(replacements[i].from);
+        }
+    };
+    std::vector<std::thread> threads;
+    while (threads.size() + 1 < std::min(maxThreads, files.size()))
+        threads.emplace_back(flush);
+    flush();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+std::vector<Status> DriveFileSystem::ReplaceAll(std::span<const Replacement> replacements) {
+    std::vector<Status> outcomes(replacements.size());
+    std::vector<std::string> sources(replacements.size());
+    std::vector<Descriptor> files;
+    for (std::size_t i = 0; i < replacements.size(); ++i) {
+        auto source = Existing(replacements[i].from);
+        auto file = source ? OpenRegular(*source, replacements[i].from) : Result<Descriptor>(source.status());
+        outcomes[i] = file.status();
+        files.push_back(file ? std::move(*file) : Descriptor());
+        if (source)
+            sources[i] = std::move(*source);
     }
-    if (rename(source->c_str(), target->path.c_str()) != 0)
-        return Failure(to);
-    // Forgotten, not noted: a name that is found at once says nothing of what else has come into its directory.
-    names.NoteRemoved(*source);
-    names.NoteRemoved(target->path);
-    FlushDirectory(ParentOf(target->path));
-    return {};
+    FlushTogether(files, outcomes, replacements);
+
+    std::set<std::string> directories;
+    for (std::size_t i = 0; i < replacements.size(); ++i) {
+        if (!outcomes[i])
+            continue;
+        const auto target = names.Resolve(replacements[i].to);
+        if (!target)
+            outcomes[i] = target.status();
+        else if (rename(sources[i].c_str(), target->path.c_str()) != 0)
+            outcomes[i] = Failure(replacements[i].to);
+        if (!outcomes[i])
+            continue;
+        // Forgotten, not noted: a name that is found at once says nothing of what else has come into its
+        // directory.
+        names.NoteRemoved(sources[i]);
+        names.NoteRemoved(target->path);
+        directories.insert(ParentOf(target->path));
+    }
+    for (const std::string& directory : directories)
+        FlushDirectory(directory);
+    return outcomes;
 }
 
 Status DriveFileSystem::Delete(const std::string& path) {
