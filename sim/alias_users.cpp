@@ -36,16 +36,16 @@ bool FindAliasUsers(CommandContext& context, const AliasSearch& search) {
     std::vector<std::string> texts;
     for (const std::string& text : search.texts)
         texts.push_back(FoldCase(text));
-    const auto matches = [&](const std::string& line) {
+    const auto matches = [&](std::string_view line) {
         return (!search.gaugeLinesOnly || IsGaugeLine(line)) &&
                std::ranges::any_of(
-                   texts, [&](const std::string& text) { return line.find(text) != std::string::npos; });
+                   texts, [&](const std::string& text) { return line.find(text) != std::string_view::npos; });
     };
 
     std::vector<std::string> users;
     const bool isComplete =
         VisitConfigFiles(context, WalkTree(context.files, search.root), FoldCase(search.fileName),
-                         search.leaveOut, [&](const FileEntry& file, const std::vector<std::string>& lines) {
+                         search.leaveOut, [&](const FileEntry& file, const LowerLines& lines) {
                              if (std::ranges::none_of(lines, matches))
                                  return Visit::Continue;
                              users.push_back(UserLine(context, file.path, search.root));

@@ -1,11 +1,13 @@
 #include "sim/config_search.h"
 
-#include "platform/text_file.h"
+#include "platform/code_page.h"
 #include "platform/windows_path.h"
 #include "sim/progress.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <span>
 
 namespace korvadex {
 
@@ -45,28 +47,103 @@ ConfigFiles FindConfigFiles(CommandContext& context, const Tree& tree, const std
     return found;
 }
 
+// Reads one file after another through the same memory.
+class ConfigReader {
+  public:
+    // False when the file cannot be read, or is none that a person would call a configuration.
+    bool Read(const FileSystem& files, const FileEntry& entry) {
+        auto file = files.OpenForReading(entry.path);
+        if (!file)
+            return false;
+        // One byte more than the directory says, so that the end of the file is seen at once.
+        std::size_t size = 0, room = static_cast<std::size_t>(entry.info.size) + 1;
+        for (;;) {
+            if (size + room > MaxConfigBytes)
+                return false;
+            if (text.size() < size + room)
+                text.resize(size + room);
+            const auto count = (*file)->Read(std::as_writable_bytes(std::span(text.data() + size, room)));
+            if (!count)
+                return false;
+            size += *count;
+            if (*count < room)
+                break;
+            room = std::max<std::size_t>(size, FirstRoom);
+        }
+        Fold(size);
+        Split();
+        return true;
+    }
+    const LowerLines& Lines() const { return lines; }
+
+  private:
+    static constexpr std::size_t FirstRoom = 4096; // where the directory gave no size, as for a link
+
+    void Fold(std::size_t size) {
+        unsigned char all = 0;
+        for (std::size_t i = 0; i < size; ++i)
+            all |= static_cast<unsigned char>(text[i]);
+        if (all >= 0x80) {
+            folded = FoldCase(FromCodePage(std::string_view(text).substr(0, size)));
+            lower = folded;
+            return;
+        }
+        for (std::size_t i = 0; i < size; ++i) {
+            const char letter = text[i];
+            text[i] = static_cast<char>(letter >= 'A' && letter <= 'Z' ? letter + ('a' - 'A') : letter);
+        }
+        lower = std::string_view(text).substr(0, size);
+    }
+
+    void Split() {
+        lines.clear();
+        std::string_view rest = lower;
+        while (!rest.empty()) {
+            const std::size_t end = std::min(rest.find('\n'), rest.size());
+            std::string_view line = rest.substr(0, end);
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+            if (line.ends_with('\r'))
+                line.remove_suffix(1);
+            // A lone CR ends a line as well.
+            for (std::size_t cr = line.find('\r'); cr != std::string_view::npos; cr = line.find('\r')) {
+                lines.push_back(line.substr(0, cr));
+                line.remove_prefix(cr + 1);
+            }
+            lines.push_back(line);
+        }
+    }
+
+    std::string text, folded;
+    std::string_view lower;
+    LowerLines lines;
+};
+
 } // namespace
 
 bool VisitConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName,
-                      const std::string& leaveOut, const ConfigVisitor& visitor) {
+                      const std::string& leaveOut, const ConfigVisitor& visitor,
+                      const ConfigProgress& progress) {
     const ConfigFiles found = FindConfigFiles(context, tree, fileName);
     bool isComplete = found.isComplete;
-    ProgressBar progress(context.window, static_cast<int>(found.entries.size()));
+    const int total = static_cast<int>(found.entries.size());
+    std::optional<ProgressBar> bar;
+    if (!progress)
+        bar.emplace(context.window, total);
+    int done = 0;
+    ConfigReader reader;
     for (const FileEntry& entry : found.entries) {
-        progress.Step();
+        ++done;
+        if (bar)
+            bar->Set(done);
+        else
+            progress(done, total);
         if (!leaveOut.empty() && IsAtOrBelow(entry.path, leaveOut))
             continue;
-        if (entry.info.size > MaxConfigBytes) {
+        if (entry.info.size > MaxConfigBytes || !reader.Read(context.files, entry)) {
             isComplete = false;
             continue;
         }
-        auto lines = ReadLines(context.files, entry.path);
-        if (!lines) {
-            isComplete = false;
-            continue;
-        }
-        std::ranges::for_each(*lines, [](std::string& line) { line = FoldCase(line); });
-        if (visitor(entry, *lines) == Visit::Stop)
+        if (visitor(entry, reader.Lines()) == Visit::Stop)
             break;
     }
     return isComplete;

@@ -14,14 +14,18 @@ namespace korvadex {
 // What a visitor wants after one file.
 enum class Visit { Continue, Stop };
 
-using ConfigVisitor = std::function<Visit(const FileEntry& file, const std::vector<std::string>& lowerLines)>;
+// The lines in lower case, for as long as the visit lasts.
+using LowerLines = std::vector<std::string_view>;
+using ConfigVisitor = std::function<Visit(const FileEntry& file, const LowerLines& lines)>;
+using ConfigProgress = std::function<void(int done, int total)>;
 
-// Hands every file of that name (lower case) in the tree, its lines in lower case, to the visitor, in the
-// tree's order, and moves the progress bar over them. Files below leaveOut (a directory ending in a
+// Hands every file of that name (lower case) in the tree to the visitor, in the tree's order, each read once,
+// and moves the main window's progress bar over them, or calls progress where that is given. Files below leaveOut (a directory ending in a
 // backslash, or "") do not count. False when something was not looked at (a limit cut the list, a directory
 // or a file could not be read): then an answer "nobody uses it" is worth nothing.
 bool VisitConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName,
-                      const std::string& leaveOut, const ConfigVisitor& visitor);
+                      const std::string& leaveOut, const ConfigVisitor& visitor,
+                      const ConfigProgress& progress = {});
 
 // True when the line, in lower case, speaks of a gauge.
 bool IsGaugeLine(std::string_view lowerLine);

@@ -131,12 +131,14 @@ class Planner {
     // that no gauge is left behind for want of looking.
     std::vector<std::string> PanelGaugeLines() {
         std::vector<std::string> gaugeLines;
-        const bool isComplete =
-            VisitConfigFiles(context, package.tree, "panel.cfg", "",
-                             [&](const FileEntry&, const std::vector<std::string>& lines) {
-                                 std::ranges::copy_if(lines, std::back_inserter(gaugeLines), IsGaugeLine);
-                                 return Visit::Continue;
-                             });
+        const bool isComplete = VisitConfigFiles(context, package.tree, "panel.cfg", "",
+                                                 [&](const FileEntry&, const LowerLines& lines) {
+                                                     for (const std::string_view line : lines) {
+                                                         if (IsGaugeLine(line))
+                                                             gaugeLines.emplace_back(line);
+                                                     }
+                                                     return Visit::Continue;
+                                                 });
         if (!isComplete)
             gaugeLines.clear();
         return gaugeLines;

@@ -46,14 +46,15 @@ class GaugeStock {
         }
     }
 
-    // A cabinet satisfies a line just as a single gauge does; where both exist the single one is taken.
-    const std::string* Find(const std::string& gauge) const {
+    // A cabinet satisfies a line just as a single gauge does; where both exist the line may mean either.
+    std::vector<std::string> Find(const std::string& gauge) const {
+        std::vector<std::string> paths;
         for (const std::string_view extension : {".gau", ".cab"}) {
             if (const auto found = pathsByName.find(gauge + std::string(extension));
                 found != pathsByName.end())
-                return &found->second;
+                paths.push_back(found->second);
         }
-        return nullptr;
+        return paths;
     }
 
   private:
@@ -92,9 +93,9 @@ std::string CrossCheckPanel(CommandContext& context, const std::string& path,
             stock.emplace(context);
         if (gauge->empty() || !seen.insert(*gauge).second)
             continue;
-        if (const std::string* file = stock->Find(*gauge))
-            usedGauges.push_back(*file);
-        else
+        const std::vector<std::string> found = stock->Find(*gauge);
+        usedGauges.insert(usedGauges.end(), found.begin(), found.end());
+        if (found.empty())
             report += JoinText({*gauge + ".gau"});
     }
     return stock ? report : std::string(PanelNoGauges);

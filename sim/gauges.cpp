@@ -2,7 +2,6 @@
 
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
-#include "sim/config_search.h"
 #include "sim/progress.h"
 #include "sim/shared_files.h"
 
@@ -22,32 +21,6 @@ constexpr std::array<std::string_view, 15> StockGauges = {
 constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopwith.", "cessna_182.",
                                                              "cessna_182_rg.", "generic."};
 
-// For each gauge name, whether a panel of some aircraft below root names it. One pass over the panel.cfg
-// files answers for all of them; where something could not be looked at, every gauge counts as used.
-std::vector<bool> GaugesInUse(CommandContext& context, const std::string& root,
-                              const std::vector<std::string>& names) {
-    std::vector<bool> isUsed(names.size(), false);
-    std::size_t unusedCount = names.size();
-    const Tree aircraft = WalkTree(context.files, root + "aircraft\\");
-    const bool isComplete = VisitConfigFiles(
-        context, aircraft, "panel.cfg", "", [&](const FileEntry&, const std::vector<std::string>& lines) {
-            for (const std::string& line : lines) {
-                if (!IsGaugeLine(line))
-                    continue;
-                for (std::size_t i = 0; i < names.size(); ++i) {
-                    if (!isUsed[i] && line.find(names[i]) != std::string::npos) {
-                        isUsed[i] = true;
-                        --unusedCount;
-                    }
-                }
-            }
-            return unusedCount == 0 ? Visit::Stop : Visit::Continue;
-        });
-    if (!isComplete)
-        isUsed.assign(names.size(), true);
-    return isUsed;
-}
-
 bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges,
                    const std::string& directory, SharedFiles& placed) {
     std::vector<std::string> sources;
@@ -65,14 +38,16 @@ void RemoveGauges(CommandContext& context, const std::vector<FileEntry>& gauges,
     std::vector<std::string> names;
     for (const FileEntry& gauge : gauges)
         names.push_back(GaugeName(gauge.path));
-    const std::vector<bool> isUsed = GaugesInUse(context, root, names);
+    NameMatcher used(names);
+    if (!FindGaugesInUse(context, root, used))
+        used.TakeAllAsFound(); // what could not be looked at may use any of them
 
     ProgressBar progress(context.window, static_cast<int>(gauges.size()));
     for (std::size_t i = 0; i < gauges.size(); ++i) {
         progress.Step();
         const std::string fileName = gauges[i].Name();
         const std::string installed = directory + fileName;
-        if (isUsed[i] || IsStockGauge(fileName))
+        if (used.IsFound(i) || IsStockGauge(fileName))
             continue;
         const auto info = context.files.Info(installed);
         // A gauge of the same name with other bytes came from elsewhere.
@@ -82,6 +57,20 @@ void RemoveGauges(CommandContext& context, const std::vector<FileEntry>& gauges,
 }
 
 } // namespace
+
+bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
+                     const ConfigProgress& progress) {
+    return VisitConfigFiles(
+        context, WalkTree(context.files, root + "aircraft\\"), "panel.cfg", "",
+        [&](const FileEntry&, const LowerLines& lines) {
+            for (const std::string_view line : lines) {
+                if (IsGaugeLine(line))
+                    names.Search(line);
+            }
+            return names.AreAllFound() ? Visit::Stop : Visit::Continue;
+        },
+        progress);
+}
 
 std::string GaugeName(std::string_view path) {
     const std::string name = FoldCase(LastPathComponent(path));

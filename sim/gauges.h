@@ -4,6 +4,8 @@
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
+#include "sim/config_search.h"
+#include "sim/name_matcher.h"
 
 #include <string>
 #include <string_view>
@@ -18,6 +20,11 @@ std::string GaugeName(std::string_view path);
 
 // Gauges that come with the simulator; they are never deleted.
 bool IsStockGauge(std::string_view fileName);
+
+// Notes the gauge names that a panel of some aircraft below root & "aircraft\" uses: a line that contains the
+// name also contains "gauge". False when something could not be looked at.
+bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
+                     const ConfigProgress& progress = {});
 
 // "C:\FS2002\gauges directory does not exist. ..." True when it does.
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root);

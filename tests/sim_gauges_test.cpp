@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(
         PanelCheck{"Alias", "[fltsim]\r\nalias=Lear\\panel\r\n", "PanelNoGauges", {}},
         PanelCheck{"Cabinet", "gauge05=Cessna!Airspeed, 10,20", "", {"Cessna.CAB"}},
         PanelCheck{"Single", "gauge12=myclock,100,20", "", {"myclock.gau"}},
-        PanelCheck{"SingleBeforeCabinet", "gauge12=both!x,1", "", {"both.gau"}},
+        PanelCheck{"SingleAndCabinet", "gauge12=both!x,1", "", {"both.gau", "both.cab"}},
         PanelCheck{"Below", "  GAUGE100 =  DEEP , 1", "", {"sub\\deep.gau"}},
         PanelCheck{"EachOnce", "gauge00=myclock,1\nGauge01=MYCLOCK!x,1\n", "", {"myclock.gau"}},
         PanelCheck{"MissingInOrderOnce",
