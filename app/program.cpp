@@ -6,6 +6,8 @@
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
+#include "sim/run_simulator.h"
+#include "sim/unused_gauges.h"
 
 #include <algorithm>
 
@@ -152,12 +154,10 @@ void Program::RunCommand(Side processor, int code) {
 }
 
 void Program::RunHangarSideCommand(int code) {
-    if (code != InstallPackage && code != RemovePackageFromSim)
-        return;
-    if (code == InstallPackage)
-        ReloadWhenChanged();
+    if (code != RemovePackageFromSim)
+        ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
     state.CommandCode = code;
-    RunHangarCommand(context, state, package);
+    RunHangarCommand(context, state, held, package);
 }
 
 void Program::PressToolbarKey(const std::string& key) {
@@ -166,6 +166,17 @@ void Program::PressToolbarKey(const std::string& key) {
             if (view.HangarSideShown)
                 ShowStagingSide();
             RunStagingCommand(ProcessZipIntoStaging);
+        } else if (key == "ImportFromMSFS") {
+            if (view.HangarSideShown)
+                ShowStagingSide();
+            RunStagingCommand(ImportIntoStaging);
+        } else if (key == "Compress" || key == "Decompress") {
+            if (view.HangarSideShown)
+                RunHangarSideCommand(key == "Compress" ? CompressShownPackage : DecompressShownPackage);
+        } else if (key == "UnusedGauges") {
+            korvadex::ListUnusedGauges(context);
+        } else if (key == "RunMSFS") {
+            korvadex::RunSimulator(context);
         } else if (key == "Install") {
             if (view.HangarSideShown)
                 RunHangarSideCommand(InstallPackage);
@@ -175,7 +186,9 @@ void Program::PressToolbarKey(const std::string& key) {
             if (view.HangarSideShown)
                 RunHangarSideCommand(RemovePackageFromSim);
         } else if (key == "RemovePackage") {
-            if (!view.HangarSideShown)
+            if (view.HangarSideShown)
+                RunHangarSideCommand(RemovePackageFromHangar);
+            else
                 RunStagingCommand(RemoveAllFromStaging);
         } else if (key == "ListAllPackages") {
             ListFromMenu(PackageListCaption);

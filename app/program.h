@@ -8,6 +8,7 @@
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
 #include "package/erase_staging.h"
+#include "sim/aliases.h"
 
 #include <functional>
 #include <optional>
@@ -24,6 +25,7 @@ enum class Side { Staging, Hangar };
 enum StagingCommand : int {
     CopyStagingToHangar = 0,
     ProcessZipIntoStaging = 1,
+    ImportIntoStaging = 2,
     RemoveAllFromStaging = 4,
     RemovePanelFromStaging = 5,
     RemoveAircraftFromStaging = 6,
@@ -78,6 +80,13 @@ class Program : private MainWindow {
     void ChangeLocations();
     void EditLocationProfiles();
     void OpenReadMe();
+    // These go to the Hangar side first.
+    void CompressAll();
+    void DecompressAll();
+    void UninstallAll();
+    void UninstallCategory();
+    void ListUnusedGauges();
+    void RunSimulator();
 
     const MainView& View() const { return view; }
     const LoadedPackage& Package() const { return package; }
@@ -92,6 +101,8 @@ class Program : private MainWindow {
     std::string SelectedCategory() const override;
     std::string SelectedPackageText() const override;
     void RefreshPackageList() override;
+    void SelectPackageNamed(const std::string& name) override;
+    void NoteStaged(const std::string& packageName) override;
     void RefreshPackageDisplay() override;
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
 
@@ -137,7 +148,6 @@ class Program : private MainWindow {
     // Lists the whole Hangar.
     void TakeStock();
     void UpdateStatusCounts();
-    void PreselectPackage(std::string_view name);
     void SelectCategory(int index);
     bool SelectPackage(std::string_view line);
     bool SelectPackageIn(int category, std::string_view name);
@@ -151,6 +161,13 @@ class Program : private MainWindow {
     void AddArchive(const std::string& archive);
     void EraseStaging();
     void EraseFromStaging(StagingPart part);
+    bool MayAddToStaging();
+    void ImportIntoStagingSide();
+
+    // batch_commands.cpp
+    void ForEachPackage(bool isCategoryOnly, const std::function<void()>& command);
+    void CompressEach(const std::string& question, bool compress);
+    void UninstallEach(const std::string& question, bool isCategoryOnly);
 
     FileSystem& files;
     Launcher& launcher;
@@ -164,6 +181,9 @@ class Program : private MainWindow {
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     CommandState state;
+    HeldAliases held;
+    std::string importedAircraft; // set until Staging is shown with it: the gauges are still to come
+    bool isBatch = false;         // packages are gone through: each is loaded only for its own command
     modUnzip unzip;       // one for the run: its password prompt is shown once
     HangarListing hangar; // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.

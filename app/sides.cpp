@@ -6,8 +6,10 @@
 #include "package/load_package.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
+#include "sim/gauges.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvadex {
 
@@ -69,6 +71,8 @@ void Program::LoadShownSide() {
 }
 
 void Program::RefreshPackageDisplay() {
+    if (isBatch)
+        return; // the next package is loaded in its place
     isHangarStale = isHangarStale || view.HangarSideShown; // pictures may have come or gone
     LoadShownSide();
     ShowView();
@@ -96,6 +100,12 @@ void Program::LoadStaging() {
             view.packageName = lines->front();
     view.sizeText = SizeText(package);
     UpdateCaption();
+    if (importedAircraft.empty())
+        return;
+    // Now that one panel is left, its gauges are fetched, and Staging is loaded with them.
+    ShowView();
+    RunImportGaugeStep(context, std::exchange(importedAircraft, ""));
+    LoadStaging();
 }
 
 void Program::ClearPackageDisplay() {
@@ -159,6 +169,8 @@ void Program::TakeStock() {
 }
 
 void Program::RefreshPackageList() {
+    if (isBatch)
+        return; // the list must keep its positions; it is filled anew at the end
     RefreshSelection();
     isHangarStale = true;
     ShowView();
@@ -177,9 +189,16 @@ void Program::RefreshSelection() {
         view.packageIndex = oldIndex < static_cast<int>(view.packages.size()) ? oldIndex : 0;
 }
 
-void Program::PreselectPackage(std::string_view name) {
-    if (const int index = IndexOf(view.packages, name); index >= 0)
-        view.packageIndex = index;
+void Program::SelectPackageNamed(const std::string& name) {
+    RefreshPackageList();
+    view.packageIndex = IndexOf(view.packages, name);
+}
+
+void Program::NoteStaged(const std::string& packageName) {
+    if (Trim(view.packageName).empty())
+        view.packageName = packageName;
+    UpdateCaption();
+    ShowView();
 }
 
 void Program::SelectCategory(int index) {

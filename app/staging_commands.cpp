@@ -7,6 +7,7 @@
 #include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/copy_package.h"
+#include "sim/import.h"
 
 #include <array>
 
@@ -22,6 +23,9 @@ void Program::RunStagingCommand(int code, const std::string& archive) {
         break;
     case ProcessZipIntoStaging:
         AddArchive(archive);
+        break;
+    case ImportIntoStaging:
+        ImportIntoStagingSide();
         break;
     case RemoveAllFromStaging:
         EraseStaging();
@@ -90,8 +94,7 @@ void Program::CopyToHangar() {
     auto destination = settings.locations.HangarDir + SelectedCategory() + "\\" + name;
     if (!CopyPackageTo(context, package, destination))
         return;
-    RefreshPackageList();
-    PreselectPackage(name); // what the user will want to see in the Hangar
+    SelectPackageNamed(name); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
     // What arrived while the package was copied is in no package yet.
@@ -104,10 +107,22 @@ void Program::CopyToHangar() {
     EraseStaging();
 }
 
+bool Program::MayAddToStaging() {
+    return StagingIsEmpty(files, settings.locations) ||
+           user.AskYesNo(
+               "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)");
+}
+
+void Program::ImportIntoStagingSide() {
+    if (!MayAddToStaging())
+        return;
+    importedAircraft = ImportFromSim(context);
+    if (!importedAircraft.empty())
+        LoadStaging();
+}
+
 void Program::AddArchive(const std::string& archive) {
-    if (!StagingIsEmpty(files, settings.locations) &&
-        !user.AskYesNo(
-            "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)"))
+    if (!MayAddToStaging())
         return;
     if (ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         LoadStaging();

@@ -186,6 +186,15 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
     return KeptConfiguration{configurations[chosen].title, wasAsked};
 }
 
+Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title) {
+    std::vector<std::string> lines = cfg.lines;
+    for (auto& line : lines) {
+        if (BeginsWith(line, "title="))
+            line = "title=" + title;
+    }
+    return WriteLines(context, cfg, lines);
+}
+
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg) {
     const bool needsChange = std::any_of(cfg.lines.begin(), cfg.lines.end(), [](const std::string& line) {
         const std::string key = VariationKeyOf(line);

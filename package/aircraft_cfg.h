@@ -33,6 +33,10 @@ struct KeptConfiguration {
 };
 std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg);
 
+// Gives every "title=" line of the file the new title; lines lose their leading blanks. Whatever fails, the
+// file is as it was.
+Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title);
+
 // Rewrites the file with "model=", "panel=", "sound=" and "texture=" as bare keys. A file that needs no
 // change is not written.
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg);

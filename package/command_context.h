@@ -31,6 +31,10 @@ class MainWindow {
 
     // Fills the chooser's packages anew (marks included) and keeps the selection; loads nothing.
     virtual void RefreshPackageList() = 0;
+    // The same, and selects the package of this name in the shown category.
+    virtual void SelectPackageNamed(const std::string& name) = 0;
+    // A package was copied to Staging: an empty txtPackageName gets its name, the caption is brought up to date.
+    virtual void NoteStaged(const std::string& packageName) = 0;
     // Loads the shown side again and shows it.
     virtual void RefreshPackageDisplay() = 0;
     // frmFileList with these lines under this caption.
@@ -50,6 +54,7 @@ struct CommandContext {
 struct CommandState {
     int CommandCode = 0;
     bool QuietMode = false;
+    bool BatchMode = false; // compress all, decompress all
     // Packages that a quiet command kept, with the reason: named to the user at the end of the batch.
     std::vector<std::string> keptPackages;
 };

@@ -2,6 +2,7 @@
 // with a script.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,37 @@ struct MessageOptions {
 struct CheckedAnswer {
     Answer answer;
     bool isChecked;
+};
+
+// frmRename: what its fields hold when it comes up.
+struct RenameEntry {
+    std::string packageName, aircraftTitle;
+};
+struct RenameForm {
+    RenameEntry entry;
+    bool hasTitle = true; // false: the title field is disabled
+    // cmdAccept with what the fields hold. True closes the dialog; false leaves it open, after a message.
+    std::function<bool(const RenameEntry& entered)> accept;
+};
+
+// frmUnusedGauges.
+struct UnusedGauge {
+    std::string name, path; // lstFileList shows the name
+};
+struct UnusedGaugesForm {
+    // To be called once, when the window stands: the search, which moves the window's progress bar (from 1 to
+    // maximum) on its way.
+    std::function<std::vector<UnusedGauge>(const std::function<void(int value, int maximum)>& progress)>
+        search;
+    // cmdDelete with the selected rows; what the list is to show from then on.
+    std::function<std::vector<UnusedGauge>(const std::vector<int>& rows)> remove;
+};
+
+// frmMSFSImport.
+struct ImportForm {
+    std::vector<std::string> names; // of lstPackages
+    // cmdOK, or a double click, on a row (-1: none is selected). True closes the dialog.
+    std::function<bool(int row)> accept;
 };
 
 class UserDialogs {
@@ -40,6 +72,10 @@ class UserDialogs {
     // frmInstallStatus and frmImportStatus, both captioned "Gauge Crosscheck".
     virtual void ShowInstallStatus(const std::string& text) = 0;
     virtual void ShowImportStatus(const std::string& text) = 0;
+    // These come back when the dialog is closed, in whatever way.
+    virtual void ShowRename(const RenameForm& form) = 0;
+    virtual void ShowUnusedGauges(const UnusedGaugesForm& form) = 0;
+    virtual void ShowMSFSImport(const ImportForm& form) = 0;
 
     void Tell(const std::string& text, MessageIcon icon = MessageIcon::None) {
         ShowMessage(text, MessageButtons::Ok, icon, {});

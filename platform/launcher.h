@@ -22,6 +22,9 @@ class Launcher {
     virtual int OpenDocument(const std::string& path) = 0;
     // A program of this system, normal window, focused.
     virtual bool StartProgram(const std::string& hostPath) = 0;
+    // A program for Windows, in a maximised window with the focus, its own directory as the current one. ""
+    // when it was started, otherwise the reason as whole sentences.
+    virtual std::string RunSimulator(const std::string& path) = 0;
 };
 
 std::unique_ptr<Launcher> MakeHostLauncher(const FileSystem& files);

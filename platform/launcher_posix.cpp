@@ -32,8 +32,9 @@ bool IsOnPath(const std::string& program) {
 }
 
 // Starts a program that the desktop's init collects: a shell starts it in the background and ends at once.
-bool StartDetached(const std::vector<std::string>& command) {
-    std::vector<std::string> words = {"sh", "-c", "\"$@\" </dev/null >/dev/null 2>&1 &", "sh"};
+bool StartDetached(const std::vector<std::string>& command, const std::string& directory = ".") {
+    std::vector<std::string> words = {
+        "sh", "-c", "cd -- \"$1\" && shift && { \"$@\" </dev/null >/dev/null 2>&1 & }", "sh", directory};
     words.insert(words.end(), command.begin(), command.end());
     std::vector<char*> arguments;
     for (auto& word : words)
@@ -59,6 +60,17 @@ class PosixLauncher : public Launcher {
     }
     bool StartProgram(const std::string& hostPath) override {
         return access(hostPath.c_str(), X_OK) == 0 && StartDetached({hostPath});
+    }
+    std::string RunSimulator(const std::string& path) override {
+        if (!IsOnPath("wine"))
+            return "Flight Simulator is a program for Windows.  Wine, which runs such programs on this "
+                   "system, is not installed.  Please install the package wine first.";
+        const std::string hostPath = files.HostPath(path);
+        const std::string directory = hostPath.substr(0, hostPath.rfind('/') + 1);
+        // Wine's own "start" knows the state of the window, and ends when the program runs.
+        if (StartDetached({"wine", "start", "/max", "/unix", hostPath}, directory))
+            return "";
+        return path + " could not be started with Wine.";
     }
 
   private:

@@ -76,6 +76,14 @@ class WindowsLauncher final : public Launcher {
         const std::optional<std::wstring> directory = ToWide(ParentDirectory(hostPath));
         return wide && directory && Start(*wide, Quoted(*wide), directory->c_str(), SW_SHOWNORMAL);
     }
+
+    std::string RunSimulator(const std::string& path) override {
+        const std::optional<std::wstring> wide = ToWide(path);
+        const std::optional<std::wstring> directory = ToWide(ParentDirectory(path));
+        if (wide && directory && Start(*wide, Quoted(*wide), directory->c_str(), SW_SHOWMAXIMIZED))
+            return "";
+        return path + " could not be started (code " + std::to_string(GetLastError()) + ").";
+    }
 };
 
 } // namespace

@@ -1,14 +1,46 @@
 #include "sim/hangar_commands.h"
 
+#include "archive/compression.h"
+#include "package/file_primitives.h"
+#include "sim/hangar_package.h"
 #include "sim/install.h"
 
 namespace korvadex {
 
-void RunHangarCommand(CommandContext& context, CommandState& state, LoadedPackage& package) {
+namespace {
+
+void CompressShown(CommandContext& context, const CommandState& state, bool compress) {
+    const std::string path = context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
+                             CurrentPackageName(context.window) + "\\";
+    const bool isDone = CompressPackage(context, path, compress);
+    if (isDone && !state.QuietMode && !state.BatchMode)
+        context.user.Tell("Done.");
+    context.window.RefreshPackageDisplay();
+}
+
+} // namespace
+
+void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases& held,
+                      LoadedPackage& package) {
     if (context.window.SelectedPackageText().empty()) {
         context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
         return;
     }
+    const auto runAgainAs = [&](HangarCommand command) {
+        return [&, command] {
+            state.CommandCode = command;
+            RunHangarCommand(context, state, held, package);
+        };
+    };
+    const auto paste = [&](const std::string& kind) {
+        PasteAlias(context, kind, package, held.Of(kind));
+        context.window.RefreshPackageDisplay();
+    };
+    const auto restore = [&](const std::string& kind) {
+        RestoreOldConfig(context, kind, package);
+        context.window.RefreshPackageDisplay();
+    };
+
     // The branches are tested one after another, not as a switch: one may change the command code and run the
     // processor again, so that a later branch sees the changed code. The order is 0, 1, 2, 13, 3, 4, 6, 8, 5,
     // 7, 9, 14, 15, 11, 12.
@@ -16,6 +48,32 @@ void RunHangarCommand(CommandContext& context, CommandState& state, LoadedPackag
         InstallIntoSim(context, package);
     if (state.CommandCode == RemovePackageFromSim)
         RemoveFromSim(context, state, package);
+    if (state.CommandCode == RemovePackageFromHangar)
+        RemoveFromHangar(context, runAgainAs(RemovePackageFromSim));
+    if (state.CommandCode == CopyPackageToStaging)
+        CopyToStaging(context, package, runAgainAs(RemovePackageFromHangar));
+    if (state.CommandCode == RenameHangarPackage)
+        RenameInHangar(context, package);
+    if (state.CommandCode == CreatePanelAlias)
+        CreateAlias(context, "panel", package, held);
+    if (state.CommandCode == PastePanelAlias)
+        paste("panel");
+    if (state.CommandCode == RestoreOldPanel)
+        restore("panel");
+    if (state.CommandCode == CreateSoundAlias)
+        CreateAlias(context, "sound", package, held);
+    if (state.CommandCode == PasteSoundAlias)
+        paste("sound");
+    if (state.CommandCode == RestoreOldSound)
+        restore("sound");
+    if (state.CommandCode == CompressShownPackage && !package.isCompressed)
+        CompressShown(context, state, true);
+    if (state.CommandCode == DecompressShownPackage)
+        CompressShown(context, state, false);
+    if (state.CommandCode == CheckPackageReferences)
+        CheckReferences(context);
+    if (state.CommandCode == CheckPackageGauges)
+        CheckInstalledGauges(context);
 }
 
 } // namespace korvadex

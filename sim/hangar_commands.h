@@ -3,12 +3,30 @@
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
+#include "sim/aliases.h"
 
 namespace korvadex {
 
-enum HangarCommand : int { InstallPackage = 0, RemovePackageFromSim = 1 };
+enum HangarCommand : int {
+    InstallPackage = 0,
+    RemovePackageFromSim = 1,
+    RemovePackageFromHangar = 2,
+    RenameHangarPackage = 3,
+    CreatePanelAlias = 4,
+    CreateSoundAlias = 5,
+    PastePanelAlias = 6,
+    PasteSoundAlias = 7,
+    RestoreOldPanel = 8,
+    RestoreOldSound = 9,
+    CheckPackageReferences = 11,
+    CheckPackageGauges = 12,
+    CopyPackageToStaging = 13,
+    CompressShownPackage = 14,
+    DecompressShownPackage = 15
+};
 
-// Carries out state.CommandCode on the shown package.
-void RunHangarCommand(CommandContext& context, CommandState& state, LoadedPackage& package);
+// Carries out state.CommandCode on the shown package; a code without a command does nothing.
+void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases& held,
+                      LoadedPackage& package);
 
 } // namespace korvadex

@@ -5,12 +5,12 @@
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_plan.h"
+#include "sim/delete_directory.h"
 #include "sim/gauges.h"
 #include "sim/name_list.h"
 #include "sim/shared_files.h"
 
 #include <map>
-#include <optional>
 
 namespace korvadex {
 
@@ -26,13 +26,6 @@ bool IsUsedInSim(CommandContext& context, const std::string& name, const std::st
     search.showList = true;
     search.leaveOut = directory;
     return FindAliasUsers(context, search);
-}
-
-// An aircraft directory that is a link to another place goes as a link; what it leads to is not the
-// simulator's.
-bool IsLink(const CommandContext& context, const std::string& directory) {
-    const auto info = context.files.Info(WithoutBackslash(directory));
-    return info && info->kind == EntryKind::Link;
 }
 
 // The files whose alias line the installation adapts to the names of the simulator.
@@ -52,7 +45,7 @@ bool IsInPackage(CommandContext& context, const FileEntry& installed, const std:
 // changed since: a simulator's own aircraft may bear the name of a package, and people edit what they fly.
 std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPackage& package,
                                        const std::string& directory) {
-    if (IsLink(context, directory))
+    if (IsLinkedDirectory(context, directory))
         return {};
     std::map<std::string, std::string> sources;
     for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
@@ -71,46 +64,6 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
         others.push_back(installed.unreadable.substr(directory.size()) +
                          " (a directory that could not be read)");
     return others;
-}
-
-// What is left of a directory that could not be deleted altogether, and why.
-Status FirstRemaining(CommandContext& context, const std::string& directory) {
-    const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
-    if (tree.isUnreadable)
-        return {FileFault::Denied, tree.unreadable};
-    for (const FileEntry& file : tree.files) {
-        if (Status status = context.files.Delete(file.path); !status)
-            return status;
-    }
-    for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
-        if (Status status = context.files.RemoveDirectory(*path); !status)
-            return status;
-    }
-    return context.files.RemoveDirectory(WithoutBackslash(directory));
-}
-
-// The whole installed directory goes; otherwise what is left of it and why. None when the deletion was
-// refused as a whole, which the user was told.
-std::optional<Status> DeleteInstalled(CommandContext& context, const std::string& directory) {
-    const std::string path = WithoutBackslash(directory);
-    if (IsLink(context, directory))
-        return context.files.Delete(path);
-    if (!DeleteTree(context, directory))
-        return std::nullopt;
-    if (context.files.RemoveDirectory(path))
-        return Status{};
-    return FirstRemaining(context, directory);
-}
-
-void TellIncomplete(CommandContext& context, CommandState& state, const std::string& name,
-                    const Status& status) {
-    const std::string reason = status.path + " could not be removed (" + DescribeFault(status.fault) + ")";
-    if (state.QuietMode)
-        state.keptPackages.push_back(name + ": " + reason);
-    else
-        context.user.Tell("The package could not be removed completely.\r\n\r\n" + reason + ".\r\n\r\n" +
-                              NextStep(status.fault),
-                          MessageIcon::Exclamation);
 }
 
 // Packages are asked about, or in a batch kept and named at its end, when removing would lose files that only
@@ -173,15 +126,17 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 
-    const auto status = DeleteInstalled(context, directory);
+    const auto status = DeleteDirectory(context, directory);
     if (!status)
         return;
     // Gauges go last: the package's own panel.cfg would keep them alive.
     if (*status && !package.ComponentFiles[Gauges].empty())
         PlaceGauges(context, package, context.locations.MsfsDir, GaugeMode::Remove);
     context.window.RefreshPackageList();
-    if (!*status)
-        TellIncomplete(context, state, name, *status);
+    if (!*status && state.QuietMode)
+        state.keptPackages.push_back(name + ": " + DescribeRemaining(*status));
+    else if (!*status)
+        TellIncompleteRemoval(context, *status);
     else if (!state.QuietMode)
         context.user.Tell("Done.");
     context.window.RefreshPackageDisplay();

@@ -14,7 +14,7 @@ namespace korvadex::test {
 // A window that remembers what it was told; the selection is set by the test.
 class RecordingWindow : public MainWindow {
   public:
-    std::string category, packageText, status, listCaption;
+    std::string category, packageText, status, listCaption, staged;
     std::vector<std::string> listLines;
     int progressShown = 0, listRefreshes = 0, displayRefreshes = 0;
     bool isProgressVisible = false;
@@ -29,6 +29,8 @@ class RecordingWindow : public MainWindow {
     std::string SelectedCategory() const override { return category; }
     std::string SelectedPackageText() const override { return packageText; }
     void RefreshPackageList() override { ++listRefreshes; }
+    void SelectPackageNamed(const std::string& name) override { packageText = name; }
+    void NoteStaged(const std::string& packageName) override { staged = packageName; }
     void RefreshPackageDisplay() override { ++displayRefreshes; }
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
         listCaption = caption;
@@ -58,6 +60,11 @@ class RecordingLauncher : public Launcher {
         started.push_back("start " + hostPath);
         return true;
     }
+    std::string RunSimulator(const std::string& path) override {
+        started.push_back("run " + path);
+        return simulatorRefusal;
+    }
+    std::string simulatorRefusal; // what RunSimulator answers
 };
 
 class CommandTest : public testing::Test {

@@ -10,10 +10,14 @@ namespace {
 std::string ForReading(const std::string& text) {
     std::string readable;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text.compare(i, 2, "\r\n") == 0)
-            readable += text[++i];
-        else
-            readable += text[i] == '\n' ? "<LF>" : text.substr(i, 1);
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            readable += '\n';
+            ++i;
+        } else if (text[i] == '\n') {
+            readable += "<LF>";
+        } else {
+            readable += text[i];
+        }
     }
     return readable;
 }
@@ -25,9 +29,15 @@ bool Fits(const std::string& expected, const std::string& shown) {
 }
 
 bool IsOffered(Answer answer, MessageButtons buttons) {
-    if (buttons == MessageButtons::YesNo)
+    switch (buttons) {
+    case MessageButtons::Ok:
+        return answer == Answer::Ok;
+    case MessageButtons::OkCancel:
+        return answer == Answer::Ok || answer == Answer::Cancel;
+    case MessageButtons::YesNo:
         return answer == Answer::Yes || answer == Answer::No;
-    return answer == Answer::Ok || (answer == Answer::Cancel && buttons == MessageButtons::OkCancel);
+    }
+    return false;
 }
 
 } // namespace
@@ -37,13 +47,71 @@ ScriptedUser::~ScriptedUser() {
         ADD_FAILURE() << "never asked: " << step.text;
 }
 
-ScriptedUser& ScriptedUser::Add(Step step) {
-    script.push_back(std::move(step));
+ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, bool isChecked) {
+    script.push_back(
+        {.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
     return *this;
 }
 
-std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& text) {
-    const std::string shown = ForReading(text);
+ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, MessageIcon icon) {
+    Expect(std::move(text), answer);
+    script.back().icon = icon;
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectText(std::string prompt, std::optional<std::string> answer) {
+    script.push_back({.kind = Kind::Text, .text = std::move(prompt), .typed = std::move(answer)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectZipFile(std::optional<std::string> answer) {
+    script.push_back({.kind = Kind::ZipFile, .text = "Process ZIP File ...", .typed = std::move(answer)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer) {
+    script.push_back(
+        {.kind = Kind::Configurations, .text = "configurations", .items = std::move(items), .row = answer});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectInstallStatus(std::string text) {
+    script.push_back({.kind = Kind::InstallStatus, .text = std::move(text)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectImportStatus(std::string text) {
+    script.push_back({.kind = Kind::ImportStatus, .text = std::move(text)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectRename(RenameEntry shown, bool hasTitle, std::vector<RenameEntry> entries) {
+    entries.insert(entries.begin(), std::move(shown));
+    script.push_back(
+        {.kind = Kind::Rename, .text = hasTitle ? "rename" : "rename...", .entries = std::move(entries)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectUnusedGauges(std::vector<std::string> names,
+                                               std::vector<std::vector<int>> deletions) {
+    script.push_back({.kind = Kind::UnusedGauges,
+                      .text = "unused gauges",
+                      .items = std::move(names),
+                      .rows = std::move(deletions)});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::ExpectImport(std::vector<std::string> names, std::vector<int> rows) {
+    script.push_back({.kind = Kind::Import, .text = "import", .items = std::move(names), .rows = {rows}});
+    return *this;
+}
+
+ScriptedUser& ScriptedUser::Then(std::function<void()> action) {
+    script.back().then = std::move(action);
+    return *this;
+}
+
+std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& shown) {
     transcript.push_back(shown);
     if (script.empty() || script.front().kind != kind || !Fits(script.front().text, shown)) {
         ADD_FAILURE() << "unexpected: " << shown
@@ -59,7 +127,7 @@ std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::strin
 
 CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                         const MessageOptions& options) {
-    const auto step = Take(Kind::Message, text);
+    const auto step = Take(Kind::Message, ForReading(text));
     // A surprise is answered in the way that changes least.
     if (!step)
         return {buttons == MessageButtons::YesNo      ? Answer::No
@@ -75,7 +143,7 @@ CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons 
 }
 
 std::optional<std::string> ScriptedUser::AskText(const std::string& prompt, bool /*isSecret*/) {
-    const auto step = Take(Kind::Text, prompt);
+    const auto step = Take(Kind::Text, ForReading(prompt));
     return step ? step->typed : std::nullopt;
 }
 
@@ -86,11 +154,58 @@ std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title,
 }
 
 std::optional<int> ScriptedUser::ChooseConfiguration(const std::vector<std::string>& items) {
-    const auto step = Take(Kind::Configurations, "");
+    const auto step = Take(Kind::Configurations, "configurations");
     if (!step)
         return std::nullopt;
     EXPECT_EQ(items, step->items);
     return step->row;
+}
+
+void ScriptedUser::ShowInstallStatus(const std::string& text) {
+    Take(Kind::InstallStatus, ForReading(text));
+}
+
+void ScriptedUser::ShowImportStatus(const std::string& text) {
+    Take(Kind::ImportStatus, ForReading(text));
+}
+
+void ScriptedUser::ShowRename(const RenameForm& form) {
+    const auto step = Take(Kind::Rename, form.hasTitle ? "rename" : "rename without a title");
+    if (!step)
+        return;
+    EXPECT_EQ(form.entry.packageName, step->entries[0].packageName);
+    EXPECT_EQ(form.entry.aircraftTitle, step->entries[0].aircraftTitle);
+    for (std::size_t i = 1; i < step->entries.size(); ++i)
+        EXPECT_EQ(form.accept(step->entries[i]), i + 1 == step->entries.size()) << i;
+}
+
+void ScriptedUser::ShowUnusedGauges(const UnusedGaugesForm& form) {
+    const auto step = Take(Kind::UnusedGauges, "unused gauges");
+    if (!step)
+        return;
+    int last = 0;
+    auto gauges = form.search([&](int value, int maximum) {
+        EXPECT_TRUE(value >= std::max(last, 1) && value <= maximum) << value << " of " << maximum;
+        last = value;
+    });
+    std::vector<std::string> names;
+    for (const auto& gauge : gauges)
+        names.push_back(gauge.name);
+    EXPECT_EQ(names, step->items);
+    for (const auto& rows : step->rows)
+        gauges = form.remove(rows);
+    for (const auto& gauge : gauges)
+        transcript.push_back("left: " + gauge.name);
+}
+
+void ScriptedUser::ShowMSFSImport(const ImportForm& form) {
+    const auto step = Take(Kind::Import, "import");
+    if (!step)
+        return;
+    EXPECT_EQ(form.names, step->items);
+    const std::vector<int>& rows = step->rows.front();
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        EXPECT_EQ(form.accept(rows[i]), i + 1 == rows.size()) << "row " << rows[i];
 }
 
 } // namespace korvadex::test

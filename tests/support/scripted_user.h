@@ -16,35 +16,25 @@ class ScriptedUser : public UserDialogs {
     ~ScriptedUser() override; // fails the test when an expected question was not asked
 
     // The text as shown, with CR LF written as "\n". A text that ends in "..." expects just that beginning.
-    ScriptedUser& Expect(std::string text, Answer answer, bool isChecked = false) {
-        return Add(
-            {.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
-    }
+    ScriptedUser& Expect(std::string text, Answer answer, bool isChecked = false);
     // The same and the icon is compared too.
-    ScriptedUser& Expect(std::string text, Answer answer, MessageIcon icon) {
-        return Add({.kind = Kind::Message, .text = std::move(text), .answer = answer, .icon = icon});
-    }
-    ScriptedUser& ExpectText(std::string prompt, std::optional<std::string> answer) { // input box
-        return Add({.kind = Kind::Text, .text = std::move(prompt), .typed = std::move(answer)});
-    }
-    ScriptedUser& ExpectZipFile(std::optional<std::string> answer) { // file choice
-        return Add({.kind = Kind::ZipFile, .text = "Process ZIP File ...", .typed = std::move(answer)});
-    }
-    ScriptedUser& ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer) {
-        return Add({.kind = Kind::Configurations, .items = std::move(items), .row = answer});
-    }
-    ScriptedUser& ExpectInstallStatus(std::string text) { // "\n" for CR LF, "..." as above
-        return Add({.kind = Kind::InstallStatus, .text = std::move(text)});
-    }
-    ScriptedUser& ExpectImportStatus(std::string text) {
-        return Add({.kind = Kind::ImportStatus, .text = std::move(text)});
-    }
+    ScriptedUser& Expect(std::string text, Answer answer, MessageIcon icon);
+    ScriptedUser& ExpectText(std::string prompt, std::optional<std::string> answer); // input box
+    ScriptedUser& ExpectZipFile(std::optional<std::string> answer);                  // file choice
+    ScriptedUser& ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer);
+    ScriptedUser& ExpectInstallStatus(std::string text); // "\n" for CR LF, "..." as above
+    ScriptedUser& ExpectImportStatus(std::string text);
+    // frmRename comes up with these fields (no title: the field is disabled) and gives each entry to
+    // cmdAccept until one is taken.
+    ScriptedUser& ExpectRename(RenameEntry shown, bool hasTitle, std::vector<RenameEntry> entries);
+    // frmUnusedGauges finds these; then each set of rows is deleted.
+    ScriptedUser& ExpectUnusedGauges(std::vector<std::string> names, std::vector<std::vector<int>> deletions);
+    // frmMSFSImport offers these; the rows are tried one after another until one is taken.
+    ScriptedUser& ExpectImport(std::vector<std::string> names, std::vector<int> rows);
     // Runs when the question before it was answered: to look at the disk in the middle of a command.
-    ScriptedUser& Then(std::function<void()> action) {
-        script.back().then = std::move(action);
-        return *this;
-    }
+    ScriptedUser& Then(std::function<void()> action);
 
+    bool IsFinished() const { return script.empty(); }
     std::vector<std::string> transcript;
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
@@ -52,23 +42,37 @@ class ScriptedUser : public UserDialogs {
     std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
     std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
     std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override;
-    void ShowInstallStatus(const std::string& text) override { Take(Kind::InstallStatus, text); }
-    void ShowImportStatus(const std::string& text) override { Take(Kind::ImportStatus, text); }
+    void ShowInstallStatus(const std::string& text) override;
+    void ShowImportStatus(const std::string& text) override;
+    void ShowRename(const RenameForm& form) override;
+    void ShowUnusedGauges(const UnusedGaugesForm& form) override;
+    void ShowMSFSImport(const ImportForm& form) override;
 
   private:
-    enum class Kind { Message, Text, ZipFile, Configurations, InstallStatus, ImportStatus };
+    enum class Kind {
+        Message,
+        Text,
+        ZipFile,
+        Configurations,
+        InstallStatus,
+        ImportStatus,
+        Rename,
+        UnusedGauges,
+        Import
+    };
     struct Step {
         Kind kind;
-        std::string text = {};
+        std::string text;
         Answer answer = Answer::Ok;
         bool isChecked = false;
         std::optional<MessageIcon> icon = {};
         std::optional<std::string> typed = {};
         std::vector<std::string> items = {};
         std::optional<int> row = {};
+        std::vector<RenameEntry> entries = {}; // as shown, then as entered
+        std::vector<std::vector<int>> rows = {};
         std::function<void()> then = {};
     };
-    ScriptedUser& Add(Step step);
     std::optional<Step> Take(Kind kind, const std::string& shown);
     std::deque<Step> script;
 };

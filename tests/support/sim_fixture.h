@@ -28,7 +28,7 @@ class SimTest : public CommandTest {
     }
     void Run(HangarCommand command) {
         state.CommandCode = command;
-        RunHangarCommand(context, state, package);
+        RunHangarCommand(context, state, held, package);
         EXPECT_FALSE(window.isProgressVisible);
     }
     ScriptedUser& ExpectRemoval() {
@@ -38,6 +38,7 @@ class SimTest : public CommandTest {
 
     LoadedPackage package;
     CommandState state;
+    HeldAliases held;
 };
 
 } // namespace korvadex::test

@@ -1,0 +1,13 @@
+// Giving a package of the Hangar another name, and its aircraft another title in the simulator.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+namespace korvadex {
+
+// Shows frmRename for the package that the main window shows, and carries out what was entered. Nothing takes
+// the place of an existing directory; a file or directory that cannot be changed is as it was.
+void RenamePackage(CommandContext& context, const LoadedPackage& package);
+
+} // namespace korvadex

@@ -1,0 +1,185 @@
+#include "sim/aliases.h"
+
+#include "package/config_readers.h"
+#include "package/file_primitives.h"
+#include "package/scratch.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+const std::string& AliasOf(const LoadedPackage& package, std::string_view kind) {
+    return kind == "panel" ? package.PackagePanelAlias : package.PackageSoundAlias;
+}
+
+// Nothing but what a paste writes: such a file can be written again, and need not be kept.
+bool IsAliasFile(const FileSystem& files, const std::string& path) {
+    const auto lines = ReadConfigLines(files, path);
+    if (!lines)
+        return false;
+    bool hasAlias = false;
+    for (const std::string& line : *lines) {
+        const std::string_view text = Trim(line);
+        const bool isAlias = StartsWithNoCase(text, "alias=");
+        if (!isAlias && !text.empty() && !EqualNoCase(text, "[fltsim]"))
+            return false;
+        hasAlias = hasAlias || isAlias;
+    }
+    return hasAlias;
+}
+
+// The configuration of one kind in a package of the Hangar. Files change places by renaming alone.
+class Configuration {
+  public:
+    Configuration(CommandContext& command, const std::string& kindWord, const LoadedPackage& package)
+        : context(command), kind(kindWord), directory(DirectoryOf(command, kindWord, package)),
+          current(directory + kind + ".cfg"), backup(directory + "old" + kind + ".cfg") {}
+
+    bool HasBackup() const { return Exists(backup); }
+
+    Status WriteAlias(const std::string& alias) {
+        // A package without this kind gets the directory; when the file cannot be written it stays empty.
+        if (Status status = context.files.CreateDirectory(WithoutBackslash(directory));
+            !status && status.fault != FileFault::Exists)
+            return status;
+        const std::vector<std::string> lines = {"[fltsim]", "alias=" + alias};
+        if (!JoinLines(lines))
+            return {FileFault::BadName, current, 0};
+        std::string setAside;
+        if (Exists(current) && !(HasBackup() && IsReplaceable())) {
+            setAside = HasBackup() ? FreeBackupName() : backup;
+            if (Status status = context.files.Rename(current, setAside); !status)
+                return status;
+        }
+        Status status = RewriteLines(context.files, context.locations, current, lines);
+        if (!status && !setAside.empty())
+            static_cast<void>(context.files.Rename(setAside, current));
+        return status;
+    }
+
+    Status RestoreBackup() {
+        std::string setAside;
+        if (Exists(current)) {
+            if (IsReplaceable()) {
+                static_cast<void>(context.files.ClearAttributes(current));
+                return context.files.Replace(backup, current);
+            }
+            setAside = FreeBackupName();
+            if (Status status = context.files.Rename(current, setAside); !status)
+                return status;
+        }
+        Status status = context.files.Rename(backup, current);
+        if (!status && !setAside.empty())
+            static_cast<void>(context.files.Rename(setAside, current));
+        return status;
+    }
+
+  private:
+    // Where the package has its configuration; a second one elsewhere would be a duplicate.
+    static std::string DirectoryOf(const CommandContext& context, const std::string& kind,
+                                   const LoadedPackage& package) {
+        for (const std::string& name : {kind + ".cfg", "old" + kind + ".cfg"}) {
+            if (const std::string path = package.FindComponentFile(name); !path.empty())
+                return ParentDirectory(path);
+        }
+        return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
+               CurrentPackageName(context.window) + "\\" + kind + "\\";
+    }
+
+    bool Exists(const std::string& path) const { return bool(context.files.Info(path)); }
+
+    // The current file may go: it is an alias file, or the backup holds the same.
+    bool IsReplaceable() const {
+        return IsAliasFile(context.files, current) || SameBytes(context.files, current, backup);
+    }
+
+    std::string FreeBackupName() const {
+        for (int number = 1;; ++number) {
+            std::string name = directory + "old" + kind + "(" + std::to_string(number) + ").cfg";
+            if (context.files.Info(name).fault() == FileFault::NotFound)
+                return name;
+        }
+    }
+
+    CommandContext& context;
+    const std::string kind, directory, current, backup;
+};
+
+bool IsInstalled(const CommandContext& context) {
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
+                .empty();
+}
+
+void TellOutcome(CommandContext& context, const std::string& kind, const Status& status) {
+    if (status)
+        context.user.Tell("Done.");
+    else
+        context.user.Tell("The " + kind + ".cfg file of this package could not be replaced.\r\n\r\n" +
+                              status.path + "\r\n\r\nThe reason: " + DescribeFault(status.fault) +
+                              ".  Nothing was lost.",
+                          MessageIcon::Exclamation);
+}
+
+} // namespace
+
+void CreateAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
+                 HeldAliases& held) {
+    if (!package.PackageHasFile(kind + ".cfg")) {
+        context.user.Tell("The current package does not contain a " + kind + ".cfg file.  Cannot create " +
+                              kind + " alias.",
+                          MessageIcon::Exclamation);
+        return;
+    }
+    if (!AliasOf(package, kind).empty()) {
+        context.user.Tell(
+            kind == "panel"
+                ? "This package uses a panel alias as shown.  Panel aliases can only be created for original "
+                  "panel configurations.  Select the package that's used for the panel alias so that you can "
+                  "create an alias to it."
+                : "This package uses a sound alias as shown.  Sound aliases can only be created for original "
+                  "sound configurations.  Select the package that's used for the sound alias so that you can "
+                  "create an alias to it.",
+            MessageIcon::Information);
+        return;
+    }
+    held.Of(kind) = CurrentPackageName(context.window) + "\\" + kind;
+    context.user.Tell("Done.\r\n\r\nNow you can easily create a new " + kind +
+                      ".cfg file containing the created alias for any package (aircraft) by selecting the "
+                      "package and picking the 'Paste " +
+                      kind + " alias' option.  The current " + kind +
+                      ".cfg file for that package, if it exists, will be renamed to old" + kind +
+                      ".cfg and can be easily restored by picking the 'Restore old " + kind + "' option.");
+}
+
+void PasteAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
+                const std::string& heldAlias) {
+    const auto refuse = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
+    if (heldAlias.empty())
+        return refuse("You'll have to use the 'Create " + kind +
+                      " alias' option on a package with the required " + kind + " configuration first.");
+    if (EqualNoCase(heldAlias, CurrentPackageName(context.window) + "\\" + kind))
+        return refuse("You cannot paste a " + kind + " alias to the package where you got the alias.");
+    if (IsInstalled(context))
+        return refuse("This package is installed in Flight Simulator.  Please remove it from MSFS before "
+                      "replacing the " +
+                      kind + ".cfg file.");
+    TellOutcome(context, kind, Configuration(context, kind, package).WriteAlias(heldAlias));
+}
+
+void RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package) {
+    const auto refuse = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
+    Configuration configuration(context, kind, package);
+    if (!configuration.HasBackup())
+        return refuse("This package does not contain an old" + kind + ".cfg file to restore.");
+    if (IsInstalled(context))
+        return refuse("This package is installed in Flight Simulator.  Please remove it from MSFS before "
+                      "restoring the " +
+                      kind + ".cfg file.");
+    TellOutcome(context, kind, configuration.RestoreBackup());
+}
+
+} // namespace korvadex

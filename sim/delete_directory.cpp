@@ -1,0 +1,55 @@
+#include "sim/delete_directory.h"
+
+#include "package/file_primitives.h"
+#include "package/walk.h"
+#include "platform/windows_path.h"
+#include "sim/shared_files.h"
+
+namespace korvadex {
+
+namespace {
+
+Status FirstRemaining(CommandContext& context, const std::string& directory) {
+    const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
+    if (tree.isUnreadable)
+        return {FileFault::Denied, tree.unreadable};
+    for (const FileEntry& file : tree.files) {
+        if (Status status = context.files.Delete(file.path); !status)
+            return status;
+    }
+    for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
+        if (Status status = context.files.RemoveDirectory(*path); !status)
+            return status;
+    }
+    return context.files.RemoveDirectory(WithoutBackslash(directory));
+}
+
+} // namespace
+
+bool IsLinkedDirectory(const CommandContext& context, const std::string& directory) {
+    const auto info = context.files.Info(WithoutBackslash(directory));
+    return info && info->kind == EntryKind::Link;
+}
+
+std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory) {
+    const std::string path = WithoutBackslash(directory);
+    if (IsLinkedDirectory(context, directory))
+        return context.files.Delete(path);
+    if (!DeleteTree(context, directory))
+        return std::nullopt;
+    if (context.files.RemoveDirectory(path))
+        return Status{};
+    return FirstRemaining(context, directory);
+}
+
+std::string DescribeRemaining(const Status& status) {
+    return status.path + " could not be removed (" + DescribeFault(status.fault) + ")";
+}
+
+void TellIncompleteRemoval(CommandContext& context, const Status& status) {
+    context.user.Tell("The package could not be removed completely.\r\n\r\n" + DescribeRemaining(status) +
+                          ".\r\n\r\n" + NextStep(status.fault),
+                      MessageIcon::Exclamation);
+}
+
+} // namespace korvadex

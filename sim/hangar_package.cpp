@@ -1,0 +1,169 @@
+#include "sim/hangar_package.h"
+
+#include "package/file_primitives.h"
+#include "package/rename.h"
+#include "platform/windows_path.h"
+#include "sim/alias_users.h"
+#include "sim/copy_package.h"
+#include "sim/copy_plan.h"
+#include "sim/delete_directory.h"
+#include "sim/gauges.h"
+
+namespace korvadex {
+
+namespace {
+
+std::string PackageDirectory(const CommandContext& context) {
+    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
+           CurrentPackageName(context.window) + "\\";
+}
+
+bool IsInstalled(const CommandContext& context) {
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
+                .empty();
+}
+
+// True when another package of the Hangar uses the panel (kind "panel") or the sound of the shown one; they
+// are listed.
+bool IsUsedInHangar(CommandContext& context, const std::string& kind) {
+    AliasSearch search;
+    search.root = context.locations.HangarDir;
+    search.fileName = kind + ".cfg";
+    search.texts = {CurrentPackageName(context.window) + "\\" + kind};
+    search.showList = true;
+    search.leaveOut = PackageDirectory(context);
+    return FindAliasUsers(context, search);
+}
+
+// The first file of the package that is not in Staging as it should be; "" when all are there.
+std::string FirstNotStaged(CommandContext& context, const LoadedPackage& package,
+                           const std::string& destination) {
+    const auto isThere = [&](const std::string& path) {
+        const auto info = context.files.Info(path);
+        return info && info->kind == EntryKind::File;
+    };
+    for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Staging).files) {
+        if (!isThere(destination + file.relative))
+            return file.source;
+    }
+    for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
+        if (!isThere(context.locations.StagingDir + "gauges\\" + gauge.Name()))
+            return gauge.path;
+    }
+    return "";
+}
+
+} // namespace
+
+void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim) {
+    if (IsInstalled(context) &&
+        context.user.AskYesNo(
+            "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
+            "(If you choose No, the only way to use Korvadex to remove it from MSFS in the future would be "
+            "to "
+            "import it from MSFS and then remove it.)"))
+        removeFromSim();
+    if (IsUsedInHangar(context, "panel") &&
+        context.user.AskYesNo(
+            "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
+            "shown.  Do you want to cancel this command?"))
+        return;
+    if (IsUsedInHangar(context, "sound") &&
+        context.user.AskYesNo(
+            "WARNING!  The sound configuration in this package is used (via alias) by an aircraft(s) in the "
+            "Hangar as shown.  Do you want to cancel this command?"))
+        return;
+    if (!context.user.AskYesNo("Are you sure you want to remove this package from the hangar?")) {
+        context.window.RefreshPackageDisplay();
+        return;
+    }
+    const auto status = DeleteDirectory(context, PackageDirectory(context));
+    if (!status)
+        return;
+    context.window.RefreshPackageList();
+    if (*status)
+        context.user.Tell("Done.");
+    else
+        TellIncompleteRemoval(context, *status);
+    context.window.RefreshPackageDisplay();
+}
+
+void CopyToStaging(CommandContext& context, const LoadedPackage& package,
+                   const std::function<void()>& removeFromHangar) {
+    if (!StagingIsEmpty(context.files, context.locations) &&
+        !context.user.AskYesNo("The staging area is not clear.  Are you sure?"))
+        return;
+    const std::string name = CurrentPackageName(context.window);
+    std::string destination = context.locations.StagingDir + "aircraft\\" + name;
+    if (!CopyPackageTo(context, package, destination))
+        return;
+    context.window.NoteStaged(name);
+    if (const std::string missing = FirstNotStaged(context, package, destination); !missing.empty()) {
+        context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" +
+                              missing,
+                          MessageIcon::Exclamation);
+        return;
+    }
+    if (context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
+        removeFromHangar();
+}
+
+void RenameInHangar(CommandContext& context, const LoadedPackage& package) {
+    if (IsInstalled(context)) {
+        context.user.Tell("Sorry, no renaming allowed while package is installed in MSFS.  Remove package "
+                          "from MSFS first.",
+                          MessageIcon::Exclamation);
+        return;
+    }
+    if (IsUsedInHangar(context, "panel")) {
+        context.user.Tell(
+            "Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in "
+            "the Hangar as shown.",
+            MessageIcon::Information);
+        return;
+    }
+    if (IsUsedInHangar(context, "sound")) {
+        context.user.Tell("Cannot rename.  The sound configuration in this package is used (via alias) by an "
+                          "aircraft(s) in the Hangar as shown.",
+                          MessageIcon::Information);
+        return;
+    }
+    RenamePackage(context, package);
+    context.window.RefreshPackageDisplay();
+}
+
+void CheckReferences(CommandContext& context) {
+    const bool isPanelUsed = IsUsedInHangar(context, "panel");
+    if (isPanelUsed) {
+        context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
+                          "shown.");
+        if (!context.user.AskYesNo("Continue on to sound alias check?"))
+            return;
+    }
+    const bool isSoundUsed = IsUsedInHangar(context, "sound");
+    if (isSoundUsed)
+        context.user.Tell("The sound configuration in this package is used (via alias) by an aircraft(s) in "
+                          "the Hangar as shown.");
+    if (isPanelUsed || isSoundUsed)
+        context.user.Tell("Done.");
+    else
+        context.user.Tell("Done checking for panel and sound aliases to this package.  None found.");
+}
+
+void CheckInstalledGauges(CommandContext& context) {
+    if (!IsInstalled(context)) {
+        context.user.Tell("This package is not currently installed in Flight Simulator.",
+                          MessageIcon::Information);
+        return;
+    }
+    const std::string name = CurrentPackageName(context.window);
+    const std::string panel = GetInstalledFile(context.files, context.locations, name, "\\panel\\panel.cfg");
+    if (panel.empty()) {
+        context.user.Tell("This package doesn't contain a panel to do a gauge crosscheck with.");
+        return;
+    }
+    std::vector<std::string> usedGauges;
+    context.user.ShowInstallStatus(InstallStatusText(name, CrossCheckPanel(context, panel, usedGauges)));
+}
+
+} // namespace korvadex

@@ -1,0 +1,151 @@
+#include "sim/import.h"
+
+#include "package/config_readers.h"
+#include "package/file_primitives.h"
+#include "package/scratch.h"
+#include "package/walk.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "sim/name_list.h"
+#include "sim/progress.h"
+#include "sim/shared_files.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+bool HasAircraftParts(const CommandContext& context, const std::string& directory) {
+    return HasSubdirectory(context.files, directory + "\\", "panel") ||
+           HasSubdirectory(context.files, directory + "\\", "model");
+}
+
+std::vector<std::string> Candidates(CommandContext& context) {
+    const DirectoryList categories =
+        CollectDirectories(context.files, context.locations.HangarDir, true, context.limits);
+    const auto isInHangar = [&](const std::string& name) {
+        return std::ranges::any_of(categories.paths, [&](const std::string& category) {
+            return HasSubdirectory(context.files, category + "\\", name) ||
+                   HasSubdirectory(context.files, category + "\\", UnderscoresToSpaces(name));
+        });
+    };
+    const DirectoryList aircraft =
+        CollectDirectories(context.files, context.locations.MsfsDir + "aircraft\\", true, context.limits);
+    if (aircraft.cut != ListCut::None)
+        context.window.ShowStatus(DescribeCut(aircraft.cut, context.limits));
+    std::vector<std::string> names;
+    for (const std::string& directory : aircraft.paths) {
+        const std::string name = LastPathComponent(directory);
+        if (HasAircraftParts(context, directory) && !isInHangar(name))
+            names.push_back(name);
+    }
+    return names;
+}
+
+// One aircraft of the simulator on its way to Staging.
+class Import {
+  public:
+    Import(CommandContext& command, const std::string& aircraft)
+        : context(command), files(command.files), name(aircraft),
+          source(command.locations.MsfsDir + "aircraft\\" + aircraft + "\\"),
+          staging(command.locations.StagingDir) {}
+
+    // False, after a message, when nothing was copied.
+    bool Run() {
+        const Tree tree = WalkTree(files, source);
+        if (!Check(tree))
+            return false;
+        WriteNameFile();
+        CopyFiles(tree);
+        // A name file that came along from an earlier pass of the same aircraft through the Hangar.
+        DeleteFileForced(files, staging + "Documentation\\" + std::string(ImportNameFile));
+        static_cast<void>(files.CreateDirectory(staging + "gauges"));
+        if (!notCopied.empty())
+            context.user.Tell("The import is not complete.  The following files could not be copied to "
+                              "Staging ...\r\n\r\n" +
+                                  ListNames(notCopied) +
+                                  "\r\n\r\nThe aircraft in Flight Simulator is as it was.",
+                              MessageIcon::Exclamation);
+        return true;
+    }
+
+  private:
+    bool Refuse(const std::string& reason) {
+        context.user.Tell(reason + "\r\n\r\nNothing was imported.", MessageIcon::Exclamation);
+        return false;
+    }
+
+    bool Check(const Tree& tree) {
+        const FileList list = CollectFiles(tree, "", FileMode::All, context.limits);
+        const ListCut cut = tree.isLevelCut ? ListCut::Level : list.cut;
+        if (cut != ListCut::None)
+            return Refuse(DescribeCut(cut, context.limits));
+        if (tree.isUnreadable)
+            return Refuse("The directory " + tree.unreadable + " could not be read.");
+        std::uint64_t bytes = 0;
+        for (const FileEntry& file : tree.files)
+            bytes += file.info.size;
+        if (const auto space = files.FreeSpace(staging); space && *space < bytes)
+            return Refuse("There is not enough room for the aircraft in Staging.  " +
+                          NextStep(FileFault::DiskFull));
+        return true;
+    }
+
+    // It only proposes a name for the package: one that is not of this aircraft must not stay.
+    void WriteNameFile() {
+        const std::string path = staging + std::string(ImportNameFile);
+        if (!RewriteLines(files, context.locations, path, {name}))
+            DeleteFileForced(files, path);
+    }
+
+    void CopyFiles(const Tree& tree) {
+        ProgressBar progress(context.window, static_cast<int>(tree.files.size()));
+        for (const FileEntry& file : tree.files) {
+            progress.Step();
+            const std::string relative = file.path.substr(source.size());
+            if (EqualNoCase(relative, ImportNameFile))
+                continue;
+            if (const Status status = CopyFile(file, staging + relative); !status)
+                notCopied.push_back(relative + " (" + DescribeFault(status.fault) + ")");
+        }
+    }
+
+    Status CopyFile(const FileEntry& file, const std::string& target) {
+        for (std::size_t end = target.find('\\', staging.size()); end != std::string::npos;
+             end = target.find('\\', end + 1))
+            static_cast<void>(files.CreateDirectory(target.substr(0, end)));
+        if (file.info.kind == EntryKind::Link)
+            return {FileFault::IsLink, file.path, 0};
+        const Status status = files.Copy(file.path, target);
+        const bool isThere = status.fault == FileFault::Exists && SameBytes(files, file.path, target);
+        return isThere ? Status{} : status;
+    }
+
+    CommandContext& context;
+    FileSystem& files;
+    const std::string name, source, staging;
+    std::vector<std::string> notCopied;
+};
+
+} // namespace
+
+std::string ImportFromSim(CommandContext& context) {
+    std::string imported;
+    const std::vector<std::string> names = Candidates(context);
+    const auto accept = [&](int row) {
+        if (row < 0 || row >= std::ssize(names)) {
+            context.user.Tell(
+                "Please pick a package by selecting it and selecting 'OK' or by double clicking it.");
+            return false;
+        }
+        const std::string& name = names[static_cast<std::size_t>(row)];
+        if (Import(context, name).Run())
+            imported = name;
+        return true;
+    };
+    context.user.ShowMSFSImport({.names = names, .accept = accept});
+    return imported;
+}
+
+} // namespace korvadex

@@ -1,0 +1,162 @@
+// The commands that go over all packages, and what the program does around an import.
+#include "sim/hangar_commands.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/program_fixture.h"
+
+namespace korvadex::test {
+namespace {
+
+constexpr const char* AskUninstallAll =
+    "Uninstall all packages from Hangar?  If you want to make sure all packages are uninstalled, select "
+    "'Yes'.  Please do not attempt to use Korvadex while this process is running.";
+
+class BatchCommands : public ProgramTest {
+  protected:
+    BatchCommands() {
+        for (const char* package : {"Jets\\A Jet", "Jets\\B Jet", "Jets\\C Jet", "Props\\Cub"})
+            drive.Put(std::string("Hangar\\") + package + "\\texture\\t.bmp", std::string(900, 't'));
+        drive.MakeDirectory("Hangar\\Empty");
+    }
+    std::map<std::string, std::string> expected;
+};
+
+TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
+    for (const char* name : {"A_Jet", "B Jet", "Cub"})
+        drive.Put(std::string("FS\\aircraft\\") + name + "\\texture\\t.bmp", "t");
+    drive.Put("FS\\aircraft\\B Jet\\flights\\my.flt", "saved");
+    drive.Put("FS\\aircraft\\Mine\\panel\\panel.cfg", "alias=Cub\\panel");
+    Start();
+    expected = drive.Tree();
+    Select("Jets", 1);
+    program->GoToStaging();
+    user.Expect(AskUninstallAll, Answer::No);
+    program->UninstallAll();
+    EXPECT_EQ(form.view.header, std::string(HangarHeader));
+    EXPECT_EQ(drive.Tree(), expected);
+
+    user.Expect(AskUninstallAll, Answer::Yes)
+        .Expect("Cannot remove.  The panel in this package...", Answer::Ok)
+        .Expect("The following packages were kept ...\n\nB Jet: " + drive.At("FS\\aircraft\\B Jet\\") +
+                    " holds files that the package doesn't have, such as flights\\my.flt",
+                Answer::Ok, MessageIcon::Exclamation)
+        .Expect("Done.", Answer::Ok);
+    program->UninstallAll();
+    std::erase_if(expected, [](const auto& entry) { return entry.first.starts_with("FS\\aircraft\\A_Jet"); });
+    EXPECT_EQ(drive.Tree(), expected);
+    EXPECT_EQ(form.status, "1 removed, 1 skipped (not installed), 1 kept because of an alias, 1 kept for "
+                           "other reasons.");
+    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "< B Jet >", "C Jet"}));
+    EXPECT_EQ(form.view.packageIndex, 1);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\B Jet\\"));
+
+    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Mine\\panel\\panel.cfg")));
+    user.Expect("Uninstall all packages in current category from Hangar?  Please do not attempt to use "
+                "Korvadex while this process is running.",
+                Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    Select("Props", 0);
+    program->UninstallCategory();
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\Cub"));
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
+}
+
+TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {
+    drive.Put("Hangar\\Jets\\B Jet\\kx_compression.txt", "3 Meg have...");
+    Start();
+    const auto before = drive.Tree();
+    Select("Jets", 2);
+    user.Expect("Compress all packages in Hangar?  If you want to make sure all packages are compressed, "
+                "select 'Yes'.  Packages that are already compressed will be skipped.  Note that this may "
+                "take a while.  Please do not attempt to use Korvadex while compress process is running.",
+                Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    program->CompressAll();
+    EXPECT_EQ(form.view.sizeText, "0 Meg (0 Meg compressed)");
+    EXPECT_EQ(form.view.packageIndex, 2);
+    for (const auto& [name, bytes] : drive.Tree("Hangar"))
+        if (name.ends_with(".bmp")) {
+            EXPECT_EQ(bytes.size() < 900, name.find("B Jet") == std::string::npos) << name;
+        }
+    program->PressToolbarKey("Compress"); // marked already: nothing is said
+    user.Expect("Done.", Answer::Ok);
+    program->PressToolbarKey("Decompress");
+
+    user.Expect("Decompress all packages in the Hangar?  If you want to make sure all packages are "
+                "decompressed, select 'Yes'.  Packages that are already decompressed will be skipped.  Note "
+                "that this may take a while.  Please do not attempt to use Korvadex while compress process "
+                "is running.",
+                Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    program->DecompressAll();
+    expected = before;
+    expected.erase("Hangar\\Jets\\B Jet\\kx_compression.txt");
+    EXPECT_EQ(drive.Tree(), expected);
+}
+
+TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
+    drive.Put("FS\\aircraft\\My_Plane\\aircraft.cfg", "title=x\r\n");
+    drive.Put("FS\\aircraft\\My_Plane\\panel\\panel.cfg", "gauge00=both!x\r\ngauge01=gone\r\n");
+    for (const char* gauge : {"both.gau", "both.cab", "other.gau"})
+        drive.Put(std::string("FS\\gauges\\") + gauge, gauge);
+    Start();
+    expected = drive.Tree();
+    for (const auto& [name, bytes] : drive.Tree("FS\\aircraft\\My_Plane"))
+        expected["Staging\\" + name] = bytes;
+    expected["Staging\\KX_MSFSImportName.txt"] = "My_Plane\r\n";
+    expected["Staging\\gauges\\"] = "";
+    expected["Staging\\gauges\\both.gau"] = "both.gau";
+    expected["Staging\\gauges\\both.cab"] = "both.cab";
+    user.ExpectImport({"My_Plane"}, {0})
+        .ExpectImportStatus("My_Plane ...\n\nPossible problem ...\n\n...")
+        .Expect("Done.", Answer::Ok);
+    program->PressToolbarKey("ImportFromMSFS");
+    EXPECT_EQ(drive.Tree(), expected);
+    EXPECT_EQ(form.view.packageName, "My_Plane");
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    EXPECT_EQ(program->Package().ComponentFiles[Gauges].size(), 2u);
+
+    // A second one is asked about; one that is reduced to a single configuration keeps no name.
+    drive.Put("FS\\aircraft\\Twin\\aircraft.cfg",
+              "[fltsim.0]\r\ntitle=One\r\nmodel=\r\n[fltsim.1]\r\ntitle=Two\r\nmodel=2\r\n");
+    drive.MakeDirectory("FS\\aircraft\\Twin\\model");
+    const char* add =
+        "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
+    const auto staged = drive.Tree("Staging");
+    user.Expect(add, Answer::No);
+    program->RunCommand(Side::Staging, ImportIntoStaging);
+    EXPECT_EQ(drive.Tree("Staging"), staged);
+    user.Expect("Are you sure you want to erase everything in the staging directory?", Answer::Yes)
+        .Expect("Done.", Answer::Ok)
+        .ExpectImport({"My_Plane", "Twin"}, {1})
+        .ExpectConfigurations({"One  (fltsim.0)", "Two  (fltsim.1)"}, 0)
+        .Expect("Done.", Answer::Ok);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RunCommand(Side::Staging, ImportIntoStaging);
+    EXPECT_EQ(form.view.packageName, "");
+    EXPECT_FALSE(drive.Has("Staging\\KX_MSFSImportName.txt"));
+}
+
+TEST_F(BatchCommands, TheWindowFollowsARenameACopyAndARemoval) {
+    Start();
+    Select("Jets", 1);
+    user.ExpectRename({"B Jet", ""}, false, {{"Zeta", ""}});
+    program->RunCommand(Side::Hangar, RenameHangarPackage);
+    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "C Jet", "Zeta"}));
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Zeta\\"));
+    user.Expect("Done.\n\nWould you like to remove this package from the hangar?", Answer::Yes)
+        .Expect("Are you sure you want to remove this package from the hangar?", Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    program->RunCommand(Side::Hangar, CopyPackageToStaging);
+    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "C Jet"}));
+    EXPECT_EQ(form.view.packageName, "Zeta");
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    EXPECT_TRUE(drive.Has("Staging\\aircraft\\Zeta\\Texture\\t.bmp"));
+    drive.Put("FS\\fs2002.exe", "MZ");
+    program->PressToolbarKey("RunMSFS");
+    EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe")});
+    user.Expect("This may take a minute or two...", Answer::Cancel);
+    program->PressToolbarKey("UnusedGauges");
+}
+
+} // namespace
+} // namespace korvadex::test

@@ -1,0 +1,238 @@
+// Commands that change where a package of the Hangar lives, or tell who relies on it.
+#include "sim/run_simulator.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+namespace korvadex::test {
+
+constexpr const char* AskInstalled =
+    "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  (If you "
+    "choose No, the only way to use Korvadex to remove it from MSFS in the future would be to import it from "
+    "MSFS and then remove it.)";
+constexpr const char* AskRemove = "Are you sure you want to remove this package from the hangar?";
+constexpr const char* AskRemoveCopied = "Done.\n\nWould you like to remove this package from the hangar?";
+
+class HangarTest : public SimTest {
+  protected:
+    using Tree = std::map<std::string, std::string>;
+    HangarTest() {
+        PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Packed("Texture\\Lear_t.bmp");
+        drive.Put("Hangar\\Jets\\Other\\aircraft.cfg", "title=Other\r\n");
+        Select("Lear");
+    }
+    void AddUser(const char* kind) {
+        drive.Put(std::string("Hangar\\Props\\Big Jet\\") + kind + "\\" + kind + ".cfg",
+                  std::string("alias=LEAR\\") + kind);
+    }
+    static Tree Without(Tree tree, const std::string& directory) {
+        std::erase_if(tree, [&](const auto& entry) { return entry.first.starts_with(directory); });
+        return tree;
+    }
+};
+
+TEST_F(HangarTest, RemovalAsksAtEveryStep) {
+    AddUser("panel");
+    AddUser("sound");
+    const Tree before = drive.Tree();
+    const std::string panel = "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in "
+                              "the Hangar as shown.  Do you want to cancel this command?";
+    const std::string sound = "WARNING!  The sound configuration in this package is used (via alias) by an "
+                              "aircraft(s) in the Hangar as shown.  Do you want to cancel this command?";
+    user.Expect(panel, Answer::Yes);
+    Run(RemovePackageFromHangar);
+    user.Expect(panel, Answer::No).Expect(sound, Answer::Yes);
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(window.listLines, std::vector<std::string>{"Big Jet"});
+    user.Expect(panel, Answer::No).Expect(sound, Answer::No).Expect(AskRemove, Answer::No);
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(drive.Tree(), before);
+    user.Expect(panel, Answer::No)
+        .Expect(sound, Answer::No)
+        .Expect(AskRemove, Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
+}
+
+TEST_F(HangarTest, AnInstalledPackageIsOfferedToTheOtherRemovalFirst) {
+    user.ExpectInstallStatus("Lear ...\n\nCrosscheck complete.  PASSED....");
+    Run(InstallPackage);
+    const Tree before = drive.Tree();
+    user.Expect(AskInstalled, Answer::Yes);
+    ExpectRemoval().Expect("Done.", Answer::Ok).Expect(AskRemove, Answer::No);
+    Run(RemovePackageFromHangar);
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
+    user.ExpectInstallStatus("Lear ...\n\nCrosscheck...");
+    Run(InstallPackage);
+    EXPECT_EQ(drive.Tree(), before);
+
+    user.Expect(AskInstalled, Answer::No).Expect(AskRemove, Answer::Yes).Expect("Done.", Answer::Ok);
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
+}
+
+TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
+    drive.Put("Staging\\notes.txt", "mine");
+    const Tree hangar = drive.Tree("Hangar");
+    const Tree before = drive.Tree();
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::No);
+    Run(CopyPackageToStaging);
+    EXPECT_EQ(drive.Tree(), before);
+
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
+        .Expect(AskRemoveCopied, Answer::No);
+    Run(CopyPackageToStaging);
+    EXPECT_EQ(window.staged, "Lear");
+    EXPECT_EQ(drive.Tree("Hangar"), hangar);
+    Tree expected = {{"notes.txt", "mine"}, {"aircraft\\", ""}, {"aircraft\\Lear\\", ""},
+                     {"gauges\\", ""},      {"sound\\", ""},    {"sound\\Click.wav", "RIFF gauge click"}};
+    for (const auto& [name, bytes] : PackageBuilder::Files()) {
+        const bool isGauge = name.starts_with("Gauges\\");
+        expected[isGauge ? "gauges" + name.substr(6) : "aircraft\\Lear\\" + name] = bytes;
+        if (const auto end = name.find('\\'); end != std::string::npos && !isGauge)
+            expected["aircraft\\Lear\\" + name.substr(0, end + 1)] = "";
+    }
+    EXPECT_EQ(drive.Tree("Staging"), expected);
+
+    // The directory is taken now, and a copy that fails is followed by no question about removing.
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
+        .Expect(drive.At("Staging\\aircraft\\Lear\\") + " exists already...", Answer::Ok);
+    Run(CopyPackageToStaging);
+    EXPECT_EQ(drive.Tree("Hangar"), hangar);
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Staging\\aircraft\\Lear"), drive.At("Staging\\aircraft\\x")));
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
+        .Expect(AskRemoveCopied, Answer::Yes)
+        .Expect(AskRemove, Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    Run(CopyPackageToStaging);
+    EXPECT_EQ(drive.Tree("Hangar"), Without(hangar, "Jets\\Lear\\"));
+}
+
+TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
+    const Tree before = drive.Tree();
+    user.Expect("Done checking for panel and sound aliases to this package.  None found.", Answer::Ok);
+    Run(CheckPackageReferences);
+    user.Expect("This package is not currently installed in Flight Simulator.", Answer::Ok,
+                MessageIcon::Information);
+    Run(CheckPackageGauges);
+    EXPECT_EQ(drive.Tree(), before);
+
+    AddUser("sound");
+    user.Expect("The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar "
+                "as shown.",
+                Answer::Ok)
+        .Expect("Done.", Answer::Ok);
+    Run(CheckPackageReferences);
+    EXPECT_EQ(window.listCaption, "sound used in ...");
+    user.Expect("Cannot rename.  The sound configuration in this package is used (via alias) by an "
+                "aircraft(s) in the Hangar as shown.",
+                Answer::Ok, MessageIcon::Information);
+    Run(RenameHangarPackage);
+    AddUser("panel");
+    user.Expect("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.",
+                Answer::Ok)
+        .Expect("Continue on to sound alias check?", Answer::No);
+    Run(CheckPackageReferences);
+    user.Expect("Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in the "
+                "Hangar as shown.",
+                Answer::Ok, MessageIcon::Information);
+    Run(RenameHangarPackage);
+
+    drive.MakeDirectory("FS\\aircraft\\Lear");
+    user.Expect("This package doesn't contain a panel to do a gauge crosscheck with.", Answer::Ok);
+    Run(CheckPackageGauges);
+    user.Expect("Sorry, no renaming allowed while package is installed in MSFS.  Remove package from MSFS "
+                "first.",
+                Answer::Ok, MessageIcon::Exclamation);
+    Run(RenameHangarPackage);
+    drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=none,1");
+    user.ExpectInstallStatus("Lear ...\n\nPossible problem ......");
+    Run(CheckPackageGauges);
+    window.packageText = "";
+    for (const auto command : {CompressShownPackage, DecompressShownPackage, CheckPackageGauges}) {
+        user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+        Run(command);
+    }
+}
+
+TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
+    drive.MakeDirectory("Hangar\\Props\\Taken");
+    drive.MakeDirectory("FS\\aircraft\\In_Sim");
+    const Tree before = drive.Tree();
+    struct Row {
+        RenameEntry entry;
+        const char* message;
+        Answer answer = Answer::Ok;
+    };
+    const Row rows[] = {
+        {{"", "x"}, "You must enter a package name."},
+        {{" x", "x"}, "Invalid package Name."},
+        {{"x", ""}, "You must enter an aircraft name."},
+        {{"x", " x"}, "Invalid aircraft name."},
+        {{"x", "\xD0\x96"}, "The aircraft name has a character that cannot be kept in aircraft.cfg..."},
+        {{"con", "Lear 45"}, "\"con\" cannot be the name of a package.  Please use another name."},
+        {{"tAKEN", "Lear 45"}, "Package name already exists in Props.  Please use another name."},
+        {{"Other", "Lear 45 "}, "Package name already exists in Jets.  Please use another name."},
+        {{"In Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
+    };
+    std::vector<RenameEntry> entries;
+    for (const Row& row : rows)
+        entries.push_back(row.entry);
+    entries.push_back({"Lear", "Lear 45"}); // nothing new: closes
+    user.ExpectRename({"Lear", "Lear 45"}, true, entries);
+    for (const Row& row : rows)
+        user.Expect(row.message, row.answer);
+    Run(RenameHangarPackage);
+    EXPECT_EQ(drive.Tree(), before);
+}
+
+TEST_F(HangarTest, RenamingChangesWhatIsNew) {
+    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg",
+              "[fltsim.0]\r\n  Title=A\r\n ; x\r\n[fltsim.1]\r\ntitle=B\r\n");
+    Select("Lear");
+    Tree hangar = drive.Tree("Hangar");
+    user.ExpectRename({"Lear", "MULTI"}, true, {{"Lear", "New: *"}});
+    Run(RenameHangarPackage);
+    hangar["Jets\\Lear\\aircraft.cfg"] =
+        "[fltsim.0]\r\ntitle=New: *\r\n; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
+    EXPECT_EQ(drive.Tree("Hangar"), hangar);
+
+    Select("Lear");
+    user.ExpectRename({"Lear", "MULTI"}, true, {{"\"LEAR\" 4.5*", "MULTI"}});
+    Run(RenameHangarPackage);
+    EXPECT_EQ(window.packageText, "'LEAR' 4_5_");
+    Tree renamed;
+    for (const auto& [name, bytes] : hangar)
+        renamed[name.starts_with("Jets\\Lear\\") ? "Jets\\'LEAR' 4_5_" + name.substr(9) : name] = bytes;
+    EXPECT_EQ(drive.Tree("Hangar"), renamed);
+
+    // A package without aircraft.cfg has no title; a directory that cannot be renamed stays.
+    drive.Put("Hangar\\Jets\\Panel only\\Panel\\panel.cfg", "x");
+    Select("Panel only");
+    FaultyFiles readOnly(drive.Files());
+    readOnly.StopAt(1, FileFault::ReadOnlyDisk);
+    CommandContext fixed{readOnly, launcher, locations, limits, user, window};
+    user.ExpectRename({"Panel only", ""}, false, {{"New", ""}})
+        .Expect("A problem occurred during the rename process.  The file or directories involved may be set "
+                "to READ ONLY mode (i.e. they're on a CD ROM).",
+                Answer::Ok, MessageIcon::Exclamation);
+    state.CommandCode = RenameHangarPackage;
+    RunHangarCommand(fixed, state, held, package);
+    EXPECT_TRUE(drive.Has("Hangar\\Jets\\Panel only\\Panel\\panel.cfg"));
+}
+
+TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
+    user.Expect("Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
+                Answer::Ok, MessageIcon::Exclamation);
+    RunSimulator(context);
+    drive.MakeDirectory("FS\\fs2002.exe");
+    drive.Put("FS\\fltsim98.exe", "MZ");
+    drive.Put("FS\\CFS2.EXE", "MZ");
+    RunSimulator(context);
+    EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
+    launcher.simulatorRefusal = "Wine is not installed.";
+    user.Expect("Wine is not installed.", Answer::Ok, MessageIcon::Exclamation);
+    RunSimulator(context);
+}
+
+} // namespace korvadex::test

@@ -1,0 +1,78 @@
+#include "sim/import.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+namespace korvadex::test {
+
+class ImportTest : public SimTest {
+  protected:
+    ImportTest() {
+        PackageBuilder(drive, "FS\\aircraft\\My_Plane\\")
+            .With("KX_MSFSImportName.txt", "old\r\n")
+            .With("Documentation\\kx_msfsimportname.txt", "older\r\n");
+        drive.Put("FS\\aircraft\\Paint\\texture\\a.bmp", "x");
+        drive.MakeDirectory("FS\\aircraft\\In_Hangar\\Panel");
+        drive.MakeDirectory("FS\\aircraft\\Same\\MODEL");
+        drive.MakeDirectory("FS\\aircraft\\Zeppelin\\MODEL");
+        drive.MakeDirectory("Hangar\\Jets\\In Hangar");
+        drive.MakeDirectory("Hangar\\Props\\same");
+    }
+    std::map<std::string, std::string> Expected() {
+        auto expected = drive.Tree("FS\\aircraft\\My_Plane");
+        expected.erase("Documentation\\kx_msfsimportname.txt");
+        expected["KX_MSFSImportName.txt"] = "My_Plane\r\n";
+        expected["gauges\\"] = "";
+        expected.erase("Gauges\\"); // the same directory, under the name that was there first
+        if (drive.Has("FS\\aircraft\\My_Plane\\Gauges")) {
+            expected["Gauges\\"] = "";
+            expected.erase("gauges\\");
+        }
+        return expected;
+    }
+};
+
+TEST_F(ImportTest, TheChosenAircraftComesWhole) {
+    const auto before = drive.Tree("FS");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {});
+    EXPECT_EQ(ImportFromSim(context), "");
+    EXPECT_EQ(drive.Tree("Staging"), (std::map<std::string, std::string>{}));
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {-1, 0})
+        .Expect("Please pick a package by selecting it and selecting 'OK' or by double clicking it.",
+                Answer::Ok);
+    EXPECT_EQ(ImportFromSim(context), "My_Plane");
+    EXPECT_EQ(drive.Tree("Staging"), Expected());
+    EXPECT_EQ(drive.Tree("FS"), before);
+}
+
+TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
+    const auto before = drive.Tree("FS");
+    drive.Put("Staging\\Lear.air", "another one");
+    drive.Put("Staging\\Model\\lear.mdl", PackageBuilder::Files().at("Model\\lear.mdl"));
+    FaultyFiles faulty(drive.Files());
+    faulty.FailWhere([](const std::string& change, const std::string& path) {
+        return change == "Copy" && path.find("Engine.wav") != std::string::npos ? FileFault::DiskFull
+                                                                                : FileFault::None;
+    });
+    CommandContext full{faulty, launcher, locations, limits, user, window};
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {0})
+        .Expect("The import is not complete.  The following files could not be copied to Staging ...\n\n"
+                "Lear.air (a file or directory of that name is already there)\n"
+                "Sound\\Engine.wav (the disk is full)\n\n"
+                "The aircraft in Flight Simulator is as it was.",
+                Answer::Ok, MessageIcon::Exclamation);
+    EXPECT_EQ(ImportFromSim(full), "My_Plane");
+    auto expected = Expected();
+    expected["Lear.air"] = "another one";
+    expected.erase("Sound\\Engine.wav");
+    EXPECT_EQ(drive.Tree("Staging"), expected);
+    EXPECT_EQ(drive.Tree("FS"), before);
+
+    limits.FileMax = 3;
+    const auto staged = drive.Tree("Staging");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {0}).Expect("...", Answer::Ok, MessageIcon::Exclamation);
+    EXPECT_EQ(ImportFromSim(context), "");
+    EXPECT_THAT(user.transcript.back(), testing::EndsWith("Nothing was imported."));
+    EXPECT_EQ(drive.Tree("Staging"), staged);
+}
+
+} // namespace korvadex::test

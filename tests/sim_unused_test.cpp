@@ -1,0 +1,106 @@
+#include "platform/windows_path.h"
+#include "sim/gauges.h"
+#include "sim/name_matcher.h"
+#include "sim/unused_gauges.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+#include <random>
+
+namespace korvadex::test {
+
+constexpr const char* Warning = "This may take a minute or two.  During this time it will appear that the "
+                                "application is locked up.  Please be patient.  This process looks at every "
+                                "gauge to see if it is being utilized.";
+
+// Names of two letters that contain each other, against the search that looks for one after another.
+TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
+    std::mt19937 random(11);
+    const auto text = [&](std::size_t longest) {
+        std::string result(random() % (longest + 1), 'a');
+        for (char& letter : result)
+            letter = "ab\xC3"[random() % 3];
+        return result;
+    };
+    for (int round = 0; round < 500; ++round) {
+        std::vector<std::string> names, texts;
+        for (unsigned i = 0; i < 1 + random() % 8; ++i)
+            names.push_back(text(5));
+        for (unsigned i = 0; i < random() % 4; ++i)
+            texts.push_back(text(12));
+        NameMatcher matcher(names);
+        bool areAllFound = true;
+        for (const std::string& each : texts)
+            matcher.Search(each);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const bool isThere = std::ranges::any_of(
+                texts, [&](const std::string& each) { return each.find(names[i]) != std::string::npos; });
+            ASSERT_EQ(matcher.IsFound(i), isThere) << names[i];
+            areAllFound = areAllFound && isThere;
+        }
+        ASSERT_EQ(matcher.AreAllFound(), areAllFound);
+    }
+}
+
+class UnusedGaugesTest : public SimTest {
+  protected:
+    UnusedGaugesTest() {
+        for (const char* gauge :
+             {"used.gau", "clock.gau", "sub\\clock.gau", "lock.cab", "Cab.CAB", "\xC3\xA9t\xC3\xA9.gau",
+              "Generic.x.gau", "fw190a.gau", "mine.dll", "two.parts.gau", "z.gau"})
+            drive.Put(std::string("FS\\gauges\\") + gauge, gauge);
+        // Without a last line end; a lone CR; a name beside the word in the same line only; a byte beyond ASCII.
+        drive.Put("FS\\aircraft\\A\\panel\\panel.cfg", "x\rGauge00=USED,1\nclock\r\ngauge01=cab!needle");
+        drive.Put("FS\\aircraft\\B\\Panel.CFG", "; \xC9T\xC9 is a gauge\r\n[fltsim]\r\nalias=B\\panel\r\n");
+        drive.Put("FS\\aircraft\\C\\panel\\oldpanel.cfg", "gauge00=clock\r\ngauge01=lock");
+    }
+};
+
+TEST_F(UnusedGaugesTest, AreListedAndDeletedOneByOne) {
+    const std::vector<std::string> unused = {"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"};
+    auto expected = drive.Tree();
+    user.Expect(Warning, Answer::Cancel);
+    ListUnusedGauges(context);
+    user.Expect(Warning, Answer::Ok)
+        .ExpectUnusedGauges(unused, {{}, {0}, {3, 1, 3}})
+        .Expect("Please select the gauges first.", Answer::Ok)
+        .Expect("Are you sure you want to remove these gauges?", Answer::No)
+        .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
+        .Expect("Done.", Answer::Ok);
+    ListUnusedGauges(context);
+    expected.erase("FS\\gauges\\sub\\clock.gau");
+    expected.erase("FS\\gauges\\two.parts.gau");
+    EXPECT_EQ(drive.Tree(), expected) << "an entry stands for its own path";
+    EXPECT_THAT(user.transcript, testing::IsSupersetOf({"left: clock.gau", "left: z.gau", "left: lock.cab"}));
+}
+
+TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
+    FaultyFiles faulty(drive.Files());
+    faulty.FailWhere([](const std::string& change, const std::string& path) {
+        return change == "Delete" && path.ends_with("z.gau") ? FileFault::InUse : FileFault::None;
+    });
+    CommandContext locked{faulty, launcher, locations, limits, user, window};
+    auto expected = drive.Tree();
+    expected.erase("FS\\gauges\\lock.cab");
+    user.Expect(Warning, Answer::Ok)
+        .ExpectUnusedGauges({"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"}, {{2, 4}})
+        .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
+        .Expect("The following gauges could not be removed ...\n\n" + drive.At("FS\\gauges\\z.gau") +
+                    " (another program is using it)...",
+                Answer::Ok, MessageIcon::Exclamation);
+    ListUnusedGauges(locked);
+    EXPECT_EQ(drive.Tree(), expected);
+
+    limits.FileMax = 1; // not every panel is looked at: nothing is called unused
+    user.Expect(Warning, Answer::Ok)
+        .ExpectUnusedGauges({}, {})
+        .Expect("Not every panel.cfg file below...", Answer::Ok, MessageIcon::Exclamation);
+    ListUnusedGauges(context);
+
+    locations.MsfsDir = drive.At("Staging\\");
+    user.Expect(Warning, Answer::Ok)
+        .Expect(drive.At("Staging\\gauges directory does not exist.  Please verify..."), Answer::Ok);
+    ListUnusedGauges(context);
+}
+
+} // namespace korvadex::test
