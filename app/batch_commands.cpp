@@ -50,7 +50,7 @@ void Program::CompressEach(const std::string& question, bool compress) {
         if (package.isCompressed == compress)
             return;
         state.CommandCode = compress ? CompressShownPackage : DecompressShownPackage;
-        RunHangarCommand(context, state, held, package);
+        RunHangarCommand(context, state, memory, package);
     });
     state.BatchMode = false;
     user.Tell("Done.");
@@ -87,6 +87,15 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         return !FindSimAircraftDirectory(files, settings.locations, CurrentPackageName(*this)).empty();
     };
     state.keptPackages.clear();
+    // Everything that is installed, so that who uses what is found out once for all of them.
+    std::vector<std::string> names;
+    for (const std::string& category : view.categories) {
+        ListCut cut = ListCut::None;
+        for (const std::string& name : PackagesIn(category, cut))
+            names.push_back(WithoutInstalledMarks(name));
+    }
+    SimUsage usage(context, names);
+    memory.usage = &usage;
     ForEachPackage(isCategoryOnly, [&] {
         if (!isInstalled()) {
             ++skipped;
@@ -96,13 +105,14 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         const std::size_t keptBefore = state.keptPackages.size();
         state.QuietMode = true;
         state.CommandCode = RemovePackageFromSim;
-        RunHangarCommand(context, state, held, package);
+        RunHangarCommand(context, state, memory, package);
         state.QuietMode = false;
         if (!isInstalled())
             ++removed;
         else if (state.keptPackages.size() == keptBefore)
             ++keptForAlias;
     });
+    memory.usage = nullptr;
     if (!state.keptPackages.empty())
         user.Tell("The following packages were kept ...\r\n\r\n" + ListNames(state.keptPackages),
                   MessageIcon::Exclamation);

@@ -157,7 +157,7 @@ void Program::RunHangarSideCommand(int code) {
     if (code != RemovePackageFromSim)
         ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
     state.CommandCode = code;
-    RunHangarCommand(context, state, held, package);
+    RunHangarCommand(context, state, memory, package);
 }
 
 void Program::PressToolbarKey(const std::string& key) {

@@ -8,7 +8,7 @@
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
 #include "package/erase_staging.h"
-#include "sim/aliases.h"
+#include "sim/hangar_commands.h"
 
 #include <functional>
 #include <optional>
@@ -181,7 +181,7 @@ class Program : private MainWindow {
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     CommandState state;
-    HeldAliases held;
+    HangarMemory memory;
     std::string importedAircraft; // set until Staging is shown with it: the gauges are still to come
     bool isBatch = false;         // packages are gone through: each is loaded only for its own command
     modUnzip unzip;       // one for the run: its password prompt is shown once

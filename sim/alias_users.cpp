@@ -48,16 +48,25 @@ bool FindAliasUsers(CommandContext& context, const AliasSearch& search) {
                          search.leaveOut, [&](const FileEntry& file, const LowerLines& lines) {
                              if (std::ranges::none_of(lines, matches))
                                  return Visit::Continue;
-                             users.push_back(UserLine(context, file.path, search.root));
+                             users.push_back(file.path);
                              return search.showList ? Visit::Continue : Visit::Stop;
                          });
-    if (search.showList && !users.empty())
-        context.window.ShowFileList(search.fileName.substr(0, 5) + " used in ...", users);
+    if (search.showList)
+        ShowAliasUsers(context, search.root, search.fileName, users);
     if (search.showList && users.empty() && !isComplete)
         context.user.Tell("Not every " + search.fileName + " file below " + search.root +
                               " could be looked at.  To be on the safe side, it is taken as used.",
                           MessageIcon::Exclamation);
     return !users.empty() || !isComplete;
+}
+
+void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& fileName,
+                    const std::vector<std::string>& paths) {
+    std::vector<std::string> lines;
+    for (const std::string& path : paths)
+        lines.push_back(UserLine(context, path, root));
+    if (!lines.empty())
+        context.window.ShowFileList(fileName.substr(0, 5) + " used in ...", lines);
 }
 
 Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path) {

@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
@@ -21,6 +22,10 @@ struct AliasSearch {
 // True when a configuration below root matches, and also when a limit of the walk or an unreadable file kept
 // the search from being complete: a guard must not rely on what was not looked at.
 bool FindAliasUsers(CommandContext& context, const AliasSearch& search);
+
+// Shows frmFileList with the owners of these configuration files below root, if there are any.
+void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& fileName,
+                    const std::vector<std::string>& paths);
 
 // Replaces the alias line of a configuration file.
 Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path);

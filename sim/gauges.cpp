@@ -33,29 +33,6 @@ bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges
     return bool(status);
 }
 
-void RemoveGauges(CommandContext& context, const std::vector<FileEntry>& gauges, const std::string& root,
-                  const std::string& directory) {
-    std::vector<std::string> names;
-    for (const FileEntry& gauge : gauges)
-        names.push_back(GaugeName(gauge.path));
-    NameMatcher used(names);
-    if (!FindGaugesInUse(context, root, used))
-        used.TakeAllAsFound(); // what could not be looked at may use any of them
-
-    ProgressBar progress(context.window, static_cast<int>(gauges.size()));
-    for (std::size_t i = 0; i < gauges.size(); ++i) {
-        progress.Step();
-        const std::string fileName = gauges[i].Name();
-        const std::string installed = directory + fileName;
-        if (used.IsFound(i) || IsStockGauge(fileName))
-            continue;
-        const auto info = context.files.Info(installed);
-        // A gauge of the same name with other bytes came from elsewhere.
-        if (info && info->kind == EntryKind::File && HoldsUnpackedBytes(context, gauges[i].path, installed))
-            DeleteFileForced(context.files, installed);
-    }
-}
-
 } // namespace
 
 bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
@@ -84,6 +61,23 @@ bool IsStockGauge(std::string_view fileName) {
                                [&](std::string_view stock) { return name.find(stock) != std::string::npos; });
 }
 
+void TakeOutGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+                   const std::function<bool(const std::string& gaugeName)>& isUsed) {
+    const std::vector<FileEntry>& gauges = package.ComponentFiles[Gauges];
+    ProgressBar progress(context.window, static_cast<int>(gauges.size()));
+    for (const FileEntry& gauge : gauges) {
+        progress.Step();
+        const std::string fileName = gauge.Name();
+        const std::string installed = root + "gauges\\" + fileName;
+        if (IsStockGauge(fileName) || isUsed(GaugeName(fileName)))
+            continue;
+        const auto info = context.files.Info(installed);
+        // A gauge of the same name with other bytes came from elsewhere.
+        if (info && info->kind == EntryKind::File && HoldsUnpackedBytes(context, gauge.path, installed))
+            DeleteFileForced(context.files, installed);
+    }
+}
+
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
     if (context.files.IsDirectory(root + "gauges"))
         return true;
@@ -100,7 +94,16 @@ bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const st
     const std::vector<FileEntry>& gauges = package.ComponentFiles[Gauges];
     const std::string directory = root + "gauges\\";
     if (mode == GaugeMode::Remove) {
-        RemoveGauges(context, gauges, root, directory);
+        std::vector<std::string> names;
+        for (const FileEntry& gauge : gauges)
+            names.push_back(GaugeName(gauge.path));
+        NameMatcher used(names);
+        const bool isComplete = FindGaugesInUse(context, root, used);
+        TakeOutGauges(context, package, root, [&](const std::string& name) {
+            // What could not be looked at may use any of them.
+            return !isComplete ||
+                   used.IsFound(static_cast<std::size_t>(std::ranges::find(names, name) - names.begin()));
+        });
         return true;
     }
     if (placed)

@@ -7,6 +7,7 @@
 #include "sim/config_search.h"
 #include "sim/name_matcher.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,10 @@ enum class GaugeMode : int { Install = 1, Remove = 2 };
 // listed in `placed` where that is given.
 bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
                  GaugeMode mode, SharedFiles* placed = nullptr);
+
+// The second half of PlaceGauges, for one who knows already which gauges are in use.
+void TakeOutGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+                   const std::function<bool(const std::string& gaugeName)>& isUsed);
 
 // The answer of CrossCheckPanel for a panel.cfg without any gauge line.
 inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";

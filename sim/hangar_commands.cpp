@@ -20,7 +20,7 @@ void CompressShown(CommandContext& context, const CommandState& state, bool comp
 
 } // namespace
 
-void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases& held,
+void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
                       LoadedPackage& package) {
     if (context.window.SelectedPackageText().empty()) {
         context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
@@ -29,11 +29,11 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases&
     const auto runAgainAs = [&](HangarCommand command) {
         return [&, command] {
             state.CommandCode = command;
-            RunHangarCommand(context, state, held, package);
+            RunHangarCommand(context, state, memory, package);
         };
     };
     const auto paste = [&](const std::string& kind) {
-        PasteAlias(context, kind, package, held.Of(kind));
+        PasteAlias(context, kind, package, memory.held.Of(kind));
         context.window.RefreshPackageDisplay();
     };
     const auto restore = [&](const std::string& kind) {
@@ -47,7 +47,7 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases&
     if (state.CommandCode == InstallPackage)
         InstallIntoSim(context, package);
     if (state.CommandCode == RemovePackageFromSim)
-        RemoveFromSim(context, state, package);
+        RemoveFromSim(context, state, package, memory.usage);
     if (state.CommandCode == RemovePackageFromHangar)
         RemoveFromHangar(context, runAgainAs(RemovePackageFromSim));
     if (state.CommandCode == CopyPackageToStaging)
@@ -55,13 +55,13 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases&
     if (state.CommandCode == RenameHangarPackage)
         RenameInHangar(context, package);
     if (state.CommandCode == CreatePanelAlias)
-        CreateAlias(context, "panel", package, held);
+        CreateAlias(context, "panel", package, memory.held);
     if (state.CommandCode == PastePanelAlias)
         paste("panel");
     if (state.CommandCode == RestoreOldPanel)
         restore("panel");
     if (state.CommandCode == CreateSoundAlias)
-        CreateAlias(context, "sound", package, held);
+        CreateAlias(context, "sound", package, memory.held);
     if (state.CommandCode == PasteSoundAlias)
         paste("sound");
     if (state.CommandCode == RestoreOldSound)

@@ -4,6 +4,7 @@
 #include "package/command_context.h"
 #include "package/loaded_package.h"
 #include "sim/aliases.h"
+#include "sim/sim_usage.h"
 
 namespace korvadex {
 
@@ -25,8 +26,14 @@ enum HangarCommand : int {
     DecompressShownPackage = 15
 };
 
+// What the commands of the Hangar side know of each other.
+struct HangarMemory {
+    HeldAliases held;
+    SimUsage* usage = nullptr; // during a batch of removals
+};
+
 // Carries out state.CommandCode on the shown package; a code without a command does nothing.
-void RunHangarCommand(CommandContext& context, CommandState& state, HeldAliases& held,
+void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
                       LoadedPackage& package);
 
 } // namespace korvadex

@@ -6,10 +6,14 @@
 
 namespace korvadex {
 
+class SimUsage;
+
 void InstallIntoSim(CommandContext& context, const LoadedPackage& package);
 
 // In QuietMode nothing is asked, reported or said to be done; a package that is kept for the sake of files
 // that only the simulator has joins state.keptPackages.
-void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package);
+// usage, where it is given and complete, spares the search for users.
+void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                   SimUsage* usage = nullptr);
 
 } // namespace korvadex

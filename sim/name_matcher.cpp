@@ -15,8 +15,11 @@ NameMatcher::NameMatcher(const std::vector<std::string>& names) {
     for (const std::string& name : names)
         AddName(name);
     isFound.assign(ending.size(), false);
-    for (const std::uint32_t state : ending)
-        missing += state != None ? 1 : 0;
+    nameAt.assign(ending.size(), None);
+    for (std::size_t name = 0; name < names.size(); ++name)
+        nameAt[endOf[name]] = static_cast<std::uint32_t>(name);
+    for (const std::uint32_t name : nameAt)
+        missing += name != None ? 1 : 0;
     LinkStates();
 }
 
@@ -68,8 +71,20 @@ void NameMatcher::LinkStates() {
 void NameMatcher::NoteEnd(std::size_t state) {
     for (std::uint32_t end = ending[state]; end != None && !isFound[end]; end = shorterEnding[end]) {
         isFound[end] = true;
+        found.push_back(end);
         --missing;
     }
+}
+
+std::vector<std::size_t> NameMatcher::TakeFound() {
+    std::vector<std::size_t> names;
+    for (const std::uint32_t state : found) {
+        names.push_back(nameAt[state]);
+        isFound[state] = false;
+        ++missing;
+    }
+    found.clear();
+    return names;
 }
 
 void NameMatcher::Search(std::string_view text) {

@@ -20,8 +20,9 @@ class NameMatcher {
     void Search(std::string_view text);
     // By position in the list given.
     bool IsFound(std::size_t name) const { return isFound[endOf[name]]; }
-    void TakeAllAsFound() { isFound.assign(isFound.size(), true); }
     bool AreAllFound() const { return missing == 0; }
+    // What was found since the last call, by position (equal names by one of them), and begins anew.
+    std::vector<std::size_t> TakeFound();
 
   private:
     static constexpr std::uint32_t None = std::numeric_limits<std::uint32_t>::max();
@@ -38,8 +39,10 @@ class NameMatcher {
     std::vector<std::uint32_t> next;
     // The state itself where a name ends there, else the state of the longest shorter one that ends a name.
     std::vector<std::uint32_t> ending, shorterEnding;
-    std::vector<std::uint32_t> endOf; // of each name
-    std::vector<bool> isFound;        // by state
+    std::vector<std::uint32_t> endOf;  // of each name
+    std::vector<std::uint32_t> nameAt; // by state, where one ends
+    std::vector<bool> isFound;         // by state
+    std::vector<std::uint32_t> found;  // states, in the order of finding
     std::size_t missing = 0;
 };
 

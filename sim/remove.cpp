@@ -9,6 +9,7 @@
 #include "sim/gauges.h"
 #include "sim/name_list.h"
 #include "sim/shared_files.h"
+#include "sim/sim_usage.h"
 
 #include <map>
 
@@ -18,14 +19,29 @@ namespace {
 
 // True when an aircraft of the simulator other than the package's own uses its panel (kind "panel") or sound.
 bool IsUsedInSim(CommandContext& context, const std::string& name, const std::string& directory,
-                 const std::string& kind) {
+                 const std::string& kind, const SimUsage* usage) {
     AliasSearch search;
     search.root = context.locations.MsfsDir + "aircraft\\";
     search.fileName = kind + ".cfg";
-    search.texts = {name + "\\" + kind, SpacesToUnderscores(name) + "\\" + kind};
+    search.texts = AliasTexts(name, kind);
     search.showList = true;
     search.leaveOut = directory;
-    return FindAliasUsers(context, search);
+    if (!usage)
+        return FindAliasUsers(context, search);
+    const std::vector<std::string> users = usage->AliasUsers(name, kind, directory);
+    ShowAliasUsers(context, search.root, search.fileName, users);
+    return !users.empty();
+}
+
+void RemoveGauges(CommandContext& context, const LoadedPackage& package, const SimUsage* usage) {
+    const std::string& root = context.locations.MsfsDir;
+    if (package.ComponentFiles[Gauges].empty())
+        return;
+    if (!usage)
+        PlaceGauges(context, package, root, GaugeMode::Remove);
+    else if (CheckGaugesDirectory(context, root))
+        TakeOutGauges(context, package, root,
+                      [&](const std::string& gauge) { return usage->IsGaugeUsed(gauge); });
 }
 
 // The files whose alias line the installation adapts to the names of the simulator.
@@ -94,7 +110,10 @@ bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPac
 
 } // namespace
 
-void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package) {
+void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                   SimUsage* usage) {
+    if (usage && !usage->IsComplete())
+        usage = nullptr;
     const std::string name = CurrentPackageName(context.window);
     const std::string installedName = FindSimAircraftDirectory(context.files, context.locations, name);
     if (installedName.empty()) {
@@ -109,14 +128,14 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
         return;
 
     const std::string directory = context.locations.MsfsDir + "aircraft\\" + installedName + "\\";
-    if (IsUsedInSim(context, name, directory, "panel")) {
+    if (IsUsedInSim(context, name, directory, "panel", usage)) {
         context.user.Tell(
             "Cannot remove.  The panel in this package is used (via alias) by an aircraft(s) in the Flight "
             "Simulator directory as shown.",
             MessageIcon::Information);
         return;
     }
-    if (IsUsedInSim(context, name, directory, "sound")) {
+    if (IsUsedInSim(context, name, directory, "sound", usage)) {
         context.user.Tell(
             "Cannot remove.  This sound in this package is used (via alias) by an aircraft(s) in the Flight "
             "Simulator directory as shown.",
@@ -130,8 +149,10 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!status)
         return;
     // Gauges go last: the package's own panel.cfg would keep them alive.
-    if (*status && !package.ComponentFiles[Gauges].empty())
-        PlaceGauges(context, package, context.locations.MsfsDir, GaugeMode::Remove);
+    if (*status && usage)
+        usage->Forget(directory);
+    if (*status)
+        RemoveGauges(context, package, usage);
     context.window.RefreshPackageList();
     if (!*status && state.QuietMode)
         state.keptPackages.push_back(name + ": " + DescribeRemaining(*status));

@@ -217,7 +217,7 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
                 "to READ ONLY mode (i.e. they're on a CD ROM).",
                 Answer::Ok, MessageIcon::Exclamation);
     state.CommandCode = RenameHangarPackage;
-    RunHangarCommand(fixed, state, held, package);
+    RunHangarCommand(fixed, state, memory, package);
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Panel only\\Panel\\panel.cfg"));
 }
 

@@ -260,8 +260,8 @@ TEST(InstallFaults, AFailedInstallTakesEverythingBack) {
         ASSERT_EQ(faulty.Changes(), 0);
         const bool isKilled = change % 2 == 0;
         isKilled ? faulty.StopAt(change) : faulty.FailAt(change, FileFault::DiskFull);
-        HeldAliases held;
-        RunHangarCommand(context, state, held, package);
+        HangarMemory memory;
+        RunHangarCommand(context, state, memory, package);
         wasFailing = faulty.Changes() >= change;
 
         CleanScratch(drive.Files(), locations);
@@ -293,7 +293,7 @@ TEST_F(SimTest, FullDiskIsSeenBeforehand) {
                 "Please free some "
                 "space on the disk and try again.\n\nNothing was copied.",
                 Answer::Ok, MessageIcon::Exclamation);
-    RunHangarCommand(full, state, held, package);
+    RunHangarCommand(full, state, memory, package);
     EXPECT_EQ(faulty.Changes(), 0);
 }
 

@@ -28,7 +28,7 @@ class PasteRoad : public PasteTest, public testing::WithParamInterface<PasteRow>
 
 TEST_P(PasteRoad, ChangesPlacesByRenaming) {
     Put(GetParam().before);
-    held.HeldPanelAlias = "Big Jet\\panel";
+    memory.held.HeldPanelAlias = "Big Jet\\panel";
     // At whatever change it fails, every configuration that was there is still there.
     for (int change = 1;; ++change) {
         FaultyFiles faulty(drive.Files());
@@ -36,7 +36,7 @@ TEST_P(PasteRoad, ChangesPlacesByRenaming) {
         CommandContext context2{faulty, launcher, locations, limits, user, window};
         user.Expect("...", Answer::Ok);
         state.CommandCode = GetParam().command;
-        RunHangarCommand(context2, state, held, package);
+        RunHangarCommand(context2, state, memory, package);
         if (PanelFiles() == GetParam().after)
             break;
         EXPECT_THAT(user.transcript.back(),
@@ -99,7 +99,7 @@ TEST_F(PasteTest, EveryRefusalLeavesTheTreeAsItIs) {
          "configuration first.",
          MessageIcon::Exclamation, nothing},
         {PasteSoundAlias, "You cannot paste a sound alias to the package where you got the alias.",
-         MessageIcon::Exclamation, [&] { held.HeldSoundAlias = "My Lear\\sound"; }},
+         MessageIcon::Exclamation, [&] { memory.held.HeldSoundAlias = "My Lear\\sound"; }},
         {RestoreOldSound, "This package does not contain an oldsound.cfg file to restore.",
          MessageIcon::Exclamation, nothing},
         {PastePanelAlias,
@@ -107,7 +107,7 @@ TEST_F(PasteTest, EveryRefusalLeavesTheTreeAsItIs) {
          "panel.cfg file.",
          MessageIcon::Exclamation,
          [&] {
-             held.HeldPanelAlias = "x\\panel";
+             memory.held.HeldPanelAlias = "x\\panel";
              drive.MakeDirectory("FS\\aircraft\\My_Lear");
          }},
         {RestoreOldPanel,

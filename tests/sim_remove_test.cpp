@@ -142,7 +142,7 @@ TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
             "aircraft\\Lear\\Model\\lear.mdl could not be removed (another program is using it).\n\n"
             "Please close the program that uses it (Flight Simulator, perhaps) and try again.",
         Answer::Ok, MessageIcon::Exclamation);
-    RunHangarCommand(locked, state, held, package);
+    RunHangarCommand(locked, state, memory, package);
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"), (std::vector<std::string>{"Model\\", "Model\\lear.mdl"}));
     EXPECT_TRUE(drive.Has("FS\\gauges\\LearClock.gau"));
     ExpectRemoval().Expect("Done.", Answer::Ok);

@@ -28,7 +28,7 @@ class SimTest : public CommandTest {
     }
     void Run(HangarCommand command) {
         state.CommandCode = command;
-        RunHangarCommand(context, state, held, package);
+        RunHangarCommand(context, state, memory, package);
         EXPECT_FALSE(window.isProgressVisible);
     }
     ScriptedUser& ExpectRemoval() {
@@ -38,7 +38,7 @@ class SimTest : public CommandTest {
 
     LoadedPackage package;
     CommandState state;
-    HeldAliases held;
+    HangarMemory memory;
 };
 
 } // namespace korvadex::test
