@@ -1,0 +1,408 @@
+// Work on the whole simulator and the whole Hangar against what a person would otherwise do: the search for unused
+// gauges beside one plain read of the panels, packing beside `zip -9 -j` and unpacking beside `unzip` file by file,
+// removing 500 aircraft beside `rm -r`.
+//
+// Ours and each tool take turns on the same data in one run, each in a process of its own; all times include the
+// start of that process. The table at the end gives medians.
+#include "bench/bench_data.h"
+#include "bench/child_process.h"
+
+#include "app/program.h"
+#include "archive/compression.h"
+#include "platform/drive_map_posix.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "sim/unused_gauges.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+namespace korvadex::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int GaugeCount3000 = 3000, PanelCount = 1000, InstalledCount = 500, Rounds = 5;
+
+// ---- a person who agrees to everything, before windows that show nothing
+
+class AgreeableUser : public UserDialogs, public ProgramDialogs {
+  public:
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                              const MessageOptions&) override {
+        if (icon == MessageIcon::Exclamation || icon == MessageIcon::Critical)
+            std::fprintf(stderr, "%s\n", text.c_str());
+        isWarned = isWarned || icon == MessageIcon::Exclamation || icon == MessageIcon::Critical;
+        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
+    }
+    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
+    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return 0; }
+    void ShowInstallStatus(const std::string&) override {}
+    void ShowImportStatus(const std::string&) override {}
+    void ShowRename(const RenameForm&) override {}
+    void ShowMSFSImport(const ImportForm&) override {}
+    void ShowUnusedGauges(const UnusedGaugesForm& form) override {
+        found = form.search([](int, int) {}).size();
+    }
+    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
+
+    bool isWarned = false;
+    std::size_t found = 0;
+};
+
+class UnseenForm : public MainForm {
+  public:
+    void ShowView(const MainView&, const LoadedPackage&) override {}
+    void ShowStatus(const std::string&) override {}
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    ScreenSize Screen() const override { return {15000, 20000}; }
+    void ApplyGeometry(const SavedGeometry&) override {}
+    std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
+    void ApplyListGeometry(const WindowGeometry&) override {}
+    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
+    void EndProgram() override {}
+};
+
+class UnseenWindow : public MainWindow {
+  public:
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowStatus(const std::string&) override {}
+    std::string SelectedCategory() const override { return ""; }
+    std::string SelectedPackageText() const override { return ""; }
+    void RefreshPackageList() override {}
+    void SelectPackageNamed(const std::string&) override {}
+    void NoteStaged(const std::string&) override {}
+    void RefreshPackageDisplay() override {}
+    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+};
+
+class NoLauncher : public Launcher {
+  public:
+    bool OpenInEditor(const std::string&) override { return false; }
+    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
+    int OpenDocument(const std::string&) override { return 0; }
+    bool StartProgram(const std::string&) override { return false; }
+    std::string RunSimulator(const std::string&) override { return ""; }
+};
+
+// ---- the data
+
+void Put(const fs::path& path, const std::string& bytes) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::string GaugeOf(int number) {
+    static constexpr const char* Kinds[] = {"altimeter", "airspeed", "clock", "radio stack", "horizon"};
+    return "maker" + std::to_string(number % 97) + "_" + Kinds[number % 5] + std::to_string(number);
+}
+
+// A panel of sixty gauges and the lines between them, about 6 KB.
+std::string PanelText(int number) {
+    std::string text = "// Panel of aircraft " + std::to_string(number) + "\r\n[Window Titles]\r\n";
+    for (int window = 0; window < 4; ++window) {
+        text += "[Window0" + std::to_string(window) + "]\r\nfile=Panel_" + std::to_string(window) +
+                ".bmp\r\nsize_mm=640\r\nposition=7\r\nvisible=1\r\nident=MAIN_PANEL\r\n\r\n";
+        for (int gauge = 0; gauge < 15; ++gauge)
+            text += "Gauge" + std::to_string(10 + gauge) + "=" +
+                    GaugeOf((number * 7 + window * 400 + gauge * 31) % (GaugeCount3000 - 200)) + "!Needle " +
+                    std::to_string(gauge) + ",  " + std::to_string(20 + gauge * 30) + ",410,71,70\r\n";
+    }
+    return text + "[VIEWS]\r\nVIEW_FORWARD_DIR=3,0,0,0\r\n";
+}
+
+// A temporary directory that serves as the drive C: of the commands; removed at the end.
+class Drive {
+  public:
+    Drive() {
+        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            throw std::runtime_error("no temporary directory could be made");
+        root = pattern;
+        for (const char* directory : {"App", "Staging", "Hangar/Bench", "FS/aircraft", "FS/gauges"})
+            fs::create_directories(root / directory);
+    }
+    ~Drive() { fs::remove_all(root); }
+    Drive(const Drive&) = delete;
+    Drive& operator=(const Drive&) = delete;
+
+    fs::path At(const std::string& relative) const { return root / relative; }
+    std::unique_ptr<FileSystem> Files() const {
+        DriveMap map;
+        map.directories['c'] = root.string();
+        return MakeDriveFileSystem(map);
+    }
+
+  private:
+    fs::path root;
+};
+
+struct Command {
+    explicit Command(const Drive& drive) : files(drive.Files()) {}
+
+    std::unique_ptr<FileSystem> files;
+    Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    WalkLimits limits;
+    AgreeableUser user;
+    UnseenWindow window;
+    NoLauncher launcher;
+    CommandContext context{*files, launcher, locations, limits, user, window};
+};
+
+// ---- the works
+
+struct Contender {
+    std::string name;
+    std::function<bool()> run; // in a process of its own
+    double limit = 0;          // ours takes at most so much of its time; 0 where nothing was set
+};
+
+struct Work {
+    std::string name;
+    std::function<void()> prepare;     // before each turn, not measured
+    std::vector<Contender> contenders; // ours first
+    std::function<bool()> isDone;      // what ours left on the disk is right
+};
+
+// What a shell does, all output thrown away.
+std::function<bool()> Shell(const std::string& script) {
+    return [script] { return MeasureTool({"sh", "-c", "{ " + script + "; } >/dev/null"}).isGood; };
+}
+
+Work UnusedGaugesWork(const Drive& drive) {
+    for (int gauge = 0; gauge < GaugeCount3000; ++gauge)
+        Put(drive.At("FS/gauges/" + GaugeOf(gauge) + ".gau"), "MZ");
+    for (int panel = 0; panel < PanelCount; ++panel)
+        Put(drive.At("FS/aircraft/Aircraft " + std::to_string(panel) + "/panel/panel.cfg"), PanelText(panel));
+    const std::string aircraft = drive.At("FS/aircraft").string();
+    return {"unused gauges",
+            [] {},
+            {{"korvadex",
+              [&drive] {
+                  Command command(drive);
+                  ListUnusedGauges(command.context);
+                  return command.user.found >= 200 && !command.user.isWarned;
+              }},
+             {"plain read",
+              [&drive] {
+                  const auto files = drive.Files();
+                  std::size_t bytes = 0;
+                  for (const FileEntry& file : WalkTree(*files, "C:\\FS\\aircraft\\").files) {
+                      if (file.key == "panel.cfg")
+                          bytes += ReadBytes(*files, file.path)->size();
+                  }
+                  return bytes > 0;
+              },
+              2.0},
+             {"find | cat", Shell("find '" + aircraft + "' -name panel.cfg -exec cat {} +")}},
+            [] { return true; }};
+}
+
+void CopyFresh(const fs::path& from, const fs::path& to) {
+    fs::remove_all(to);
+    fs::copy(from, to, fs::copy_options::recursive);
+}
+
+// The textures of a package, and some of the small pictures that panels are full of.
+void MakePictures(const fs::path& directory) {
+    MakeBitmapPackage(directory);
+    for (int number = 20; number < 67; ++number) // the rest is enough
+        fs::remove(directory / "Texture" / ("Sheet " + std::to_string(number) + ".bmp"));
+    std::ifstream sheet(directory / "Texture/Sheet 0.bmp", std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(sheet), {}};
+    for (std::size_t number = 0; number < 60; ++number)
+        Put(directory / "Panel" / ("Small " + std::to_string(number) + ".bmp"),
+            bytes.substr(0, 54) + bytes.substr(100'000 + number * 30'000, 66'000));
+}
+
+Work CompressWork(const Drive& drive) {
+    const fs::path plain = drive.At("Plain"), package = drive.At("Hangar/Bench/Pictures");
+    MakePictures(plain);
+    const fs::path byZip = drive.At("ByZip");
+    return {
+        "compress",
+        [=] {
+            CopyFresh(plain, package);
+            fs::remove_all(byZip);
+            fs::create_directories(byZip);
+        },
+        {{"korvadex",
+          [&drive] {
+              Command command(drive);
+              return CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true) &&
+                     !command.user.isWarned;
+          }},
+         {"zip -9 -j",
+          Shell("find '" + package.string() +
+                "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
+                "zip -9 -j -q '" +
+                byZip.string() + "'/\"${f##*/}\".zip \"$f\" || exit 1; done"),
+          0.6}},
+        [=] {
+            // No file is larger than what zip makes of it.
+            fs::remove_all(byZip);
+            fs::create_directories(byZip);
+            for (const auto& entry : fs::recursive_directory_iterator(plain)) {
+                const std::string extension = entry.path().extension().string();
+                if (extension != ".bmp" && extension != ".gau")
+                    continue;
+                const fs::path other = byZip / "x.zip";
+                fs::remove(other);
+                if (!MeasureTool({"zip", "-9", "-j", "-q", other.string(), entry.path().string()}).isGood ||
+                    fs::file_size(package / fs::relative(entry.path(), plain)) > fs::file_size(other)) {
+                    std::fprintf(stderr, "%s is larger than by zip\n", entry.path().c_str());
+                    return false;
+                }
+            }
+            return true;
+        }};
+}
+
+Work DecompressWork(const Drive& drive) {
+    const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"),
+                   package = drive.At("Hangar/Bench/Pictures"), unpacked = drive.At("ByUnzip");
+    CopyFresh(plain, package);
+    Command command(drive);
+    CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true);
+    CopyFresh(package, packed);
+    return {"decompress",
+            [=] {
+                CopyFresh(packed, package);
+                fs::remove_all(unpacked);
+                fs::create_directories(unpacked);
+            },
+            {{"korvadex",
+              [&drive] {
+                  Command own(drive);
+                  return CompressPackage(own.context, "C:\\Hangar\\Bench\\Pictures\\", false) &&
+                         !own.user.isWarned;
+              }},
+             {"unzip",
+              Shell("find '" + package.string() +
+                    "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
+                    "unzip -o -q \"$f\" -d '" +
+                    unpacked.string() + "' || exit 1; done"),
+              0.35}},
+            [=] { return SizeOf(package) == SizeOf(plain); }};
+}
+
+Work UninstallWork(const Drive& drive) {
+    const fs::path made = drive.At("Made"), aircraft = drive.At("FS/aircraft"),
+                   gauges = drive.At("FS/gauges");
+    fs::remove_all(drive.At("Hangar/Bench"));
+    for (int number = 0; number < InstalledCount; ++number) {
+        const std::string name = "Plane" + std::to_string(number);
+        for (const fs::path& directory : {drive.At("Hangar/Bench/" + name), made / name}) {
+            Put(directory / "aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
+            Put(directory / "Panel/panel.cfg", PanelText(number));
+            Put(directory / "Model/plane.mdl", std::string(20'000, 'm'));
+            Put(directory / "Sound/sound.cfg", "[fltsim]\r\nproduct_code=FSIM\r\n");
+            for (int texture = 0; texture < 10; ++texture)
+                Put(directory / "Texture" / (std::to_string(texture) + ".bmp"), std::string(5000, 't'));
+        }
+        Put(drive.At("Hangar/Bench/" + name + "/Gauges/" + GaugeOf(number) + ".gau"), "MZ");
+    }
+    Put(drive.At("App/kx.ini"),
+        "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\"
+        "\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\n");
+    return {"uninstall all",
+            [=] {
+                fs::remove_all(gauges);
+                fs::create_directories(gauges);
+                for (int number = 0; number < InstalledCount; ++number)
+                    Put(gauges / (GaugeOf(number) + ".gau"), "MZ");
+                CopyFresh(made, aircraft);
+            },
+            {{"korvadex",
+              [&drive] {
+                  const auto files = drive.Files();
+                  NoLauncher launcher;
+                  AgreeableUser user;
+                  UnseenForm form;
+                  Program program(*files, launcher, user, user, form, "C:\\App\\", "");
+                  if (!program.Start())
+                      return false;
+                  program.UninstallAll();
+                  return !user.isWarned;
+              }},
+             {"rm -r", Shell("rm -r '" + aircraft.string() + "'/* '" + gauges.string() + "'/*")}},
+            [=] { return fs::is_empty(aircraft); }};
+}
+
+// ---- running them
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+bool Run(const Work& work) {
+    std::vector<std::vector<double>> seconds(work.contenders.size());
+    for (int round = 0; round < Rounds; ++round) {
+        for (std::size_t i = 0; i < work.contenders.size(); ++i) {
+            work.prepare();
+            const Measure measure = MeasureWork(work.contenders[i].run);
+            if (!measure.isGood || (i == 0 && round == 0 && !work.isDone())) {
+                std::printf("%-14s %s failed\n", work.name.c_str(), work.contenders[i].name.c_str());
+                return false;
+            }
+            seconds[i].push_back(measure.seconds);
+        }
+    }
+    const double ours = Median(seconds[0]);
+    for (std::size_t i = 0; i < work.contenders.size(); ++i) {
+        const Contender& contender = work.contenders[i];
+        const double ratio = ours / Median(seconds[i]);
+        std::printf("%-14s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(),
+                    Median(seconds[i]) * 1000);
+        if (i > 0)
+            std::printf("   korvadex takes %.2f of it", ratio);
+        if (contender.limit > 0)
+            std::printf(" (at most %.2f: %s)", contender.limit,
+                        ratio <= contender.limit ? "reached" : "missed");
+        std::printf("\n");
+        std::fflush(stdout);
+    }
+    return true;
+}
+
+} // namespace
+
+bool RunAll(const std::string& only) {
+    const Drive drive;
+    const std::vector<std::pair<std::string, Work (*)(const Drive&)>> works = {{"gauges", UnusedGaugesWork},
+                                                                               {"compress", CompressWork},
+                                                                               {"decompress", DecompressWork},
+                                                                               {"uninstall", UninstallWork}};
+    bool isGood = true;
+    for (const auto& [name, make] : works)
+        isGood = (only.empty() || only == name || (name == "compress" && only == "decompress"))
+                     ? Run(make(drive)) && isGood
+                     : isGood;
+    return isGood;
+}
+
+} // namespace korvadex::bench
+
+int main(int count, char** arguments) {
+    try {
+        return korvadex::bench::RunAll(count > 1 ? arguments[1] : "") ? 0 : 1;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    }
+}
