@@ -3,12 +3,12 @@
 //
 // Ours and each tool take turns on the same data in one run, each in a process of its own; all times include the
 // start of that process. The table at the end gives medians.
+#include "bench/bench_command.h"
 #include "bench/bench_data.h"
 #include "bench/child_process.h"
 
 #include "archive/process_zip.h"
 #include "package/load_package.h"
-#include "platform/drive_map_posix.h"
 #include "sim/install.h"
 
 #include <benchmark/benchmark.h>
@@ -26,66 +26,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// ---- a person who agrees to everything, before a window that shows nothing
-
-class AgreeableUser : public UserDialogs {
-  public:
-    CheckedAnswer ShowMessage(const std::string&, MessageButtons buttons, MessageIcon icon,
-                              const MessageOptions&) override {
-        isWarned = isWarned || icon == MessageIcon::Exclamation || icon == MessageIcon::Critical;
-        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
-    }
-    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
-    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return 0; }
-    void ShowInstallStatus(const std::string&) override {}
-    void ShowImportStatus(const std::string&) override {}
-
-    bool isWarned = false;
-};
-
-class UnseenWindow : public MainWindow {
-  public:
-    std::string category = "Bench", package;
-
-    void ShowProgress(int, int) override {}
-    void SetProgress(int) override {}
-    void HideProgress() override {}
-    void ShowStatus(const std::string&) override {}
-    std::string SelectedCategory() const override { return category; }
-    std::string SelectedPackageText() const override { return package; }
-    void RefreshPackageList() override {}
-    void RefreshPackageDisplay() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
-};
-
-class NoLauncher : public Launcher {
-  public:
-    bool OpenInEditor(const std::string&) override { return false; }
-    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
-    int OpenDocument(const std::string&) override { return 0; }
-    bool StartProgram(const std::string&) override { return false; }
-};
-
 // ---- the data, and a command that works on them
 
 constexpr const char* BitmapPackage = "Bitmaps";
 constexpr const char* ManyFilesPackage = "Many files";
 
-// A temporary directory that serves as the drive C: of the commands; removed at the end.
-class Drive {
+// Made in a process of its own, so that its memory does not count as that of what is measured.
+class Drive : public TemporaryDrive {
   public:
     Drive() {
-        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary directory could be made");
-        root = pattern;
-        for (const char* directory :
-             {"Staging", "FS/aircraft", "FS/gauges", "FS/effects", "FS/modules", "FS/sound"})
-            fs::create_directories(root / directory);
-        // In a process of its own, so that its memory does not count as that of what is measured.
         const bool isMade = MeasureWork([this] {
                                 MakeBitmapPackage(Package(BitmapPackage));
                                 MakeManyFilesPackage(Package(ManyFilesPackage));
@@ -94,45 +43,19 @@ class Drive {
                                 MakeArchive(At("Large"), At("large.zip"));
                                 return true;
                             }).isGood;
-        if (!isMade) {
-            fs::remove_all(root);
-            throw std::runtime_error("the data could not be made in " + root.string());
-        }
+        if (!isMade)
+            throw std::runtime_error("the data could not be made in " + At("").string());
     }
-    ~Drive() { fs::remove_all(root); }
-    Drive(const Drive&) = delete;
-    Drive& operator=(const Drive&) = delete;
 
-    fs::path At(const std::string& relative) const { return root / relative; }
     fs::path Package(const std::string& name) const { return At("Hangar/Bench") / name; }
-    std::unique_ptr<FileSystem> Files() const {
-        DriveMap map;
-        map.directories['c'] = root.string();
-        return MakeDriveFileSystem(map);
-    }
-
-  private:
-    fs::path root;
 };
 
-struct Command {
-    explicit Command(const Drive& drive) : files(drive.Files()) {}
-
-    std::unique_ptr<FileSystem> files;
-    Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
-    WalkLimits limits;
-    AgreeableUser user;
-    UnseenWindow window;
-    NoLauncher launcher;
-    CommandContext context{*files, launcher, locations, limits, user, window};
-
-    LoadedPackage Load(const std::string& name) {
-        window.package = name;
-        LoadedPackage package;
-        LoadPackage(context, locations.HangarDir + "Bench\\" + name + "\\", false, package);
-        return package;
-    }
-};
+LoadedPackage Load(Command& command, const std::string& name) {
+    command.window.package = name;
+    LoadedPackage package;
+    LoadPackage(command.context, command.locations.HangarDir + "Bench\\" + name + "\\", false, package);
+    return package;
+}
 
 std::size_t ListedFiles(const LoadedPackage& package) {
     std::size_t count = 0;
@@ -177,7 +100,7 @@ void MakeEmpty(const fs::path& directory) {
 }
 
 bool Install(Command& command) {
-    InstallIntoSim(command.context, command.Load(BitmapPackage));
+    InstallIntoSim(command.context, Load(command, BitmapPackage));
     return true;
 }
 
@@ -188,7 +111,7 @@ Road LoadRoad(const Drive& drive) {
             [] {},
             {{"korvadex", Ours(drive,
                                [count](Command& command) {
-                                   return ListedFiles(command.Load(ManyFilesPackage)) == count;
+                                   return ListedFiles(Load(command, ManyFilesPackage)) == count;
                                })},
              {"find -printf", Tool({"find", package, "-printf", "%p %s %T@\\n"}), 3.0}},
             [] { return true; }};
@@ -242,7 +165,7 @@ Road RemoveRoad(const Drive& drive) {
             {{"korvadex", Ours(drive,
                                [](Command& command) {
                                    CommandState state;
-                                   RemoveFromSim(command.context, state, command.Load(BitmapPackage));
+                                   RemoveFromSim(command.context, state, Load(command, BitmapPackage));
                                    return true;
                                })},
              {"rm -r", Tool({"rm", "-r", installed.string()})}},

@@ -4,12 +4,12 @@
 //
 // Ours and each tool take turns on the same data in one run, each in a process of its own; all times include the
 // start of that process. The table at the end gives medians.
+#include "bench/bench_command.h"
 #include "bench/bench_data.h"
 #include "bench/child_process.h"
 
 #include "app/program.h"
 #include "archive/compression.h"
-#include "platform/drive_map_posix.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/unused_gauges.h"
@@ -28,35 +28,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int GaugeCount3000 = 3000, PanelCount = 1000, InstalledCount = 500, Rounds = 5;
+constexpr int GaugeCount = 3000, PanelCount = 1000, InstalledCount = 500, Rounds = 5;
 
-// ---- a person who agrees to everything, before windows that show nothing
+// ---- a person who agrees to everything, before a window that shows nothing
 
-class AgreeableUser : public UserDialogs, public ProgramDialogs {
+class Agreeable : public AgreeableUser, public ProgramDialogs {
   public:
-    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
-                              const MessageOptions&) override {
-        if (icon == MessageIcon::Exclamation || icon == MessageIcon::Critical)
-            std::fprintf(stderr, "%s\n", text.c_str());
-        isWarned = isWarned || icon == MessageIcon::Exclamation || icon == MessageIcon::Critical;
-        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
-    }
-    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
-    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return 0; }
-    void ShowInstallStatus(const std::string&) override {}
-    void ShowImportStatus(const std::string&) override {}
-    void ShowRename(const RenameForm&) override {}
-    void ShowMSFSImport(const ImportForm&) override {}
-    void ShowUnusedGauges(const UnusedGaugesForm& form) override {
-        found = form.search([](int, int) {}).size();
-    }
     std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
-
-    bool isWarned = false;
-    std::size_t found = 0;
 };
 
 class UnseenForm : public MainForm {
@@ -73,30 +51,6 @@ class UnseenForm : public MainForm {
     void ApplyListGeometry(const WindowGeometry&) override {}
     std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
     void EndProgram() override {}
-};
-
-class UnseenWindow : public MainWindow {
-  public:
-    void ShowProgress(int, int) override {}
-    void SetProgress(int) override {}
-    void HideProgress() override {}
-    void ShowStatus(const std::string&) override {}
-    std::string SelectedCategory() const override { return ""; }
-    std::string SelectedPackageText() const override { return ""; }
-    void RefreshPackageList() override {}
-    void SelectPackageNamed(const std::string&) override {}
-    void NoteStaged(const std::string&) override {}
-    void RefreshPackageDisplay() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
-};
-
-class NoLauncher : public Launcher {
-  public:
-    bool OpenInEditor(const std::string&) override { return false; }
-    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
-    int OpenDocument(const std::string&) override { return 0; }
-    bool StartProgram(const std::string&) override { return false; }
-    std::string RunSimulator(const std::string&) override { return ""; }
 };
 
 // ---- the data
@@ -119,49 +73,11 @@ std::string PanelText(int number) {
                 ".bmp\r\nsize_mm=640\r\nposition=7\r\nvisible=1\r\nident=MAIN_PANEL\r\n\r\n";
         for (int gauge = 0; gauge < 15; ++gauge)
             text += "Gauge" + std::to_string(10 + gauge) + "=" +
-                    GaugeOf((number * 7 + window * 400 + gauge * 31) % (GaugeCount3000 - 200)) + "!Needle " +
+                    GaugeOf((number * 7 + window * 400 + gauge * 31) % (GaugeCount - 200)) + "!Needle " +
                     std::to_string(gauge) + ",  " + std::to_string(20 + gauge * 30) + ",410,71,70\r\n";
     }
     return text + "[VIEWS]\r\nVIEW_FORWARD_DIR=3,0,0,0\r\n";
 }
-
-// A temporary directory that serves as the drive C: of the commands; removed at the end.
-class Drive {
-  public:
-    Drive() {
-        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary directory could be made");
-        root = pattern;
-        for (const char* directory : {"App", "Staging", "Hangar/Bench", "FS/aircraft", "FS/gauges"})
-            fs::create_directories(root / directory);
-    }
-    ~Drive() { fs::remove_all(root); }
-    Drive(const Drive&) = delete;
-    Drive& operator=(const Drive&) = delete;
-
-    fs::path At(const std::string& relative) const { return root / relative; }
-    std::unique_ptr<FileSystem> Files() const {
-        DriveMap map;
-        map.directories['c'] = root.string();
-        return MakeDriveFileSystem(map);
-    }
-
-  private:
-    fs::path root;
-};
-
-struct Command {
-    explicit Command(const Drive& drive) : files(drive.Files()) {}
-
-    std::unique_ptr<FileSystem> files;
-    Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
-    WalkLimits limits;
-    AgreeableUser user;
-    UnseenWindow window;
-    NoLauncher launcher;
-    CommandContext context{*files, launcher, locations, limits, user, window};
-};
 
 // ---- the works
 
@@ -183,8 +99,8 @@ std::function<bool()> Shell(const std::string& script) {
     return [script] { return MeasureTool({"sh", "-c", "{ " + script + "; } >/dev/null"}).isGood; };
 }
 
-Work UnusedGaugesWork(const Drive& drive) {
-    for (int gauge = 0; gauge < GaugeCount3000; ++gauge)
+Work UnusedGaugesWork(const TemporaryDrive& drive) {
+    for (int gauge = 0; gauge < GaugeCount; ++gauge)
         Put(drive.At("FS/gauges/" + GaugeOf(gauge) + ".gau"), "MZ");
     for (int panel = 0; panel < PanelCount; ++panel)
         Put(drive.At("FS/aircraft/Aircraft " + std::to_string(panel) + "/panel/panel.cfg"), PanelText(panel));
@@ -195,7 +111,7 @@ Work UnusedGaugesWork(const Drive& drive) {
               [&drive] {
                   Command command(drive);
                   ListUnusedGauges(command.context);
-                  return command.user.found >= 200 && !command.user.isWarned;
+                  return command.user.unusedGauges >= 200 && !command.user.isWarned;
               }},
              {"plain read",
               [&drive] {
@@ -214,7 +130,8 @@ Work UnusedGaugesWork(const Drive& drive) {
 
 void CopyFresh(const fs::path& from, const fs::path& to) {
     fs::remove_all(to);
-    fs::copy(from, to, fs::copy_options::recursive);
+    if (!MeasureTool({"cp", "-a", from.string(), to.string()}).isGood)
+        throw std::runtime_error(from.string() + " could not be copied");
 }
 
 // The textures of a package, and some of the small pictures that panels are full of.
@@ -229,7 +146,7 @@ void MakePictures(const fs::path& directory) {
             bytes.substr(0, 54) + bytes.substr(100'000 + number * 30'000, 66'000));
 }
 
-Work CompressWork(const Drive& drive) {
+Work CompressWork(const TemporaryDrive& drive) {
     const fs::path plain = drive.At("Plain"), package = drive.At("Hangar/Bench/Pictures");
     MakePictures(plain);
     const fs::path byZip = drive.At("ByZip");
@@ -272,7 +189,7 @@ Work CompressWork(const Drive& drive) {
         }};
 }
 
-Work DecompressWork(const Drive& drive) {
+Work DecompressWork(const TemporaryDrive& drive) {
     const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"),
                    package = drive.At("Hangar/Bench/Pictures"), unpacked = drive.At("ByUnzip");
     CopyFresh(plain, package);
@@ -300,13 +217,14 @@ Work DecompressWork(const Drive& drive) {
             [=] { return SizeOf(package) == SizeOf(plain); }};
 }
 
-Work UninstallWork(const Drive& drive) {
+Work UninstallWork(const TemporaryDrive& drive) {
     const fs::path made = drive.At("Made"), aircraft = drive.At("FS/aircraft"),
                    gauges = drive.At("FS/gauges");
     fs::remove_all(drive.At("Hangar/Bench"));
     for (int number = 0; number < InstalledCount; ++number) {
         const std::string name = "Plane" + std::to_string(number);
-        for (const fs::path& directory : {drive.At("Hangar/Bench/" + name), made / name}) {
+        {
+            const fs::path directory = drive.At("Hangar/Bench/" + name);
             Put(directory / "aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
             Put(directory / "Panel/panel.cfg", PanelText(number));
             Put(directory / "Model/plane.mdl", std::string(20'000, 'm'));
@@ -314,6 +232,7 @@ Work UninstallWork(const Drive& drive) {
             for (int texture = 0; texture < 10; ++texture)
                 Put(directory / "Texture" / (std::to_string(texture) + ".bmp"), std::string(5000, 't'));
         }
+        CopyFresh(drive.At("Hangar/Bench/" + name), made / name);
         Put(drive.At("Hangar/Bench/" + name + "/Gauges/" + GaugeOf(number) + ".gau"), "MZ");
     }
     Put(drive.At("App/kx.ini"),
@@ -331,7 +250,7 @@ Work UninstallWork(const Drive& drive) {
               [&drive] {
                   const auto files = drive.Files();
                   NoLauncher launcher;
-                  AgreeableUser user;
+                  Agreeable user;
                   UnseenForm form;
                   Program program(*files, launcher, user, user, form, "C:\\App\\", "");
                   if (!program.Start())
@@ -383,11 +302,12 @@ bool Run(const Work& work) {
 } // namespace
 
 bool RunAll(const std::string& only) {
-    const Drive drive;
-    const std::vector<std::pair<std::string, Work (*)(const Drive&)>> works = {{"gauges", UnusedGaugesWork},
-                                                                               {"compress", CompressWork},
-                                                                               {"decompress", DecompressWork},
-                                                                               {"uninstall", UninstallWork}};
+    const TemporaryDrive drive;
+    const std::vector<std::pair<std::string, Work (*)(const TemporaryDrive&)>> works = {
+        {"gauges", UnusedGaugesWork},
+        {"compress", CompressWork},
+        {"decompress", DecompressWork},
+        {"uninstall", UninstallWork}};
     bool isGood = true;
     for (const auto& [name, make] : works)
         isGood = (only.empty() || only == name || (name == "compress" && only == "decompress"))

@@ -22,7 +22,7 @@ class BatchCommands : public ProgramTest {
 
 TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     for (const char* name : {"A_Jet", "B Jet", "Cub"})
-        drive.Put(std::string("FS\\aircraft\\") + name + "\\texture\\t.bmp", "t");
+        drive.Put(std::string("FS\\aircraft\\") + name + "\\texture\\t.bmp", std::string(900, 't'));
     drive.Put("FS\\aircraft\\B Jet\\flights\\my.flt", "saved");
     drive.Put("FS\\aircraft\\Mine\\panel\\panel.cfg", "alias=Cub\\panel");
     Start();
