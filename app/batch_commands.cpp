@@ -18,12 +18,10 @@ void Program::ForEachPackage(bool isCategoryOnly, const std::function<void()>& c
         FillPackages();
     };
     isBatch = true;
-    ListCut cut = categoriesCut;
     const int first = isCategoryOnly ? oldCategory : 0;
     const int end = isCategoryOnly ? oldCategory + 1 : static_cast<int>(view.categories.size());
     for (int category = first; category >= 0 && category < end; ++category) {
         select(category);
-        cut = packagesCut != ListCut::None ? packagesCut : cut;
         for (int index = 0; index < static_cast<int>(view.packages.size()); ++index) {
             view.packageIndex = index;
             form.ShowStatus(SelectedCategory() + "\\" + CurrentPackageName(*this));
@@ -34,8 +32,9 @@ void Program::ForEachPackage(bool isCategoryOnly, const std::function<void()>& c
     select(oldCategory);
     if (oldPackage < static_cast<int>(view.packages.size()))
         view.packageIndex = oldPackage;
+    isHangarStale = true;
     LoadShownSide();
-    ShowStatus(DescribeCut(cut, settings.limits));
+    ShowStatus("");
     ShowView();
 }
 
@@ -89,10 +88,10 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     state.keptPackages.clear();
     // Everything that is installed, so that who uses what is found out once for all of them.
     std::vector<std::string> names;
-    for (const std::string& category : view.categories) {
-        ListCut cut = ListCut::None;
-        for (const std::string& name : PackagesIn(category, cut))
-            names.push_back(WithoutInstalledMarks(name));
+    TakeStock();
+    for (const HangarCategory& category : hangar) {
+        for (const HangarPackage& listed : category.packages)
+            names.push_back(listed.name);
     }
     SimUsage usage(context, names);
     memory.usage = &usage;
@@ -122,7 +121,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
                        " kept because of an alias";
     if (!state.keptPackages.empty())
         text += ", " + std::to_string(state.keptPackages.size()) + " kept for other reasons";
-    ShowStatus(text + (view.status.empty() ? "." : ".  " + view.status));
+    ShowStatus(text + ".");
 }
 
 void Program::UninstallAll() {
