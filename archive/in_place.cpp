@@ -1,6 +1,7 @@
 #include "archive/in_place.h"
 
 #include "archive/deflated_file.h"
+#include "archive/inflaters.h"
 #include "archive/member_names.h"
 #include "archive/mod_unzip.h"
 #include "archive/mod_zip.h"
@@ -26,6 +27,10 @@ namespace {
 constexpr int BestZipLevel = 9;
 constexpr std::size_t LocalHeaderSize = 30, CentralHeaderSize = 46, EndRecordSize = 22;
 
+unsigned ProcessorCount() {
+    return std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
+}
+
 std::uint32_t Little(std::span<const zip_uint8_t> bytes, std::size_t at, std::size_t count) {
     std::uint32_t value = 0;
     for (std::size_t i = count; i-- > 0;)
@@ -40,7 +45,9 @@ bool ReadAt(zip_source_t* source, std::uint64_t offset, std::span<zip_uint8_t> b
 
 struct OnlyMember {
     std::string name;
-    std::uint64_t size = 0; // unpacked
+    std::uint64_t size = 0, packedSize = 0;
+    std::uint32_t crc = 0, method = 0;
+    bool isEncrypted = false;
 };
 
 // The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as a program with an archive behind it or an archive with a comment. The records are
@@ -71,7 +78,12 @@ std::optional<OnlyMember> ReadOnlyMember(zip_source_t* source) {
         !ReadAt(source, directoryOffset + CentralHeaderSize,
                 std::span(reinterpret_cast<zip_uint8_t*>(name.data()), name.size())))
         return std::nullopt;
-    return OnlyMember{name, Little(central, 24, 4)};
+    return OnlyMember{name,
+                      Little(central, 24, 4),
+                      Little(central, 20, 4),
+                      Little(central, 16, 4),
+                      Little(central, 10, 2),
+                      (Little(central, 8, 2) & 1) != 0};
 }
 
 // The member of an archive of nothing but the member of the file's own name.
@@ -142,6 +154,7 @@ class Exchange {
         const auto info = context.files.Info(made);
         if (!info || !context.files.CopyAttributes(path, made))
             return false;
+        context.files.BeginFlush(made);
         waiting.push_back({made, path});
         bytes += info->size;
         return true;
@@ -164,8 +177,8 @@ class Exchange {
     }
 
   private:
-    static constexpr std::size_t MaxFiles = 64;
-    static constexpr std::uint64_t MaxBytes = 64u << 20;
+    static constexpr std::size_t MaxFiles = 256;
+    static constexpr std::uint64_t MaxBytes = 256u << 20;
 
     std::vector<Replacement> Release() {
         for (const Replacement& replacement : waiting)
@@ -222,6 +235,116 @@ int Unpack(CommandContext& context, const std::string& path, Exchange& exchange)
     return code;
 }
 
+// A packed file that is unpacked while others are written.
+struct Unpacking {
+    Unpacking(std::string filePath, Inflaters& workers) : path(std::move(filePath)), inflaters(workers) {}
+    Unpacking(const Unpacking&) = delete;
+    Unpacking& operator=(const Unpacking&) = delete;
+    ~Unpacking() {
+        if (isAhead)
+            inflaters.Wait(job); // its buffer must not go while a thread works on it
+    }
+
+    const std::string path;
+    Inflaters& inflaters;
+    bool isAhead = false; // otherwise the unzip library takes it, when it is its turn
+    InflateJob job;
+};
+
+bool ReadFully(InputFile& file, std::span<std::byte> bytes) {
+    const auto count = file.Read(bytes);
+    return count && *count == bytes.size();
+}
+
+// The packed bytes, which stand behind the header, its name and its further fields.
+bool ReadPacked(const FileSystem& files, const std::string& path, InflateJob& job) {
+    const auto file = files.OpenForReading(path);
+    std::array<std::byte, LocalHeaderSize> header;
+    if (!file || !ReadFully(**file, header))
+        return false;
+    const auto field = [&](std::size_t at) {
+        return std::to_integer<std::size_t>(header[at]) | std::to_integer<std::size_t>(header[at + 1]) << 8;
+    };
+    std::vector<std::byte> rest(field(26) + field(28));
+    return ReadFully(**file, rest) && ReadFully(**file, std::span(job.buffer.get(), job.packedSize));
+}
+
+std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::string& path,
+                                          Inflaters& inflaters) {
+    constexpr std::uint64_t maxBytes = 64u << 20;
+    constexpr std::uint32_t stored = 0, deflated = 8;
+    auto unpacking = std::make_unique<Unpacking>(path, inflaters);
+    const auto member = PackedMember(files, path);
+    const bool isUsual =
+        member && !member->isEncrypted &&
+        (member->method == deflated || (member->method == stored && member->packedSize == member->size)) &&
+        member->size + member->packedSize <= maxBytes;
+    if (!isUsual)
+        return unpacking;
+    InflateJob& job = unpacking->job;
+    job.packedSize = static_cast<std::size_t>(member->packedSize);
+    job.size = static_cast<std::size_t>(member->size);
+    job.crc = member->crc;
+    job.isStored = member->method == stored;
+    job.capacity = job.packedSize + job.size;
+    job.buffer = std::make_unique_for_overwrite<std::byte[]>(job.capacity);
+    unpacking->isAhead = ReadPacked(files, path, job);
+    if (unpacking->isAhead)
+        inflaters.Start(job);
+    return unpacking;
+}
+
+Status WriteNew(FileSystem& files, const std::string& path, std::span<const std::byte> bytes) {
+    // In small pieces, which the system takes faster than one large one.
+    constexpr std::size_t pieceSize = 128 * 1024;
+    auto file = files.CreateNew(path);
+    Status status = file.status();
+    while (status && !bytes.empty()) {
+        const auto piece = bytes.first(std::min(bytes.size(), pieceSize));
+        status = (*file)->Write(piece);
+        bytes = bytes.subspan(piece.size());
+    }
+    return status ? (*file)->Close(false) : status;
+}
+
+void FinishUnpacking(CommandContext& context, Unpacking& unpacking, Exchange& exchange) {
+    if (!unpacking.isAhead) {
+        Unpack(context, unpacking.path, exchange);
+        return;
+    }
+    unpacking.inflaters.Wait(unpacking.job);
+    if (unpacking.job.code != UnzipCode::Ok)
+        return; // no sound archive: left alone
+    const std::string directory = exchange.DirectoryFor(unpacking.path);
+    const std::string made = directory + LastPathComponent(unpacking.path);
+    if (!directory.empty() && WriteNew(context.files, made, unpacking.job.Unpacked()) &&
+        exchange.Add(directory, unpacking.path))
+        return;
+    exchange.Drop(directory, unpacking.path);
+    TellUnzipProblem(context, unpacking.path, UnzipCode::DiskFull);
+}
+
+// Goes through the paths in order, a few of them ahead of their turn and not too many bytes at once.
+template<class Job>
+void WorkAhead(const std::vector<std::string>& paths, const std::function<Job(const std::string&)>& begin,
+               const std::function<std::uint64_t(const Job&)>& bytesOf,
+               const std::function<void(Job&)>& finish) {
+    constexpr std::uint64_t maxBytes = 128u << 20;
+    const std::size_t maxJobs = ProcessorCount() + 1;
+    std::deque<Job> ahead;
+    std::uint64_t bytes = 0;
+    auto next = paths.begin();
+    for (std::size_t done = 0; done < paths.size(); ++done) {
+        while (next != paths.end() && (ahead.empty() || (ahead.size() < maxJobs && bytes < maxBytes))) {
+            ahead.push_back(begin(*next++));
+            bytes += bytesOf(ahead.back());
+        }
+        bytes -= bytesOf(ahead.front());
+        finish(ahead.front());
+        ahead.pop_front();
+    }
+}
+
 // A file on its way into an archive.
 struct Packing {
     std::string path;
@@ -249,7 +372,7 @@ Packing BeginPacking(CommandContext& context, const std::string& path) {
     return packing;
 }
 
-void FinishPacking(CommandContext& context, Packing packing, Exchange& exchange) {
+void FinishPacking(CommandContext& context, Packing& packing, Exchange& exchange) {
     if (packing.isPackedAlready)
         return;
     if (packing.packed.valid())
@@ -301,36 +424,33 @@ void UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& 
                        const std::function<void()>& afterEach) {
     Exchange exchange(
         context, [&](const std::string& failed) { TellUnzipProblem(context, failed, UnzipCode::DiskFull); });
-    for (const std::string& path : paths) {
-        Unpack(context, path, exchange);
-        if (exchange.IsFull())
-            exchange.Commit();
-        afterEach();
-    }
+    using Job = std::unique_ptr<Unpacking>;
+    Inflaters inflaters(ProcessorCount() > 1 ? ProcessorCount() : 0);
+    WorkAhead<Job>(
+        paths, [&](const std::string& path) { return BeginUnpacking(context.files, path, inflaters); },
+        [](const Job& job) { return job->job.capacity; },
+        [&](Job& job) {
+            FinishUnpacking(context, *job, exchange);
+            if (exchange.IsFull())
+                exchange.Commit();
+            afterEach();
+        });
     exchange.Commit();
 }
 
 void ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
                      const std::function<void()>& afterEach) {
-    constexpr std::uint64_t maxBytes = 128u << 20; // held in memory at once
-    const std::size_t maxFiles = std::max(1u, std::thread::hardware_concurrency()) + 1;
     Exchange exchange(
         context, [&](const std::string& failed) { TellZipProblem(context, failed, ZipCode::WriteError); });
-    std::deque<Packing> ahead;
-    std::uint64_t bytes = 0;
-    auto next = paths.begin();
-    for (std::size_t done = 0; done < paths.size(); ++done) {
-        while (next != paths.end() && (ahead.empty() || (ahead.size() < maxFiles && bytes < maxBytes))) {
-            ahead.push_back(BeginPacking(context, *next++));
-            bytes += ahead.back().size;
-        }
-        bytes -= ahead.front().size;
-        FinishPacking(context, std::move(ahead.front()), exchange);
-        ahead.pop_front();
-        if (exchange.IsFull())
-            exchange.Commit();
-        afterEach();
-    }
+    WorkAhead<Packing>(
+        paths, [&](const std::string& path) { return BeginPacking(context, path); },
+        [](const Packing& packing) { return packing.size; },
+        [&](Packing& packing) {
+            FinishPacking(context, packing, exchange);
+            if (exchange.IsFull())
+                exchange.Commit();
+            afterEach();
+        });
     exchange.Commit();
 }
 

@@ -128,6 +128,8 @@ class FileSystem {
     // Puts the file `from` in the place of the file `to` in one step, on disk when it returns. Where it
     // fails, `to` is as it was.
     virtual Status Replace(const std::string& from, const std::string& to) = 0;
+    // A hint that the file will be put in place soon: the disk may begin to take its bytes.
+    virtual void BeginFlush(const std::string& /*path*/) {}
     // The same for many files, whose bytes reach the disk together; an outcome for each.
     virtual std::vector<Status> ReplaceAll(std::span<const Replacement> replacements);
     // Deletes a file or a link. A read-only file is refused (Denied) on every host.

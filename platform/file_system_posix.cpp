@@ -228,6 +228,7 @@ class DriveFileSystem : public FileSystem {
     Status Copy(const std::string& from, const std::string& to) override;
     Status Rename(const std::string& from, const std::string& to) override;
     Status Replace(const std::string& from, const std::string& to) override;
+    void BeginFlush(const std::string& path) override;
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
@@ -418,6 +419,13 @@ Status DriveFileSystem::Rename(const std::string& from, const std::string& to) {
 Status DriveFileSystem::Replace(const std::string& from, const std::string& to) {
     const Replacement replacement{from, to};
     return ReplaceAll(std::span(&replacement, 1)).front();
+}
+
+void DriveFileSystem::BeginFlush(const std::string& path) {
+    const auto hostPath = Existing(path);
+    const auto file = hostPath ? OpenRegular(*hostPath, path) : Result<Descriptor>(hostPath.status());
+    if (file)
+        sync_file_range(file->get(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 // A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.

@@ -46,6 +46,7 @@ class FaultyFiles : public FileSystem {
     Status Copy(Path from, Path to) override { return Change("Copy", to, &FileSystem::Copy, from, to); }
     Status Rename(Path from, Path to) override { return Move("Rename", from, to, &FileSystem::Rename); }
     Status Replace(Path from, Path to) override { return Move("Replace", from, to, &FileSystem::Replace); }
+    void BeginFlush(Path path) override { real.BeginFlush(path); }
     Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
     Status CreateDirectory(Path path) override {
         return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
