@@ -130,6 +130,7 @@ Work UnusedGaugesWork(const TemporaryDrive& drive) {
 
 void CopyFresh(const fs::path& from, const fs::path& to) {
     fs::remove_all(to);
+    fs::create_directories(to.parent_path());
     if (!MeasureTool({"cp", "-a", from.string(), to.string()}).isGood)
         throw std::runtime_error(from.string() + " could not be copied");
 }
