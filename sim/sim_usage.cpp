@@ -61,7 +61,7 @@ std::vector<std::string> SimUsage::AliasUsers(std::string_view packageName, cons
             users.insert(users.end(), found->second.begin(), found->second.end());
     }
     std::ranges::sort(users);
-    users.erase(std::ranges::unique(users).begin(), users.end());
+    users.erase(std::unique(users.begin(), users.end()), users.end());
     std::vector<std::string> paths;
     for (const std::size_t user : users) {
         if (!files[user].isGone && !IsAtOrBelow(files[user].path, leaveOut))

@@ -76,7 +76,7 @@ class GaugeList {
         for (const FileEntry& gauge : CollectGauges(context))
             present.insert(FoldCase(gauge.path));
         std::ranges::sort(rows, std::greater<>());
-        rows.erase(std::ranges::unique(rows).begin(), rows.end());
+        rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
         std::vector<std::string> kept;
         for (const int row : rows) {
             const std::string path = listed[static_cast<std::size_t>(row)].path;
