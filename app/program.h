@@ -184,8 +184,8 @@ class Program : private MainWindow {
     HangarMemory memory;
     std::string importedAircraft; // set until Staging is shown with it: the gauges are still to come
     bool isBatch = false;         // packages are gone through: each is loaded only for its own command
-    modUnzip unzip;       // one for the run: its password prompt is shown once
-    HangarListing hangar; // the shown categories, as last listed
+    modUnzip unzip;               // one for the run: its password prompt is shown once
+    HangarListing hangar;         // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.
     bool isHangarStale = false;
     Overview fileList; // what frmFileList was given last

@@ -72,7 +72,7 @@ void Program::LoadShownSide() {
 
 void Program::RefreshPackageDisplay() {
     if (isBatch)
-        return; // the next package is loaded in its place
+        return;                                            // the next package is loaded in its place
     isHangarStale = isHangarStale || view.HangarSideShown; // pictures may have come or gone
     LoadShownSide();
     ShowView();

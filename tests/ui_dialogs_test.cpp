@@ -176,6 +176,111 @@ TEST_F(DialogTest, AConfigurationIsPickedOrNothing) {
     EXPECT_EQ(dialogs.ChooseConfiguration(items), std::nullopt);
 }
 
+TEST_F(DialogTest, ARenameStaysOpenUntilItIsAccepted) {
+    for (const bool hasTitle : {true, false}) {
+        std::vector<std::string> entered;
+        const RenameForm form = {.entry = {"B 17 & Co", "<b>Fortress</b>"},
+                                 .hasTitle = hasTitle,
+                                 .accept = [&](const RenameEntry& entry) {
+                                     entered.push_back(entry.packageName + "|" + entry.aircraftTitle);
+                                     return entered.size() > 1;
+                                 }};
+        user.Expect("frmRename", [&](QWidget& window) {
+            EXPECT_EQ(window.windowTitle(), "Rename Package and or Title in MSFS");
+            EXPECT_EQ(Control<QLineEdit>(window, "txtRenamePackageName").text(), "B 17 & Co");
+            EXPECT_EQ(Control<QLineEdit>(window, "txtRenameAircraftTitle").isEnabled(), hasTitle);
+            Type(window, "txtRenamePackageName", "");
+            Click(window, "cmdAccept");
+            EXPECT_TRUE(window.isVisible());
+            Type(window, "txtRenamePackageName", "B 17");
+            PressKey(window, Qt::Key_Return);
+        });
+        dialogs.ShowRename(form);
+        EXPECT_EQ(entered, (std::vector<std::string>{"|<b>Fortress</b>", "B 17|<b>Fortress</b>"}));
+
+        user.Expect("frmRename", [](QWidget& window) { Click(window, "cmdCancel"); });
+        dialogs.ShowRename(form);
+        EXPECT_EQ(entered.size(), 2);
+    }
+}
+
+TEST_F(DialogTest, UnusedGaugesAreSearchedOnceAndLeaveTheListWhenDeleted) {
+    std::vector<UnusedGauge> gauges = {{"twin.gau", "C:\\FS\\gauges\\twin.gau"},
+                                       {"fuel.gau", "C:\\FS\\gauges\\fuel.gau"},
+                                       {"twin.gau", "C:\\FS\\gauges\\old\\twin.gau"},
+                                       {"x.cab", "C:\\FS\\gauges\\x.cab"}};
+    int searches = 0;
+    std::vector<std::vector<int>> removals;
+    UnusedGaugesForm form;
+    form.search = [&](const std::function<void(int, int)>& progress) {
+        ++searches;
+        QWidget& window = *QApplication::activeModalWidget();
+        const auto& bar = Control<QProgressBar>(window, "prbProgress");
+        progress(2, 5);
+        EXPECT_EQ(std::tuple(bar.minimum(), bar.value(), bar.maximum()), std::tuple(1, 2, 5));
+        EXPECT_FALSE(window.close()) << "in the middle of the search";
+        EXPECT_FALSE(Control<QPushButton>(window, "cmdDelete").isEnabled());
+        return gauges;
+    };
+    form.remove = [&](const std::vector<int>& rows) {
+        removals.push_back(rows);
+        std::ranges::sort(removals.back(), std::greater<>());
+        for (const int row : removals.back())
+            gauges.erase(gauges.begin() + row);
+        return gauges;
+    };
+    user.Expect("frmUnusedGauges", [&](QWidget& window) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Control<QPushButton>(window, "cmdOK").isEnabled(); }));
+        auto& list = Control<QListWidget>(window, "lstFileList");
+        ASSERT_EQ(list.count(), 4);
+        EXPECT_EQ(list.item(2)->toolTip(), "C:\\FS\\gauges\\old\\twin.gau");
+        Click(window, "cmdDelete"); // nothing is selected
+        ClickRow(list, 0);
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          list.visualItemRect(list.item(2)).center());
+        Click(window, "cmdDelete");
+        ASSERT_EQ(list.count(), 2);
+        EXPECT_EQ(list.item(0)->text(), "fuel.gau");
+        Click(window, "cmdDelete"); // what took the place of a deleted row is not selected
+        Click(window, "cmdOK");
+    });
+    dialogs.ShowUnusedGauges(form);
+    EXPECT_EQ(searches, 1);
+    EXPECT_EQ(removals, (std::vector<std::vector<int>>{{}, {2, 0}, {}}));
+
+    // The program ends in the middle of the search: the window goes, and the exception comes through.
+    form.search = [](const auto&) -> std::vector<UnusedGauge> { throw ProgramEnd{}; };
+    EXPECT_THROW(dialogs.ShowUnusedGauges(form), ProgramEnd);
+}
+
+TEST_F(DialogTest, AnAircraftToImportIsPickedByButtonOrDoubleClick) {
+    std::vector<int> rows;
+    ImportForm form = {.names = {"Taymere_60", "Brindle 8"}, .accept = [&](int row) {
+                           rows.push_back(row);
+                           return row >= 0;
+                       }};
+    const auto list = [](QWidget& window) -> QListWidget& {
+        return Control<QListWidget>(window, "lstPackages");
+    };
+    user.Expect("frmMSFSImport", [&](QWidget& window) {
+        EXPECT_EQ(list(window).item(0)->text(), "Taymere_60");
+        Click(window, "cmdOK");
+        EXPECT_TRUE(window.isVisible());
+        ClickRow(list(window), 1);
+        Click(window, "cmdOK");
+    });
+    dialogs.ShowMSFSImport(form);
+    user.Expect("frmMSFSImport", [&](QWidget& window) { DoubleClickRow(list(window), 0); });
+    dialogs.ShowMSFSImport(form);
+    user.Expect("frmMSFSImport", [](QWidget& window) { Click(window, "cmdCancel"); });
+    dialogs.ShowMSFSImport(form);
+    EXPECT_EQ(rows, (std::vector<int>{-1, 1, 0}));
+
+    form.accept = [](int) -> bool { throw ProgramEnd{}; };
+    user.Expect("frmMSFSImport", [&](QWidget& window) { DoubleClickRow(list(window), 0); });
+    EXPECT_THROW(dialogs.ShowMSFSImport(form), ProgramEnd);
+}
+
 TEST_F(DialogTest, TheStatusWindowsShowTheirTextUntilOk) {
     const auto look = [](const char* control) {
         return [control](QWidget& window) {

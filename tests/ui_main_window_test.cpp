@@ -118,18 +118,27 @@ TEST_F(MainWindowTest, EachSideHasItsOwnControls) {
 TEST_F(MainWindowTest, MenuEntriesGiveTheirCodeToTheirProcessor) {
     auto& menus = *Control<QMenuBar>(window, "mnuBar").findChild<Menus*>();
     QSignalSpy commands(&menus, &Menus::CommandChosen);
-    for (const char* name :
-         {"mnuStagingToHangar", "mnuProcessZipFile", "mnuRemoveStaging", "mnuRemovePanelFromStaging",
-          "mnuRemoveAircraftFromStaging", "mnuRemoveSoundFromStaging", "mnuHangarToMsfs", "mnuRemoveFromMsfs",
-          "mnuRename", "mnuUnusedGauges"})
+    const char* const entries[] = {
+        // Staging, then Hangar, in the order of the codes
+        "mnuStagingToHangar", "mnuProcessZipFile", "mnuImportFromMSFS", "mnuRemoveStaging",
+        "mnuRemovePanelFromStaging", "mnuRemoveAircraftFromStaging", "mnuRemoveSoundFromStaging",
+        "mnuHangarToMsfs", "mnuRemoveFromMsfs", "mnuRemoveFromHangar", "mnuRename", "mnuCreatePanelAlias",
+        "mnuCreateSoundAlias", "mnuPastePanelAlias", "mnuPasteSoundAlias", "mnuRestoreOldPanel",
+        "mnuRestoreOldSound", "mnuCheckRefs", "mnuGaugeCrosscheck", "mnuCopyToStaging", "mnuCompress",
+        "mnuDecompress",
+        // no code
+        "mnuUnusedGauges", "mnuReadNotes"};
+    for (const char* name : entries)
         Control<QAction>(window, name).trigger();
     std::vector<std::pair<Side, int>> given;
     for (const auto& command : commands)
         given.emplace_back(command[0].value<Side>(), command[1].toInt());
-    const std::vector<std::pair<Side, int>> expected = {
-        {Side::Staging, 0}, {Side::Staging, 1}, {Side::Staging, 4}, {Side::Staging, 5},
-        {Side::Staging, 6}, {Side::Staging, 7}, {Side::Hangar, 0},  {Side::Hangar, 1}};
-    EXPECT_EQ(given, expected) << "the last two are not built";
+    std::vector<std::pair<Side, int>> expected;
+    for (const int code : {0, 1, 2, 4, 5, 6, 7})
+        expected.emplace_back(Side::Staging, code);
+    for (const int code : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 14, 15})
+        expected.emplace_back(Side::Hangar, code);
+    EXPECT_EQ(given, expected);
 }
 
 TEST_F(MainWindowTest, ToolbarButtonsGiveTheirKey) {
@@ -141,16 +150,21 @@ TEST_F(MainWindowTest, ToolbarButtonsGiveTheirKey) {
     Show();
     press("ProcessZip");
     press("Uninstall");
-    press("RemovePackage"); // not from the Hangar
+    press("RemovePackage");
+    press("Compress");
     ShowStaging();
     press("Uninstall"); // not from Staging
+    press("Compress");  // not in Staging
     press("RemovePackage");
     press("Install");
-    press("RunMSFS"); // not built
+    press("RunMSFS");
+    press("UnusedGauges");
+    press("ReadNotes"); // not built
     QStringList given;
     for (const auto& key : keys)
         given.append(key[0].toString());
-    EXPECT_EQ(given, QStringList({"ProcessZip", "Uninstall", "RemovePackage", "Install"}));
+    EXPECT_EQ(given, QStringList({"ProcessZip", "Uninstall", "RemovePackage", "Compress", "RemovePackage",
+                                  "Install", "RunMSFS", "UnusedGauges"}));
     for (const auto* action : toolbar.actions())
         EXPECT_TRUE(action->isSeparator() || !action->icon().isNull()) << action->objectName().toStdString();
 }
@@ -450,6 +464,38 @@ TEST_F(RunningWindowTest, KeysDoWhatTheShownSideOffers) {
     Press(Qt::Key_U, Qt::ControlModifier);
     Press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_FALSE(Control<QLineEdit>(window, "txtPackageFilter").hasFocus());
+}
+
+TEST_F(RunningWindowTest, TheToolsMenuAsksBeforeItRunsOverManyPackages) {
+    const struct {
+        const char* entry;
+        const char* question;
+        const char* no;
+    } rows[] = {
+        {"mnuUnusedGauges", "This may take a minute or two.*", "Cancel"},
+        {"mnuCompressAll", "Compress all packages in Hangar?*", "No"},
+        {"mnuDecompressAll", "Decompress all packages in the Hangar?*", "No"},
+        {"mnuUninstallCategory", "Uninstall all packages in current category from Hangar?*", "No"},
+        {"mnuUninstallAll", "Uninstall all packages from Hangar?  If*", "No"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.entry);
+        user.ExpectMessage(row.question, row.no);
+        Control<QAction>(window, row.entry).trigger();
+        user.Finish();
+    }
+    drive.Put("FS\\gauges\\mine.gau", "x");
+    user.ExpectMessage("This may take a minute or two.*", "OK");
+    user.Expect("frmUnusedGauges", [](QWidget& dialog) {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Control<QPushButton>(dialog, "cmdOK").isEnabled(); }));
+        EXPECT_EQ(Control<QListWidget>(dialog, "lstFileList").count(), 1);
+        Click(dialog, "cmdOK");
+    });
+    Control<QAction>(window, "mnuUnusedGauges").trigger();
+    user.Finish();
+    drive.Put("FS\\fs2002.exe", "x");
+    Control<QAction>(window, "mnuRunMSFS").trigger();
+    EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe")});
 }
 
 TEST_F(RunningWindowTest, TheMenuOfAListOpensShowsAndDeletes) {

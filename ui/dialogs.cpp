@@ -4,7 +4,10 @@
 #include "ui/frmInstallStatus.h"
 #include "ui/frmLocationProfiles.h"
 #include "ui/frmLocations.h"
+#include "ui/frmMSFSImport.h"
 #include "ui/frmMultipleCfg.h"
+#include "ui/frmRename.h"
+#include "ui/frmUnusedGauges.h"
 #include "ui/input_box.h"
 #include "ui/message_box.h"
 #include "ui/qt_text.h"
@@ -12,7 +15,36 @@
 #include <QApplication>
 #include <QFileDialog>
 
+#include <exception>
+
 namespace korvadex {
+
+namespace {
+
+// An exception must not leave through Qt's event loop: what the forms call while their dialog is open keeps it here,
+// closes the dialog, and it goes on from there.
+class KeptException {
+  public:
+    template<class Call, class Result>
+    Result Guard(const Call& call, Result otherwise) {
+        try {
+            return call();
+        } catch (...) {
+            kept = std::current_exception();
+            return otherwise;
+        }
+    }
+    bool IsThere() const { return kept != nullptr; }
+    void Rethrow() const {
+        if (kept)
+            std::rethrow_exception(kept);
+    }
+
+  private:
+    std::exception_ptr kept;
+};
+
+} // namespace
 
 QWidget* Dialogs::Parent() const {
     if (QWidget* modal = QApplication::activeModalWidget())
@@ -65,6 +97,42 @@ void Dialogs::ShowInstallStatus(const std::string& text) {
 
 void Dialogs::ShowImportStatus(const std::string& text) {
     frmImportStatus(text, Parent()).exec();
+}
+
+void Dialogs::ShowRename(const RenameForm& form) {
+    KeptException kept;
+    RenameForm guarded = form;
+    guarded.accept = [&](const RenameEntry& entered) {
+        return kept.Guard([&] { return form.accept(entered); }, true);
+    };
+    frmRename(guarded, Parent()).exec();
+    kept.Rethrow();
+}
+
+void Dialogs::ShowUnusedGauges(const UnusedGaugesForm& form) {
+    KeptException kept;
+    UnusedGaugesForm guarded;
+    frmUnusedGauges* dialog = nullptr;
+    const auto guard = [&](const auto& call) {
+        auto gauges = kept.Guard(call, std::vector<UnusedGauge>());
+        if (kept.IsThere())
+            dialog->done(QDialog::Rejected);
+        return gauges;
+    };
+    guarded.search = [&](const auto& progress) { return guard([&] { return form.search(progress); }); };
+    guarded.remove = [&](const auto& rows) { return guard([&] { return form.remove(rows); }); };
+    frmUnusedGauges window(guarded, Parent());
+    dialog = &window;
+    window.exec();
+    kept.Rethrow();
+}
+
+void Dialogs::ShowMSFSImport(const ImportForm& form) {
+    KeptException kept;
+    ImportForm guarded = form;
+    guarded.accept = [&](int row) { return kept.Guard([&] { return form.accept(row); }, true); };
+    frmMSFSImport(guarded, Parent()).exec();
+    kept.Rethrow();
 }
 
 std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings) {

@@ -23,6 +23,9 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override;
     void ShowInstallStatus(const std::string& text) override;
     void ShowImportStatus(const std::string& text) override;
+    void ShowRename(const RenameForm& form) override;
+    void ShowUnusedGauges(const UnusedGaugesForm& form) override;
+    void ShowMSFSImport(const ImportForm& form) override;
     std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
 

@@ -185,6 +185,12 @@ void frmHangar::ChooseEntry(const QString& name) {
         {"mnuAllPackages", &Program::ListAllPackages},
         {"mnuInstalledPackages", &Program::ListInstalledPackages},
         {"mnuPackagesNoImages", &Program::ListPackagesNoImages},
+        {"mnuUnusedGauges", &Program::ListUnusedGauges},
+        {"mnuCompressAll", &Program::CompressAll},
+        {"mnuDecompressAll", &Program::DecompressAll},
+        {"mnuUninstallCategory", &Program::UninstallCategory},
+        {"mnuUninstallAll", &Program::UninstallAll},
+        {"mnuRunMSFS", &Program::RunSimulator},
         {"mnuReadMe", &Program::OpenReadMe},
     };
     for (const auto& [entry, command] : commands)

@@ -18,7 +18,7 @@ struct Button {
     bool isBuilt;
 };
 
-// The three buttons without a tool tip get theirs from the side.
+// What depends on the side (all tool tips that are missing here): ShowSide.
 constexpr Button Buttons[] = {
     {"ListAllPackages", "List all packages in Hangar", true},
     {"ListInstalledPackages", "List packages installed in MSFS", true},
@@ -26,19 +26,19 @@ constexpr Button Buttons[] = {
     {"PhotoGalleryCategory", "Photo gallery for packages in category", false},
     {"PhotoGalleryAll", "Photo gallery for all packages", false},
     {nullptr, nullptr, false},
-    {"UnusedGauges", "List unused gauges in MSFS gauges directory", false},
+    {"UnusedGauges", "List unused gauges in MSFS gauges directory", true},
     {nullptr, nullptr, false},
     {"ProcessZip", "Process ZIP file into Staging", true},
-    {"ImportFromMSFS", "Import package from MSFS", false},
+    {"ImportFromMSFS", "Import package from MSFS", true},
     {nullptr, nullptr, false},
-    {"Decompress", "Decompress package", false},
-    {"Compress", "Compress package", false},
+    {"Decompress", "Decompress package", true},
+    {"Compress", "Compress package", true},
     {nullptr, nullptr, false},
     {"Install", "", true},
     {"Uninstall", "", true},
     {"RemovePackage", "", true},
     {nullptr, nullptr, false},
-    {"RunMSFS", "Run Flight Simulator", false},
+    {"RunMSFS", "Run Flight Simulator", true},
     {nullptr, nullptr, false},
     {"ReadNotes", "Read package notes", false},
     {"Information", "FS2002 Information", false},
@@ -66,9 +66,9 @@ void Toolbar::ShowSide(Side side) {
     const bool isHangar = side == Side::Hangar;
     SetButton("Install", isHangar ? "Copy package to MSFS" : "Copy packge to Hangar", true);
     SetButton("Uninstall", "Remove package from MSFS", isHangar);
-    // Removing a package from the Hangar is not built yet.
-    SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging",
-              !isHangar);
+    SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging", true);
+    SetButton("Decompress", "Decompress package", isHangar);
+    SetButton("Compress", "Compress package", isHangar);
 }
 
 void Toolbar::SetButton(const char* key, const QString& toolTip, bool isEnabled) {

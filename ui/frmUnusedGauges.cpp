@@ -1,0 +1,88 @@
+#include "ui/frmUnusedGauges.h"
+
+#include "ui/qt_text.h"
+#include "ui_frmUnusedGauges.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+// The search paints the window at most this often.
+constexpr int PaintInterval = 40; // ms
+
+} // namespace
+
+frmUnusedGauges::frmUnusedGauges(const UnusedGaugesForm& gaugesForm, QWidget* parent)
+    : QDialog(parent), form(gaugesForm), ui(std::make_unique<Ui::frmUnusedGauges>()) {
+    ui->setupUi(this);
+    ui->cmdDelete->setEnabled(false);
+    ui->cmdOK->setEnabled(false);
+    connect(ui->cmdDelete, &QPushButton::clicked, this, &frmUnusedGauges::Delete);
+    connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    ui->lstFileList->setFocus();
+}
+
+frmUnusedGauges::~frmUnusedGauges() = default;
+
+void frmUnusedGauges::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (isStarted)
+        return;
+    isStarted = true;
+    // Once the window stands.
+    QMetaObject::invokeMethod(this, &frmUnusedGauges::Search, Qt::QueuedConnection);
+}
+
+void frmUnusedGauges::reject() {
+    if (!isSearching)
+        QDialog::reject();
+}
+
+void frmUnusedGauges::Search() {
+    isSearching = true;
+    lastPaint.start();
+    ShowGauges(form.search([this](int value, int maximum) { ShowProgress(value, maximum); }));
+    ui->prbProgress->setValue(ui->prbProgress->maximum());
+    isSearching = false;
+    ui->cmdDelete->setEnabled(true);
+    ui->cmdOK->setEnabled(true);
+}
+
+void frmUnusedGauges::ShowProgress(int value, int maximum) {
+    ui->prbProgress->setRange(1, maximum);
+    ui->prbProgress->setValue(value);
+    if (lastPaint.elapsed() < PaintInterval)
+        return;
+    // Paints; keys and clicks wait until the search has ended.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    lastPaint.start();
+}
+
+void frmUnusedGauges::Delete() {
+    std::vector<int> rows;
+    for (const auto* item : ui->lstFileList->selectedItems())
+        rows.push_back(ui->lstFileList->row(item));
+    const std::vector<UnusedGauge> left = form.remove(rows);
+    if (std::ssize(left) != ui->lstFileList->count()) // else the selection stays
+        ShowGauges(left);
+}
+
+void frmUnusedGauges::ShowGauges(const std::vector<UnusedGauge>& gauges) {
+    const int row = ui->lstFileList->currentRow();
+    ui->lstFileList->clear();
+    for (const auto& gauge : gauges) {
+        auto* item = new QListWidgetItem(ToQt(gauge.name), ui->lstFileList);
+        item->setToolTip(ToQt(gauge.path).toHtmlEscaped());
+    }
+    // Where the keyboard is; what is selected there would be deleted next.
+    const int current = std::min(std::max(row, 0), ui->lstFileList->count() - 1);
+    ui->lstFileList->setCurrentRow(current, QItemSelectionModel::NoUpdate);
+    if (gauges.empty())
+        ui->lblFileList->setText("There are no unused &gauges.");
+}
+
+} // namespace korvadex

@@ -1,0 +1,44 @@
+// The gauges of the simulator that no aircraft uses, to pick some of them and delete them.
+#pragma once
+
+#include "package/dialogs.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+
+#include <memory>
+#include <vector>
+
+namespace Ui {
+class frmUnusedGauges;
+}
+
+namespace korvadex {
+
+class frmUnusedGauges : public QDialog {
+    Q_OBJECT
+
+  public:
+    frmUnusedGauges(const UnusedGaugesForm& form, QWidget* parent);
+    ~frmUnusedGauges() override;
+
+    // Stays open while the search runs.
+    void reject() override;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    void Search();
+    void ShowProgress(int value, int maximum);
+    void Delete();
+    void ShowGauges(const std::vector<UnusedGauge>& gauges);
+
+    const UnusedGaugesForm form;
+    std::unique_ptr<Ui::frmUnusedGauges> ui;
+    QElapsedTimer lastPaint;
+    bool isStarted = false;
+    bool isSearching = false;
+};
+
+} // namespace korvadex
