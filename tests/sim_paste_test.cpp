@@ -41,7 +41,7 @@ TEST_P(PasteRoad, ChangesPlacesByRenaming) {
             break;
         EXPECT_THAT(user.transcript.back(),
                     testing::StartsWith("The panel.cfg file of this package could not be replaced."));
-        EXPECT_EQ(PanelFiles(), GetParam().before) << faulty.Log().back();
+        EXPECT_EQ(PanelFiles(), GetParam().before) << change;
         ASSERT_LT(change, 30);
     }
     EXPECT_EQ(user.transcript.back(), "Done.");

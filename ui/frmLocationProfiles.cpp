@@ -4,6 +4,8 @@
 #include "ui/qt_text.h"
 #include "ui_frmLocationProfiles.h"
 
+#include <QLineEdit>
+
 namespace korvadex {
 
 frmLocationProfiles::frmLocationProfiles(const FileSystem& fileSystem, ProfileEditor& profileEditor,
