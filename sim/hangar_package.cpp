@@ -1,6 +1,7 @@
 #include "sim/hangar_package.h"
 
 #include "package/file_primitives.h"
+#include "package/load_package.h"
 #include "package/rename.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
@@ -102,6 +103,11 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
         context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" +
                               missing,
                           MessageIcon::Exclamation);
+        return;
+    }
+    // What has come into the package since it was listed is in no copy of it.
+    if (HasChangedOnDisk(context.files, package)) {
+        context.user.Tell("Done.");
         return;
     }
     if (context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
