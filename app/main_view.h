@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/settings.h"
+#include "media/gallery.h"
 #include "package/loaded_package.h"
 
 #include <optional>
@@ -30,6 +31,16 @@ struct MainView {
     int listRevision = 0; // grows when the loaded package was loaded anew
 };
 
+// What frmPhotos shows.
+struct GalleryView {
+    std::string caption;
+    std::string directory; // a category's or the Hangar's; "" for none
+    std::string notice;    // what is left out and why; "" when nothing is
+    std::vector<GalleryPicture> pictures;
+
+    bool operator==(const GalleryView&) const = default;
+};
+
 // The real main window, as the program drives it. Values come in whole; the window shows what has changed.
 class MainForm {
   public:
@@ -43,6 +54,12 @@ class MainForm {
     // shows already, the place in the list stays where it can.
     virtual void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) = 0;
     virtual bool IsFileListVisible() const = 0;
+    // frmPhotos. Opens the window or brings it to the front; with the caption that it shows already, page and
+    // mark stay where they can.
+    virtual void ShowGallery(const GalleryView& gallery) = 0;
+    // What the open window shows from now on; without a picture it closes.
+    virtual void UpdateGallery(const GalleryView& gallery) = 0;
+    virtual bool IsGalleryVisible() const = 0;
 
     virtual ScreenSize Screen() const = 0;
     virtual void ApplyGeometry(const SavedGeometry& geometry) = 0;

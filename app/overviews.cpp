@@ -1,6 +1,6 @@
 #include "app/overviews.h"
 
-#include "package/classification.h"
+#include "media/gallery.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -31,11 +31,6 @@ Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wante
     return overview;
 }
 
-bool HasPicture(const FileSystem& files, const std::string& packageDirectory) {
-    const Tree tree = WalkTree(files, packageDirectory + std::string(ComponentGroupNames[Images]) + "\\");
-    return !CollectGroup(tree, Images, {}, WalkLimits{}).entries.empty();
-}
-
 } // namespace
 
 Overview BuildPackageList(const HangarListing& hangar) {
@@ -58,7 +53,8 @@ Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files,
                            const std::string& HangarDir) {
     return ByCategory(NoImagesListCaption, hangar,
                       [&](const HangarCategory& category, const HangarPackage& package) {
-                          return !HasPicture(files, HangarDir + category.name + "\\" + package.name + "\\");
+                          const auto directory = HangarDir + category.name + "\\" + package.name + "\\";
+                          return PackagePictures(files, directory, WalkLimits{}).empty();
                       });
 }
 

@@ -36,6 +36,7 @@ void Program::Run(const std::function<void()>& command) {
         if (isHangarStale) {
             TakeStock();
             RefreshFileList();
+            RefreshGallery();
         }
         UpdateStatusCounts();
         // A list that is not whole is said for as long as it is shown.
@@ -194,6 +195,8 @@ void Program::PressToolbarKey(const std::string& key) {
             ListFromMenu(PackageListCaption);
         } else if (key == "ListInstalledPackages") {
             ListFromMenu(InstalledListCaption);
+        } else if (key == "PhotoGalleryCategory" || key == "PhotoGalleryAll") {
+            OpenGallery(key == "PhotoGalleryAll");
         }
     });
 }

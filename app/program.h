@@ -69,6 +69,12 @@ class Program : private MainWindow {
     // The line at this position of those that the window was given last was clicked.
     void ChooseFileListLine(int row);
 
+    // --- the gallery frmPhotos; nothing on the Staging side
+    void ShowPhotosByCategory();
+    void ShowPhotosForAll();
+    // Goes to the package of the picture at this position of those that the window was given last.
+    void ChooseGalleryPicture(int row);
+
     // --- menus and toolbar
     // The code of a command that is not built, or that belongs to the side that is not shown, does nothing.
     void RunCommand(Side processor, int code);
@@ -121,6 +127,12 @@ class Program : private MainWindow {
     void RefreshFileList();
     void TellTooLong(const Overview& overview);
     void ShowLines(Overview list);
+
+    // gallery_commands.cpp
+    void OpenGallery(bool isForAll);
+    void FillGallery(GalleryView& filled) const;
+    // Shows in the open gallery what the Hangar holds now.
+    void RefreshGallery();
 
     // startup.cpp
     void StartUp();
@@ -188,7 +200,8 @@ class Program : private MainWindow {
     HangarListing hangar;         // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.
     bool isHangarStale = false;
-    Overview fileList; // what frmFileList was given last
+    Overview fileList;   // what frmFileList was given last
+    GalleryView gallery; // the same of frmPhotos
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

@@ -95,6 +95,9 @@ class UnseenForm : public MainForm {
     void HideProgress() override {}
     void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
     bool IsFileListVisible() const override { return false; }
+    void ShowGallery(const GalleryView&) override {}
+    void UpdateGallery(const GalleryView&) override {}
+    bool IsGalleryVisible() const override { return false; }
     ScreenSize Screen() const override { return {15000, 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }

@@ -45,6 +45,10 @@ class UnseenForm : public MainForm {
     void SetProgress(int) override {}
     void HideProgress() override {}
     void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    bool IsFileListVisible() const override { return false; }
+    void ShowGallery(const GalleryView&) override {}
+    void UpdateGallery(const GalleryView&) override {}
+    bool IsGalleryVisible() const override { return false; }
     ScreenSize Screen() const override { return {15000, 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }

@@ -342,7 +342,6 @@ TEST_F(StagingCommands, KeysAndCodesOfTheOtherSideAndOfWhatIsNotBuilt) {
     program->RunCommand(Side::Staging, 3);
     program->GoToHangar();
     Select("Props", 0);
-    program->PressToolbarKey("PhotoGalleryAll");
     program->RunCommand(Side::Staging, RemoveAllFromStaging);
     program->RunCommand(Side::Hangar, 10);
     EXPECT_EQ(drive.Tree(), before);

@@ -3,6 +3,7 @@
 #include "platform/windows_path.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
+#include "ui/frmPhotos.h"
 #include "ui/menus.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
@@ -60,6 +61,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ui->setupUi(this);
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
+    photos = std::make_unique<frmPhotos>(files);
 
     lblStatus->setObjectName("lblStatus");
     lblStatus->setTextFormat(Qt::PlainText);
@@ -131,6 +133,12 @@ void frmHangar::ConnectControls() {
             });
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Run([=](Program& to) { to.ChooseFileListLine(row); }); });
+    connect(photos.get(), &frmPhotos::PictureChosen, this, [this](int row) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise(); // the gallery may cover it
+        activateWindow();
+        Run([=](Program& to) { to.ChooseGalleryPicture(row); });
+    });
 }
 
 void frmHangar::ConnectFilter() {
@@ -186,6 +194,8 @@ void frmHangar::ChooseEntry(const QString& name) {
         {"mnuInstalledPackages", &Program::ListInstalledPackages},
         {"mnuPackagesNoImages", &Program::ListPackagesNoImages},
         {"mnuUnusedGauges", &Program::ListUnusedGauges},
+        {"mnuPhotosByCategory", &Program::ShowPhotosByCategory},
+        {"mnuPhotosForAll", &Program::ShowPhotosForAll},
         {"mnuCompressAll", &Program::CompressAll},
         {"mnuDecompressAll", &Program::DecompressAll},
         {"mnuUninstallCategory", &Program::UninstallCategory},
@@ -298,6 +308,18 @@ bool frmHangar::IsFileListVisible() const {
     return fileList->isVisible();
 }
 
+void frmHangar::ShowGallery(const GalleryView& gallery) {
+    photos->ShowGallery(gallery);
+}
+
+void frmHangar::UpdateGallery(const GalleryView& gallery) {
+    photos->UpdateGallery(gallery);
+}
+
+bool frmHangar::IsGalleryVisible() const {
+    return photos->isVisible();
+}
+
 ScreenSize frmHangar::Screen() const {
     return ScreenInTwips(*this);
 }
@@ -323,6 +345,7 @@ std::optional<WindowGeometry> frmHangar::ListGeometry() const {
 void frmHangar::EndProgram() {
     hasEnded = true;
     fileList->close();
+    photos->close();
     hide();
     emit Ended();
 }

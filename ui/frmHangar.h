@@ -22,6 +22,7 @@ class frmHangar;
 namespace korvadex {
 
 class frmFileList;
+class frmPhotos;
 class Menus;
 
 class frmHangar : public QMainWindow, public MainForm {
@@ -42,6 +43,9 @@ class frmHangar : public QMainWindow, public MainForm {
     void HideProgress() override;
     void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
     bool IsFileListVisible() const override;
+    void ShowGallery(const GalleryView& gallery) override;
+    void UpdateGallery(const GalleryView& gallery) override;
+    bool IsGalleryVisible() const override;
 
     ScreenSize Screen() const override;
     void ApplyGeometry(const SavedGeometry& geometry) override;
@@ -79,6 +83,7 @@ class frmHangar : public QMainWindow, public MainForm {
     QProgressBar* prbProgress;
     QShortcut* processZip; // for the side whose menu has no such entry
     std::unique_ptr<frmFileList> fileList;
+    std::unique_ptr<frmPhotos> photos;
     QElapsedTimer lastPaint;
     int shownRevision = -1;
     bool hasEnded = false;

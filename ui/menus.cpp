@@ -42,8 +42,8 @@ std::vector<Branch> MenuTree() {
           {"mnuSep17", "-"},
           {"mnuUnusedGauges", "List &unused gauges in MSFS gauges directory", yes},
           {"mnuSep1", "-"},
-          {"mnuPhotosByCategory", "&Photo gallery for packages in category"},
-          {"mnuPhotosForAll", "Photo &gallery for all packages"},
+          {"mnuPhotosByCategory", "&Photo gallery for packages in category", yes},
+          {"mnuPhotosForAll", "Photo &gallery for all packages", yes},
           {"mnuSep2", "-"},
           {"mnuCompressAll", "&Compress all packages", yes},
           {"mnuDecompressAll", "&Decompress all packages", yes},
@@ -135,6 +135,8 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
 void Menus::ShowSide(Side side) {
     stagingOptions->menuAction()->setVisible(side == Side::Staging);
     hangarOptions->menuAction()->setVisible(side == Side::Hangar);
+    for (const char* gallery : {"mnuPhotosByCategory", "mnuPhotosForAll"})
+        parent()->findChild<QAction*>(gallery)->setEnabled(side == Side::Hangar);
 }
 
 } // namespace korvadex

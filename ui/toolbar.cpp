@@ -23,8 +23,8 @@ constexpr Button Buttons[] = {
     {"ListAllPackages", "List all packages in Hangar", true},
     {"ListInstalledPackages", "List packages installed in MSFS", true},
     {nullptr, nullptr, false},
-    {"PhotoGalleryCategory", "Photo gallery for packages in category", false},
-    {"PhotoGalleryAll", "Photo gallery for all packages", false},
+    {"PhotoGalleryCategory", "", true},
+    {"PhotoGalleryAll", "", true},
     {nullptr, nullptr, false},
     {"UnusedGauges", "List unused gauges in MSFS gauges directory", true},
     {nullptr, nullptr, false},
@@ -67,6 +67,8 @@ void Toolbar::ShowSide(Side side) {
     SetButton("Install", isHangar ? "Copy package to MSFS" : "Copy packge to Hangar", true);
     SetButton("Uninstall", "Remove package from MSFS", isHangar);
     SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging", true);
+    SetButton("PhotoGalleryCategory", "Photo gallery for packages in category", isHangar);
+    SetButton("PhotoGalleryAll", "Photo gallery for all packages", isHangar);
     SetButton("Decompress", "Decompress package", isHangar);
     SetButton("Compress", "Compress package", isHangar);
 }

@@ -19,8 +19,9 @@ class RecordingForm : public MainForm {
     std::string status, listCaption;
     std::vector<std::string> listLines;
     std::optional<WindowGeometry> geometry{{1200, 900, 7200, 9600}};
-    bool isListVisible = false;
-    int ends = 0, listShows = 0;
+    GalleryView gallery;
+    bool isListVisible = false, isGalleryVisible = false;
+    int ends = 0, listShows = 0, galleryShows = 0;
     std::function<void()> onShow; // a window's events can arrive at any moment
 
     void ShowView(const MainView& shown, const LoadedPackage&) override {
@@ -39,6 +40,16 @@ class RecordingForm : public MainForm {
         ++listShows;
     }
     bool IsFileListVisible() const override { return isListVisible; }
+    void ShowGallery(const GalleryView& shown) override {
+        gallery = shown;
+        isGalleryVisible = true;
+        ++galleryShows;
+    }
+    void UpdateGallery(const GalleryView& shown) override {
+        gallery = shown;
+        isGalleryVisible = !shown.pictures.empty();
+    }
+    bool IsGalleryVisible() const override { return isGalleryVisible; }
     ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return geometry; }

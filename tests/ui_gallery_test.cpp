@@ -1,0 +1,141 @@
+// The picture gallery with its real window.
+#include "tests/support/modal_user.h"
+#include "tests/support/temporary_drive.h"
+#include "ui/frmPhotos.h"
+#include "ui/photo_grid.h"
+
+#include <gtest/gtest.h>
+
+#include <QtTest>
+#include <QtWidgets>
+
+namespace korvadex::test {
+namespace {
+
+// A gallery of the category Jets, one picture to a package.
+class PhotosTest : public testing::Test {
+  protected:
+    PhotosTest() { gallery.caption = "Packages in Jets"; }
+    ~PhotosTest() override { window.close(); }
+
+    void Add(const std::string& package, const QByteArray& bytes, const char* fileName = "shot.jpg") {
+        const auto path = "Hangar\\Jets\\" + package + "\\Images\\" + fileName;
+        drive.Put(path, bytes.toStdString());
+        gallery.pictures.push_back({drive.At(path), "Jets", package});
+    }
+    static QByteArray Picture(const QSize& size, const char* format = "JPG") {
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        picture.save(&buffer, format);
+        return bytes;
+    }
+    void Show() {
+        window.ShowGallery(gallery);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        WaitForPage();
+    }
+    void WaitForPage() {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return window.IsPageComplete(); }));
+    }
+    PhotoView& Photo(int index) {
+        return Control<PhotoView>(window, ("imgPhoto_" + std::to_string(index)).c_str());
+    }
+    std::string Label(const char* name) { return Control<QLabel>(window, name).text().toStdString(); }
+    bool IsEnabled(const char* button) { return Control<QPushButton>(window, button).isEnabled(); }
+
+    TemporaryDrive drive;
+    GalleryView gallery;
+    frmPhotos window{drive.Files()};
+};
+
+TEST_F(PhotosTest, PagesAreTurnedAndPicturesMarkedAndChosen) {
+    for (int i = 1; i <= 31; ++i)
+        Add("Plane " + std::to_string(i), Picture({300, 200}));
+    QSignalSpy chosen(&window, &frmPhotos::PictureChosen);
+    Show();
+    EXPECT_EQ(window.windowTitle(), "Packages in Jets");
+    EXPECT_EQ(Label("lblPage"), "Page 1 of 3");
+    EXPECT_FALSE(IsEnabled("cmdPrevious") || IsEnabled("cmdShowPackage"));
+    for (int index = 0; index < 15; ++index)
+        EXPECT_EQ(Photo(index).Text(), QString("Plane %1").arg(index + 1));
+    const QSize decoded = Photo(0).Picture().image.size();
+    EXPECT_EQ(decoded, QSize(300, 200).scaled(Photo(0).Box(), Qt::KeepAspectRatio));
+
+    QTest::mouseClick(&Photo(3), Qt::LeftButton);
+    EXPECT_TRUE(Photo(3).IsMarked());
+    EXPECT_EQ(Label("lblPackage"), "Plane 4");
+    EXPECT_EQ(Label("lblPicture"), "Jets  -  shot.jpg");
+    const auto& marked = Control<PhotoView>(window, "imgHangar");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return marked.Picture().image.width() > decoded.width(); }));
+    EXPECT_TRUE(chosen.isEmpty());
+    QTest::mouseDClick(&Photo(3), Qt::LeftButton);
+
+    Click(window, "cmdNext");
+    Click(window, "cmdNext");
+    EXPECT_EQ(Label("lblPage"), "Page 3 of 3");
+    EXPECT_FALSE(IsEnabled("cmdNext") || IsEnabled("cmdShowPackage"));
+    WaitForPage();
+    EXPECT_EQ(Photo(0).Text(), "Plane 31");
+    EXPECT_EQ(Photo(1).Text(), "");
+    EXPECT_TRUE(Photo(1).Picture().image.isNull());
+    QTest::mouseDClick(&Photo(1), Qt::LeftButton); // nobody there
+    for (const auto key : {Qt::Key_Down, Qt::Key_PageUp, Qt::Key_Left, Qt::Key_Down, Qt::Key_Return})
+        PressKey(window, key); // 31, 16, 15, 20
+    EXPECT_EQ(Label("lblPage"), "Page 2 of 3");
+    EXPECT_TRUE(Photo(4).IsMarked());
+    Click(window, "cmdShowPackage");
+    ASSERT_EQ(chosen.size(), 3);
+    EXPECT_EQ(chosen[0][0], 3);
+    EXPECT_EQ(chosen[1][0], 19);
+    EXPECT_EQ(chosen[2][0], 19);
+
+    // Pictures come and go: the mark stays with its picture.
+    gallery.pictures.erase(gallery.pictures.begin(), gallery.pictures.begin() + 10);
+    window.UpdateGallery(gallery);
+    EXPECT_EQ(Label("lblPage"), "Page 1 of 2");
+    EXPECT_TRUE(Photo(9).IsMarked());
+    window.resize(window.size() + QSize(150, 90));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Photo(0).Picture().image.width() > decoded.width(); }));
+    PressKey(window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    Show(); // anew
+    EXPECT_FALSE(IsEnabled("cmdShowPackage"));
+    gallery.pictures.clear();
+    window.UpdateGallery(gallery);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
+    QByteArray huge = Picture({8, 8}); // claims 20,000 x 20,000
+    const auto frame = huge.indexOf("\xFF\xC0");
+    ASSERT_GT(frame, 0);
+    huge.replace(frame + 5, 4, "\x4E\x20\x4E\x20");
+    const QByteArray sound = Picture({200, 100});
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        const char* trouble;
+        bool isSeen = false;
+    } rows[] = {{"damaged", sound.left(40), "This picture cannot be shown."},
+                {"empty", "", "This picture file is empty."},
+                {"huge", huge, "This picture is too large to be shown."},
+                {"no picture", "text", "This picture cannot be shown."},
+                {"of another format", Picture({200, 100}, "PNG"), "", true},
+                {"gone", sound, "This picture is no longer there."},
+                {"cut off", sound.chopped(20), "This picture is damaged.", true},
+                {"sound", sound, "", true}};
+    for (const auto& row : rows)
+        Add(row.name, row.bytes);
+    ASSERT_TRUE(drive.Files().Delete(gallery.pictures[5].path));
+    Show();
+    for (int index = 0; index < int(std::size(rows)); ++index) {
+        EXPECT_EQ(Photo(index).Picture().trouble, rows[index].trouble) << rows[index].name;
+        EXPECT_EQ(Photo(index).Picture().image.isNull(), !rows[index].isSeen) << rows[index].name;
+        EXPECT_EQ(Photo(index).Text(), rows[index].name);
+    }
+}
+
+} // namespace
+} // namespace korvadex::test

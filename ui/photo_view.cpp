@@ -1,0 +1,156 @@
+#include "ui/photo_view.h"
+
+#include "ui/qt_text.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTextLayout>
+
+namespace korvadex {
+
+namespace {
+
+constexpr int Margin = 5, EmblemSize = 128, CaptionLines = 2;
+
+} // namespace
+
+PhotoView::PhotoView(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void PhotoView::ShowNothing() {
+    content = Content::Nothing;
+    picture = {};
+    caption.clear();
+    setToolTip({});
+    setAccessibleName({});
+    update();
+}
+
+void PhotoView::ShowEmblem(const QIcon& icon) {
+    ShowNothing();
+    content = Content::Emblem;
+    emblem = icon;
+}
+
+void PhotoView::ShowPicture(const LoadedPicture* loaded, const QString& text) {
+    content = loaded ? Content::Picture : Content::Loading;
+    picture = loaded ? *loaded : LoadedPicture();
+    caption = text;
+    setAccessibleName(text);
+    update();
+}
+
+void PhotoView::SetMarked(bool isMarkedNow) {
+    if (isMarked == isMarkedNow)
+        return;
+    isMarked = isMarkedNow;
+    update();
+}
+
+QRect PhotoView::PictureArea() const {
+    const int below = caption.isEmpty() ? 0 : CaptionLines * fontMetrics().lineSpacing() + 2;
+    return rect().adjusted(Margin, Margin, -Margin, -Margin - below);
+}
+
+QSize PhotoView::Box() const {
+    return (QSizeF(PictureArea().size()) * devicePixelRatioF()).toSize();
+}
+
+void PhotoView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
+    if (content == Content::Nothing)
+        return;
+    if (content == Content::Emblem) {
+        const int size = std::min({EmblemSize, width(), height()});
+        QRect place(0, 0, size, size);
+        place.moveCenter(rect().center());
+        return emblem.paint(&painter, place);
+    }
+    if (isMarked) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().highlight());
+        painter.drawRoundedRect(rect(), 4, 4);
+    }
+    if (picture.image.isNull())
+        PaintPlaceholder(painter);
+    else
+        PaintPicture(painter);
+    PaintCaption(painter);
+}
+
+void PhotoView::PaintCaption(QPainter& painter) const {
+    const QRect area = PictureArea();
+    painter.setPen(palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText));
+    QTextLayout layout(caption, font());
+    QTextOption wrap;
+    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrap);
+    layout.beginLayout();
+    for (int number = 1; number <= CaptionLines; ++number) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(area.width());
+        const QString text = number < CaptionLines ? caption.mid(line.textStart(), line.textLength())
+                                                   : caption.mid(line.textStart());
+        const int height = fontMetrics().lineSpacing();
+        painter.drawText(QRect(area.left(), area.bottom() + 3 + (number - 1) * height, area.width(), height),
+                         Qt::AlignCenter | Qt::TextSingleLine,
+                         fontMetrics().elidedText(text.trimmed(), Qt::ElideRight, area.width()));
+    }
+    layout.endLayout();
+}
+
+void PhotoView::PaintPicture(QPainter& painter) const {
+    const QRectF area = PictureArea();
+    QSizeF shown = picture.natural;
+    if (shown.width() > area.width() || shown.height() > area.height())
+        shown.scale(area.size(), Qt::KeepAspectRatio);
+    // Pixel by pixel where it was decoded for this very size, but for rounding.
+    const QSizeF exact = QSizeF(picture.image.size()) / devicePixelRatioF();
+    if (std::abs(exact.width() - shown.width()) < 2 && std::abs(exact.height() - shown.height()) < 2)
+        shown = exact;
+    QRectF place(QPointF(), shown);
+    place.moveCenter(area.center());
+    place.moveTopLeft(place.topLeft().toPoint());
+    painter.drawImage(place, picture.image);
+    if (picture.trouble.isEmpty())
+        return;
+    // Only a part of it is there: said across its lower end.
+    QRectF note =
+        painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap, picture.trouble);
+    note.moveBottom(place.bottom());
+    painter.fillRect(QRectF(place.left(), note.top(), place.width(), note.height()), palette().window());
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(note, Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
+}
+
+void PhotoView::PaintPlaceholder(QPainter& painter) const {
+    const QRectF area = PictureArea();
+    QRectF frame(QPointF(), QSizeF(4, 3).scaled(area.size(), Qt::KeepAspectRatio) - QSizeF(1, 1));
+    frame.moveCenter(area.center());
+    const QColor quiet = palette().color(isMarked ? QPalette::HighlightedText : QPalette::PlaceholderText);
+    painter.setPen(QPen(quiet, 1, content == Content::Loading ? Qt::DotLine : Qt::SolidLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame, 3, 3);
+    painter.setPen(palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText));
+    painter.drawText(frame.adjusted(4, 2, -4, -2), Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
+}
+
+void PhotoView::resizeEvent(QResizeEvent* /*event*/) {
+    emit Resized();
+}
+
+void PhotoView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        emit Clicked();
+}
+
+void PhotoView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        emit DoubleClicked();
+}
+
+} // namespace korvadex

@@ -1,0 +1,60 @@
+// One picture on a window, with up to two lines of text below it.
+#pragma once
+
+#include "ui/picture_loader.h"
+
+#include <QIcon>
+#include <QWidget>
+
+namespace korvadex {
+
+class PhotoView : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit PhotoView(QWidget* parent = nullptr);
+
+    // Nothing at all.
+    void ShowNothing();
+    // An icon in the place of a picture.
+    void ShowEmblem(const QIcon& icon);
+    // What was loaded, or null while it is not there yet; the text may be empty.
+    void ShowPicture(const LoadedPicture* loaded, const QString& text);
+    void SetMarked(bool isMarkedNow);
+
+    // How many pixels of the screen a picture may have here.
+    QSize Box() const;
+    const LoadedPicture& Picture() const { return picture; }
+    const QString& Text() const { return caption; }
+    bool IsLoading() const { return content == Content::Loading; }
+    bool IsMarked() const { return isMarked; }
+
+    QSize sizeHint() const override { return {150, 130}; }
+    QSize minimumSizeHint() const override { return {72, 64}; }
+
+  signals:
+    void Clicked();
+    void DoubleClicked();
+    void Resized();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+  private:
+    enum class Content { Nothing, Emblem, Loading, Picture };
+    QRect PictureArea() const;
+    void PaintPicture(QPainter& painter) const;
+    void PaintPlaceholder(QPainter& painter) const;
+    void PaintCaption(QPainter& painter) const;
+
+    Content content = Content::Nothing;
+    LoadedPicture picture;
+    QIcon emblem;
+    QString caption;
+    bool isMarked = false;
+};
+
+} // namespace korvadex
