@@ -59,10 +59,14 @@ void Program::ChooseGalleryPicture(int row) {
             return;
         const auto& picture = gallery.pictures[static_cast<std::size_t>(row)];
         const auto line = picture.category + "\\" + picture.package;
-        if (SelectPackage(line))
-            return;
-        FillCategories(); // its category may be new
-        if (!SelectPackage(line))
+        bool isFound = SelectPackage(line);
+        if (!isFound) {
+            FillCategories(); // its category may be new
+            isFound = SelectPackage(line);
+        }
+        if (isFound)
+            form.ComeToFront();
+        else
             user.Tell("The package you've selected no longer seems to be in the Hangar.",
                       MessageIcon::Exclamation);
     });

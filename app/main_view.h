@@ -60,6 +60,8 @@ class MainForm {
     // What the open window shows from now on; without a picture it closes.
     virtual void UpdateGallery(const GalleryView& gallery) = 0;
     virtual bool IsGalleryVisible() const = 0;
+    // The main window itself, before the gallery.
+    virtual void ComeToFront() = 0;
 
     virtual ScreenSize Screen() const = 0;
     virtual void ApplyGeometry(const SavedGeometry& geometry) = 0;

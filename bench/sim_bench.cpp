@@ -49,6 +49,7 @@ class UnseenForm : public MainForm {
     void ShowGallery(const GalleryView&) override {}
     void UpdateGallery(const GalleryView&) override {}
     bool IsGalleryVisible() const override { return false; }
+    void ComeToFront() override {}
     ScreenSize Screen() const override { return {15000, 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }

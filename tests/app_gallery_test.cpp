@@ -51,11 +51,13 @@ TEST_F(GalleryCommands, FollowsWhatHappensToThePackages) {
     program->ShowPhotosForAll();
     program->ChooseGalleryPicture(0);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Added\\Cub\\"));
+    EXPECT_EQ(form.comings, 1);
     ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar\\Added\\Cub"), drive.At("Cub")));
     user.Expect("The package you've selected no longer seems to be in the Hangar.", Answer::Ok,
                 MessageIcon::Exclamation);
     program->ChooseGalleryPicture(0);
     EXPECT_EQ(Count(), 3U);
+    EXPECT_EQ(form.comings, 1);
 
     Select("Jets", 0);
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);

@@ -107,6 +107,9 @@ TEST_F(MainWindowTest, EachSideHasItsOwnControls) {
             EXPECT_EQ(IsVisible(name), !isHangar) << name;
         EXPECT_EQ(menu("mnuHangarOptions"), isHangar);
         EXPECT_EQ(menu("mnuStagingOptions"), !isHangar);
+        for (const char* gallery :
+             {"mnuPhotosByCategory", "mnuPhotosForAll", "PhotoGalleryCategory", "PhotoGalleryAll"})
+            EXPECT_EQ(Control<QAction>(window, gallery).isEnabled(), isHangar) << gallery;
         EXPECT_EQ(tip("Install"), isHangar ? "Copy package to MSFS" : "Copy packge to Hangar");
         EXPECT_EQ(tip("RemovePackage"), isHangar ? "Remove package from Hangar" : "Remove all from Staging");
         EXPECT_EQ(tip("Uninstall"), "Remove package from MSFS");
@@ -496,6 +499,29 @@ TEST_F(RunningWindowTest, TheToolsMenuAsksBeforeItRunsOverManyPackages) {
     drive.Put("FS\\fs2002.exe", "x");
     Control<QAction>(window, "mnuRunMSFS").trigger();
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe")});
+}
+
+TEST_F(RunningWindowTest, TheGalleryStandsBesideTheWindow) {
+    SavePicture(drive, "Hangar\\Jets\\Super cub\\Images\\cub.jpg", {40, 30}, Qt::red);
+    SavePicture(drive, "Hangar\\Props\\Dakota\\Images\\dakota.jpg", {40, 30}, Qt::red);
+    const auto gallery = [] {
+        const auto windows = QApplication::topLevelWidgets();
+        return *std::find_if(windows.begin(), windows.end(), [](const QWidget* top) {
+            return top->objectName() == "frmPhotos" && top->isVisible();
+        });
+    };
+    Control<QAction>(window, "mnuPhotosForAll").trigger();
+    EXPECT_EQ(gallery()->windowTitle(), "All Packages");
+    Control<QAction>(window, "mnuPhotosByCategory").trigger();
+    EXPECT_EQ(gallery()->windowTitle(), "Packages in Jets");
+    QTest::mouseClick(&Control<QWidget>(*gallery(), "imgPhoto_0"), Qt::LeftButton);
+    QTest::mouseDClick(&Control<QWidget>(*gallery(), "imgPhoto_0"), Qt::LeftButton);
+    EXPECT_EQ(Shown(), "Super cub");
+    EXPECT_EQ(Control<QComboBox>(window, "cboPackageName").currentText(), "< Super cub >");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    QWidget* opened = gallery();
+    window.close();
+    EXPECT_FALSE(opened->isVisible());
 }
 
 TEST_F(RunningWindowTest, TheMenuOfAListOpensShowsAndDeletes) {

@@ -49,7 +49,11 @@ class KeptException {
 QWidget* Dialogs::Parent() const {
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
-    return mainWindow && mainWindow->isVisible() ? mainWindow : nullptr;
+    if (!mainWindow || !mainWindow->isVisible())
+        return nullptr;
+    // A message about what was chosen in the gallery, which is a window of its own, belongs there.
+    QWidget* active = QApplication::activeWindow();
+    return active && active->isVisible() && !active->parentWidget() ? active : mainWindow;
 }
 
 CheckedAnswer Dialogs::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,

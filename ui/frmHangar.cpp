@@ -133,12 +133,8 @@ void frmHangar::ConnectControls() {
             });
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Run([=](Program& to) { to.ChooseFileListLine(row); }); });
-    connect(photos.get(), &frmPhotos::PictureChosen, this, [this](int row) {
-        setWindowState(windowState() & ~Qt::WindowMinimized);
-        raise(); // the gallery may cover it
-        activateWindow();
-        Run([=](Program& to) { to.ChooseGalleryPicture(row); });
-    });
+    connect(photos.get(), &frmPhotos::PictureChosen, this,
+            [this](int row) { Run([=](Program& to) { to.ChooseGalleryPicture(row); }); });
 }
 
 void frmHangar::ConnectFilter() {
@@ -318,6 +314,12 @@ void frmHangar::UpdateGallery(const GalleryView& gallery) {
 
 bool frmHangar::IsGalleryVisible() const {
     return photos->isVisible();
+}
+
+void frmHangar::ComeToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
 }
 
 ScreenSize frmHangar::Screen() const {

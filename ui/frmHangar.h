@@ -46,6 +46,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void ShowGallery(const GalleryView& gallery) override;
     void UpdateGallery(const GalleryView& gallery) override;
     bool IsGalleryVisible() const override;
+    void ComeToFront() override;
 
     ScreenSize Screen() const override;
     void ApplyGeometry(const SavedGeometry& geometry) override;

@@ -53,6 +53,20 @@ QRect PhotoView::PictureArea() const {
     return rect().adjusted(Margin, Margin, -Margin, -Margin - below);
 }
 
+QRectF PhotoView::Placed(const QSizeF& size) const {
+    const QRectF area = PictureArea();
+    QRectF place(QPointF(), size);
+    place.moveCenter(area.center());
+    if (!caption.isEmpty())
+        place.moveBottom(area.bottom());
+    place.moveTopLeft(place.topLeft().toPoint());
+    return place;
+}
+
+QColor PhotoView::TextColor() const {
+    return palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText);
+}
+
 QSize PhotoView::Box() const {
     return (QSizeF(PictureArea().size()) * devicePixelRatioF()).toSize();
 }
@@ -82,7 +96,7 @@ void PhotoView::paintEvent(QPaintEvent* /*event*/) {
 
 void PhotoView::PaintCaption(QPainter& painter) const {
     const QRect area = PictureArea();
-    painter.setPen(palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText));
+    painter.setPen(TextColor());
     QTextLayout layout(caption, font());
     QTextOption wrap;
     wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -112,30 +126,29 @@ void PhotoView::PaintPicture(QPainter& painter) const {
     const QSizeF exact = QSizeF(picture.image.size()) / devicePixelRatioF();
     if (std::abs(exact.width() - shown.width()) < 2 && std::abs(exact.height() - shown.height()) < 2)
         shown = exact;
-    QRectF place(QPointF(), shown);
-    place.moveCenter(area.center());
-    place.moveTopLeft(place.topLeft().toPoint());
+    const QRectF place = Placed(shown);
     painter.drawImage(place, picture.image);
     if (picture.trouble.isEmpty())
         return;
+    painter.setPen(palette().color(QPalette::WindowText));
     // Only a part of it is there: said across its lower end.
     QRectF note =
         painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap, picture.trouble);
     note.moveBottom(place.bottom());
     painter.fillRect(QRectF(place.left(), note.top(), place.width(), note.height()), palette().window());
-    painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(note, Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
 }
 
 void PhotoView::PaintPlaceholder(QPainter& painter) const {
     const QRectF area = PictureArea();
-    QRectF frame(QPointF(), QSizeF(4, 3).scaled(area.size(), Qt::KeepAspectRatio) - QSizeF(1, 1));
-    frame.moveCenter(area.center());
-    const QColor quiet = palette().color(isMarked ? QPalette::HighlightedText : QPalette::PlaceholderText);
+    const QRectF frame =
+        Placed(QSizeF(4, 3).scaled(area.size(), Qt::KeepAspectRatio)).adjusted(0.5, 0.5, -0.5, -0.5);
+    QColor quiet = TextColor();
+    quiet.setAlphaF(0.5F);
     painter.setPen(QPen(quiet, 1, content == Content::Loading ? Qt::DotLine : Qt::SolidLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(frame, 3, 3);
-    painter.setPen(palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText));
+    painter.setPen(TextColor());
     painter.drawText(frame.adjusted(4, 2, -4, -2), Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
 }
 

@@ -46,6 +46,9 @@ class PhotoView : public QWidget {
   private:
     enum class Content { Nothing, Emblem, Loading, Picture };
     QRect PictureArea() const;
+    // Close to the caption; without one in the middle.
+    QRectF Placed(const QSizeF& size) const;
+    QColor TextColor() const;
     void PaintPicture(QPainter& painter) const;
     void PaintPlaceholder(QPainter& painter) const;
     void PaintCaption(QPainter& painter) const;

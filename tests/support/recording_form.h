@@ -21,7 +21,7 @@ class RecordingForm : public MainForm {
     std::optional<WindowGeometry> geometry{{1200, 900, 7200, 9600}};
     GalleryView gallery;
     bool isListVisible = false, isGalleryVisible = false;
-    int ends = 0, listShows = 0, galleryShows = 0;
+    int ends = 0, listShows = 0, galleryShows = 0, comings = 0;
     std::function<void()> onShow; // a window's events can arrive at any moment
 
     void ShowView(const MainView& shown, const LoadedPackage&) override {
@@ -50,6 +50,7 @@ class RecordingForm : public MainForm {
         isGalleryVisible = !shown.pictures.empty();
     }
     bool IsGalleryVisible() const override { return isGalleryVisible; }
+    void ComeToFront() override { ++comings; }
     ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return geometry; }
