@@ -1,8 +1,10 @@
 // A collection of 2,000 packages in 20 categories: how long the program takes to start on it, and to build each of the
 // overviews of the list window. "Cold" is a file system that has seen nothing of the disk yet, "warm" one that has just
 // done the same.
+#include "bench/bench_command.h"
+#include "bench/unseen_form.h"
+
 #include "app/program.h"
-#include "platform/drive_map_posix.h"
 
 #include <benchmark/benchmark.h>
 
@@ -27,98 +29,45 @@ void Put(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-// The drive C: of the benchmarks; removed at the end.
+// On a drive of its own; removed at the end.
 class Collection {
   public:
     Collection() {
-        std::string pattern = (fs::temp_directory_path() / "korvadex-bench-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary directory could be made");
-        root = pattern;
-        for (const char* directory : {"Staging", "FS/aircraft", "FS/gauges"})
-            fs::create_directories(root / directory);
-        Put(root / "App/kx.ini", "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\n"
-                                 "ALTHANGARDIR0=C:\\Hangar\\\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\n"
-                                 "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+        fs::remove(drive.At("Hangar/Bench"));
+        Put(drive.At("App/kx.ini"),
+            "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\n"
+            "ALTHANGARDIR0=C:\\Hangar\\\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\n"
+            "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
         for (int number = 0; number < Categories * PackagesPerCategory; ++number)
             MakePackage(number);
     }
-    ~Collection() { fs::remove_all(root); }
-    Collection(const Collection&) = delete;
-    Collection& operator=(const Collection&) = delete;
-
-    std::unique_ptr<FileSystem> Files() const {
-        DriveMap map;
-        map.directories['c'] = root.string();
-        return MakeDriveFileSystem(map);
-    }
+    std::unique_ptr<FileSystem> Files() const { return drive.Files(); }
 
   private:
     void MakePackage(int number) const {
         const std::string name = "Package " + std::to_string(number);
-        const fs::path package = root / "Hangar" / ("Category " + std::to_string(number % Categories)) / name;
+        const fs::path package =
+            drive.At("Hangar/Category " + std::to_string(number % Categories) + "/" + name);
         Put(package / "aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
         Put(package / "Panel/panel.cfg", "[Window00]\r\n");
         if (number % PicturelessEvery != 0)
             for (const char* picture : {"(first).jpg", "second.jpg"})
                 Put(package / "Images" / picture, "");
         if (number % InstalledEvery == 0)
-            fs::create_directories(root / "FS/aircraft" / ("Package_" + std::to_string(number)));
+            fs::create_directories(drive.At("FS/aircraft/Package_" + std::to_string(number)));
     }
 
-    fs::path root;
+    TemporaryDrive drive;
 };
 
-// ---- a person and windows that do nothing
+// ---- a person who is asked nothing
 
-class SilentUser : public UserDialogs {
+class SilentUser : public AgreeableUser {
   public:
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons, MessageIcon,
                               const MessageOptions&) override {
         throw std::runtime_error("unexpected: " + text);
     }
-    std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
-    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return std::nullopt; }
-    void ShowInstallStatus(const std::string&) override {}
-    void ShowImportStatus(const std::string&) override {}
-};
-
-class UnseenForm : public MainForm {
-  public:
-    void ShowView(const MainView&, const LoadedPackage&) override {}
-    void ShowStatus(const std::string&) override {}
-    void ShowProgress(int, int) override {}
-    void SetProgress(int) override {}
-    void HideProgress() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
-    bool IsFileListVisible() const override { return false; }
-    void ShowGallery(const GalleryView&) override {}
-    void UpdateGallery(const GalleryView&) override {}
-    bool IsGalleryVisible() const override { return false; }
-    void ComeToFront() override {}
-    ScreenSize Screen() const override { return {15000, 20000}; }
-    void ApplyGeometry(const SavedGeometry&) override {}
-    std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
-    void ApplyListGeometry(const WindowGeometry&) override {}
-    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
-    void EndProgram() override {}
-};
-
-class UnseenDialogs : public ProgramDialogs {
-  public:
-    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
-    void ShowLocationProfiles(ProfileEditor&) override {}
-};
-
-class NoLauncher : public Launcher {
-  public:
-    bool OpenInEditor(const std::string&) override { return false; }
-    bool OpenInFileManager(const std::string&, WindowState) override { return false; }
-    int OpenDocument(const std::string&) override { return 0; }
-    bool StartProgram(const std::string&) override { return false; }
 };
 
 // ---- what is measured

@@ -7,6 +7,7 @@
 #include "bench/bench_command.h"
 #include "bench/bench_data.h"
 #include "bench/child_process.h"
+#include "bench/unseen_form.h"
 
 #include "app/program.h"
 #include "archive/compression.h"
@@ -29,34 +30,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int GaugeCount = 3000, PanelCount = 1000, InstalledCount = 500, Rounds = 5;
-
-// ---- a person who agrees to everything, before a window that shows nothing
-
-class Agreeable : public AgreeableUser, public ProgramDialogs {
-  public:
-    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
-};
-
-class UnseenForm : public MainForm {
-  public:
-    void ShowView(const MainView&, const LoadedPackage&) override {}
-    void ShowStatus(const std::string&) override {}
-    void ShowProgress(int, int) override {}
-    void SetProgress(int) override {}
-    void HideProgress() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
-    bool IsFileListVisible() const override { return false; }
-    void ShowGallery(const GalleryView&) override {}
-    void UpdateGallery(const GalleryView&) override {}
-    bool IsGalleryVisible() const override { return false; }
-    void ComeToFront() override {}
-    ScreenSize Screen() const override { return {15000, 20000}; }
-    void ApplyGeometry(const SavedGeometry&) override {}
-    std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
-    void ApplyListGeometry(const WindowGeometry&) override {}
-    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
-    void EndProgram() override {}
-};
 
 // ---- the data
 
@@ -256,9 +229,10 @@ Work UninstallWork(const TemporaryDrive& drive) {
               [&drive] {
                   const auto files = drive.Files();
                   NoLauncher launcher;
-                  Agreeable user;
+                  AgreeableUser user;
                   UnseenForm form;
-                  Program program(*files, launcher, user, user, form, "C:\\App\\", "");
+                  UnseenDialogs dialogs;
+                  Program program(*files, launcher, user, dialogs, form, "C:\\App\\", "");
                   if (!program.Start())
                       return false;
                   program.UninstallAll();

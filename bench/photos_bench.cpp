@@ -1,0 +1,148 @@
+// Opening the picture gallery on 1,000 pictures, beside ImageMagick's montage, which makes a contact sheet of the same
+// fifteen files: what a person without the gallery would take. Both decode at the size shown. After that the gallery is
+// paged through to its end, for the memory.
+//
+// Ours and the tool take turns in one run, each in a process of its own; all times include the start of that process.
+#include "bench/bench_command.h"
+#include "bench/child_process.h"
+
+#include "demo/aircraft_pictures.h"
+#include "demo/media_files.h"
+#include "ui/frmPhotos.h"
+
+#include <QApplication>
+#include <QPushButton>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+
+namespace korvadex::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int PictureCount = 1000, PackagePictureCount = 10, Scenes = 10, Rounds = 5;
+constexpr int Width = 1600, Height = 1200;
+
+// Drawn skies are smooth; a photograph has grain in all of it.
+std::string GrainyPicture(int number) {
+    const demo::Livery livery{{240, 242, 244}, {24, 84, 160}, {222, 226, 230}};
+    const auto plain = demo::DrawAircraft(static_cast<demo::AircraftKind>(number % 5), livery,
+                                          static_cast<demo::Scene>(number % 3), Width, Height);
+    demo::Canvas canvas(Width, Height);
+    std::uint32_t state = 0x9E3779B9u * static_cast<std::uint32_t>(number + 1);
+    canvas.FillAll([&](double x, double y) {
+        state = state * 1664525u + 1013904223u;
+        const auto darker = [&](std::uint8_t value) {
+            return static_cast<std::uint8_t>(value - std::min<unsigned>(value, state >> 28));
+        };
+        const demo::Color color =
+            plain.At(std::min(static_cast<int>(x), Width - 1), std::min(static_cast<int>(y), Height - 1));
+        return demo::Color{darker(color.red), darker(color.green), darker(color.blue)};
+    });
+    return demo::Jpeg(canvas, 85);
+}
+
+void MakePictures(const fs::path& category) {
+    for (int scene = 0; scene < Scenes; ++scene) {
+        const std::string bytes = GrainyPicture(scene);
+        for (int number = scene; number < PictureCount; number += Scenes) {
+            const int package = number / PackagePictureCount;
+            const fs::path images = category / ("Plane " + std::to_string(1000 + package)) / "Images";
+            fs::create_directories(images);
+            std::ofstream(images / ("shot" + std::to_string(1000 + number) + ".jpg"), std::ios::binary)
+                << bytes;
+        }
+    }
+}
+
+// How many pages were shown until every picture on them stood; 0 when something else was shown.
+int OpenGallery(const FileSystem& files, bool isToTheEnd) {
+    int argumentCount = 1;
+    char name[] = "photos_bench";
+    char* arguments[] = {name, nullptr};
+    QApplication application(argumentCount, arguments);
+    const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    GalleryView view;
+    view.caption = "All Packages";
+    view.pictures = CollectGalleryImages(files, locations, locations.HangarDir, WalkLimits{}).pictures;
+    frmPhotos window(files);
+    window.ShowGallery(view);
+    auto& next = *window.findChild<QPushButton*>("cmdNext");
+    int pages = 0;
+    do {
+        if (pages > 0)
+            next.click();
+        while (!window.IsPageComplete())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        ++pages;
+    } while (isToTheEnd && next.isEnabled());
+    return view.pictures.size() == PictureCount ? pages : 0;
+}
+
+struct Turns {
+    std::vector<double> seconds;
+    double peakMega = 0;
+
+    void Add(const char* name, const Measure& measure) {
+        if (!measure.isGood)
+            throw std::runtime_error(std::string(name) + " failed");
+        seconds.push_back(measure.seconds);
+        peakMega = std::max(peakMega, measure.peakMega);
+    }
+    double Median() {
+        std::sort(seconds.begin(), seconds.end());
+        return seconds[seconds.size() / 2];
+    }
+    void Print(const char* name) {
+        std::printf("gallery        %-22s %9.1f ms  %7.1f MB", name, Median() * 1000, peakMega);
+    }
+};
+
+} // namespace
+
+int Run() {
+    const TemporaryDrive drive;
+    MakePictures(drive.At("Hangar/Bench"));
+    const auto files = drive.Files();
+    // The size that a thumbnail has in the window as designed.
+    std::vector<std::string> montage = {"montage",   "-define",     "jpeg:size=294x220",
+                                        "-geometry", "147x150+4+4", "-tile",
+                                        "5x3",       "-label",      "%f"};
+    const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    const auto gallery = CollectGalleryImages(*files, locations, "C:\\Hangar\\Bench\\", WalkLimits{});
+    for (std::size_t i = 0; i < 15; ++i)
+        montage.push_back(files->HostPath(gallery.pictures.at(i).path));
+    montage.push_back(drive.At("sheet.png").string());
+
+    Turns ours, tool, toTheEnd;
+    for (int round = 0; round < Rounds; ++round) {
+        ours.Add("the first page", MeasureWork([&] { return OpenGallery(*files, false) == 1; }));
+        tool.Add("montage", MeasureTool(montage));
+    }
+    toTheEnd.Add("all pages",
+                 MeasureWork([&] { return OpenGallery(*files, true) == (PictureCount + 14) / 15; }));
+    ours.Print("korvadex, first page");
+    std::printf("\n");
+    tool.Print("montage of that page");
+    std::printf("   korvadex takes %.2f of it\n", ours.Median() / tool.Median());
+    toTheEnd.Print("korvadex, all 67 pages");
+    std::printf("   %.2f of the memory for the first\n", toTheEnd.peakMega / ours.peakMega);
+    return 0;
+}
+
+} // namespace korvadex::bench
+
+int main() {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    try {
+        return korvadex::bench::Run();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    }
+}

@@ -1,0 +1,35 @@
+// The main window and the dialogs of a whole program run that nobody looks at.
+#pragma once
+
+#include "app/main_view.h"
+
+namespace korvadex::bench {
+
+class UnseenForm : public MainForm {
+  public:
+    void ShowView(const MainView&, const LoadedPackage&) override {}
+    void ShowStatus(const std::string&) override {}
+    void ShowProgress(int, int) override {}
+    void SetProgress(int) override {}
+    void HideProgress() override {}
+    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    bool IsFileListVisible() const override { return false; }
+    void ShowGallery(const GalleryView&) override {}
+    void UpdateGallery(const GalleryView&) override {}
+    bool IsGalleryVisible() const override { return false; }
+    void ComeToFront() override {}
+    ScreenSize Screen() const override { return {15000, 20000}; }
+    void ApplyGeometry(const SavedGeometry&) override {}
+    std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
+    void ApplyListGeometry(const WindowGeometry&) override {}
+    std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
+    void EndProgram() override {}
+};
+
+class UnseenDialogs : public ProgramDialogs {
+  public:
+    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
+    void ShowLocationProfiles(ProfileEditor&) override {}
+};
+
+} // namespace korvadex::bench
