@@ -121,6 +121,8 @@ TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
     } rows[] = {{"damaged", sound.left(40), "This picture cannot be shown."},
                 {"empty", "", "This picture file is empty."},
                 {"huge", huge, "This picture is too large to be shown."},
+                {"drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>",
+                 "This picture cannot be shown."},
                 {"no picture", "text", "This picture cannot be shown."},
                 {"of another format", Picture({200, 100}, "PNG"), "", true},
                 {"gone", sound, "This picture is no longer there."},
@@ -128,7 +130,7 @@ TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
                 {"sound", sound, "", true}};
     for (const auto& row : rows)
         Add(row.name, row.bytes);
-    ASSERT_TRUE(drive.Files().Delete(gallery.pictures[5].path));
+    ASSERT_TRUE(drive.Files().Delete(gallery.pictures[6].path));
     Show();
     for (int index = 0; index < int(std::size(rows)); ++index) {
         EXPECT_EQ(Photo(index).Picture().trouble, rows[index].trouble) << rows[index].name;

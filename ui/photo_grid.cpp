@@ -5,12 +5,18 @@
 
 namespace korvadex {
 
+namespace {
+
+constexpr int CaptionLines = 2; // of thumbnails: names are long
+
+} // namespace
+
 PhotoGrid::PhotoGrid(QWidget* parent) : QWidget(parent) {
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(4);
     for (int index = 0; index < GalleryPages::PageSize; ++index) {
-        auto* photo = new PhotoView;
+        auto* photo = new PhotoView(nullptr, CaptionLines);
         photo->setObjectName(QString("imgPhoto_%1").arg(index));
         imgPhoto[std::size_t(index)] = photo;
         layout->addWidget(photo, index / GalleryPages::RowSize, index % GalleryPages::RowSize);
@@ -27,8 +33,7 @@ PhotoGrid::PhotoGrid(QWidget* parent) : QWidget(parent) {
 QSize PhotoGrid::Box() const {
     QSize box = imgPhoto[0]->Box(); // what cannot be divided evenly makes one larger than the other
     for (const PhotoView* photo : imgPhoto)
-        if (!photo->Text().isEmpty())
-            box = box.boundedTo(photo->Box());
+        box = box.boundedTo(photo->Box());
     return box;
 }
 

@@ -10,11 +10,11 @@ namespace korvadex {
 
 namespace {
 
-constexpr int Margin = 5, EmblemSize = 128, CaptionLines = 2;
+constexpr int Margin = 5, EmblemSize = 128;
 
 } // namespace
 
-PhotoView::PhotoView(QWidget* parent) : QWidget(parent) {
+PhotoView::PhotoView(QWidget* parent, int linesOfText) : QWidget(parent), captionLines(linesOfText) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -49,7 +49,7 @@ void PhotoView::SetMarked(bool isMarkedNow) {
 }
 
 QRect PhotoView::PictureArea() const {
-    const int below = caption.isEmpty() ? 0 : CaptionLines * fontMetrics().lineSpacing() + 2;
+    const int below = captionLines ? captionLines * fontMetrics().lineSpacing() + 2 : 0;
     return rect().adjusted(Margin, Margin, -Margin, -Margin - below);
 }
 
@@ -57,7 +57,7 @@ QRectF PhotoView::Placed(const QSizeF& size) const {
     const QRectF area = PictureArea();
     QRectF place(QPointF(), size);
     place.moveCenter(area.center());
-    if (!caption.isEmpty())
+    if (captionLines)
         place.moveBottom(area.bottom());
     place.moveTopLeft(place.topLeft().toPoint());
     return place;
@@ -102,12 +102,12 @@ void PhotoView::PaintCaption(QPainter& painter) const {
     wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(wrap);
     layout.beginLayout();
-    for (int number = 1; number <= CaptionLines; ++number) {
+    for (int number = 1; number <= captionLines; ++number) {
         QTextLine line = layout.createLine();
         if (!line.isValid())
             break;
         line.setLineWidth(area.width());
-        const QString text = number < CaptionLines ? caption.mid(line.textStart(), line.textLength())
+        const QString text = number < captionLines ? caption.mid(line.textStart(), line.textLength())
                                                    : caption.mid(line.textStart());
         const int height = fontMetrics().lineSpacing();
         painter.drawText(QRect(area.left(), area.bottom() + 3 + (number - 1) * height, area.width(), height),

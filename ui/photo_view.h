@@ -1,4 +1,4 @@
-// One picture on a window, with up to two lines of text below it.
+// One picture on a window, with room for some lines of text below it.
 #pragma once
 
 #include "ui/picture_loader.h"
@@ -12,13 +12,13 @@ class PhotoView : public QWidget {
     Q_OBJECT
 
   public:
-    explicit PhotoView(QWidget* parent = nullptr);
+    explicit PhotoView(QWidget* parent = nullptr, int linesOfText = 0);
 
     // Nothing at all.
     void ShowNothing();
     // An icon in the place of a picture.
     void ShowEmblem(const QIcon& icon);
-    // What was loaded, or null while it is not there yet; the text may be empty.
+    // What was loaded, or null while it is not there yet.
     void ShowPicture(const LoadedPicture* loaded, const QString& text);
     void SetMarked(bool isMarkedNow);
 
@@ -46,7 +46,7 @@ class PhotoView : public QWidget {
   private:
     enum class Content { Nothing, Emblem, Loading, Picture };
     QRect PictureArea() const;
-    // Close to the caption; without one in the middle.
+    // Close to the text; without one in the middle.
     QRectF Placed(const QSizeF& size) const;
     QColor TextColor() const;
     void PaintPicture(QPainter& painter) const;
@@ -58,6 +58,7 @@ class PhotoView : public QWidget {
     QIcon emblem;
     QString caption;
     bool isMarked = false;
+    const int captionLines;
 };
 
 } // namespace korvadex

@@ -16,7 +16,11 @@ namespace {
 constexpr std::uint64_t MostBytes = 64 * 1024 * 1024;
 constexpr qint64 MostPixels = 64'000'000;
 
-const QString TooLarge = "This picture is too large to be shown.";
+// Others, such as drawings that are made of commands, may take any time.
+constexpr const char* Formats[] = {"jpeg", "gif", "png", "bmp", "webp", "tiff"};
+
+constexpr const char* TooLarge = "This picture is too large to be shown.";
+constexpr const char* CannotBeShown = "This picture cannot be shown.";
 
 // The end of a JPEG file stands behind its last scan; without it the picture was cut off.
 bool IsCutOff(const QByteArray& jpeg) {
@@ -36,7 +40,9 @@ LoadedPicture DecodePicture(const QByteArray& bytes, const QSize& box) {
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    const bool isJpeg = reader.format() == "jpeg"; // not to be asked when it has been read
+    const QByteArray format = reader.format();
+    if (std::find(std::begin(Formats), std::end(Formats), format) == std::end(Formats))
+        return Trouble(CannotBeShown);
     const QSize stored = reader.size();
     if (qint64(stored.width()) * stored.height() > MostPixels)
         return Trouble(TooLarge);
@@ -49,9 +55,9 @@ LoadedPicture DecodePicture(const QByteArray& bytes, const QSize& box) {
         // Formats that cannot be decoded smaller need room for all of it.
         const bool isRefused = stored.isValid() && qint64(stored.width()) * stored.height() * 4 >
                                                        qint64(reader.allocationLimit()) * 1024 * 1024;
-        return Trouble(isRefused ? TooLarge : "This picture cannot be shown.");
+        return Trouble(isRefused ? TooLarge : CannotBeShown);
     }
-    if (isJpeg && IsCutOff(bytes))
+    if (format == "jpeg" && IsCutOff(bytes))
         picture.trouble = "This picture is damaged.";
     picture.natural = !stored.isValid() ? picture.image.size() : isTurned ? stored.transposed() : stored;
     return picture;
