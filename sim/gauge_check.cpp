@@ -32,7 +32,7 @@ std::optional<std::string> GaugeOnLine(std::string_view line) {
     return std::string(Trim(std::string_view(value).substr(0, end)));
 }
 
-// The simulator's gauge files by lower-case file name; of two with one name the first of the walk.
+// The simulator's gauge files by lower-case file name, those of one name in the order of the walk.
 class GaugeStock {
   public:
     explicit GaugeStock(CommandContext& context) {
@@ -42,23 +42,30 @@ class GaugeStock {
             if (found.cut != ListCut::None)
                 context.window.ShowStatus(DescribeCut(found.cut, context.limits));
             for (const FileEntry& entry : found.entries)
-                pathsByName.emplace(entry.key, entry.path);
+                pathsByName[entry.key].push_back(entry.path);
         }
     }
 
-    // A cabinet satisfies a line just as a single gauge does; where both exist the line may mean either.
+    // A cabinet satisfies a line just as a single gauge does; where both exist the line may mean either. The
+    // gauge may be named with its directory: "sub\clock".
     std::vector<std::string> Find(const std::string& gauge) const {
         std::vector<std::string> paths;
         for (const std::string_view extension : {".gau", ".cab"}) {
-            if (const auto found = pathsByName.find(gauge + std::string(extension));
-                found != pathsByName.end())
-                paths.push_back(found->second);
+            const std::string ending = "\\" + gauge + std::string(extension);
+            const auto named = pathsByName.find(LastPathComponent(ending));
+            if (named == pathsByName.end())
+                continue;
+            const auto path = std::ranges::find_if(named->second, [&](const std::string& candidate) {
+                return EndsWithNoCase(candidate, ending);
+            });
+            if (path != named->second.end())
+                paths.push_back(*path);
         }
         return paths;
     }
 
   private:
-    std::unordered_map<std::string, std::string> pathsByName;
+    std::unordered_map<std::string, std::vector<std::string>> pathsByName;
 };
 
 std::string JoinText(std::initializer_list<std::string_view> lines) {
@@ -94,7 +101,10 @@ std::string CrossCheckPanel(CommandContext& context, const std::string& path,
         if (gauge->empty() || !seen.insert(*gauge).second)
             continue;
         const std::vector<std::string> found = stock->Find(*gauge);
-        usedGauges.insert(usedGauges.end(), found.begin(), found.end());
+        for (const std::string& used : found) {
+            if (std::ranges::find(usedGauges, used) == usedGauges.end())
+                usedGauges.push_back(used);
+        }
         if (found.empty())
             report += JoinText({*gauge + ".gau"});
     }
