@@ -4,6 +4,7 @@
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 #include "sim/copy_plan.h"
+#include "sim/found_gauges.h"
 #include "sim/gauges.h"
 #include "sim/name_list.h"
 #include "sim/progress.h"
@@ -38,6 +39,8 @@ class PackageCopy {
         plan = PlanCopy(context, package, kind);
         if (!CheckStagedGauges() || !CheckFreeSpace())
             return false;
+        if (kind == CopyRoot::Msfs)
+            gaugesThere = FindGaugesThere(context, package);
         if (!CopyAll()) {
             added.TakeBack();
             return false;
@@ -158,7 +161,7 @@ class PackageCopy {
         }
         for (; group < GroupCount; ++group)
             progress.Set(group);
-        return {};
+        return NoteFoundGauges(context, scratch, gaugesThere);
     }
 
     // A second Korvadex that starts meanwhile cleans up what it takes for the remains of an earlier run.
@@ -211,6 +214,7 @@ class PackageCopy {
     const std::string destination;
     SharedFiles added;
     CopyPlan plan;
+    std::vector<std::string> gaugesThere; // in the simulator already, and no aircraft's
 };
 
 // The location that the path lies in; the longest one where they lie in one another.

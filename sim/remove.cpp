@@ -6,6 +6,7 @@
 #include "sim/alias_users.h"
 #include "sim/copy_plan.h"
 #include "sim/delete_directory.h"
+#include "sim/found_gauges.h"
 #include "sim/gauges.h"
 #include "sim/name_list.h"
 #include "sim/shared_files.h"
@@ -33,10 +34,12 @@ bool IsUsedInSim(CommandContext& context, const std::string& name, const std::st
     return !users.empty();
 }
 
-void RemoveGauges(CommandContext& context, const LoadedPackage& package, const SimUsage* usage) {
+void RemoveGauges(CommandContext& context, std::vector<FileEntry> gauges, const SimUsage* usage) {
     const std::string& root = context.locations.MsfsDir;
-    if (package.ComponentFiles[Gauges].empty())
+    if (gauges.empty())
         return;
+    LoadedPackage package;
+    package.ComponentFiles[Gauges] = std::move(gauges);
     if (!usage)
         PlaceGauges(context, package, root, GaugeMode::Remove);
     else if (CheckGaugesDirectory(context, root))
@@ -66,6 +69,7 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
     std::map<std::string, std::string> sources;
     for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
         sources.emplace(FoldCase(file.relative), file.source);
+    sources.emplace(FoldCase(FoundGaugesFile), directory + std::string(FoundGaugesFile)); // its own
     std::vector<std::string> others;
     const Tree installed = WalkTree(context.files, directory);
     for (const FileEntry& file : installed.files) {
@@ -145,6 +149,7 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 
+    const std::vector<std::string> foundGauges = ReadFoundGauges(context.files, directory);
     const auto status = DeleteDirectory(context, directory);
     if (!status)
         return;
@@ -152,7 +157,9 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (*status && usage)
         usage->Forget(directory);
     if (*status)
-        RemoveGauges(context, package, usage);
+        RemoveGauges(context, GaugesOtherThan(package, foundGauges), usage);
+    else
+        static_cast<void>(NoteFoundGauges(context, directory, foundGauges)); // for the next attempt
     context.window.RefreshPackageList();
     if (!*status && state.QuietMode)
         state.keptPackages.push_back(name + ": " + DescribeRemaining(*status));

@@ -9,6 +9,7 @@ class ImportTest : public SimTest {
     ImportTest() {
         PackageBuilder(drive, "FS\\aircraft\\My_Plane\\")
             .With("KX_MSFSImportName.txt", "old\r\n")
+            .With("kx_gauges.txt", "clock.gau\r\n")
             .With("Documentation\\kx_msfsimportname.txt", "older\r\n");
         drive.Put("FS\\aircraft\\Paint\\texture\\a.bmp", "x");
         drive.MakeDirectory("FS\\aircraft\\In_Hangar\\Panel");
@@ -20,6 +21,7 @@ class ImportTest : public SimTest {
     std::map<std::string, std::string> Expected() {
         auto expected = drive.Tree("FS\\aircraft\\My_Plane");
         expected.erase("Documentation\\kx_msfsimportname.txt");
+        expected.erase("kx_gauges.txt");
         expected["KX_MSFSImportName.txt"] = "My_Plane\r\n";
         expected["gauges\\"] = "";
         expected.erase("Gauges\\"); // the same directory, under the name that was there first

@@ -81,6 +81,8 @@ TEST_P(InstallAndRemove, TouchNothingOfOthers) {
     user.ExpectInstallStatus(Passed);
     Run(InstallPackage);
     Entries installed = WithAircraft(before);
+    if (GetParam().before.contains("gauges\\learcab.cab")) // the file that says so goes with the aircraft
+        installed["aircraft\\My_Lear\\kx_gauges.txt"] = "LearCab.cab\r\n";
     installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
     EXPECT_EQ(drive.Tree("FS"), installed);
     EXPECT_EQ(window.listRefreshes, 1);
@@ -114,7 +116,8 @@ INSTANTIATE_TEST_SUITE_P(
                               {{"effects\\SMOKE.FX", "smoke"},
                                {"modules\\Helper.DLL", "MZ helper"},
                                {"sound\\click.WAV", "RIFF gauge click"},
-                               {"gauges\\LEARCLOCK.GAU", "MZ clock"}},
+                               {"gauges\\LEARCLOCK.GAU", "MZ clock"},
+                               {"gauges\\learcab.cab", "MSCF cabinet"}},
                               {}},
                     RoundTrip{"OtherFilesOfTheseNames",
                               {{"effects\\smoke.fx", "thicker smoke"},

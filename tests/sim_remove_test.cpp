@@ -88,6 +88,18 @@ TEST_F(RemoveTest, ASearchThatCouldNotSeeEverythingCountsAsUsed) {
     EXPECT_THAT(window.status, testing::HasSubstr("FILEMAX"));
 }
 
+TEST_F(RemoveTest, AGaugeOfTwoPackagesGoesWithTheSecond) {
+    Install("Lear");
+    Install("Lear Two");
+    state.QuietMode = true;
+    for (const char* name : {"Lear", "Lear Two"}) {
+        EXPECT_TRUE(drive.Has("FS\\gauges\\LearCab.cab"));
+        Select(name);
+        Run(RemovePackageFromSim);
+    }
+    EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{});
+}
+
 TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     Install("Lear");
     for (int i = 10; i < 32; ++i)
@@ -130,6 +142,7 @@ TEST_F(RemoveTest, QuietModeSaysNothing) {
 }
 
 TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
+    drive.Put("FS\\gauges\\LearCab.cab", "MSCF cabinet"); // to be there after the second attempt as well
     Install("Lear");
     FaultyFiles faulty(drive.Files());
     faulty.FailWhere([](const std::string& change, const std::string& path) {
@@ -143,11 +156,12 @@ TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
             "Please close the program that uses it (Flight Simulator, perhaps) and try again.",
         Answer::Ok, MessageIcon::Exclamation);
     RunHangarCommand(locked, state, memory, package);
-    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"), (std::vector<std::string>{"Model\\", "Model\\lear.mdl"}));
+    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
+              (std::vector<std::string>{"Model\\", "Model\\lear.mdl", "kx_gauges.txt"}));
     EXPECT_TRUE(drive.Has("FS\\gauges\\LearClock.gau"));
     ExpectRemoval().Expect("Done.", Answer::Ok);
     Run(RemovePackageFromSim);
-    EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{});
+    EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{"LearCab.cab"});
 }
 
 TEST_F(RemoveTest, AnAircraftThatIsALinkGoesAsALink) {
