@@ -57,6 +57,7 @@ std::string FirstNotStaged(CommandContext& context, const LoadedPackage& package
 } // namespace
 
 void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim) {
+    const std::string directory = PackageDirectory(context);
     if (IsInstalled(context) &&
         context.user.AskYesNo(
             "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
@@ -64,6 +65,9 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
             "to "
             "import it from MSFS and then remove it.)"))
         removeFromSim();
+    // The list was filled anew: where the package has gone meanwhile, it stands on another one.
+    if (PackageDirectory(context) != directory)
+        return;
     if (IsUsedInHangar(context, "panel") &&
         context.user.AskYesNo(
             "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
@@ -78,7 +82,7 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
         context.window.RefreshPackageDisplay();
         return;
     }
-    const auto status = DeleteDirectory(context, PackageDirectory(context));
+    const auto status = DeleteDirectory(context, directory);
     if (!status)
         return;
     context.window.RefreshPackageList();
