@@ -172,8 +172,9 @@ void Program::PressToolbarKey(const std::string& key) {
                 ShowStagingSide();
             RunStagingCommand(ImportIntoStaging);
         } else if (key == "Compress" || key == "Decompress") {
-            if (view.HangarSideShown)
-                RunHangarSideCommand(key == "Compress" ? CompressShownPackage : DecompressShownPackage);
+            if (!view.HangarSideShown)
+                ShowHangarSide(true); // the user is to see which package it is
+            RunHangarSideCommand(key == "Compress" ? CompressShownPackage : DecompressShownPackage);
         } else if (key == "UnusedGauges") {
             korvadex::ListUnusedGauges(context);
         } else if (key == "RunMSFS") {

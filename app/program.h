@@ -86,11 +86,12 @@ class Program : private MainWindow {
     void ChangeLocations();
     void EditLocationProfiles();
     void OpenReadMe();
-    // These go to the Hangar side first.
+    // These four go to the Hangar side first.
     void CompressAll();
     void DecompressAll();
     void UninstallAll();
     void UninstallCategory();
+    // These stay on the side that is shown.
     void ListUnusedGauges();
     void RunSimulator();
 

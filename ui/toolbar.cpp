@@ -69,8 +69,6 @@ void Toolbar::ShowSide(Side side) {
     SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging", true);
     SetButton("PhotoGalleryCategory", "Photo gallery for packages in category", isHangar);
     SetButton("PhotoGalleryAll", "Photo gallery for all packages", isHangar);
-    SetButton("Decompress", "Decompress package", isHangar);
-    SetButton("Compress", "Compress package", isHangar);
 }
 
 void Toolbar::SetButton(const char* key, const QString& toolTip, bool isEnabled) {
