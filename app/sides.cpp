@@ -94,8 +94,9 @@ void Program::LoadStaging() {
 
     const auto nameFile = settings.locations.StagingDir + std::string(ImportNameFile);
     const auto info = files.Info(nameFile);
-    if (Trim(view.packageName).empty() && info && info->kind == EntryKind::File &&
-        info->size <= LargestNameFile)
+    // The aircraft that has just been imported gives its name; later the name that is there stays.
+    const bool takesName = !importedAircraft.empty() || Trim(view.packageName).empty();
+    if (takesName && info && info->kind == EntryKind::File && info->size <= LargestNameFile)
         if (const auto lines = ReadLines(files, nameFile); lines && !lines->empty())
             view.packageName = lines->front();
     view.sizeText = SizeText(package);

@@ -112,9 +112,13 @@ TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
     user.ExpectImport({"My_Plane"}, {0})
         .ExpectImportStatus("My_Plane ...\n\nPossible problem ...\n\n...")
         .Expect("Done.", Answer::Ok);
+    program->SetPackageName("The last package"); // the name that is still there is not this one's
     program->PressToolbarKey("ImportFromMSFS");
     EXPECT_EQ(drive.Tree(), expected);
     EXPECT_EQ(form.view.packageName, "My_Plane");
+    program->SetPackageName("Mine");
+    program->Refresh();
+    EXPECT_EQ(form.view.packageName, "Mine");
     EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
     EXPECT_EQ(program->Package().ComponentFiles[Gauges].size(), 2u);
 
