@@ -29,7 +29,7 @@ void ReadAlias(const FileSystem& files, const std::string& path, std::string& al
         const std::string folded = FoldCase(raw);
         const std::string_view line = TrimLeft(folded);
         if (!isOld && alias.empty() && line.starts_with(AliasKey))
-            alias = line.substr(AliasKey.size());
+            alias = Trim(line.substr(AliasKey.size())); // as the simulator reads it
         visit(line);
     }
 }

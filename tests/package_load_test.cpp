@@ -248,8 +248,9 @@ TEST_F(ConfigurationTest, NothingChangesWithoutAChoiceOrWhenTheFileCannotBeWritt
 }
 
 TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
-    drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg", "[Window00]\nfile=MAIN.bmp\n file_1024=sub\\big.BMP ; "
-                                                      "x.bmp\n[fltsim]\n  Alias=Other\\Panel\nalias=second");
+    drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg",
+              "[Window00]\nfile=MAIN.bmp\n file_1024=sub\\big.BMP ; "
+              "x.bmp\n[fltsim]\n  Alias= Other\\Panel \nalias=second");
     drive.Put("Hangar\\Jets\\Lear\\Panel\\oldpanel.cfg", "alias=never\r\nfile=older.bmp");
     drive.Put("Hangar\\Jets\\Lear\\KX_Compression.txt", "12 Meg have been compressed. ...\r\n");
     for (const char* bitmap : {"main.bmp", "big.bmp", "older.bmp", "skin.bmp"})
