@@ -39,8 +39,7 @@ void Program::ForEachPackage(bool isCategoryOnly, const std::function<void()>& c
 }
 
 void Program::CompressEach(const std::string& question, bool compress) {
-    if (!view.HangarSideShown)
-        ShowHangarSide(true);
+    EnsureHangarSide();
     if (!user.AskYesNo(question))
         return;
     state.BatchMode = true;
@@ -77,8 +76,7 @@ void Program::DecompressAll() {
 }
 
 void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
-    if (!view.HangarSideShown)
-        ShowHangarSide(true);
+    EnsureHangarSide();
     if (!user.AskYesNo(question))
         return;
     int removed = 0, skipped = 0, keptForAlias = 0;

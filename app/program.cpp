@@ -172,8 +172,7 @@ void Program::PressToolbarKey(const std::string& key) {
                 ShowStagingSide();
             RunStagingCommand(ImportIntoStaging);
         } else if (key == "Compress" || key == "Decompress") {
-            if (!view.HangarSideShown)
-                ShowHangarSide(true); // the user is to see which package it is
+            EnsureHangarSide();
             RunHangarSideCommand(key == "Compress" ? CompressShownPackage : DecompressShownPackage);
         } else if (key == "UnusedGauges") {
             korvadex::ListUnusedGauges(context);

@@ -148,6 +148,8 @@ class Program : private MainWindow {
     void ShowHangarSide(bool preselect);
     void ShowStagingSide();
     void SwitchToHangar(); // with the packages as they are now
+    // For a command of the Hangar: the user sees what it is about before it asks.
+    void EnsureHangarSide();
     void LoadShownSide();
     void LoadSelectedPackage();
     void LoadStaging();

@@ -55,6 +55,13 @@ void Program::SwitchToHangar() {
     ShowHangarSide(true);
 }
 
+void Program::EnsureHangarSide() {
+    if (view.HangarSideShown)
+        return;
+    ShowHangarSide(true);
+    ShowView();
+}
+
 void Program::ShowStagingSide() {
     view.HangarSideShown = false;
     view.header = StagingHeader;

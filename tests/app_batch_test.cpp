@@ -29,9 +29,10 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     expected = drive.Tree();
     Select("Jets", 1);
     program->GoToStaging();
-    user.Expect(AskUninstallAll, Answer::No);
+    user.Expect(AskUninstallAll, Answer::No).Then([&] {
+        EXPECT_EQ(form.view.header, std::string(HangarHeader));
+    });
     program->UninstallAll();
-    EXPECT_EQ(form.view.header, std::string(HangarHeader));
     EXPECT_EQ(drive.Tree(), expected);
 
     user.Expect(AskUninstallAll, Answer::Yes)
@@ -78,10 +79,9 @@ TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {
             EXPECT_EQ(bytes.size() < 900, name.find("B Jet") == std::string::npos) << name;
         }
     program->PressToolbarKey("Compress"); // marked already: nothing is said
-    user.Expect("Done.", Answer::Ok);
+    user.Expect("Done.", Answer::Ok).Then([&] { EXPECT_EQ(form.view.header, std::string(HangarHeader)); });
     program->GoToStaging();
     program->PressToolbarKey("Decompress"); // of the Hangar on either side
-    EXPECT_EQ(form.view.header, std::string(HangarHeader));
     EXPECT_EQ(form.view.sizeText, "0 Meg");
 
     user.Expect("Decompress all packages in the Hangar?  If you want to make sure all packages are "
