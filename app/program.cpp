@@ -2,6 +2,7 @@
 
 #include "app/locations_entry.h"
 #include "app/profiles.h"
+#include "media/notes.h"
 #include "package/component_files.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
@@ -178,6 +179,10 @@ void Program::PressToolbarKey(const std::string& key) {
             korvadex::ListUnusedGauges(context);
         } else if (key == "RunMSFS") {
             korvadex::RunSimulator(context);
+        } else if (key == "ReadNotes") {
+            korvadex::ReadNotes(context, package);
+        } else if (key == "Information") {
+            EditPackageInformation();
         } else if (key == "Install") {
             if (view.HangarSideShown)
                 RunHangarSideCommand(InstallPackage);
@@ -252,7 +257,10 @@ void Program::OpenReadMe() {
         for (const auto& directory : {settings.AppDir, program ? ParentDirectory(*program) : std::string()}) {
             const auto page = directory + "kxdoc.htm";
             if (!directory.empty() && files.Info(page)) {
-                launcher.OpenDocument(page);
+                if (!IsStarted(launcher.OpenDocument(page)))
+                    user.Tell("No program could be started for the read-me page " + page +
+                                  ".  Please open it in a web browser.",
+                              MessageIcon::Exclamation);
                 return;
             }
         }

@@ -86,6 +86,11 @@ class Program : private MainWindow {
     void ChangeLocations();
     void EditLocationProfiles();
     void OpenReadMe();
+    void CreateNotes();
+    void DeleteNotes();
+    void ReadNotes();
+    void Explore(); // cmdExplore
+    void EditInformation();
     // These four go to the Hangar side first.
     void CompressAll();
     void DecompressAll();
@@ -178,6 +183,9 @@ class Program : private MainWindow {
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     void ImportIntoStagingSide();
+
+    // data_commands.cpp
+    void EditPackageInformation();
 
     // batch_commands.cpp
     void ForEachPackage(bool isCategoryOnly, const std::function<void()>& command);

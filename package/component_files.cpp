@@ -7,9 +7,6 @@ namespace korvadex {
 
 namespace {
 
-// ShellExecute answers 32 or less when nothing was started.
-constexpr int FirstSuccess = 33;
-
 bool IsForEditor(const std::string& path) {
     return EndsWithNoCase(path, ".1st") || EndsWithNoCase(path, ".cfg") || EndsWithNoCase(path, ".diz");
 }
@@ -19,7 +16,7 @@ bool IsForEditor(const std::string& path) {
 void OpenComponentFile(CommandContext& context, const std::string& path) {
     if (IsForEditor(path)) {
         context.launcher.OpenInEditor(path);
-    } else if (context.launcher.OpenDocument(path) < FirstSuccess) {
+    } else if (!IsStarted(context.launcher.OpenDocument(path))) {
         context.user.Tell(
             "I don't know what action to take with the selected file type.  Try associating it with a "
             "program in Windows Explorer.",

@@ -53,6 +53,32 @@ struct ImportForm {
     std::function<bool(int row)> accept;
 };
 
+// frmInfo: the texts of aircraft.cfg that the simulator shows and that air traffic control speaks. Lines of the
+// last two texts are separated by CR LF.
+struct AircraftInfo {
+    std::string atcId, atcAirline, atcFlightNumber, manufacturer, type, variation, atcType, atcModel;
+    bool isHeavy = false, isEditable = false;
+    std::string description, performance;
+
+    bool operator==(const AircraftInfo&) const = default;
+};
+// What its combo boxes offer, each sorted without case.
+struct InfoOffers {
+    std::vector<std::string> atcAirlines = {}, manufacturers = {}, atcTypes = {}, atcModels = {};
+};
+struct InfoForm {
+    AircraftInfo info;
+    // False: the file has no [fltsim.N] section; the fields that belong there are disabled.
+    bool hasConfiguration = true;
+    InfoOffers offers; // to begin with
+    // To be called again and again while the window stands, a few milliseconds each, until it gives the offers.
+    std::function<std::optional<InfoOffers>()> gather;
+    // cmdApply with what the fields hold. True closes the dialog; false leaves it open, after a message.
+    std::function<bool(const AircraftInfo& entered)> accept;
+    // The window is about to be closed without cmdApply or cmdCancel. False leaves it open.
+    std::function<bool(const AircraftInfo& entered)> mayClose;
+};
+
 class UserDialogs {
   public:
     virtual ~UserDialogs() = default;
@@ -76,6 +102,7 @@ class UserDialogs {
     virtual void ShowRename(const RenameForm& form) = 0;
     virtual void ShowUnusedGauges(const UnusedGaugesForm& form) = 0;
     virtual void ShowMSFSImport(const ImportForm& form) = 0;
+    virtual void ShowInfo(const InfoForm& form) = 0;
 
     void Tell(const std::string& text, MessageIcon icon = MessageIcon::None) {
         ShowMessage(text, MessageButtons::Ok, icon, {});

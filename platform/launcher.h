@@ -18,7 +18,7 @@ class Launcher {
     virtual bool OpenInEditor(const std::string& path) = 0;
     // The system's file manager ("Explorer.exe " and the path) on a directory.
     virtual bool OpenInFileManager(const std::string& directory, WindowState state) = 0;
-    // The program that the system associates with the file, by the shell's verb "Open". Below 33 is failure.
+    // The program that the system associates with the file, by the shell's verb "Open". See IsStarted.
     virtual int OpenDocument(const std::string& path) = 0;
     // A program of this system, normal window, focused.
     virtual bool StartProgram(const std::string& hostPath) = 0;
@@ -26,6 +26,11 @@ class Launcher {
     // when it was started, otherwise the reason as whole sentences.
     virtual std::string RunSimulator(const std::string& path) = 0;
 };
+
+// What OpenDocument answered: below 33 nothing was started.
+inline bool IsStarted(int code) {
+    return code >= 33;
+}
 
 std::unique_ptr<Launcher> MakeHostLauncher(const FileSystem& files);
 

@@ -336,7 +336,7 @@ TEST_F(StagingCommands, AChosenConfigurationEmptiesTheName) {
 TEST_F(StagingCommands, KeysAndCodesOfTheOtherSideAndOfWhatIsNotBuilt) {
     StartInStaging();
     const auto before = drive.Tree();
-    for (const char* key : {"Uninstall", "ReadNotes", "install", ""})
+    for (const char* key : {"Uninstall", "install", ""})
         program->PressToolbarKey(key);
     program->RunCommand(Side::Hangar, InstallPackage);
     program->RunCommand(Side::Staging, 3);

@@ -204,6 +204,85 @@ TEST_F(DialogTest, ARenameStaysOpenUntilItIsAccepted) {
     }
 }
 
+TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
+    AircraftInfo shown{.atcId = " N1\t",
+                       .atcAirline = "Zeta",
+                       .atcFlightNumber = "12",
+                       .manufacturer = "\"Orvane\"",
+                       .type = std::string(40000, 't'),
+                       .variation = "V",
+                       .atcType = "ORVANE",
+                       .atcModel = "OC1",
+                       .isHeavy = true,
+                       .isEditable = true,
+                       .description = "One;\r\n\r\n\tno\xC2\xA0"
+                                      "break ",
+                       .performance = "\r\n100 kt"};
+    AircraftInfo entered;
+    int applied = 0, asked = 0;
+    bool isGathered = false;
+    const InfoForm form = {
+        .info = shown,
+        .offers = {.manufacturers = {"Homebuilt"}},
+        .gather = [&]() -> std::optional<InfoOffers> {
+            isGathered = true;
+            return InfoOffers{.atcAirlines = {"Alpha", "ZETA"}, .manufacturers = {"Orvane"}};
+        },
+        .accept =
+            [&](const AircraftInfo& entry) {
+                entered = entry;
+                return ++applied > 1;
+            },
+        .mayClose = [&](const AircraftInfo&) { return ++asked > 1; }};
+    user.Expect("frmInfo", [&](QWidget& window) {
+        EXPECT_EQ(window.windowTitle(), "FS2002 Information");
+        auto& maker = Control<QComboBox>(window, "cboUIManufacturer");
+        auto& airline = Control<QComboBox>(window, "cboAtcAirline");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return isGathered && airline.count() == 2; }));
+        EXPECT_EQ(maker.itemText(0), "Orvane");
+        Click(window, "cmdApply");
+        EXPECT_EQ(entered, shown) << "filling the lists changes nothing";
+        EXPECT_TRUE(window.isVisible());
+        airline.lineEdit()->selectAll();
+        QTest::keyClicks(airline.lineEdit(), "zeta");
+        Type(window, "txtAtcID", "N2");
+        auto& description = Control<QPlainTextEdit>(window, "txtUIDescription");
+        description.setFocus();
+        description.selectAll();
+        QTest::keyClicks(&description, "a");
+        QTest::keyClick(&description, Qt::Key_Return);
+        QTest::keyClicks(&description, "b");
+        QTest::keyClick(&description, Qt::Key_Tab, Qt::ControlModifier);
+        QTest::keyClick(&description, Qt::Key_Tab);
+        EXPECT_TRUE(Control<QWidget>(window, "txtUIPerformance").hasFocus());
+        QTest::mouseClick(&Control<QCheckBox>(window, "chkAtcHeavy"), Qt::LeftButton);
+        Click(window, "cmdApply");
+    });
+    dialogs.ShowInfo(form);
+    shown.atcAirline = "zeta"; // not as the list writes it
+    shown.atcId = "N2";
+    shown.description = "a\r\nb\t";
+    shown.isHeavy = false;
+    EXPECT_EQ(entered, shown);
+
+    user.Expect("frmInfo", [&](QWidget& window) {
+        PressKey(window, Qt::Key_Escape);
+        EXPECT_TRUE(window.isVisible());
+        PressKey(window, Qt::Key_Escape);
+    });
+    dialogs.ShowInfo(form);
+    InfoForm general = form;
+    general.hasConfiguration = false;
+    user.Expect("frmInfo", [&](QWidget& window) {
+        EXPECT_TRUE(Control<QLabel>(window, "lblNoConfiguration").isVisible());
+        EXPECT_FALSE(Control<QLineEdit>(window, "txtAtcID").isEnabled());
+        EXPECT_TRUE(Control<QComboBox>(window, "cboAtcType").isEnabled());
+        Click(window, "cmdCancel");
+    });
+    dialogs.ShowInfo(general);
+    EXPECT_EQ(std::pair(applied, asked), std::pair(2, 2));
+}
+
 TEST_F(DialogTest, UnusedGaugesAreSearchedOnceAndLeaveTheListWhenDeleted) {
     std::vector<UnusedGauge> gauges = {{"twin.gau", "C:\\FS\\gauges\\twin.gau"},
                                        {"fuel.gau", "C:\\FS\\gauges\\fuel.gau"},

@@ -1,6 +1,7 @@
 #include "ui/dialogs.h"
 
 #include "ui/frmImportStatus.h"
+#include "ui/frmInfo.h"
 #include "ui/frmInstallStatus.h"
 #include "ui/frmLocationProfiles.h"
 #include "ui/frmLocations.h"
@@ -136,6 +137,22 @@ void Dialogs::ShowMSFSImport(const ImportForm& form) {
     ImportForm guarded = form;
     guarded.accept = [&](int row) { return kept.Guard([&] { return form.accept(row); }, true); };
     frmMSFSImport(guarded, Parent()).exec();
+    kept.Rethrow();
+}
+
+void Dialogs::ShowInfo(const InfoForm& form) {
+    KeptException kept;
+    InfoForm guarded = form;
+    guarded.gather = [&] {
+        return kept.Guard([&] { return form.gather(); }, std::optional<InfoOffers>(InfoOffers()));
+    };
+    guarded.accept = [&](const AircraftInfo& entered) {
+        return kept.Guard([&] { return form.accept(entered); }, true);
+    };
+    guarded.mayClose = [&](const AircraftInfo& entered) {
+        return kept.Guard([&] { return form.mayClose(entered); }, true);
+    };
+    frmInfo(guarded, Parent()).exec();
     kept.Rethrow();
 }
 

@@ -26,6 +26,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowRename(const RenameForm& form) override;
     void ShowUnusedGauges(const UnusedGaugesForm& form) override;
     void ShowMSFSImport(const ImportForm& form) override;
+    void ShowInfo(const InfoForm& form) override;
     std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
 

@@ -115,6 +115,7 @@ void frmHangar::ConnectControls() {
     press(ui->cmdGoToHangar, &Program::GoToHangar);
     press(ui->cmdGoToStaging, &Program::GoToStaging);
     press(ui->cmdRefresh, &Program::Refresh);
+    press(ui->cmdExplore, &Program::Explore);
     press(ui->cmdFirstPackage, &Program::SetFirstPackage);
     press(ui->cmdPackageNames, &Program::ListPackagesInCategory);
     press(ui->cmdPackageCategories, &Program::ListCategories);
@@ -197,6 +198,10 @@ void frmHangar::ChooseEntry(const QString& name) {
         {"mnuUninstallCategory", &Program::UninstallCategory},
         {"mnuUninstallAll", &Program::UninstallAll},
         {"mnuRunMSFS", &Program::RunSimulator},
+        {"mnuCreateNotes", &Program::CreateNotes},
+        {"mnuDeleteNotes", &Program::DeleteNotes},
+        {"mnuReadNotes", &Program::ReadNotes},
+        {"mnuInformation", &Program::EditInformation},
         {"mnuReadMe", &Program::OpenReadMe},
     };
     for (const auto& [entry, command] : commands)

@@ -90,14 +90,14 @@ std::vector<Branch> MenuTree() {
           {"mnuDecompress", "&Decompress Package", yes, 15}}},
         {{"mnuNotes", "&Data"},
          {},
-         {{"mnuCreateNotes", "&Create package notes"},
-          {"mnuDeleteNotes", "&Delete package notes"},
-          {"mnuReadNotes", "&Read package notes"},
+         {{"mnuCreateNotes", "&Create package notes", yes},
+          {"mnuDeleteNotes", "&Delete package notes", yes},
+          {"mnuReadNotes", "&Read package notes", yes},
           {"mnuSep18", "-"},
           {"mnuImportImageClipboard", "Import &screenshot for package"},
           {"mnuImportImage", "Import image &file for package"},
           {"mnuSep19", "-"},
-          {"mnuInformation", "FS2002 &Information"}}},
+          {"mnuInformation", "FS2002 &Information", yes}}},
         {{"mnuHelp", "He&lp"}, {}, {{"mnuReadMe", "&Read me", yes}, {"mnuAbout", "&About Korvadex", yes}}},
     };
 }

@@ -40,8 +40,8 @@ constexpr Button Buttons[] = {
     {nullptr, nullptr, false},
     {"RunMSFS", "Run Flight Simulator", true},
     {nullptr, nullptr, false},
-    {"ReadNotes", "Read package notes", false},
-    {"Information", "FS2002 Information", false},
+    {"ReadNotes", "Read package notes", true},
+    {"Information", "FS2002 Information", true},
 };
 
 } // namespace

@@ -43,14 +43,15 @@ class RecordingLauncher : public Launcher {
   public:
     std::vector<std::string> started; // "edit C:\...", "explore C:\...", "open C:\...", "start ..."
     int documentCode = 42;            // what OpenDocument answers
+    bool hasDesktop = true;           // an editor and a file manager
 
     bool OpenInEditor(const std::string& path) override {
         started.push_back("edit " + path);
-        return true;
+        return hasDesktop;
     }
     bool OpenInFileManager(const std::string& directory, WindowState) override {
         started.push_back("explore " + directory);
-        return true;
+        return hasDesktop;
     }
     int OpenDocument(const std::string& path) override {
         started.push_back("open " + path);

@@ -106,6 +106,11 @@ ScriptedUser& ScriptedUser::ExpectImport(std::vector<std::string> names, std::ve
     return *this;
 }
 
+ScriptedUser& ScriptedUser::ExpectInfo(std::function<void(const InfoForm&)> act) {
+    script.push_back({.kind = Kind::Info, .text = "information", .info = std::move(act)});
+    return *this;
+}
+
 ScriptedUser& ScriptedUser::Then(std::function<void()> action) {
     script.back().then = std::move(action);
     return *this;
@@ -206,6 +211,11 @@ void ScriptedUser::ShowMSFSImport(const ImportForm& form) {
     const std::vector<int>& rows = step->rows.front();
     for (std::size_t i = 0; i < rows.size(); ++i)
         EXPECT_EQ(form.accept(rows[i]), i + 1 == rows.size()) << "row " << rows[i];
+}
+
+void ScriptedUser::ShowInfo(const InfoForm& form) {
+    if (const auto step = Take(Kind::Info, "information"))
+        step->info(form);
 }
 
 } // namespace korvadex::test

@@ -31,6 +31,8 @@ class ScriptedUser : public UserDialogs {
     ScriptedUser& ExpectUnusedGauges(std::vector<std::string> names, std::vector<std::vector<int>> deletions);
     // frmMSFSImport offers these; the rows are tried one after another until one is taken.
     ScriptedUser& ExpectImport(std::vector<std::string> names, std::vector<int> rows);
+    // frmInfo comes up; act does what the user does with it.
+    ScriptedUser& ExpectInfo(std::function<void(const InfoForm&)> act);
     // Runs when the question before it was answered: to look at the disk in the middle of a command.
     ScriptedUser& Then(std::function<void()> action);
 
@@ -47,6 +49,7 @@ class ScriptedUser : public UserDialogs {
     void ShowRename(const RenameForm& form) override;
     void ShowUnusedGauges(const UnusedGaugesForm& form) override;
     void ShowMSFSImport(const ImportForm& form) override;
+    void ShowInfo(const InfoForm& form) override;
 
   private:
     enum class Kind {
@@ -58,7 +61,8 @@ class ScriptedUser : public UserDialogs {
         ImportStatus,
         Rename,
         UnusedGauges,
-        Import
+        Import,
+        Info
     };
     struct Step {
         Kind kind;
@@ -72,6 +76,7 @@ class ScriptedUser : public UserDialogs {
         std::vector<RenameEntry> entries = {}; // as shown, then as entered
         std::vector<std::vector<int>> rows = {};
         std::function<void()> then = {};
+        std::function<void(const InfoForm&)> info = {};
     };
     std::optional<Step> Take(Kind kind, const std::string& shown);
     std::deque<Step> script;

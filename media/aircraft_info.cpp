@@ -1,0 +1,211 @@
+#include "media/aircraft_info.h"
+
+#include "media/info_offers.h"
+#include "media/info_text.h"
+#include "package/config_readers.h"
+#include "package/file_primitives.h"
+#include "package/scratch.h"
+#include "platform/code_page.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+// How long reading for the combo boxes keeps the window from painting.
+constexpr std::chrono::milliseconds GatherTime{8};
+
+// The bytes of an aircraft.cfg that can be edited: a text of the code page, not a device's or another kind of file.
+Result<std::string> ReadConfig(const FileSystem& files, const std::string& path) {
+    const auto info = files.Info(path);
+    if (!info)
+        return info.status();
+    if (info->kind != EntryKind::File || info->size > MaxConfigBytes)
+        return Status{FileFault::Failed, path, 0};
+    return ReadBytes(files, path);
+}
+
+// CR LF between lines, however they came.
+std::string WithCrLf(std::string_view text) {
+    std::string lines;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isPair = text.substr(i).starts_with("\r\n");
+        if (text[i] == '\r' || text[i] == '\n')
+            lines += "\r\n";
+        else
+            lines += text[i];
+        i += isPair;
+    }
+    return lines;
+}
+
+// As it reads back from the file: without blanks at the ends.
+AircraftInfo Cleaned(AircraftInfo info) {
+    const auto clean = [&](const auto& fields) {
+        for (const InfoField& field : fields) {
+            if (!field.text)
+                continue;
+            std::string& text = info.*field.text;
+            text = std::string(Trim(field.hasLines ? WithCrLf(text) : text));
+        }
+    };
+    clean(ConfigurationFields);
+    clean(GeneralFields);
+    return info;
+}
+
+// The first letter that the code page cannot hold; "" when there is none.
+std::string FirstForeignLetter(const std::string& text) {
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+            ++end;
+        std::string letter = text.substr(at, end - at);
+        if (!ToCodePage(letter))
+            return letter;
+        at = end;
+    }
+    return "";
+}
+
+bool HasControlLetter(const std::string& text, bool hasLines) {
+    return std::any_of(text.begin(), text.end(), [&](char letter) {
+        const bool isAllowed = letter == '\t' || (hasLines && (letter == '\r' || letter == '\n'));
+        return static_cast<unsigned char>(letter) < ' ' && !isAllowed;
+    });
+}
+
+// What keeps the text from being written so that it reads back as typed; "" when nothing does.
+std::string Objection(const InfoField& field, const std::string& text) {
+    const std::string name(field.name);
+    if (HasControlLetter(text, field.hasLines))
+        return "The " + name + " has a line break or another character that cannot be kept in one line.";
+    if (const std::string letter = FirstForeignLetter(text); !letter.empty())
+        return "The " + name + " has a character that cannot be kept in aircraft.cfg:  " + letter;
+    if (std::string back = text;
+        field.hasLines && EscapeConfigText(EscapeConfigText(back, false), true) != text)
+        return "The " + name +
+               " has a \\ before one of n, t, s and /.  In aircraft.cfg these two stand for something else.";
+    return "";
+}
+
+class InfoEditor {
+  public:
+    InfoEditor(CommandContext& command, std::string configPath, const ConfigInfo& found)
+        : context(command), path(std::move(configPath)), opened(found),
+          search(command.files, command.locations) {}
+
+    InfoForm Form() {
+        return {.info = opened.info,
+                .hasConfiguration = opened.hasConfiguration,
+                .offers = search.Offers(),
+                .gather = [this]() -> std::optional<InfoOffers> {
+                    if (search.Continue(GatherTime))
+                        return std::nullopt;
+                    return search.Offers();
+                },
+                .accept = [this](const AircraftInfo& entered) { return Accept(Cleaned(entered)); },
+                .mayClose =
+                    [this](const AircraftInfo& entered) {
+                        return Cleaned(entered) == opened.info ||
+                               context.user.AskYesNo(
+                                   "What you have changed was not applied.  Do you want to discard it?");
+                    }};
+    }
+
+  private:
+    bool Accept(const AircraftInfo& entered) {
+        if (entered == opened.info)
+            return true;
+        if (!CanBeWritten(entered))
+            return false;
+        const auto before = ReadConfig(context.files, path);
+        if (!before)
+            return Refuse("The file " + path + " could not be read again (" + DescribeFault(before.fault()) +
+                          ").  Nothing was written.  Please put it back and choose 'Apply' again.");
+        const ConfigInfo now = ReadAircraftInfo(*before);
+        if (now.hasConfiguration != opened.hasConfiguration)
+            return Refuse("The sections of " + path +
+                          " were changed by another program.  Nothing was written.  Please choose "
+                          "'Cancel' and open this window again.");
+        if (now.info != opened.info &&
+            !context.user.AskYesNo("This information was changed by another program in " + path +
+                                   ".  Do you want to replace it with what you have entered?"))
+            return false;
+        return Write(*before, entered);
+    }
+
+    bool CanBeWritten(const AircraftInfo& entered) {
+        const auto check = [&](const auto& fields) {
+            for (const InfoField& field : fields) {
+                if (!field.text || entered.*field.text == opened.info.*field.text)
+                    continue;
+                const std::string objection = Objection(field, entered.*field.text);
+                if (!objection.empty())
+                    return Refuse(objection + "  Please change it.");
+            }
+            return true;
+        };
+        return check(ConfigurationFields) && check(GeneralFields);
+    }
+
+    bool Write(const std::string& before, const AircraftInfo& entered) {
+        const auto info = context.files.Info(path);
+        if (info && info->readOnly)
+            return Refuse("The file " + path +
+                          " is read-only and was left as it is.  Please clear its read-only attribute and "
+                          "choose 'Apply' again.");
+        const std::string bytes = WithAircraftInfo(before, entered);
+        if (bytes == before)
+            return true;
+        const Status status = RewriteBytes(context.files, context.locations, path, bytes);
+        return status || Refuse("The file " + path + " could not be written (" + DescribeFault(status.fault) +
+                                ").  It was left as it is.  Please make sure that it can be written and that "
+                                "the disk has room, and choose 'Apply' again.");
+    }
+
+    bool Refuse(const std::string& text) {
+        context.user.Tell(text, MessageIcon::Exclamation);
+        return false;
+    }
+
+    CommandContext& context;
+    const std::string path;
+    const ConfigInfo opened;
+    InfoOfferSearch search;
+};
+
+bool IsInstalled(const CommandContext& context) {
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
+                .empty();
+}
+
+} // namespace
+
+void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
+    const auto tell = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
+    if (!context.files.Info(context.locations.MsfsDir + "fs2002.exe"))
+        return tell("This information is for FS2002 only.");
+    const std::string path = package.FindComponentFile("aircraft.cfg");
+    if (path.empty() || package.aircraftCfg.lines.empty())
+        return tell("Aircraft configuration file not found.");
+    const auto bytes = ReadConfig(context.files, path);
+    if (!bytes)
+        return tell("The file " + path + " could not be read (" + DescribeFault(bytes.fault()) + ").");
+    if (bytes->find('\0') != std::string::npos)
+        return tell("The file " + path +
+                    " is no plain text, so it cannot be changed here.  Please open it in an editor and save "
+                    "it as plain text (ANSI).");
+    if (!package.isStaging && IsInstalled(context))
+        context.user.Tell("This package is currently installed in Flight Simulator.  Any changes to this "
+                          "information will not have an effect until the package is reinstalled with "
+                          "Korvadex.",
+                          MessageIcon::Information);
+    InfoEditor editor(context, path, ReadAircraftInfo(*bytes));
+    context.user.ShowInfo(editor.Form());
+}
+
+} // namespace korvadex

@@ -1,0 +1,42 @@
+// The texts of frmInfo as they stand in an aircraft.cfg: read from its bytes and put back among them.
+//
+// Those of the aircraft stand in the first [fltsim.N] section, the others in the first [General]; later sections
+// of these names are not looked at.
+#pragma once
+
+#include "package/dialogs.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+// Turns a text of several lines (ended by CR LF) into one line of the file, or back with decode; in place, and
+// returned as well. "Range; 5/6" <-> "Range\s 5\/6".
+std::string& EscapeConfigText(std::string& text, bool decode);
+
+struct InfoField {
+    std::string_view key;  // "atc_id="
+    std::string_view name; // for messages: "tail number"
+    std::string AircraftInfo::*text = nullptr;
+    bool AircraftInfo::*flag = nullptr; // in place of a text
+    bool hasLines = false;              // written escaped
+};
+// In the order in which they are written.
+extern const std::array<InfoField, 8> ConfigurationFields;
+extern const std::array<InfoField, 4> GeneralFields;
+
+struct ConfigInfo {
+    AircraftInfo info;
+    bool hasConfiguration = false; // there is a [fltsim.N] section
+};
+// Of a key that stands in its section twice the first counts.
+ConfigInfo ReadAircraftInfo(std::string_view bytes);
+
+// The same bytes with these texts: in each of the two sections the managed keys stand together behind the last of
+// the other lines, which all stay as they are. A missing [General] is added at the end; a missing [fltsim.N] is not.
+// Every text must have its place in the code page. Doing it again changes nothing.
+std::string WithAircraftInfo(std::string_view bytes, const AircraftInfo& info);
+
+} // namespace korvadex

@@ -1,0 +1,106 @@
+#include "media/notes.h"
+
+#include "package/file_primitives.h"
+#include "platform/windows_path.h"
+
+namespace korvadex {
+
+namespace {
+
+// Staging, or the directory of the package that the main window shows.
+std::string ShownDirectory(const CommandContext& context, const LoadedPackage& package) {
+    if (package.isStaging)
+        return context.locations.StagingDir;
+    return context.locations.HangarDir + AddBackslash(context.window.SelectedCategory()) +
+           AddBackslash(CurrentPackageName(context.window));
+}
+
+bool IsPackageSelected(CommandContext& context, const LoadedPackage& package) {
+    if (package.isStaging || !CurrentPackageName(context.window).empty())
+        return true;
+    context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
+    return false;
+}
+
+// The notes file of the selected package; "" after a message when there is none.
+std::string ListedNotes(CommandContext& context, const LoadedPackage& package) {
+    if (!IsPackageSelected(context, package))
+        return "";
+    std::string path = package.FindComponentFile(NotesName);
+    if (path.empty())
+        context.user.Tell("No notes exist for this package.", MessageIcon::Exclamation);
+    return path;
+}
+
+void OpenNotes(CommandContext& context, const std::string& path) {
+    if (!context.launcher.OpenInEditor(path))
+        context.user.Tell("No text editor could be started for the notes in " + path +
+                              ".  Please choose a program for text files in the settings of your system.",
+                          MessageIcon::Exclamation);
+}
+
+// An editor on a file that cannot be there would lose what is typed into it.
+Status MakeNotes(FileSystem& files, const std::string& directory, const std::string& path) {
+    const Status made = files.CreateDirectory(directory);
+    if (!made && !(made.fault == FileFault::Exists && files.IsDirectory(directory)))
+        return made;
+    auto file = files.CreateNew(path);
+    if (file)
+        return (*file)->Close(true);
+    const auto there = files.Info(path);
+    return there && there->kind == EntryKind::File ? Status{} : file.status();
+}
+
+} // namespace
+
+void CreateNotes(CommandContext& context, const LoadedPackage& package) {
+    if (!IsPackageSelected(context, package))
+        return;
+    if (!package.FindComponentFile(NotesName).empty()) {
+        context.user.Tell("Notes already exist for this package.", MessageIcon::Exclamation);
+        return;
+    }
+    const std::string directory = ShownDirectory(context, package) + "Documentation";
+    const std::string path = directory + "\\" + std::string(NotesName);
+    if (const Status status = MakeNotes(context.files, directory, path); !status) {
+        context.user.Tell("The notes file " + path + " could not be created (" + DescribeFault(status.fault) +
+                              ").  Please make sure that the directory can be written and that the disk has "
+                              "room, and try again.",
+                          MessageIcon::Exclamation);
+        return;
+    }
+    OpenNotes(context, path);
+    context.window.RefreshPackageDisplay();
+}
+
+void ReadNotes(CommandContext& context, const LoadedPackage& package) {
+    if (const std::string path = ListedNotes(context, package); !path.empty())
+        OpenNotes(context, path);
+}
+
+void DeleteNotes(CommandContext& context, const LoadedPackage& package) {
+    const std::string path = ListedNotes(context, package);
+    if (path.empty())
+        return;
+    if (!DeleteFileForced(context.files, path))
+        context.user.Tell("The notes file " + path +
+                              " could not be deleted.  Please close the program that uses it and try again.",
+                          MessageIcon::Exclamation);
+    context.window.RefreshPackageDisplay();
+}
+
+void ExplorePackage(CommandContext& context, const LoadedPackage& package) {
+    const std::string name = CurrentPackageName(context.window);
+    if (!package.isStaging && !name.empty() &&
+        !FindSimAircraftDirectory(context.files, context.locations, name).empty())
+        context.user.Tell(
+            "WARNING:  This package is currently installed in MSFS.  Any manual changes to this "
+            "package may prevent unused gauges from being removed when you choose to remove "
+            "the package from MSFS.",
+            MessageIcon::Exclamation);
+    const std::string directory = ShownDirectory(context, package);
+    if (!context.launcher.OpenInFileManager(directory, WindowState::Normal))
+        context.user.Tell("The directory " + directory + " could not be opened.", MessageIcon::Exclamation);
+}
+
+} // namespace korvadex

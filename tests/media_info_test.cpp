@@ -1,0 +1,290 @@
+// The editor of the aircraft's information: what it changes in the file, and that nothing is ever lost.
+#include "media/aircraft_info.h"
+#include "media/info_offers.h"
+#include "media/info_text.h"
+#include "platform/windows_path.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+namespace korvadex::test {
+namespace {
+
+TEST(InfoText, EscapesBothWays) {
+    const struct {
+        std::string file, dialog;
+        bool isBothWays = true;
+    } rows[] = {
+        {"Cruise 120 kt\\nRange 480\\s see 5\\/6\\tend", "Cruise 120 kt\r\nRange 480; see 5/6\tend"},
+        {"a\\n\\nb", "a\r\n\r\nb"},
+        {"http:\\/\\/x", "http://x"},
+        {"plain / slash; and \\q", "plain / slash; and \\q", false},
+        {"\\\\//", "//", false}, // until no mark is left
+        {"", ""},
+    };
+    for (const auto& row : rows) {
+        std::string text = row.file;
+        EXPECT_EQ(EscapeConfigText(text, true), row.dialog);
+        if (row.isBothWays) {
+            EXPECT_EQ(EscapeConfigText(text, false), row.file);
+        }
+    }
+}
+
+AircraftInfo Some() {
+    AircraftInfo info;
+    info.atcId = "N1";
+    info.description = "One;\r\nTwo/\xC3\xA9";
+    info.atcType = "GLIDER";
+    return info;
+}
+
+struct FileRow {
+    std::string name, before, after; // after Some()
+};
+class InfoFiles : public testing::TestWithParam<FileRow> {};
+
+TEST_P(InfoFiles, ChangeInTheManagedKeysAlone) {
+    const std::string after = WithAircraftInfo(GetParam().before, Some());
+    EXPECT_EQ(after, GetParam().after);
+    EXPECT_EQ(WithAircraftInfo(after, Some()), after) << "a second time";
+    ConfigInfo read = ReadAircraftInfo(after);
+    if (!read.hasConfiguration) {
+        read.info.atcId = Some().atcId;
+        read.info.description = Some().description;
+    }
+    EXPECT_EQ(read.info, Some());
+}
+
+#define CFG "atc_id=N1\r\ndescription=One\\s\\nTwo\\/\xE9\r\n"
+#define GEN "atc_type=GLIDER\r\neditable=0\r\n"
+const FileRow FileRows[] = {
+    {"Comments",
+     "; mine\r\n\r\n[fltsim.0]\r\ntitle=Caf\xE9\r\n//atc_id=no\r\n;description=no\r\natc_id=X\r\nsim=a\r\n"
+     "\r\n[General]\r\n  key = v \r\neditable=1\r\n\r\n[other]\r\natc_id=kept\r\neditable=kept\r\n",
+     "; mine\r\n\r\n[fltsim.0]\r\ntitle=Caf\xE9\r\n//atc_id=no\r\n;description=no\r\nsim=a\r\n" CFG
+     "\r\n[General]\r\n  key = v \r\n" GEN "\r\n[other]\r\natc_id=kept\r\neditable=kept\r\n"},
+    {"OddCaseTabsAndBlanks",
+     "[FLTSIM.0]\r\n\tATC_ID=A\r\n  Atc_Heavy=1\r\nUI_Type = kept\r\n\t\r\n[GENERAL]\r\nAtc_Model=B\r\n",
+     "[FLTSIM.0]\r\nUI_Type = kept\r\n" CFG "\t\r\n[GENERAL]\r\n" GEN "\r\n"},
+    {"MixedLineEnds", "[fltsim.0]\ntitle=a\r\nb=\r[General]\r\nc=1\n\r\n\n",
+     "[fltsim.0]\ntitle=a\r\nb=\r" CFG "\r\n[General]\r\nc=1\n" GEN "\r\n\n"},
+    {"LineFeeds", "[fltsim.0]\na=1\n[General]\n",
+     "[fltsim.0]\na=1\natc_id=N1\ndescription=One\\s\\nTwo\\/"
+     "\xE9\n\n[General]\natc_type=GLIDER\neditable=0\n\n"},
+    {"NoFinalLineEnd", "[General]\r\na=1\r\n[fltsim.0]\r\ntitle=a",
+     "[General]\r\na=1\r\n" GEN "\r\n[fltsim.0]\r\ntitle=a\r\n" CFG "\r\n"},
+    {"AKeyAsTheUnendedLastLine", "[fltsim.0]\r\ntitle=a\r\nui_type=X",
+     "[fltsim.0]\r\ntitle=a\r\n" CFG "\r\n[General]\r\n" GEN "\r\n"},
+    {"SectionsTwice",
+     "[fltsim.0]\r\natc_id=A\r\n[General]\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n[general]"
+     "\r\n"
+     "editable=1\r\n",
+     "[fltsim.0]\r\n" CFG "\r\n[General]\r\n" GEN "\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n"
+     "[general]\r\neditable=1\r\n"},
+    {"NoConfiguration", "[pilot]\r\natc_id=A", "[pilot]\r\natc_id=A\r\n[General]\r\n" GEN "\r\n"},
+    {"MoreThan2000Lines", "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n[General]\r\n",
+     "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n" CFG "\r\n[General]\r\n" GEN "\r\n"},
+};
+#undef CFG
+#undef GEN
+INSTANTIATE_TEST_SUITE_P(Files, InfoFiles, testing::ValuesIn(FileRows), RowName<FileRow>);
+
+TEST(InfoText, EmptyFieldsHaveNoKey) {
+    AircraftInfo info = Some();
+    info.isHeavy = info.isEditable = true;
+    const std::string full = WithAircraftInfo("[fltsim.0]\r\nt=1\r\n\r\n[General]\r\n", info);
+    EXPECT_NE(full.find("\r\natc_heavy=1\r\ndescription="), std::string::npos);
+    EXPECT_EQ(ReadAircraftInfo(full).info, info);
+    EXPECT_EQ(WithAircraftInfo(full, {}), "[fltsim.0]\r\nt=1\r\n\r\n[General]\r\neditable=0\r\n\r\n");
+    EXPECT_TRUE(ReadAircraftInfo("[fltsim.0]\natc_heavy=\"01\"").info.isHeavy);
+    EXPECT_EQ(ReadAircraftInfo("[fltsim.0]\natc_id=  A \natc_id=B").info.atcId, "A");
+}
+
+class InfoTest : public SimTest {
+  protected:
+    InfoTest() {
+        drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file);
+        drive.Put("FS\\fs2002.exe", "MZ");
+        Select("Lear");
+    }
+    const std::string file = "[fltsim.0]\r\ntitle=Lear\r\nui_type=45\r\n";
+    const std::string cfg = drive.At("Hangar\\Jets\\Lear\\aircraft.cfg");
+    std::string File() { return drive.Get("Hangar\\Jets\\Lear\\aircraft.cfg"); }
+
+    // Opens the dialog, enters a tail number and applies.
+    void Apply(bool isTaken, const std::string& atcId = "N1") {
+        user.ExpectInfo([=](const InfoForm& form) {
+            AircraftInfo entered = form.info;
+            entered.atcId = atcId;
+            EXPECT_EQ(form.accept(entered), isTaken);
+        });
+        EditAircraftInfo(context, package);
+    }
+};
+
+TEST_F(InfoTest, OpensAfterItsChecks) {
+    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\fs2002.exe")));
+    user.Expect("This information is for FS2002 only.", Answer::Ok, MessageIcon::Exclamation);
+    EditAircraftInfo(context, package);
+    drive.Put("FS\\FS2002.EXE", "MZ");
+    user.Expect("Aircraft configuration file not found.", Answer::Ok, MessageIcon::Exclamation);
+    EditAircraftInfo(context, {});
+
+    drive.MakeDirectory("FS\\aircraft\\Lear");
+    user.Expect("This package is currently installed in Flight Simulator.  Any changes to this information "
+                "will not have an effect until the package is reinstalled with Korvadex.",
+                Answer::Ok, MessageIcon::Information);
+    Apply(true);
+    EXPECT_EQ(File(),
+              "[fltsim.0]\r\ntitle=Lear\r\natc_id=N1\r\nui_type=45\r\n\r\n[General]\r\neditable=0\r\n\r\n");
+
+    drive.Put("Staging\\x\\Aircraft.cfg", file);
+    LoadPackage(context, locations.StagingDir, true, package);
+    Apply(true);
+    EXPECT_TRUE(drive.Get("Staging\\x\\Aircraft.cfg").starts_with("[fltsim.0]\r\ntitle=Lear\r\natc_id=N1"));
+}
+
+TEST_F(InfoTest, WithoutAChangeNothingIsWritten) {
+    FaultyFiles faulty(drive.Files());
+    CommandContext counted{faulty, launcher, locations, limits, user, window};
+    user.ExpectInfo([](const InfoForm& form) {
+        AircraftInfo entered = form.info;
+        entered.type = " 45 ";
+        EXPECT_TRUE(form.mayClose(entered));
+        EXPECT_TRUE(form.accept(entered));
+    });
+    EditAircraftInfo(counted, package);
+    EXPECT_EQ(faulty.Changes(), 0);
+    user.ExpectInfo([&](const InfoForm& form) {
+        AircraftInfo entered = form.info;
+        entered.isHeavy = true;
+        const char* question = "What you have changed was not applied.  Do you want to discard it?";
+        user.Expect(question, Answer::No).Expect(question, Answer::Yes);
+        EXPECT_FALSE(form.mayClose(entered));
+        EXPECT_TRUE(form.mayClose(entered));
+    });
+    EditAircraftInfo(counted, package);
+}
+
+TEST_F(InfoTest, WhatTheFileCannotHoldIsNotWritten) {
+    const struct {
+        std::string AircraftInfo::*field;
+        std::string text, message;
+    } rows[] = {
+        {&AircraftInfo::variation, "Warsz\xC3\xB3w \xC5\x82",
+         "The variation has a character that cannot be kept in aircraft.cfg:  \xC5\x82  Please change it."},
+        {&AircraftInfo::manufacturer, "a\nb", "The manufacturer has a line break..."},
+        {&AircraftInfo::performance, "C:\\new", "The performance has a \\ before one of n..."},
+    };
+    for (const auto& row : rows) {
+        user.ExpectInfo([&](const InfoForm& form) {
+            AircraftInfo entered = form.info;
+            entered.*row.field = row.text;
+            user.Expect(row.message, Answer::Ok);
+            EXPECT_FALSE(form.accept(entered));
+        });
+        EditAircraftInfo(context, package);
+        EXPECT_EQ(File(), file);
+    }
+}
+
+TEST_F(InfoTest, AFileThatChangesMeanwhileLosesNothing) {
+    const auto during = [&](const std::function<void()>& change, bool isTaken) {
+        user.ExpectInfo([=](const InfoForm& form) {
+            change();
+            AircraftInfo entered = form.info;
+            entered.atcId += "+";
+            EXPECT_EQ(form.accept(entered), isTaken);
+        });
+        EditAircraftInfo(context, package);
+    };
+    during([&] { drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", ";new\r\n" + file); }, true);
+    EXPECT_TRUE(File().starts_with(";new\r\n[fltsim.0]\r\ntitle=Lear\r\natc_id=+\r\nui_type=45\r\n"));
+    during(
+        [&] {
+            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file + "atc_id=theirs\r\n");
+            user.Expect("This information was changed by another program in " + cfg +
+                            ".  Do you want to replace it with what you have entered?",
+                        Answer::No);
+        },
+        false);
+    EXPECT_EQ(File(), file + "atc_id=theirs\r\n");
+    during(
+        [&] {
+            ASSERT_TRUE(drive.Files().SetReadOnly(cfg, true));
+            user.Expect("The file " + cfg + " is read-only...", Answer::Ok);
+        },
+        false);
+    EXPECT_EQ(File(), file + "atc_id=theirs\r\n");
+    during(
+        [&] {
+            ASSERT_TRUE(drive.Files().ClearAttributes(cfg) && drive.Files().Delete(cfg));
+            user.Expect("The file " + cfg + " could not be read again...", Answer::Ok);
+        },
+        false);
+}
+
+// Takes every message.
+class PatientUser : public ScriptedUser {
+  public:
+    int messages = 0;
+    CheckedAnswer ShowMessage(const std::string&, MessageButtons, MessageIcon,
+                              const MessageOptions&) override {
+        ++messages;
+        return {Answer::Ok, false};
+    }
+};
+
+TEST_F(InfoTest, AFaultLeavesTheOldFile) {
+    std::string whole;
+    for (const bool stops : {false, true}) {
+        bool isWhole = false;
+        for (int change = 1; !isWhole; ++change) {
+            SCOPED_TRACE(std::to_string(change) + (stops ? " and all after it" : ""));
+            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file);
+            FaultyFiles disk(drive.Files());
+            PatientUser patient;
+            CommandContext broken{disk, launcher, locations, limits, patient, window};
+            bool isTaken = false;
+            patient.ExpectInfo([&](const InfoForm& form) {
+                AircraftInfo entered = form.info;
+                entered.atcId = "N1";
+                if (stops)
+                    disk.StopAt(change, FileFault::DiskFull);
+                else
+                    disk.FailAt(change, FileFault::DiskFull);
+                isTaken = form.accept(entered);
+            });
+            EditAircraftInfo(broken, package);
+            EXPECT_EQ(patient.messages, isTaken ? 0 : 1);
+            isWhole = disk.Changes() < change;
+            EXPECT_EQ(File() == file, !isTaken);
+            whole = isTaken && whole.empty() ? File() : whole;
+            EXPECT_TRUE(!isTaken || File() == whole);
+        }
+    }
+}
+
+TEST_F(InfoTest, OffersWhatOthersUse) {
+    drive.Put("Hangar\\Props\\Cub\\aircraft.cfg",
+              "[fltsim.0]\natc_airline=Zeta Air\nui_manufacturer=\"Orvane\"\n[fltsim.1]\n ATC_Airline=alpha\n"
+              "[General]\natc_type=orvane\natc_model=\n");
+    drive.Put("FS\\aircraft\\Mine\\Aircraft.CFG",
+              "ui_manufacturer=ORVANE\r\natc_type=Tern\r\natc_airline=ALPHA");
+    drive.Put("FS\\aircraft\\Empty\\aircraft.cfg", "");
+    drive.MakeDirectory("FS\\aircraft\\None");
+    InfoOfferSearch search(drive.Files(), locations);
+    const InfoOffers common = search.Offers();
+    while (search.Continue(std::chrono::milliseconds(0))) {
+    }
+    const InfoOffers offers = search.Offers();
+    EXPECT_EQ(offers.atcAirlines.size(), common.atcAirlines.size() + 2);
+    EXPECT_EQ(offers.manufacturers.size(), common.manufacturers.size() + 1);
+    EXPECT_EQ(offers.atcTypes.size(), common.atcTypes.size() + 2);
+    EXPECT_EQ(offers.atcModels, common.atcModels);
+    EXPECT_EQ(offers.atcAirlines.back(), "Zeta Air");
+    EXPECT_TRUE(std::is_sorted(offers.atcTypes.begin(), offers.atcTypes.end(), LessNoCase));
+}
+
+} // namespace
+} // namespace korvadex::test
