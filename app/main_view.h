@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "media/gallery.h"
+#include "media/picture_import.h"
 #include "package/loaded_package.h"
 
 #include <optional>
@@ -28,6 +29,7 @@ struct MainView {
     bool isStagingEmpty = true;
     // For the status bar: "12 packages  -  3 installed in MSFS  -  Staging is empty".
     std::string statusCounts;
+    int imageIndex = 0;   // of the package's pictures, from 1; 0 when it has none
     int listRevision = 0; // grows when the loaded package was loaded anew
 };
 
@@ -80,14 +82,18 @@ struct LocationsEntry {
     Locations locations;
 };
 class ProfileEditor;
-class ProgramDialogs {
+class ProgramDialogs : public PictureConverter {
   public:
-    virtual ~ProgramDialogs() = default;
     // frmLocations with the non-empty profiles of settings. The check box changes settings.AskLocationAtStart
     // at once. None when the dialog was closed without cmdAccept.
     virtual std::optional<LocationsEntry> ShowLocations(Settings& settings) = 0;
     // frmLocationProfiles, and frmLocationProfileModify from there.
     virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
+
+    // Existing picture files, one or several; the directory to open on may be "". None of them: cancelled.
+    virtual OfferedPictures ChoosePictures(const std::string& directory) = 0;
+    // Picture files, or a picture, that lie on the clipboard.
+    virtual OfferedPictures ClipboardPictures() = 0;
 };
 
 } // namespace korvadex

@@ -60,6 +60,15 @@ class Program : private MainWindow {
     void ShowComponentInFolder(int group, int position); // in the system's file manager
     void DeleteComponents(int group, const std::vector<int>& positions);
 
+    // --- the pictures of the shown package
+    void ShowNextImage();
+    void ShowPreviousImage();
+    void DeleteImage();
+    void MakeFirstImage();
+    void ImportImageFiles(); // asks which
+    void ImportImageClipboard();
+    void ImportDroppedImages(const OfferedPictures& offered);
+
     // --- the list window frmFileList
     void ListAllPackages();
     void ListInstalledPackages();
@@ -174,6 +183,13 @@ class Program : private MainWindow {
     std::string SelectedPackagePath() const;
     void UpdateCaption();
 
+    // picture_commands.cpp
+    std::string ShownImage() const;          // its path; "" when there is none
+    void ShowImage(const std::string& path); // where the package has it
+    bool CanTakeImages();
+    void ImportImages(const OfferedPictures& offered);
+    std::string NameForImage() const;
+
     // staging_commands.cpp
     void RunStagingCommand(int code, const std::string& archive = "");
     void CopyToHangar();
@@ -205,10 +221,11 @@ class Program : private MainWindow {
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     CommandState state;
     HangarMemory memory;
-    std::string importedAircraft; // set until Staging is shown with it: the gauges are still to come
-    bool isBatch = false;         // packages are gone through: each is loaded only for its own command
-    modUnzip unzip;               // one for the run: its password prompt is shown once
-    HangarListing hangar;         // the shown categories, as last listed
+    std::string lastPictureDirectory; // where picture files were last chosen from; "" at first
+    std::string importedAircraft;     // set until Staging is shown with it: the gauges are still to come
+    bool isBatch = false;             // packages are gone through: each is loaded only for its own command
+    modUnzip unzip;                   // one for the run: its password prompt is shown once
+    HangarListing hangar;             // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.
     bool isHangarStale = false;
     Overview fileList;   // what frmFileList was given last

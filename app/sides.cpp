@@ -71,10 +71,12 @@ void Program::ShowStagingSide() {
 }
 
 void Program::LoadShownSide() {
+    const auto shown = ShownImage();
     if (view.HangarSideShown)
         LoadSelectedPackage();
     else
         LoadStaging();
+    ShowImage(shown); // still the same one
 }
 
 void Program::RefreshPackageDisplay() {
@@ -90,6 +92,7 @@ void Program::LoadSelectedPackage() {
     const auto path = SelectedPackagePath();
     if (!path.empty())
         LoadPackage(context, path, false, package);
+    view.imageIndex = package.pictures.empty() ? 0 : 1;
     view.sizeText = SizeText(package);
 }
 
@@ -98,6 +101,7 @@ void Program::LoadStaging() {
     CheckSingleAircraftCfg(context);
     if (LoadPackage(context, settings.locations.StagingDir, true, package).isConfigurationChosen)
         view.packageName.clear();
+    view.imageIndex = package.pictures.empty() ? 0 : 1;
 
     const auto nameFile = settings.locations.StagingDir + std::string(ImportNameFile);
     const auto info = files.Info(nameFile);
@@ -118,6 +122,7 @@ void Program::LoadStaging() {
 
 void Program::ClearPackageDisplay() {
     package = {};
+    view.imageIndex = 0;
     view.sizeText.clear();
     ++view.listRevision;
 }

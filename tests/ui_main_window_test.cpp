@@ -207,6 +207,7 @@ TEST_F(MainWindowTest, APictureIsDecodedAtTheSizeShown) {
     auto& shown = Control<PictureView>(window, "imgImageBox");
     const auto show = [&](const char* name) {
         package.pictures = {drive.At(std::string("Hangar\\") + name)};
+        view.imageIndex = 1;
         ++view.listRevision;
         Show();
         EXPECT_EQ(Control<QLabel>(window, "lblImageName").text(), name);

@@ -11,9 +11,11 @@
 #include "ui/frmUnusedGauges.h"
 #include "ui/input_box.h"
 #include "ui/message_box.h"
+#include "ui/picture_files.h"
 #include "ui/qt_text.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFileDialog>
 
 #include <exception>
@@ -165,6 +167,24 @@ std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings) {
 
 void Dialogs::ShowLocationProfiles(ProfileEditor& profiles) {
     frmLocationProfiles(files, profiles, Parent()).exec();
+}
+
+OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {
+    QFileDialog dialog(Parent(), "Import image files",
+                       directory.empty() ? QString() : ToQt(files.HostPath(directory)), PictureFileFilter());
+    dialog.setObjectName("pictureFileDialog");
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return OfferFiles(files, dialog.selectedFiles());
+}
+
+OfferedPictures Dialogs::ClipboardPictures() {
+    return OfferContent(files, *QApplication::clipboard()->mimeData());
+}
+
+PreparedPicture Dialogs::Prepare(const std::string& path) {
+    return PreparePicture(ToQt(files.HostPath(path)));
 }
 
 } // namespace korvadex

@@ -29,6 +29,9 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowInfo(const InfoForm& form) override;
     std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
+    OfferedPictures ChoosePictures(const std::string& directory) override;
+    OfferedPictures ClipboardPictures() override;
+    PreparedPicture Prepare(const std::string& path) override;
 
   private:
     QWidget* Parent() const;

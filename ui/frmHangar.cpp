@@ -1,10 +1,12 @@
 #include "ui/frmHangar.h"
 
+#include "media/package_pictures.h"
 #include "platform/windows_path.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
 #include "ui/frmPhotos.h"
 #include "ui/menus.h"
+#include "ui/picture_files.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmHangar.h"
@@ -132,6 +134,18 @@ void frmHangar::ConnectControls() {
             [this](int group, const std::vector<int>& positions) {
                 Run([&](Program& to) { to.DeleteComponents(group, positions); });
             });
+    const auto onPicture = [this](void (PictureBox::*signal)(), void (Program::*command)()) {
+        connect(ui->picPackage, signal, this,
+                [this, command] { Run([=](Program& to) { (to.*command)(); }); });
+    };
+    onPicture(&PictureBox::NextRequested, &Program::ShowNextImage);
+    onPicture(&PictureBox::PreviousRequested, &Program::ShowPreviousImage);
+    onPicture(&PictureBox::DeleteRequested, &Program::DeleteImage);
+    onPicture(&PictureBox::FirstRequested, &Program::MakeFirstImage);
+    onPicture(&PictureBox::PasteRequested, &Program::ImportImageClipboard);
+    connect(ui->picPackage, &PictureBox::PicturesDropped, this, [this](const QStringList& hostPaths) {
+        Run([&](Program& to) { to.ImportDroppedImages(OfferFiles(files, hostPaths)); });
+    });
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Run([=](Program& to) { to.ChooseFileListLine(row); }); });
     connect(photos.get(), &frmPhotos::PictureChosen, this,
@@ -202,6 +216,8 @@ void frmHangar::ChooseEntry(const QString& name) {
         {"mnuDeleteNotes", &Program::DeleteNotes},
         {"mnuReadNotes", &Program::ReadNotes},
         {"mnuInformation", &Program::EditInformation},
+        {"mnuImportImageClipboard", &Program::ImportImageClipboard},
+        {"mnuImportImage", &Program::ImportImageFiles},
         {"mnuReadMe", &Program::OpenReadMe},
     };
     for (const auto& [entry, command] : commands)
@@ -225,10 +241,12 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ui->lblPackageSize->setText(ToQt(view.sizeText));
     lblStatus->setText(ToQt(view.status));
     lblCounts->setText(ToQt(view.statusCounts));
-    if (view.listRevision != shownRevision) {
-        shownRevision = view.listRevision;
+    if (view.listRevision != shownRevision)
         ShowPackage(package);
-    }
+    if (view.listRevision != shownRevision || view.imageIndex != shownImage)
+        ShowPicture(view, package);
+    shownRevision = view.listRevision;
+    shownImage = view.imageIndex;
 }
 
 void frmHangar::ShowPackage(const LoadedPackage& package) {
@@ -236,10 +254,14 @@ void frmHangar::ShowPackage(const LoadedPackage& package) {
     SetText(ui->txtPanelAlias, ToQt(package.panelText));
     SetText(ui->txtSoundAlias, ToQt(package.soundText));
     ui->tabComponents->ShowFiles(package);
-    if (package.pictures.empty())
+}
+
+void frmHangar::ShowPicture(const MainView& view, const LoadedPackage& package) {
+    const auto path = ImageAt(package, view.imageIndex);
+    if (path.empty())
         return ui->picPackage->ShowNoPicture();
-    const std::string& first = package.pictures.front();
-    ui->picPackage->ShowPicture(ToQt(files.HostPath(first)), ToQt(LastPathComponent(first)));
+    ui->picPackage->ShowPicture(ToQt(files.HostPath(path)), ToQt(LastPathComponent(path)), view.imageIndex,
+                                int(package.pictures.size()));
 }
 
 void frmHangar::ShowFilterCount() {

@@ -73,6 +73,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void ChooseEntry(const QString& name);
     void ShowSide(bool isHangarSide);
     void ShowPackage(const LoadedPackage& package);
+    void ShowPicture(const MainView& view, const LoadedPackage& package);
     void ShowFilterCount();
 
     const FileSystem& files;
@@ -87,6 +88,7 @@ class frmHangar : public QMainWindow, public MainForm {
     std::unique_ptr<frmPhotos> photos;
     QElapsedTimer lastPaint;
     int shownRevision = -1;
+    int shownImage = 0;
     bool hasEnded = false;
 };
 

@@ -1,65 +1,87 @@
 #include "ui/picture_box.h"
 
+#include "ui/picture_files.h"
 #include "ui_picture_box.h"
 
 #include <QImageReader>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QShortcut>
+#include <QStyleOption>
+#include <QTextOption>
 #include <QTimer>
 
 namespace korvadex {
 
 namespace {
 
-// A picture that claims to be larger than this is not decoded.
-constexpr int MostMegabytes = 64;
+constexpr int MostMegabytes = 256; // that a picture of unknown size may take
+constexpr int TextMargin = 8;
+
+// What is dropped together with an archive is left to the window, which takes archives.
+QStringList DroppedPictures(const QMimeData& data) {
+    const auto urls = data.urls();
+    const bool hasArchive = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) {
+        return url.fileName().endsWith(".zip", Qt::CaseInsensitive);
+    });
+    return hasArchive ? QStringList() : PictureFilesIn(data);
+}
 
 } // namespace
 
 PictureView::PictureView(QWidget* parent) : QWidget(parent), decodeAgain(new QTimer(this)) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setFocusPolicy(Qt::StrongFocus);
     // While the window is being resized the picture at hand is stretched; the file is read again afterwards.
     decodeAgain->setSingleShot(true);
     decodeAgain->setInterval(100);
     connect(decodeAgain, &QTimer::timeout, this, &PictureView::Decode);
 }
 
-void PictureView::SetPicture(const QString& hostPath) {
+void PictureView::SetPicture(const QString& hostPath, const QString& fileName) {
     path = hostPath;
+    name = fileName;
     Decode();
 }
 
 void PictureView::Decode() {
     decodeAgain->stop();
     picture = {};
+    placeholder.clear();
     if (!path.isEmpty()) {
-        QImageReader reader(path);
-        reader.setDecideFormatFromContent(true);
-        reader.setAutoTransform(true);
-        const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-        const QSize box = (QSizeF(isTurned ? size().transposed() : size()) * devicePixelRatioF()).toSize();
-        const QSize stored = reader.size();
-        if (stored.width() > box.width() || stored.height() > box.height())
-            reader.setScaledSize(stored.scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1}));
-        picture = reader.read();
-        natural = !stored.isValid() ? picture.size() : isTurned ? stored.transposed() : stored;
+        auto read = ReadPictureFile(path, (QSizeF(size()) * devicePixelRatioF()).toSize());
+        picture = std::move(read.image);
+        natural = read.natural;
+        if (picture.isNull())
+            placeholder = name + " cannot be shown: " + read.problem;
+        setAccessibleDescription(placeholder.isEmpty() ? name : placeholder);
     }
     update();
 }
 
 void PictureView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    if (picture.isNull()) {
-        if (!path.isEmpty())
-            painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, "This picture cannot be shown.");
-        return;
+    if (!picture.isNull()) {
+        QSizeF shown = natural;
+        if (shown.width() > width() || shown.height() > height())
+            shown.scale(size(), Qt::KeepAspectRatio);
+        QRectF place(QPointF(), shown);
+        place.moveCenter(QRectF(rect()).center());
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(place, picture);
+    } else {
+        QTextOption option(Qt::AlignCenter);
+        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        painter.drawText(QRectF(rect()).adjusted(TextMargin, TextMargin, -TextMargin, -TextMargin),
+                         placeholder, option);
     }
-    QSizeF shown = natural;
-    if (shown.width() > width() || shown.height() > height())
-        shown.scale(size(), Qt::KeepAspectRatio);
-    QRectF place(QPointF(), shown);
-    place.moveCenter(QRectF(rect()).center());
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(place, picture);
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
 }
 
 void PictureView::resizeEvent(QResizeEvent* /*event*/) {
@@ -67,24 +89,97 @@ void PictureView::resizeEvent(QResizeEvent* /*event*/) {
         decodeAgain->start();
 }
 
+void PictureView::mousePressEvent(QMouseEvent* event) {
+    event->setAccepted(event->button() == Qt::LeftButton); // the release comes here, too
+}
+
+void PictureView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        emit NextRequested();
+}
+
+void PictureView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Right:
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+        return emit NextRequested();
+    case Qt::Key_Left:
+    case Qt::Key_PageUp:
+        return emit PreviousRequested();
+    case Qt::Key_Delete:
+        return emit DeleteRequested();
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
 PictureBox::PictureBox(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::PictureBox>()) {
     ui->setupUi(this);
+    setAcceptDrops(true);
     QImageReader::setAllocationLimit(MostMegabytes);
+
+    connect(ui->imgImageBox, &PictureView::NextRequested, this, &PictureBox::NextRequested);
+    connect(ui->imgImageBox, &PictureView::PreviousRequested, this, &PictureBox::PreviousRequested);
+    connect(ui->imgImageBox, &PictureView::DeleteRequested, this, &PictureBox::DeleteRequested);
+    connect(ui->cmdImgNext, &QPushButton::clicked, this, &PictureBox::NextRequested);
+    connect(ui->cmdImgPrevious, &QPushButton::clicked, this, &PictureBox::PreviousRequested);
+    connect(ui->cmdDeleteImage, &QPushButton::clicked, this, &PictureBox::DeleteRequested);
+    connect(ui->cmdFirstImage, &QPushButton::clicked, this, &PictureBox::FirstRequested);
+    auto* paste = new QShortcut(QKeySequence::Paste, this);
+    paste->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(paste, &QShortcut::activated, this, &PictureBox::PasteRequested);
     ShowNoPicture();
 }
 
 PictureBox::~PictureBox() = default;
 
-void PictureBox::ShowPicture(const QString& hostPath, const QString& fileName) {
+void PictureBox::ShowPicture(const QString& hostPath, const QString& fileName, int index, int count) {
     ui->lblImageName->setText(fileName);
-    ui->imgImageBox->setAccessibleDescription(fileName);
-    ui->imgImageBox->SetPicture(hostPath);
+    ui->imgImageBox->SetPicture(hostPath, fileName);
+    ShowCount(index, count);
 }
 
 void PictureBox::ShowNoPicture() {
     ui->lblImageName->setText("No images currently available for viewing.");
     ui->imgImageBox->setAccessibleDescription({});
-    ui->imgImageBox->SetPicture({});
+    ui->imgImageBox->SetPicture({}, {});
+    ShowCount(0, 0);
+}
+
+void PictureBox::ShowCount(int index, int count) {
+    const bool isOneOfMany = count > 1;
+    ui->lblImageCount->setText(isOneOfMany ? QString("%1 of %2").arg(index).arg(count) : QString());
+    ui->imgImageBox->setCursor(isOneOfMany ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    ui->imgImageBox->setToolTip(isOneOfMany  ? "Click for the next picture"
+                                : count == 1 ? ""
+                                             : "Drop picture files here, or press Ctrl+V to paste a picture");
+    // Whoever stands on a button that is about to be disabled stays with the picture.
+    for (QPushButton* button : {ui->cmdImgNext, ui->cmdImgPrevious, ui->cmdFirstImage, ui->cmdDeleteImage}) {
+        const bool isForMany = button == ui->cmdImgNext || button == ui->cmdImgPrevious;
+        const bool isUsable = isForMany ? isOneOfMany : count > 0;
+        if (button->hasFocus() && !isUsable)
+            ui->imgImageBox->setFocus();
+        button->setEnabled(isUsable);
+    }
+}
+
+void PictureBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (DroppedPictures(*event->mimeData()).isEmpty())
+        return event->ignore();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void PictureBox::dropEvent(QDropEvent* event) {
+    const QStringList pictures = DroppedPictures(*event->mimeData());
+    if (pictures.isEmpty())
+        return event->ignore();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // The program that they were dragged from waits until this returns.
+    QMetaObject::invokeMethod(
+        this, [this, pictures] { emit PicturesDropped(pictures); }, Qt::QueuedConnection);
 }
 
 } // namespace korvadex

@@ -6,13 +6,16 @@
 
 #include <memory>
 
+class QMimeData;
+
 namespace Ui {
 class PictureBox;
 }
 
 namespace korvadex {
 
-// Paints one picture file, decoded at the size shown and never enlarged.
+// Paints one picture file, decoded at the size shown and never enlarged; of a file that cannot be shown it tells
+// the reason.
 class PictureView : public QWidget {
     Q_OBJECT
 
@@ -20,20 +23,31 @@ class PictureView : public QWidget {
     explicit PictureView(QWidget* parent = nullptr);
 
     // A path as the host names it; "" for no picture.
-    void SetPicture(const QString& hostPath);
+    void SetPicture(const QString& hostPath, const QString& fileName);
     const QImage& Picture() const { return picture; }
+    // What stands in the place of a picture that cannot be shown; "" otherwise.
+    const QString& Placeholder() const { return placeholder; }
 
     QSize sizeHint() const override { return {320, 220}; }
+
+  signals:
+    void NextRequested(); // a click, or a key
+    void PreviousRequested();
+    void DeleteRequested();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void Decode();
 
-    QString path;
+    QString path, name;
     QImage picture;
+    QString placeholder;
     QSize natural; // in the file, turned as it is shown
     QTimer* decodeAgain;
 };
@@ -45,11 +59,26 @@ class PictureBox : public QWidget {
     explicit PictureBox(QWidget* parent = nullptr);
     ~PictureBox() override;
 
-    // The file's host path and the name that is shown beside it.
-    void ShowPicture(const QString& hostPath, const QString& fileName);
+    // The file's host path, the name that is shown beside it, and which one of how many it is.
+    void ShowPicture(const QString& hostPath, const QString& fileName, int index, int count);
     void ShowNoPicture();
 
+  signals:
+    void NextRequested();
+    void PreviousRequested();
+    void DeleteRequested();
+    void FirstRequested();
+    void PasteRequested();
+    // Host paths. Sent when the program that they were dragged from no longer waits.
+    void PicturesDropped(const QStringList& hostPaths);
+
+  protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
   private:
+    void ShowCount(int index, int count);
+
     std::unique_ptr<Ui::PictureBox> ui;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/main_view.h"
+#include "tests/support/fake_converter.h"
 
 #include <gtest/gtest.h>
 
@@ -91,6 +92,15 @@ class ScriptedLocations : public ProgramDialogs {
     // What is done while frmLocationProfiles is open.
     std::function<void(ProfileEditor&)> editProfiles;
     void ShowLocationProfiles(ProfileEditor& profiles) override { editProfiles(profiles); }
+
+    OfferedPictures chosenPictures, clipboardPictures;
+    std::string pictureDirectory; // that the choice opened on
+    OfferedPictures ChoosePictures(const std::string& directory) override {
+        pictureDirectory = directory;
+        return chosenPictures;
+    }
+    OfferedPictures ClipboardPictures() override { return clipboardPictures; }
+    PreparedPicture Prepare(const std::string& path) override { return FakeConverter().Prepare(path); }
 
   private:
     std::deque<std::optional<LocationsEntry>> answers;

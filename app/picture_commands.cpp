@@ -1,0 +1,124 @@
+// The pictures of the package that is shown: going through them, taking them out and getting new ones in.
+#include "app/program.h"
+#include "media/package_pictures.h"
+#include "package/aircraft_cfg.h"
+#include "package/file_primitives.h"
+#include "package/package_name.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+std::string Program::ShownImage() const {
+    return ImageAt(package, view.imageIndex);
+}
+
+void Program::ShowImage(const std::string& path) {
+    const auto found = std::find(package.pictures.begin(), package.pictures.end(), path);
+    if (found != package.pictures.end())
+        view.imageIndex = static_cast<int>(found - package.pictures.begin()) + 1;
+}
+
+void Program::ShowNextImage() {
+    Run([&] { view.imageIndex = NextImage(package, view.imageIndex); });
+}
+
+void Program::ShowPreviousImage() {
+    Run([&] { view.imageIndex = PreviousImage(package, view.imageIndex); });
+}
+
+void Program::DeleteImage() {
+    Run([&] {
+        const int index = view.imageIndex;
+        const auto path = ShownImage();
+        if (path.empty() || !korvadex::DeleteImage(context, path))
+            return;
+        RefreshPackageDisplay();
+        RemoveEmptyImagesDirectory(files, package);
+        if (ShownImage() != path) // its neighbour follows
+            view.imageIndex = std::min(index, static_cast<int>(package.pictures.size()));
+    });
+}
+
+void Program::MakeFirstImage() {
+    Run([&] {
+        const auto path = ShownImage();
+        if (path.empty())
+            return;
+        ReloadWhenChanged(); // the names that are taken
+        if (ShownImage() != path) {
+            user.Tell("The picture " + path + " is no longer there.", MessageIcon::Exclamation);
+            return;
+        }
+        const auto marked = korvadex::MakeFirstImage(context, package, path);
+        RefreshPackageDisplay(); // the gallery has the old names
+        if (!marked)
+            return;
+        ShowImage(*marked);
+        ShowView();
+        user.Tell("Done.\r\n\r\nThis image will now be the first to be displayed for this package.");
+    });
+}
+
+// --- getting pictures in
+
+bool Program::CanTakeImages() {
+    ReloadWhenChanged();
+    if (!package.path.empty())
+        return true;
+    user.Tell("Please select a package first.", MessageIcon::Exclamation);
+    return false;
+}
+
+// For a picture that has no name of its own.
+std::string Program::NameForImage() const {
+    auto name = view.HangarSideShown ? CurrentPackageName(*this) : CleanPackageName(view.packageName);
+    if (name.empty() && package.aircraftTitle != MultipleTitle)
+        name = CleanPackageName(package.aircraftTitle);
+    return name.empty() ? "screenshot" : name;
+}
+
+void Program::ImportImages(const OfferedPictures& offered) {
+    const auto imported = ImportPictures(context, dialogs, package, offered, NameForImage());
+    if (imported.empty())
+        return;
+    RefreshPackageDisplay();
+    ShowImage(imported.front());
+    ShowStatus(imported.size() == 1 ? LastPathComponent(imported.front()) + " was imported."
+                                    : std::to_string(imported.size()) + " pictures were imported.");
+}
+
+void Program::ImportImageFiles() {
+    Run([&] {
+        if (!CanTakeImages())
+            return;
+        const auto chosen = dialogs.ChoosePictures(lastPictureDirectory);
+        if (!chosen.files.empty())
+            lastPictureDirectory = ParentDirectory(chosen.files.front());
+        ImportImages(chosen);
+    });
+}
+
+void Program::ImportImageClipboard() {
+    Run([&] {
+        if (!CanTakeImages())
+            return;
+        const auto offered = dialogs.ClipboardPictures();
+        if (offered.IsEmpty())
+            user.Tell("There is no picture on the clipboard.  Please copy one first, for example with the "
+                      "Print Screen key, and try again.",
+                      MessageIcon::Exclamation);
+        else
+            ImportImages(offered);
+    });
+}
+
+void Program::ImportDroppedImages(const OfferedPictures& offered) {
+    Run([&] {
+        if (CanTakeImages())
+            ImportImages(offered);
+    });
+}
+
+} // namespace korvadex

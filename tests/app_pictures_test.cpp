@@ -1,0 +1,134 @@
+// The picture commands from the main window's side: what is shown before and after each.
+#include "platform/windows_path.h"
+#include "tests/support/program_fixture.h"
+
+namespace korvadex::test {
+
+namespace {
+
+class PictureCommandsTest : public ProgramTest {
+  protected:
+    PictureCommandsTest() {
+        for (const char* name : {"a.jpg", "b.jpg", "(c).jpg"})
+            drive.Put("Hangar\\Jets\\Lear\\Images\\" + std::string(name), name);
+        drive.MakeDirectory("Hangar\\Jets\\Tutor");
+        drive.MakeDirectory("FS\\aircraft\\Lear"); // installed: its pictures may come and go all the same
+        drive.Put("from\\new.png", "x");
+        drive.Put("from\\b.jpg", "another");
+        Start();
+    }
+    // The picture as the window is told; "" when there is none.
+    std::string Picture() const {
+        const auto& pictures = program->Package().pictures;
+        const auto index = static_cast<std::size_t>(form.view.imageIndex);
+        return index == 0 ? "" : LastPathComponent(pictures.at(index - 1));
+    }
+    OfferedPictures From(std::vector<std::string> names) const {
+        OfferedPictures offered;
+        for (const auto& name : names)
+            offered.files.push_back(drive.At("from\\" + name));
+        return offered;
+    }
+};
+
+} // namespace
+
+TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
+    const auto done = "Done.\n\nThis image will now be the first to be displayed for this package.";
+    Select("Jets", 0);
+    EXPECT_EQ(Picture(), "(c).jpg");
+    program->ShowPreviousImage();
+    EXPECT_EQ(Picture(), "b.jpg");
+    program->Refresh();
+    EXPECT_EQ(Picture(), "b.jpg");
+    user.Expect(done, Answer::Ok, MessageIcon::None);
+    program->MakeFirstImage();
+    EXPECT_EQ(Picture(), "(b).jpg");
+    program->ShowNextImage();
+    EXPECT_EQ(Picture(), "a.jpg");
+    user.Expect("Delete a.jpg?", Answer::Yes, MessageIcon::None);
+    program->DeleteImage();
+    EXPECT_EQ(Picture(), "c.jpg");
+    user.Expect("Delete c.jpg?", Answer::Yes);
+    program->DeleteImage();
+    EXPECT_EQ(Picture(), "(b).jpg");
+    user.Expect(done, Answer::Ok);
+    program->MakeFirstImage();
+    EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear"), (std::vector<std::string>{"Images\\", "Images\\(b).jpg"}));
+
+    // It is gone: nothing else is made first in its place.
+    drive.Put("Hangar\\Jets\\Lear\\Images\\d.jpg", "d");
+    static_cast<void>(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg")));
+    user.Expect("The picture " + drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg") + " is no longer there.",
+                Answer::Ok);
+    program->MakeFirstImage();
+    EXPECT_EQ(Picture(), "d.jpg");
+    user.Expect("Delete d.jpg?", Answer::Yes);
+    program->DeleteImage();
+    EXPECT_EQ(Picture(), "");
+    EXPECT_TRUE(drive.Names("Hangar\\Jets\\Lear").empty());
+    program->ShowNextImage();
+    program->ShowPreviousImage();
+    program->DeleteImage();
+    program->MakeFirstImage();
+    EXPECT_EQ(Picture(), "");
+}
+
+TEST_F(PictureCommandsTest, StagingKeepsItsImagesDirectory) {
+    drive.Put("Staging\\images\\only.gif", "x");
+    program->GoToStaging();
+    EXPECT_EQ(Picture(), "only.gif");
+    user.Expect("Delete only.gif?", Answer::Yes);
+    program->DeleteImage();
+    EXPECT_EQ(drive.Names("Staging"), std::vector<std::string>{"images\\"});
+}
+
+TEST_F(PictureCommandsTest, NewPicturesAreShown) {
+    Select("Jets", 0);
+    dialogs.chosenPictures = From({"new.png", "b.jpg"});
+    program->ImportImageFiles();
+    EXPECT_EQ(Picture(), "new.jpg");
+    EXPECT_EQ(form.status, "2 pictures were imported.");
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Lear\\Images\\b(1).jpg"), "another");
+    EXPECT_EQ(dialogs.pictureDirectory, "");
+    dialogs.chosenPictures = {};
+    program->ImportImageFiles();
+    EXPECT_EQ(dialogs.pictureDirectory, drive.At("from\\"));
+    EXPECT_EQ(Picture(), "new.jpg");
+
+    user.Expect("There is no picture on the clipboard...", Answer::Ok, MessageIcon::Exclamation);
+    program->ImportImageClipboard();
+    dialogs.clipboardPictures.jpeg = "pasted";
+    program->ImportImageClipboard();
+    EXPECT_EQ(Picture(), "Lear.jpg");
+    program->ChoosePackage(1);
+    program->ImportDroppedImages(From({"new.png"}));
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Tutor\\Images\\new.jpg"), "a JPEG");
+
+    // Staging: the name as typed, then the title, then a name for any picture.
+    drive.Put("Staging\\aircraft.cfg", "[fltsim.0]\r\ntitle=Big: Bird\r\n");
+    program->GoToStaging();
+    program->ImportImageClipboard();
+    EXPECT_EQ(Picture(), "Big_ Bird.jpg");
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    program->SetPackageName(" My: Bird ");
+    program->ImportImageClipboard();
+    EXPECT_EQ(drive.Get("Staging\\Images\\My_ Bird.jpg"), "pasted");
+}
+
+TEST_F(PictureCommandsTest, APackageMustBeSelected) {
+    program->GoToStaging();
+    drive.MakeDirectory("Hangar\\Empty");
+    program->GoToHangar();
+    program->Refresh();
+    Select("Empty", -1);
+    for (const auto command : {&Program::ImportImageFiles, &Program::ImportImageClipboard}) {
+        user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+        ((*program).*command)();
+    }
+    user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+    program->ImportDroppedImages(From({"new.png"}));
+    EXPECT_FALSE(drive.Has("Hangar\\Empty\\Images"));
+}
+
+} // namespace korvadex::test
