@@ -1,6 +1,7 @@
 // The commands of the Tools menu that go over all packages of the Hangar or of the current category.
 #include "app/program.h"
 #include "package/file_primitives.h"
+#include "sim/gauges.h"
 #include "sim/hangar_commands.h"
 #include "sim/name_list.h"
 #include "sim/run_simulator.h"
@@ -84,6 +85,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         return !FindSimAircraftDirectory(files, settings.locations, CurrentPackageName(*this)).empty();
     };
     state.keptPackages.clear();
+    state.remainingGauges.clear();
     // Everything that is installed, so that who uses what is found out once for all of them.
     std::vector<std::string> names;
     TakeStock();
@@ -113,6 +115,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     if (!state.keptPackages.empty())
         user.Tell("The following packages were kept ...\r\n\r\n" + ListNames(state.keptPackages),
                   MessageIcon::Exclamation);
+    TellRemainingGauges(context, state.remainingGauges);
     user.Tell("Done.");
     std::string text = std::to_string(removed) + " removed, " + std::to_string(skipped) +
                        " skipped (not installed), " + std::to_string(keptForAlias) +

@@ -2,6 +2,7 @@
 
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
+#include "sim/name_list.h"
 #include "sim/progress.h"
 #include "sim/shared_files.h"
 
@@ -61,8 +62,28 @@ bool IsStockGauge(std::string_view fileName) {
                                [&](std::string_view stock) { return name.find(stock) != std::string::npos; });
 }
 
-void TakeOutGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
-                   const std::function<bool(const std::string& gaugeName)>& isUsed) {
+std::string DeleteGauge(CommandContext& context, const std::string& path) {
+    static_cast<void>(context.files.ClearAttributes(path));
+    const FileFault fault = context.files.Delete(path).fault;
+    return fault == FileFault::None || fault == FileFault::NotFound
+               ? ""
+               : path + " (" + DescribeFault(fault) + ")";
+}
+
+void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining) {
+    if (remaining.empty())
+        return;
+    context.user.Tell(
+        "The following gauges could not be removed ...\r\n\r\n" + ListNames(remaining) +
+            "\r\n\r\nPlease close the program that uses them (Flight Simulator, perhaps), or make "
+            "sure that you may write there, and delete them from the list of unused gauges.",
+        MessageIcon::Exclamation);
+}
+
+std::vector<std::string> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
+                                       const std::string& root,
+                                       const std::function<bool(const std::string& gaugeName)>& isUsed) {
+    std::vector<std::string> remaining;
     const std::vector<FileEntry>& gauges = package.ComponentFiles[Gauges];
     ProgressBar progress(context.window, static_cast<int>(gauges.size()));
     for (const FileEntry& gauge : gauges) {
@@ -74,8 +95,10 @@ void TakeOutGauges(CommandContext& context, const LoadedPackage& package, const 
         const auto info = context.files.Info(installed);
         // A gauge of the same name with other bytes came from elsewhere.
         if (info && info->kind == EntryKind::File && HoldsUnpackedBytes(context, gauge.path, installed))
-            DeleteFileForced(context.files, installed);
+            remaining.push_back(DeleteGauge(context, installed));
     }
+    std::erase(remaining, "");
+    return remaining;
 }
 
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
@@ -99,11 +122,12 @@ bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const st
             names.push_back(GaugeName(gauge.path));
         NameMatcher used(names);
         const bool isComplete = FindGaugesInUse(context, root, used);
-        TakeOutGauges(context, package, root, [&](const std::string& name) {
+        const auto isUsed = [&](const std::string& name) {
             // What could not be looked at may use any of them.
             return !isComplete ||
                    used.IsFound(static_cast<std::size_t>(std::ranges::find(names, name) - names.begin()));
-        });
+        };
+        TellRemainingGauges(context, TakeOutGauges(context, package, root, isUsed));
         return true;
     }
     if (placed)

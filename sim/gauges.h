@@ -39,9 +39,17 @@ enum class GaugeMode : int { Install = 1, Remove = 2 };
 bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
                  GaugeMode mode, SharedFiles* placed = nullptr);
 
-// The second half of PlaceGauges, for one who knows already which gauges are in use.
-void TakeOutGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
-                   const std::function<bool(const std::string& gaugeName)>& isUsed);
+// The second half of PlaceGauges, for one who knows already which gauges are in use. Gives the gauges that could
+// not be deleted, each with the reason.
+std::vector<std::string> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
+                                       const std::string& root,
+                                       const std::function<bool(const std::string& gaugeName)>& isUsed);
+
+// Tells of gauges that could not be deleted, if there are any, and what can be done about it.
+void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);
+
+// "" when the gauge was deleted, else its path and the reason.
+std::string DeleteGauge(CommandContext& context, const std::string& path);
 
 // The answer of CrossCheckPanel for a panel.cfg without any gauge line.
 inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";

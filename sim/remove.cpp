@@ -34,17 +34,20 @@ bool IsUsedInSim(CommandContext& context, const std::string& name, const std::st
     return !users.empty();
 }
 
-void RemoveGauges(CommandContext& context, std::vector<FileEntry> gauges, const SimUsage* usage) {
+void RemoveGauges(CommandContext& context, CommandState& state, std::vector<FileEntry> gauges,
+                  const SimUsage* usage) {
     const std::string& root = context.locations.MsfsDir;
     if (gauges.empty())
         return;
     LoadedPackage package;
     package.ComponentFiles[Gauges] = std::move(gauges);
-    if (!usage)
+    if (!usage) {
         PlaceGauges(context, package, root, GaugeMode::Remove);
-    else if (CheckGaugesDirectory(context, root))
-        TakeOutGauges(context, package, root,
-                      [&](const std::string& gauge) { return usage->IsGaugeUsed(gauge); });
+    } else if (CheckGaugesDirectory(context, root)) {
+        const std::vector<std::string> remaining = TakeOutGauges(
+            context, package, root, [&](const std::string& gauge) { return usage->IsGaugeUsed(gauge); });
+        state.remainingGauges.insert(state.remainingGauges.end(), remaining.begin(), remaining.end());
+    }
 }
 
 // The files whose alias line the installation adapts to the names of the simulator.
@@ -157,7 +160,7 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (*status && usage)
         usage->Forget(directory);
     if (*status)
-        RemoveGauges(context, GaugesOtherThan(package, foundGauges), usage);
+        RemoveGauges(context, state, GaugesOtherThan(package, foundGauges), usage);
     else
         static_cast<void>(NoteFoundGauges(context, directory, foundGauges)); // for the next attempt
     context.window.RefreshPackageList();

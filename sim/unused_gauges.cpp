@@ -4,7 +4,6 @@
 #include "package/walk.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
-#include "sim/name_list.h"
 
 #include <algorithm>
 #include <set>
@@ -80,18 +79,16 @@ class GaugeList {
         std::vector<std::string> kept;
         for (const int row : rows) {
             const std::string path = listed[static_cast<std::size_t>(row)].path;
-            if (present.contains(FoldCase(path)) && !DeleteFileForced(context.files, path))
-                kept.push_back(path + " (" + DescribeFault(context.files.Delete(path).fault) + ")");
-            else
+            const std::string reason =
+                present.contains(FoldCase(path)) ? DeleteGauge(context, path) : std::string();
+            if (reason.empty())
                 listed.erase(listed.begin() + row);
+            else
+                kept.push_back(reason);
         }
         if (kept.empty())
             context.user.Tell("Done.");
-        else
-            context.user.Tell("The following gauges could not be removed ...\r\n\r\n" + ListNames(kept) +
-                                  "\r\n\r\nPlease close the program that uses them (Flight Simulator, "
-                                  "perhaps) and try again.",
-                              MessageIcon::Exclamation);
+        TellRemainingGauges(context, kept);
         return listed;
     }
 

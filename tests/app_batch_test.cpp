@@ -1,5 +1,6 @@
 // The commands that go over all packages, and what the program does around an import.
 #include "sim/hangar_commands.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
 
@@ -59,6 +60,26 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     program->UninstallCategory();
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Cub"));
     EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
+}
+
+TEST_F(BatchCommands, UninstallNamesTheGaugesThatStay) {
+    drive.Put("Hangar\\Jets\\A Jet\\Gauges\\clock.gau", "MZ");
+    drive.Put("FS\\gauges\\clock.gau", "MZ");
+    drive.Put("FS\\aircraft\\A_Jet\\texture\\t.bmp", std::string(900, 't'));
+    FaultyFiles faulty(drive.Files());
+    faulty.FailWhere([](const std::string& change, const std::string& path) {
+        return change == "Delete" && path.ends_with("clock.gau") ? FileFault::InUse : FileFault::None;
+    });
+    PutSettings();
+    ASSERT_TRUE(Make(faulty).Start());
+    user.Expect(AskUninstallAll, Answer::Yes)
+        .Expect("The following gauges could not be removed ...\n\n" + drive.At("FS\\gauges\\clock.gau") +
+                    " (another program is using it)...",
+                Answer::Ok, MessageIcon::Exclamation)
+        .Expect("Done.", Answer::Ok);
+    program->UninstallAll();
+    EXPECT_EQ(form.status, "1 removed, 3 skipped (not installed), 0 kept because of an alias.");
+    EXPECT_TRUE(drive.Has("FS\\gauges\\clock.gau"));
 }
 
 TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {

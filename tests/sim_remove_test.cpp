@@ -159,9 +159,36 @@ TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
               (std::vector<std::string>{"Model\\", "Model\\lear.mdl", "kx_gauges.txt"}));
     EXPECT_TRUE(drive.Has("FS\\gauges\\LearClock.gau"));
-    ExpectRemoval().Expect("Done.", Answer::Ok);
-    Run(RemovePackageFromSim);
-    EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{"LearCab.cab"});
+    // A gauge that stays is named; in a batch at its end.
+    faulty.FailWhere([](const std::string& change, const std::string& path) {
+        return change == "Delete" && path.ends_with("LearClock.gau") ? FileFault::InUse : FileFault::None;
+    });
+    ExpectRemoval()
+        .Expect("The following gauges could not be removed ...\n\n" + locations.MsfsDir +
+                    "gauges\\LearClock.gau (another program is using it)\n\n...",
+                Answer::Ok, MessageIcon::Exclamation)
+        .Expect("Done.", Answer::Ok);
+    RunHangarCommand(locked, state, memory, package);
+    EXPECT_EQ(drive.Names("FS\\gauges"), (std::vector<std::string>{"LearCab.cab", "LearClock.gau"}));
+}
+
+TEST_F(RemoveTest, NothingIsLostOnAReadOnlyDisk) {
+    Install("Lear");
+    const auto before = drive.Tree();
+    FaultyFiles faulty(drive.Files());
+    faulty.StopAt(1, FileFault::ReadOnlyDisk);
+    CommandContext readOnly{faulty, launcher, locations, limits, user, window};
+    const auto run = [&](HangarCommand command) {
+        state.CommandCode = command;
+        RunHangarCommand(readOnly, state, memory, package);
+        EXPECT_THAT(user.transcript.back(), testing::HasSubstr("the disk is in READ ONLY mode"));
+        EXPECT_EQ(drive.Tree(), before);
+    };
+    ExpectRemoval().Expect("The package could not be removed completely.\n\n...", Answer::Ok);
+    run(RemovePackageFromSim);
+    window.packageText = "Other";
+    user.Expect("The package could not be copied, and nothing of it was left behind.\n\n...", Answer::Ok);
+    run(InstallPackage);
 }
 
 TEST_F(RemoveTest, AnAircraftThatIsALinkGoesAsALink) {

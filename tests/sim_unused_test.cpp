@@ -86,7 +86,7 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
         .ExpectUnusedGauges({"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"}, {{2, 4}})
         .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
         .Expect("The following gauges could not be removed ...\n\n" + drive.At("FS\\gauges\\z.gau") +
-                    " (another program is using it)...",
+                    " (another program is using it)\n\n...",
                 Answer::Ok, MessageIcon::Exclamation);
     ListUnusedGauges(locked);
     EXPECT_EQ(drive.Tree(), expected);
