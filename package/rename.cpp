@@ -42,6 +42,10 @@ class Renaming {
         return false;
     }
 
+    bool RefuseName(const std::string& name) {
+        return Refuse("\"" + name + "\" cannot be the name of a package.  Please use another name.");
+    }
+
     void TellProblem() {
         context.user.Tell("A problem occurred during the rename process.  The file or directories involved "
                           "may be set to READ ONLY mode (i.e. they're on a CD ROM).",
@@ -69,11 +73,14 @@ class Renaming {
         if (newName == packageName)
             return true;
         if (!IsStorableName(newName) || IsScratchName(newName))
-            return Refuse("\"" + newName + "\" cannot be the name of a package.  Please use another name.");
+            return RefuseName(newName);
         // Another case of its own name is no other package's.
         if (!EqualNoCase(newName, packageName) && !CheckPackageName(context, newName))
             return false;
-        if (context.files.Rename(categoryPath + packageName, categoryPath + newName))
+        const Status status = context.files.Rename(categoryPath + packageName, categoryPath + newName);
+        if (status.fault == FileFault::BadName)
+            return RefuseName(newName);
+        if (status)
             context.window.SelectPackageNamed(newName);
         else
             TellProblem();

@@ -68,7 +68,10 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
     const std::string directory = ScratchDirectoryIn(base);
     if (const Status status = MakeDirectory(files, directory); !status)
         return status;
-    const std::string name = "~" + WithoutBackslash(LastPathComponent(target));
+    // For people who look at it; where it is long there is no room for it behind the number.
+    constexpr std::size_t maxShownName = 200;
+    const std::string shown = WithoutBackslash(LastPathComponent(target));
+    const std::string name = "~" + (shown.size() > maxShownName ? "" : shown);
     for (int number = 1; number < MaxAttempts; ++number) {
         std::string candidate = directory + std::to_string(number) + name;
         if (files.Info(candidate).fault() == FileFault::NotFound)

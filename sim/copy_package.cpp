@@ -66,9 +66,13 @@ class PackageCopy {
     }
 
     bool CheckDestination() {
-        if (context.files.Info(WithoutBackslash(destination)).fault() == FileFault::NotFound)
+        const FileFault fault = context.files.Info(WithoutBackslash(destination)).fault();
+        if (fault == FileFault::NotFound)
             return true;
-        return Refuse(destination + " exists already.  Please remove or rename it first.");
+        if (fault == FileFault::None)
+            return Refuse(destination + " exists already.  Please remove or rename it first.");
+        return Refuse(destination + " cannot be made.\r\n\r\nThe reason: " + DescribeFault(fault) + ".  " +
+                      NextStep(fault));
     }
 
     // Gauges never replace others. In the simulator that is as it should be; in Staging, where this package

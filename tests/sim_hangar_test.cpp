@@ -171,6 +171,7 @@ TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
         {{"x", " x"}, "Invalid aircraft name."},
         {{"x", "\xD0\x96"}, "The aircraft name has a character that cannot be kept in aircraft.cfg..."},
         {{"con", "Lear 45"}, "\"con\" cannot be the name of a package.  Please use another name."},
+        {{std::string(300, 'x'), "Lear 45"}, "\"xxx..."},
         {{"tAKEN", "Lear 45"}, "Package name already exists in Props.  Please use another name."},
         {{"Other", "Lear 45 "}, "Package name already exists in Jets.  Please use another name."},
         {{"In Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
