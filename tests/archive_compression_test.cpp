@@ -38,15 +38,7 @@ class CompressionTest : public CommandTest {
         }
         EXPECT_TRUE(drive.Files().SetReadOnly(path + "Texture\\p.bmp", true));
     }
-    // Bytes, times and attributes of every file.
-    auto State() {
-        std::map<std::string, std::pair<std::string, FileInfo>> state;
-        for (const auto& [name, bytes] : drive.Tree(directory)) {
-            if (!name.ends_with('\\'))
-                state[name] = {bytes, *drive.Files().Info(path + name)};
-        }
-        return state;
-    }
+    auto State() { return drive.States(directory); }
 };
 
 TEST_F(CompressionTest, ARoundTripGivesEverythingBackWhereverItWasInterrupted) {

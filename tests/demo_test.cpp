@@ -2,12 +2,16 @@
 // where its panels look for them, and what stands installed is what an installation makes.
 #include "demo/example.h"
 
+#include "archive/compression.h"
 #include "archive/process_zip.h"
 #include "package/load_package.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
 #include "sim/install.h"
 #include "tests/support/command_fixture.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace korvadex::test {
 namespace {
@@ -175,6 +179,59 @@ TEST_F(ExampleTest, InstallsEveryPackageAndWhatStoodInstalledWasInstalledTheSame
     user.ExpectInstallStatus(std::string(demo::MissingGaugePackage) + " ...\n\nPossible problem ...\n\n...");
     InstallIntoSim(context, Load(demo::HeavyPropsCategory, demo::MissingGaugePackage));
     EXPECT_TRUE(drive.Has("Example\\FS2002\\aircraft\\Orvane_Courier\\aircraft.cfg"));
+}
+
+class ExampleRoundTrip : public ExampleTest {
+  protected:
+    static constexpr struct {
+        const char *category, *name;
+    } Packages[] = {{demo::LightPropsCategory, demo::CompletePackage},
+                    {demo::LightPropsCategory, demo::AliasPackage}, // needs the one before
+                    {demo::HeavyPropsCategory, demo::MissingGaugePackage},
+                    {demo::HelicoptersCategory, demo::InstalledPackage}};
+
+    // Installs this package and those behind it and removes them again; gives what they leave.
+    std::vector<std::string> InstallAndRemove(std::size_t index = 0) {
+        if (index == std::size(Packages))
+            return {};
+        const auto& [category, name] = Packages[index];
+        SCOPED_TRACE(name);
+        const auto before = drive.States("Example\\FS2002");
+        const std::vector<std::string> names = drive.Names("Example\\FS2002");
+        user.ExpectInstallStatus("...");
+        InstallIntoSim(context, Load(category, name));
+        InstallAndRemove(index + 1);
+        Remove(index);
+        const std::vector<std::string> left = drive.Names("Example\\FS2002");
+        const auto after = drive.States("Example\\FS2002");
+        for (const auto& [path, state] : before)
+            EXPECT_TRUE(after.contains(path) && after.at(path) == state) << path;
+        std::vector<std::string> added;
+        std::set_difference(left.begin(), left.end(), names.begin(), names.end(), std::back_inserter(added));
+        EXPECT_EQ(left.size(), names.size() + added.size());
+        return added;
+    }
+    void Remove(std::size_t index) {
+        CommandState state;
+        state.QuietMode = true;
+        RemoveFromSim(context, state, Load(Packages[index].category, Packages[index].name));
+        EXPECT_THAT(state.keptPackages, testing::IsEmpty());
+    }
+};
+
+TEST_F(ExampleRoundTrip, LeavesTheSimulatorAsItWas) {
+    Remove(std::size(Packages) - 1);
+    EXPECT_THAT(InstallAndRemove(), testing::ElementsAre("effects\\pellmoor_dust.fx"));
+    EXPECT_THAT(InstallAndRemove(), testing::IsEmpty()) << "what stays is there now";
+
+    const auto hangar = drive.States("Example\\Hangar");
+    for (const bool compress : {true, false}) {
+        for (const auto& [category, name] : Packages)
+            EXPECT_TRUE(
+                CompressPackage(context, locations.HangarDir + category + "\\" + name + "\\", compress));
+        EXPECT_EQ(drive.States("Example\\Hangar") == hangar, !compress);
+        EXPECT_THAT(InstallAndRemove(), testing::IsEmpty());
+    }
 }
 
 } // namespace

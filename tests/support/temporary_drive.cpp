@@ -93,6 +93,16 @@ std::map<std::string, std::string> TemporaryDrive::Tree(std::string_view relativ
     return tree;
 }
 
+std::map<std::string, std::pair<std::string, FileInfo>>
+TemporaryDrive::States(std::string_view relative) const {
+    std::map<std::string, std::pair<std::string, FileInfo>> states;
+    for (const auto& [name, bytes] : Tree(relative)) {
+        if (!name.ends_with('\\'))
+            states[name] = {bytes, *files->Info(AddBackslash(At(relative)) + name)};
+    }
+    return states;
+}
+
 std::vector<std::string> TemporaryDrive::Names(std::string_view relative) const {
     std::vector<std::string> names;
     for (const auto& [name, bytes] : Tree(relative))
