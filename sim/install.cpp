@@ -1,6 +1,7 @@
 #include "sim/install.h"
 
 #include "package/file_primitives.h"
+#include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_package.h"
 #include "sim/gauges.h"
@@ -11,6 +12,14 @@ namespace {
 
 bool IsInSim(const CommandContext& context, const std::string& alias) {
     return !FindSimAircraftDirectory(context.files, context.locations, alias).empty();
+}
+
+// What else there is to say when a package is told to be installed before itself.
+std::string OwnAliasHint(const std::string& name, const std::string& alias, const std::string& kind) {
+    if (!EqualNoCase(SpacesToUnderscores(alias), SpacesToUnderscores(name + "\\" + kind)))
+        return "";
+    return "\r\n\r\nThe alias leads to this package itself.  Please use 'Restore old " + kind +
+           "' or correct the alias line in its " + kind + ".cfg file.";
 }
 
 // An alias names the package as the Hangar does; its directory in the simulator may have "_" where that has
@@ -41,7 +50,8 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
         context.user.Tell(
             "This package uses a panel via alias (" + package.PackagePanelAlias +
                 ") which is not installed in MSFS.  Please install the package that contains this panel "
-                "first.",
+                "first." +
+                OwnAliasHint(name, package.PackagePanelAlias, "panel"),
             MessageIcon::Information);
         return;
     }
@@ -49,7 +59,8 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
         context.user.Tell(
             "This package uses a sound configuration via alias (" + package.PackageSoundAlias +
                 ") which is not installed in MSFS.  Please install the package that contains this sound "
-                "configuration first.",
+                "configuration first." +
+                OwnAliasHint(name, package.PackageSoundAlias, "sound"),
             MessageIcon::Information);
         return;
     }

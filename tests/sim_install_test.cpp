@@ -76,6 +76,7 @@ TEST_P(InstallAndRemove, TouchNothingOfOthers) {
     PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").With("Texture\\Lear_t.bmp", std::string(100'000, 'B'));
     const Entries hangar = drive.Tree("Hangar");
     const Entries before = drive.Tree("FS");
+    const auto states = drive.States("FS");
     Select("My Lear");
 
     user.ExpectInstallStatus(Passed);
@@ -99,6 +100,8 @@ TEST_P(InstallAndRemove, TouchNothingOfOthers) {
         removed[path] = installed.at(path);
     EXPECT_EQ(drive.Tree("FS"), removed);
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
+    for (const auto& [path, fileState] : drive.States("FS"))
+        EXPECT_TRUE(!states.contains(path) || states.at(path) == fileState) << path << ": time or attributes";
 }
 
 // The clock is named by the Cessna's panel, so it stays whoever brought it; the cabinet is nobody else's.
@@ -155,6 +158,18 @@ TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
               (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg"}));
 }
 
+TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
+    const std::string name(250, 'x');
+    PackageBuilder(drive, "Hangar\\Jets\\" + name + "\\").Packed("Gauges\\LearClock.gau");
+    const Entries before = drive.Tree("FS\\aircraft");
+    Select(name);
+    user.ExpectInstallStatus(name + " ...");
+    Run(InstallPackage);
+    ExpectRemoval().Expect("Done.", Answer::Ok);
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(drive.Tree("FS\\aircraft"), before);
+}
+
 TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     PackageBuilder builder(drive, "Hangar\\Jets\\My Lear\\");
     builder.Packed("Texture\\Lear_t.bmp").Packed("Panel\\LearPanel.bmp").Packed("Gauges\\LearClock.gau");
@@ -196,6 +211,7 @@ class InstallAlias : public SimTest, public testing::WithParamInterface<AliasGua
 TEST_P(InstallAlias, NeedsItsTarget) {
     const AliasGuard& row = GetParam();
     PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
+    drive.Put("Hangar\\Jets\\Big Jet\\Panel\\panel.cfg", "alias=Lear\\panel"); // a circle
     if (*row.installed)
         drive.MakeDirectory(std::string("FS\\aircraft\\") + row.installed);
     Select("Lear");
@@ -213,24 +229,31 @@ TEST_P(InstallAlias, NeedsItsTarget) {
 
 INSTANTIATE_TEST_SUITE_P(
     Targets, InstallAlias,
-    testing::Values(AliasGuard{"PanelMissing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
-                               "This package uses a panel via alias (big jet\\panel) which is not installed "
-                               "in MSFS.  Please install "
-                               "the package that contains this panel first.",
-                               ""},
-                    AliasGuard{"SoundMissing", "Big_Jet\\panel", "Sound\\sound.cfg",
-                               "alias=Big Jet\\sound\r\n",
-                               "This package uses a sound configuration via alias (big jet\\sound) which is "
-                               "not installed in MSFS.  "
-                               "Please install the package that contains this sound configuration first.",
-                               ""},
-                    AliasGuard{"PanelUnderAnotherName", "Big_Jet\\panel", "Panel\\panel.cfg",
-                               "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
-                               "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
-                    AliasGuard{"SoundUnderAnotherName", "Big_Jet\\sound", "Sound\\sound.cfg",
-                               "[fltsim]\nalias=Big Jet\\sound", "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
-                    AliasGuard{"PanelUnderItsOwnName", "bigjet\\panel", "Panel\\panel.cfg",
-                               "[fltsim]\nalias=BigJet\\Panel\n", "", "[fltsim]\nalias=BigJet\\Panel\n"}),
+    testing::Values(
+        AliasGuard{"PanelMissing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
+                   "This package uses a panel via alias (big jet\\panel) which is not installed "
+                   "in MSFS.  Please install "
+                   "the package that contains this panel first.",
+                   ""},
+        AliasGuard{"SoundMissing", "Big_Jet\\panel", "Sound\\sound.cfg", "alias=Big Jet\\sound\r\n",
+                   "This package uses a sound configuration via alias (big jet\\sound) which is "
+                   "not installed in MSFS.  "
+                   "Please install the package that contains this sound configuration first.",
+                   ""},
+        AliasGuard{"PanelOfItself", "", "Panel\\panel.cfg", "alias=LEAR\\Panel",
+                   "This package uses a panel via alias (lear\\panel) which is not installed in "
+                   "MSFS.  Please install the package that contains this panel first.\n\nThe alias "
+                   "leads to this package itself.  Please use 'Restore old panel' or correct the "
+                   "alias line in its panel.cfg file.",
+                   ""},
+        AliasGuard{"PanelOfNothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
+        AliasGuard{"PanelUnderAnotherName", "Big_Jet\\panel", "Panel\\panel.cfg",
+                   "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
+                   "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
+        AliasGuard{"SoundUnderAnotherName", "Big_Jet\\sound", "Sound\\sound.cfg",
+                   "[fltsim]\nalias=Big Jet\\sound", "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
+        AliasGuard{"PanelUnderItsOwnName", "bigjet\\panel", "Panel\\panel.cfg",
+                   "[fltsim]\nalias=BigJet\\Panel\n", "", "[fltsim]\nalias=BigJet\\Panel\n"}),
     RowName<AliasGuard>);
 
 // Every single change of the disk fails once: the aircraft is then there as a whole or not at all, and
