@@ -95,7 +95,9 @@ TEST_F(MainWindowTest, EachSideHasItsOwnControls) {
                                       "cboPackageName"};
     const char* const stagingOnly[] = {"cmdGoToHangar", "txtPackageName"};
     const auto menu = [&](const char* name) {
-        return Control<QMenu>(window, name).menuAction()->isVisible();
+        const QAction* action = Control<QMenu>(window, name).menuAction();
+        EXPECT_EQ(QKeySequence::mnemonic(action->text()).isEmpty(), !action->isVisible()) << name;
+        return action->isVisible();
     };
     const auto tip = [&](const char* key) { return Control<QAction>(window, key).toolTip().toStdString(); };
     for (const bool isHangar : {true, false, true}) {

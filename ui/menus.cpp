@@ -133,8 +133,13 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
 }
 
 void Menus::ShowSide(Side side) {
-    stagingOptions->menuAction()->setVisible(side == Side::Staging);
-    hangarOptions->menuAction()->setVisible(side == Side::Hangar);
+    const auto show = [](QMenu* menu, bool isVisible) {
+        menu->menuAction()->setVisible(isVisible);
+        // Qt lets a hidden menu take its key: Alt+O would open the visible one only every other time.
+        menu->setTitle(isVisible ? "&Options" : "Options");
+    };
+    show(stagingOptions, side == Side::Staging);
+    show(hangarOptions, side == Side::Hangar);
     for (const char* gallery : {"mnuPhotosByCategory", "mnuPhotosForAll"})
         parent()->findChild<QAction*>(gallery)->setEnabled(side == Side::Hangar);
 }
