@@ -10,6 +10,8 @@ frmMSFSImport::frmMSFSImport(const ImportForm& importForm, QWidget* parent)
     ui->setupUi(this);
     for (const auto& name : form.names)
         ui->lstPackages->addItem(ToQt(name));
+    if (form.names.empty())
+        ui->lblPackages->setText("There is no aircraft in Flight Simulator that is not in the &Hangar.");
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmMSFSImport::Choose);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(ui->lstPackages, &QListWidget::itemDoubleClicked, this, &frmMSFSImport::Choose);
