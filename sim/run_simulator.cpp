@@ -17,7 +17,10 @@ void RunSimulator(CommandContext& context) {
         const std::string path = context.locations.MsfsDir + name;
         if (!context.files.Info(path) || context.files.IsDirectory(path))
             continue;
-        if (const std::string reason = context.launcher.RunSimulator(path); !reason.empty())
+        const std::string reason = context.launcher.RunSimulator(path);
+        if (reason.empty())
+            context.window.ShowStatus(path + " is being started."); // which takes Wine some seconds
+        else
             context.user.Tell(reason, MessageIcon::Exclamation);
         return;
     }

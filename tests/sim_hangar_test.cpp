@@ -231,6 +231,7 @@ TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
     drive.Put("FS\\CFS2.EXE", "MZ");
     RunSimulator(context);
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
+    EXPECT_EQ(window.status, drive.At("FS\\cfs2.exe is being started."));
     launcher.simulatorRefusal = "Wine is not installed.";
     user.Expect("Wine is not installed.", Answer::Ok, MessageIcon::Exclamation);
     RunSimulator(context);
