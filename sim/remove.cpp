@@ -43,7 +43,7 @@ void RemoveGauges(CommandContext& context, CommandState& state, std::vector<File
     package.ComponentFiles[Gauges] = std::move(gauges);
     if (!usage) {
         PlaceGauges(context, package, root, GaugeMode::Remove);
-    } else if (CheckGaugesDirectory(context, root)) {
+    } else if (context.files.IsDirectory(root + "gauges")) { // a batch does not say it for each package
         const std::vector<std::string> remaining = TakeOutGauges(
             context, package, root, [&](const std::string& gauge) { return usage->IsGaugeUsed(gauge); });
         state.remainingGauges.insert(state.remainingGauges.end(), remaining.begin(), remaining.end());

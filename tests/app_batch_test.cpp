@@ -80,6 +80,13 @@ TEST_F(BatchCommands, UninstallNamesTheGaugesThatStay) {
     program->UninstallAll();
     EXPECT_EQ(form.status, "1 removed, 3 skipped (not installed), 0 kept because of an alias.");
     EXPECT_TRUE(drive.Has("FS\\gauges\\clock.gau"));
+
+    // Without a gauges directory there is none to name.
+    ASSERT_TRUE(drive.Files().Rename(drive.At("FS\\gauges"), drive.At("FS\\elsewhere")));
+    drive.Put("FS\\aircraft\\A_Jet\\texture\\t.bmp", std::string(900, 't'));
+    user.Expect(AskUninstallAll, Answer::Yes).Expect("Done.", Answer::Ok);
+    program->UninstallAll();
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\A_Jet"));
 }
 
 TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {
