@@ -78,6 +78,9 @@ class CommandTest : public testing::Test {
         locations = {drive.At("Staging\\"), drive.At("Hangar\\"), drive.At("FS\\")};
     }
 
+    // The context of the test, on another disk.
+    CommandContext On(FileSystem& files) { return {files, launcher, locations, limits, user, window}; }
+
     TemporaryDrive drive;
     Locations locations;
     WalkLimits limits;

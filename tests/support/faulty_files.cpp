@@ -2,6 +2,8 @@
 
 #include "platform/windows_path.h"
 
+#include <gtest/gtest.h>
+
 namespace korvadex::test {
 
 class FaultyFiles::Output : public OutputFile {
@@ -51,6 +53,17 @@ Result<std::unique_ptr<OutputFile>> FaultyFiles::CreateNew(Path path) {
     if (!file)
         return file.status();
     return std::unique_ptr<OutputFile>(std::make_unique<Output>(*this, std::move(*file), path));
+}
+
+int StopAtEachChange(FileSystem& files, const std::function<void(FaultyFiles&)>& work) {
+    for (int change = 1;; ++change) {
+        SCOPED_TRACE("stopped at change " + std::to_string(change));
+        FaultyFiles faulty(files);
+        faulty.StopAt(change);
+        work(faulty);
+        if (faulty.Changes() < change)
+            return change - 1;
+    }
 }
 
 } // namespace korvadex::test

@@ -27,6 +27,12 @@ class FaultyFiles : public FileSystem {
     }
     // Every change for which this gives a fault other than None fails.
     void FailWhere(Rule newRule) { rule = std::move(newRule); }
+    // Every change of this name whose path has this in it fails.
+    void FailOn(const std::string& change, const std::string& part, FileFault fault) {
+        FailWhere([=](auto& made, auto& path) {
+            return made == change && path.find(part) != std::string::npos ? fault : FileFault::None;
+        });
+    }
     // What FreeSpace answers; none asks the real disk.
     std::optional<std::uint64_t> freeSpace;
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
@@ -93,5 +99,9 @@ class FaultyFiles : public FileSystem {
     int changes = 0;
     Rule rule;
 };
+
+// Does the work again and again, each time stopped one change later, until it goes through undisturbed; the number of
+// stops.
+int StopAtEachChange(FileSystem& files, const std::function<void(FaultyFiles&)>& work);
 
 } // namespace korvadex::test

@@ -22,10 +22,17 @@ std::string ForReading(const std::string& text) {
     return readable;
 }
 
-bool Fits(const std::string& expected, const std::string& shown) {
-    if (expected.ends_with("..."))
-        return shown.starts_with(expected.substr(0, expected.size() - 3));
-    return shown == expected;
+bool Fits(std::string_view expected, std::string_view shown) {
+    const std::size_t gap = expected.find("...");
+    if (gap == expected.npos)
+        return shown == expected;
+    if (!shown.starts_with(expected.substr(0, gap)))
+        return false;
+    const std::string_view rest = expected.substr(gap + 3);
+    for (std::size_t at = gap; at <= shown.size(); ++at)
+        if (Fits(rest, shown.substr(at)))
+            return true;
+    return false;
 }
 
 bool IsOffered(Answer answer, MessageButtons buttons) {
@@ -132,6 +139,10 @@ std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::strin
 
 CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                         const MessageOptions& options) {
+    if (isPatient) {
+        transcript.push_back(ForReading(text));
+        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
+    }
     const auto step = Take(Kind::Message, ForReading(text));
     // A surprise is answered in the way that changes least.
     if (!step)

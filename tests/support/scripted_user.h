@@ -15,7 +15,7 @@ class ScriptedUser : public UserDialogs {
   public:
     ~ScriptedUser() override; // fails the test when an expected question was not asked
 
-    // The text as shown, with CR LF written as "\n". A text that ends in "..." expects just that beginning.
+    // The text as shown, with CR LF written as "\n"; "..." stands for whatever comes there.
     ScriptedUser& Expect(std::string text, Answer answer, bool isChecked = false);
     // The same and the icon is compared too.
     ScriptedUser& Expect(std::string text, Answer answer, MessageIcon icon);
@@ -36,6 +36,8 @@ class ScriptedUser : public UserDialogs {
     // Runs when the question before it was answered: to look at the disk in the middle of a command.
     ScriptedUser& Then(std::function<void()> action);
 
+    // Takes note of each message, whatever it is, and answers Yes or OK.
+    bool isPatient = false;
     bool IsFinished() const { return script.empty(); }
     std::vector<std::string> transcript;
 

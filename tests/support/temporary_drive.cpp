@@ -103,6 +103,19 @@ TemporaryDrive::States(std::string_view relative) const {
     return states;
 }
 
+std::string TemporaryDrive::Outline(std::string_view relative) const {
+    std::string outline;
+    const auto tree = Tree(relative);
+    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
+        const auto& [name, bytes] = *entry;
+        const auto next = std::next(entry);
+        if (name.ends_with('\\') && next != tree.end() && next->first.starts_with(name))
+            continue;
+        outline += (outline.empty() ? "" : ", ") + name + (name.ends_with('\\') ? "" : "=" + bytes);
+    }
+    return outline;
+}
+
 std::vector<std::string> TemporaryDrive::Names(std::string_view relative) const {
     std::vector<std::string> names;
     for (const auto& [name, bytes] : Tree(relative))
