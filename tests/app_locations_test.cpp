@@ -8,26 +8,31 @@ namespace korvadex::test {
 namespace {
 
 constexpr const char* Continue =
-    "Continue location entry?  If 'No', Korvadex will end since it needs valid directory "
-    "locations to operate properly.";
-constexpr const char* InvalidStaging =
-    "The directory you specified for the Staging location is invalid.  Please use "
-    "browser or enter the directory in the proper format (i.e. c:\\staging).";
-constexpr const char* InvalidHangar =
-    "The directory you specified for the Hangar location is invalid.  Please use "
-    "browser or enter the directory in the proper format (i.e. c:\\hangar).";
+    "Continue location entry?  If 'No', Korvadex will end since it needs valid directory locations...";
+constexpr const char* InvalidStaging = "The directory you specified for the Staging location is invalid...";
+constexpr const char* InvalidHangar = "The directory you specified for the Hangar location is invalid...";
 constexpr const char* InvalidMsfs = "The directory you specified for your MSFS installation is invalid.";
 constexpr const char* NotEmpty = "You must specify an empty directory for the Staging location.";
 constexpr const char* CreateStaging =
     "The directory you specified for the Staging location does not exist.  Create it now?";
 constexpr const char* CreateHangar =
     "The directory you specified for the Hangar location does not exist.  Create it now?";
+constexpr const char* NoAircraft = "Cannot find an 'aircraft' subdirectory in the directory you specified...";
+constexpr const char* NoStaging =
+    "Please enter a valid directory for the Staging location (i.e. c:\\staging).";
+
+// What is typed into the three boxes: a path of the test's drive; after "!" the text as it stands.
+struct Entry {
+    const char *staging, *hangar, *msfs;
+};
 
 class LocationsEntryTest : public CommandTest {
   protected:
-    // A path of the test's drive; after "!" the text as it stands.
     std::string Path(std::string_view text) const {
         return text.starts_with('!') ? std::string(text.substr(1)) : drive.At(text);
+    }
+    Locations Typed(const Entry& entry) const {
+        return {Path(entry.staging), Path(entry.hangar), Path(entry.msfs)};
     }
     LocationsOutcome Validate(const LocationsRequest& request) {
         return ValidateLocations(drive.Files(), user, dialogs, request, settings);
@@ -38,103 +43,55 @@ class LocationsEntryTest : public CommandTest {
 };
 
 TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
-    struct Row {
-        const char* name;
-        const char *staging, *hangar, *msfs;
+    const struct {
+        Entry entry;
         std::vector<const char*> messages;
-    };
-    const Row rows[] = {
-        {"nothing entered",
-         "!",
-         "!",
-         "!",
-         {"Please enter a valid directory for the Staging location (i.e. c:\\staging).",
-          "Please enter a valid directory for the Hangar location (i.e. c:\\hangar).",
+    } rows[] = {
+        {{"!", "!", "!"},
+         {NoStaging, "Please enter a valid directory for the Hangar location (i.e. c:\\hangar).",
           "Please enter a valid directory for your MSFS installation."}},
-        {"drive roots", "!c:", "!c:\\", "!c:\\", {InvalidStaging, InvalidHangar, InvalidMsfs}},
-        {"no drive", "!staging", "!hangar", "!fs2002", {InvalidStaging, InvalidHangar, InvalidMsfs}},
-        {"no simulator there", "Staging", "Hangar", "Nowhere", {InvalidMsfs}},
-        {"a simulator without aircraft",
-         "Staging",
-         "Hangar",
-         "Other",
-         {"Cannot find an 'aircraft' subdirectory in the directory you specified for MSFS.  The directory "
-          "you select "
-          "must be the directory where you installed Flight Simulator."}},
-        {"a file in Staging", "Full", "Hangar", "FS", {NotEmpty}},
-        {"a directory in Staging", "Nested", "Hangar", "FS", {NotEmpty}},
-        {"a file is no directory", "Full\\file.txt", "Hangar", "FS", {CreateStaging}},
-        {"a roundabout Staging", "Other\\..\\Staging", "Hangar", "FS", {CreateStaging}},
-        {"a doubled backslash", "Staging", "Hangar\\", "FS\\\\", {InvalidMsfs}},
-        {"Staging is the Hangar",
-         "Staging",
-         "STAGING",
-         "FS",
-         {"The directory you specified for the Staging location is the same as the one for the Hangar "
-          "location.  Please "
-          "specify a directory of its own for each location."}},
-        {"the Hangar is the simulator",
-         "Staging",
-         "FS",
-         "fs\\",
-         {"The directory you specified for the Hangar location is the same as the one for the MSFS "
-          "installation.  Please "
-          "specify a directory of its own for each location."}},
-        {"Staging in the Hangar",
-         "Nested\\inner",
-         "Nested",
-         "FS",
-         {"The directory you specified for the Staging location is inside of the Hangar location.  Please "
-          "specify a "
-          "directory that is outside of it."}},
-        {"the simulator in the Hangar", "Staging", "Other", "Other\\FS", {"Cannot find an..."}},
-        {"the simulator in the Hangar",
-         "Staging",
-         "Sims",
-         "Sims\\FS98",
-         {"The directory you specified for the MSFS installation is inside of the Hangar location..."}},
-        {"Staging in aircraft",
-         "Sims\\FS98\\aircraft\\s",
-         "Hangar",
-         "Sims\\FS98",
-         {"The directory you specified for the Staging location is inside of the 'aircraft' subdirectory of "
-          "your MSFS "
-          "installation.  Please specify a directory that is outside of it."}},
-        {"the Hangar is gauges",
-         "Staging",
-         "Sims\\FS98\\GAUGES",
-         "Sims\\FS98",
-         {"The directory you specified for the Hangar location is inside of the 'gauges' subdirectory of "
-          "your MSFS "
+        {{"!c:", "!c:\\", "!c:\\"}, {InvalidStaging, InvalidHangar, InvalidMsfs}},
+        {{"!staging", "!hangar", "!fs2002"}, {InvalidStaging, InvalidHangar, InvalidMsfs}},
+        {{"Staging", "Hangar", "Nowhere"}, {InvalidMsfs}},
+        {{"Staging", "Hangar", "Other"}, {NoAircraft}},
+        {{"Full", "Hangar", "FS"}, {NotEmpty}},
+        {{"Nested", "Hangar", "FS"}, {NotEmpty}},
+        {{"Full\\file.txt", "Hangar", "FS"}, {CreateStaging}},
+        {{"Other\\..\\Staging", "Hangar", "FS"}, {CreateStaging}},
+        {{"Staging", "Hangar\\", "FS\\\\"}, {InvalidMsfs}},
+        {{"Staging", "STAGING", "FS"},
+         {"...for the Staging location is the same as the one for the Hangar location..."}},
+        {{"Staging", "FS", "fs\\"},
+         {"...for the Hangar location is the same as the one for the MSFS installation..."}},
+        {{"Nested\\inner", "Nested", "FS"},
+         {"...for the Staging location is inside of the Hangar location..."}},
+        {{"Staging", "Other", "Other\\FS"}, {NoAircraft}},
+        {{"Staging", "Sims", "Sims\\FS98"},
+         {"...for the MSFS installation is inside of the Hangar location..."}},
+        {{"Sims\\FS98\\aircraft\\s", "Hangar", "Sims\\FS98"},
+         {"...for the Staging location is inside of the 'aircraft' subdirectory of your MSFS "
           "installation..."}},
-        {"a character that kx.ini has no byte for",
-         "Staging",
-         "\xD0\x96",
-         "FS",
-         {"The directory you specified for the Hangar location has a character in its name that cannot be "
-          "kept in "
-          "kx.ini.  Please use a directory with a simpler name (i.e. c:\\hangar)."}},
+        {{"Staging", "Sims\\FS98\\GAUGES", "Sims\\FS98"},
+         {"...for the Hangar location is inside of the 'gauges' subdirectory of your MSFS installation..."}},
+        {{"Staging", "Ж", "FS"},
+         {"...for the Hangar location has a character in its name that cannot be kept in kx.ini..."}},
     };
     drive.Put("Full\\file.txt", "x");
-    drive.MakeDirectory("Nested\\inner");
-    drive.MakeDirectory("Other\\FS");
-    drive.MakeDirectory("Sims\\FS98\\aircraft\\s");
-    drive.MakeDirectory("Sims\\FS98\\gauges");
-    drive.MakeDirectory("\xD0\x96");
+    for (const char* directory :
+         {"Nested\\inner", "Other\\FS", "Sims\\FS98\\aircraft\\s", "Sims\\FS98\\gauges", "Ж"})
+        drive.MakeDirectory(directory);
     const auto before = drive.Tree();
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        dialogs.Enter({Path(row.staging), Path(row.hangar), Path(row.msfs)});
-        for (const auto* message : row.messages) {
-            if (message == CreateStaging)
-                user.Expect(message, Answer::No, MessageIcon::None);
-            else
-                user.Expect(message, Answer::Ok, MessageIcon::Exclamation);
+    for (const auto& [entry, messages] : rows) {
+        SCOPED_TRACE(std::string(entry.staging) + " " + entry.hangar + " " + entry.msfs);
+        dialogs.Enter(Typed(entry));
+        for (const auto* message : messages) {
+            const bool isQuestion = message == CreateStaging;
+            user.Expect(message, isQuestion ? Answer::No : Answer::Ok,
+                        isQuestion ? MessageIcon::None : MessageIcon::Exclamation);
         }
         user.Expect(Continue, Answer::No, MessageIcon::None);
         EXPECT_EQ(Validate({.showDialog = true}), LocationsOutcome::GivenUp);
-        EXPECT_EQ(settings.locations.StagingDir, "");
-        EXPECT_EQ(settings.LocationProfiles[0].StagingDir, "");
+        EXPECT_EQ(settings.locations.StagingDir + settings.LocationProfiles[0].StagingDir, "");
     }
     EXPECT_EQ(drive.Tree(), before);
 }
@@ -149,8 +106,7 @@ TEST_F(LocationsEntryTest, MissingDirectoriesAreMadeOnRequest) {
     user.Expect(CreateStaging, Answer::Yes);
     EXPECT_EQ(Validate({.showDialog = true}), LocationsOutcome::Valid);
 
-    EXPECT_TRUE(drive.Files().IsDirectory(drive.At("New")));
-    EXPECT_TRUE(drive.Files().IsDirectory(drive.At("Hangar2")));
+    EXPECT_EQ(drive.Outline("New") + drive.Outline("Hangar2"), "");
     EXPECT_EQ(settings.locations.StagingDir, drive.At("New\\"));
     EXPECT_EQ(settings.LocationProfiles[0].HangarDir, drive.At("Hangar2\\"));
     EXPECT_EQ(settings.LocationProfiles[0].MsfsDir, drive.At("FS\\"));
@@ -180,12 +136,6 @@ TEST_F(LocationsEntryTest, WhenTheDialogIsShownAtStart) {
     EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
 }
 
-TEST_F(LocationsEntryTest, ScratchOfTheProgramIsNoContent) {
-    drive.Put("Staging\\~kx~scratch\\1", "x");
-    dialogs.Enter(locations);
-    EXPECT_EQ(Validate({.showDialog = true}), LocationsOutcome::Valid);
-}
-
 TEST_F(LocationsEntryTest, ClosingTheDialog) {
     settings.locations = locations;
     settings.LocationProfiles[0] = {"Main", locations.StagingDir, locations.HangarDir, locations.MsfsDir, ""};
@@ -208,59 +158,47 @@ TEST_F(LocationsEntryTest, ClosingTheDialog) {
 }
 
 TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
-    struct Row {
-        const char *name, *text;
-        int expected;
-    };
-    const Row rows[] = {
-        {"the last of two", "Twice", 7}, {"none of that name", "twice", 2}, {"no name at all", "", 2}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    drive.Put("Staging\\~kx~scratch\\1", "x"); // of the program itself: that directory is empty
+    // The last of two, none of that name, no name at all.
+    for (const auto& [text, expected] : {std::pair("Twice", 7u), std::pair("twice", 2u), std::pair("", 2u)}) {
+        SCOPED_TRACE(text);
         settings = {};
         settings.LocationProfiles[2].name = "Main";
         settings.LocationProfiles[4].name = settings.LocationProfiles[7].name = "Twice";
         settings.CurrentProfile = 2;
-        dialogs.Enter(locations, row.text);
+        dialogs.Enter(locations, text);
         EXPECT_EQ(Validate({.showDialog = true}), LocationsOutcome::Valid);
-        EXPECT_EQ(settings.CurrentProfile, row.expected);
-        EXPECT_EQ(settings.LocationProfiles[static_cast<std::size_t>(row.expected)].HangarDir,
-                  locations.HangarDir);
+        EXPECT_EQ(settings.CurrentProfile, static_cast<int>(expected));
+        EXPECT_EQ(settings.LocationProfiles[expected].HangarDir, locations.HangarDir);
     }
 }
 
 TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
     const std::string exists = "The Profile Name you've entered already exists.";
     const LocationProfile stored{"Two", "C:\\old", "", "", "Jets\\Lear"};
-    struct Row {
-        const char *name, *entered, *staging, *hangar, *msfs;
+    constexpr Entry Good = {"Staging", "Hangar", "FS"};
+    const struct {
+        const char *name, *entered;
+        Entry entry;
         std::vector<std::string> messages;
-    };
-    const Row rows[] = {
-        {"its own name", " Two ", "Staging", "Hangar", "FS", {}},
-        {"a new name", "3", "Staging\\", "Hangar\\", "FS\\", {}},
-        {"that of another", "MAIN", "Staging", "Hangar", "FS", {exists}},
-        {"that of two others", "twice", "Staging", "Hangar", "FS", {exists, exists}},
+    } rows[] = {
+        {"its own name", " Two ", Good, {}},
+        {"a new name", "3", {"Staging\\", "Hangar\\", "FS\\"}, {}},
+        {"that of another", "MAIN", Good, {exists}},
+        {"that of two others", "twice", Good, {exists, exists}},
         {"blanks, and nothing else is right",
          "  ",
-         "!",
-         "!c:",
-         "Hangar",
-         {"Please enter a Profile Name.",
-          "Please enter a valid directory for the Staging location (i.e. c:\\staging).", InvalidHangar,
-          "Cannot find an 'aircraft' subdirectory..."}},
-        {"no byte in kx.ini",
-         "\xD0\x96",
-         "Staging",
-         "Hangar",
-         "FS",
-         {"The Profile Name you've entered has..."}},
-        {"files in Staging", "Two", "Full", "Hangar", "FS", {NotEmpty}},
+         {"!", "!c:", "Hangar"},
+         {"Please enter a Profile Name.", NoStaging, InvalidHangar, NoAircraft}},
+        {"no byte in kx.ini", "Ж", Good, {"The Profile Name you've entered has..."}},
+        {"files in Staging", "Two", {"Full", "Hangar", "FS"}, {NotEmpty}},
         {"one place twice",
          "Two",
-         "Staging",
-         "Staging",
-         "FS",
+         {"Staging", "Staging", "FS"},
          {"The directory you specified for the Staging..."}},
+    };
+    const auto all = [](const LocationProfile& profile) {
+        return profile.name + "|" + profile.StagingDir + "|" + profile.HangarDir + "|" + profile.MsfsDir;
     };
     drive.Put("Full\\file.txt", "x");
     for (const auto& row : rows) {
@@ -271,20 +209,18 @@ TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
         ProfileEditor profiles(drive.Files(), user, settings);
         for (const auto& message : row.messages)
             user.Expect(message, Answer::Ok, MessageIcon::Exclamation);
-        LocationProfile entry{row.entered, Path(row.staging), Path(row.hangar), Path(row.msfs), ""};
+        const Locations typed = Typed(row.entry);
+        LocationProfile entry{row.entered, typed.StagingDir, typed.HangarDir, typed.MsfsDir, ""};
         EXPECT_EQ(profiles.Accept(2, entry), row.messages.empty());
-        const auto& now = settings.LocationProfiles[2];
-        EXPECT_EQ(entry.name + entry.MsfsDir, std::string(Trim(row.entered)) + AddBackslash(Path(row.msfs)));
-        const auto& expected = row.messages.empty() ? entry : stored;
-        EXPECT_EQ(now.name + now.StagingDir + now.HangarDir + now.MsfsDir + now.firstPackage,
-                  expected.name + expected.StagingDir + expected.HangarDir + expected.MsfsDir + "Jets\\Lear");
+        EXPECT_EQ(entry.name + entry.MsfsDir, std::string(Trim(row.entered)) + AddBackslash(typed.MsfsDir));
+        EXPECT_EQ(all(settings.LocationProfiles[2]), all(row.messages.empty() ? entry : stored));
+        EXPECT_EQ(settings.LocationProfiles[2].firstPackage, "Jets\\Lear");
     }
     ProfileEditor profiles(drive.Files(), user, settings);
     profiles.Clear(2);
     EXPECT_EQ(settings.LocationProfiles[2].name + settings.LocationProfiles[2].firstPackage, "");
-    user.Expect("You cannot modify a profile that is currently in use here.  Please use the 'Locations' "
-                "option to modify the current profile.",
-                Answer::Ok, MessageIcon::Exclamation);
+    user.Expect("You cannot modify a profile that is currently in use here...", Answer::Ok,
+                MessageIcon::Exclamation);
     EXPECT_FALSE(profiles.CanModify(0));
     EXPECT_TRUE(profiles.CanModify(1));
 }

@@ -9,12 +9,9 @@ class Sides : public ProgramTest {
   protected:
     Sides() {
         drive.Put("Hangar\\Empty\\a file is no package.txt", "x");
-        drive.Put("Hangar\\Jets\\Big Bird\\Bird.air", "x");
-        drive.Put("Hangar\\Jets\\Concorde\\Concorde.air", "x");
-        drive.Put("Hangar\\Jets\\Lear\\Lear.air", "x");
-        drive.Put("Hangar\\Jets\\~kx~scratch\\1~Half\\Half.air", "x");
-        drive.Put("Hangar\\Props\\Cessna\\Cessna.air", "x");
-        drive.Put("Hangar\\Props\\Lear\\Lear.air", "x");
+        for (const char* package : {"Jets\\Big Bird", "Jets\\Concorde", "Jets\\Lear",
+                                    "Jets\\~kx~scratch\\1~Half", "Props\\Cessna", "Props\\Lear"})
+            drive.Put("Hangar\\" + std::string(package) + "\\x.air", "x");
         drive.MakeDirectory("FS\\aircraft\\Big_Bird");
     }
 };
@@ -62,7 +59,7 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
 
     // The package is gone: the list's first follows its last.
-    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Lear.air")));
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\x.air")));
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
     program->Refresh();
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Airbus\\"));
@@ -107,17 +104,13 @@ TEST_F(Sides, TheNameFileFillsAnEmptyNameOnly) {
 }
 
 TEST_F(Sides, TheSizeOfACompressedPackage) {
-    struct Row {
-        const char *name, *marker, *expected;
-    };
-    const Row rows[] = {{"known", "12 Meg have been compressed.\r\n", "0 Meg (12 Meg compressed)"},
-                        {"unknown", "9999 Meg have been compressed.\r\n", "0 Meg (compressed)"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        drive.Put("Hangar\\Jets\\Concorde\\KX_Compression.txt", row.marker);
+    for (const auto& [code, expected] :
+         {std::pair("12", "0 Meg (12 Meg compressed)"), std::pair("9999", "0 Meg (compressed)")}) {
+        drive.Put("Hangar\\Jets\\Concorde\\KX_Compression.txt",
+                  code + std::string(" Meg have been compressed.\r\n"));
         Start();
         Select("Jets", 1);
-        EXPECT_EQ(form.view.sizeText, row.expected);
+        EXPECT_EQ(form.view.sizeText, expected);
     }
 }
 
@@ -155,24 +148,18 @@ TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
     EXPECT_EQ(form.status, "");
 }
 
-TEST_F(Sides, OpeningAndDeletingFiles) {
-    drive.Put("Hangar\\Jets\\Concorde\\Documentation\\readme.txt", "x");
+TEST_F(Sides, OpeningFiles) {
+    const std::string directory = "Hangar\\Jets\\Concorde\\Documentation\\";
+    drive.Put(directory + "readme.txt", "x");
     Start();
     Select("Jets", 1);
     program->OpenComponent(Documentation, 0);
-    EXPECT_EQ(launcher.started, std::vector<std::string>{
-                                    "open " + drive.At("Hangar\\Jets\\Concorde\\Documentation\\readme.txt")});
+    program->ShowComponentInFolder(Documentation, 0);
     program->OpenComponent(Documentation, 1);
     program->OpenComponent(GroupCount, 0);
     program->ShowComponentInFolder(Documentation, 1);
-    EXPECT_EQ(launcher.started.size(), 1u);
-    program->ShowComponentInFolder(Documentation, 0);
-    EXPECT_EQ(launcher.started.back(), "explore " + drive.At("Hangar\\Jets\\Concorde\\Documentation\\"));
-
-    user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
-    program->DeleteComponents(Documentation, {0});
-    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Concorde\\Documentation\\readme.txt"));
-    EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
+    EXPECT_EQ(launcher.started,
+              (Names{"open " + drive.At(directory) + "readme.txt", "explore " + drive.At(directory)}));
 }
 
 TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
@@ -197,7 +184,7 @@ TEST_F(Sides, TheReadMePage) {
     program->OpenReadMe();
     drive.Put("App\\kxdoc.htm", "x");
     program->OpenReadMe();
-    EXPECT_EQ(launcher.started, std::vector<std::string>{"open " + drive.At("App\\kxdoc.htm")});
+    EXPECT_EQ(launcher.started, Names{"open " + drive.At("App\\kxdoc.htm")});
 }
 
 } // namespace
