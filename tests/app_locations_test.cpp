@@ -76,10 +76,8 @@ TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
         {{"Staging", "Ж", "FS"},
          {"...for the Hangar location has a character in its name that cannot be kept in kx.ini..."}},
     };
-    drive.Put("Full\\file.txt", "x");
-    for (const char* directory :
-         {"Nested\\inner", "Other\\FS", "Sims\\FS98\\aircraft\\s", "Sims\\FS98\\gauges", "Ж"})
-        drive.MakeDirectory(directory);
+    drive.Fill("", "Full\\file.txt=x, Nested\\inner\\, Other\\FS\\, Sims\\FS98\\aircraft\\s\\, "
+                   "Sims\\FS98\\gauges\\, Ж\\");
     const auto before = drive.Tree();
     for (const auto& [entry, messages] : rows) {
         SCOPED_TRACE(std::string(entry.staging) + " " + entry.hangar + " " + entry.msfs);

@@ -12,16 +12,11 @@ constexpr const char* Gone = "The package you've selected no longer seems to be 
 class Overviews : public ProgramTest {
   protected:
     Overviews() {
-        drive.Put("Hangar\\Empty\\a file is no package.txt", "x");
-        drive.Put("Hangar\\Jets\\Big Bird\\Images\\bird.JPG", "x");
-        drive.Put("Hangar\\Jets\\concorde\\Images\\readme.txt", "x");
-        drive.MakeDirectory("Hangar\\Jets\\Lear");
-        drive.MakeDirectory("Hangar\\Jets\\~kx~scratch");
-        drive.Put("Hangar\\Props\\Cessna\\images\\cessna.gif", "x");
-        drive.Put("Hangar\\Props\\Lear\\Lear.jpg", "not where pictures are kept");
-        drive.MakeDirectory("FS\\aircraft\\Big_Bird");
-        drive.MakeDirectory("FS\\aircraft\\LEAR");
-        drive.Put("FS\\aircraft\\Cessna", "a file");
+        drive.Fill("Hangar", "Empty\\a file is no package.txt=x, Jets\\Big Bird\\Images\\bird.JPG=x, "
+                             "Jets\\concorde\\Images\\readme.txt=x, Jets\\Lear\\, Jets\\~kx~scratch\\, "
+                             "Props\\Cessna\\images\\cessna.gif=x, "
+                             "Props\\Lear\\Lear.jpg=not where pictures are kept");
+        drive.Fill("FS\\aircraft", "Big_Bird\\, LEAR\\, Cessna=a file");
     }
     void ExpectShown(const std::string& caption, const Names& lines) {
         EXPECT_EQ(form.listCaption, caption);
@@ -30,12 +25,11 @@ class Overviews : public ProgramTest {
 };
 
 TEST_F(Overviews, LinesAndWhatAClickOnEachDoes) {
-    struct Row {
+    const struct {
         std::string caption;
         void (Program::*list)();
         Names lines; // with the package that a click shows: "line@below the Hangar"
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"Package List",
          &Program::ListAllPackages,
          {"", " -->  Jets", "", "< Big Bird >@Jets\\Big Bird", "concorde@Jets\\concorde",

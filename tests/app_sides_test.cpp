@@ -8,10 +8,10 @@ using Names = std::vector<std::string>;
 class Sides : public ProgramTest {
   protected:
     Sides() {
-        drive.Put("Hangar\\Empty\\a file is no package.txt", "x");
-        for (const char* package : {"Jets\\Big Bird", "Jets\\Concorde", "Jets\\Lear",
-                                    "Jets\\~kx~scratch\\1~Half", "Props\\Cessna", "Props\\Lear"})
-            drive.Put("Hangar\\" + std::string(package) + "\\x.air", "x");
+        drive.Fill("Hangar",
+                   "Empty\\a file is no package.txt=x, Jets\\Big Bird\\x.air=x, Jets\\Concorde\\x.air=x, "
+                   "Jets\\Lear\\x.air=x, Jets\\~kx~scratch\\1~Half\\Half.air=x, "
+                   "Props\\Cessna\\x.air=x, Props\\Lear\\x.air=x");
         drive.MakeDirectory("FS\\aircraft\\Big_Bird");
     }
 };
@@ -46,9 +46,7 @@ TEST_F(Sides, ChoosingACategoryFillsThePackages) {
 TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     Start();
     Select("Jets", 2);
-    drive.Put("Hangar\\Jets\\Airbus\\Airbus.air", "x");
-    drive.MakeDirectory("Hangar\\Gliders");
-    drive.MakeDirectory("FS\\aircraft\\lear");
+    drive.Fill("", "Hangar\\Jets\\Airbus\\Airbus.air=x, Hangar\\Gliders\\, FS\\aircraft\\lear\\");
     program->Refresh();
     EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
     EXPECT_EQ(form.view.categoryIndex, 2);

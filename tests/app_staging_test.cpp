@@ -19,10 +19,7 @@ constexpr const char* AskAdd =
 
 class StagingCommands : public ProgramTest {
   protected:
-    StagingCommands() {
-        drive.MakeDirectory("Hangar\\Jets");
-        drive.MakeDirectory("Hangar\\Props\\Cessna 172");
-    }
+    StagingCommands() { drive.Fill("Hangar", "Jets\\, Props\\Cessna 172\\"); }
     // Shows the Staging side with an aircraft in it.
     void StartInStaging() {
         PackageBuilder(drive, "Staging\\ZIP_lear.zip\\");

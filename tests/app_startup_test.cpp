@@ -64,8 +64,7 @@ TEST_F(StartUp, TheMarkerOfARestartKeepsTheDialogAway) {
 }
 
 TEST_F(StartUp, TheFirstPackageIsShownOrForgotten) {
-    drive.Put("Hangar\\Jets\\Lear\\Lear.air", "x");
-    drive.Put("Hangar\\Props\\Lear\\Lear.air", "x");
+    drive.Fill("Hangar", "Jets\\Lear\\Lear.air=x, Props\\Lear\\Lear.air=x");
     const struct {
         const char *name, *stored, *shown, *saved;
     } rows[] = {
@@ -89,8 +88,7 @@ TEST_F(StartUp, TheFirstPackageIsShownOrForgotten) {
 }
 
 TEST_F(StartUp, AFirstPackageThatEndsTheProgramDoesSoOnce) {
-    drive.Put("Hangar\\Jets\\Lear\\Lear.air", "x");
-    drive.Put("Hangar\\Jets\\Lear\\Model\\Lear.air", "y");
+    drive.Fill("Hangar\\Jets\\Lear", "Lear.air=x, Model\\Lear.air=y");
     PutSettings("Jets\\Lear");
     // Any text: what matters here is the way out.
     user.Expect("...", Answer::Ok, MessageIcon::Critical);
@@ -140,11 +138,7 @@ TEST_F(StartUp, ASaveThatFailsLeavesTheFileAndIsSaid) {
 
 class ChangeOfLocations : public ProgramTest {
   protected:
-    ChangeOfLocations() {
-        drive.MakeDirectory("Hangar\\Jets");
-        drive.MakeDirectory("Hangar2\\Props");
-        drive.MakeDirectory("Staging2");
-    }
+    ChangeOfLocations() { drive.Fill("", "Hangar\\Jets\\, Hangar2\\Props\\, Staging2\\"); }
     // What is entered in the dialog: these locations with one changed.
     void Enter(std::string Locations::*which, const std::string& relative) {
         Locations changed = locations;

@@ -139,8 +139,7 @@ TEST_F(ProcessTest, AnArchiveThatCannotBeDeletedIsNotOfferedAgain) {
 }
 
 TEST_F(ProcessTest, AnExistingFileIsReplacedOnlyAfterAYes) {
-    drive.Put("Staging\\ZIP_p.zip\\keep.txt", "old");
-    drive.Put("Staging\\ZIP_p.zip\\Take.txt", "old");
+    drive.Fill("Staging\\ZIP_p.zip", "keep.txt=old, Take.txt=old");
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ZIP_p.zip\\Take.txt"), true));
     const std::string file = "File " + drive.At("Staging\\ZIP_p.zip\\");
     user.Expect(file + "keep.txt exists.  Overwrite?", Answer::No, MessageIcon::None)
@@ -193,8 +192,7 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
 
 TEST_F(ProcessTest, WhatStandsInTheWayIsNeitherReplacedNorWrittenThrough) {
     drive.Put("outside\\target.txt", "mine");
-    drive.Put("Staging\\ZIP_p.zip\\file", "mine");
-    drive.MakeDirectory("Staging\\ZIP_p.zip\\directory");
+    drive.Fill("Staging\\ZIP_p.zip", "file=mine, directory\\");
     const bool hasLinks = drive.MakeLink("Staging\\ZIP_p.zip\\link.txt", "outside\\target.txt") &&
                           drive.MakeLink("Staging\\ZIP_p.zip\\linked", "outside");
     const auto before = drive.Tree("Staging");

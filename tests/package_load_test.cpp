@@ -32,14 +32,9 @@ class LoadTest : public CommandTest {
 };
 
 TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
-    drive.Put("Staging\\a\\readme.txt", "one");
-    drive.Put("Staging\\b\\README.TXT", "two");
-    drive.Put("Staging\\c\\readme.txt", "one"); // the bytes of the first
-    drive.Put("Staging\\d\\readme.txt", "three");
-    drive.Put("Staging\\d\\readme(1).txt", "taken");
-    drive.Put("Staging\\b\\readme.air", "four"); // stands before the document, and after its new name
-    drive.Put("Staging\\a\\index.html", "1");
-    drive.Put("Staging\\b\\index.html", "2");
+    // The air file stands before a document, and after its new name.
+    drive.Fill("Staging", "a\\readme.txt=one, b\\README.TXT=two, c\\readme.txt=one, d\\readme.txt=three, "
+                          "d\\readme(1).txt=taken, b\\readme.air=four, a\\index.html=1, b\\index.html=2");
     LoadStaging();
     // Every text is still there, the last keeps its name, and no rename replaces a file.
     EXPECT_EQ(drive.Outline("Staging"),
@@ -80,8 +75,7 @@ TEST_F(LoadTest, OneAnswerCanServeAllFurtherDuplicates) {
 }
 
 TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
-    for (const char* file : {"a\\readme.txt", "b\\readme.txt", "a\\x.gau", "b\\x.gau"})
-        drive.Put(std::string("Hangar\\Jets\\Lear\\") + file, file);
+    drive.Fill("Hangar\\Jets\\Lear", "a\\readme.txt=1, b\\readme.txt=2, a\\x.gau=same, b\\x.gau=same");
     const auto before = drive.Tree();
     user.Expect(
         "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
@@ -93,10 +87,7 @@ TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
 }
 
 TEST_F(LoadTest, HangarDocumentsNeverEndTheProgram) {
-    drive.Put("Hangar\\Jets\\Lear\\a\\readme.txt", "same");
-    drive.Put("Hangar\\Jets\\Lear\\b\\readme.txt", "same");
-    drive.Put("Hangar\\Jets\\Lear\\a\\shot.jpg", "1");
-    drive.Put("Hangar\\Jets\\Lear\\b\\shot.jpg", "2");
+    drive.Fill("Hangar\\Jets\\Lear", "a\\readme.txt=same, b\\readme.txt=same, a\\shot.jpg=1, b\\shot.jpg=2");
     FaultyFiles readOnly(drive.Files());
     readOnly.StopAt(1, FileFault::ReadOnlyDisk);
     CommandContext onDisc = On(readOnly);
@@ -157,12 +148,10 @@ class ConfigurationTest : public LoadTest {
                   "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
                   "[fltsim.1]\r\ntitle= Lear red \r\ntexture=red\r\nmodel=\r\npanel=ifr\r\n\r\n"
                   "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
-        drive.Put("Staging\\extras\\texture\\other.bmp", "of nobody here");
-        for (const char* file :
-             {"texture\\skin.bmp", "texture.red\\skin2.bmp", "oldtexture.red\\keep.bmp", "model\\x.mdl",
-              "panel\\panel.cfg", "panel\\main.bmp", "panel.ifr\\p.nel", "texture.red\\shot.jpg"})
-            drive.Put(std::string("Staging\\P\\") + file, "x");
-        drive.Put("Staging\\KX_MSFSImportName.txt", "Lear\r\n");
+        drive.Fill("Staging", "extras\\texture\\other.bmp=of nobody here, KX_MSFSImportName.txt=Lear");
+        drive.Fill("Staging\\P", "texture\\skin.bmp=x, texture.red\\skin2.bmp=x, oldtexture.red\\keep.bmp=x, "
+                                 "model\\x.mdl=x, panel\\panel.cfg=x, panel\\main.bmp=x, panel.ifr\\p.nel=x, "
+                                 "texture.red\\shot.jpg=x");
     }
     const std::vector<std::string> items = {"Lear  (fltsim.0)", "Lear red  (fltsim.1)"};
 };
@@ -243,9 +232,7 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     EXPECT_EQ(package.compressionCode, "12");
     EXPECT_EQ(package.SizeInMeg(), 2) << "1,600,000 bytes and a little";
 
-    drive.Put("Staging\\wing.air", "x");
-    drive.Put("Staging\\setup.exe", "x");
-    drive.Put("Staging\\sub\\other.EXE", "x");
+    drive.Fill("Staging", "wing.air=x, setup.exe=x, sub\\other.EXE=x");
     user.Expect(
         "An executable file was found in the Staging directory.  It may be an installation executable...",
         Answer::Ok, MessageIcon::Information);
@@ -267,10 +254,7 @@ TEST_F(LoadTest, NoiseIsRead) {
 
 TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
     const std::string more = "More than one aircraft configuration file (aircraft.cfg) was detected...";
-    const auto putTwo = [&] {
-        drive.Put("Staging\\a\\aircraft.cfg", "1");
-        drive.Put("Staging\\b\\aircraft.cfg", "2");
-    };
+    const auto putTwo = [&] { drive.Fill("Staging", "a\\aircraft.cfg=1, b\\aircraft.cfg=2"); };
     CheckSingleAircraftCfg(context);
     putTwo();
     user.Expect(more, Answer::Ok, MessageIcon::Exclamation)

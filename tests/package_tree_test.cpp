@@ -19,9 +19,7 @@ using testing::IsEmpty;
 using TreeTest = CommandTest;
 
 TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
-    for (const char* file : {"Staging\\b.txt", "Staging\\A.txt", "Staging\\z\\y\\deep.txt",
-                             "Staging\\m\\in.txt", "Staging\\~kx~scratch\\1~half.txt"})
-        drive.Put(file, "x");
+    drive.Fill("Staging", "b.txt=x, A.txt=x, z\\y\\deep.txt=x, m\\in.txt=x, ~kx~scratch\\1~half.txt=x");
     const Tree tree = WalkTree(drive.Files(), locations.StagingDir);
     std::vector<std::string> files;
     for (const auto& file : tree.files)
@@ -73,9 +71,8 @@ TEST_F(TreeTest, EveryNameLandsInItsGroups) {
 }
 
 TEST_F(TreeTest, DeleteTreeRefusesEveryDangerousPath) {
-    drive.Put("FS\\aircraft\\Lear\\aircraft.cfg", "x");
-    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", "x");
-    drive.Put("other\\file.txt", "x");
+    drive.Fill("", "FS\\aircraft\\Lear\\aircraft.cfg=x, Hangar\\Jets\\Lear\\aircraft.cfg=x, "
+                   "other\\file.txt=x");
     const auto before = drive.Tree();
     const std::string aircraft = locations.MsfsDir + "aircraft\\", lear = locations.HangarDir + "Jets\\Lear";
     for (const auto& path :
@@ -93,8 +90,7 @@ TEST_F(TreeTest, DeleteTreeRefusesEveryDangerousPath) {
 }
 
 TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndStopsAtALimit) {
-    drive.Put("Staging\\a\\b\\c.txt", "x");
-    drive.Put("Staging\\ro.txt", "x");
+    drive.Fill("Staging", "a\\b\\c.txt=x, ro.txt=x");
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ro.txt"), true));
     limits.FileMax = 1;
     user.Expect("The directory " + locations.StagingDir +
@@ -110,8 +106,7 @@ TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndStopsAtALimit) {
 }
 
 TEST_F(TreeTest, PackageNames) {
-    drive.MakeDirectory("FS\\aircraft\\My Plane");
-    drive.Put("FS\\aircraft\\file", "x");
+    drive.Fill("FS\\aircraft", "My Plane\\, file=x");
     EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My Plane");
     drive.MakeDirectory("FS\\aircraft\\My_Plane");
     EXPECT_EQ(FindSimAircraftDirectory(drive.Files(), locations, "My Plane"), "My_Plane");

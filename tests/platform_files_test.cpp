@@ -60,10 +60,7 @@ TEST_F(Files, TakeTheNameOfAnExistingOneInAnotherCase) {
 }
 
 TEST_F(Files, AreNeverReplacedByARenameOrACopy) {
-    drive.Put("a.txt", "a");
-    drive.Put("B.TXT", "b");
-    drive.Put("full\\c.txt", "c");
-    drive.MakeDirectory("empty");
+    drive.Fill("", "a.txt=a, B.TXT=b, full\\c.txt=c, empty\\");
     const auto before = drive.Tree();
     for (const char* target : {"B.TXT", "b.txt", "full", "EMPTY", "FULL\\C.TXT"}) {
         EXPECT_EQ(Rename("a.txt", target), FileFault::Exists) << target;
@@ -87,20 +84,17 @@ TEST_F(Files, AreNeverReplacedByARenameOrACopy) {
 }
 
 TEST_F(Files, AreReplacedInOneStepOrStayAsTheyAre) {
-    drive.Put("kx.ini", "old");
-    drive.Put("~kx1", "new");
+    drive.Fill("", "kx.ini=old, ~kx1=new");
     EXPECT_EQ(Replace("~kx1", "KX.INI"), FileFault::None);
     EXPECT_EQ(drive.Outline(), "kx.ini=new");
 
-    drive.Put("~kx2", "newer");
-    drive.Put("~kx3", "first");
+    drive.Fill("", "~kx2=newer, ~kx3=first");
     ASSERT_TRUE(files.SetReadOnly(drive.At("kx.ini"), true));
     EXPECT_EQ(Replace("~kx2", "kx.ini"), FileFault::None) << "a read-only file can be replaced";
     EXPECT_EQ(Replace("~kx3", "other.ini"), FileFault::None);
     EXPECT_EQ(drive.Outline(), "kx.ini=newer, other.ini=first");
 
-    drive.Put("dir\\a", "a");
-    drive.MakeDirectory("empty");
+    drive.Fill("", "dir\\a=a, empty\\");
     ASSERT_TRUE(files.SetReadOnly(drive.At("kx.ini"), true));
     const auto before = drive.Tree();
     EXPECT_EQ(Replace("none", "kx.ini"), FileFault::NotFound);
@@ -130,9 +124,7 @@ TEST_F(Files, AreCopiedWithTimeAndAttributes) {
 }
 
 TEST_F(Files, KeepTimeAndAttributesWhenTheyAreGiven) {
-    drive.Put("a", "1");
-    drive.Put("b", "22");
-    drive.MakeDirectory("dir");
+    drive.Fill("", "a=1, b=22, dir\\");
     for (const FileTime time :
          {FileTime(std::chrono::sys_days(std::chrono::year(1969) / 12 / 31)) + 100ns, SomeTime}) {
         EXPECT_TRUE(files.SetTime(drive.At("A"), time));
@@ -149,10 +141,7 @@ TEST_F(Files, KeepTimeAndAttributesWhenTheyAreGiven) {
 }
 
 TEST_F(Files, AreDeletedOnlyWhereThatIsMeant) {
-    drive.Put("ro.txt", "keep");
-    drive.Put("rw.txt", "go");
-    drive.Put("dir\\a.txt", "keep");
-    drive.MakeDirectory("empty");
+    drive.Fill("", "ro.txt=keep, rw.txt=go, dir\\a.txt=keep, empty\\");
     ASSERT_TRUE(files.SetReadOnly(drive.At("ro.txt"), true));
     EXPECT_EQ(Delete("RO.txt"), FileFault::Denied);
     EXPECT_NE(Delete("empty"), FileFault::None);
@@ -213,10 +202,7 @@ TEST_F(Files, AreReachedByPlainPathsOnly) {
 }
 
 TEST_F(Files, AreNotReachedThroughLinksThemselves) {
-    drive.Put("target\\a.txt", "a");
-    drive.Put("b.txt", "b");
-    drive.Put("new.txt", "new");
-    drive.Put("gone.txt", "x");
+    drive.Fill("", "target\\a.txt=a, b.txt=b, new.txt=new, gone.txt=x");
     if (!drive.MakeLink("link", "target") || !drive.MakeLink("b link", "b.txt") ||
         !drive.MakeLink("to nothing", "gone.txt"))
         GTEST_SKIP() << "this Windows makes no links";

@@ -89,8 +89,7 @@ TEST_F(TextFiles, ArePutInPlaceWhole) {
 }
 
 TEST_F(TextFiles, StayAsTheyAreWhenWritingFails) {
-    drive.Put("kx.ini", "old");
-    drive.Put("dir\\a", "a");
+    drive.Fill("", "kx.ini=old, dir\\a=a");
     const auto before = drive.Tree();
     EXPECT_EQ(WriteLines("kx.ini", {"fine", "日本"}), FileFault::BadName);
     EXPECT_EQ(WriteBytes("none\\kx.ini", "new"), FileFault::NotFound);

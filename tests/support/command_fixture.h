@@ -72,9 +72,7 @@ class CommandTest : public testing::Test {
   protected:
     // Staging\, Hangar\ and FS\aircraft\ stand, empty.
     CommandTest() {
-        drive.MakeDirectory("Staging");
-        drive.MakeDirectory("Hangar");
-        drive.MakeDirectory("FS\\aircraft");
+        drive.Fill("", "Staging\\, Hangar\\, FS\\aircraft\\");
         locations = {drive.At("Staging\\"), drive.At("Hangar\\"), drive.At("FS\\")};
     }
 

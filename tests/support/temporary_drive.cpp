@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace korvadex::test {
 
 namespace {
@@ -71,6 +74,20 @@ void TemporaryDrive::MakeDirectory(std::string_view relative) {
         return;
     MakeDirectory(ParentDirectory(path));
     Require(files->CreateDirectory(At(path)), "cannot make the directory");
+}
+
+void TemporaryDrive::Fill(std::string_view relative, std::string_view outline) {
+    while (!outline.empty()) {
+        const std::string_view entry = outline.substr(0, outline.find(", "));
+        outline.remove_prefix(std::min(outline.size(), entry.size() + 2));
+        const std::size_t equals = entry.find('=');
+        const std::string name =
+            (relative.empty() ? "" : AddBackslash(relative)) + std::string(entry.substr(0, equals));
+        if (equals == entry.npos)
+            MakeDirectory(name);
+        else
+            Put(name, entry.substr(equals + 1));
+    }
 }
 
 bool TemporaryDrive::MakeLink(std::string_view relative, std::string_view target) {

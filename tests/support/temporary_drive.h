@@ -30,6 +30,8 @@ class TemporaryDrive {
     // Writes a file with its directories; the path is relative to Root(). Replaces what is there.
     void Put(std::string_view relative, std::string_view bytes);
     void MakeDirectory(std::string_view relative);
+    // Makes what Outline describes, below a directory: Fill("Staging", "a.txt=bytes, empty\\, sub\\b.txt=more").
+    void Fill(std::string_view relative, std::string_view outline);
     // A link to a directory or file of this drive; false where this machine cannot make one.
     bool MakeLink(std::string_view relative, std::string_view target);
     std::string Get(std::string_view relative) const;
