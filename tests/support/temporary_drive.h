@@ -40,10 +40,10 @@ class TemporaryDrive {
     // Every file below the directory (relative, "" for all) with its bytes, and every directory with a
     // trailing backslash and no bytes: the tree as a whole, to be compared both ways.
     std::map<std::string, std::string> Tree(std::string_view relative = "") const;
-    // Every file of Tree with its size, time and attributes as well.
-    std::map<std::string, std::pair<std::string, FileInfo>> States(std::string_view relative = "") const;
     // The same in one line, without the directories that hold something: "a.txt=bytes, empty\\, sub\\b.txt=more".
     std::string Outline(std::string_view relative = "") const;
+    // Every file of Tree with its size, time and attributes as well.
+    std::map<std::string, std::pair<std::string, FileInfo>> States(std::string_view relative = "") const;
     // The names of Tree alone, sorted.
     std::vector<std::string> Names(std::string_view relative = "") const;
 
