@@ -16,7 +16,8 @@ void Program::ShowPhotosForAll() {
 
 void Program::OpenGallery(bool isForAll) {
     if (!view.HangarSideShown)
-        return;
+        return ShowStatus(
+            "The photo galleries show the packages of the Hangar.  Please go to the Hangar side first.");
     const auto category = SelectedCategory();
     GalleryView opened;
     opened.caption = isForAll ? "All Packages" : std::string(CategoryPackagesCaption) + category;

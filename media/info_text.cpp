@@ -54,16 +54,12 @@ std::string_view LineEndOf(std::string_view bytes) {
     return ends.size() == 1 ? *ends.begin() : "\r\n";
 }
 
-std::string_view WithoutIndent(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
-}
-
 // Knows which fields the lines belong to that it is shown one after the other.
 class SectionReader {
   public:
     // True when the line begins a section.
     bool IsHeader(const Line& line) {
-        const std::string_view text = WithoutIndent(line.text);
+        const std::string_view text = line.text;
         if (!text.starts_with("["))
             return false;
         fields = {};
@@ -78,9 +74,8 @@ class SectionReader {
     }
     // The managed field of this section that the line sets; none for any other line.
     const InfoField* FieldOf(const Line& line) const {
-        const std::string_view text = WithoutIndent(line.text);
         const auto found = std::find_if(fields.begin(), fields.end(), [&](const InfoField& field) {
-            return StartsWithNoCase(text, field.key);
+            return StartsWithNoCase(line.text, field.key);
         });
         return found == fields.end() ? nullptr : &*found;
     }
@@ -96,7 +91,7 @@ class SectionReader {
 // --- values
 
 std::string ValueIn(const Line& line, const InfoField& field) {
-    std::string value(Trim(FromCodePage(WithoutIndent(line.text).substr(field.key.size()))));
+    std::string value(Trim(FromCodePage(line.text.substr(field.key.size()))));
     return field.hasLines ? EscapeConfigText(value, true) : value;
 }
 
@@ -134,7 +129,7 @@ class Rewriter {
 
     void Keep(const Line& line) {
         bytes.append(line.text).append(line.end);
-        if (!WithoutIndent(line.text).empty())
+        if (!Trim(line.text).empty())
             lastText = bytes.size();
     }
     // Puts the managed keys behind the last text so far; the empty line after them is one that stands there already,

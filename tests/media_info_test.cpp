@@ -64,8 +64,9 @@ const FileRow FileRows[] = {
      "; mine\r\n\r\n[fltsim.0]\r\ntitle=Caf\xE9\r\n//atc_id=no\r\n;description=no\r\nsim=a\r\n" CFG
      "\r\n[General]\r\n  key = v \r\n" GEN "\r\n[other]\r\natc_id=kept\r\neditable=kept\r\n"},
     {"OddCaseTabsAndBlanks",
-     "[FLTSIM.0]\r\n\tATC_ID=A\r\n  Atc_Heavy=1\r\nUI_Type = kept\r\n\t\r\n[GENERAL]\r\nAtc_Model=B\r\n",
-     "[FLTSIM.0]\r\nUI_Type = kept\r\n" CFG "\t\r\n[GENERAL]\r\n" GEN "\r\n"},
+     "[FLTSIM.0]\r\nATC_ID=\tA\r\nAtc_Heavy= 1\r\n\tatc_id=kept\r\nUI_Type = kept\r\n\t\r\n[GENERAL]\r\n"
+     "Atc_Model=B\r\n",
+     "[FLTSIM.0]\r\n\tatc_id=kept\r\nUI_Type = kept\r\n" CFG "\t\r\n[GENERAL]\r\n" GEN "\r\n"},
     {"MixedLineEnds", "[fltsim.0]\ntitle=a\r\nb=\r[General]\r\nc=1\n\r\n\n",
      "[fltsim.0]\ntitle=a\r\nb=\r" CFG "\r\n[General]\r\nc=1\n" GEN "\r\n\n"},
     {"LineFeeds", "[fltsim.0]\na=1\n[General]\n",

@@ -118,15 +118,15 @@ TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
         QByteArray bytes;
         const char* trouble;
         bool isSeen = false;
-    } rows[] = {{"damaged", sound.left(40), "This picture cannot be shown."},
-                {"empty", "", "This picture file is empty."},
-                {"huge", huge, "This picture is too large to be shown."},
+    } rows[] = {{"damaged", sound.left(40), "the file is damaged"},
+                {"empty", "", "the file is empty"},
+                {"huge", huge, "the picture is too large (20000 x 20000 pixels)"},
                 {"drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>",
-                 "This picture cannot be shown."},
-                {"no picture", "text", "This picture cannot be shown."},
+                 "the file holds no picture"},
+                {"no picture", "text", "the file holds no picture"},
                 {"of another format", Picture({200, 100}, "PNG"), "", true},
-                {"gone", sound, "This picture is no longer there."},
-                {"cut off", sound.chopped(20), "This picture is damaged.", true},
+                {"gone", sound, "the file is no longer there"},
+                {"cut off", sound.chopped(20), "the file is damaged", true},
                 {"sound", sound, "", true}};
     for (const auto& row : rows)
         Add(row.name, row.bytes);

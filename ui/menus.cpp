@@ -10,13 +10,10 @@ namespace korvadex {
 
 namespace {
 
-enum class Built { Yes, NotYet };
-
 // A top-level menu has no caption of an entry; an entry whose caption is "-" is a separator.
 struct Row {
     const char* name;
     const char* caption;
-    Built built = Built::NotYet;
     std::optional<int> code = std::nullopt;
     const char* shortcut = ""; // works while the entry's menu is visible
 };
@@ -27,78 +24,77 @@ struct Branch {
 };
 
 std::vector<Branch> MenuTree() {
-    constexpr auto yes = Built::Yes;
     return {
         {{"mnuFile", "&File"},
          {},
-         {{"mnuLocations", "&Locations", yes},
-          {"mnuLocationProfiles", "Location &profiles", yes},
-          {"mnuExit", "&Exit", yes}}},
+         {{"mnuLocations", "&Locations"},
+          {"mnuLocationProfiles", "Location &profiles"},
+          {"mnuExit", "&Exit"}}},
         {{"mnuTools", "&Tools"},
          {},
-         {{"mnuAllPackages", "&List all packages in Hangar", yes},
-          {"mnuInstalledPackages", "List packages &installed in MSFS", yes},
-          {"mnuPackagesNoImages", "List packages with &no images", yes},
+         {{"mnuAllPackages", "&List all packages in Hangar"},
+          {"mnuInstalledPackages", "List packages &installed in MSFS"},
+          {"mnuPackagesNoImages", "List packages with &no images"},
           {"mnuSep17", "-"},
-          {"mnuUnusedGauges", "List &unused gauges in MSFS gauges directory", yes},
+          {"mnuUnusedGauges", "List &unused gauges in MSFS gauges directory"},
           {"mnuSep1", "-"},
-          {"mnuPhotosByCategory", "&Photo gallery for packages in category", yes},
-          {"mnuPhotosForAll", "Photo &gallery for all packages", yes},
+          {"mnuPhotosByCategory", "&Photo gallery for packages in category"},
+          {"mnuPhotosForAll", "Photo &gallery for all packages"},
           {"mnuSep2", "-"},
-          {"mnuCompressAll", "&Compress all packages", yes},
-          {"mnuDecompressAll", "&Decompress all packages", yes},
+          {"mnuCompressAll", "&Compress all packages"},
+          {"mnuDecompressAll", "&Decompress all packages"},
           {"mnuSep3", "-"},
-          {"mnuUninstallCategory", "Uninstall packages in current category &from MSFS", yes},
-          {"mnuUninstallAll", "Uninstall &all packages from MSFS", yes},
+          {"mnuUninstallCategory", "Uninstall packages in current category &from MSFS"},
+          {"mnuUninstallAll", "Uninstall &all packages from MSFS"},
           {"mnuSep4", "-"},
-          {"mnuRunMSFS", "&Run Flight Simulator", yes}}},
+          {"mnuRunMSFS", "&Run Flight Simulator"}}},
         {{"mnuStagingOptions", "&Options"},
          Side::Staging,
-         {{"mnuStagingToHangar", "Copy package to &Hangar", yes, 0},
+         {{"mnuStagingToHangar", "Copy package to &Hangar", 0},
           {"mnuSep5", "-"},
-          {"mnuProcessZipFile", "Process &ZIP file into Staging", yes, 1, "Ctrl+O"},
+          {"mnuProcessZipFile", "Process &ZIP file into Staging", 1, "Ctrl+O"},
           {"mnuSep6", "-"},
-          {"mnuImportFromMSFS", "Import package from &MSFS", yes, 2},
+          {"mnuImportFromMSFS", "Import package from &MSFS", 2},
           {"mnuSep7", "-"},
-          {"mnuRemoveStaging", "&Remove all from Staging", yes, 4},
-          {"mnuRemovePanelFromStaging", "Remove &panel from Staging", yes, 5},
-          {"mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", yes, 6},
-          {"mnuRemoveSoundFromStaging", "Remove &sound from Staging", yes, 7}}},
+          {"mnuRemoveStaging", "&Remove all from Staging", 4},
+          {"mnuRemovePanelFromStaging", "Remove &panel from Staging", 5},
+          {"mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", 6},
+          {"mnuRemoveSoundFromStaging", "Remove &sound from Staging", 7}}},
         {{"mnuHangarOptions", "&Options"},
          Side::Hangar,
-         {{"mnuHangarToMsfs", "&Copy package to MSFS", yes, 0, "Ctrl+I"},
+         {{"mnuHangarToMsfs", "&Copy package to MSFS", 0, "Ctrl+I"},
           {"mnuSep8", "-"},
-          {"mnuRemoveFromMsfs", "&Remove package from MSFS", yes, 1, "Ctrl+U"},
-          {"mnuRemoveFromHangar", "Remove package from &Hangar", yes, 2},
+          {"mnuRemoveFromMsfs", "&Remove package from MSFS", 1, "Ctrl+U"},
+          {"mnuRemoveFromHangar", "Remove package from &Hangar", 2},
           {"mnuSep9", "-"},
-          {"mnuRename", "Re&name package and/or aircraft", yes, 3},
+          {"mnuRename", "Re&name package and/or aircraft", 3},
           {"mnuSep10", "-"},
-          {"mnuCreatePanelAlias", "Create &panel alias", yes, 4},
-          {"mnuPastePanelAlias", "Paste panel &alias", yes, 6},
-          {"mnuRestoreOldPanel", "Restore &old panel", yes, 8},
+          {"mnuCreatePanelAlias", "Create &panel alias", 4},
+          {"mnuPastePanelAlias", "Paste panel &alias", 6},
+          {"mnuRestoreOldPanel", "Restore &old panel", 8},
           {"mnuSep11", "-"},
-          {"mnuCreateSoundAlias", "Create &sound alias", yes, 5},
-          {"mnuPasteSoundAlias", "Past&e sound alias", yes, 7},
-          {"mnuRestoreOldSound", "Restore old so&und", yes, 9},
+          {"mnuCreateSoundAlias", "Create &sound alias", 5},
+          {"mnuPasteSoundAlias", "Past&e sound alias", 7},
+          {"mnuRestoreOldSound", "Restore old so&und", 9},
           {"mnuSep14", "-"},
-          {"mnuCheckRefs", "Check aliases &to package", yes, 11},
-          {"mnuGaugeCrosscheck", "Check &gauges for package", yes, 12},
+          {"mnuCheckRefs", "Check aliases &to package", 11},
+          {"mnuGaugeCrosscheck", "Check &gauges for package", 12},
           {"mnuSep15", "-"},
-          {"mnuCopyToStaging", "Cop&y package to Staging", yes, 13},
+          {"mnuCopyToStaging", "Cop&y package to Staging", 13},
           {"mnuSep16", "-"},
-          {"mnuCompress", "Co&mpress package", yes, 14},
-          {"mnuDecompress", "&Decompress Package", yes, 15}}},
+          {"mnuCompress", "Co&mpress package", 14},
+          {"mnuDecompress", "&Decompress Package", 15}}},
         {{"mnuNotes", "&Data"},
          {},
-         {{"mnuCreateNotes", "&Create package notes", yes},
-          {"mnuDeleteNotes", "&Delete package notes", yes},
-          {"mnuReadNotes", "&Read package notes", yes},
+         {{"mnuCreateNotes", "&Create package notes"},
+          {"mnuDeleteNotes", "&Delete package notes"},
+          {"mnuReadNotes", "&Read package notes"},
           {"mnuSep18", "-"},
-          {"mnuImportImageClipboard", "Import &screenshot for package", yes},
-          {"mnuImportImage", "Import image &file for package", yes},
+          {"mnuImportImageClipboard", "Import &screenshot for package"},
+          {"mnuImportImage", "Import image &file for package"},
           {"mnuSep19", "-"},
-          {"mnuInformation", "FS2002 &Information", yes}}},
-        {{"mnuHelp", "He&lp"}, {}, {{"mnuReadMe", "&Read me", yes}, {"mnuAbout", "&About Korvadex", yes}}},
+          {"mnuInformation", "FS2002 &Information"}}},
+        {{"mnuHelp", "He&lp"}, {}, {{"mnuReadMe", "&Read me"}, {"mnuAbout", "&About Korvadex"}}},
     };
 }
 
@@ -114,7 +110,6 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             entry->setObjectName(row.name);
             if (isSeparator)
                 continue;
-            entry->setEnabled(row.built == Built::Yes);
             entry->setShortcut(QKeySequence(row.shortcut));
             if (row.code && branch.processor)
                 connect(entry, &QAction::triggered, this, [this, side = *branch.processor, code = *row.code] {
@@ -140,8 +135,6 @@ void Menus::ShowSide(Side side) {
     };
     show(stagingOptions, side == Side::Staging);
     show(hangarOptions, side == Side::Hangar);
-    for (const char* gallery : {"mnuPhotosByCategory", "mnuPhotosForAll"})
-        parent()->findChild<QAction*>(gallery)->setEnabled(side == Side::Hangar);
 }
 
 } // namespace korvadex

@@ -63,6 +63,15 @@ QRectF PhotoView::Placed(const QSizeF& size) const {
     return place;
 }
 
+// A thumbnail has no room for the advice.
+QString PhotoView::Trouble() const {
+    if (picture.trouble.isEmpty())
+        return {};
+    const char* said = picture.image.isNull() ? "This picture cannot be shown: "
+                                              : "This picture cannot be shown as a whole: ";
+    return said + picture.trouble + (captionLines ? QString(".") : ".  " + picture.advice);
+}
+
 QColor PhotoView::TextColor() const {
     return palette().color(isMarked ? QPalette::HighlightedText : QPalette::WindowText);
 }
@@ -128,15 +137,15 @@ void PhotoView::PaintPicture(QPainter& painter) const {
         shown = exact;
     const QRectF place = Placed(shown);
     painter.drawImage(place, picture.image);
-    if (picture.trouble.isEmpty())
+    const QString trouble = Trouble();
+    if (trouble.isEmpty())
         return;
     painter.setPen(palette().color(QPalette::WindowText));
     // Only a part of it is there: said across its lower end.
-    QRectF note =
-        painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap, picture.trouble);
+    QRectF note = painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignBottom | Qt::TextWordWrap, trouble);
     note.moveBottom(place.bottom());
     painter.fillRect(QRectF(place.left(), note.top(), place.width(), note.height()), palette().window());
-    painter.drawText(note, Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
+    painter.drawText(note, Qt::AlignCenter | Qt::TextWordWrap, trouble);
 }
 
 void PhotoView::PaintPlaceholder(QPainter& painter) const {
@@ -149,7 +158,7 @@ void PhotoView::PaintPlaceholder(QPainter& painter) const {
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(frame, 3, 3);
     painter.setPen(TextColor());
-    painter.drawText(frame.adjusted(4, 2, -4, -2), Qt::AlignCenter | Qt::TextWordWrap, picture.trouble);
+    painter.drawText(frame.adjusted(4, 2, -4, -2), Qt::AlignCenter | Qt::TextWordWrap, Trouble());
 }
 
 void PhotoView::resizeEvent(QResizeEvent* /*event*/) {

@@ -1,7 +1,7 @@
 // One picture on a window, with room for some lines of text below it.
 #pragma once
 
-#include "ui/picture_loader.h"
+#include "ui/picture_reader.h"
 
 #include <QIcon>
 #include <QWidget>
@@ -28,6 +28,8 @@ class PhotoView : public QWidget {
     const QString& Text() const { return caption; }
     bool IsLoading() const { return content == Content::Loading; }
     bool IsMarked() const { return isMarked; }
+    // What is said in the place of the picture, or across a part of one; "" when all of it is there.
+    QString Trouble() const;
 
     QSize sizeHint() const override { return {150, 130}; }
     QSize minimumSizeHint() const override { return {72, 64}; }

@@ -3,22 +3,17 @@
 #include "ui/picture_files.h"
 #include "ui_picture_box.h"
 
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
 #include <QStyleOption>
-#include <QTextOption>
 #include <QTimer>
 
 namespace korvadex {
 
 namespace {
-
-constexpr int MostMegabytes = 256; // that a picture of unknown size may take
-constexpr int TextMargin = 8;
 
 // What is dropped together with an archive is left to the window, which takes archives.
 QStringList DroppedPictures(const QMimeData& data) {
@@ -31,13 +26,16 @@ QStringList DroppedPictures(const QMimeData& data) {
 
 } // namespace
 
-PictureView::PictureView(QWidget* parent) : QWidget(parent), decodeAgain(new QTimer(this)) {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+PictureView::PictureView(QWidget* parent) : PhotoView(parent), decodeAgain(new QTimer(this)) {
     setFocusPolicy(Qt::StrongFocus);
     // While the window is being resized the picture at hand is stretched; the file is read again afterwards.
     decodeAgain->setSingleShot(true);
     decodeAgain->setInterval(100);
     connect(decodeAgain, &QTimer::timeout, this, &PictureView::Decode);
+    connect(this, &PhotoView::Resized, this, [this] {
+        if (!path.isEmpty())
+            decodeAgain->start();
+    });
 }
 
 void PictureView::SetPicture(const QString& hostPath, const QString& fileName) {
@@ -48,45 +46,24 @@ void PictureView::SetPicture(const QString& hostPath, const QString& fileName) {
 
 void PictureView::Decode() {
     decodeAgain->stop();
-    picture = {};
-    placeholder.clear();
-    if (!path.isEmpty()) {
-        auto read = ReadPictureFile(path, (QSizeF(size()) * devicePixelRatioF()).toSize());
-        picture = std::move(read.image);
-        natural = read.natural;
-        if (picture.isNull())
-            placeholder = name + " cannot be shown: " + read.problem;
-        setAccessibleDescription(placeholder.isEmpty() ? name : placeholder);
-    }
-    update();
-}
-
-void PictureView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    if (!picture.isNull()) {
-        QSizeF shown = natural;
-        if (shown.width() > width() || shown.height() > height())
-            shown.scale(size(), Qt::KeepAspectRatio);
-        QRectF place(QPointF(), shown);
-        place.moveCenter(QRectF(rect()).center());
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(place, picture);
+    if (path.isEmpty()) {
+        ShowNothing();
     } else {
-        QTextOption option(Qt::AlignCenter);
-        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-        painter.drawText(QRectF(rect()).adjusted(TextMargin, TextMargin, -TextMargin, -TextMargin),
-                         placeholder, option);
+        const LoadedPicture picture = ReadPictureFile(path, Box());
+        ShowPicture(&picture, name);
     }
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    }
+    setAccessibleName("Picture of the package");
+    setAccessibleDescription(Trouble().isEmpty() ? name : name + ": " + Trouble());
 }
 
-void PictureView::resizeEvent(QResizeEvent* /*event*/) {
-    if (!path.isEmpty())
-        decodeAgain->start();
+void PictureView::paintEvent(QPaintEvent* event) {
+    PhotoView::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 void PictureView::mousePressEvent(QMouseEvent* event) {
@@ -117,7 +94,6 @@ void PictureView::keyPressEvent(QKeyEvent* event) {
 PictureBox::PictureBox(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::PictureBox>()) {
     ui->setupUi(this);
     setAcceptDrops(true);
-    QImageReader::setAllocationLimit(MostMegabytes);
 
     connect(ui->imgImageBox, &PictureView::NextRequested, this, &PictureBox::NextRequested);
     connect(ui->imgImageBox, &PictureView::PreviousRequested, this, &PictureBox::PreviousRequested);
@@ -142,7 +118,6 @@ void PictureBox::ShowPicture(const QString& hostPath, const QString& fileName, i
 
 void PictureBox::ShowNoPicture() {
     ui->lblImageName->setText("No images currently available for viewing.");
-    ui->imgImageBox->setAccessibleDescription({});
     ui->imgImageBox->SetPicture({}, {});
     ShowCount(0, 0);
 }

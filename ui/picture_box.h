@@ -1,16 +1,52 @@
 // The picture of the package that is shown, with the buttons that belong to it.
 #pragma once
 
-#include <QImage>
+#include "ui/photo_view.h"
+
 #include <QWidget>
 
 #include <memory>
 
-class QMimeData;
+class QTimer;
 
 namespace Ui {
 class PictureBox;
 }
+
+namespace korvadex {
+
+// Shows one picture file, decoded at the size shown.
+class PictureView : public PhotoView {
+    Q_OBJECT
+
+  public:
+    explicit PictureView(QWidget* parent = nullptr);
+
+    // A path as the host names it; "" for no picture.
+    void SetPicture(const QString& hostPath, const QString& fileName);
+
+    QSize sizeHint() const override { return {320, 220}; }
+
+  signals:
+    void NextRequested(); // a click, or a key
+    void PreviousRequested();
+    void DeleteRequested();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void Decode();
+
+    QString path, name;
+    QTimer* decodeAgain;
+};
+
+class PictureBox;
+} // namespace korvadex
 
 namespace korvadex {
 

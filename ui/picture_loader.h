@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/file_system.h"
+#include "ui/picture_reader.h"
 
-#include <QImage>
 #include <QObject>
 #include <QSize>
 #include <QString>
@@ -17,17 +17,7 @@ class QByteArray;
 
 namespace korvadex {
 
-struct LoadedPicture {
-    QImage image;    // null when the file holds no picture that can be shown
-    QSize natural;   // in pixels of the file, turned as it is shown
-    QString trouble; // why there is none, or not all of it
-};
-
-// Decoded so that it fits into the box, in pixels; never enlarged.
-LoadedPicture DecodePicture(const QByteArray& bytes, const QSize& box);
-
-// Another program, or a command, may want to rename or delete a picture at any moment: the file itself is read at once
-// and closed, in the thread of the windows. The other thread works on those bytes alone.
+// The file itself is read at once, in the thread of the windows. The other thread works on those bytes alone.
 class PictureLoader : public QObject {
     Q_OBJECT
 

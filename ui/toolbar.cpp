@@ -15,33 +15,32 @@ namespace {
 struct Button {
     const char* key; // also the name of the icon and of the action; nullptr for a separator
     const char* toolTip;
-    bool isBuilt;
 };
 
 // What depends on the side (all tool tips that are missing here): ShowSide.
 constexpr Button Buttons[] = {
-    {"ListAllPackages", "List all packages in Hangar", true},
-    {"ListInstalledPackages", "List packages installed in MSFS", true},
-    {nullptr, nullptr, false},
-    {"PhotoGalleryCategory", "", true},
-    {"PhotoGalleryAll", "", true},
-    {nullptr, nullptr, false},
-    {"UnusedGauges", "List unused gauges in MSFS gauges directory", true},
-    {nullptr, nullptr, false},
-    {"ProcessZip", "Process ZIP file into Staging", true},
-    {"ImportFromMSFS", "Import package from MSFS", true},
-    {nullptr, nullptr, false},
-    {"Decompress", "Decompress package", true},
-    {"Compress", "Compress package", true},
-    {nullptr, nullptr, false},
-    {"Install", "", true},
-    {"Uninstall", "", true},
-    {"RemovePackage", "", true},
-    {nullptr, nullptr, false},
-    {"RunMSFS", "Run Flight Simulator", true},
-    {nullptr, nullptr, false},
-    {"ReadNotes", "Read package notes", true},
-    {"Information", "FS2002 Information", true},
+    {"ListAllPackages", "List all packages in Hangar"},
+    {"ListInstalledPackages", "List packages installed in MSFS"},
+    {nullptr, nullptr},
+    {"PhotoGalleryCategory", "Photo gallery for packages in category"},
+    {"PhotoGalleryAll", "Photo gallery for all packages"},
+    {nullptr, nullptr},
+    {"UnusedGauges", "List unused gauges in MSFS gauges directory"},
+    {nullptr, nullptr},
+    {"ProcessZip", "Process ZIP file into Staging"},
+    {"ImportFromMSFS", "Import package from MSFS"},
+    {nullptr, nullptr},
+    {"Decompress", "Decompress package"},
+    {"Compress", "Compress package"},
+    {nullptr, nullptr},
+    {"Install", ""},
+    {"Uninstall", ""},
+    {"RemovePackage", ""},
+    {nullptr, nullptr},
+    {"RunMSFS", "Run Flight Simulator"},
+    {nullptr, nullptr},
+    {"ReadNotes", "Read package notes"},
+    {"Information", "FS2002 Information"},
 };
 
 } // namespace
@@ -56,7 +55,7 @@ Toolbar::Toolbar(QWidget* parent) : QToolBar(parent) {
         const QString key = button.key;
         QAction* action = addAction(QIcon(":/icons/" + key + ".svg"), {});
         action->setObjectName(key);
-        SetButton(button.key, button.toolTip, button.isBuilt);
+        SetButton(button.key, button.toolTip, true);
         connect(action, &QAction::triggered, this, [this, key] { emit KeyPressed(key); });
     }
     ShowSide(Side::Hangar);
@@ -67,8 +66,6 @@ void Toolbar::ShowSide(Side side) {
     SetButton("Install", isHangar ? "Copy package to MSFS" : "Copy packge to Hangar", true);
     SetButton("Uninstall", "Remove package from MSFS", isHangar);
     SetButton("RemovePackage", isHangar ? "Remove package from Hangar" : "Remove all from Staging", true);
-    SetButton("PhotoGalleryCategory", "Photo gallery for packages in category", isHangar);
-    SetButton("PhotoGalleryAll", "Photo gallery for all packages", isHangar);
 }
 
 void Toolbar::SetButton(const char* key, const QString& toolTip, bool isEnabled) {
