@@ -1,11 +1,11 @@
 #include "platform/drive_map_posix.h"
 #include "platform/file_system.h"
 #include "platform/host_names_posix.h"
+#include "platform/in_parallel.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -16,7 +16,6 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
-#include <thread>
 #include <unistd.h>
 
 namespace korvadex {
@@ -229,6 +228,7 @@ class DriveFileSystem : public FileSystem {
     Status Rename(const std::string& from, const std::string& to) override;
     Status Replace(const std::string& from, const std::string& to) override;
     void BeginFlush(const std::string& path) override;
+    std::vector<Status> Flush(std::span<const std::string> paths) override;
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
@@ -249,6 +249,7 @@ class DriveFileSystem : public FileSystem {
     // The name for something that must not be there yet.
     Result<std::string> Free(const std::string& path) const;
     Result<Descriptor> CreateFile(const std::string& path, std::string& hostPath);
+    Result<std::string> PutInPlace(const Replacement& replacement);
     dev_t VolumeOf(std::string path) const;
 
     mutable HostNames names;
@@ -428,59 +429,65 @@ void DriveFileSystem::BeginFlush(const std::string& path) {
         sync_file_range(file->get(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
-// A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.
-void FlushTogether(const std::vector<Descriptor>& files, std::vector<Status>& outcomes,
-                   std::span<const Replacement> replacements) {
-    constexpr std::size_t maxThreads = 16;
-    std::atomic<std::size_t> next = 0;
-    const auto flush = [&] {
-        for (std::size_t i = next++; i < files.size(); i = next++) {
-            if (files[i] && fsync(files[i].get()) != 0)
-                outcomes[i] = Failure(replacements[i].from);
-        }
-    };
-    std::vector<std::thread> threads;
-    while (threads.size() + 1 < std::min(maxThreads, files.size()))
-        threads.emplace_back(flush);
-    flush();
-    for (std::thread& thread : threads)
-        thread.join();
+std::vector<Status> DriveFileSystem::Flush(std::span<const std::string> paths) {
+    std::vector<Status> outcomes(paths.size());
+    std::vector<std::string> hostPaths(paths.size());
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (auto hostPath = Existing(paths[i]))
+            hostPaths[i] = std::move(*hostPath);
+        else
+            outcomes[i] = hostPath.status();
+    }
+    // A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.
+    ForEachTogether(paths.size(), [&](std::size_t i) {
+        if (!outcomes[i])
+            return;
+        const Descriptor file(open(hostPaths[i].c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        // Some file systems keep nothing back of a directory, and know no way to ask.
+        if (!file || (fsync(file.get()) != 0 && errno != EINVAL))
+            outcomes[i] = Failure(paths[i]);
+    });
+    return outcomes;
 }
 
 std::vector<Status> DriveFileSystem::ReplaceAll(std::span<const Replacement> replacements) {
-    std::vector<Status> outcomes(replacements.size());
-    std::vector<std::string> sources(replacements.size());
-    std::vector<Descriptor> files;
-    for (std::size_t i = 0; i < replacements.size(); ++i) {
-        auto source = Existing(replacements[i].from);
-        auto file = source ? OpenRegular(*source, replacements[i].from) : Result<Descriptor>(source.status());
-        outcomes[i] = file.status();
-        files.push_back(file ? std::move(*file) : Descriptor());
-        if (source)
-            sources[i] = std::move(*source);
-    }
-    FlushTogether(files, outcomes, replacements);
-
+    std::vector<std::string> made;
+    for (const Replacement& replacement : replacements)
+        made.push_back(replacement.from);
+    std::vector<Status> outcomes = Flush(made);
     std::set<std::string> directories;
     for (std::size_t i = 0; i < replacements.size(); ++i) {
         if (!outcomes[i])
             continue;
-        const auto target = names.Resolve(replacements[i].to);
-        if (!target)
-            outcomes[i] = target.status();
-        else if (rename(sources[i].c_str(), target->path.c_str()) != 0)
-            outcomes[i] = Failure(replacements[i].to);
-        if (!outcomes[i])
-            continue;
-        // Forgotten, not noted: a name that is found at once says nothing of what else has come into its
-        // directory.
-        names.NoteRemoved(sources[i]);
-        names.NoteRemoved(target->path);
-        directories.insert(ParentOf(target->path));
+        auto directory = PutInPlace(replacements[i]);
+        if (directory)
+            directories.insert(std::move(*directory));
+        else
+            outcomes[i] = directory.status();
     }
     for (const std::string& directory : directories)
         FlushDirectory(directory);
     return outcomes;
+}
+
+// The host's name of the directory that has changed.
+Result<std::string> DriveFileSystem::PutInPlace(const Replacement& replacement) {
+    const auto source = Existing(replacement.from);
+    if (!source)
+        return source.status();
+    const auto info = Info(replacement.from);
+    if (!info || info->kind != EntryKind::File)
+        return info ? Status{FileFault::IsLink, replacement.from, 0} : info.status();
+    const auto target = names.Resolve(replacement.to);
+    if (!target)
+        return target.status();
+    if (rename(source->c_str(), target->path.c_str()) != 0)
+        return Failure(replacement.to);
+    // Forgotten, not noted: a name that is found at once says nothing of what else has come into its
+    // directory.
+    names.NoteRemoved(*source);
+    names.NoteRemoved(target->path);
+    return ParentOf(target->path);
 }
 
 Status DriveFileSystem::Delete(const std::string& path) {

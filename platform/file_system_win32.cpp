@@ -1,6 +1,7 @@
 #include "platform/file_system.h"
 
 #include "platform/file_streams_win32.h"
+#include "platform/in_parallel.h"
 #include "platform/win32.h"
 #include "platform/windows_path.h"
 
@@ -169,6 +170,8 @@ class WindowsFileSystem final : public FileSystem {
     Status Copy(const std::string& from, const std::string& to) override;
     Status Rename(const std::string& from, const std::string& to) override;
     Status Replace(const std::string& from, const std::string& to) override;
+    std::vector<Status> Flush(std::span<const std::string> paths) override;
+    std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
     Status RemoveDirectory(const std::string& path) override;
@@ -181,6 +184,9 @@ class WindowsFileSystem final : public FileSystem {
     std::vector<std::string> Drives() const override;
     std::string HostPath(const std::string& path) const override { return path; }
     std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
+
+  private:
+    Status PutInPlace(const std::string& from, const std::string& to);
 };
 
 Result<std::vector<DirectoryEntry>> WindowsFileSystem::List(const std::string& directory) const {
@@ -301,7 +307,52 @@ Status WindowsFileSystem::Rename(const std::string& from, const std::string& to)
     return EqualNoCase(WithoutBackslash(from), WithoutBackslash(to)) ? EnsureCase(*target, to) : Status{};
 }
 
+// Written bytes wait in memory, whatever becomes of the file's name.
+Status FlushFile(const std::string& path) {
+    const Result<Entry> entry = Existing(path);
+    if (!entry)
+        return entry.status();
+    // The names in a directory are kept in order by the volume's journal.
+    if (entry->info.kind == EntryKind::Directory)
+        return {};
+    if (entry->info.kind == EntryKind::Link)
+        return Fault(FileFault::IsLink, path);
+    // Only one that may write may ask for it.
+    if (entry->info.readOnly)
+        SetFileAttributesW(entry->native.c_str(), entry->attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    const UniqueHandle handle = Open(entry->native, GENERIC_WRITE, ShareAll, OPEN_EXISTING, 0);
+    const DWORD code = GetLastError();
+    if (entry->info.readOnly)
+        SetFileAttributesW(entry->native.c_str(), entry->attributes);
+    if (!handle)
+        return NativeFault(path, code);
+    return FlushFileBuffers(handle.get()) ? Status{} : NativeFault(path);
+}
+
+std::vector<Status> WindowsFileSystem::Flush(std::span<const std::string> paths) {
+    std::vector<Status> outcomes(paths.size());
+    ForEachTogether(paths.size(), [&](std::size_t i) { outcomes[i] = FlushFile(paths[i]); });
+    return outcomes;
+}
+
+std::vector<Status> WindowsFileSystem::ReplaceAll(std::span<const Replacement> replacements) {
+    std::vector<std::string> made;
+    for (const Replacement& replacement : replacements)
+        made.push_back(replacement.from);
+    std::vector<Status> outcomes = Flush(made);
+    for (std::size_t i = 0; i < replacements.size(); ++i) {
+        if (outcomes[i])
+            outcomes[i] = PutInPlace(replacements[i].from, replacements[i].to);
+    }
+    return outcomes;
+}
+
 Status WindowsFileSystem::Replace(const std::string& from, const std::string& to) {
+    const Status flushed = FlushFile(from);
+    return flushed ? PutInPlace(from, to) : flushed;
+}
+
+Status WindowsFileSystem::PutInPlace(const std::string& from, const std::string& to) {
     const Result<Entry> source = ExistingFile(from);
     if (!source)
         return source.status();

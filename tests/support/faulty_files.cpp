@@ -46,6 +46,15 @@ bool FaultyFiles::CrossesVolumes(Path a, Path b) const {
     return !volume.empty() && IsAtOrBelow(a, volume) != IsAtOrBelow(b, volume);
 }
 
+std::vector<Status> FaultyFiles::Flush(std::span<const std::string> paths) {
+    std::vector<Status> outcomes = real.Flush(paths);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (Status status = Count("Flush", paths[i]); !status)
+            outcomes[i] = status;
+    }
+    return outcomes;
+}
+
 Result<std::unique_ptr<OutputFile>> FaultyFiles::CreateNew(Path path) {
     if (Status status = Count("CreateNew", path); !status)
         return status;

@@ -9,7 +9,7 @@
 namespace korvadex::test {
 
 // Everything that alters the disk is a change: CreateNew, each Write and Close of the file it gave, Copy,
-// Rename, Replace, Delete, the directory operations and those on attributes and times. Changes count from 1.
+// Rename, Replace, Flush, Delete, the directory operations and those on attributes and times. Changes count from 1.
 class FaultyFiles : public FileSystem {
   public:
     // Gives the fault of a change; it is named as its routine is ("Write"), with the path that it alters.
@@ -53,6 +53,7 @@ class FaultyFiles : public FileSystem {
     Status Rename(Path from, Path to) override { return Move("Rename", from, to, &FileSystem::Rename); }
     Status Replace(Path from, Path to) override { return Move("Replace", from, to, &FileSystem::Replace); }
     void BeginFlush(Path path) override { real.BeginFlush(path); }
+    std::vector<Status> Flush(std::span<const std::string> paths) override;
     Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
     Status CreateDirectory(Path path) override {
         return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
