@@ -21,8 +21,12 @@ void WalkLevel(const FileSystem& files, const std::string& path, ScratchEntries 
     for (const auto& entry : *entries) {
         if (scratch == ScratchEntries::LeaveOut && IsScratchName(entry.name))
             continue;
-        if (entry.info.kind != EntryKind::Directory) {
-            tree.files.emplace_back(path + entry.name, entry.info);
+        // Another volume that begins here is another place, as what a link leads to is.
+        FileInfo info = entry.info;
+        if (entry.isMountPoint)
+            info.kind = EntryKind::Link;
+        if (info.kind != EntryKind::Directory) {
+            tree.files.emplace_back(path + entry.name, info);
             continue;
         }
         tree.directories.push_back(path + entry.name);

@@ -34,7 +34,7 @@ struct FileEntry {
 struct Tree {
     std::string root;                     // with a trailing backslash
     std::vector<std::string> directories; // full paths without a trailing backslash
-    std::vector<FileEntry> files;         // links among them, with EntryKind::Link
+    std::vector<FileEntry> files;         // links and mount points among them, with EntryKind::Link
     bool isLevelCut = false;              // a level had more than MaxSubdirectoriesPerLevel subdirectories
     bool isUnreadable = false;            // a directory could not be listed
     std::string unreadable;               // the first such directory

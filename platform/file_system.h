@@ -84,6 +84,7 @@ struct FileInfo {
 struct DirectoryEntry {
     std::string name; // as stored on the disk
     FileInfo info;
+    bool isMountPoint = false; // a directory in which another volume begins
 };
 
 class InputFile {

@@ -278,7 +278,8 @@ Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& dir
     if (!hostPath)
         return hostPath.status();
     const std::unique_ptr<DIR, int (*)(DIR*)> handle(opendir(hostPath->c_str()), &closedir);
-    if (!handle)
+    struct stat own {};
+    if (!handle || fstat(dirfd(handle.get()), &own) != 0)
         return Failure(directory);
     struct Sortable {
         std::string key;
@@ -295,13 +296,18 @@ Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& dir
         }
         const std::string_view name = entry->d_name;
         struct stat info {};
-        // An entry that went away in between is no entry.
-        if (name == "." || name == ".." ||
-            fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0)
+        if (name == "." || name == "..")
             continue;
+        // One that went away in between is no entry. One that may not be looked at stays, as what it then is:
+        // nothing to open.
+        const bool isSeen = fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+        if (!isSeen && errno == ENOENT)
+            continue;
+        const FileInfo seen = isSeen ? InfoOf(info) : FileInfo{.kind = EntryKind::Link};
+        const bool isMountPoint = seen.kind == EntryKind::Directory && info.st_dev != own.st_dev;
         std::string shown = ShownName(name);
         std::string key = FoldCase(shown);
-        found.push_back({std::move(key), {std::move(shown), InfoOf(info)}});
+        found.push_back({std::move(key), {std::move(shown), seen, isMountPoint}});
     }
     std::sort(found.begin(), found.end(), [](const Sortable& a, const Sortable& b) {
         const int order = a.key.compare(b.key);

@@ -36,6 +36,26 @@ TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
                 ElementsAre(drive.At("Staging\\m"), drive.At("Staging\\z")));
 }
 
+class WithDiskInStaging : public FaultyFiles {
+  public:
+    using FaultyFiles::FaultyFiles;
+    Result<std::vector<DirectoryEntry>> List(const std::string& directory) const override {
+        auto entries = FaultyFiles::List(directory);
+        for (DirectoryEntry& entry : *entries)
+            entry.isMountPoint = entry.name == "disk";
+        return entries;
+    }
+};
+
+TEST_F(TreeTest, ADiskThatIsMountedInStagingIsNotErased) {
+    drive.Put("Staging\\a.txt", "x");
+    drive.Put("Staging\\m\\disk\\mine.txt", "mine");
+    WithDiskInStaging files(drive.Files());
+    CommandContext mounted{files, launcher, locations, limits, user, window};
+    EXPECT_TRUE(DeleteTree(mounted, locations.StagingDir));
+    EXPECT_THAT(drive.Names("Staging"), ElementsAre("m\\", "m\\disk\\", "m\\disk\\mine.txt"));
+}
+
 TEST_F(TreeTest, EveryNameLandsInItsGroups) {
     const PanelBitmapNames panelBitmaps = {"main.bmp"};
     const struct {

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -75,6 +76,31 @@ TEST_F(PosixHost, LeavesNoHalfCopyBehind) {
     EXPECT_FALSE(copied);
     EXPECT_FALSE(written);
     EXPECT_TRUE(drive.Outline() == "big.bin=" + std::string(2 << 20, 'x'));
+}
+
+TEST_F(PosixHost, TellsWhereAnotherVolumeBegins) {
+    DriveMap map;
+    map.directories['z'] = "";
+    const auto entries = MakeDriveFileSystem(map)->List("Z:\\");
+    ASSERT_TRUE(entries);
+    const auto proc = std::find_if(entries->begin(), entries->end(),
+                                   [](const DirectoryEntry& entry) { return entry.name == "proc"; });
+    ASSERT_NE(proc, entries->end());
+    EXPECT_TRUE(proc->isMountPoint);
+}
+
+TEST_F(PosixHost, ListsWhatItMayNotLookAt) {
+    drive.Put("aircraft\\panel.cfg", "x");
+    fs::permissions(Host(""), fs::perms::all);
+    fs::permissions(Host("aircraft"), fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+    const auto entries = files.List(drive.At("aircraft\\"));
+    ASSERT_TRUE(user != 0 || seteuid(0) == 0);
+    fs::permissions(Host("aircraft"), fs::perms::owner_all);
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 1u);
+    EXPECT_EQ(entries->front().info.kind, EntryKind::Link);
 }
 
 TEST_F(PosixHost, KeepsThePermissionsOfARewrittenFile) {
