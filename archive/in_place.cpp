@@ -14,6 +14,7 @@
 #include <array>
 #include <deque>
 #include <future>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -116,8 +117,8 @@ class Exchange {
     Exchange& operator=(const Exchange&) = delete;
     ~Exchange() { Release(); }
 
-    // A scratch directory on the file's volume in which its name is free; "" when there is none. It is the
-    // simulator's wherever that lies on the same volume.
+    // A scratch directory of this exchange alone, on the file's volume, in which its name is free; "" when there is
+    // none. It is the simulator's wherever that lies on the same volume.
     std::string DirectoryFor(const std::string& path) {
         FileSystem& files = context.files;
         std::string base = context.locations.MsfsDir;
@@ -126,26 +127,28 @@ class Exchange {
             if (base.empty() || !files.SameVolume(base, path))
                 base = ParentDirectory(path);
         }
-        const auto directory = MakeScratchDirectory(files, base);
-        if (!directory)
-            return "";
-        const std::string made = *directory + LastPathComponent(path);
-        if (EqualNoCase(made, path))
-            return "";
-        if (std::ranges::any_of(waiting,
-                                [&](const Replacement& other) { return EqualNoCase(other.from, made); })) {
+        const auto isTaken = [&](const std::string& directory) {
+            return std::ranges::any_of(waiting, [&](const Replacement& other) {
+                return EqualNoCase(other.from, directory + LastPathComponent(path));
+            });
+        };
+        if (const auto own = directories.find(base); own != directories.end()) {
+            if (!isTaken(own->second)) {
+                Drop(own->second, path);
+                return own->second;
+            }
             Commit();
-            if (!MakeScratchDirectory(files, base))
-                return "";
         }
-        DeleteFileForced(files, made); // left by an earlier run
-        return *directory;
+        const auto made = MakeScratchName(files, context.locations, base + "files");
+        if (!made || !files.CreateDirectory(*made))
+            return "";
+        return directories[base] = AddBackslash(*made);
     }
 
     // The file at directory & own name is to be deleted if it is still there.
     void Drop(const std::string& directory, const std::string& path) {
         if (!directory.empty())
-            ReleaseScratch(context.files, directory + LastPathComponent(path));
+            DeleteFileForced(context.files, directory + LastPathComponent(path));
     }
 
     // False when the new file could not be made like the old one.
@@ -181,8 +184,9 @@ class Exchange {
     static constexpr std::uint64_t MaxBytes = 256u << 20;
 
     std::vector<Replacement> Release() {
-        for (const Replacement& replacement : waiting)
-            ReleaseScratch(context.files, replacement.from);
+        for (const auto& directory : directories)
+            ReleaseScratch(context.files, directory.second);
+        directories.clear();
         bytes = 0;
         return std::exchange(waiting, {});
     }
@@ -190,6 +194,7 @@ class Exchange {
     CommandContext& context;
     const Teller tell;
     std::vector<Replacement> waiting;
+    std::map<std::string, std::string> directories; // by what they lie in
     std::uint64_t bytes = 0;
 };
 

@@ -5,12 +5,13 @@
 #include "platform/windows_path.h"
 
 #include <functional>
+#include <random>
 
 namespace korvadex {
 
 namespace {
 
-constexpr int MaxAttempts = 100000;
+constexpr int MaxAttempts = 100;
 
 // Everything below a scratch directory, and the directory itself. Links go as links.
 void RemoveAll(FileSystem& files, const std::string& path) {
@@ -72,8 +73,10 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
     constexpr std::size_t maxShownName = 200;
     const std::string shown = WithoutBackslash(LastPathComponent(target));
     const std::string name = "~" + (shown.size() > maxShownName ? "" : shown);
-    for (int number = 1; number < MaxAttempts; ++number) {
-        std::string candidate = directory + std::to_string(number) + name;
+    // Another Korvadex may work in the same place, or clear up there: counted names would meet.
+    std::random_device random;
+    for (int attempt = 0; attempt < MaxAttempts; ++attempt) {
+        std::string candidate = directory + std::to_string(random()) + name;
         if (files.Info(candidate).fault() == FileFault::NotFound)
             return candidate;
     }
@@ -86,13 +89,6 @@ void ReleaseScratch(FileSystem& files, const std::string& scratch) {
         return;
     RemoveAll(files, WithoutBackslash(scratch));
     static_cast<void>(files.RemoveDirectory(WithoutBackslash(directory))); // stays while others use it
-}
-
-Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& location) {
-    std::string directory = ScratchDirectoryIn(location);
-    if (const Status status = MakeDirectory(files, directory); !status)
-        return status;
-    return directory;
 }
 
 void CleanScratchIn(FileSystem& files, const std::string& directory) {

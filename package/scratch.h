@@ -9,7 +9,7 @@
 namespace korvadex {
 
 // A free name for something that will take the place of target (a file or a directory), without a trailing
-// backslash, and its directory made: <location>\~kx~scratch\<n>~<name>, or beside the target when the
+// backslash, and its directory made: <location>\~kx~scratch\<random number>~<name>, or beside the target when the
 // location's own scratch directory lies on another volume or the target lies in no location. Call
 // ReleaseScratch afterwards.
 Result<std::string> MakeScratchName(FileSystem& files, const Locations& locations, const std::string& target);
@@ -17,10 +17,6 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
 // Deletes what is left under a scratch name, and its scratch directory when that is empty. Refuses any other
 // name.
 void ReleaseScratch(FileSystem& files, const std::string& scratch);
-
-// The program's own directory inside the MSFS directory where single archives are unpacked:
-// MsfsDir\~kx~scratch\ (made).
-Result<std::string> MakeScratchDirectory(FileSystem& files, const std::string& location);
 
 // Removes what an interrupted run left in the locations (and beside installed aircraft and packages).
 void CleanScratch(FileSystem& files, const Locations& locations);

@@ -1,6 +1,7 @@
 // Single files that are kept packed under their own name: nothing of them may ever be lost.
 #include "archive/in_place.h"
 #include "archive/mod_zip.h"
+#include "package/scratch.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/zip_builder.h"
@@ -154,9 +155,29 @@ TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
             });
             EXPECT_TRUE(user.transcript.empty()) << "nothing disturbed the last run";
             EXPECT_GE(stops, 3);
-            EXPECT_EQ(drive.Outline("FS"), "aircraft\\") << "which also removes what the stopped ones left";
+            CleanScratch(drive.Files(), locations); // the next start
+            EXPECT_EQ(drive.Outline("FS"), "aircraft\\");
         }
     }
+}
+
+TEST_F(InPlaceTest, ASecondKorvadexDoesNotMixUpFilesOfOneName) {
+    const std::string other = "Hangar\\Jets\\Other\\Texture\\b17.bmp";
+    drive.Put(relative, "one");
+    drive.Put(other, "two");
+    FaultyFiles shared(drive.Files());
+    bool isFirst = true;
+    shared.FailWhere([&](const std::string& change, const std::string&) {
+        if (change == "CopyAttributes" && std::exchange(isFirst, false))
+            ZipFileInPlace(context, drive.At(other));
+        return FileFault::None;
+    });
+    CommandContext sharing{shared, launcher, locations, limits, user, window};
+    ZipFileInPlace(sharing, path);
+    EXPECT_EQ(UnzipFileInPlace(context, path), 0);
+    EXPECT_EQ(UnzipFileInPlace(context, drive.At(other)), 0);
+    EXPECT_EQ(drive.Get(relative), "one");
+    EXPECT_EQ(drive.Get(other), "two");
 }
 
 TEST_F(InPlaceTest, AnArchiveThatIsThereAlreadyIsNotTouched) {
