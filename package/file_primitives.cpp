@@ -54,6 +54,13 @@ bool DeleteFileForced(FileSystem& files, const std::string& path) {
     return status || status.fault == FileFault::NotFound;
 }
 
+Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths) {
+    const auto outcomes = files.Flush(paths);
+    const auto failure =
+        std::find_if(outcomes.begin(), outcomes.end(), [](const Status& status) { return !status; });
+    return failure == outcomes.end() ? Status{} : *failure;
+}
+
 std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch) {
     Tree tree = WalkTree(context.files, path, scratch);
     const ListCut cut = CutOf(tree, context.limits);

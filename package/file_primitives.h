@@ -15,6 +15,9 @@ namespace korvadex {
 // Clears the attributes, then deletes; false when the file is still there.
 bool DeleteFileForced(FileSystem& files, const std::string& path);
 
+// All that was written to these files and directories is on the disk when this returns; otherwise the first fault.
+Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths);
+
 // The tree of a directory, to delete from. None, after a message, when a limit of the walk would cut the
 // listing: then nothing is to be deleted.
 std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch);

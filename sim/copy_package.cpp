@@ -112,12 +112,11 @@ class PackageCopy {
         if (!scratch)
             return Fail(scratch.status());
         Status status = FillDirectory(AddBackslash(*scratch), progress);
-        if (status)
-            status = CheckComplete(AddBackslash(*scratch));
+        if (status && MayLoseOriginal())
+            status = FlushTree(AddBackslash(*scratch));
         bool isDone = status ? PlaceShared(status) : false;
         if (isDone) {
-            status = context.files.Rename(*scratch, WithoutBackslash(destination));
-            status.path = destination;
+            status = PutInPlace(*scratch);
             isDone = bool(status);
         }
         ReleaseScratch(context.files, *scratch);
@@ -158,6 +157,8 @@ class PackageCopy {
                 progress.Touch();
             const std::string target = scratch + file.relative;
             Status status = context.files.Copy(file.source, target);
+            if (status && MayLoseOriginal())
+                context.files.BeginFlush(target);
             if (status && kind != CopyRoot::Hangar && EndsWithNoCase(target, ".bmp"))
                 status = UnpackCopy(context, target, file.source);
             if (!status)
@@ -168,11 +169,38 @@ class PackageCopy {
         return NoteFoundGauges(context, scratch, gaugesThere);
     }
 
+    // Staging may be cleared, and the package taken from the Hangar, as soon as there is a copy: a copy that the
+    // disk does not have yet would be lost with the power.
+    bool MayLoseOriginal() const { return kind != CopyRoot::Msfs; }
+
+    Status FlushTree(const std::string& directory) {
+        const Tree tree = WalkTree(context.files, directory);
+        std::vector<std::string> paths = tree.directories;
+        for (const FileEntry& file : tree.files)
+            paths.push_back(file.path);
+        paths.push_back(WithoutBackslash(directory));
+        return FlushFiles(context.files, paths);
+    }
+
+    Status PutInPlace(const std::string& scratch) {
+        const std::string directory = WithoutBackslash(destination);
+        Status status = context.files.Rename(scratch, directory);
+        if (!status)
+            return {status.fault, destination, status.nativeCode};
+        // Looked at only here, where nobody else clears anything up any more.
+        status = CheckComplete(destination);
+        if (status && MayLoseOriginal())
+            status = FlushFiles(context.files, {WithoutBackslash(ParentDirectory(directory))});
+        if (!status)
+            static_cast<void>(context.files.Rename(directory, scratch));
+        return status;
+    }
+
     // A second Korvadex that starts meanwhile cleans up what it takes for the remains of an earlier run.
-    Status CheckComplete(const std::string& scratch) {
+    Status CheckComplete(const std::string& directory) {
         std::set<std::string> copied;
-        for (const FileEntry& file : WalkTree(context.files, scratch).files)
-            copied.insert(FoldCase(file.path.substr(scratch.size())));
+        for (const FileEntry& file : WalkTree(context.files, directory).files)
+            copied.insert(FoldCase(file.path.substr(directory.size())));
         const auto lost = std::ranges::find_if(
             plan.files, [&](const PlannedFile& file) { return !copied.contains(FoldCase(file.relative)); });
         return lost == plan.files.end() ? Status{} : Status{FileFault::Failed, lost->source};
@@ -186,8 +214,10 @@ class PackageCopy {
             return false;
         if (!PlaceGauges(context, package, root, GaugeMode::Install, &added))
             return false;
-        if (kind != CopyRoot::Msfs)
-            return true;
+        if (kind == CopyRoot::Staging) {
+            status = added.Flush();
+            return bool(status);
+        }
         // A simulator without an effects directory has no use for effects.
         return (!context.files.IsDirectory(root + "effects") ||
                 PlaceBeside(status, "effects\\", plan.effects)) &&

@@ -120,6 +120,16 @@ Status SharedFiles::PlaceThrough(const std::string& scratch, const std::string& 
     return {};
 }
 
+Status SharedFiles::Flush() {
+    std::vector<std::string> paths = placed;
+    for (const std::string& path : placed) {
+        const std::string directory = WithoutBackslash(ParentDirectory(path));
+        if (paths.back() != directory)
+            paths.push_back(directory);
+    }
+    return FlushFiles(context.files, paths);
+}
+
 void SharedFiles::TakeBack() {
     for (auto path = placed.rbegin(); path != placed.rend(); ++path)
         DeleteFileForced(context.files, *path);

@@ -24,6 +24,9 @@ class SharedFiles {
     Status Place(const std::string& directory, const std::vector<std::string>& sources,
                  std::string_view packedEnding = {}, const std::function<void()>& afterEach = {});
 
+    // What was placed is on the disk when this returns.
+    Status Flush();
+
     // Deletes what was placed and made so far.
     void TakeBack();
 

@@ -120,6 +120,37 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
 
+// Staging may be cleared next, and then the power fails.
+TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
+    drive.Put("Staging\\a.mdl", "a");
+    drive.Put("Staging\\b.air", "b");
+    LoadPackage(context, locations.StagingDir, true, package);
+    FaultyFiles files(drive.Files());
+    std::vector<std::string> flushed;
+    FileFault fault = FileFault::None;
+    files.FailWhere([&](const std::string& change, const std::string& path) {
+        if (change == "Rename" && path == drive.At("Hangar\\Jets\\Lear")) {
+            EXPECT_THAT(flushed, testing::UnorderedElementsAre(
+                                     testing::EndsWith("Model\\a.mdl"), testing::EndsWith("b.air"),
+                                     testing::EndsWith("Model"), testing::EndsWith("Lear")));
+            flushed.clear();
+        }
+        if (change == "Flush")
+            flushed.push_back(path);
+        return change == "Flush" ? fault : FileFault::None;
+    });
+    CommandContext flushing{files, launcher, locations, limits, user, window};
+    std::string destination = locations.HangarDir + "Jets\\Lear";
+    EXPECT_TRUE(CopyPackageTo(flushing, package, destination));
+    EXPECT_EQ(flushed, std::vector<std::string>{drive.At("Hangar\\Jets")});
+
+    fault = FileFault::Failed;
+    destination = locations.HangarDir + "Jets\\Other";
+    user.Expect("The package could not be copied, and nothing of it was left behind....", Answer::Ok);
+    EXPECT_FALSE(CopyPackageTo(flushing, package, destination));
+    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Other"));
+}
+
 TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
     drive.Put("Staging\\a.mdl", "a");
     drive.Put("Staging\\b.mdl", "b");
