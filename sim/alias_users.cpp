@@ -69,18 +69,22 @@ void ShowAliasUsers(CommandContext& context, const std::string& root, const std:
         context.window.ShowFileList(fileName.substr(0, 5) + " used in ...", lines);
 }
 
-Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path) {
-    const auto lines = ReadLines(context.files, path);
-    if (!lines)
-        return lines.status();
-    std::vector<std::string> rewritten = *lines;
+std::vector<std::string> WithAlias(std::vector<std::string> lines, const std::string& newAlias) {
     // What stands beyond the limit is carried over as it is.
-    const auto end = rewritten.begin() + std::min<std::ptrdiff_t>(std::ssize(rewritten), MaxConfigLines);
-    for (auto line = rewritten.begin(); line != end; ++line) {
+    const auto end = lines.begin() + std::min<std::ptrdiff_t>(std::ssize(lines), MaxConfigLines);
+    for (auto line = lines.begin(); line != end; ++line) {
         *line = std::string(TrimLeft(*line));
         if (StartsWithNoCase(*line, "alias="))
             *line = "alias=" + newAlias;
     }
+    return lines;
+}
+
+Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path) {
+    const auto lines = ReadLines(context.files, path);
+    if (!lines)
+        return lines.status();
+    const std::vector<std::string> rewritten = WithAlias(*lines, newAlias);
     if (rewritten == *lines)
         return {};
     if (const auto info = context.files.Info(path); info && info->readOnly) {

@@ -27,6 +27,9 @@ bool FindAliasUsers(CommandContext& context, const AliasSearch& search);
 void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& fileName,
                     const std::vector<std::string>& paths);
 
+// The lines of a configuration file with another alias.
+std::vector<std::string> WithAlias(std::vector<std::string> lines, const std::string& newAlias);
+
 // Replaces the alias line of a configuration file.
 Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path);
 

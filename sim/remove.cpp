@@ -1,7 +1,9 @@
 #include "sim/install.h"
 
+#include "archive/in_place.h"
 #include "package/file_primitives.h"
 #include "package/walk.h"
+#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_plan.h"
@@ -50,17 +52,28 @@ void RemoveGauges(CommandContext& context, CommandState& state, std::vector<File
     }
 }
 
-// The files whose alias line the installation adapts to the names of the simulator.
-bool IsRewrittenAlias(const LoadedPackage& package, const std::string& relative) {
-    return (!package.PackagePanelAlias.empty() && EqualNoCase(relative, "Panel\\panel.cfg")) ||
-           (!package.PackageSoundAlias.empty() && EqualNoCase(relative, "Sound\\sound.cfg"));
+// The installation adapts the alias line of such a file to the names of the simulator, and nothing else.
+bool IsRewrittenAlias(CommandContext& context, const LoadedPackage& package, const FileEntry& installed,
+                      const std::string& source) {
+    const std::string& alias =
+        installed.key == "panel.cfg" ? package.PackagePanelAlias : package.PackageSoundAlias;
+    if (alias.empty() || (installed.key != "panel.cfg" && installed.key != "sound.cfg"))
+        return false;
+    const auto lines = ReadLines(context.files, installed.path), own = ReadLines(context.files, source);
+    return lines && own && *lines == WithAlias(*own, SpacesToUnderscores(alias));
 }
 
-// A file keeps its time through the installation: one of another time is compared byte by byte.
+// A file keeps its time through the installation: one of another time or size is compared byte by byte.
 bool IsInPackage(CommandContext& context, const FileEntry& installed, const std::string& source) {
     const auto info = context.files.Info(source);
-    return info && installed.info.kind == EntryKind::File &&
-           (info->time == installed.info.time || HoldsUnpackedBytes(context, source, installed.path));
+    if (!info || installed.info.kind != EntryKind::File)
+        return false;
+    const auto hasSize = [&] {
+        return info->size == installed.info.size ||
+               UnpackedSize(context.files, FileEntry(source, *info)) == installed.info.size;
+    };
+    return (info->time == installed.info.time && hasSize()) ||
+           HoldsUnpackedBytes(context, source, installed.path);
 }
 
 // Files of the installed directory that an install of the package would not have put there, or that were
@@ -80,7 +93,8 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
         const auto source = sources.find(FoldCase(relative));
         if (source == sources.end())
             others.push_back(relative);
-        else if (!IsRewrittenAlias(package, relative) && !IsInPackage(context, file, source->second))
+        else if (!IsInPackage(context, file, source->second) &&
+                 !IsRewrittenAlias(context, package, file, source->second))
             others.push_back(relative + "  (changed)");
     }
     if (installed.isUnreadable)

@@ -128,6 +128,34 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
 }
 
+TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
+    drive.Put("FS\\aircraft\\Big_Jet\\panel\\panel.cfg", "x");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+        .With("Panel\\panel.cfg", "[fltsim]\n alias=Big Jet\\panel\n");
+    Select("Lear");
+    const auto install = [&] {
+        user.ExpectInstallStatus("Lear ...\n\nPanel alias used....");
+        Run(InstallPackage);
+    };
+    install();
+    EXPECT_EQ(drive.Get("FS\\aircraft\\Lear\\Panel\\panel.cfg"), "[fltsim]\r\nalias=big_jet\\panel\r\n");
+    ExpectRemoval().Expect("Done.", Answer::Ok);
+    Run(RemovePackageFromSim);
+
+    install();
+    drive.Put("FS\\aircraft\\Lear\\Panel\\panel.cfg", "the user's own");
+    // In the Hangar a file has become empty, with its time as it was.
+    const std::string model = locations.HangarDir + "Jets\\Lear\\Model\\lear.mdl";
+    const FileTime time = drive.Files().Info(model)->time;
+    drive.Put("Hangar\\Jets\\Lear\\Model\\lear.mdl", "");
+    ASSERT_TRUE(drive.Files().SetTime(model, time));
+    ExpectRemoval().Expect(locations.MsfsDir +
+                               "aircraft\\Lear\\ holds files that this package doesn't have ...\n\n"
+                               "Model\\lear.mdl  (changed)\nPanel\\panel.cfg  (changed)\n\nThey...",
+                           Answer::No);
+    Run(RemovePackageFromSim);
+}
+
 TEST_F(RemoveTest, QuietModeSaysNothing) {
     Install("Lear");
     state.QuietMode = true;
