@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <span>
 
 namespace korvadex {
@@ -16,36 +17,62 @@ namespace {
 // A configuration file is a few kilobytes. Something of this size only bears the name of one.
 constexpr std::uint64_t MaxConfigBytes = 64 * 1024 * 1024;
 
-struct ConfigFiles {
+// The host's one name of what the path leads to.
+std::string OneName(const FileSystem& files, const std::string& path) {
+    return files.PathFromHost(files.HostPath(path)).value_or(path);
+}
+
+// A link to something that is not there now, such as a drive that is not connected: it keeps its own name.
+bool LeadsNowhere(const FileSystem& files, const std::string& link) {
+    const std::string name = OneName(files, link);
+    const std::string directory = OneName(files, WithoutBackslash(ParentDirectory(link)));
+    return EqualNoCase(name, link) || EqualNoCase(name, AddBackslash(directory) + LastPathComponent(link));
+}
+
+// The files of one name in a tree, and in what its links lead to: an aircraft may live on another drive, and
+// reading it does no harm.
+class ConfigFinder {
+  public:
+    ConfigFinder(CommandContext& command, const std::string& name) : context(command), fileName(name) {}
+
+    void Add(const Tree& tree, int depth = 0) {
+        const FileList list = CollectFiles(tree, fileName, FileMode::Name, context.limits);
+        entries.insert(entries.end(), list.entries.begin(), list.entries.end());
+        if (list.cut != ListCut::None)
+            context.window.ShowStatus(DescribeCut(list.cut, context.limits));
+        if (list.cut != ListCut::None || tree.isLevelCut || tree.isUnreadable)
+            isComplete = false;
+        for (const FileEntry& entry : tree.files) {
+            if (entry.info.kind == EntryKind::Link)
+                AddLink(entry, depth);
+        }
+    }
+
     std::vector<FileEntry> entries;
     bool isComplete = true;
-};
 
-void AddConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName,
-                    ConfigFiles& found) {
-    const FileList list = CollectFiles(tree, fileName, FileMode::Name, context.limits);
-    found.entries.insert(found.entries.end(), list.entries.begin(), list.entries.end());
-    if (list.cut != ListCut::None)
-        context.window.ShowStatus(DescribeCut(list.cut, context.limits));
-    if (list.cut != ListCut::None || tree.isLevelCut || tree.isUnreadable)
-        found.isComplete = false;
-}
+  private:
+    static constexpr int MaxDepth = 8; // of links within what a link leads to
 
-// The files of that name, and those in what links of the tree lead to: an aircraft may live on another drive,
-// and reading it does no harm. Links within such a place are not followed any more.
-ConfigFiles FindConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName) {
-    ConfigFiles found;
-    AddConfigFiles(context, tree, fileName, found);
-    for (const FileEntry& entry : tree.files) {
-        if (entry.info.kind != EntryKind::Link)
-            continue;
-        if (context.files.IsDirectory(entry.path))
-            AddConfigFiles(context, WalkTree(context.files, entry.path), fileName, found);
-        else if (entry.key == fileName)
-            found.entries.push_back(entry);
+    void AddLink(const FileEntry& link, int depth) {
+        if (context.files.IsDirectory(link.path)) {
+            if (!visited.insert(OneName(context.files, link.path)).second)
+                return;
+            if (depth < MaxDepth)
+                Add(WalkTree(context.files, link.path), depth + 1);
+            else
+                isComplete = false;
+        } else if (link.key == fileName) {
+            entries.push_back(link);
+        } else if (LeadsNowhere(context.files, link.path)) {
+            isComplete = false;
+        }
     }
-    return found;
-}
+
+    CommandContext& context;
+    const std::string& fileName;
+    std::set<std::string> visited;
+};
 
 // Reads one file after another through the same memory.
 class ConfigReader {
@@ -80,6 +107,11 @@ class ConfigReader {
     static constexpr std::size_t FirstRoom = 4096; // where the directory gave no size, as for a link
 
     void Fold(std::size_t size) {
+        // Notepad's "Unicode", which the simulator reads as well: a zero behind each letter.
+        if (std::string_view(text).substr(0, size).starts_with("\xFF\xFE"))
+            size = static_cast<std::size_t>(
+                std::remove(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(size), '\0') -
+                text.begin());
         unsigned char all = 0;
         for (std::size_t i = 0; i < size; ++i)
             all |= static_cast<unsigned char>(text[i]);
@@ -123,7 +155,8 @@ class ConfigReader {
 bool VisitConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName,
                       const std::string& leaveOut, const ConfigVisitor& visitor,
                       const ConfigProgress& progress) {
-    const ConfigFiles found = FindConfigFiles(context, tree, fileName);
+    ConfigFinder found(context, fileName);
+    found.Add(tree);
     bool isComplete = found.isComplete;
     const int total = static_cast<int>(found.entries.size());
     std::optional<ProgressBar> bar;

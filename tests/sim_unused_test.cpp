@@ -47,12 +47,16 @@ class UnusedGaugesTest : public SimTest {
     UnusedGaugesTest() {
         for (const char* gauge :
              {"used.gau", "clock.gau", "sub\\clock.gau", "lock.cab", "Cab.CAB", "\xC3\xA9t\xC3\xA9.gau",
-              "Generic.x.gau", "fw190a.gau", "mine.dll", "two.parts.gau", "z.gau"})
+              "Generic.x.gau", "fw190a.gau", "mine.dll", "two.parts.gau", "wide.gau", "z.gau"})
             drive.Put(std::string("FS\\gauges\\") + gauge, gauge);
         // Without a last line end; a lone CR; a name beside the word in the same line only; a byte beyond ASCII.
         drive.Put("FS\\aircraft\\A\\panel\\panel.cfg", "x\rGauge00=USED,1\nclock\r\ngauge01=cab!needle");
         drive.Put("FS\\aircraft\\B\\Panel.CFG", "; \xC9T\xC9 is a gauge\r\n[fltsim]\r\nalias=B\\panel\r\n");
         drive.Put("FS\\aircraft\\C\\panel\\oldpanel.cfg", "gauge00=clock\r\ngauge01=lock");
+        std::string wide = "\xFF\xFE"; // Notepad's "Unicode"
+        for (const char letter : std::string("\r\ngauge00=Wide,1\r\n"))
+            wide += {letter, '\0'};
+        drive.Put("FS\\aircraft\\D\\panel\\panel.cfg", wide);
     }
 };
 
@@ -96,6 +100,23 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
         .ExpectUnusedGauges({}, {})
         .Expect("Not every panel.cfg file below...", Answer::Ok, MessageIcon::Exclamation);
     ListUnusedGauges(context);
+
+    limits.FileMax = 5000;
+
+    // An aircraft on another drive, with its panel in yet another place and a link to itself; then that place is
+    // not there.
+    drive.Put("Panels\\panel.cfg", "gauge00=z");
+    drive.MakeDirectory("Elsewhere");
+    if (drive.MakeLink("Elsewhere\\panel", "Panels") && drive.MakeLink("Elsewhere\\again", "Elsewhere") &&
+        drive.MakeLink("FS\\aircraft\\E", "Elsewhere")) {
+        user.Expect(Warning, Answer::Ok).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "clock.gau"}, {});
+        ListUnusedGauges(context);
+        EXPECT_TRUE(drive.Files().Rename(drive.At("Panels"), drive.At("Away")));
+        user.Expect(Warning, Answer::Ok)
+            .ExpectUnusedGauges({}, {})
+            .Expect("Not every panel.cfg file below...", Answer::Ok, MessageIcon::Exclamation);
+        ListUnusedGauges(context);
+    }
 
     locations.MsfsDir = drive.At("Staging\\");
     user.Expect(Warning, Answer::Ok)
