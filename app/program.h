@@ -195,7 +195,7 @@ class Program : private MainWindow {
     void CopyToHangar();
     bool CanCopyToHangar(const std::string& name);
     void AddArchive(const std::string& archive);
-    void EraseStaging();
+    void EraseStaging(bool isInHangar = false);
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     void ImportIntoStagingSide();

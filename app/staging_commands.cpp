@@ -97,14 +97,7 @@ void Program::CopyToHangar() {
     SelectPackageNamed(name); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
-    // What arrived while the package was copied is in no package yet.
-    if (HasChangedOnDisk(files, package)) {
-        LoadStaging();
-        user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
-                  MessageIcon::Exclamation);
-        return;
-    }
-    EraseStaging();
+    EraseStaging(true);
 }
 
 bool Program::MayAddToStaging() {
@@ -128,8 +121,18 @@ void Program::AddArchive(const std::string& archive) {
         LoadStaging();
 }
 
-void Program::EraseStaging() {
-    if (!user.AskYesNo("Are you sure you want to erase everything in the staging directory?"))
+void Program::EraseStaging(bool isInHangar) {
+    // What arrived while the package was copied, or while the user thought about it, is in no package yet.
+    const auto hasChanged = [&] {
+        if (!isInHangar || !HasChangedOnDisk(files, package))
+            return false;
+        LoadStaging();
+        user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
+                  MessageIcon::Exclamation);
+        return true;
+    };
+    if (hasChanged() ||
+        !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())
         return;
     if (DeleteTree(context, settings.locations.StagingDir))
         user.Tell("Done.");

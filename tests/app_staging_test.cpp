@@ -129,12 +129,17 @@ TEST_F(StagingCommands, WhatWasCopiedToTheHangarIsCleared) {
 
 TEST_F(StagingCommands, WhatArrivesDuringTheCopyIsNotCleared) {
     StartInStaging();
-    user.Expect(AskClear, Answer::Yes).Then([this] { drive.Put("Staging\\ZIP_lear.zip\\late.txt", "x"); });
+    const auto arrives = [this](const char* name) { return [=, this] { drive.Put(name, "x"); }; };
+    user.Expect(AskClear, Answer::Yes).Then(arrives("Staging\\ZIP_lear.zip\\late.txt"));
     user.Expect("The Staging directory has changed since the package was copied.  It was not cleared.",
                 Answer::Ok);
     Copy("Lear");
     EXPECT_TRUE(drive.Has("Staging\\ZIP_lear.zip\\late.txt"));
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Lear\\Documentation\\late.txt"));
+    user.Expect(AskClear, Answer::Yes).Expect(Erase, Answer::Yes).Then(arrives("Staging\\later.txt"));
+    user.Expect("The Staging directory has changed since...", Answer::Ok);
+    Copy("Lear 2");
+    EXPECT_TRUE(drive.Has("Staging\\later.txt"));
 }
 
 TEST_F(StagingCommands, ErasingEverything) {
