@@ -80,6 +80,9 @@ Status WriteLines(CommandContext& context, const AircraftCfg& cfg, const std::ve
     const auto before = ReadBytes(context.files, cfg.path);
     if (!before)
         return before.status();
+    // Letters of two bytes are not lines of ours: they would be torn apart.
+    if (before->find('\0') != std::string::npos)
+        return {FileFault::Failed, cfg.path, 0};
     auto bytes = JoinLines(lines);
     if (!bytes)
         return {FileFault::BadName, cfg.path, 0};

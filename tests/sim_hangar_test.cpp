@@ -1,4 +1,5 @@
 // Commands that change where a package of the Hangar lives, or tell who relies on it.
+#include "package/aircraft_cfg.h"
 #include "sim/run_simulator.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
@@ -206,6 +207,12 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     for (const auto& [name, bytes] : hangar)
         renamed[name.starts_with("Jets\\Lear\\") ? "Jets\\'LEAR' 4_5_" + name.substr(9) : name] = bytes;
     EXPECT_EQ(drive.Tree("Hangar"), renamed);
+
+    // Letters of two bytes are left alone.
+    const std::string wide("[\0\r\0\n\0t\0", 8), widePath = drive.At("Hangar\\Jets\\Wide\\aircraft.cfg");
+    drive.Put("Hangar\\Jets\\Wide\\aircraft.cfg", wide);
+    EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), widePath), "New"));
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Wide\\aircraft.cfg"), wide);
 
     // A package without aircraft.cfg has no title; a directory that cannot be renamed stays.
     drive.Put("Hangar\\Jets\\Panel only\\Panel\\panel.cfg", "x");
