@@ -8,6 +8,9 @@ HangarCategory ListCategory(const FileSystem& files, const Locations& locations,
                             const SimAircraft& simAircraft) {
     HangarCategory listing{category, {}};
     for (auto& name : SubdirectoryNames(files, locations.HangarDir + category + "\\")) {
+        // Nobody could tell it from an installed package of the name within.
+        if (WithoutInstalledMarks(name) != name)
+            continue;
         const bool isInstalled = simAircraft.Holds(name);
         listing.packages.push_back({std::move(name), isInstalled});
     }
