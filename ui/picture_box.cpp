@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
-#include <QStyleOption>
 #include <QTimer>
 
 namespace korvadex {
@@ -60,10 +59,9 @@ void PictureView::paintEvent(QPaintEvent* event) {
     PhotoView::paintEvent(event);
     if (!hasFocus())
         return;
-    QPainter painter(this);
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    QPainter painter(this); // a line alone: styles fill their focus frames
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void PictureView::mousePressEvent(QMouseEvent* event) {
