@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 
@@ -65,6 +66,12 @@ class NoLauncher : public Launcher {
     std::string RunSimulator(const std::string&) override { return ""; }
 };
 
+// A file with its directories.
+inline void Put(const std::filesystem::path& path, const std::string& bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
 // A temporary directory that serves as the drive C: of the commands; removed at the end.
 class TemporaryDrive {
   public:
@@ -82,6 +89,12 @@ class TemporaryDrive {
     TemporaryDrive& operator=(const TemporaryDrive&) = delete;
 
     std::filesystem::path At(const std::string& relative) const { return root / relative; }
+    // A settings file for a whole program that is started on the drive.
+    void PutSettings() const {
+        Put(At("App/kx.ini"),
+            "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\\r\n"
+            "ALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+    }
     std::unique_ptr<FileSystem> Files() const {
         DriveMap map;
         map.directories['c'] = root.string();

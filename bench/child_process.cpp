@@ -1,5 +1,6 @@
 #include "bench/child_process.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -45,6 +46,38 @@ Measure MeasureTool(const std::vector<std::string>& command) {
         std::perror(arguments[0]);
         return false;
     });
+}
+
+void Turns::Add(const Measure& measure) {
+    seconds.push_back(measure.seconds);
+    peakMega = std::max(peakMega, measure.peakMega);
+}
+
+double Turns::Median() const {
+    std::vector<double> sorted = seconds;
+    std::sort(sorted.begin(), sorted.end());
+    return sorted[sorted.size() / 2];
+}
+
+std::function<Measure()> Ours(std::function<bool()> work) {
+    return [work] { return MeasureWork(work); };
+}
+
+std::function<Measure()> Tool(std::vector<std::string> command) {
+    return [command] { return MeasureTool(command); };
+}
+
+std::string TakeTurns(const Work& work, std::vector<Turns>& turns) {
+    turns.resize(work.contenders.size());
+    for (std::size_t i = 0; i < work.contenders.size(); ++i) {
+        work.prepare();
+        const Measure measure = work.contenders[i].run();
+        const bool isOursFirst = i == 0 && turns[0].seconds.empty();
+        if (!measure.isGood || (isOursFirst && !work.isDone()))
+            return work.contenders[i].name;
+        turns[i].Add(measure);
+    }
+    return "";
 }
 
 } // namespace korvadex::bench

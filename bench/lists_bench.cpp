@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 
@@ -24,20 +23,12 @@ namespace fs = std::filesystem;
 constexpr int Categories = 20, PackagesPerCategory = 100;
 constexpr int InstalledEvery = 10, PicturelessEvery = 4;
 
-void Put(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 // On a drive of its own; removed at the end.
 class Collection {
   public:
     Collection() {
         fs::remove(drive.At("Hangar/Bench"));
-        Put(drive.At("App/kx.ini"),
-            "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\n"
-            "ALTHANGARDIR0=C:\\Hangar\\\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\n"
-            "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+        drive.PutSettings();
         for (int number = 0; number < Categories * PackagesPerCategory; ++number)
             MakePackage(number);
     }

@@ -13,7 +13,6 @@
 #include <QApplication>
 #include <QPushButton>
 
-#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -83,24 +82,15 @@ int OpenGallery(const FileSystem& files, bool isToTheEnd) {
     return view.pictures.size() == PictureCount ? pages : 0;
 }
 
-struct Turns {
-    std::vector<double> seconds;
-    double peakMega = 0;
+void Add(Turns& turns, const char* name, const Measure& measure) {
+    if (!measure.isGood)
+        throw std::runtime_error(std::string(name) + " failed");
+    turns.Add(measure);
+}
 
-    void Add(const char* name, const Measure& measure) {
-        if (!measure.isGood)
-            throw std::runtime_error(std::string(name) + " failed");
-        seconds.push_back(measure.seconds);
-        peakMega = std::max(peakMega, measure.peakMega);
-    }
-    double Median() {
-        std::sort(seconds.begin(), seconds.end());
-        return seconds[seconds.size() / 2];
-    }
-    void Print(const char* name) {
-        std::printf("gallery        %-22s %9.1f ms  %7.1f MB", name, Median() * 1000, peakMega);
-    }
-};
+void Print(const Turns& turns, const char* name) {
+    std::printf("gallery        %-22s %9.1f ms  %7.1f MB", name, turns.Median() * 1000, turns.peakMega);
+}
 
 } // namespace
 
@@ -120,16 +110,16 @@ int Run() {
 
     Turns ours, tool, toTheEnd;
     for (int round = 0; round < Rounds; ++round) {
-        ours.Add("the first page", MeasureWork([&] { return OpenGallery(*files, false) == 1; }));
-        tool.Add("montage", MeasureTool(montage));
+        Add(ours, "the first page", MeasureWork([&] { return OpenGallery(*files, false) == 1; }));
+        Add(tool, "montage", MeasureTool(montage));
     }
-    toTheEnd.Add("all pages",
-                 MeasureWork([&] { return OpenGallery(*files, true) == (PictureCount + 14) / 15; }));
-    ours.Print("korvadex, first page");
+    Add(toTheEnd, "all pages",
+        MeasureWork([&] { return OpenGallery(*files, true) == (PictureCount + 14) / 15; }));
+    Print(ours, "korvadex, first page");
     std::printf("\n");
-    tool.Print("montage of that page");
+    Print(tool, "montage of that page");
     std::printf("   korvadex takes %.2f of it\n", ours.Median() / tool.Median());
-    toTheEnd.Print("korvadex, all 67 pages");
+    Print(toTheEnd, "korvadex, all 67 pages");
     std::printf("   %.2f of the memory for the first\n", toTheEnd.peakMega / ours.peakMega);
     return 0;
 }

@@ -13,7 +13,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -66,32 +65,12 @@ std::size_t ListedFiles(const LoadedPackage& package) {
 
 // ---- the roads
 
-struct Contender {
-    std::string name;
-    std::function<Measure()> run;
-    double limit = 0; // ours takes at most so much of its time; 0 where nothing was set
-};
-
-struct Road {
-    std::string name;
-    std::function<void()> prepare;     // before each turn, not measured
-    std::vector<Contender> contenders; // ours first
-    std::function<bool()> isDone;      // what ours left on the disk is right
-};
-
-// A command in a process of its own; with the loading of the package, as the window's command looks at the disk
-// again before it begins.
+// A command; with the loading of the package, as the window's command looks at the disk again before it begins.
 std::function<Measure()> Ours(const Drive& drive, std::function<bool(Command&)> work) {
-    return [&drive, work] {
-        return MeasureWork([&] {
-            Command command(drive);
-            return work(command) && !command.user.isWarned;
-        });
-    };
-}
-
-std::function<Measure()> Tool(std::vector<std::string> command) {
-    return [command] { return MeasureTool(command); };
+    return bench::Ours([&drive, work] {
+        Command command(drive);
+        return work(command) && !command.user.isWarned;
+    });
 }
 
 void MakeEmpty(const fs::path& directory) {
@@ -104,7 +83,7 @@ bool Install(Command& command) {
     return true;
 }
 
-Road LoadRoad(const Drive& drive) {
+Work LoadRoad(const Drive& drive) {
     const std::string package = drive.Package(ManyFilesPackage).string();
     const std::size_t count = SizeOf(package).files;
     return {"load",
@@ -118,7 +97,7 @@ Road LoadRoad(const Drive& drive) {
 }
 
 // limits: of the time of unzip, and of bsdtar.
-Road UnpackRoad(const Drive& drive, const std::string& name, const std::string& archive,
+Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& archive,
                 const fs::path& packed, double unzipLimit, double bsdtarLimit) {
     const std::string path = drive.At(archive).string(), staging = drive.At("Staging").string();
     const TreeSize whole = SizeOf(packed);
@@ -136,7 +115,7 @@ Road UnpackRoad(const Drive& drive, const std::string& name, const std::string& 
             [staging, whole] { return SizeOf(staging) == whole; }};
 }
 
-Road InstallRoad(const Drive& drive) {
+Work InstallRoad(const Drive& drive) {
     const std::string package = drive.Package(BitmapPackage).string();
     const fs::path installed = drive.At("FS/aircraft/Bitmaps"), gauges = drive.At("FS/gauges");
     const TreeSize whole = SizeOf(package);
@@ -153,7 +132,7 @@ Road InstallRoad(const Drive& drive) {
         }};
 }
 
-Road RemoveRoad(const Drive& drive) {
+Work RemoveRoad(const Drive& drive) {
     const fs::path installed = drive.At("FS/aircraft/Bitmaps"), gauges = drive.At("FS/gauges");
     return {"remove",
             [&drive, installed, gauges] {
@@ -182,37 +161,24 @@ struct Line {
     double seconds = 0, peakMega = 0, ratio = 0, limit = 0;
 };
 
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-void Run(benchmark::State& state, const Road& road, std::vector<Line>& lines) {
-    std::vector<std::vector<double>> seconds(road.contenders.size());
-    std::vector<double> peaks(road.contenders.size());
+void Run(benchmark::State& state, const Work& road, std::vector<Line>& lines) {
+    std::vector<Turns> turns;
     for ([[maybe_unused]] auto turn : state) {
-        for (std::size_t i = 0; i < road.contenders.size(); ++i) {
-            road.prepare();
-            const Measure measure = road.contenders[i].run();
-            if (!measure.isGood || (i == 0 && !road.isDone())) {
-                state.SkipWithError((road.contenders[i].name + " failed").c_str());
-                return;
-            }
-            seconds[i].push_back(measure.seconds);
-            peaks[i] = std::max(peaks[i], measure.peakMega);
-            if (i == 0)
-                state.SetIterationTime(measure.seconds);
+        if (const std::string failed = TakeTurns(road, turns); !failed.empty()) {
+            state.SkipWithError((failed + " failed").c_str());
+            return;
         }
+        state.SetIterationTime(turns[0].seconds.back());
     }
-    const double ours = Median(seconds[0]);
-    for (std::size_t i = 0; i < road.contenders.size(); ++i) {
+    for (std::size_t i = 0; i < turns.size(); ++i) {
         const Contender& contender = road.contenders[i];
-        const double ratio = ours / Median(seconds[i]);
-        lines.push_back({road.name, contender.name, Median(seconds[i]), peaks[i], ratio, contender.limit});
+        const double ratio = turns[0].Median() / turns[i].Median();
+        lines.push_back(
+            {road.name, contender.name, turns[i].Median(), turns[i].peakMega, ratio, contender.limit});
         if (i > 0)
             state.counters["of " + contender.name] = ratio;
     }
-    state.counters["peak MB"] = peaks[0];
+    state.counters["peak MB"] = turns[0].peakMega;
 }
 
 void PrintTable(const std::vector<Line>& lines) {
@@ -238,7 +204,7 @@ int RunAll(int count, char** arguments) {
         return 2;
     const Drive drive;
     std::vector<Line> lines;
-    for (const Road& road :
+    for (const Work& road :
          {LoadRoad(drive),
           UnpackRoad(drive, "unpack", "bitmaps.zip", drive.Package(BitmapPackage), 0.35, 0.6),
           UnpackRoad(drive, "large", "large.zip", drive.At("Large"), 0, 0), InstallRoad(drive),

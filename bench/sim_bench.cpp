@@ -15,7 +15,6 @@
 #include "platform/windows_path.h"
 #include "sim/unused_gauges.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -32,11 +31,6 @@ namespace fs = std::filesystem;
 constexpr int GaugeCount = 3000, PanelCount = 1000, InstalledCount = 500, Rounds = 5;
 
 // ---- the data
-
-void Put(const fs::path& path, const std::string& bytes) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
 
 std::string GaugeOf(int number) {
     static constexpr const char* Kinds[] = {"altimeter", "airspeed", "clock", "radio stack", "horizon"};
@@ -59,22 +53,8 @@ std::string PanelText(int number) {
 
 // ---- the works
 
-struct Contender {
-    std::string name;
-    std::function<bool()> run; // in a process of its own
-    double limit = 0;          // ours takes at most so much of its time; 0 where nothing was set
-};
-
-struct Work {
-    std::string name;
-    std::function<void()> prepare;     // before each turn, not measured
-    std::vector<Contender> contenders; // ours first
-    std::function<bool()> isDone;      // what ours left on the disk is right
-};
-
-// What a shell does, all output thrown away.
-std::function<bool()> Shell(const std::string& script) {
-    return [script] { return MeasureTool({"sh", "-c", "{ " + script + "; } >/dev/null"}).isGood; };
+std::function<Measure()> Shell(const std::string& script) {
+    return Tool({"sh", "-c", "{ " + script + "; } >/dev/null"});
 }
 
 Work UnusedGaugesWork(const TemporaryDrive& drive) {
@@ -85,14 +65,12 @@ Work UnusedGaugesWork(const TemporaryDrive& drive) {
     const std::string aircraft = drive.At("FS/aircraft").string();
     return {"unused gauges",
             [] {},
-            {{"korvadex",
-              [&drive] {
+            {{"korvadex", Ours([&drive] {
                   Command command(drive);
                   ListUnusedGauges(command.context);
                   return command.user.unusedGauges >= 200 && !command.user.isWarned;
-              }},
-             {"plain read",
-              [&drive] {
+              })},
+             {"plain read", Ours([&drive] {
                   const auto files = drive.Files();
                   std::size_t bytes = 0;
                   for (const FileEntry& file : WalkTree(*files, "C:\\FS\\aircraft\\").files) {
@@ -100,7 +78,7 @@ Work UnusedGaugesWork(const TemporaryDrive& drive) {
                           bytes += ReadBytes(*files, file.path)->size();
                   }
                   return bytes > 0;
-              },
+              }),
               2.0},
              {"find | cat", Shell("find '" + aircraft + "' -name panel.cfg -exec cat {} +")}},
             [] { return true; }};
@@ -136,12 +114,11 @@ Work CompressWork(const TemporaryDrive& drive) {
             fs::remove_all(byZip);
             fs::create_directories(byZip);
         },
-        {{"korvadex",
-          [&drive] {
+        {{"korvadex", Ours([&drive] {
               Command command(drive);
               return CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true) &&
                      !command.user.isWarned;
-          }},
+          })},
          {"zip -9 -j",
           Shell("find '" + package.string() +
                 "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
@@ -181,12 +158,11 @@ Work DecompressWork(const TemporaryDrive& drive) {
                 fs::remove_all(unpacked);
                 fs::create_directories(unpacked);
             },
-            {{"korvadex",
-              [&drive] {
+            {{"korvadex", Ours([&drive] {
                   Command own(drive);
                   return CompressPackage(own.context, "C:\\Hangar\\Bench\\Pictures\\", false) &&
                          !own.user.isWarned;
-              }},
+              })},
              {"unzip",
               Shell("find '" + package.string() +
                     "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
@@ -214,9 +190,7 @@ Work UninstallWork(const TemporaryDrive& drive) {
         CopyFresh(drive.At("Hangar/Bench/" + name), made / name);
         Put(drive.At("Hangar/Bench/" + name + "/Gauges/" + GaugeOf(number) + ".gau"), "MZ");
     }
-    Put(drive.At("App/kx.ini"),
-        "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\"
-        "\r\nALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\n");
+    drive.PutSettings();
     return {"uninstall all",
             [=] {
                 fs::remove_all(gauges);
@@ -225,8 +199,7 @@ Work UninstallWork(const TemporaryDrive& drive) {
                     Put(gauges / (GaugeOf(number) + ".gau"), "MZ");
                 CopyFresh(made, aircraft);
             },
-            {{"korvadex",
-              [&drive] {
+            {{"korvadex", Ours([&drive] {
                   const auto files = drive.Files();
                   NoLauncher launcher;
                   AgreeableUser user;
@@ -237,37 +210,26 @@ Work UninstallWork(const TemporaryDrive& drive) {
                       return false;
                   program.UninstallAll();
                   return !user.isWarned;
-              }},
+              })},
              {"rm -r", Shell("rm -r '" + aircraft.string() + "'/* '" + gauges.string() + "'/*")}},
             [=] { return fs::is_empty(aircraft); }};
 }
 
 // ---- running them
 
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 bool Run(const Work& work) {
-    std::vector<std::vector<double>> seconds(work.contenders.size());
+    std::vector<Turns> turns;
     for (int round = 0; round < Rounds; ++round) {
-        for (std::size_t i = 0; i < work.contenders.size(); ++i) {
-            work.prepare();
-            const Measure measure = MeasureWork(work.contenders[i].run);
-            if (!measure.isGood || (i == 0 && round == 0 && !work.isDone())) {
-                std::printf("%-14s %s failed\n", work.name.c_str(), work.contenders[i].name.c_str());
-                return false;
-            }
-            seconds[i].push_back(measure.seconds);
+        if (const std::string failed = TakeTurns(work, turns); !failed.empty()) {
+            std::printf("%-14s %s failed\n", work.name.c_str(), failed.c_str());
+            return false;
         }
     }
-    const double ours = Median(seconds[0]);
-    for (std::size_t i = 0; i < work.contenders.size(); ++i) {
+    for (std::size_t i = 0; i < turns.size(); ++i) {
         const Contender& contender = work.contenders[i];
-        const double ratio = ours / Median(seconds[i]);
+        const double ratio = turns[0].Median() / turns[i].Median();
         std::printf("%-14s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(),
-                    Median(seconds[i]) * 1000);
+                    turns[i].Median() * 1000);
         if (i > 0)
             std::printf("   korvadex takes %.2f of it", ratio);
         if (contender.limit > 0)
