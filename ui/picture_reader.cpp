@@ -13,8 +13,7 @@ namespace {
 
 // Beyond these a picture is not even begun: a file of a few bytes may claim to hold any number of pixels.
 constexpr qint64 MostBytes = 64 * 1024 * 1024;
-constexpr qint64 MostPixels = 64 * 1024 * 1024;
-constexpr int MostMegabytes = MostPixels * 4 / 1024 / 1024; // of a picture that does not tell its size
+constexpr qint64 MostMegabytes = 256; // of a picture in memory
 
 constexpr const char* Photographs[] = {"jpeg", "gif", "png", "bmp", "webp", "tiff"};
 
@@ -29,6 +28,12 @@ LoadedPicture TooLarge(const QSize& size) {
 
 LoadedPicture Damaged() {
     return Trouble("the file is damaged", "Put a whole copy in its place, or delete it.");
+}
+
+// In memory, before it is made smaller.
+qint64 Megabytes(const QSize& size, QImage::Format format) {
+    const qint64 bits = std::max<qint64>(32, QImage::toPixelFormat(format).bitsPerPixel());
+    return qint64(size.width()) * size.height() * bits / 8 / 1024 / 1024;
 }
 
 // The end of a JPEG file stands behind its last scan; without it the picture was cut off.
@@ -50,7 +55,7 @@ LoadedPicture DecodePicture(QIODevice& device, const QSize& box, PictureFormats 
     if (!reader.canRead() || (!isPhotograph && formats == PictureFormats::Photographs))
         return Trouble("the file holds no picture", "It may be misnamed: try another program, or delete it.");
     const QSize stored = reader.size();
-    if (qint64(stored.width()) * stored.height() > MostPixels)
+    if (stored.isValid() && Megabytes(stored, reader.imageFormat()) > MostMegabytes)
         return TooLarge(stored);
     QImageReader::setAllocationLimit(MostMegabytes);
     const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
