@@ -129,7 +129,7 @@ class Rewriter {
 
     void Keep(const Line& line) {
         bytes.append(line.text).append(line.end);
-        if (!Trim(line.text).empty())
+        if (line.text.find_first_not_of(" \t") != std::string_view::npos)
             lastText = bytes.size();
     }
     // Puts the managed keys behind the last text so far; the empty line after them is one that stands there already,

@@ -196,7 +196,8 @@ TEST_F(PictureAreaTest, WhatCannotBeShownIsNamedWithTheReason) {
         ASSERT_TRUE(name.starts_with("(")) << name;
         const QString reason = row.reason;
         EXPECT_EQ(shown.Picture().image.isNull(), !reason.isEmpty());
-        EXPECT_TRUE(reason.isEmpty() ? shown.Trouble().isEmpty() : shown.Trouble().contains(reason));
+        EXPECT_TRUE(reason.isEmpty() ? shown.Trouble().isEmpty() : shown.Trouble().contains(reason))
+            << shown.Trouble().toStdString();
         window.grab();
         static_cast<void>(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Images\\" + name)));
     }

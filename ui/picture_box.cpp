@@ -48,8 +48,8 @@ void PictureView::Decode() {
     if (path.isEmpty()) {
         ShowNothing();
     } else {
-        const LoadedPicture picture = ReadPictureFile(path, Box());
-        ShowPicture(&picture, name);
+        const LoadedPicture read = ReadPictureFile(path, Box());
+        ShowPicture(&read, name);
     }
     setAccessibleName("Picture of the package");
     setAccessibleDescription(Trouble().isEmpty() ? name : name + ": " + Trouble());

@@ -45,49 +45,6 @@ class PictureView : public PhotoView {
     QTimer* decodeAgain;
 };
 
-class PictureBox;
-} // namespace korvadex
-
-namespace korvadex {
-
-// Paints one picture file, decoded at the size shown and never enlarged; of a file that cannot be shown it tells
-// the reason.
-class PictureView : public QWidget {
-    Q_OBJECT
-
-  public:
-    explicit PictureView(QWidget* parent = nullptr);
-
-    // A path as the host names it; "" for no picture.
-    void SetPicture(const QString& hostPath, const QString& fileName);
-    const QImage& Picture() const { return picture; }
-    // What stands in the place of a picture that cannot be shown; "" otherwise.
-    const QString& Placeholder() const { return placeholder; }
-
-    QSize sizeHint() const override { return {320, 220}; }
-
-  signals:
-    void NextRequested(); // a click, or a key
-    void PreviousRequested();
-    void DeleteRequested();
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-
-  private:
-    void Decode();
-
-    QString path, name;
-    QImage picture;
-    QString placeholder;
-    QSize natural; // in the file, turned as it is shown
-    QTimer* decodeAgain;
-};
-
 class PictureBox : public QWidget {
     Q_OBJECT
 

@@ -12,7 +12,7 @@ namespace korvadex {
 namespace {
 
 // Beyond these a picture is not even begun: a file of a few bytes may claim to hold any number of pixels.
-constexpr qint64 MostBytes = 64 * 1024 * 1024;
+constexpr qint64 MostBytes = 256 * 1024 * 1024;
 constexpr qint64 MostMegabytes = 256; // of a picture in memory
 
 constexpr const char* Photographs[] = {"jpeg", "gif", "png", "bmp", "webp", "tiff"};
