@@ -50,11 +50,11 @@ std::string AircraftCfg(const std::vector<Configuration>& configurations, const 
         lines +=
             "title=" + entry.title + "\nsim=" + type + "\nmodel=\npanel=\nsound=\ntexture=" + entry.texture;
         lines += "\nkb_checklists=\nkb_reference=\natc_id=KX" + std::to_string(310 + i) + "\natc_airline=\n";
-        lines += "atc_flight_number=\nui_manufacturer=\"" + maker + "\"\nui_type=\"" + type +
-                 "\"\nui_variation=\"" + entry.variation + "\"\ndescription=\"Made for the example.\"\n\n";
+        lines += "atc_flight_number=\nui_manufacturer=" + maker + "\nui_type=" + type +
+                 "\nui_variation=" + entry.variation + "\ndescription=Made for the example.\n\n";
     }
     lines += "[General]\natc_type=" + maker + "\natc_model=" + type +
-             "\nperformance=\"Cruise speed 120 kt\\nRange 480 nm\"\n\n"
+             "\nperformance=Cruise speed 120 kt\\nRange 480 nm\n\n"
              "[WEIGHT_AND_BALANCE]\nmax_gross_weight = 2450\nempty_weight = 1500\n"
              "reference_datum_position = 6.96, 0, 0\n\n"
              "[GeneralEngineData]\nengine_type = 0 // piston\nEngine.0 = 3.6, 0, 0\n\n"
