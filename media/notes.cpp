@@ -39,10 +39,14 @@ void OpenNotes(CommandContext& context, const std::string& path) {
                           MessageIcon::Exclamation);
 }
 
-// An editor on a file that cannot be there would lose what is typed into it.
+// An editor on a file that cannot be there would lose what is typed into it, and so would one on a file behind a
+// link: it is not listed, nor copied with the package.
 Status MakeNotes(FileSystem& files, const std::string& directory, const std::string& path) {
     const Status made = files.CreateDirectory(directory);
-    if (!made && !(made.fault == FileFault::Exists && files.IsDirectory(directory)))
+    const auto info = files.Info(directory);
+    if (info && info->kind == EntryKind::Link)
+        return {FileFault::IsLink, directory, 0};
+    if (!made && !(made.fault == FileFault::Exists && info && info->kind == EntryKind::Directory))
         return made;
     auto file = files.CreateNew(path);
     if (file)

@@ -73,6 +73,16 @@ TEST_P(NotesTest, NoEditorIsOpenedOnAFileThatCannotBe) {
     CreateNotes(context, package);
     EXPECT_EQ(launcher.started, Started());
     EXPECT_EQ(drive.Get(directory + "documentation"), "a file");
+
+    // What lies behind a link is not listed, and stays behind when the package goes elsewhere.
+    ASSERT_TRUE(drive.Files().Delete(drive.At(directory + "documentation")));
+    drive.MakeDirectory("elsewhere");
+    if (!drive.MakeLink(directory + "Documentation", "elsewhere"))
+        GTEST_SKIP() << "no links here";
+    user.Expect("The notes file " + drive.At(notes) + " could not be created (...", Answer::Ok);
+    CreateNotes(context, package);
+    EXPECT_EQ(launcher.started, Started());
+    EXPECT_FALSE(drive.Has("elsewhere\\kx_note.txt"));
 }
 
 TEST_P(NotesTest, TheDirectoryIsShownInTheFileManager) {
