@@ -20,6 +20,17 @@ void Program::ShowImage(const std::string& path) {
         view.imageIndex = static_cast<int>(found - package.pictures.begin()) + 1;
 }
 
+// What is deleted or renamed must be what is seen, and the names that are taken must be known.
+bool Program::IsStillThere(const std::string& path) {
+    if (path.empty())
+        return false;
+    ReloadWhenChanged();
+    if (ShownImage() == path)
+        return true;
+    user.Tell("The picture " + path + " is no longer there.", MessageIcon::Exclamation);
+    return false;
+}
+
 void Program::ShowNextImage() {
     Run([&] { view.imageIndex = NextImage(package, view.imageIndex); });
 }
@@ -30,9 +41,11 @@ void Program::ShowPreviousImage() {
 
 void Program::DeleteImage() {
     Run([&] {
-        const int index = view.imageIndex;
         const auto path = ShownImage();
-        if (path.empty() || !korvadex::DeleteImage(context, path))
+        if (!IsStillThere(path))
+            return;
+        const int index = view.imageIndex;
+        if (!korvadex::DeleteImage(context, path))
             return;
         RefreshPackageDisplay();
         RemoveEmptyImagesDirectory(files, package);
@@ -44,13 +57,8 @@ void Program::DeleteImage() {
 void Program::MakeFirstImage() {
     Run([&] {
         const auto path = ShownImage();
-        if (path.empty())
+        if (!IsStillThere(path))
             return;
-        ReloadWhenChanged(); // the names that are taken
-        if (ShownImage() != path) {
-            user.Tell("The picture " + path + " is no longer there.", MessageIcon::Exclamation);
-            return;
-        }
         const auto marked = korvadex::MakeFirstImage(context, package, path);
         RefreshPackageDisplay(); // the gallery has the old names
         if (!marked)

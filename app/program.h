@@ -186,6 +186,8 @@ class Program : private MainWindow {
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none
     void ShowImage(const std::string& path); // where the package has it
+    // Loads what has changed first; false, after a message, when the picture is gone.
+    bool IsStillThere(const std::string& path);
     bool CanTakeImages();
     void ImportImages(const OfferedPictures& offered);
     std::string NameForImage() const;

@@ -44,8 +44,16 @@ std::string ImageAt(const LoadedPackage& package, int index) {
 }
 
 bool DeleteImage(CommandContext& context, const std::string& path) {
+    const auto asked = context.files.Info(path);
     if (!context.user.AskYesNo("Delete " + LastPathComponent(path) + "?"))
         return false;
+    if (const auto now = context.files.Info(path); now && (!asked || *now != *asked)) {
+        context.user.Tell("The picture " + path +
+                              " was changed by another program meanwhile.  It was not deleted.  Please look "
+                              "at it and delete it again.",
+                          MessageIcon::Exclamation);
+        return true;
+    }
     static_cast<void>(context.files.ClearAttributes(path));
     const Status status = context.files.Delete(path);
     if (!status && status.fault != FileFault::NotFound)

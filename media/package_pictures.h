@@ -16,7 +16,7 @@ int PreviousImage(const LoadedPackage& package, int index);
 // Its path; "" for 0.
 std::string ImageAt(const LoadedPackage& package, int index);
 
-// Asks, then deletes the picture. True when the package is to be loaded again.
+// Asks, then deletes the picture unless it is another one by then. True when the package is to be loaded again.
 bool DeleteImage(CommandContext& context, const std::string& path);
 // To be called when the package was loaded again: a Hangar package without pictures keeps no empty images
 // directory.

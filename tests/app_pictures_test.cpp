@@ -74,6 +74,27 @@ TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
     EXPECT_EQ(Picture(), "");
 }
 
+TEST_F(PictureCommandsTest, OnlyThePictureThatIsSeenIsDeleted) {
+    const std::string a = "Hangar\\Jets\\Lear\\Images\\a.jpg", gone = "Hangar\\Jets\\Lear\\Images\\(c).jpg";
+    Select("Jets", 0);
+    ASSERT_TRUE(drive.Files().Delete(drive.At(gone)));
+    user.Expect("The picture " + drive.At(gone) + " is no longer there.", Answer::Ok,
+                MessageIcon::Exclamation);
+    program->DeleteImage();
+    EXPECT_EQ(Picture(), "a.jpg");
+    // Another program puts another one in its place, before the question and after it.
+    drive.Put(a, "newer");
+    const int shown = form.view.listRevision;
+    user.Expect("Delete a.jpg?", Answer::Yes).Then([&] {
+        EXPECT_NE(form.view.listRevision, shown);
+        drive.Put(a, "newest of all");
+    });
+    user.Expect("The picture " + drive.At(a) + " was changed by another program meanwhile...", Answer::Ok);
+    program->DeleteImage();
+    EXPECT_EQ(drive.Get(a), "newest of all");
+    EXPECT_EQ(Picture(), "a.jpg");
+}
+
 TEST_F(PictureCommandsTest, StagingKeepsItsImagesDirectory) {
     drive.Put("Staging\\images\\only.gif", "x");
     program->GoToStaging();
