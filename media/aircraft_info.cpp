@@ -28,6 +28,11 @@ Result<std::string> ReadConfig(const FileSystem& files, const std::string& path)
     return ReadBytes(files, path);
 }
 
+// Other programs save texts of two-byte letters as well.
+bool IsPlainText(const std::string& bytes) {
+    return bytes.find('\0') == std::string::npos;
+}
+
 // CR LF between lines, however they came.
 std::string WithCrLf(std::string_view text) {
     std::string lines;
@@ -127,7 +132,7 @@ class InfoEditor {
             return Refuse("The file " + path + " could not be read again (" + DescribeFault(before.fault()) +
                           ").  Nothing was written.  Please put it back and choose 'Apply' again.");
         const ConfigInfo now = ReadAircraftInfo(*before);
-        if (now.hasConfiguration != opened.hasConfiguration)
+        if (now.hasConfiguration != opened.hasConfiguration || !IsPlainText(*before))
             return Refuse("The sections of " + path +
                           " were changed by another program.  Nothing was written.  Please choose "
                           "'Cancel' and open this window again.");
@@ -195,7 +200,7 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
     const auto bytes = ReadConfig(context.files, path);
     if (!bytes)
         return tell("The file " + path + " could not be read (" + DescribeFault(bytes.fault()) + ").");
-    if (bytes->find('\0') != std::string::npos)
+    if (!IsPlainText(*bytes))
         return tell("The file " + path +
                     " is no plain text, so it cannot be changed here.  Please open it in an editor and save "
                     "it as plain text (ANSI).");

@@ -4,6 +4,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <span>
 
@@ -60,7 +61,8 @@ class SectionReader {
     // True when the line begins a section.
     bool IsHeader(const Line& line) {
         const std::string_view text = line.text;
-        if (!text.starts_with("["))
+        // An indented header begins no section that is edited, but what follows it is another's.
+        if (!text.substr(std::min(text.find_first_not_of(" \t"), text.size())).starts_with("["))
             return false;
         fields = {};
         if (!hasConfiguration && (StartsWithNoCase(text, "[fltsim.") || StartsWithNoCase(text, "[fltsim]"))) {
@@ -112,20 +114,44 @@ std::string ValueFor(const InfoField& field, const AircraftInfo& info) {
     return field.hasLines ? EscapeConfigText(value, false) : value;
 }
 
-std::string LinesFor(Fields fields, const AircraftInfo& info, std::string_view lineEnd) {
-    std::string lines;
-    for (const InfoField& field : fields) {
-        if (const auto value = ToCodePage(ValueFor(field, info)); value && !value->empty())
-            lines.append(field.key).append(*value).append(lineEnd);
+void TakeValue(const Line& line, const InfoField& field, AircraftInfo& info) {
+    if (field.flag)
+        info.*field.flag = IsOn(ValueIn(line, field));
+    else
+        info.*field.text = ValueIn(line, field);
+}
+
+bool HasValueOf(const Line& line, const InfoField& field, const AircraftInfo& info) {
+    AircraftInfo read;
+    TakeValue(line, field, read);
+    return field.flag ? read.*field.flag == info.*field.flag : read.*field.text == info.*field.text;
+}
+
+// The line that counts of each field that the file has.
+struct ManagedLines {
+    std::map<const InfoField*, Line> first;
+    bool hasConfiguration = false;
+};
+
+ManagedLines FindManagedLines(std::string_view bytes) {
+    ManagedLines found;
+    SectionReader sections;
+    while (!bytes.empty()) {
+        const Line line = TakeLine(bytes);
+        const InfoField* field = sections.IsHeader(line) ? nullptr : sections.FieldOf(line);
+        if (field)
+            found.first.emplace(field, line);
     }
-    return lines;
+    found.hasConfiguration = sections.HasConfiguration();
+    return found;
 }
 
 // --- the new file
 
 class Rewriter {
   public:
-    Rewriter(const AircraftInfo& newInfo, std::string_view newLineEnd) : info(newInfo), lineEnd(newLineEnd) {}
+    Rewriter(const AircraftInfo& newInfo, std::string_view before)
+        : info(newInfo), lineEnd(LineEndOf(before)), old(FindManagedLines(before)) {}
 
     void Keep(const Line& line) {
         bytes.append(line.text).append(line.end);
@@ -135,7 +161,7 @@ class Rewriter {
     // Puts the managed keys behind the last text so far; the empty line after them is one that stands there already,
     // or a new one.
     void EndSection(Fields fields) {
-        std::string lines = LinesFor(fields, info, lineEnd);
+        std::string lines = LinesFor(fields);
         if (lines.empty())
             return;
         if (lastText == bytes.size()) {
@@ -154,6 +180,21 @@ class Rewriter {
     std::string Take() { return std::move(bytes); }
 
   private:
+    // A value that is not changed stays as it is spelt: there may be a mark in it that would read back as another.
+    std::string LinesFor(Fields fields) const {
+        std::string lines;
+        for (const InfoField& field : fields) {
+            const std::string value = ValueFor(field, info);
+            if (value.empty())
+                continue;
+            const auto line = old.first.find(&field);
+            if (line != old.first.end() && HasValueOf(line->second, field, info))
+                lines.append(line->second.text).append(lineEnd);
+            else if (const auto encoded = ToCodePage(value))
+                lines.append(field.key).append(*encoded).append(lineEnd);
+        }
+        return lines;
+    }
     void EndLastLine() {
         if (!bytes.empty() && !bytes.ends_with('\n') && !bytes.ends_with('\r'))
             bytes += lineEnd;
@@ -162,6 +203,7 @@ class Rewriter {
 
     const AircraftInfo& info;
     const std::string_view lineEnd;
+    const ManagedLines old;
     std::string bytes;
     std::size_t lastText = 0; // where the last line that is not blank ends
 };
@@ -194,27 +236,16 @@ std::string& EscapeConfigText(std::string& text, bool decode) {
 }
 
 ConfigInfo ReadAircraftInfo(std::string_view bytes) {
+    const ManagedLines found = FindManagedLines(bytes);
     ConfigInfo result;
-    SectionReader sections;
-    std::set<const InfoField*> seen;
-    while (!bytes.empty()) {
-        const Line line = TakeLine(bytes);
-        if (sections.IsHeader(line))
-            continue;
-        const InfoField* field = sections.FieldOf(line);
-        if (!field || !seen.insert(field).second)
-            continue;
-        if (field->flag)
-            result.info.*field->flag = IsOn(ValueIn(line, *field));
-        else
-            result.info.*field->text = ValueIn(line, *field);
-    }
-    result.hasConfiguration = sections.HasConfiguration();
+    for (const auto& [field, line] : found.first)
+        TakeValue(line, *field, result.info);
+    result.hasConfiguration = found.hasConfiguration;
     return result;
 }
 
 std::string WithAircraftInfo(std::string_view bytes, const AircraftInfo& info) {
-    Rewriter rewriter(info, LineEndOf(bytes));
+    Rewriter rewriter(info, bytes);
     SectionReader sections;
     while (!bytes.empty()) {
         const Line line = TakeLine(bytes);

@@ -82,6 +82,12 @@ const FileRow FileRows[] = {
      "editable=1\r\n",
      "[fltsim.0]\r\n" CFG "\r\n[General]\r\n" GEN "\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n"
      "[general]\r\neditable=1\r\n"},
+    {"AnIndentedSection", "[fltsim.0]\r\ntitle=a\r\n\t[fltsim.1]\r\natc_id=B\r\n",
+     "[fltsim.0]\r\ntitle=a\r\n" CFG "\r\n\t[fltsim.1]\r\natc_id=B\r\n[General]\r\n" GEN "\r\n"},
+    {"TheSameValuesAsTheyWereSpelt",
+     "[fltsim.0]\r\nDescription=One;\\nTwo/\xE9 \r\nATC_ID= N1\r\n[General]\r\neditable=\"0\"\r\n",
+     "[fltsim.0]\r\nATC_ID= N1\r\nDescription=One;\\nTwo/\xE9 \r\n\r\n[General]\r\n"
+     "atc_type=GLIDER\r\neditable=\"0\"\r\n\r\n"},
     {"NoConfiguration", "[pilot]\r\natc_id=A", "[pilot]\r\natc_id=A\r\n[General]\r\n" GEN "\r\n"},
     {"MoreThan2000Lines", "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n[General]\r\n",
      "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n" CFG "\r\n[General]\r\n" GEN "\r\n"},
@@ -210,6 +216,15 @@ TEST_F(InfoTest, AFileThatChangesMeanwhileLosesNothing) {
         },
         false);
     EXPECT_EQ(File(), file + "atc_id=theirs\r\n");
+    const std::string unlike = file + "atc_id=theirs\r\n" + std::string(2, '\0');
+    during(
+        [&] {
+            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", unlike);
+            user.Expect("The sections of " + cfg + " were changed...", Answer::Ok);
+        },
+        false);
+    EXPECT_EQ(File(), unlike);
+    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file + "atc_id=theirs\r\n");
     during(
         [&] {
             ASSERT_TRUE(drive.Files().SetReadOnly(cfg, true));
