@@ -240,9 +240,12 @@ TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
         auto& airline = Control<QComboBox>(window, "cboAtcAirline");
         ASSERT_TRUE(QTest::qWaitFor([&] { return isGathered && airline.count() == 2; }));
         EXPECT_EQ(maker.itemText(0), "Orvane");
+        airline.setFocus();
+        maker.setFocus();
         Click(window, "cmdApply");
-        EXPECT_EQ(entered, shown) << "filling the lists changes nothing";
+        EXPECT_EQ(entered, shown) << "neither filling the lists nor going through them changes anything";
         EXPECT_TRUE(window.isVisible());
+        airline.setFocus();
         airline.lineEdit()->selectAll();
         QTest::keyClicks(airline.lineEdit(), "zeta");
         Type(window, "txtAtcID", "N2");

@@ -30,6 +30,8 @@ void SetText(QLineEdit* box, const std::string& text) {
 
 void SetText(QComboBox* box, const std::string& text) {
     SetText(box->lineEdit(), text);
+    // When the focus leaves, the box would take the spelling that its list has for the same text.
+    QObject::disconnect(box->lineEdit(), &QLineEdit::editingFinished, box, nullptr);
 }
 
 void SetItems(QComboBox* box, const std::vector<std::string>& texts) {
