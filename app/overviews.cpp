@@ -1,6 +1,6 @@
 #include "app/overviews.h"
 
-#include "media/gallery.h"
+#include "package/pictures.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The pictures of the package that is shown: going through them, taking them out and getting new ones in.
 #include "app/program.h"
-#include "media/package_pictures.h"
+#include "media/shown_pictures.h"
 #include "package/aircraft_cfg.h"
 #include "package/file_primitives.h"
 #include "package/package_name.h"

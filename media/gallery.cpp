@@ -1,6 +1,5 @@
 #include "media/gallery.h"
 
-#include "package/classification.h"
 #include "package/pictures.h"
 #include "platform/windows_path.h"
 
@@ -54,15 +53,6 @@ class GalleryWalk {
 };
 
 } // namespace
-
-std::vector<std::string> PackagePictures(const FileSystem& files, const std::string& packageDirectory,
-                                         const WalkLimits& limits) {
-    const auto images = packageDirectory + std::string(ComponentGroupNames[Images]);
-    const auto info = files.Info(images);
-    if (!info || info->kind != EntryKind::Directory)
-        return {};
-    return ListPictures(CollectGroup(WalkTree(files, images), Images, {}, limits).entries);
-}
 
 Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations,
                              const std::string& directory, const WalkLimits& limits) {

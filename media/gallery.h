@@ -10,11 +10,6 @@
 
 namespace korvadex {
 
-// The pictures below a package's images directory, the marked one first; the directory of the package ends in a
-// backslash. A link is no images directory.
-std::vector<std::string> PackagePictures(const FileSystem& files, const std::string& packageDirectory,
-                                         const WalkLimits& limits);
-
 struct GalleryPicture {
     std::string path, category, package;
     bool operator==(const GalleryPicture&) const = default;

@@ -1,6 +1,6 @@
 #include "package/pictures.h"
 
-#include "platform/windows_path.h"
+#include "package/classification.h"
 
 #include <algorithm>
 
@@ -20,6 +20,15 @@ std::vector<std::string> ListPictures(const std::vector<FileEntry>& images) {
     for (const auto& picture : ordered)
         paths.push_back(picture.path);
     return paths;
+}
+
+std::vector<std::string> PackagePictures(const FileSystem& files, const std::string& packageDirectory,
+                                         const WalkLimits& limits) {
+    const auto images = packageDirectory + std::string(ComponentGroupNames[Images]);
+    const auto info = files.Info(images);
+    if (!info || info->kind != EntryKind::Directory)
+        return {};
+    return ListPictures(CollectGroup(WalkTree(files, images), Images, {}, limits).entries);
 }
 
 } // namespace korvadex

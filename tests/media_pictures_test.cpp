@@ -1,6 +1,6 @@
 // The pictures of a package: the names they take, which is the first, and how new ones get in.
-#include "media/package_pictures.h"
 #include "media/picture_import.h"
+#include "media/shown_pictures.h"
 #include "package/file_primitives.h"
 #include "package/load_package.h"
 #include "platform/windows_path.h"

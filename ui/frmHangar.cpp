@@ -1,6 +1,6 @@
 #include "ui/frmHangar.h"
 
-#include "media/package_pictures.h"
+#include "media/shown_pictures.h"
 #include "platform/windows_path.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"

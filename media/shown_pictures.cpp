@@ -1,4 +1,4 @@
-#include "media/package_pictures.h"
+#include "media/shown_pictures.h"
 
 #include "media/picture_names.h"
 #include "package/pictures.h"
