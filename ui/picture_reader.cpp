@@ -57,7 +57,8 @@ LoadedPicture DecodePicture(QIODevice& device, const QSize& box, PictureFormats 
     const QSize stored = reader.size();
     if (stored.isValid() && Megabytes(stored, reader.imageFormat()) > MostMegabytes)
         return TooLarge(stored);
-    QImageReader::setAllocationLimit(MostMegabytes);
+    // One limit for all threads, so it is set once.
+    [[maybe_unused]] static const bool isLimited = (QImageReader::setAllocationLimit(MostMegabytes), true);
     const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
     const QSize most = isTurned ? box.transposed() : box;
     if (box.isValid() && (stored.width() > most.width() || stored.height() > most.height()))
