@@ -85,7 +85,7 @@ class Program : private MainWindow {
     void ChooseGalleryPicture(int row);
 
     // --- menus and toolbar
-    // The code of a command that is not built, or that belongs to the side that is not shown, does nothing.
+    // A code that no command has, or one of the side that is not shown, does nothing.
     void RunCommand(Side processor, int code);
     // A key of the toolbar, as in its table; an unknown key does nothing.
     void PressToolbarKey(const std::string& key);

@@ -501,6 +501,29 @@ TEST_F(RunningWindowTest, TheToolsMenuAsksBeforeItRunsOverManyPackages) {
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe")});
 }
 
+TEST_F(RunningWindowTest, TheDataAndHelpMenusReachTheirCommands) {
+    ShowPackage("Beaver");
+    drive.Put("App\\kxdoc.htm", "page");
+    const auto choose = [&](const char* entry) {
+        Control<QAction>(window, entry).trigger();
+        user.Finish();
+    };
+    for (const char* entry : {"mnuCreateNotes", "mnuReadNotes", "mnuReadMe"})
+        choose(entry);
+    Click(window, "cmdExplore");
+    const auto package = drive.At("Hangar\\Jets\\Beaver\\");
+    const auto notes = package + "Documentation\\kx_note.txt";
+    EXPECT_EQ(launcher.started,
+              (std::vector<std::string>{"edit " + notes, "edit " + notes,
+                                        "open " + drive.At("App\\kxdoc.htm"), "explore " + package}));
+    choose("mnuDeleteNotes");
+    EXPECT_FALSE(drive.Files().Info(notes));
+    user.ExpectMessage("This information is for FS2002 only.", "OK");
+    choose("mnuInformation");
+    user.Expect("frmAbout", [](QWidget& dialog) { Click(dialog, "cmdOK"); });
+    choose("mnuAbout");
+}
+
 TEST_F(RunningWindowTest, TheGalleryStandsBesideTheWindow) {
     SavePicture(drive, "Hangar\\Jets\\Super cub\\Images\\cub.jpg", {40, 30}, Qt::red);
     SavePicture(drive, "Hangar\\Props\\Dakota\\Images\\dakota.jpg", {40, 30}, Qt::red);
