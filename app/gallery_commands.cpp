@@ -58,18 +58,21 @@ void Program::ChooseGalleryPicture(int row) {
     Run([&] {
         if (row < 0 || row >= static_cast<int>(gallery.pictures.size()))
             return;
-        const auto& picture = gallery.pictures[static_cast<std::size_t>(row)];
+        const auto picture =
+            gallery.pictures[static_cast<std::size_t>(row)]; // the gallery may be filled anew
         const auto line = picture.category + "\\" + picture.package;
         bool isFound = SelectPackage(line);
         if (!isFound) {
             FillCategories(); // its category may be new
             isFound = SelectPackage(line);
         }
-        if (isFound)
+        if (isFound) {
+            ShowImage(picture.path);
             form.ComeToFront();
-        else
+        } else {
             user.Tell("The package you've selected no longer seems to be in the Hangar.",
                       MessageIcon::Exclamation);
+        }
     });
 }
 

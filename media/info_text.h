@@ -35,8 +35,9 @@ struct ConfigInfo {
 ConfigInfo ReadAircraftInfo(std::string_view bytes);
 
 // The same bytes with these texts: in each of the two sections the managed keys stand together behind the last of
-// the other lines, which all stay as they are, and so do those of the keys whose values are the same. A missing [General] is added at the end; a missing [fltsim.N] is not.
-// Every text must have its place in the code page. Doing it again changes nothing.
+// the other lines, which all stay as they are, and so do the lines of those keys whose values are the same. A missing
+// [General] is added at the end; a missing [fltsim.N] is not. Every text must have its place in the code page. Doing
+// it again changes nothing.
 std::string WithAircraftInfo(std::string_view bytes, const AircraftInfo& info);
 
 } // namespace korvadex

@@ -52,6 +52,16 @@ bool IsSeparator(char c) {
 
 constexpr std::array<std::string_view, 6> DeviceNames = {"con", "prn", "aux", "nul", "conin$", "conout$"};
 
+// Disks count a letter as one or two units of UTF-16.
+std::size_t UnitsOf(std::string_view name) {
+    std::size_t units = 0;
+    for (const char c : name) {
+        const bool isContinuation = (Byte(c) & 0xC0) == 0x80, isPair = Byte(c) >= 0xF0;
+        units += isContinuation ? 0 : isPair ? 2 : 1;
+    }
+    return units;
+}
+
 } // namespace
 
 std::string FoldCase(std::string_view text) {
@@ -149,12 +159,14 @@ bool IsDeviceName(std::string_view name) {
 }
 
 bool IsStorableName(std::string_view name) {
+    constexpr std::size_t mostUnits = 255;
     if (name.empty() || name == "." || name == ".." || name.back() == '.' || name.back() == ' ')
         return false;
     const auto isForbidden = [](char c) {
         return Byte(c) < 0x20 || std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
     };
-    return std::none_of(name.begin(), name.end(), isForbidden) && !IsDeviceName(name);
+    return std::none_of(name.begin(), name.end(), isForbidden) && !IsDeviceName(name) &&
+           UnitsOf(name) <= mostUnits;
 }
 
 bool IsScratchName(std::string_view name) {

@@ -46,7 +46,7 @@ bool IsDrivePath(std::string_view path);
 // devices.
 bool IsDeviceName(std::string_view name);
 // True when the text can be the name of a file on every host: not empty, not "." or "..", no \ / : * ? " < >
-// |, no control character, no trailing dot or blank, no device name.
+// |, no control character, no trailing dot or blank, no device name, at most 255 units of UTF-16.
 bool IsStorableName(std::string_view name);
 
 // The name of every scratch directory of the program; no list shows them or what they hold. No other name is

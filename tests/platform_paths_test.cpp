@@ -79,6 +79,8 @@ TEST(WindowsPath, KnowsWhichNamesCanBeStored) {
                              "<", ">", "a|b", "a\tb", "a\x01"})
         EXPECT_FALSE(IsStorableName(name)) << name;
     EXPECT_FALSE(IsStorableName(std::string_view("a\0b", 3)));
+    EXPECT_TRUE(IsStorableName(std::string(252, 'x') + "ß😀"));
+    EXPECT_FALSE(IsStorableName(std::string(253, 'x') + "ß😀"));
     for (const char* name : {"a", ".cfg", " a", "com", "COM0", "com10", "Console", "nul1", "auxiliary.txt",
                              "a..b", "Größe Ω 日本.txt", "a'b`~!@#$%^&()[]{}+=,;"}) {
         EXPECT_FALSE(IsDeviceName(name)) << name;
