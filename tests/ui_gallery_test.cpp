@@ -1,13 +1,7 @@
 // The picture gallery with its real window.
-#include "tests/support/modal_user.h"
-#include "tests/support/temporary_drive.h"
+#include "tests/support/window_fixture.h"
 #include "ui/frmPhotos.h"
 #include "ui/photo_grid.h"
-
-#include <gtest/gtest.h>
-
-#include <QtTest>
-#include <QtWidgets>
 
 namespace korvadex::test {
 namespace {
@@ -24,12 +18,7 @@ class PhotosTest : public testing::Test {
         gallery.pictures.push_back({drive.At(path), "Jets", package});
     }
     static QByteArray Picture(const QSize& size, const char* format = "JPG") {
-        QImage picture(size, QImage::Format_RGB32);
-        picture.fill(Qt::red);
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        picture.save(&buffer, format);
-        return bytes;
+        return QByteArray::fromStdString(PictureBytes(size, format));
     }
     void Show() {
         window.ShowGallery(gallery);
