@@ -25,16 +25,6 @@ TEST_F(SimTest, AliasUsersAreListedInTheOrderOfTheWalk) {
     EXPECT_FALSE(window.isProgressVisible);
 }
 
-// An aircraft that was put on another drive by a link needs its gauges and its panel as any other does.
-TEST_F(SimTest, AliasUsersBehindALinkCount) {
-    drive.Put("Elsewhere\\panel\\panel.cfg", "alias=Lear\\panel");
-    if (!drive.MakeLink("FS\\aircraft\\Jet", "Elsewhere"))
-        GTEST_SKIP() << "no links on this machine";
-    const AliasSearch search{
-        .root = locations.MsfsDir + "aircraft\\", .fileName = "panel.cfg", .texts = {"Lear\\panel"}};
-    EXPECT_TRUE(FindAliasUsers(context, search));
-}
-
 TEST_F(SimTest, RewritingAnAliasLine) {
     std::string text = "\xE9  \r\n  alias = no\r\n  Alias=old\r\n",
                 expected = "\xE9  \r\nalias = no\r\nalias=new\\panel\r\n";
@@ -52,7 +42,7 @@ TEST_F(SimTest, RewritingAnAliasLine) {
 
     // A second time there is nothing to write; a name that the file cannot hold leaves it alone.
     FaultyFiles watched(drive.Files());
-    CommandContext watching{watched, launcher, locations, limits, user, window};
+    CommandContext watching = On(watched);
     EXPECT_TRUE(RewriteAliasLine(watching, "new\\panel", path));
     EXPECT_EQ(watched.Changes(), 0);
     EXPECT_EQ(RewriteAliasLine(watching, "\xD0\x96\\panel", path).fault, FileFault::BadName);

@@ -66,11 +66,9 @@ TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
 }
 
 TEST_F(CopyTest, ToTheHangarAllGaugesGoWhenNoPanelNamesAny) {
-    drive.Put("Staging\\panel.cfg", "[fltsim]\r\nalias=Lear\\panel\r\n");
-    drive.Put("Staging\\a.gau", "a");
-    drive.Put("Staging\\b.CAB", "b");
+    drive.Fill("Staging", "panel.cfg=alias=Lear\\panel, a.gau=a, b.CAB=b");
     EXPECT_TRUE(CopyStaging("Lear"));
-    EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear\\Gauges"), (std::vector<std::string>{"a.gau", "b.CAB"}));
+    EXPECT_EQ(drive.Outline("Hangar\\Jets\\Lear\\Gauges"), "a.gau=a, b.CAB=b");
 }
 
 TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
@@ -104,8 +102,7 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
 
 // As by a second Korvadex, which cleans up when it starts.
 TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
-    drive.Put("Staging\\a.mdl", "a");
-    drive.Put("Staging\\b.mdl", "b");
+    drive.Fill("Staging", "a.mdl=a, b.mdl=b");
     LoadPackage(context, locations.StagingDir, true, package);
     FaultyFiles shared(drive.Files());
     shared.FailWhere([&](const std::string& change, const std::string& path) {
@@ -113,7 +110,7 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
         EXPECT_TRUE(!isSecond || drive.Files().Delete(ParentDirectory(path) + "a.mdl"));
         return FileFault::None;
     });
-    CommandContext sharing{shared, launcher, locations, limits, user, window};
+    CommandContext sharing = On(shared);
     std::string destination = locations.HangarDir + "Jets\\Lear";
     user.Expect("The package could not be copied, and nothing of it was left behind....", Answer::Ok);
     EXPECT_FALSE(CopyPackageTo(sharing, package, destination));
@@ -122,8 +119,7 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
 
 // Staging may be cleared next, and then the power fails.
 TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
-    drive.Put("Staging\\a.mdl", "a");
-    drive.Put("Staging\\b.air", "b");
+    drive.Fill("Staging", "a.mdl=a, b.air=b");
     LoadPackage(context, locations.StagingDir, true, package);
     FaultyFiles files(drive.Files());
     std::vector<std::string> flushed;
@@ -139,7 +135,7 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
             flushed.push_back(path);
         return change == "Flush" ? fault : FileFault::None;
     });
-    CommandContext flushing{files, launcher, locations, limits, user, window};
+    CommandContext flushing = On(files);
     std::string destination = locations.HangarDir + "Jets\\Lear";
     EXPECT_TRUE(CopyPackageTo(flushing, package, destination));
     EXPECT_EQ(flushed, std::vector<std::string>{drive.At("Hangar\\Jets")});
@@ -152,8 +148,7 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
 }
 
 TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
-    drive.Put("Staging\\a.mdl", "a");
-    drive.Put("Staging\\b.mdl", "b");
+    drive.Fill("Staging", "a.mdl=a, b.mdl=b");
     limits.FileMax = 1;
     user.Expect(DescribeCut(ListCut::FileMax, limits) + "\n\nNothing was copied.", Answer::Ok,
                 MessageIcon::Exclamation);

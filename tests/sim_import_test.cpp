@@ -11,24 +11,15 @@ class ImportTest : public SimTest {
             .With("KX_MSFSImportName.txt", "old\r\n")
             .With("kx_gauges.txt", "clock.gau\r\n")
             .With("Documentation\\kx_msfsimportname.txt", "older\r\n");
-        drive.Put("FS\\aircraft\\Paint\\texture\\a.bmp", "x");
-        drive.MakeDirectory("FS\\aircraft\\In_Hangar\\Panel");
-        drive.MakeDirectory("FS\\aircraft\\Same\\MODEL");
-        drive.MakeDirectory("FS\\aircraft\\Zeppelin\\MODEL");
-        drive.MakeDirectory("Hangar\\Jets\\In Hangar");
-        drive.MakeDirectory("Hangar\\Props\\same");
+        drive.Fill("FS\\aircraft",
+                   "Paint\\texture\\a.bmp=x, In_Hangar\\Panel\\, Same\\MODEL\\, Zeppelin\\MODEL\\");
+        drive.Fill("Hangar", "Jets\\In Hangar\\, Props\\same\\");
     }
     std::map<std::string, std::string> Expected() {
         auto expected = drive.Tree("FS\\aircraft\\My_Plane");
         expected.erase("Documentation\\kx_msfsimportname.txt");
         expected.erase("kx_gauges.txt");
         expected["KX_MSFSImportName.txt"] = "My_Plane\r\n";
-        expected["gauges\\"] = "";
-        expected.erase("Gauges\\"); // the same directory, under the name that was there first
-        if (drive.Has("FS\\aircraft\\My_Plane\\Gauges")) {
-            expected["Gauges\\"] = "";
-            expected.erase("gauges\\");
-        }
         return expected;
     }
 };
@@ -51,11 +42,8 @@ TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
     drive.Put("Staging\\Lear.air", "another one");
     drive.Put("Staging\\Model\\lear.mdl", PackageBuilder::Files().at("Model\\lear.mdl"));
     FaultyFiles faulty(drive.Files());
-    faulty.FailWhere([](const std::string& change, const std::string& path) {
-        return change == "Copy" && path.find("Engine.wav") != std::string::npos ? FileFault::DiskFull
-                                                                                : FileFault::None;
-    });
-    CommandContext full{faulty, launcher, locations, limits, user, window};
+    faulty.FailOn("Copy", "Engine.wav", FileFault::DiskFull);
+    CommandContext full = On(faulty);
     user.ExpectImport({"My_Plane", "Zeppelin"}, {0})
         .Expect("The import is not complete.  The following files could not be copied to Staging ...\n\n"
                 "Lear.air (a file or directory of that name is already there)\n"

@@ -11,8 +11,6 @@ namespace {
 
 using Entries = std::map<std::string, std::string>;
 
-const char* const Passed = "My Lear ...\n\nCrosscheck complete.  PASSED.\n\nInstallation complete.";
-
 // Adds what an install puts there; a name that stands there already, in whatever case, keeps its bytes.
 void AddNew(Entries& tree, const std::string& path, const std::string& bytes) {
     const bool isThere =
@@ -46,18 +44,6 @@ Entries WithAircraft(Entries tree) {
     return tree;
 }
 
-// Answers anything with what changes most, and remembers what it was told.
-class AgreeingUser : public ScriptedUser {
-  public:
-    std::vector<std::string> told;
-    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
-                              const MessageOptions&) override {
-        told.push_back(text);
-        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
-    }
-    void ShowInstallStatus(const std::string& text) override { told.push_back(text); }
-};
-
 } // namespace
 
 // What the simulator holds beforehand, and what removing leaves that was not there.
@@ -79,8 +65,7 @@ TEST_P(InstallAndRemove, TouchNothingOfOthers) {
     const auto states = drive.States("FS");
     Select("My Lear");
 
-    user.ExpectInstallStatus(Passed);
-    Run(InstallPackage);
+    Install();
     Entries installed = WithAircraft(before);
     if (GetParam().before.contains("gauges\\learcab.cab")) // the file that says so goes with the aircraft
         installed["aircraft\\My_Lear\\kx_gauges.txt"] = "LearCab.cab\r\n";
@@ -131,11 +116,6 @@ INSTANTIATE_TEST_SUITE_P(
                               {}}),
     RowName<RoundTrip>);
 
-TEST_F(SimTest, NoPackageSelected) {
-    user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
-    Run(InstallPackage);
-}
-
 TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\gauges")));
     PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
@@ -163,8 +143,7 @@ TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
     PackageBuilder(drive, "Hangar\\Jets\\" + name + "\\").Packed("Gauges\\LearClock.gau");
     const Entries before = drive.Tree("FS\\aircraft");
     Select(name);
-    user.ExpectInstallStatus(name + " ...");
-    Run(InstallPackage);
+    Install();
     ExpectRemoval().Expect("Done.", Answer::Ok);
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS\\aircraft"), before);
@@ -185,8 +164,7 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     user.Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Texture\\torn.bmp") +
                     ".  It may be corrupt. (code 2)",
                 Answer::Ok, MessageIcon::Exclamation);
-    user.ExpectInstallStatus(Passed);
-    Run(InstallPackage);
+    Install();
     Entries installed = WithAircraft(before);
     installed["aircraft\\My_Lear\\Texture\\torn.bmp"] = torn;
     EXPECT_EQ(drive.Tree("FS"), installed);
@@ -198,100 +176,83 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
 }
 
-struct AliasGuard {
-    const char* name;
-    const char *installed, *file,
-        *text;           // what a package's configuration says, and what stands in the simulator
-    const char* refusal; // "" when the install goes on
-    const char* rewritten;
-};
-
-class InstallAlias : public SimTest, public testing::WithParamInterface<AliasGuard> {};
-
-TEST_P(InstallAlias, NeedsItsTarget) {
-    const AliasGuard& row = GetParam();
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
+TEST_F(SimTest, AnAliasNeedsItsTarget) {
+    const auto panelMissing = [](const std::string& target, const std::string& more) {
+        return "This package uses a panel via alias (" + target +
+               ") which is not installed in MSFS.  Please install the package that contains this panel "
+               "first." +
+               more;
+    };
+    const struct {
+        const char *name, *target, *file, *text; // what stands in the simulator, what the package's file says
+        std::string refusal;                     // none when the install goes on
+        const char* rewritten = "";
+    } rows[] = {
+        {"panel missing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
+         panelMissing("big jet\\panel", "")},
+        {"sound missing", "Big_Jet\\panel", "Sound\\sound.cfg", "alias=Big Jet\\sound\r\n",
+         "This package uses a sound configuration via alias (big jet\\sound) which is not installed in "
+         "MSFS..."},
+        {"panel of itself", "", "Panel\\panel.cfg", "alias=LEAR\\Panel",
+         panelMissing("lear\\panel", "\n\nThe alias leads to this package itself....")},
+        {"panel of nothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
+        {"panel under another name", "Big_Jet\\panel", "Panel\\panel.cfg",
+         "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
+         "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
+        {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound",
+         "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
+        {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n",
+         "", "[fltsim]\nalias=BigJet\\Panel\n"},
+    };
     drive.Put("Hangar\\Jets\\Big Jet\\Panel\\panel.cfg", "alias=Lear\\panel"); // a circle
-    if (*row.installed)
-        drive.MakeDirectory(std::string("FS\\aircraft\\") + row.installed);
-    Select("Lear");
-    if (*row.refusal)
-        user.Expect(row.refusal, Answer::Ok, MessageIcon::Information);
-    else
-        user.ExpectInstallStatus("Lear ...");
-    Run(InstallPackage);
-    EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), !*row.refusal);
-    if (!*row.refusal) {
-        EXPECT_EQ(drive.Get(std::string("FS\\aircraft\\Lear\\") + row.file), row.rewritten);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string msfs = std::string(row.name) + "\\", lear = msfs + "aircraft\\Lear";
+        locations.MsfsDir = drive.At(msfs);
+        drive.Fill(msfs, "gauges\\, aircraft\\");
+        drive.MakeDirectory(msfs + "aircraft\\" + row.target);
+        PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+            .Without("Panel\\LearPanel.bmp")
+            .With(row.file, row.text);
+        Select("Lear");
+        if (row.refusal.empty())
+            user.ExpectInstallStatus("Lear ...");
+        else
+            user.Expect(row.refusal, Answer::Ok, MessageIcon::Information);
+        Run(InstallPackage);
+        EXPECT_EQ(drive.Has(lear), row.refusal.empty());
+        if (row.refusal.empty()) {
+            EXPECT_EQ(drive.Get(lear + "\\" + row.file), row.rewritten);
+        }
         EXPECT_EQ(drive.Get(std::string("Hangar\\Jets\\Lear\\") + row.file), row.text);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Targets, InstallAlias,
-    testing::Values(
-        AliasGuard{"PanelMissing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
-                   "This package uses a panel via alias (big jet\\panel) which is not installed "
-                   "in MSFS.  Please install "
-                   "the package that contains this panel first.",
-                   ""},
-        AliasGuard{"SoundMissing", "Big_Jet\\panel", "Sound\\sound.cfg", "alias=Big Jet\\sound\r\n",
-                   "This package uses a sound configuration via alias (big jet\\sound) which is "
-                   "not installed in MSFS.  "
-                   "Please install the package that contains this sound configuration first.",
-                   ""},
-        AliasGuard{"PanelOfItself", "", "Panel\\panel.cfg", "alias=LEAR\\Panel",
-                   "This package uses a panel via alias (lear\\panel) which is not installed in "
-                   "MSFS.  Please install the package that contains this panel first.\n\nThe alias "
-                   "leads to this package itself.  Please use 'Restore old panel' or correct the "
-                   "alias line in its panel.cfg file.",
-                   ""},
-        AliasGuard{"PanelOfNothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
-        AliasGuard{"PanelUnderAnotherName", "Big_Jet\\panel", "Panel\\panel.cfg",
-                   "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
-                   "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
-        AliasGuard{"SoundUnderAnotherName", "Big_Jet\\sound", "Sound\\sound.cfg",
-                   "[fltsim]\nalias=Big Jet\\sound", "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
-        AliasGuard{"PanelUnderItsOwnName", "bigjet\\panel", "Panel\\panel.cfg",
-                   "[fltsim]\nalias=BigJet\\Panel\n", "", "[fltsim]\nalias=BigJet\\Panel\n"}),
-    RowName<AliasGuard>);
-
 // Every single change of the disk fails once: the aircraft is then there as a whole or not at all, and
 // nothing else has changed.
-TEST(InstallFaults, AFailedInstallTakesEverythingBack) {
+TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
+        .Packed("Texture\\Lear_t.bmp")
+        .Packed("Gauges\\LearClock.gau");
+    const Entries hangar = drive.Tree("Hangar");
+    user.isPatient = true;
+    Select("My Lear");
     bool wasFailing = true;
     int refusals = 0;
     for (int change = 1; wasFailing; ++change) {
         SCOPED_TRACE("change " + std::to_string(change));
-        TemporaryDrive drive;
-        for (const char* directory : {"Staging", "FS\\aircraft", "FS\\gauges", "FS\\effects"})
-            drive.MakeDirectory(directory);
-        PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
-            .Packed("Texture\\Lear_t.bmp")
-            .Packed("Gauges\\LearClock.gau");
-        const Entries before = drive.Tree("FS");
-        const Entries hangar = drive.Tree("Hangar");
+        const std::string msfs = "FS" + std::to_string(change);
+        locations.MsfsDir = drive.At(msfs + "\\");
+        drive.Fill(msfs, "aircraft\\, gauges\\, effects\\");
+        const Entries before = drive.Tree(msfs);
         FaultyFiles faulty(drive.Files());
-        const Locations locations{drive.At("Staging\\"), drive.At("Hangar\\"), drive.At("FS\\")};
-        const WalkLimits limits;
-        AgreeingUser user;
-        RecordingWindow window;
-        RecordingLauncher launcher;
-        CommandContext context{faulty, launcher, locations, limits, user, window};
-        LoadedPackage package;
-        LoadPackage(context, locations.HangarDir + "Jets\\My Lear\\", false, package);
-        window.packageText = "My Lear";
-        CommandState state;
-        state.CommandCode = InstallPackage;
-        ASSERT_EQ(faulty.Changes(), 0);
         const bool isKilled = change % 2 == 0;
         isKilled ? faulty.StopAt(change) : faulty.FailAt(change, FileFault::DiskFull);
-        HangarMemory memory;
-        RunHangarCommand(context, state, memory, package);
+        Run(InstallPackage, faulty);
         wasFailing = faulty.Changes() >= change;
 
         CleanScratch(drive.Files(), locations);
-        const Entries after = drive.Tree("FS");
+        const Entries after = drive.Tree(msfs);
         const Entries whole = WithAircraft(before);
         EXPECT_EQ(drive.Tree("Hangar"), hangar);
         if (after.contains("aircraft\\My_Lear\\")) {
@@ -299,7 +260,7 @@ TEST(InstallFaults, AFailedInstallTakesEverythingBack) {
         } else if (!isKilled) {
             EXPECT_EQ(after, before);
             ++refusals;
-            EXPECT_THAT(user.told.back(), testing::HasSubstr("The reason: "));
+            EXPECT_THAT(user.transcript.back(), testing::HasSubstr("The reason: "));
         } else {
             // Killed in the middle: whole files of the package may stand beside the others.
             for (const auto& [path, bytes] : after)
@@ -314,12 +275,11 @@ TEST_F(SimTest, FullDiskIsSeenBeforehand) {
     Select("Lear");
     FaultyFiles faulty(drive.Files());
     faulty.freeSpace = 5;
-    CommandContext full{faulty, launcher, locations, limits, user, window};
     user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
                 "Please free some "
-                "space on the disk and try again.\n\nNothing was copied.",
+                "space...Nothing was copied.",
                 Answer::Ok, MessageIcon::Exclamation);
-    RunHangarCommand(full, state, memory, package);
+    Run(InstallPackage, faulty);
     EXPECT_EQ(faulty.Changes(), 0);
 }
 

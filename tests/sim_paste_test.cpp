@@ -33,10 +33,8 @@ TEST_P(PasteRoad, ChangesPlacesByRenaming) {
     for (int change = 1;; ++change) {
         FaultyFiles faulty(drive.Files());
         faulty.FailAt(change, FileFault::Denied);
-        CommandContext context2{faulty, launcher, locations, limits, user, window};
         user.Expect("...", Answer::Ok);
-        state.CommandCode = GetParam().command;
-        RunHangarCommand(context2, state, memory, package);
+        Run(GetParam().command, faulty);
         if (PanelFiles() == GetParam().after)
             break;
         EXPECT_THAT(user.transcript.back(),

@@ -8,69 +8,43 @@ class RemoveTest : public SimTest {
     void Install(const std::string& name) {
         PackageBuilder(drive, "Hangar\\Jets\\" + name + "\\");
         Select(name);
-        user.ExpectInstallStatus(name + " ...\n\nCrosscheck complete.  PASSED.\n\nInstallation complete.");
-        Run(InstallPackage);
+        SimTest::Install();
     }
 };
 
-struct RemovalGuard {
-    const char* name;
-    const char *file, *text; // below the simulator's aircraft directory
-    const char* kind;        // what is in use; "" when the package can go
-    const char* user;        // how the list names the user
-};
-
-class RemoveGuard : public RemoveTest, public testing::WithParamInterface<RemovalGuard> {};
-
-TEST_P(RemoveGuard, KeepsWhatAnotherAircraftUses) {
-    const RemovalGuard& row = GetParam();
+TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
+    const struct {
+        const char *name, *file, *text; // below the simulator's aircraft directory
+        const char *kind, *user;        // what is in use, and how the list names the user
+    } rows[] = {
+        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_lear\\PANEL", "panel",
+         "< Big Jet >"},
+        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Lear\\panel", "panel", "< Big Jet >"},
+        {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
+        {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Lear\\sound", "sound", "< Jet >"},
+        {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY LEAR\\sound", "sound", "< Jet >"},
+    };
     Install("My Lear");
-    drive.Put(std::string("FS\\aircraft\\") + row.file, row.text);
-    const auto before = drive.Tree("FS");
-    ExpectRemoval();
-    const std::string kind = row.kind;
-    if (kind == "panel")
-        user.Expect(
-            "Cannot remove.  The panel in this package is used (via alias) by an aircraft(s) in the Flight "
-            "Simulator directory as shown.",
-            Answer::Ok, MessageIcon::Information);
-    else if (kind == "sound")
-        user.Expect(
-            "Cannot remove.  This sound in this package is used (via alias) by an aircraft(s) in the Flight "
-            "Simulator directory as shown.",
-            Answer::Ok, MessageIcon::Information);
-    else
-        user.Expect("Done.", Answer::Ok);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string file = std::string("FS\\aircraft\\") + row.file;
+        drive.Put(file, row.text);
+        const auto before = drive.Tree("FS");
+        ExpectRemoval().Expect("Cannot remove.  Th... " + std::string(row.kind) +
+                                   "... in this package is used (via alias) by an aircraft(s) in the Flight "
+                                   "Simulator directory as shown.",
+                               Answer::Ok, MessageIcon::Information);
+        Run(RemovePackageFromSim);
+        EXPECT_EQ(drive.Tree("FS"), before);
+        EXPECT_EQ(window.listCaption, std::string(row.kind) + " used in ...");
+        EXPECT_EQ(window.listLines, std::vector<std::string>{row.user});
+        ASSERT_TRUE(drive.Files().Delete(drive.At(file)));
+    }
+    drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "alias=Lear\\panel");    // of another
+    drive.Put("FS\\aircraft\\My_Lear\\Panel\\panel.cfg", "; My Lear\\panel"); // its own
+    ExpectRemoval().Expect("...Panel\\panel.cfg  (changed)...", Answer::Yes).Expect("Done.", Answer::Ok);
     Run(RemovePackageFromSim);
-    EXPECT_EQ(drive.Tree("FS") == before, !kind.empty());
-    EXPECT_EQ(window.listCaption, kind.empty() ? "" : kind + " used in ...");
-    EXPECT_EQ(window.listLines,
-              kind.empty() ? std::vector<std::string>{} : std::vector<std::string>{row.user});
-}
-
-INSTANTIATE_TEST_SUITE_P(Users, RemoveGuard,
-                         testing::Values(RemovalGuard{"PanelByInstalledName", "Big_Jet\\Panel\\panel.cfg",
-                                                      "alias=my_lear\\PANEL", "panel", "< Big Jet >"},
-                                         RemovalGuard{"PanelByHangarName", "Big Jet\\panel\\PANEL.CFG",
-                                                      "alias=My Lear\\panel", "panel", "< Big Jet >"},
-                                         RemovalGuard{"PanelMentioned", "Jet\\x\\panel.cfg",
-                                                      "; see My Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
-                                         RemovalGuard{"SoundByInstalledName", "Jet\\sound\\sound.cfg",
-                                                      "[fltsim]\r\nalias=My_Lear\\sound", "sound", "< Jet >"},
-                                         RemovalGuard{"SoundByHangarName", "Jet\\Sound\\Sound.cfg",
-                                                      "alias=MY LEAR\\sound", "sound", "< Jet >"},
-                                         RemovalGuard{"OtherPanel", "Jet\\panel\\panel.cfg",
-                                                      "alias=Lear\\panel", "", ""}),
-                         RowName<RemovalGuard>);
-
-TEST_F(RemoveTest, APanelThatNamesItselfIsNoUser) {
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").With("Panel\\panel.cfg", "; Lear\\panel\r\n");
-    Select("Lear");
-    user.ExpectInstallStatus("Lear ...\n\nPanel alias used.  Crosscheck bypassed.\n\nInstallation complete.");
-    Run(InstallPackage);
-    ExpectRemoval().Expect("Done.", Answer::Ok);
-    Run(RemovePackageFromSim);
-    EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
 }
 
 TEST_F(RemoveTest, ASearchThatCouldNotSeeEverythingCountsAsUsed) {
@@ -156,47 +130,28 @@ TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
     Run(RemovePackageFromSim);
 }
 
-TEST_F(RemoveTest, QuietModeSaysNothing) {
-    Install("Lear");
-    state.QuietMode = true;
-    Run(RemovePackageFromSim);
-    EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
-    Run(RemovePackageFromSim);
-    EXPECT_TRUE(state.keptPackages.empty());
-    state.QuietMode = false;
-    user.Expect("This package is not currently installed in Flight Simulator.", Answer::Ok,
-                MessageIcon::Information);
-    Run(RemovePackageFromSim);
-}
-
 TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
     drive.Put("FS\\gauges\\LearCab.cab", "MSCF cabinet"); // to be there after the second attempt as well
     Install("Lear");
     FaultyFiles faulty(drive.Files());
-    faulty.FailWhere([](const std::string& change, const std::string& path) {
-        return change == "Delete" && path.ends_with("lear.mdl") ? FileFault::InUse : FileFault::None;
-    });
-    CommandContext locked{faulty, launcher, locations, limits, user, window};
-    state.CommandCode = RemovePackageFromSim;
+    faulty.FailOn("Delete", "lear.mdl", FileFault::InUse);
     ExpectRemoval().Expect(
         "The package could not be removed completely.\n\n" + locations.MsfsDir +
             "aircraft\\Lear\\Model\\lear.mdl could not be removed (another program is using it).\n\n"
             "Please close the program that uses it (Flight Simulator, perhaps) and try again.",
         Answer::Ok, MessageIcon::Exclamation);
-    RunHangarCommand(locked, state, memory, package);
+    Run(RemovePackageFromSim, faulty);
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
               (std::vector<std::string>{"Model\\", "Model\\lear.mdl", "kx_gauges.txt"}));
     EXPECT_TRUE(drive.Has("FS\\gauges\\LearClock.gau"));
     // A gauge that stays is named; in a batch at its end.
-    faulty.FailWhere([](const std::string& change, const std::string& path) {
-        return change == "Delete" && path.ends_with("LearClock.gau") ? FileFault::InUse : FileFault::None;
-    });
+    faulty.FailOn("Delete", "LearClock.gau", FileFault::InUse);
     ExpectRemoval()
         .Expect("The following gauges could not be removed ...\n\n" + locations.MsfsDir +
                     "gauges\\LearClock.gau (another program is using it)\n\n...",
                 Answer::Ok, MessageIcon::Exclamation)
         .Expect("Done.", Answer::Ok);
-    RunHangarCommand(locked, state, memory, package);
+    Run(RemovePackageFromSim, faulty);
     EXPECT_EQ(drive.Names("FS\\gauges"), (std::vector<std::string>{"LearCab.cab", "LearClock.gau"}));
 }
 
@@ -205,10 +160,8 @@ TEST_F(RemoveTest, NothingIsLostOnAReadOnlyDisk) {
     const auto before = drive.Tree();
     FaultyFiles faulty(drive.Files());
     faulty.StopAt(1, FileFault::ReadOnlyDisk);
-    CommandContext readOnly{faulty, launcher, locations, limits, user, window};
     const auto run = [&](HangarCommand command) {
-        state.CommandCode = command;
-        RunHangarCommand(readOnly, state, memory, package);
+        Run(command, faulty);
         EXPECT_THAT(user.transcript.back(), testing::HasSubstr("the disk is in READ ONLY mode"));
         EXPECT_EQ(drive.Tree(), before);
     };

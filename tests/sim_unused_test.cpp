@@ -9,9 +9,7 @@
 
 namespace korvadex::test {
 
-constexpr const char* Warning = "This may take a minute or two.  During this time it will appear that the "
-                                "application is locked up.  Please be patient.  This process looks at every "
-                                "gauge to see if it is being utilized.";
+constexpr const char* Warning = "This may take a minute or two...";
 
 // Names of two letters that contain each other, against the search that looks for one after another.
 TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
@@ -44,6 +42,8 @@ TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
 
 class UnusedGaugesTest : public SimTest {
   protected:
+    const std::vector<std::string> Unused = {"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"};
+
     UnusedGaugesTest() {
         for (const char* gauge :
              {"used.gau", "clock.gau", "sub\\clock.gau", "lock.cab", "Cab.CAB", "\xC3\xA9t\xC3\xA9.gau",
@@ -61,12 +61,11 @@ class UnusedGaugesTest : public SimTest {
 };
 
 TEST_F(UnusedGaugesTest, AreListedAndDeletedOneByOne) {
-    const std::vector<std::string> unused = {"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"};
     auto expected = drive.Tree();
     user.Expect(Warning, Answer::Cancel);
     ListUnusedGauges(context);
     user.Expect(Warning, Answer::Ok)
-        .ExpectUnusedGauges(unused, {{}, {0}, {3, 1, 3}})
+        .ExpectUnusedGauges(Unused, {{}, {0}, {3, 1, 3}})
         .Expect("Please select the gauges first.", Answer::Ok)
         .Expect("Are you sure you want to remove these gauges?", Answer::No)
         .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
@@ -80,14 +79,12 @@ TEST_F(UnusedGaugesTest, AreListedAndDeletedOneByOne) {
 
 TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
     FaultyFiles faulty(drive.Files());
-    faulty.FailWhere([](const std::string& change, const std::string& path) {
-        return change == "Delete" && path.ends_with("z.gau") ? FileFault::InUse : FileFault::None;
-    });
-    CommandContext locked{faulty, launcher, locations, limits, user, window};
+    faulty.FailOn("Delete", "z.gau", FileFault::InUse);
+    CommandContext locked = On(faulty);
     auto expected = drive.Tree();
     expected.erase("FS\\gauges\\lock.cab");
     user.Expect(Warning, Answer::Ok)
-        .ExpectUnusedGauges({"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"}, {{2, 4}})
+        .ExpectUnusedGauges(Unused, {{2, 4}})
         .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
         .Expect("The following gauges could not be removed ...\n\n" + drive.At("FS\\gauges\\z.gau") +
                     " (another program is using it)\n\n...",

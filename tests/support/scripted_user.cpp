@@ -125,6 +125,8 @@ ScriptedUser& ScriptedUser::Then(std::function<void()> action) {
 
 std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::string& shown) {
     transcript.push_back(shown);
+    if (isPatient)
+        return std::nullopt;
     if (script.empty() || script.front().kind != kind || !Fits(script.front().text, shown)) {
         ADD_FAILURE() << "unexpected: " << shown
                       << "\n  expected: " << (script.empty() ? "nothing more" : script.front().text);
@@ -140,7 +142,7 @@ std::optional<ScriptedUser::Step> ScriptedUser::Take(Kind kind, const std::strin
 CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                         const MessageOptions& options) {
     if (isPatient) {
-        transcript.push_back(ForReading(text));
+        Take(Kind::Message, ForReading(text));
         return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
     }
     const auto step = Take(Kind::Message, ForReading(text));

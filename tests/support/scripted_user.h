@@ -36,7 +36,7 @@ class ScriptedUser : public UserDialogs {
     // Runs when the question before it was answered: to look at the disk in the middle of a command.
     ScriptedUser& Then(std::function<void()> action);
 
-    // Takes note of each message, whatever it is, and answers Yes or OK.
+    // Takes note of whatever is shown, answers each message with Yes or OK and closes everything else.
     bool isPatient = false;
     bool IsFinished() const { return script.empty(); }
     std::vector<std::string> transcript;

@@ -26,10 +26,17 @@ class SimTest : public CommandTest {
         window.packageText = name;
         LoadPackage(context, locations.HangarDir + "Jets\\" + name + "\\", false, package);
     }
-    void Run(HangarCommand command) {
+    void Run(HangarCommand command) { Run(command, drive.Files()); }
+    void Run(HangarCommand command, FileSystem& files) {
+        CommandContext disk = On(files);
         state.CommandCode = command;
-        RunHangarCommand(context, state, memory, package);
+        RunHangarCommand(disk, state, memory, package);
         EXPECT_FALSE(window.isProgressVisible);
+    }
+    // Puts the selected package into the simulator; its panel finds all its gauges.
+    void Install() {
+        user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
+        Run(InstallPackage);
     }
     ScriptedUser& ExpectRemoval() {
         return user.Expect(
