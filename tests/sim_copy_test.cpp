@@ -56,7 +56,7 @@ TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
 
     user.Expect("The following gauge files aren't used by the panel of this package\n"
                 "and were therefore not copied to the Hangar ...\n\nClick.gau",
-                Answer::Ok, MessageIcon::Information);
+                MessageIcon::Information);
     EXPECT_TRUE(CopyStaging("My Lear"));
     EXPECT_EQ(Files("Hangar\\Jets\\My Lear"), expected);
     const auto info = drive.Files().Info(drive.At("Hangar\\Jets\\My Lear\\Unrecognized Files\\notes.kx"));
@@ -85,12 +85,11 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
     EXPECT_EQ(drive.Get("Staging\\aircraft\\My Lear\\Texture\\Lear_t.bmp"), "BM texture");
 
     // The same again meets itself, and another package its own gauge of that name.
-    user.Expect(destination + " exists already.  Please remove or rename it first.\n\nNothing was copied.",
-                Answer::Ok);
+    user.Expect(destination + " exists already.  Please remove or rename it first.\n\nNothing was copied.");
     EXPECT_FALSE(CopyPackageTo(context, package, destination));
     drive.Put("Staging\\gauges\\LearCab.cab", "another");
     destination = locations.StagingDir + "aircraft\\Other";
-    user.Expect("Staging already contains another gauge of the same name:...", Answer::Ok);
+    user.Expect("Staging already contains another gauge of the same name:...");
     EXPECT_FALSE(CopyPackageTo(context, package, destination));
     drive.Put("Staging\\gauges\\LearCab.cab", "MSCF cabinet");
 
@@ -112,7 +111,7 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
     });
     CommandContext sharing = On(shared);
     std::string destination = locations.HangarDir + "Jets\\Lear";
-    user.Expect("The package could not be copied, and nothing of it was left behind....", Answer::Ok);
+    user.Expect("The package could not be copied, and nothing of it was left behind....");
     EXPECT_FALSE(CopyPackageTo(sharing, package, destination));
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
@@ -142,7 +141,7 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
 
     fault = FileFault::Failed;
     destination = locations.HangarDir + "Jets\\Other";
-    user.Expect("The package could not be copied, and nothing of it was left behind....", Answer::Ok);
+    user.Expect("The package could not be copied, and nothing of it was left behind....");
     EXPECT_FALSE(CopyPackageTo(flushing, package, destination));
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Other"));
 }
@@ -150,14 +149,13 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
 TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
     drive.Fill("Staging", "a.mdl=a, b.mdl=b");
     limits.FileMax = 1;
-    user.Expect(DescribeCut(ListCut::FileMax, limits) + "\n\nNothing was copied.", Answer::Ok,
-                MessageIcon::Exclamation);
+    user.Expect(DescribeCut(ListCut::FileMax, limits) + "\n\nNothing was copied.", MessageIcon::Exclamation);
     EXPECT_FALSE(CopyStaging("Lear"));
     limits.FileMax = 5000;
     if (drive.MakeLink("Staging\\link.mdl", "Staging\\a.mdl")) {
         user.Expect("The package contains a link to another place, which cannot be copied:\n\n" +
                         drive.At("Staging\\link.mdl") + "...",
-                    Answer::Ok, MessageIcon::Exclamation);
+                    MessageIcon::Exclamation);
         EXPECT_FALSE(CopyStaging("Lear"));
     }
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});

@@ -7,9 +7,7 @@
 namespace korvadex::test {
 
 constexpr const char* AskInstalled =
-    "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  (If you "
-    "choose No, the only way to use Korvadex to remove it from MSFS in the future would be to import it from "
-    "MSFS and then remove it.)";
+    "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?...";
 constexpr const char* AskRemove = "Are you sure you want to remove this package from the hangar?";
 constexpr const char* AskRemoveCopied = "Done.\n\nWould you like to remove this package from the hangar?";
 
@@ -35,22 +33,22 @@ TEST_F(HangarTest, RemovalAsksAtEveryStep) {
     AddUser("panel");
     AddUser("sound");
     const Tree before = drive.Tree();
-    const std::string panel = "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in "
-                              "the Hangar as shown.  Do you want to cancel this command?";
-    const std::string sound = "WARNING!  The sound configuration in this package is used (via alias) by an "
-                              "aircraft(s) in the Hangar as shown.  Do you want to cancel this command?";
-    user.Expect(panel, Answer::Yes);
-    Run(RemovePackageFromHangar);
-    user.Expect(panel, Answer::No).Expect(sound, Answer::Yes);
-    Run(RemovePackageFromHangar);
+    const std::string questions[] = {
+        "WARNING!  The panel in this package...Do you want to cancel this command?",
+        "WARNING!  The sound configuration...Do you want to cancel this command?", AskRemove};
+    for (const std::string& last : questions) {
+        for (const std::string& question : questions) {
+            const bool isLast = question == last;
+            user.Expect(question, isLast == (question != AskRemove) ? Answer::Yes : Answer::No);
+            if (isLast)
+                break;
+        }
+        Run(RemovePackageFromHangar);
+        EXPECT_EQ(drive.Tree(), before);
+    }
     EXPECT_EQ(window.listLines, std::vector<std::string>{"Big Jet"});
-    user.Expect(panel, Answer::No).Expect(sound, Answer::No).Expect(AskRemove, Answer::No);
-    Run(RemovePackageFromHangar);
-    EXPECT_EQ(drive.Tree(), before);
-    user.Expect(panel, Answer::No)
-        .Expect(sound, Answer::No)
-        .Expect(AskRemove, Answer::Yes)
-        .Expect("Done.", Answer::Ok);
+    user.Expect(questions[0], Answer::No).Expect(questions[1], Answer::No).Expect(AskRemove, Answer::Yes);
+    user.Expect("Done.");
     Run(RemovePackageFromHangar);
     EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
 }
@@ -59,13 +57,13 @@ TEST_F(HangarTest, AnInstalledPackageIsOfferedToTheOtherRemovalFirst) {
     Install();
     const Tree before = drive.Tree();
     user.Expect(AskInstalled, Answer::Yes);
-    ExpectRemoval().Expect("Done.", Answer::Ok).Expect(AskRemove, Answer::No);
+    ExpectRemoval().Expect("Done.").Expect(AskRemove, Answer::No);
     Run(RemovePackageFromHangar);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
     Install();
     EXPECT_EQ(drive.Tree(), before);
 
-    user.Expect(AskInstalled, Answer::No).Expect(AskRemove, Answer::Yes).Expect("Done.", Answer::Ok);
+    user.Expect(AskInstalled, Answer::No).Expect(AskRemove, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromHangar);
     EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
 }
@@ -85,67 +83,53 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
     // A copy that fails, as its directory is taken, is followed by no question about removing.
     user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
-        .Expect(drive.At("Staging\\aircraft\\Lear\\") + " exists already...", Answer::Ok);
+        .Expect(drive.At("Staging\\aircraft\\Lear\\") + " exists already...");
     Run(CopyPackageToStaging);
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
     ASSERT_TRUE(drive.Files().Rename(drive.At("Staging\\aircraft\\Lear"), drive.At("Staging\\aircraft\\x")));
     user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
         .Expect(AskRemoveCopied, Answer::Yes)
         .Expect(AskRemove, Answer::Yes)
-        .Expect("Done.", Answer::Ok);
+        .Expect("Done.");
     Run(CopyPackageToStaging);
     EXPECT_EQ(drive.Tree("Hangar"), Without(hangar, "Jets\\Lear\\"));
 }
 
 TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
+    const auto isTold = [&](std::vector<HangarCommand> commands, const std::string& message) {
+        for (const auto command : commands) {
+            user.Expect(message);
+            Run(command);
+        }
+    };
+    const std::string used = " in this package is used (via alias) by an aircraft(s) in the Hangar as shown.";
     const Tree before = drive.Tree();
-    user.Expect("Done checking for panel and sound aliases to this package.  None found.", Answer::Ok);
-    Run(CheckPackageReferences);
-    for (const auto command : {CheckPackageGauges, RemovePackageFromSim}) {
-        user.Expect("This package is not currently installed in Flight Simulator.", Answer::Ok,
-                    MessageIcon::Information);
-        Run(command);
-    }
+    isTold({CheckPackageReferences},
+           "Done checking for panel and sound aliases to this package.  None found.");
+    isTold({CheckPackageGauges, RemovePackageFromSim},
+           "This package is not currently installed in Flight Simulator.");
     EXPECT_EQ(drive.Tree(), before);
 
     AddUser("sound");
-    user.Expect("The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar "
-                "as shown.",
-                Answer::Ok)
-        .Expect("Done.", Answer::Ok);
+    user.Expect("The sound configuration" + used).Expect("Done.");
     Run(CheckPackageReferences);
     EXPECT_EQ(window.listCaption, "sound used in ...");
-    user.Expect("Cannot rename.  The sound configuration in this package is used (via alias) by an "
-                "aircraft(s) in the Hangar as shown.",
-                Answer::Ok, MessageIcon::Information);
-    Run(RenameHangarPackage);
+    isTold({RenameHangarPackage}, "Cannot rename.  The sound configuration" + used);
     AddUser("panel");
-    user.Expect("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.",
-                Answer::Ok)
-        .Expect("Continue on to sound alias check?", Answer::No);
+    user.Expect("The panel" + used).Expect("Continue on to sound alias check?", Answer::No);
     Run(CheckPackageReferences);
-    user.Expect("Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in the "
-                "Hangar as shown.",
-                Answer::Ok, MessageIcon::Information);
-    Run(RenameHangarPackage);
+    isTold({RenameHangarPackage}, "Cannot rename.  The panel" + used);
 
     drive.MakeDirectory("FS\\aircraft\\Lear");
-    user.Expect("This package doesn't contain a panel to do a gauge crosscheck with.", Answer::Ok);
-    Run(CheckPackageGauges);
-    user.Expect("Sorry, no renaming allowed while package is installed in MSFS.  Remove package from MSFS "
-                "first.",
-                Answer::Ok, MessageIcon::Exclamation);
-    Run(RenameHangarPackage);
+    isTold({CheckPackageGauges}, "This package doesn't contain a panel to do a gauge crosscheck with.");
+    isTold({RenameHangarPackage}, "Sorry, no renaming allowed while package is installed in MSFS...");
     drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=none,1");
     user.ExpectInstallStatus(
-        "Lear ...\n\nPossible problem ...\n\nThis...none.gau\n\nInstallation complete with warning.");
+        "Lear ...\n\nPossible problem...none.gau\n\nInstallation complete with warning.");
     Run(CheckPackageGauges);
     window.packageText = "";
-    for (const auto command :
-         {InstallPackage, CompressShownPackage, DecompressShownPackage, CheckPackageGauges}) {
-        user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
-        Run(command);
-    }
+    isTold({InstallPackage, CompressShownPackage, DecompressShownPackage, CheckPackageGauges},
+           "Please select a package first.");
 }
 
 TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
@@ -214,14 +198,14 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     user.ExpectRename({"Panel only", ""}, false, {{"New", ""}})
         .Expect("A problem occurred during the rename process.  The file or directories involved may be set "
                 "to READ ONLY mode (i.e. they're on a CD ROM).",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     Run(RenameHangarPackage, readOnly);
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Panel only\\Panel\\panel.cfg"));
 }
 
 TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
     user.Expect("Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     RunSimulator(context);
     drive.MakeDirectory("FS\\fs2002.exe");
     drive.Put("FS\\fltsim98.exe", "MZ");
@@ -230,7 +214,7 @@ TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
     EXPECT_EQ(window.status, drive.At("FS\\cfs2.exe is being started."));
     launcher.simulatorRefusal = "Wine is not installed.";
-    user.Expect("Wine is not installed.", Answer::Ok, MessageIcon::Exclamation);
+    user.Expect("Wine is not installed.", MessageIcon::Exclamation);
     RunSimulator(context);
 }
 

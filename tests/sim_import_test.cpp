@@ -30,8 +30,7 @@ TEST_F(ImportTest, TheChosenAircraftComesWhole) {
     EXPECT_EQ(ImportFromSim(context), "");
     EXPECT_EQ(drive.Tree("Staging"), (std::map<std::string, std::string>{}));
     user.ExpectImport({"My_Plane", "Zeppelin"}, {-1, 0})
-        .Expect("Please pick a package by selecting it and selecting 'OK' or by double clicking it.",
-                Answer::Ok);
+        .Expect("Please pick a package by selecting it and selecting 'OK' or by double clicking it.");
     EXPECT_EQ(ImportFromSim(context), "My_Plane");
     EXPECT_EQ(drive.Tree("Staging"), Expected());
     EXPECT_EQ(drive.Tree("FS"), before);
@@ -49,7 +48,7 @@ TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
                 "Lear.air (a file or directory of that name is already there)\n"
                 "Sound\\Engine.wav (the disk is full)\n\n"
                 "The aircraft in Flight Simulator is as it was.",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     EXPECT_EQ(ImportFromSim(full), "My_Plane");
     auto expected = Expected();
     expected["Lear.air"] = "another one";
@@ -59,7 +58,7 @@ TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
 
     limits.FileMax = 3;
     const auto staged = drive.Tree("Staging");
-    user.ExpectImport({"My_Plane", "Zeppelin"}, {0}).Expect("...", Answer::Ok, MessageIcon::Exclamation);
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {0}).Expect("...", MessageIcon::Exclamation);
     EXPECT_EQ(ImportFromSim(context), "");
     EXPECT_THAT(user.transcript.back(), testing::EndsWith("Nothing was imported."));
     EXPECT_EQ(drive.Tree("Staging"), staged);

@@ -75,10 +75,9 @@ TEST_P(InstallAndRemove, TouchNothingOfOthers) {
     EXPECT_EQ(window.displayRefreshes, 1);
 
     window.packageText = "< My Lear >";
-    user.Expect("This package is already installed in Flight Simulator.", Answer::Ok,
-                MessageIcon::Information);
+    user.Expect("This package is already installed in Flight Simulator.", MessageIcon::Information);
     Run(InstallPackage);
-    ExpectRemoval().Expect("Done.", Answer::Ok, MessageIcon::None);
+    ExpectRemoval().Expect("Done.", MessageIcon::None);
     Run(RemovePackageFromSim);
     Entries removed = before;
     for (const std::string& path : GetParam().staying)
@@ -122,7 +121,7 @@ TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
     Select("Lear");
     user.Expect(
         drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
-        Answer::Ok, MessageIcon::Exclamation);
+        MessageIcon::Exclamation);
     Run(InstallPackage);
     EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
 }
@@ -132,7 +131,7 @@ TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
         .WithoutAll()
         .With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
     Select("Lear");
-    user.Expect("Done.", Answer::Ok);
+    user.Expect("Done.");
     Run(InstallPackage);
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
               (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg"}));
@@ -144,7 +143,7 @@ TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
     const Entries before = drive.Tree("FS\\aircraft");
     Select(name);
     Install();
-    ExpectRemoval().Expect("Done.", Answer::Ok);
+    ExpectRemoval().Expect("Done.");
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS\\aircraft"), before);
 }
@@ -163,13 +162,13 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     Select("My Lear");
     user.Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Texture\\torn.bmp") +
                     ".  It may be corrupt. (code 2)",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     Install();
     Entries installed = WithAircraft(before);
     installed["aircraft\\My_Lear\\Texture\\torn.bmp"] = torn;
     EXPECT_EQ(drive.Tree("FS"), installed);
 
-    ExpectRemoval().Expect("Done.", Answer::Ok);
+    ExpectRemoval().Expect("Done.");
     Run(RemovePackageFromSim);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
     EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{});
@@ -218,7 +217,7 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         if (row.refusal.empty())
             user.ExpectInstallStatus("Lear ...");
         else
-            user.Expect(row.refusal, Answer::Ok, MessageIcon::Information);
+            user.Expect(row.refusal, MessageIcon::Information);
         Run(InstallPackage);
         EXPECT_EQ(drive.Has(lear), row.refusal.empty());
         if (row.refusal.empty()) {
@@ -278,7 +277,7 @@ TEST_F(SimTest, FullDiskIsSeenBeforehand) {
     user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
                 "Please free some "
                 "space...Nothing was copied.",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     Run(InstallPackage, faulty);
     EXPECT_EQ(faulty.Changes(), 0);
 }

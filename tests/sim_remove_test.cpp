@@ -33,7 +33,7 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
         ExpectRemoval().Expect("Cannot remove.  Th... " + std::string(row.kind) +
                                    "... in this package is used (via alias) by an aircraft(s) in the Flight "
                                    "Simulator directory as shown.",
-                               Answer::Ok, MessageIcon::Information);
+                               MessageIcon::Information);
         Run(RemovePackageFromSim);
         EXPECT_EQ(drive.Tree("FS"), before);
         EXPECT_EQ(window.listCaption, std::string(row.kind) + " used in ...");
@@ -42,7 +42,7 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
     }
     drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "alias=Lear\\panel");    // of another
     drive.Put("FS\\aircraft\\My_Lear\\Panel\\panel.cfg", "; My Lear\\panel"); // its own
-    ExpectRemoval().Expect("...Panel\\panel.cfg  (changed)...", Answer::Yes).Expect("Done.", Answer::Ok);
+    ExpectRemoval().Expect("...Panel\\panel.cfg  (changed)...", Answer::Yes).Expect("Done.");
     Run(RemovePackageFromSim);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
 }
@@ -54,9 +54,8 @@ TEST_F(RemoveTest, ASearchThatCouldNotSeeEverythingCountsAsUsed) {
     const auto before = drive.Tree("FS");
     ExpectRemoval()
         .Expect("Not every panel.cfg file below " + locations.MsfsDir +
-                    "aircraft\\ could be looked at.  To be on...",
-                Answer::Ok)
-        .Expect("Cannot remove.  The panel in this package...", Answer::Ok);
+                "aircraft\\ could be looked at.  To be on...")
+        .Expect("Cannot remove.  The panel in this package...");
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS"), before);
     EXPECT_THAT(window.status, testing::HasSubstr("FILEMAX"));
@@ -97,7 +96,7 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     EXPECT_TRUE(state.keptPackages[0].starts_with("Lear: "));
 
     state.QuietMode = false;
-    ExpectRemoval().Expect(question, Answer::Yes).Expect("Done.", Answer::Ok);
+    ExpectRemoval().Expect(question, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromSim);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
 }
@@ -113,7 +112,7 @@ TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
     };
     install();
     EXPECT_EQ(drive.Get("FS\\aircraft\\Lear\\Panel\\panel.cfg"), "[fltsim]\r\nalias=big_jet\\panel\r\n");
-    ExpectRemoval().Expect("Done.", Answer::Ok);
+    ExpectRemoval().Expect("Done.");
     Run(RemovePackageFromSim);
 
     install();
@@ -139,7 +138,7 @@ TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
         "The package could not be removed completely.\n\n" + locations.MsfsDir +
             "aircraft\\Lear\\Model\\lear.mdl could not be removed (another program is using it).\n\n"
             "Please close the program that uses it (Flight Simulator, perhaps) and try again.",
-        Answer::Ok, MessageIcon::Exclamation);
+        MessageIcon::Exclamation);
     Run(RemovePackageFromSim, faulty);
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
               (std::vector<std::string>{"Model\\", "Model\\lear.mdl", "kx_gauges.txt"}));
@@ -149,8 +148,8 @@ TEST_F(RemoveTest, SaysWhatCouldNotBeRemoved) {
     ExpectRemoval()
         .Expect("The following gauges could not be removed ...\n\n" + locations.MsfsDir +
                     "gauges\\LearClock.gau (another program is using it)\n\n...",
-                Answer::Ok, MessageIcon::Exclamation)
-        .Expect("Done.", Answer::Ok);
+                MessageIcon::Exclamation)
+        .Expect("Done.");
     Run(RemovePackageFromSim, faulty);
     EXPECT_EQ(drive.Names("FS\\gauges"), (std::vector<std::string>{"LearCab.cab", "LearClock.gau"}));
 }
@@ -165,10 +164,10 @@ TEST_F(RemoveTest, NothingIsLostOnAReadOnlyDisk) {
         EXPECT_THAT(user.transcript.back(), testing::HasSubstr("the disk is in READ ONLY mode"));
         EXPECT_EQ(drive.Tree(), before);
     };
-    ExpectRemoval().Expect("The package could not be removed completely.\n\n...", Answer::Ok);
+    ExpectRemoval().Expect("The package could not be removed completely.\n\n...");
     run(RemovePackageFromSim);
     window.packageText = "Other";
-    user.Expect("The package could not be copied, and nothing of it was left behind.\n\n...", Answer::Ok);
+    user.Expect("The package could not be copied, and nothing of it was left behind.\n\n...");
     run(InstallPackage);
 }
 

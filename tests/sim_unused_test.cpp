@@ -64,12 +64,12 @@ TEST_F(UnusedGaugesTest, AreListedAndDeletedOneByOne) {
     auto expected = drive.Tree();
     user.Expect(Warning, Answer::Cancel);
     ListUnusedGauges(context);
-    user.Expect(Warning, Answer::Ok)
+    user.Expect(Warning)
         .ExpectUnusedGauges(Unused, {{}, {0}, {3, 1, 3}})
-        .Expect("Please select the gauges first.", Answer::Ok)
+        .Expect("Please select the gauges first.")
         .Expect("Are you sure you want to remove these gauges?", Answer::No)
         .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
-        .Expect("Done.", Answer::Ok);
+        .Expect("Done.");
     ListUnusedGauges(context);
     expected.erase("FS\\gauges\\sub\\clock.gau");
     expected.erase("FS\\gauges\\two.parts.gau");
@@ -83,19 +83,18 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
     CommandContext locked = On(faulty);
     auto expected = drive.Tree();
     expected.erase("FS\\gauges\\lock.cab");
-    user.Expect(Warning, Answer::Ok)
+    user.Expect(Warning)
         .ExpectUnusedGauges(Unused, {{2, 4}})
         .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
         .Expect("The following gauges could not be removed ...\n\n" + drive.At("FS\\gauges\\z.gau") +
                     " (another program is using it)\n\n...",
-                Answer::Ok, MessageIcon::Exclamation);
+                MessageIcon::Exclamation);
     ListUnusedGauges(locked);
     EXPECT_EQ(drive.Tree(), expected);
 
     limits.FileMax = 1; // not every panel is looked at: nothing is called unused
-    user.Expect(Warning, Answer::Ok)
-        .ExpectUnusedGauges({}, {})
-        .Expect("Not every panel.cfg file below...", Answer::Ok, MessageIcon::Exclamation);
+    user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect("Not every panel.cfg file below...",
+                                                           MessageIcon::Exclamation);
     ListUnusedGauges(context);
 
     limits.FileMax = 5000;
@@ -106,18 +105,16 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
     drive.MakeDirectory("Elsewhere");
     if (drive.MakeLink("Elsewhere\\panel", "Panels") && drive.MakeLink("Elsewhere\\again", "Elsewhere") &&
         drive.MakeLink("FS\\aircraft\\E", "Elsewhere")) {
-        user.Expect(Warning, Answer::Ok).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "clock.gau"}, {});
+        user.Expect(Warning).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "clock.gau"}, {});
         ListUnusedGauges(context);
         EXPECT_TRUE(drive.Files().Rename(drive.At("Panels"), drive.At("Away")));
-        user.Expect(Warning, Answer::Ok)
-            .ExpectUnusedGauges({}, {})
-            .Expect("Not every panel.cfg file below...", Answer::Ok, MessageIcon::Exclamation);
+        user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect("Not every panel.cfg file below...",
+                                                               MessageIcon::Exclamation);
         ListUnusedGauges(context);
     }
 
     locations.MsfsDir = drive.At("Staging\\");
-    user.Expect(Warning, Answer::Ok)
-        .Expect(drive.At("Staging\\gauges directory does not exist.  Please verify..."), Answer::Ok);
+    user.Expect(Warning).Expect(drive.At("Staging\\gauges directory does not exist.  Please verify..."));
     ListUnusedGauges(context);
 }
 
