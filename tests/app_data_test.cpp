@@ -24,7 +24,7 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
             Select("Jets", 0);
         program->CreateNotes();
         ASSERT_EQ(program->Package().ComponentFiles[Documentation].size(), 1u);
-        user.Expect("Notes already exist for this package.", Answer::Ok);
+        user.Expect("Notes already exist for this package.");
         program->CreateNotes();
         program->PressToolbarKey("ReadNotes");
         program->Explore();
@@ -32,7 +32,7 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
                                                               "explore " + drive.At(directory)}));
         program->DeleteNotes();
         EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
-        user.Expect("No notes exist for this package.", Answer::Ok);
+        user.Expect("No notes exist for this package.");
         program->ReadNotes();
     }
 }
@@ -48,11 +48,6 @@ TEST_F(DataCommands, InformationIsThatOfTheFileAsItIsNow) {
         else
             program->EditInformation();
     }
-    launcher.documentCode = 2;
-    drive.Put("App\\kxdoc.htm", "page");
-    user.Expect("No program could be started for the read-me page " + drive.At("App\\kxdoc.htm") + "...",
-                Answer::Ok);
-    program->OpenReadMe();
 }
 
 } // namespace

@@ -29,7 +29,7 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
     EXPECT_EQ(program->View().packages[0], "< Lear >");
 
     Select("None", 0);
-    user.Expect("There are no images to show.", Answer::Ok, MessageIcon::None);
+    user.Expect("There are no images to show.", MessageIcon::None);
     program->PressToolbarKey("PhotoGalleryCategory");
     program->GoToStaging();
     for (const char* key : {"PhotoGalleryCategory", "PhotoGalleryAll"})
@@ -53,8 +53,7 @@ TEST_F(GalleryCommands, FollowsWhatHappensToThePackages) {
     EXPECT_EQ(Shown(), drive.At("Hangar\\Added\\Cub\\"));
     EXPECT_EQ(form.comings, 1);
     ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar\\Added\\Cub"), drive.At("Cub")));
-    user.Expect("The package you've selected no longer seems to be in the Hangar.", Answer::Ok,
-                MessageIcon::Exclamation);
+    user.Expect("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
     program->ChooseGalleryPicture(0);
     EXPECT_EQ(Count(), 3U);
     EXPECT_EQ(form.comings, 1);
@@ -78,8 +77,7 @@ TEST_F(GalleryCommands, AHangarWithoutCategories) {
         ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\" + program->View().categories[0])));
         program->Refresh();
     }
-    user.Expect("There are no images to show.", Answer::Ok)
-        .Expect("There are no images to show.", Answer::Ok);
+    user.Expect("There are no images to show.").Expect("There are no images to show.");
     program->ShowPhotosByCategory();
     program->ShowPhotosForAll();
 }

@@ -7,16 +7,13 @@
 namespace korvadex::test {
 namespace {
 
-constexpr const char* Continue =
-    "Continue location entry?  If 'No', Korvadex will end since it needs valid directory locations...";
+constexpr const char* Continue = "Continue location entry?  If 'No', Korvadex will end...";
 constexpr const char* InvalidStaging = "The directory you specified for the Staging location is invalid...";
 constexpr const char* InvalidHangar = "The directory you specified for the Hangar location is invalid...";
 constexpr const char* InvalidMsfs = "The directory you specified for your MSFS installation is invalid.";
 constexpr const char* NotEmpty = "You must specify an empty directory for the Staging location.";
-constexpr const char* CreateStaging =
-    "The directory you specified for the Staging location does not exist.  Create it now?";
-constexpr const char* CreateHangar =
-    "The directory you specified for the Hangar location does not exist.  Create it now?";
+constexpr const char* CreateStaging = "...for the Staging location does not exist.  Create it now?";
+constexpr const char* CreateHangar = "...for the Hangar location does not exist.  Create it now?";
 constexpr const char* NoAircraft = "Cannot find an 'aircraft' subdirectory in the directory you specified...";
 constexpr const char* NoStaging =
     "Please enter a valid directory for the Staging location (i.e. c:\\staging).";
@@ -124,12 +121,12 @@ TEST_F(LocationsEntryTest, WhenTheDialogIsShownAtStart) {
     // Another Staging directory is to be empty: its files are not those of an add-on.
     drive.Put("Letters\\a.txt", "x");
     dialogs.Enter({drive.At("Letters"), locations.HangarDir, locations.MsfsDir}).Enter(locations);
-    user.Expect(NotEmpty, Answer::Ok).Expect(Continue, Answer::Yes);
+    user.Expect(NotEmpty).Expect(Continue, Answer::Yes);
     EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
 
     settings.AskLocationAtStart = false;
     settings.locations.MsfsDir = drive.At("Gone\\");
-    user.Expect(InvalidMsfs, Answer::Ok).Expect(Continue, Answer::Yes);
+    user.Expect(InvalidMsfs).Expect(Continue, Answer::Yes);
     dialogs.Enter(locations);
     EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
 }
@@ -147,7 +144,7 @@ TEST_F(LocationsEntryTest, ClosingTheDialog) {
 
     // From the menu everything is as before, also after an entry that was refused.
     dialogs.Enter({drive.At("Full"), drive.At("Other"), drive.At("FS")}, "Other").Close();
-    user.Expect(NotEmpty, Answer::Ok).Expect(CreateHangar, Answer::No).Expect(Continue, Answer::Yes);
+    user.Expect(NotEmpty).Expect(CreateHangar, Answer::No).Expect(Continue, Answer::Yes);
     EXPECT_EQ(Validate({.caller = LocationsCaller::Menu, .showDialog = true}), LocationsOutcome::Cancelled);
     EXPECT_EQ(settings.locations.StagingDir, locations.StagingDir);
     EXPECT_EQ(settings.locations.HangarDir, locations.HangarDir);
@@ -206,7 +203,7 @@ TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
         settings.LocationProfiles[7].name = settings.LocationProfiles[8].name = "Twice";
         ProfileEditor profiles(drive.Files(), user, settings);
         for (const auto& message : row.messages)
-            user.Expect(message, Answer::Ok, MessageIcon::Exclamation);
+            user.Expect(message, MessageIcon::Exclamation);
         const Locations typed = Typed(row.entry);
         LocationProfile entry{row.entered, typed.StagingDir, typed.HangarDir, typed.MsfsDir, ""};
         EXPECT_EQ(profiles.Accept(2, entry), row.messages.empty());
@@ -217,8 +214,7 @@ TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
     ProfileEditor profiles(drive.Files(), user, settings);
     profiles.Clear(2);
     EXPECT_EQ(settings.LocationProfiles[2].name + settings.LocationProfiles[2].firstPackage, "");
-    user.Expect("You cannot modify a profile that is currently in use here...", Answer::Ok,
-                MessageIcon::Exclamation);
+    user.Expect("You cannot modify a profile that is currently in use here...", MessageIcon::Exclamation);
     EXPECT_FALSE(profiles.CanModify(0));
     EXPECT_TRUE(profiles.CanModify(1));
 }

@@ -69,7 +69,7 @@ TEST_F(Overviews, LinesAndWhatAClickOnEachDoes) {
 
     program->ListAllPackages();
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
-    user.Expect(Gone, Answer::Ok, MessageIcon::Exclamation);
+    user.Expect(Gone, MessageIcon::Exclamation);
     program->ChooseFileListLine(5); // and not the Lear of the other category
     EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Cessna\\"));
 }
@@ -122,7 +122,7 @@ TEST_F(Overviews, AnOpenListFollowsWhatCommandsChange) {
 
     program->ListInstalledPackages();
     ExpectShown("Packages Installed in MSFS", {"< Lear >", "< Lear >"});
-    user.Expect("Done.", Answer::Ok);
+    user.Expect("Done.");
     program->RunCommand(Side::Hangar, InstallPackage);
     ExpectShown("Packages Installed in MSFS", {"< Big Bird >", "< Lear >", "< Lear >"});
 
@@ -144,12 +144,12 @@ TEST_F(Overviews, UsersOfAnAlias) {
                   "[fltsim]\r\nalias=lear\\panel\r\n");
     Start();
     Select("Jets", 2);
-    user.Expect("Are you sure you want to remove...", Answer::Yes).Expect("Cannot remove...", Answer::Ok);
+    user.Expect("Are you sure you want to remove...", Answer::Yes).Expect("Cannot remove...");
     program->RunCommand(Side::Hangar, RemovePackageFromSim);
     ExpectShown("panel used in ...", {"< Big Bird >", "< Gone >"});
     program->ChooseFileListLine(0);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Big Bird\\"));
-    user.Expect(Gone, Answer::Ok);
+    user.Expect(Gone);
     program->ChooseFileListLine(1);
 }
 

@@ -41,7 +41,7 @@ TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
     EXPECT_EQ(Picture(), "b.jpg");
     program->Refresh();
     EXPECT_EQ(Picture(), "b.jpg");
-    user.Expect(done, Answer::Ok, MessageIcon::None);
+    user.Expect(done, MessageIcon::None);
     program->MakeFirstImage();
     EXPECT_EQ(Picture(), "(b).jpg");
     program->ShowNextImage();
@@ -52,15 +52,14 @@ TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
     user.Expect("Delete c.jpg?", Answer::Yes);
     program->DeleteImage();
     EXPECT_EQ(Picture(), "(b).jpg");
-    user.Expect(done, Answer::Ok);
+    user.Expect(done);
     program->MakeFirstImage();
     EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear"), (std::vector<std::string>{"Images\\", "Images\\(b).jpg"}));
 
     // It is gone: nothing else is made first in its place.
     drive.Put("Hangar\\Jets\\Lear\\Images\\d.jpg", "d");
     static_cast<void>(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg")));
-    user.Expect("The picture " + drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg") + " is no longer there.",
-                Answer::Ok);
+    user.Expect("The picture " + drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg") + " is no longer there.");
     program->MakeFirstImage();
     EXPECT_EQ(Picture(), "d.jpg");
     user.Expect("Delete d.jpg?", Answer::Yes);
@@ -117,7 +116,7 @@ TEST_F(PictureCommandsTest, NewPicturesAreShown) {
     EXPECT_EQ(dialogs.pictureDirectory, drive.At("from\\"));
     EXPECT_EQ(Picture(), "new.jpg");
 
-    user.Expect("There is no picture on the clipboard...", Answer::Ok, MessageIcon::Exclamation);
+    user.Expect("There is no picture on the clipboard...", MessageIcon::Exclamation);
     program->ImportImageClipboard();
     dialogs.clipboardPictures.jpeg = "pasted";
     program->ImportImageClipboard();
@@ -144,10 +143,10 @@ TEST_F(PictureCommandsTest, APackageMustBeSelected) {
     program->Refresh();
     Select("Empty", -1);
     for (const auto command : {&Program::ImportImageFiles, &Program::ImportImageClipboard}) {
-        user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+        user.Expect("Please select a package first.", MessageIcon::Exclamation);
         ((*program).*command)();
     }
-    user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);
+    user.Expect("Please select a package first.", MessageIcon::Exclamation);
     program->ImportDroppedImages(From({"new.png"}));
     EXPECT_FALSE(drive.Has("Hangar\\Empty\\Images"));
 }

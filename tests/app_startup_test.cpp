@@ -6,15 +6,13 @@ namespace korvadex::test {
 namespace {
 
 constexpr const char* FirstRun =
-    "It appears as though this is the first time you are running Korvadex.  For Korvadex to function "
-    "properly you "
-    "need to specify three directories:\n\n- Staging directory:...\n- Hangar directory:...";
+    "It appears as though this is the first time...- Staging directory:...\n- Hangar directory:...";
 constexpr const char* Continue = "Continue location entry?...";
 
 class StartUp : public ProgramTest {};
 
 TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
-    user.Expect(FirstRun, Answer::Ok, MessageIcon::Information);
+    user.Expect(FirstRun, MessageIcon::Information);
     dialogs.Enter(locations);
     drive.Put("Hangar\\a file is no category.txt", "x");
     ASSERT_TRUE(Make(drive.Files()).Start());
@@ -91,7 +89,7 @@ TEST_F(StartUp, AFirstPackageThatEndsTheProgramDoesSoOnce) {
     drive.Fill("Hangar\\Jets\\Lear", "Lear.air=x, Model\\Lear.air=y");
     PutSettings("Jets\\Lear");
     // Any text: what matters here is the way out.
-    user.Expect("...", Answer::Ok, MessageIcon::Critical);
+    user.Expect("...", MessageIcon::Critical);
     EXPECT_FALSE(Make(drive.Files()).Start());
     EXPECT_EQ(form.ends, 1);
     EXPECT_EQ(SavedSettings(), SettingsText());
@@ -99,25 +97,17 @@ TEST_F(StartUp, AFirstPackageThatEndsTheProgramDoesSoOnce) {
 }
 
 TEST_F(StartUp, GivingUpTheEntryEndsWithoutATrace) {
-    user.Expect(FirstRun, Answer::Ok).Expect(Continue, Answer::No);
+    user.Expect(FirstRun).Expect(Continue, Answer::No);
     dialogs.Close();
     EXPECT_FALSE(Make(drive.Files()).Start());
     EXPECT_EQ(form.ends, 1);
     EXPECT_TRUE(drive.Names("App").empty());
     EXPECT_TRUE(drive.Names("Hangar").empty());
-
-    // A refused entry never reaches the file.
-    PutSettings("", "LOCATIONASK=YES\r\n");
-    dialogs.Enter({"", drive.At("Hangar"), drive.At("FS")});
-    user.Expect("Please enter a valid directory for the Staging location (i.e. c:\\staging).", Answer::Ok)
-        .Expect(Continue, Answer::No);
-    EXPECT_FALSE(Make(drive.Files()).Start());
-    EXPECT_EQ(SavedSettings(), SettingsText("", "LOCATIONASK=YES\r\n"));
 }
 
 TEST_F(StartUp, ASettingsFileThatCannotBeReadIsNotWrittenOver) {
     drive.Put("App\\kx.ini\\inside", "x");
-    user.Expect("The settings file " + drive.At("App\\kx.ini") + " could not be read (...", Answer::Ok,
+    user.Expect("The settings file " + drive.At("App\\kx.ini") + " could not be read (...",
                 MessageIcon::Critical);
     EXPECT_FALSE(Make(drive.Files()).Start());
     EXPECT_EQ(drive.Get("App\\kx.ini\\inside"), "x");
@@ -128,7 +118,7 @@ TEST_F(StartUp, ASaveThatFailsLeavesTheFileAndIsSaid) {
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Write", "kx.ini", FileFault::DiskFull);
     ASSERT_TRUE(Make(faulty).Start());
-    user.Expect("The settings could not be saved in " + drive.At("App\\kx.ini") + " (...", Answer::Ok,
+    user.Expect("The settings could not be saved in " + drive.At("App\\kx.ini") + " (...",
                 MessageIcon::Exclamation);
     program->Shutdown();
     EXPECT_EQ(form.ends, 1);
@@ -183,7 +173,7 @@ TEST_F(ChangeOfLocations, WithoutASaveThereIsNoRestart) {
     faulty.FailOn("Replace", "kx.ini", FileFault::Denied);
     ASSERT_TRUE(Make(faulty).Start());
     Enter(&Locations::HangarDir, "Hangar2");
-    user.Expect("The settings could not be saved in...", Answer::Ok, MessageIcon::Exclamation);
+    user.Expect("The settings could not be saved in...", MessageIcon::Exclamation);
     program->ChangeLocations();
 
     EXPECT_EQ(form.ends, 0);
@@ -207,7 +197,7 @@ TEST_F(ChangeOfLocations, WhatDoesNotRestart) {
 
     dialogs.Enter({});
     for (int i = 0; i < 3; ++i)
-        user.Expect("Please enter...", Answer::Ok);
+        user.Expect("Please enter...");
     user.Expect(Continue, Answer::No);
     program->ChangeLocations();
     EXPECT_EQ(form.ends, 1);

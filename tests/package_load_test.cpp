@@ -81,7 +81,7 @@ TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
         "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
             drive.At("Hangar\\Jets\\Lear\\a\\x.gau") + "\n\n" + drive.At("Hangar\\Jets\\Lear\\b\\x.gau") +
             "\n\nThis is a dangerous situation.  Korvadex will now stop...",
-        Answer::Ok, MessageIcon::Critical);
+        MessageIcon::Critical);
     EXPECT_THROW(LoadHangar(), ProgramEnd);
     EXPECT_EQ(drive.Tree(), before);
 }
@@ -208,8 +208,7 @@ TEST_F(ConfigurationTest, NothingChangesWithoutAChoiceOrWhenTheFileCannotBeWritt
     faulty.StopAt(1, FileFault::DiskFull);
     CommandContext full = On(faulty);
     user.ExpectConfigurations(items, 0).Expect("The file " + drive.At("Staging\\P\\aircraft.cfg") +
-                                                   " could not be written (the disk is full)...",
-                                               Answer::Ok);
+                                               " could not be written (the disk is full)...");
     EXPECT_FALSE(LoadPackage(full, locations.StagingDir, true, package).isConfigurationChosen);
     EXPECT_EQ(drive.Tree(), before);
 }
@@ -235,7 +234,7 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     drive.Fill("Staging", "wing.air=x, setup.exe=x, sub\\other.EXE=x");
     user.Expect(
         "An executable file was found in the Staging directory.  It may be an installation executable...",
-        Answer::Ok, MessageIcon::Information);
+        MessageIcon::Information);
     LoadStaging();
     EXPECT_EQ(package.PackagePanelAlias, "");
     EXPECT_FALSE(package.isCompressed);
@@ -257,15 +256,13 @@ TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
     const auto putTwo = [&] { drive.Fill("Staging", "a\\aircraft.cfg=1, b\\aircraft.cfg=2"); };
     CheckSingleAircraftCfg(context);
     putTwo();
-    user.Expect(more, Answer::Ok, MessageIcon::Exclamation)
+    user.Expect(more, MessageIcon::Exclamation)
         .Expect("Korvadex cannot handle more than one aircraft.cfg in the Staging directory...", Answer::Yes);
     CheckSingleAircraftCfg(context);
     EXPECT_EQ(drive.Outline("Staging"), "");
 
     putTwo();
-    user.Expect(more, Answer::Ok).Then([&] {
-        EXPECT_TRUE(drive.Files().Delete(drive.At("Staging\\b\\aircraft.cfg")));
-    });
+    user.Expect(more).Then([&] { EXPECT_TRUE(drive.Files().Delete(drive.At("Staging\\b\\aircraft.cfg"))); });
     CheckSingleAircraftCfg(context);
     EXPECT_EQ(drive.Outline("Staging"), "a\\aircraft.cfg=1, b\\");
 }
