@@ -6,10 +6,8 @@ namespace {
 class GalleryCommands : public ProgramTest {
   protected:
     GalleryCommands() {
-        drive.Put("Hangar\\Jets\\Lear\\Images\\lear.jpg", "x");
-        drive.Put("Hangar\\Jets\\Lear\\Images\\other.jpg", "x");
-        drive.MakeDirectory("Hangar\\None\\Lear");
-        drive.Put("Hangar\\Props\\Lear\\Images\\lear.jpg", "x");
+        drive.Fill("Hangar", "Jets\\Lear\\Images\\lear.jpg=x, Jets\\Lear\\Images\\other.jpg=x, "
+                             "None\\Lear\\, Props\\Lear\\Images\\lear.jpg=x");
     }
     std::size_t Count() const { return form.gallery.pictures.size(); }
 };
@@ -67,19 +65,6 @@ TEST_F(GalleryCommands, FollowsWhatHappensToThePackages) {
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
     EXPECT_EQ(Count(), 2U);
     EXPECT_EQ(form.galleryShows, 1);
-}
-
-TEST_F(GalleryCommands, AHangarWithoutCategories) {
-    for (const char* category : {"Jets", "None", "Props"})
-        ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar\\" + std::string(category)), drive.At(category)));
-    Start();
-    while (!program->View().categories.empty()) {
-        ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\" + program->View().categories[0])));
-        program->Refresh();
-    }
-    user.Expect("There are no images to show.").Expect("There are no images to show.");
-    program->ShowPhotosByCategory();
-    program->ShowPhotosForAll();
 }
 
 } // namespace

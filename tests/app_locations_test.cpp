@@ -187,10 +187,6 @@ TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
          {"Please enter a Profile Name.", NoStaging, InvalidHangar, NoAircraft}},
         {"no byte in kx.ini", "Ж", Good, {"The Profile Name you've entered has..."}},
         {"files in Staging", "Two", {"Full", "Hangar", "FS"}, {NotEmpty}},
-        {"one place twice",
-         "Two",
-         {"Staging", "Staging", "FS"},
-         {"The directory you specified for the Staging..."}},
     };
     const auto all = [](const LocationProfile& profile) {
         return profile.name + "|" + profile.StagingDir + "|" + profile.HangarDir + "|" + profile.MsfsDir;

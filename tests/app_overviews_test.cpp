@@ -139,9 +139,8 @@ TEST_F(Overviews, AnOpenListFollowsWhatCommandsChange) {
 // The users of an alias are named as the simulator names them, without a category.
 TEST_F(Overviews, UsersOfAnAlias) {
     drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg", "[Window00]\r\n");
-    for (const char* owner : {"Big_Bird", "Gone"})
-        drive.Put("FS\\aircraft\\" + std::string(owner) + "\\panel\\panel.cfg",
-                  "[fltsim]\r\nalias=lear\\panel\r\n");
+    for (const std::string owner : {"Big_Bird", "Gone"})
+        drive.Put("FS\\aircraft\\" + owner + "\\panel\\panel.cfg", "alias=lear\\panel");
     Start();
     Select("Jets", 2);
     user.Expect("Are you sure you want to remove...", Answer::Yes).Expect("Cannot remove...");
@@ -155,8 +154,7 @@ TEST_F(Overviews, UsersOfAnAlias) {
 
 // One listing of the simulator answers as the disk does.
 TEST_F(Overviews, WhatTheSimulatorHolds) {
-    drive.MakeDirectory("FS\\aircraft\\my plane");
-    drive.MakeDirectory("FS\\aircraft\\My_Plane");
+    drive.Fill("FS\\aircraft", "my plane\\, My_Plane\\");
     const bool hasLink = drive.MakeLink("FS\\aircraft\\Linked", "Hangar\\Jets");
     const SimAircraft simAircraft(drive.Files(), locations);
     for (const char* name : {"My Plane", "my plane", "BIG BIRD", "Big_Bird", "lear", "Cessna", "", "Linked"})

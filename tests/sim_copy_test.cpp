@@ -80,8 +80,8 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
     std::string destination = locations.StagingDir + "aircraft\\My Lear";
     EXPECT_TRUE(CopyPackageTo(context, package, destination));
     EXPECT_EQ(destination, locations.StagingDir + "aircraft\\My Lear\\");
-    EXPECT_EQ(drive.Get("Staging\\gauges\\LearClock.gau"), "MZ clock");
-    EXPECT_EQ(drive.Get("Staging\\sound\\Click.wav"), "RIFF gauge click");
+    EXPECT_EQ(drive.Outline("Staging\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock");
+    EXPECT_EQ(drive.Outline("Staging\\sound"), "Click.wav=RIFF gauge click");
     EXPECT_EQ(drive.Get("Staging\\aircraft\\My Lear\\Texture\\Lear_t.bmp"), "BM texture");
 
     // The same again meets itself, and another package its own gauge of that name.

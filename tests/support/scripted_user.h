@@ -41,7 +41,6 @@ class ScriptedUser : public UserDialogs {
 
     // Takes note of whatever is shown, answers each message with Yes or OK and closes everything else.
     bool isPatient = false;
-    bool IsFinished() const { return script.empty(); }
     std::vector<std::string> transcript;
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
