@@ -59,8 +59,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
 }
 
 TEST_F(BatchCommands, UninstallNamesTheGaugesThatStay) {
-    drive.Put("Hangar\\Jets\\A Jet\\Gauges\\clock.gau", "MZ");
-    drive.Put("FS\\gauges\\clock.gau", "MZ");
+    drive.Fill("", "Hangar\\Jets\\A Jet\\Gauges\\clock.gau=MZ, FS\\gauges\\clock.gau=MZ");
     drive.Put("FS\\aircraft\\A_Jet\\texture\\t.bmp", std::string(900, 't'));
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Delete", "clock.gau", FileFault::InUse);

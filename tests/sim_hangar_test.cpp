@@ -207,9 +207,7 @@ TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
     user.Expect("Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
                 MessageIcon::Exclamation);
     RunSimulator(context);
-    drive.MakeDirectory("FS\\fs2002.exe");
-    drive.Put("FS\\fltsim98.exe", "MZ");
-    drive.Put("FS\\CFS2.EXE", "MZ");
+    drive.Fill("FS", "fs2002.exe\\, fltsim98.exe=MZ, CFS2.EXE=MZ");
     RunSimulator(context);
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
     EXPECT_EQ(window.status, drive.At("FS\\cfs2.exe is being started."));

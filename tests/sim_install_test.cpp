@@ -46,74 +46,65 @@ Entries WithAircraft(Entries tree) {
 
 } // namespace
 
-// What the simulator holds beforehand, and what removing leaves that was not there.
-struct RoundTrip {
-    const char* name;
-    Entries before;
-    std::vector<std::string> staying;
-};
-
-class InstallAndRemove : public SimTest, public testing::WithParamInterface<RoundTrip> {};
-
-TEST_P(InstallAndRemove, TouchNothingOfOthers) {
-    drive.Put("FS\\aircraft\\Cessna\\panel\\Panel.cfg", "gauge00=Altimeter,1,1\r\nGAUGE01=x!LEARCLOCK,1\r\n");
-    for (const auto& [path, bytes] : GetParam().before)
-        path.ends_with('\\') ? drive.MakeDirectory("FS\\" + path) : drive.Put("FS\\" + path, bytes);
+TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
+    // The clock is named by the Cessna's panel, so it stays whoever brought it; the cabinet is nobody else's.
+    const struct {
+        std::string name;
+        const char* before;               // what the simulator holds
+        std::vector<std::string> staying; // what removing leaves that was not there
+    } rows[] = {
+        {"bare",
+         "gauges\\",
+         {"gauges\\LearClock.gau", "modules\\", "modules\\helper.dll", "sound\\", "sound\\Click.wav"}},
+        {"with directories",
+         "gauges\\, effects\\, modules\\x.dll=x, sound\\y.wav=y",
+         {"gauges\\LearClock.gau", "effects\\smoke.fx", "modules\\helper.dll", "sound\\Click.wav"}},
+        {"the same files there",
+         "effects\\SMOKE.FX=smoke, modules\\Helper.DLL=MZ helper, sound\\click.WAV=RIFF gauge click, "
+         "gauges\\LEARCLOCK.GAU=MZ clock, gauges\\learcab.cab=MSCF cabinet",
+         {}},
+        {"other files of these names",
+         "effects\\smoke.fx=thicker smoke, modules\\helper.dll=MZ newer helper, sound\\click.wav=RIFF "
+         "another, "
+         "gauges\\learclock.gau=MZ another clock, gauges\\learcab.CAB=MSCF another",
+         {}},
+    };
     PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").With("Texture\\Lear_t.bmp", std::string(100'000, 'B'));
     const Entries hangar = drive.Tree("Hangar");
-    const Entries before = drive.Tree("FS");
-    const auto states = drive.States("FS");
-    Select("My Lear");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        locations.MsfsDir = drive.At(row.name + "\\");
+        drive.Fill(row.name, row.before);
+        drive.Put(row.name + "\\aircraft\\Cessna\\panel\\Panel.cfg",
+                  "gauge00=Altimeter,1,1\r\nGAUGE01=x!LEARCLOCK,1");
+        const Entries before = drive.Tree(row.name);
+        const auto states = drive.States(row.name);
+        Select("My Lear");
+        window.listRefreshes = window.displayRefreshes = 0;
+        Install();
+        Entries installed = WithAircraft(before);
+        if (before.contains("gauges\\learcab.cab")) // the file that says so goes with the aircraft
+            installed["aircraft\\My_Lear\\kx_gauges.txt"] = "LearCab.cab\r\n";
+        installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
+        EXPECT_EQ(drive.Tree(row.name), installed);
+        EXPECT_EQ(window.listRefreshes, 1);
+        EXPECT_EQ(window.displayRefreshes, 1);
 
-    Install();
-    Entries installed = WithAircraft(before);
-    if (GetParam().before.contains("gauges\\learcab.cab")) // the file that says so goes with the aircraft
-        installed["aircraft\\My_Lear\\kx_gauges.txt"] = "LearCab.cab\r\n";
-    installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
-    EXPECT_EQ(drive.Tree("FS"), installed);
-    EXPECT_EQ(window.listRefreshes, 1);
-    EXPECT_EQ(window.displayRefreshes, 1);
-
-    window.packageText = "< My Lear >";
-    user.Expect("This package is already installed in Flight Simulator.", MessageIcon::Information);
-    Run(InstallPackage);
-    ExpectRemoval().Expect("Done.", MessageIcon::None);
-    Run(RemovePackageFromSim);
-    Entries removed = before;
-    for (const std::string& path : GetParam().staying)
-        removed[path] = installed.at(path);
-    EXPECT_EQ(drive.Tree("FS"), removed);
-    EXPECT_EQ(drive.Tree("Hangar"), hangar);
-    for (const auto& [path, fileState] : drive.States("FS"))
-        EXPECT_TRUE(!states.contains(path) || states.at(path) == fileState) << path << ": time or attributes";
+        window.packageText = "< My Lear >";
+        user.Expect("This package is already installed in Flight Simulator.", MessageIcon::Information);
+        Run(InstallPackage);
+        ExpectRemoval().Expect("Done.", MessageIcon::None);
+        Run(RemovePackageFromSim);
+        Entries removed = before;
+        for (const std::string& path : row.staying)
+            removed[path] = installed.at(path);
+        EXPECT_EQ(drive.Tree(row.name), removed);
+        EXPECT_EQ(drive.Tree("Hangar"), hangar);
+        const auto now = drive.States(row.name);
+        for (const auto& [path, fileState] : states)
+            EXPECT_TRUE(now.at(path) == fileState) << path << ": time or attributes";
+    }
 }
-
-// The clock is named by the Cessna's panel, so it stays whoever brought it; the cabinet is nobody else's.
-INSTANTIATE_TEST_SUITE_P(
-    Simulators, InstallAndRemove,
-    testing::Values(RoundTrip{"Bare",
-                              {},
-                              {"gauges\\LearClock.gau", "modules\\", "modules\\helper.dll", "sound\\",
-                               "sound\\Click.wav"}},
-                    RoundTrip{"WithDirectories",
-                              {{"effects\\", ""}, {"modules\\x.dll", "x"}, {"sound\\y.wav", "y"}},
-                              {"gauges\\LearClock.gau", "effects\\smoke.fx", "modules\\helper.dll",
-                               "sound\\Click.wav"}},
-                    RoundTrip{"SameFilesThere",
-                              {{"effects\\SMOKE.FX", "smoke"},
-                               {"modules\\Helper.DLL", "MZ helper"},
-                               {"sound\\click.WAV", "RIFF gauge click"},
-                               {"gauges\\LEARCLOCK.GAU", "MZ clock"},
-                               {"gauges\\learcab.cab", "MSCF cabinet"}},
-                              {}},
-                    RoundTrip{"OtherFilesOfTheseNames",
-                              {{"effects\\smoke.fx", "thicker smoke"},
-                               {"modules\\helper.dll", "MZ newer helper"},
-                               {"sound\\click.wav", "RIFF another click"},
-                               {"gauges\\learclock.gau", "MZ another clock"},
-                               {"gauges\\learcab.CAB", "MSCF another cabinet"}},
-                              {}}),
-    RowName<RoundTrip>);
 
 TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\gauges")));
