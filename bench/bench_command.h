@@ -32,6 +32,7 @@ class AgreeableUser : public UserDialogs {
     void ShowImportStatus(const std::string&) override {}
     void ShowRename(const RenameForm&) override {}
     void ShowMSFSImport(const ImportForm&) override {}
+    void ShowInfo(const InfoForm&) override {}
     void ShowUnusedGauges(const UnusedGaugesForm& form) override {
         unusedGauges = form.search([](int, int) {}).size();
     }

@@ -30,6 +30,9 @@ class UnseenDialogs : public ProgramDialogs {
   public:
     std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
     void ShowLocationProfiles(ProfileEditor&) override {}
+    OfferedPictures ChoosePictures(const std::string&) override { return {}; }
+    OfferedPictures ClipboardPictures() override { return {}; }
+    PreparedPicture Prepare(const std::string&) override { return {}; }
 };
 
 } // namespace korvadex::bench
