@@ -168,6 +168,13 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
         EXPECT_EQ(row.pick(), 1);
         user.Expect(row.form, [&](QWidget& window) { DoubleClickRow(list(window), 0); });
         EXPECT_EQ(row.pick(), 0);
+        for (const auto key : {Qt::Key_Down, Qt::Key_Home}) {
+            user.Expect(row.form, [&](QWidget& window) {
+                QTest::keyClick(&list(window), key);
+                Click(window, "cmdOK");
+            });
+            EXPECT_EQ(row.pick(), 0) << "the first key selects the first row";
+        }
         user.Expect(row.form, [&](QWidget& window) {
             ClickRow(list(window), 0);
             PressKey(window, Qt::Key_Escape);

@@ -1,5 +1,6 @@
 #include "ui/frmMSFSImport.h"
 
+#include "ui/list_keys.h"
 #include "ui/qt_text.h"
 #include "ui_frmMSFSImport.h"
 
@@ -15,6 +16,7 @@ frmMSFSImport::frmMSFSImport(const ImportForm& importForm, QWidget* parent)
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmMSFSImport::Choose);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(ui->lstPackages, &QListWidget::itemDoubleClicked, this, &frmMSFSImport::Choose);
+    SelectByFirstKey(*ui->lstPackages);
     ui->lstPackages->setFocus();
 }
 

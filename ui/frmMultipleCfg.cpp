@@ -1,6 +1,7 @@
 #include "ui/frmMultipleCfg.h"
 
 #include "package/dialogs.h"
+#include "ui/list_keys.h"
 #include "ui/qt_text.h"
 #include "ui_frmMultipleCfg.h"
 
@@ -13,6 +14,7 @@ frmMultipleCfg::frmMultipleCfg(const std::vector<std::string>& items, UserDialog
         ui->lstConfigs->addItem(ToQt(item));
     connect(ui->cmdOK, &QPushButton::clicked, this, &frmMultipleCfg::Choose);
     connect(ui->lstConfigs, &QListWidget::itemDoubleClicked, this, &frmMultipleCfg::Choose);
+    SelectByFirstKey(*ui->lstConfigs);
     ui->lstConfigs->setFocus();
 }
 
