@@ -241,6 +241,8 @@ TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
         auto& maker = Control<QComboBox>(window, "cboUIManufacturer");
         auto& airline = Control<QComboBox>(window, "cboAtcAirline");
         ASSERT_TRUE(QTest::qWaitFor([&] { return isGathered && airline.count() == 2; }));
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.isActiveWindow(); })); // for the focus
         EXPECT_EQ(maker.itemText(0), "Orvane");
         airline.setFocus();
         maker.setFocus();
