@@ -90,6 +90,10 @@ void DeleteNotes(CommandContext& context, const LoadedPackage& package) {
         context.user.Tell("The notes file " + path +
                               " could not be deleted.  Please close the program that uses it and try again.",
                           MessageIcon::Exclamation);
+    // The directory may have been made for the notes alone: left empty, it would be a file that Staging contains.
+    const std::string directory = WithoutBackslash(ParentDirectory(path));
+    if (EqualNoCase(directory, ShownDirectory(context, package) + "Documentation"))
+        static_cast<void>(context.files.RemoveDirectory(directory));
     context.window.RefreshPackageDisplay();
 }
 
