@@ -39,6 +39,7 @@ void Program::Run(const std::function<void()>& command) {
             RefreshFileList();
             RefreshGallery();
         }
+        UpdateCaption();
         UpdateStatusCounts();
         // A list that is not whole is said for as long as it is shown.
         if (view.status.empty())
@@ -236,7 +237,6 @@ void Program::ChangeLocations() {
             RestartWith(before);
             return;
         }
-        UpdateCaption();
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             RefreshPackageList(); // other packages are installed there
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)

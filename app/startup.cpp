@@ -69,7 +69,6 @@ void Program::StartUp() {
     CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();
     FillCategories();
-    UpdateCaption();
     ShowFirstPackage();
 }
 

@@ -46,6 +46,11 @@ TEST_F(Sides, ChoosingACategoryFillsThePackages) {
 TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     Start();
     Select("Jets", 2);
+    drive.Put("Staging\\new.txt", "x");
+    program->ShowNextImage();
+    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
+    EXPECT_THAT(form.view.statusCounts, testing::EndsWith("Staging contains files"));
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Staging\\new.txt")));
     drive.Fill("", "Hangar\\Jets\\Airbus\\Airbus.air=x, Hangar\\Gliders\\, FS\\aircraft\\lear\\");
     program->Refresh();
     EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
