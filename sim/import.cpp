@@ -23,24 +23,19 @@ bool HasAircraftParts(const CommandContext& context, const std::string& director
 }
 
 std::vector<std::string> Candidates(CommandContext& context) {
-    const DirectoryList categories =
-        CollectDirectories(context.files, context.locations.HangarDir, true, context.limits);
+    const std::string& hangar = context.locations.HangarDir;
+    const std::string aircraft = context.locations.MsfsDir + "aircraft\\";
+    const std::vector<std::string> categories = SubdirectoryNames(context.files, hangar);
     const auto isInHangar = [&](const std::string& name) {
-        return std::ranges::any_of(categories.paths, [&](const std::string& category) {
-            return HasSubdirectory(context.files, category + "\\", name) ||
-                   HasSubdirectory(context.files, category + "\\", UnderscoresToSpaces(name));
+        return std::ranges::any_of(categories, [&](const std::string& category) {
+            return HasSubdirectory(context.files, hangar + category + "\\", name) ||
+                   HasSubdirectory(context.files, hangar + category + "\\", UnderscoresToSpaces(name));
         });
     };
-    const DirectoryList aircraft =
-        CollectDirectories(context.files, context.locations.MsfsDir + "aircraft\\", true, context.limits);
-    if (aircraft.cut != ListCut::None)
-        context.window.ShowStatus(DescribeCut(aircraft.cut, context.limits));
-    std::vector<std::string> names;
-    for (const std::string& directory : aircraft.paths) {
-        const std::string name = LastPathComponent(directory);
-        if (HasAircraftParts(context, directory) && !isInHangar(name))
-            names.push_back(name);
-    }
+    std::vector<std::string> names = SubdirectoryNames(context.files, aircraft);
+    std::erase_if(names, [&](const std::string& name) {
+        return !HasAircraftParts(context, aircraft + name) || isInHangar(name);
+    });
     return names;
 }
 

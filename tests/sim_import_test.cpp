@@ -36,6 +36,17 @@ TEST_F(ImportTest, TheChosenAircraftComesWhole) {
     EXPECT_EQ(drive.Tree("FS"), before);
 }
 
+TEST_F(ImportTest, EveryAircraftIsOffered) {
+    for (int i = 0; i <= 1100; ++i) {
+        drive.MakeDirectory("FS\\aircraft\\A" + std::to_string(i) + "\\model");
+        drive.MakeDirectory("Hangar\\Jets\\A" + std::to_string(i));
+    }
+    EXPECT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\A1099")));
+    user.ExpectImport({"A1099", "My_Plane", "Zeppelin"}, {});
+    EXPECT_EQ(ImportFromSim(context), "");
+    EXPECT_EQ(window.status, "");
+}
+
 TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
     const auto before = drive.Tree("FS");
     drive.Put("Staging\\Lear.air", "another one");
