@@ -6,6 +6,7 @@
 #include "sim/gauges.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace korvadex {
@@ -46,10 +47,18 @@ std::vector<UnusedGauge> FindUnused(CommandContext& context,
         return {};
     }
     std::vector<UnusedGauge> unused;
+    std::map<std::string, int> sameName;
     for (std::size_t i = 0; i < gauges.size(); ++i) {
-        if (!used.IsFound(i) && !IsStockGauge(gauges[i].Name()))
-            unused.push_back({gauges[i].Name(), gauges[i].path});
+        if (used.IsFound(i) || IsStockGauge(gauges[i].Name()))
+            continue;
+        unused.push_back({gauges[i].Name(), gauges[i].path});
+        ++sameName[gauges[i].key];
     }
+    // Those of one name are told apart by their directories.
+    const std::size_t root = (context.locations.MsfsDir + "gauges\\").size();
+    for (UnusedGauge& gauge : unused)
+        if (sameName[FoldCase(gauge.name)] > 1)
+            gauge.name = gauge.path.substr(root);
     return unused;
 }
 

@@ -42,7 +42,8 @@ TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
 
 class UnusedGaugesTest : public SimTest {
   protected:
-    const std::vector<std::string> Unused = {"clock.gau", "two.parts.gau", "z.gau", "clock.gau", "lock.cab"};
+    const std::vector<std::string> Unused = {"clock.gau", "two.parts.gau", "z.gau", "sub\\clock.gau",
+                                             "lock.cab"};
 
     UnusedGaugesTest() {
         for (const char* gauge :
@@ -105,7 +106,7 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
     drive.MakeDirectory("Elsewhere");
     if (drive.MakeLink("Elsewhere\\panel", "Panels") && drive.MakeLink("Elsewhere\\again", "Elsewhere") &&
         drive.MakeLink("FS\\aircraft\\E", "Elsewhere")) {
-        user.Expect(Warning).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "clock.gau"}, {});
+        user.Expect(Warning).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "sub\\clock.gau"}, {});
         ListUnusedGauges(context);
         EXPECT_TRUE(drive.Files().Rename(drive.At("Panels"), drive.At("Away")));
         user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect("Not every panel.cfg file below...",
