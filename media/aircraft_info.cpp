@@ -99,12 +99,13 @@ std::string Objection(const InfoField& field, const std::string& text) {
 
 class InfoEditor {
   public:
-    InfoEditor(CommandContext& command, std::string configPath, const ConfigInfo& found)
-        : context(command), path(std::move(configPath)), opened(found),
+    InfoEditor(CommandContext& command, std::string subject, std::string configPath, const ConfigInfo& found)
+        : context(command), aircraft(std::move(subject)), path(std::move(configPath)), opened(found),
           search(command.files, command.locations) {}
 
     InfoForm Form() {
-        return {.info = opened.info,
+        return {.aircraft = aircraft,
+                .info = opened.info,
                 .hasConfiguration = opened.hasConfiguration,
                 .offers = search.Offers(),
                 .gather = [this]() -> std::optional<InfoOffers> {
@@ -158,11 +159,6 @@ class InfoEditor {
     }
 
     bool Write(const std::string& before, const AircraftInfo& entered) {
-        const auto info = context.files.Info(path);
-        if (info && info->readOnly)
-            return Refuse("The file " + path +
-                          " is read-only and was left as it is.  Please clear its read-only attribute and "
-                          "choose 'Apply' again.");
         const std::string bytes = WithAircraftInfo(before, entered);
         if (bytes == before)
             return true;
@@ -178,7 +174,7 @@ class InfoEditor {
     }
 
     CommandContext& context;
-    const std::string path;
+    const std::string aircraft, path;
     const ConfigInfo opened;
     InfoOfferSearch search;
 };
@@ -209,7 +205,8 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
                           "information will not have an effect until the package is reinstalled with "
                           "Korvadex.",
                           MessageIcon::Information);
-    InfoEditor editor(context, path, ReadAircraftInfo(*bytes));
+    const std::string name = package.isStaging ? "Staging" : CurrentPackageName(context.window);
+    InfoEditor editor(context, name + "  -  " + package.aircraftTitle, path, ReadAircraftInfo(*bytes));
     context.user.ShowInfo(editor.Form());
 }
 

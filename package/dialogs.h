@@ -35,7 +35,7 @@ struct RenameForm {
 
 // frmUnusedGauges.
 struct UnusedGauge {
-    std::string name, path; // lstFileList shows the name
+    std::string name, path; // lstFileList shows the name, with its directory where two have the same
 };
 struct UnusedGaugesForm {
     // To be called once, when the window stands: the search, which moves the window's progress bar (from 1 to
@@ -67,6 +67,7 @@ struct InfoOffers {
     std::vector<std::string> atcAirlines = {}, manufacturers = {}, atcTypes = {}, atcModels = {};
 };
 struct InfoForm {
+    std::string aircraft; // whose information it is, for the caption
     AircraftInfo info;
     // False: the file has no [fltsim.N] section; the fields that belong there are disabled.
     bool hasConfiguration = true;

@@ -224,6 +224,7 @@ TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
     int applied = 0, asked = 0;
     bool isGathered = false;
     const InfoForm form = {
+        .aircraft = "Lear",
         .info = shown,
         .offers = {.manufacturers = {"Homebuilt"}},
         .gather = [&]() -> std::optional<InfoOffers> {
@@ -237,7 +238,7 @@ TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
             },
         .mayClose = [&](const AircraftInfo&) { return ++asked > 1; }};
     user.Expect("frmInfo", [&](QWidget& window) {
-        EXPECT_EQ(window.windowTitle(), "FS2002 Information");
+        EXPECT_EQ(window.windowTitle(), "FS2002 Information  -  Lear");
         auto& maker = Control<QComboBox>(window, "cboUIManufacturer");
         auto& airline = Control<QComboBox>(window, "cboAtcAirline");
         ASSERT_TRUE(QTest::qWaitFor([&] { return isGathered && airline.count() == 2; }));

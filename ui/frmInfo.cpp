@@ -59,6 +59,7 @@ void SetItems(QComboBox* box, const std::vector<std::string>& texts) {
 frmInfo::frmInfo(const InfoForm& infoForm, QWidget* parent)
     : QDialog(parent), form(infoForm), ui(std::make_unique<Ui::frmInfo>()) {
     ui->setupUi(this);
+    setWindowTitle(windowTitle() + "  -  " + ToQt(form.aircraft));
     Show(form.info);
     Offer(form.offers);
     for (QWidget* control : std::initializer_list<QWidget*>{
