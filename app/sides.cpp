@@ -4,7 +4,6 @@
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
 #include "package/load_package.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
 
@@ -14,9 +13,6 @@
 namespace korvadex {
 
 namespace {
-
-// The import writes one line; a file of this name that is larger came from elsewhere.
-constexpr std::uint64_t LargestNameFile = 4096;
 
 // -1 when no name is equal to it without case.
 int IndexOf(const std::vector<std::string>& names, std::string_view name) {
@@ -103,13 +99,10 @@ void Program::LoadStaging() {
         view.packageName.clear();
     view.imageIndex = package.pictures.empty() ? 0 : 1;
 
-    const auto nameFile = settings.locations.StagingDir + std::string(ImportNameFile);
-    const auto info = files.Info(nameFile);
     // The aircraft that has just been imported gives its name; later the name that is there stays.
-    const bool takesName = !importedAircraft.empty() || Trim(view.packageName).empty();
-    if (takesName && info && info->kind == EntryKind::File && info->size <= LargestNameFile)
-        if (const auto lines = ReadLines(files, nameFile); lines && !lines->empty())
-            view.packageName = lines->front();
+    if (!importedAircraft.empty() || Trim(view.packageName).empty())
+        if (const auto name = ReadImportName(files, settings.locations); !name.empty())
+            view.packageName = name;
     view.sizeText = SizeText(package);
     UpdateCaption();
     if (importedAircraft.empty())

@@ -109,9 +109,11 @@ bool Program::MayAddToStaging() {
 void Program::ImportIntoStagingSide() {
     if (!MayAddToStaging())
         return;
-    importedAircraft = ImportFromSim(context);
-    if (!importedAircraft.empty())
-        LoadStaging();
+    importedAircraft = ImportFromSim(context, stagedAircraft);
+    if (importedAircraft.empty())
+        return;
+    stagedAircraft = importedAircraft;
+    LoadStaging();
 }
 
 void Program::AddArchive(const std::string& archive) {

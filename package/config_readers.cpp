@@ -10,6 +10,8 @@ namespace korvadex {
 namespace {
 
 constexpr std::string_view AliasKey = "alias=";
+// The import writes one line; a file of this name that is larger came from elsewhere.
+constexpr std::uint64_t LargestNameFile = 4096;
 
 bool IsOldConfig(const std::string& path) {
     return StartsWithNoCase(LastPathComponent(path), "old");
@@ -71,6 +73,15 @@ Status ReadPanelBitmapNames(const FileSystem& files, const std::string& path, Pa
 
 void ReadSoundAlias(const FileSystem& files, const std::string& path, LoadedPackage& package) {
     ReadAlias(files, path, package.PackageSoundAlias, [](std::string_view) {});
+}
+
+std::string ReadImportName(const FileSystem& files, const Locations& locations) {
+    const std::string path = locations.StagingDir + std::string(ImportNameFile);
+    const auto info = files.Info(path);
+    if (!info || info->kind != EntryKind::File || info->size > LargestNameFile)
+        return "";
+    const auto lines = ReadLines(files, path);
+    return lines && !lines->empty() ? lines->front() : "";
 }
 
 void ReadCompressionMarker(const FileSystem& files, const std::string& path, LoadedPackage& package) {

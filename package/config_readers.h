@@ -23,6 +23,9 @@ Status ReadPanelBitmapNames(const FileSystem& files, const std::string& path, Pa
 
 inline constexpr std::string_view CompressionMarkerName = "KX_Compression.txt";
 inline constexpr std::string_view ImportNameFile = "KX_MSFSImportName.txt";
+// The name that the import name file in Staging holds; "" when there is none.
+std::string ReadImportName(const FileSystem& files, const Locations& locations);
+
 // Reads KX_Compression.txt: the number before " Meg" becomes the compression code.
 void ReadCompressionMarker(const FileSystem& files, const std::string& path, LoadedPackage& package);
 

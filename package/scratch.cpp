@@ -122,4 +122,12 @@ Status RewriteLines(FileSystem& files, const Locations& locations, const std::st
     });
 }
 
+Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from,
+                     const std::string& to) {
+    return RewriteThrough(files, locations, to, [&](const std::string& scratch) {
+        const Status status = files.Copy(from, scratch);
+        return status ? files.Replace(scratch, to) : status;
+    });
+}
+
 } // namespace korvadex

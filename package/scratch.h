@@ -28,5 +28,8 @@ Status RewriteBytes(FileSystem& files, const Locations& locations, const std::st
                     std::string_view bytes);
 Status RewriteLines(FileSystem& files, const Locations& locations, const std::string& path,
                     const std::vector<std::string>& lines);
+// A copy of the file `from`, with its time and attributes, in the place of the file `to`.
+Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from,
+                     const std::string& to);
 
 } // namespace korvadex

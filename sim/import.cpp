@@ -47,10 +47,18 @@ class Import {
           source(command.locations.MsfsDir + "aircraft\\" + aircraft + "\\"),
           staging(command.locations.StagingDir) {}
 
-    // False, after a message, when nothing was copied.
-    bool Run() {
+    // False, after a message, when nothing was copied. wasImported: Staging holds an earlier import of it.
+    bool Run(bool wasImported) {
         const Tree tree = WalkTree(files, source);
-        if (!Check(tree))
+        if (!CheckListing(tree))
+            return false;
+        const bool clears =
+            wasImported &&
+            context.user.AskYesNo(
+                "Staging still holds what an earlier import of " + name +
+                " has brought.  Should Staging be cleared first?  (Select 'No' to keep what you "
+                "have added: then only the files that the aircraft has are replaced.)");
+        if (!CheckRoom(tree, clears) || (clears && !ClearStaging()))
             return false;
         WriteNameFile();
         CopyFiles(tree);
@@ -72,20 +80,38 @@ class Import {
         return false;
     }
 
-    bool Check(const Tree& tree) {
+    bool CheckListing(const Tree& tree) {
         const FileList list = CollectFiles(tree, "", FileMode::All, context.limits);
         const ListCut cut = tree.isLevelCut ? ListCut::Level : list.cut;
         if (cut != ListCut::None)
             return Refuse(DescribeCut(cut, context.limits));
         if (tree.isUnreadable)
             return Refuse("The directory " + tree.unreadable + " could not be read.");
-        std::uint64_t bytes = 0;
-        for (const FileEntry& file : tree.files)
-            bytes += file.info.size;
-        if (const auto space = files.FreeSpace(staging); space && *space < bytes)
+        return true;
+    }
+
+    bool CheckRoom(const Tree& tree, bool isToBeCleared) {
+        const std::uint64_t freed = isToBeCleared ? BytesOf(WalkTree(files, staging)) : 0;
+        if (const auto space = files.FreeSpace(staging); space && *space + freed < BytesOf(tree))
             return Refuse("There is not enough room for the aircraft in Staging.  " +
                           NextStep(FileFault::DiskFull));
         return true;
+    }
+
+    static std::uint64_t BytesOf(const Tree& tree) {
+        std::uint64_t bytes = 0;
+        for (const FileEntry& file : tree.files)
+            bytes += file.info.size;
+        return bytes;
+    }
+
+    bool ClearStaging() {
+        if (!DeleteTree(context, staging))
+            return false;
+        return StagingIsEmpty(files, context.locations) ||
+               Refuse("Staging could not be cleared completely.  Please close the programs that use its "
+                      "files and "
+                      "try again.");
     }
 
     // It only proposes a name for the package: one that is not of this aircraft must not stay.
@@ -114,8 +140,14 @@ class Import {
         if (file.info.kind == EntryKind::Link)
             return {FileFault::IsLink, file.path, 0};
         const Status status = files.Copy(file.path, target);
-        const bool isThere = status.fault == FileFault::Exists && SameBytes(files, file.path, target);
-        return isThere ? Status{} : status;
+        if (status.fault != FileFault::Exists)
+            return status;
+        const auto there = files.Info(target);
+        if (!there || there->kind != EntryKind::File)
+            return status;
+        if (SameBytes(files, file.path, target))
+            return {};
+        return ReplaceByCopy(files, context.locations, file.path, target);
     }
 
     CommandContext& context;
@@ -126,7 +158,7 @@ class Import {
 
 } // namespace
 
-std::string ImportFromSim(CommandContext& context) {
+std::string ImportFromSim(CommandContext& context, std::string_view before) {
     std::string imported;
     const std::vector<std::string> names = Candidates(context);
     const auto accept = [&](int row) {
@@ -136,7 +168,10 @@ std::string ImportFromSim(CommandContext& context) {
             return false;
         }
         const std::string& name = names[static_cast<std::size_t>(row)];
-        if (Import(context, name).Run())
+        const bool wasImported = !StagingIsEmpty(context.files, context.locations) &&
+                                 (EqualNoCase(name, before) ||
+                                  EqualNoCase(name, ReadImportName(context.files, context.locations)));
+        if (Import(context, name).Run(wasImported))
             imported = name;
         return true;
     };

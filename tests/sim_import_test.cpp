@@ -47,9 +47,37 @@ TEST_F(ImportTest, EveryAircraftIsOffered) {
     EXPECT_EQ(window.status, "");
 }
 
-TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
+TEST_F(ImportTest, AnotherImportOfItReplacesOrClearsFirst) {
+    drive.Fill("Staging", "KX_MSFSImportName.txt=my_plane, Lear.air=reduced, my notes.txt=mine");
+    ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\Lear.air"), true));
+    const std::string offer = "Staging still holds what an earlier import of My_Plane has brought...";
+    const auto expectImport = [&](Answer answer) {
+        user.ExpectImport({"My_Plane", "Zeppelin"}, {0}).Expect(offer, answer, MessageIcon::None);
+        EXPECT_EQ(ImportFromSim(context), "My_Plane");
+    };
+    auto expected = Expected();
+    expected["my notes.txt"] = "mine";
+    expectImport(Answer::No);
+    EXPECT_EQ(drive.Tree("Staging"), expected);
+    expectImport(Answer::Yes);
+    EXPECT_EQ(drive.Tree("Staging"), Expected());
+
+    // What cannot be imported clears nothing.
+    FaultyFiles faulty(drive.Files());
+    faulty.freeSpace = 0;
+    CommandContext full = On(faulty);
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {1});
+    drive.Put("FS\\aircraft\\Zeppelin\\hull.air", std::string(100'000, 'x'));
+    drive.Put("Staging\\KX_MSFSImportName.txt", "Zeppelin\r\n");
+    user.Expect(offer.substr(0, 20) + "...", Answer::Yes).Expect("There is not enough room...");
+    const auto staged = drive.Tree("Staging");
+    EXPECT_EQ(ImportFromSim(full), "");
+    EXPECT_EQ(drive.Tree("Staging"), staged);
+}
+
+TEST_F(ImportTest, APartialImportIsSaid) {
     const auto before = drive.Tree("FS");
-    drive.Put("Staging\\Lear.air", "another one");
+    drive.MakeDirectory("Staging\\Lear.air");
     drive.Put("Staging\\Model\\lear.mdl", PackageBuilder::Files().at("Model\\lear.mdl"));
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Copy", "Engine.wav", FileFault::DiskFull);
@@ -62,7 +90,8 @@ TEST_F(ImportTest, APartialImportIsSaidAndReplacesNothing) {
                 MessageIcon::Exclamation);
     EXPECT_EQ(ImportFromSim(full), "My_Plane");
     auto expected = Expected();
-    expected["Lear.air"] = "another one";
+    expected.erase("Lear.air");
+    expected["Lear.air\\"] = "";
     expected.erase("Sound\\Engine.wav");
     EXPECT_EQ(drive.Tree("Staging"), expected);
     EXPECT_EQ(drive.Tree("FS"), before);
