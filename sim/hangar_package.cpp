@@ -36,6 +36,23 @@ bool IsUsedInHangar(CommandContext& context, const std::string& kind) {
     return FindAliasUsers(context, search);
 }
 
+// Two aircraft in Staging could only be told apart by erasing one of them.
+bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
+    if (!package.PackageHasFile("aircraft.cfg"))
+        return false;
+    const auto staged = CollectFiles(WalkTree(context.files, context.locations.StagingDir), "aircraft.cfg",
+                                     FileMode::Name, context.limits);
+    if (staged.entries.empty())
+        return false;
+    context.user.Tell(
+        "Staging can hold one aircraft only, and another one is there already:\r\n\r\n" +
+            staged.entries.front().path +
+            "\r\n\r\nNothing was copied.  Please copy what is in Staging to the Hangar, or clear "
+            "Staging, first.",
+        MessageIcon::Exclamation);
+    return true;
+}
+
 // The first file of the package that is not in Staging as it should be; "" when all are there.
 std::string FirstNotStaged(CommandContext& context, const LoadedPackage& package,
                            const std::string& destination) {
@@ -95,8 +112,11 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
 
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
                    const std::function<void()>& removeFromHangar) {
+    if (IsSecondAircraft(context, package))
+        return;
     if (!StagingIsEmpty(context.files, context.locations) &&
-        !context.user.AskYesNo("The staging area is not clear.  Are you sure?"))
+        (!context.user.AskYesNo("The staging area is not clear.  Are you sure?") ||
+         IsSecondAircraft(context, package)))
         return;
     const std::string name = CurrentPackageName(context.window);
     std::string destination = context.locations.StagingDir + "aircraft\\" + name;

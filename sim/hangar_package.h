@@ -12,7 +12,7 @@ namespace korvadex {
 // An installed package is offered to removeFromSim first; either answer goes on.
 void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim);
 
-// removeFromHangar runs when the user wants that, after every file has been copied and counted.
+// Refused for an aircraft when Staging holds one. removeFromHangar runs when the user wants that, after every file has been copied and counted.
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
                    const std::function<void()>& removeFromHangar);
 

@@ -81,7 +81,20 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
     Run(CopyPackageToStaging);
     EXPECT_EQ(window.staged, "Lear");
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
+    // A second aircraft is refused, also when the first comes during the question.
+    const Tree staged = drive.Tree();
+    const std::string refusal = "Staging can hold one aircraft only, and another one is there already:\n\n";
+    user.Expect(refusal + drive.At("Staging\\aircraft\\Lear\\aircraft.cfg") + "...");
+    Run(CopyPackageToStaging);
+    EXPECT_EQ(drive.Tree(), staged);
+    const std::string cfg = "Staging\\aircraft\\Lear\\aircraft.cfg", bytes = drive.Get(cfg);
+    ASSERT_TRUE(drive.Files().Delete(drive.At(cfg)));
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
+        .Then([&] { drive.Put(cfg, bytes); })
+        .Expect(refusal + "...");
+    Run(CopyPackageToStaging);
     // A copy that fails, as its directory is taken, is followed by no question about removing.
+    ASSERT_TRUE(drive.Files().Delete(drive.At(cfg)));
     user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
         .Expect(drive.At("Staging\\aircraft\\Lear\\") + " exists already...");
     Run(CopyPackageToStaging);
