@@ -101,8 +101,12 @@ void GalleryPages::Mark(int picture) {
 }
 
 void GalleryPages::Move(GalleryStep step) {
-    if (!marked && step != GalleryStep::First && step != GalleryStep::Last)
-        return Mark(At(0));
+    if (!marked) {
+        Mark(At(0));
+        if (step == GalleryStep::Left || step == GalleryStep::Right || step == GalleryStep::Up ||
+            step == GalleryStep::Down)
+            return;
+    }
     // Past the end there is the last picture, unless it stands in the row (or on the page) where the mark is.
     const auto forward = [&](int distance) {
         const bool isLast = (marked - 1) / distance == (count - 1) / distance;

@@ -51,7 +51,7 @@ class GalleryPages {
     void Previous();
     // Marks a picture and turns to its page; 0 takes the mark away.
     void Mark(int picture);
-    // Moves the mark as a key does; without a mark the page's first picture is marked.
+    // Moves the mark as a key does; without a mark an arrow marks the page's first picture, the others go from there.
     void Move(GalleryStep step);
     // The page that holds the picture, or the last one.
     void TurnTo(int picture);

@@ -98,10 +98,10 @@ TEST(GalleryPages, KeysMoveTheMark) {
         GalleryStep step;
         int to;
     } rows[] = {// 18 pictures: three rows of five, and one of three on the second page
-                {0, Right, 1},      {0, PageDown, 1}, {0, Last, 18},  {1, Left, 1},      {15, Right, 16},
-                {16, Left, 15},     {18, Right, 18},  {3, Up, 3},     {8, Up, 3},        {12, Down, 17},
-                {15, Down, 18},     {16, Up, 11},     {17, Down, 17}, {2, PageDown, 17}, {9, PageDown, 18},
-                {16, PageDown, 16}, {18, PageUp, 3},  {7, PageUp, 7}, {9, First, 1}};
+                {0, Right, 1},      {0, PageDown, 16}, {0, Last, 18},  {1, Left, 1},      {15, Right, 16},
+                {16, Left, 15},     {18, Right, 18},   {3, Up, 3},     {8, Up, 3},        {12, Down, 17},
+                {15, Down, 18},     {16, Up, 11},      {17, Down, 17}, {2, PageDown, 17}, {9, PageDown, 18},
+                {16, PageDown, 16}, {18, PageUp, 3},   {7, PageUp, 7}, {9, First, 1}};
     for (const auto& row : rows) {
         GalleryPages pages(18);
         pages.Mark(row.from);
