@@ -4,6 +4,7 @@
 #include "ui_frmUnusedGauges.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 
 #include <algorithm>
 
@@ -35,6 +36,13 @@ void frmUnusedGauges::showEvent(QShowEvent* event) {
     isStarted = true;
     // Once the window stands.
     QMetaObject::invokeMethod(this, &frmUnusedGauges::Search, Qt::QueuedConnection);
+}
+
+void frmUnusedGauges::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Delete)
+        ui->cmdDelete->click();
+    else
+        QDialog::keyPressEvent(event);
 }
 
 void frmUnusedGauges::reject() {

@@ -26,6 +26,7 @@ class frmUnusedGauges : public QDialog {
     void reject() override;
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:
