@@ -125,7 +125,11 @@ bool frmFileList::IsSeen(int row) const {
 void frmFileList::ApplyGeometry(const WindowGeometry& geometry) {
     if (geometry.height <= 0 || geometry.width <= 0)
         return;
-    SetGeometryInTwips(*this, {geometry.top, geometry.left, geometry.height, geometry.width});
+    // A run that never showed the window saves no place for it: it stands over the main window.
+    const bool hasPlace = geometry.top != 0 || geometry.left != 0;
+    SetGeometryInTwips(*this, {hasPlace ? std::optional(geometry.top) : std::nullopt,
+                               hasPlace ? std::optional(geometry.left) : std::nullopt, geometry.height,
+                               geometry.width});
     lastGeometry = geometry;
 }
 

@@ -38,7 +38,7 @@ WindowGeometry GeometryInTwips(const QWidget& window) {
     const bool isNormal = !window.isMaximized() && !window.isFullScreen();
     const QRect inner = isNormal ? window.geometry() : window.normalGeometry();
     const QPoint frame = window.frameGeometry().topLeft() - window.geometry().topLeft();
-    const QPoint corner = isNormal ? inner.topLeft() + frame : inner.topLeft();
+    const QPoint corner = inner.topLeft() + frame;
     return {corner.y() * TwipsPerPixel, corner.x() * TwipsPerPixel, inner.height() * TwipsPerPixel,
             inner.width() * TwipsPerPixel};
 }
