@@ -19,6 +19,7 @@ class DialogTest : public testing::Test {
     Dialogs dialogs{drive.Files()};
     ModalUser user;
 
+    std::string Host(const char* relative) { return drive.Files().HostPath(drive.At(relative)); }
     Answer Ask(MessageButtons buttons) {
         return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {}).answer;
     }
@@ -130,8 +131,23 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
     });
     EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", drive.At("Downloads\\")),
               drive.At("Downloads\\Taymere 60.ZIP"));
-    user.Expect("zipFileDialog", [](QWidget& window) { PressKey(window, Qt::Key_Escape); });
-    EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", ""), std::nullopt);
+    // Where nothing was chosen yet, or that is no longer there.
+    drive.Fill("", "Photos\\, user-dirs.dirs=XDG_DOWNLOAD_DIR=\"" + Host("Downloads") +
+                       "\"\nXDG_PICTURES_DIR=\"" + Host("Photos") + "\"\n");
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(Host("")));
+    for (const char* directory : {"", "C:\\gone\\"}) {
+        const auto opensOn = [&](const char* place) {
+            return [at = Host(place)](QWidget& window) {
+                EXPECT_EQ(dynamic_cast<QFileDialog&>(window).directory().absolutePath().toStdString(), at);
+                PressKey(window, Qt::Key_Escape);
+            };
+        };
+        user.Expect("zipFileDialog", opensOn("Downloads"));
+        EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", directory), std::nullopt);
+        user.Expect("pictureFileDialog", opensOn("Photos"));
+        EXPECT_TRUE(dialogs.ChoosePictures(directory).IsEmpty());
+    }
+    qunsetenv("XDG_CONFIG_HOME");
 }
 
 TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
@@ -322,7 +338,7 @@ TEST_F(DialogTest, UnusedGaugesAreSearchedOnceAndLeaveTheListWhenDeleted) {
         ClickRow(list, 0);
         QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier,
                           list.visualItemRect(list.item(2)).center());
-        Click(window, "cmdDelete");
+        QTest::keyClick(&list, Qt::Key_Delete);
         ASSERT_EQ(list.count(), 1);
         EXPECT_EQ(list.item(0)->text(), "fuel.gau");
         Click(window, "cmdDelete"); // what took the place of a deleted row is not selected
@@ -466,6 +482,10 @@ struct ListWindow : frmFileList {
 TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
     ListWindow list;
     EXPECT_FALSE(list.LastGeometry());
+    list.ApplyGeometry({0, 0, 4000, 5000}); // as saved by a run that never showed it
+    list.show();
+    EXPECT_NE(list.pos(), QPoint());
+    list.hide();
     list.ApplyGeometry({1500, 3000, 6000, 4500});
     QSignalSpy chosen(&list, &frmFileList::LineChosen);
     std::vector<std::string> lines = {"", " -->  Jets",  "", "< B 17 >", "Orvane Courier",

@@ -55,8 +55,8 @@ TEST_F(HangarWindow, EachSideHasItsOwnControls) {
                   isHangar ? "Remove package from Hangar" : "Remove all from Staging");
         EXPECT_EQ(Control<QLabel>(window, "lblPackageName").buddy()->objectName(),
                   isHangar ? "cboPackageName" : "txtPackageName");
-        EXPECT_LE(window.minimumSizeHint().width(), 800); // a small screen
-        EXPECT_LE(window.minimumSizeHint().height(), 560);
+        EXPECT_LE(window.minimumSizeHint().width(), 660); // 1366 x 768 at 200 %
+        EXPECT_LE(window.minimumSizeHint().height(), 330);
     }
     // The icon bears the name of the key that the program is given.
     for (const auto* action : Control<QToolBar>(window, "Toolbar1").actions())
@@ -137,8 +137,27 @@ TEST_F(HangarWindow, IsShownWhereItCanBeReached) {
     EXPECT_EQ(window.Geometry()->left, 450);
     window.ApplyGeometry({.top = 900000, .left = 900000, .height = {}, .width = {}}); // a screen that is gone
     EXPECT_TRUE(window.screen()->geometry().intersects(window.geometry()));
+    const auto normal = *window.Geometry();
+    window.showMaximized();
+    EXPECT_EQ(window.Geometry()->top, normal.top);
+    EXPECT_EQ(window.Geometry()->left, normal.left);
     window.showMinimized();
     EXPECT_FALSE(window.Geometry());
+}
+
+TEST_F(HangarWindow, TheWheelChangesOnlyWhatHasTheFocus) {
+    auto& chooser = Control<QComboBox>(window, "cboPackageCategory");
+    const auto turn = [&] {
+        const QPointF at = chooser.rect().center();
+        QWheelEvent event(at, chooser.mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&chooser, &event);
+        return chooser.currentText();
+    };
+    Control<QWidget>(window, "txtPackageFilter").setFocus();
+    EXPECT_EQ(turn(), "Jets");
+    chooser.setFocus();
+    EXPECT_EQ(turn(), "Props");
 }
 
 TEST_F(HangarWindow, ProgressIsShownWhileACommandRuns) {
@@ -260,9 +279,17 @@ TEST_F(HangarWindow, TheOtherMenusReachTheirCommands) {
 }
 
 TEST_F(HangarWindow, ListAndGalleryStandBesideTheWindow) {
+    const auto& filter = Control<QLineEdit>(window, "txtPackageFilter");
+    Type(window, "txtPackageFilter", "cub");
     ChooseEntry("mnuInstalledPackages");
-    ClickRow(Control<QListWidget>(Control<QWidget>(window, "frmFileList"), "lstFileList"), 0);
+    auto& lines = Control<QListWidget>(Control<QWidget>(window, "frmFileList"), "lstFileList");
+    ClickRow(lines, 0);
     EXPECT_EQ(Shown(), "Super cub");
+    EXPECT_EQ(filter.text(), "cub");
+    ChooseEntry("mnuAllPackages");
+    ClickRow(lines, int(lines.row(lines.findItems("Beaver", Qt::MatchExactly).value(0))));
+    EXPECT_EQ(Shown(), "Beaver");
+    EXPECT_EQ(filter.text(), "") << "what is shown is offered";
     drive.Put("Hangar\\Jets\\Beaver\\Images\\beaver.jpg", PictureBytes({40, 30}));
     drive.Put("Hangar\\Props\\Dakota\\Images\\dakota.jpg", PictureBytes({40, 30}));
     const auto gallery = [] {

@@ -73,6 +73,11 @@ TEST_F(PictureAreaTest, PicturesComeInByDropPasteAndMenu) {
     EXPECT_FALSE(Drop(area, {Url("from\\read.txt")}));
 
     auto* clipboard = QApplication::clipboard();
+    clipboard->clear();
+    ASSERT_FALSE(clipboard->mimeData());
+    user.ExpectMessage("There is no picture on the clipboard.*", "OK");
+    Control<QAction>(window, "mnuImportImageClipboard").trigger();
+    user.Finish();
     const auto paste = [&](QMimeData* content) {
         clipboard->setMimeData(content);
         Activate();

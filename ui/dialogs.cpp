@@ -17,6 +17,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QMimeData>
+#include <QStandardPaths>
 
 #include <exception>
 
@@ -47,6 +49,16 @@ class KeptException {
     std::exception_ptr kept;
 };
 
+// Where a file dialog opens: where the user was the last time, while that is there.
+QString StartDirectory(const FileSystem& files, const std::string& last,
+                       QStandardPaths::StandardLocation first) {
+    for (const QString& directory :
+         {last.empty() ? QString() : ToQt(files.HostPath(last)), QStandardPaths::writableLocation(first)})
+        if (!directory.isEmpty() && QDir(directory).exists())
+            return directory;
+    return QDir::homePath();
+}
+
 } // namespace
 
 QWidget* Dialogs::Parent() const {
@@ -72,7 +84,7 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
-    QString opensOn = directory.empty() ? QString() : ToQt(files.HostPath(directory));
+    QString opensOn = StartDirectory(files, directory, QStandardPaths::DownloadLocation);
     while (true) {
         QFileDialog dialog(Parent(), ToQt(title), opensOn, "Zip files (*.zip)");
         dialog.setObjectName("zipFileDialog");
@@ -171,7 +183,8 @@ void Dialogs::ShowLocationProfiles(ProfileEditor& profiles) {
 
 OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {
     QFileDialog dialog(Parent(), "Import image files",
-                       directory.empty() ? QString() : ToQt(files.HostPath(directory)), PictureFileFilter());
+                       StartDirectory(files, directory, QStandardPaths::PicturesLocation),
+                       PictureFileFilter());
     dialog.setObjectName("pictureFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted)
@@ -180,7 +193,8 @@ OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {
 }
 
 OfferedPictures Dialogs::ClipboardPictures() {
-    return OfferContent(files, *QApplication::clipboard()->mimeData());
+    const QMimeData* content = QApplication::clipboard()->mimeData(); // null where there is no clipboard
+    return content ? OfferContent(files, *content) : OfferedPictures();
 }
 
 PreparedPicture Dialogs::Prepare(const std::string& path) {

@@ -2,6 +2,7 @@
 
 #include "platform/windows_path.h"
 #include "ui/qt_text.h"
+#include "ui/wheel_guard.h"
 #include "ui_frmDirSelect.h"
 
 #include <QStyle>
@@ -32,6 +33,7 @@ frmDirSelect::frmDirSelect(const FileSystem& fileSystem, std::string startDir, Q
     : QDialog(parent), files(fileSystem), result(std::move(startDir)),
       ui(std::make_unique<Ui::frmDirSelect>()) {
     ui->setupUi(this);
+    KeepWheelFromChoices(*this);
     for (const auto& drive : files.Drives())
         ui->Drive1->addItem(ToQt(drive));
     connect(ui->Drive1, &QComboBox::currentTextChanged, this,

@@ -8,6 +8,7 @@
 #include "ui/menus.h"
 #include "ui/picture_files.h"
 #include "ui/qt_text.h"
+#include "ui/wheel_guard.h"
 #include "ui/window_geometry.h"
 #include "ui_frmHangar.h"
 
@@ -24,6 +25,8 @@ namespace {
 
 // A long command paints the window at most this often.
 constexpr int PaintInterval = 40; // ms
+
+constexpr int ButtonMargins = 12;
 
 void Fill(QComboBox* box, const std::vector<std::string>& items, int index) {
     QStringList texts;
@@ -61,6 +64,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
       prbProgress(new QProgressBar), processZip(new QShortcut(QKeySequence("Ctrl+O"), this)) {
     ui->setupUi(this);
+    KeepWheelFromChoices(*this);
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
     photos = std::make_unique<frmPhotos>(files);
@@ -89,6 +93,10 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     // The picture and the lists share what a larger window has to give.
     ui->splMain->setStretchFactor(0, 1);
     ui->splMain->setStretchFactor(1, 1);
+    // A small screen has no room for buttons wider than their texts.
+    for (auto* button : findChildren<QPushButton*>())
+        button->setMinimumWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() +
+                                ButtonMargins);
     ConnectControls();
     ConnectFilter();
     ConnectMenus();
@@ -101,6 +109,12 @@ frmHangar::~frmHangar() = default;
 void frmHangar::Run(const std::function<void(Program&)>& command) {
     if (program)
         command(*program);
+}
+
+void frmHangar::Jump(const std::function<void(Program&)>& command) {
+    Run(command);
+    if (!ui->cboPackageName->IsOffered(ui->cboPackageName->currentIndex()))
+        ui->txtPackageFilter->clear();
 }
 
 void frmHangar::ConnectControls() {
@@ -147,9 +161,9 @@ void frmHangar::ConnectControls() {
         Run([&](Program& to) { to.ImportDroppedImages(OfferFiles(files, hostPaths)); });
     });
     connect(fileList.get(), &frmFileList::LineChosen, this,
-            [this](int row) { Run([=](Program& to) { to.ChooseFileListLine(row); }); });
+            [this](int row) { Jump([=](Program& to) { to.ChooseFileListLine(row); }); });
     connect(photos.get(), &frmPhotos::PictureChosen, this,
-            [this](int row) { Run([=](Program& to) { to.ChooseGalleryPicture(row); }); });
+            [this](int row) { Jump([=](Program& to) { to.ChooseGalleryPicture(row); }); });
 }
 
 void frmHangar::ConnectFilter() {

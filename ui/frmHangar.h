@@ -67,6 +67,8 @@ class frmHangar : public QMainWindow, public MainForm {
   private:
     // Hands a command on when there is a program.
     void Run(const std::function<void(Program&)>& command);
+    // The same for one that leads to a package, which the filter is not to hide.
+    void Jump(const std::function<void(Program&)>& command);
     void ConnectControls();
     void ConnectFilter();
     void ConnectMenus();

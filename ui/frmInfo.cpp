@@ -1,6 +1,7 @@
 #include "ui/frmInfo.h"
 
 #include "ui/qt_text.h"
+#include "ui/wheel_guard.h"
 #include "ui_frmInfo.h"
 
 #include <QAbstractItemView>
@@ -59,6 +60,7 @@ void SetItems(QComboBox* box, const std::vector<std::string>& texts) {
 frmInfo::frmInfo(const InfoForm& infoForm, QWidget* parent)
     : QDialog(parent), form(infoForm), ui(std::make_unique<Ui::frmInfo>()) {
     ui->setupUi(this);
+    KeepWheelFromChoices(*this);
     setWindowTitle(windowTitle() + "  -  " + ToQt(form.aircraft));
     Show(form.info);
     Offer(form.offers);

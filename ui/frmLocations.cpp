@@ -1,6 +1,7 @@
 #include "ui/frmLocations.h"
 
 #include "ui/qt_text.h"
+#include "ui/wheel_guard.h"
 #include "ui_frmLocations.h"
 
 namespace korvadex {
@@ -8,6 +9,7 @@ namespace korvadex {
 frmLocations::frmLocations(const FileSystem& files, Settings& currentSettings, QWidget* parent)
     : QDialog(parent), settings(currentSettings), ui(std::make_unique<Ui::frmLocations>()) {
     ui->setupUi(this);
+    KeepWheelFromChoices(*this);
     const auto& profiles = settings.LocationProfiles;
     for (int row = 0; row < int(profiles.size()); ++row)
         if (const auto& name = profiles[std::size_t(row)].name; !name.empty())
