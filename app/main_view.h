@@ -23,8 +23,9 @@ struct MainView {
     int categoryIndex = -1;
     std::vector<std::string> packages; // "< name >" when installed in the simulator
     int packageIndex = -1;
-    std::string packageName; // the text of txtPackageName
-    std::string sizeText;    // "12 Meg (compressed)"
+    std::string packageName;  // the text of txtPackageName
+    std::string proposedName; // what the program itself put there last, to be typed over
+    std::string sizeText;     // "12 Meg (compressed)"
     std::string status;
     bool isStagingEmpty = true;
     // For the status bar: "12 packages  -  3 installed in MSFS  -  Staging is empty".

@@ -82,7 +82,7 @@ bool Program::CanTakeImages() {
 // For a picture that has no name of its own.
 std::string Program::NameForImage() const {
     auto name = view.HangarSideShown ? CurrentPackageName(*this) : CleanPackageName(view.packageName);
-    if (name.empty() && package.aircraftTitle != MultipleTitle)
+    if (name.empty() && !package.isChoiceOpen && package.aircraftTitle != MultipleTitle)
         name = CleanPackageName(package.aircraftTitle);
     return name.empty() ? "screenshot" : name;
 }

@@ -71,8 +71,10 @@ void Program::ChoosePackage(int index) {
 }
 
 void Program::SetPackageName(const std::string& text) {
-    if (!isRunning)
-        view.packageName = text;
+    if (isRunning)
+        return;
+    view.packageName = text;
+    view.proposedName.clear();
 }
 
 void Program::GoToHangar() {
@@ -87,7 +89,7 @@ void Program::Refresh() {
     Run([&] {
         FillCategories();
         RefreshPackageList();
-        LoadShownSide();
+        LoadShownSide(ChoiceQuestion::Ask);
     });
 }
 
@@ -239,8 +241,10 @@ void Program::ChangeLocations() {
         }
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             RefreshPackageList(); // other packages are installed there
+        if (settings.locations.StagingDir != before.locations.StagingDir)
+            ForgetStaging();
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
-            LoadStaging(); // what is shown is no longer Staging
+            LoadStaging(ChoiceQuestion::Ask); // what is shown is no longer Staging
     });
 }
 

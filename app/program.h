@@ -8,6 +8,7 @@
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
 #include "package/erase_staging.h"
+#include "package/load_package.h"
 #include "sim/hangar_commands.h"
 
 #include <functional>
@@ -164,9 +165,9 @@ class Program : private MainWindow {
     void SwitchToHangar(); // with the packages as they are now
     // For a command of the Hangar: the user sees what it is about before it asks.
     void EnsureHangarSide();
-    void LoadShownSide();
+    void LoadShownSide(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
     void LoadSelectedPackage();
-    void LoadStaging();
+    void LoadStaging(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
     void ClearPackageDisplay();
     void ReloadWhenChanged();
     void FillCategories();
@@ -182,6 +183,8 @@ class Program : private MainWindow {
     bool SelectPackageIn(int category, std::string_view name);
     std::string SelectedPackagePath() const;
     void UpdateCaption();
+    void ForgetStaging();
+    void ProposeName(std::string_view name);
 
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none
@@ -200,6 +203,9 @@ class Program : private MainWindow {
     void EraseStaging(bool isInHangar = false);
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
+    // Asks which configuration to keep where that is still open; false, after a message, when it stays so.
+    bool IsConfigurationChosen();
+    std::string NameForArchive() const;
     void ImportIntoStagingSide();
 
     // data_commands.cpp

@@ -3,7 +3,7 @@
 #include "app/program.h"
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
-#include "package/load_package.h"
+#include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
 
@@ -63,15 +63,15 @@ void Program::ShowStagingSide() {
     view.header = StagingHeader;
     ClearPackageDisplay();
     ShowView(); // loading may ask: then the user sees what about
-    LoadStaging();
+    LoadStaging(ChoiceQuestion::Ask);
 }
 
-void Program::LoadShownSide() {
+void Program::LoadShownSide(ChoiceQuestion question) {
     const auto shown = ShownImage();
     if (view.HangarSideShown)
         LoadSelectedPackage();
     else
-        LoadStaging();
+        LoadStaging(question);
     ShowImage(shown); // still the same one
 }
 
@@ -92,20 +92,18 @@ void Program::LoadSelectedPackage() {
     view.sizeText = SizeText(package);
 }
 
-void Program::LoadStaging() {
+void Program::LoadStaging(ChoiceQuestion question) {
     ClearPackageDisplay();
     CheckSingleAircraftCfg(context);
-    if (LoadPackage(context, settings.locations.StagingDir, true, package).isConfigurationChosen)
-        view.packageName.clear();
+    const auto outcome = LoadPackage(context, settings.locations.StagingDir, true, package, question);
     view.imageIndex = package.pictures.empty() ? 0 : 1;
-
-    // The aircraft that has just been imported gives its name; later the name that is there stays.
-    if (!importedAircraft.empty() || Trim(view.packageName).empty())
-        if (const auto name = ReadImportName(files, settings.locations); !name.empty())
-            view.packageName = name;
     view.sizeText = SizeText(package);
     UpdateCaption();
-    if (importedAircraft.empty())
+    if (outcome.isConfigurationChosen)
+        ProposeName(NameFromTitle(package.aircraftTitle));
+    if (Trim(view.packageName).empty())
+        ProposeName(ReadImportName(files, settings.locations));
+    if (importedAircraft.empty() || package.isChoiceOpen)
         return;
     // Now that one panel is left, its gauges are fetched, and Staging is loaded with them.
     ShowView();
@@ -129,8 +127,24 @@ void Program::ReloadWhenChanged() {
 }
 
 void Program::UpdateCaption() {
-    view.isStagingEmpty = StagingIsEmpty(files, settings.locations);
+    const bool wasEmpty = std::exchange(view.isStagingEmpty, StagingIsEmpty(files, settings.locations));
+    if (view.isStagingEmpty && !wasEmpty)
+        ForgetStaging();
     view.caption = view.isStagingEmpty ? "Korvadex" : "Korvadex     (Staging Contains Files)";
+}
+
+// What was known of its contents is not true of the next.
+void Program::ForgetStaging() {
+    view.packageName.clear();
+    view.proposedName.clear();
+    importedAircraft.clear();
+    stagedAircraft.clear();
+}
+
+// A name that the user has typed stays.
+void Program::ProposeName(std::string_view name) {
+    if (Trim(view.packageName).empty() || view.packageName == view.proposedName)
+        view.proposedName = view.packageName = CleanPackageName(name);
 }
 
 void Program::UpdateStatusCounts() {
@@ -202,7 +216,7 @@ void Program::SelectPackageNamed(const std::string& name) {
 
 void Program::NoteStaged(const std::string& packageName) {
     if (Trim(view.packageName).empty())
-        view.packageName = packageName;
+        ProposeName(packageName);
     UpdateCaption();
     ShowView();
 }

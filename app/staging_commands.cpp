@@ -2,19 +2,22 @@
 // all of it or one kind of component.
 #include "app/program.h"
 #include "archive/process_zip.h"
+#include "package/aircraft_cfg.h"
 #include "package/file_primitives.h"
-#include "package/load_package.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/copy_package.h"
+#include "sim/copy_plan.h"
 #include "sim/import.h"
 
+#include <algorithm>
 #include <array>
 
 namespace korvadex {
 
 void Program::RunStagingCommand(int code, const std::string& archive) {
     state.CommandCode = code;
+    UpdateCaption(); // a name for what is no longer there goes
     view.packageName = CleanPackageName(view.packageName);
     ShowView(); // the user sees the name that will be used
     switch (code) {
@@ -86,6 +89,14 @@ bool Program::CanCopyToHangar(const std::string& name) {
 
 void Program::CopyToHangar() {
     ReloadWhenChanged();
+    if (!CheckCopySource(context, package))
+        return;
+    if (std::ranges::all_of(package.packageFiles, IsProgramFile)) {
+        user.Tell("Staging is empty.  There is nothing to copy to the Hangar.", MessageIcon::Exclamation);
+        return;
+    }
+    if (!IsConfigurationChosen())
+        return;
     view.packageName = CleanPackageName(view.packageName); // the name file may have filled it
     ShowView();
     const auto name = view.packageName;
@@ -113,14 +124,42 @@ void Program::ImportIntoStagingSide() {
     if (importedAircraft.empty())
         return;
     stagedAircraft = importedAircraft;
-    LoadStaging();
+    view.packageName.clear(); // it gives its own
+    LoadStaging(ChoiceQuestion::Ask);
 }
 
 void Program::AddArchive(const std::string& archive) {
-    if (!MayAddToStaging())
+    const bool wasEmpty = StagingIsEmpty(files, settings.locations);
+    if (!MayAddToStaging() || !ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         return;
-    if (ProcessZipFile(context, unzip, settings.LastZipPath, archive))
-        LoadStaging();
+    LoadStaging(ChoiceQuestion::Ask);
+    if (wasEmpty && Trim(view.packageName).empty())
+        ProposeName(NameForArchive());
+}
+
+// The title of the aircraft, else the name of the archive, which has a directory of its own in Staging.
+std::string Program::NameForArchive() const {
+    if (!package.isChoiceOpen && package.aircraftTitle != MultipleTitle)
+        if (auto name = NameFromTitle(package.aircraftTitle); !name.empty())
+            return name;
+    constexpr std::string_view mark = "ZIP_";
+    for (const auto& name : SubdirectoryNames(files, settings.locations.StagingDir))
+        if (name.starts_with(mark))
+            return name.substr(mark.size(), name.rfind('.') - mark.size());
+    return "";
+}
+
+bool Program::IsConfigurationChosen() {
+    if (!package.isChoiceOpen)
+        return true;
+    LoadStaging(ChoiceQuestion::Ask);
+    ShowView();
+    if (package.isChoiceOpen)
+        user.Tell(
+            "This aircraft has several configurations.  One of them has to be chosen first.  Nothing was "
+            "copied.",
+            MessageIcon::Exclamation);
+    return !package.isChoiceOpen;
 }
 
 void Program::EraseStaging(bool isInHangar) {

@@ -27,7 +27,7 @@ class AgreeableUser : public UserDialogs {
     std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
         return std::nullopt;
     }
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>&) override { return 0; }
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>&) override { return 0; }
     void ShowInstallStatus(const std::string&) override {}
     void ShowImportStatus(const std::string&) override {}
     void ShowRename(const RenameForm&) override {}

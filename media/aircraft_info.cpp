@@ -190,6 +190,9 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
     const auto tell = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
     if (!context.files.Info(context.locations.MsfsDir + "fs2002.exe"))
         return tell("This information is for FS2002 only.");
+    if (package.isChoiceOpen)
+        return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please "
+                    "press F5.");
     const std::string path = package.FindComponentFile("aircraft.cfg");
     if (path.empty() || package.aircraftCfg.lines.empty())
         return tell("Aircraft configuration file not found.");

@@ -98,6 +98,20 @@ void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const S
         MessageIcon::Exclamation);
 }
 
+// Which directories belong to which configuration can be told from a whole listing only.
+bool CanReduce(CommandContext& context, const AircraftCfg& cfg, const Tree& tree) {
+    const ListCut cut = CollectDirectories(tree, context.limits).cut;
+    const std::string reason = cut != ListCut::None ? DescribeCut(cut, context.limits)
+                               : tree.isUnreadable
+                                   ? "The directory " + tree.unreadable + " could not be read."
+                                   : "";
+    if (!reason.empty())
+        context.user.Tell("The configurations of " + cfg.path +
+                              " cannot be told apart.  Nothing was changed.\r\n\r\n" + reason,
+                          MessageIcon::Exclamation);
+    return reason.empty();
+}
+
 } // namespace
 
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path) {
@@ -154,39 +168,48 @@ std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg) {
     return configurations;
 }
 
-std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg) {
+std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg,
+                                                     const Tree& tree) {
     const auto configurations = ReadConfigurations(cfg);
-    const auto saved = CollectDirectories(context.files, context.locations.StagingDir, false, context.limits);
+    if (configurations.empty() || !CanReduce(context, cfg, tree))
+        return std::nullopt;
+    const bool asks = configurations.size() > 1;
     std::size_t chosen = 0;
-    if (configurations.empty())
-        return std::nullopt;
-    if (saved.cut != ListCut::None) {
-        context.user.Tell("The configurations of " + cfg.path +
-                              " cannot be told apart.  Nothing was changed.\r\n\r\n" +
-                              DescribeCut(saved.cut, context.limits),
-                          MessageIcon::Exclamation);
-        return std::nullopt;
-    }
-    if (configurations.size() > 1) {
-        std::vector<std::string> items;
-        for (const auto& row : configurations)
-            items.push_back(row.title + "  (" + row.section + ")");
-        const auto picked = context.user.ChooseConfiguration(items);
+    Tree now = tree;
+    if (asks) {
+        const auto picked =
+            context.user.ChooseConfiguration(ConfigurationRows(tree, cfg.path, configurations));
         if (!picked)
             return std::nullopt;
         chosen = static_cast<std::size_t>(*picked);
+        // The disk may have changed while the user thought about it.
+        if (ReadAircraftCfg(context.files, cfg.path).lines != cfg.lines) {
+            context.user.Tell(
+                "The file " + cfg.path +
+                    " was changed by another program.  Nothing was changed here.  Please press F5 and "
+                    "choose again.",
+                MessageIcon::Exclamation);
+            return std::nullopt;
+        }
+        now = WalkTree(context.files, tree.root);
+        if (!CanReduce(context, cfg, now))
+            return std::nullopt;
     }
 
-    // The directories go only once the file that stops naming them is on disk.
+    // Nothing is deleted before the file that stops naming it is on disk, and that one is written only when all the
+    // rest can go: what stayed behind would be taken for a part of the kept configuration.
+    Reduction reduction(context, now, cfg.path, configurations, chosen);
+    if (!reduction.SetAside())
+        return std::nullopt;
     if (const Status status = WriteLines(context, cfg, ReducedLines(cfg, chosen)); !status) {
+        reduction.PutBack();
         ReportWriteFailure(context, cfg, status);
         return std::nullopt;
     }
-    const bool wasAsked = configurations.size() > 1;
-    if (wasAsked)
+    reduction.Discard();
+    if (asks)
         DeleteFileForced(context.files, context.locations.StagingDir + std::string(ImportNameFile));
-    EmptyUnusedDirectories(context, saved, cfg.path, configurations, chosen);
-    return KeptConfiguration{configurations[chosen].title, wasAsked};
+    return KeptConfiguration{configurations[chosen].title, asks};
 }
 
 Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title) {

@@ -12,6 +12,8 @@ namespace korvadex {
 inline constexpr std::size_t MaxConfigLines = 2000;
 // The title of an aircraft.cfg that holds more than one configuration.
 inline constexpr std::string_view MultipleTitle = "MULTI";
+// What is shown in its place while Staging holds one.
+inline constexpr const char* ChoiceOpenTitle = "A configuration is still to be chosen  (F5)";
 
 // Fills the line store and the title.
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path);
@@ -26,12 +28,13 @@ std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg);
 // Staging only. Lets the user pick one of several configurations (a single one, such as [fltsim.1], is taken
 // without a question), rewrites the file with that one as [fltsim.0] and empties the directories that only the
 // others used. After a pick the name that an import remembered no longer applies: its file is deleted. None
-// when nothing was picked; failures are reported and change nothing.
+// when nothing was picked; failures are reported and change nothing. tree: all of Staging.
 struct KeptConfiguration {
     std::string title;
     bool wasAsked = false;
 };
-std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg);
+std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg,
+                                                     const Tree& tree);
 
 // Gives every "title=" line of the file the new title; lines lose their leading blanks. Whatever fails, the
 // file is as it was.

@@ -33,6 +33,13 @@ struct RenameForm {
     std::function<bool(const RenameEntry& entered)> accept;
 };
 
+// A row of frmMultipleCfg.
+struct ConfigurationRow {
+    std::string text;    // "Lear red  (fltsim.1)"
+    std::string detail;  // "Texture: red", "" for none
+    std::string picture; // the path of a picture of it, "" for none
+};
+
 // frmUnusedGauges.
 struct UnusedGauge {
     std::string name, path; // lstFileList shows the name, with its directory where two have the same
@@ -95,7 +102,7 @@ class UserDialogs {
                                                      const std::string& directory) = 0;
 
     // frmMultipleCfg: the row picked, from 0. A dialog that was closed picks nothing.
-    virtual std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) = 0;
+    virtual std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) = 0;
     // frmInstallStatus and frmImportStatus, both captioned "Gauge Crosscheck".
     virtual void ShowInstallStatus(const std::string& text) = 0;
     virtual void ShowImportStatus(const std::string& text) = 0;

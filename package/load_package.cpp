@@ -8,6 +8,9 @@
 #include "package/pictures.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace korvadex {
 
 namespace {
@@ -19,8 +22,8 @@ std::vector<FileEntry>& FilesOf(LoadedPackage& package, Group group) {
 // One load from beginning to end; the groups are filled in the order that their readers need.
 class Loader {
   public:
-    Loader(CommandContext& commandContext, LoadedPackage& loaded)
-        : context(commandContext), package(loaded) {}
+    Loader(CommandContext& commandContext, LoadedPackage& loaded, ChoiceQuestion choiceQuestion)
+        : context(commandContext), package(loaded), question(choiceQuestion) {}
 
     LoadOutcome Run();
 
@@ -32,8 +35,8 @@ class Loader {
     void ReadPanelConfigs();
     void ReadSoundConfigs();
     void ReadMarker();
-    bool LoadAircraft();
-    void FixConfiguration(LoadOutcome& outcome);
+    LoadOutcome SettleConfiguration();
+    void LoadAircraft();
     void RefreshInfo(const std::string& path);
     void WarnOfExecutables();
     void NoteCut(ListCut cut);
@@ -41,6 +44,9 @@ class Loader {
 
     CommandContext& context;
     LoadedPackage& package;
+    const ChoiceQuestion question;
+    bool settles = false;                 // duplicate names in Staging
+    std::optional<std::string> keptTitle; // of the configuration that was kept just now
     DuplicateChoice choice;
     bool arePanelConfigsRead = false;
 };
@@ -68,8 +74,9 @@ std::vector<FileEntry> Loader::CollectNames(std::initializer_list<std::string_vi
 
 void Loader::FillComponentList(Group group) {
     auto files = Collect(group);
-    SettleDocuments(context, package.isStaging, files, package.tree);
-    if (package.isStaging)
+    if (!package.isChoiceOpen)
+        SettleDocuments(context, package.isStaging, files, package.tree);
+    if (settles)
         SettleStagingDuplicates(context, choice, files, package.tree);
     FilesOf(package, group) = std::move(files);
 }
@@ -87,7 +94,7 @@ void Loader::ReadPanelConfigs() {
         return;
     arePanelConfigsRead = true;
     auto configs = CollectNames({"panel.cfg", "oldpanel.cfg"});
-    if (package.isStaging) {
+    if (settles) {
         SortByName(configs);
         SettleStagingDuplicates(context, choice, configs, package.tree);
     }
@@ -107,18 +114,44 @@ void Loader::ReadMarker() {
         ReadCompressionMarker(context.files, marker.path, package);
 }
 
-// Fills the Aircraft group and reads its aircraft.cfg; false when it has none.
-bool Loader::LoadAircraft() {
+// Before anything else is touched: what the configurations that go have in common with the one that stays is
+// neither a duplicate nor to be lost with them.
+LoadOutcome Loader::SettleConfiguration() {
+    const auto configs = CollectNames({"aircraft.cfg"});
+    if (configs.empty())
+        return {};
+    const AircraftCfg cfg = ReadAircraftCfg(context.files, configs.front().path);
+    const std::size_t count = ReadConfigurations(cfg).size();
+    const bool isSettled = count == 0 || (count == 1 && cfg.title != MultipleTitle);
+    if (configs.size() == 1 && isSettled)
+        return {};
+    package.isChoiceOpen = true;
+    if (configs.size() > 1 || question == ChoiceQuestion::LeaveOpen)
+        return {};
+    const auto kept = ChooseConfiguration(context, cfg, package.tree);
+    if (!kept)
+        return {};
+    package.isChoiceOpen = false;
+    package.tree = WalkTree(context.files, package.path);
+    keptTitle = kept->title;
+    return {.isConfigurationChosen = kept->wasAsked};
+}
+
+// Fills the Aircraft group and reads its aircraft.cfg.
+void Loader::LoadAircraft() {
     FillComponentList(Aircraft);
-    package.aircraftCfg = {};
-    for (const auto& file : FilesOf(package, Aircraft)) {
-        if (file.key != "aircraft.cfg")
-            continue;
-        package.aircraftCfg = ReadAircraftCfg(context.files, file.path);
-        package.aircraftTitle = package.aircraftCfg.title;
-        return true;
+    const auto& listed = FilesOf(package, Aircraft);
+    const auto file = std::ranges::find(listed, "aircraft.cfg", &FileEntry::key);
+    if (file == listed.end())
+        return;
+    const std::string path = file->path;
+    package.aircraftCfg = ReadAircraftCfg(context.files, path);
+    package.aircraftTitle =
+        package.isChoiceOpen ? ChoiceOpenTitle : keptTitle.value_or(package.aircraftCfg.title);
+    if (settles && !keptTitle && package.aircraftCfg.title != MultipleTitle) {
+        ClearVariationValues(context, package.aircraftCfg);
+        RefreshInfo(path);
     }
-    return false;
 }
 
 void Loader::RefreshInfo(const std::string& path) {
@@ -131,23 +164,6 @@ void Loader::RefreshInfo(const std::string& path) {
                 file.info = *info;
         }
     }
-}
-
-void Loader::FixConfiguration(LoadOutcome& outcome) {
-    if (package.aircraftTitle != MultipleTitle) {
-        ClearVariationValues(context, package.aircraftCfg);
-        RefreshInfo(package.aircraftCfg.path);
-        return;
-    }
-    const auto kept = ChooseConfiguration(context, package.aircraftCfg);
-    if (!kept)
-        return;
-    // Whole directories may have gone, pictures among them.
-    outcome.isConfigurationChosen = kept->wasAsked;
-    package.tree = WalkTree(context.files, package.path);
-    FillComponentList(Images);
-    LoadAircraft();
-    package.aircraftTitle = kept->title;
 }
 
 void Loader::WarnOfExecutables() {
@@ -178,13 +194,15 @@ void Loader::SetTexts() {
 LoadOutcome Loader::Run() {
     LoadOutcome outcome;
     package.tree = WalkTree(context.files, package.path);
-    if (!package.isStaging)
+    if (package.isStaging)
+        outcome = SettleConfiguration();
+    else
         StopOnDuplicates();
+    settles = package.isStaging && !package.isChoiceOpen;
 
     FillComponentList(Images);
     ReadMarker();
-    if (LoadAircraft() && package.isStaging)
-        FixConfiguration(outcome);
+    LoadAircraft();
     FillComponentList(Model);
     ReadPanelConfigs();
     FillComponentList(Panel);
@@ -205,11 +223,11 @@ LoadOutcome Loader::Run() {
 } // namespace
 
 LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
-                        LoadedPackage& package) {
+                        LoadedPackage& package, ChoiceQuestion question) {
     package = LoadedPackage{};
     package.path = AddBackslash(path);
     package.isStaging = isStaging;
-    return Loader(context, package).Run();
+    return Loader(context, package, question).Run();
 }
 
 bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package) {

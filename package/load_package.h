@@ -7,15 +7,19 @@
 namespace korvadex {
 
 struct LoadOutcome {
-    // A configuration was chosen: the package name field is emptied.
+    // A configuration was chosen: its title is proposed as the name of the package.
     bool isConfigurationChosen = false;
 };
 
-// Loads the directory `path` (ends in a backslash) into package, from nothing. In Staging it settles
-// duplicate names, reduces aircraft.cfg and warns of executables. Throws ProgramEnd on a duplicate in a
-// Hangar package, after saying so.
+// Whether a load of Staging asks which of several configurations to keep.
+enum class ChoiceQuestion { Ask, LeaveOpen };
+
+// Loads the directory `path` (ends in a backslash) into package, from nothing. In Staging it reduces the aircraft
+// to one configuration, then settles duplicate names, and warns of executables; as long as none of several
+// configurations is kept, everything is listed as it is. Throws ProgramEnd on a duplicate in a Hangar package,
+// after saying so.
 LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
-                        LoadedPackage& package);
+                        LoadedPackage& package, ChoiceQuestion question = ChoiceQuestion::Ask);
 
 // True when the tree on disk is no longer the one that was loaded (names, sizes or times).
 bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package);

@@ -47,7 +47,9 @@ struct LoadedPackage {
     std::vector<FileEntry> packageFiles; // every file
     Tree tree;                           // as on disk after loading
     AircraftCfg aircraftCfg;
-    std::string aircraftTitle;                        // what the name field shows
+    std::string aircraftTitle; // what the name field shows
+    // Staging: none of several configurations is kept yet, and nothing was renamed, deleted or settled.
+    bool isChoiceOpen = false;
     std::string PackagePanelAlias, PackageSoundAlias; // lower case; "" when the package has its own
     std::string panelText, soundText;                 // what the alias fields show
     PanelBitmapNames panelBitmapNames;

@@ -16,6 +16,16 @@ std::string CleanPackageName(std::string_view typed) {
     return std::string(Trim(name));
 }
 
+std::string NameFromTitle(std::string_view title) {
+    title = Trim(title);
+    if (title.starts_with('"'))
+        title.remove_prefix(1);
+    if (title.ends_with('"'))
+        title.remove_suffix(1);
+    std::string name = CleanPackageName(title);
+    return IsStorableName(name) && !IsScratchName(name) ? name : "";
+}
+
 bool CheckPackageName(CommandContext& context, const std::string& name) {
     const std::string& hangar = context.locations.HangarDir;
     for (const auto& category : SubdirectoryNames(context.files, hangar)) {

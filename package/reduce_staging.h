@@ -1,4 +1,4 @@
-// Emptying the directories of Staging that only the configurations not chosen used.
+// Reducing Staging to one of the configurations of its aircraft.
 #pragma once
 
 #include "package/aircraft_cfg.h"
@@ -9,8 +9,32 @@ namespace korvadex {
 // does.
 std::string FindSavedDirectory(const DirectoryList& saved, std::string_view ending);
 
-// saved: all directories of Staging, without trailing backslashes.
-void EmptyUnusedDirectories(CommandContext& context, const DirectoryList& saved, const std::string& cfgPath,
-                            const std::vector<Configuration>& configurations, std::size_t chosen);
+// What frmMultipleCfg shows of each configuration. tree: all of Staging.
+std::vector<ConfigurationRow> ConfigurationRows(const Tree& tree, const std::string& cfgPath,
+                                                const std::vector<Configuration>& configurations);
+
+// Takes away what only the configurations not chosen use: at first to scratch names, from where all of it can come
+// back.
+class Reduction {
+  public:
+    // tree: all of Staging.
+    Reduction(CommandContext& context, const Tree& tree, const std::string& cfgPath,
+              const std::vector<Configuration>& configurations, std::size_t chosen);
+
+    // All or nothing; false after a message.
+    bool SetAside();
+    void PutBack();
+    void Discard(); // the directories stay, empty
+
+  private:
+    struct Moved {
+        std::string path, scratch;
+        bool isDirectory;
+    };
+
+    CommandContext& context;
+    std::vector<std::string> directories, files; // full paths without a trailing backslash
+    std::vector<Moved> moved;
+};
 
 } // namespace korvadex

@@ -22,6 +22,11 @@ constexpr std::uint64_t Meg = 1'024'000;
 // In a group of many files the progress bar is repainted this often.
 constexpr int FilesPerTouch = 64;
 
+bool Refuse(CommandContext& context, const std::string& reason) {
+    context.user.Tell(reason + "\r\n\r\nNothing was copied.", MessageIcon::Exclamation);
+    return false;
+}
+
 // One run of the copy routine. Everything is made under scratch names first: the new directory appears as the
 // very last step, so that a run that was stopped never leaves an aircraft that looks installed and is not.
 class PackageCopy {
@@ -34,7 +39,7 @@ class PackageCopy {
     bool Run() {
         if (kind == CopyRoot::Msfs && !CheckGaugesDirectory(context, root))
             return false;
-        if (!CheckSource() || !CheckDestination())
+        if (!CheckCopySource(context, package) || !CheckDestination())
             return false;
         plan = PlanCopy(context, package, kind);
         if (!CheckStagedGauges() || !CheckFreeSpace())
@@ -50,21 +55,6 @@ class PackageCopy {
     }
 
   private:
-    // What was not listed in full cannot be copied in full, and a copy is often followed by a deletion.
-    bool CheckSource() {
-        if (package.cut != ListCut::None)
-            return Refuse(DescribeCut(package.cut, context.limits));
-        if (package.tree.isUnreadable)
-            return Refuse("The directory " + package.tree.unreadable +
-                          " could not be read, so that the copy would not be complete.");
-        const auto link = std::ranges::find_if(
-            package.tree.files, [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });
-        if (link != package.tree.files.end())
-            return Refuse("The package contains a link to another place, which cannot be copied:\r\n\r\n" +
-                          link->path + "\r\n\r\nPlease replace it by the files that it stands for.");
-        return true;
-    }
-
     bool CheckDestination() {
         const FileFault fault = context.files.Info(WithoutBackslash(destination)).fault();
         if (fault == FileFault::NotFound)
@@ -99,10 +89,7 @@ class PackageCopy {
                       std::to_string(*free / Meg) + " Meg left.  " + NextStep(FileFault::DiskFull));
     }
 
-    bool Refuse(const std::string& reason) {
-        context.user.Tell(reason + "\r\n\r\nNothing was copied.", MessageIcon::Exclamation);
-        return false;
-    }
+    bool Refuse(const std::string& reason) { return korvadex::Refuse(context, reason); }
 
     bool CopyAll() {
         ProgressBar progress(context.window, GroupCount - 1);
@@ -261,6 +248,21 @@ std::optional<CopyRoot> KindOfRoot(const Locations& locations, const std::string
 }
 
 } // namespace
+
+bool CheckCopySource(CommandContext& context, const LoadedPackage& package) {
+    if (package.cut != ListCut::None)
+        return Refuse(context, DescribeCut(package.cut, context.limits));
+    if (package.tree.isUnreadable)
+        return Refuse(context, "The directory " + package.tree.unreadable +
+                                   " could not be read, so that the copy would not be complete.");
+    const auto link = std::ranges::find_if(
+        package.tree.files, [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });
+    if (link != package.tree.files.end())
+        return Refuse(context,
+                      "The package contains a link to another place, which cannot be copied:\r\n\r\n" +
+                          link->path + "\r\n\r\nPlease replace it by the files that it stands for.");
+    return true;
+}
 
 bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination) {
     const std::string root = context.locations.RootOf(destination);

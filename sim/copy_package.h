@@ -8,6 +8,10 @@
 
 namespace korvadex {
 
+// What was not listed in full cannot be copied in full, and a copy is often followed by a deletion. False, after a
+// message, when the package can be copied nowhere.
+bool CheckCopySource(CommandContext& context, const LoadedPackage& package);
+
 // Copies to the directory `destination` (below one of the three locations), which comes back as it was used:
 // under MSFS with
 // "_" for blanks, with a trailing backslash. The new directory appears whole or not at all. False, after a

@@ -13,12 +13,6 @@ namespace korvadex {
 
 namespace {
 
-// Files that the program itself keeps in a package; what they record is not true of a copy: it is not compressed any
-// more, and was not imported.
-bool IsProgramFile(const FileEntry& file) {
-    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile);
-}
-
 // "readme.txt" with number 2 -> "readme(2).txt"
 std::string NumberedName(const std::string& name, int number) {
     const std::size_t dot = std::min(name.rfind('.'), name.size());
@@ -162,6 +156,10 @@ class Planner {
 };
 
 } // namespace
+
+bool IsProgramFile(const FileEntry& file) {
+    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile);
+}
 
 CopyPlan PlanCopy(CommandContext& context, const LoadedPackage& package, CopyRoot root) {
     return Planner(context, package, root).Make();

@@ -13,6 +13,10 @@ namespace korvadex {
 // The location that a package is copied into decides its layout.
 enum class CopyRoot { Hangar, Staging, Msfs };
 
+// A file that the program itself keeps in a package; what it records is not true of a copy: that is not compressed any
+// more, and was not imported.
+bool IsProgramFile(const FileEntry& file);
+
 struct PlannedFile {
     std::string source;
     std::string relative; // below the new directory: "Panel\panel.cfg"

@@ -144,7 +144,7 @@ TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
         .Expect("Done.");
     program->RunCommand(Side::Staging, RemoveAllFromStaging);
     program->RunCommand(Side::Staging, ImportIntoStaging);
-    EXPECT_EQ(form.view.packageName, "");
+    EXPECT_EQ(form.view.packageName, "One");
     EXPECT_FALSE(drive.Has("Staging\\KX_MSFSImportName.txt"));
 }
 

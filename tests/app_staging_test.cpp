@@ -1,4 +1,6 @@
+#include "package/aircraft_cfg.h"
 #include "package/config_readers.h"
+#include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
 #include "tests/support/package_builder.h"
@@ -75,6 +77,92 @@ TEST_F(StagingCommands, WithoutACategoryNothingIsCopied) {
     Copy("Lear");
     EXPECT_EQ(drive.Outline("Hangar"), "");
     EXPECT_EQ(drive.Tree("Staging"), before);
+}
+
+TEST_F(StagingCommands, WhatCannotBeCopiedIsSaidBeforeAnythingIsAsked) {
+    drive.Fill("Staging", "empty\\, KX_MSFSImportName.txt=Lear");
+    drive.MakeDirectory("FS\\aircraft\\Lear"); // "exists in MSFS" would be asked
+    Start();
+    program->GoToStaging();
+    const auto expect = [&](const std::string& message) {
+        user.Expect(message, MessageIcon::Exclamation);
+        Copy("Lear");
+        EXPECT_EQ(drive.Outline("Hangar"), "Jets\\, Props\\Cessna 172\\");
+    };
+    expect("Staging is empty.  There is nothing to copy to the Hangar.");
+    drive.Fill("Staging", "a.air=x, b.air=x");
+    for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
+        drive.MakeDirectory("Staging\\" + std::to_string(i));
+    expect("...\n\nNothing was copied.");
+}
+
+TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
+    drive.Put("Staging\\aircraft.cfg",
+              "[fltsim.0]\r\ntitle=Blue\r\n[fltsim.1]\r\ntitle=\"Red\"\r\ntexture=red\r\n");
+    drive.Fill("Staging", "texture\\skin.bmp=x, texture.red\\skin.bmp=x, model.cfg=, panel.cfg=, sound.cfg=");
+    const auto expectQuestion = [&](std::optional<int> row) {
+        user.ExpectConfigurations({"Blue  (fltsim.0)", "\"Red\"  (fltsim.1)"}, row);
+    };
+    Start();
+    const auto before = drive.Tree();
+    expectQuestion(std::nullopt);
+    program->GoToStaging();
+    EXPECT_EQ(program->Package().aircraftTitle, ChoiceOpenTitle);
+    expectQuestion(std::nullopt);
+    program->Refresh();
+    program->CreateNotes(); // what loads Staging by the way does not ask
+    drive.Put("FS\\fs2002.exe", "MZ");
+    user.Expect(
+        "This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
+    program->EditInformation();
+    program->DeleteNotes();
+    expectQuestion(std::nullopt);
+    user.Expect("This aircraft has several configurations...Nothing was copied.", MessageIcon::Exclamation);
+    Copy("");
+    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\fs2002.exe")));
+    EXPECT_EQ(drive.Tree(), before);
+    expectQuestion(1);
+    user.Expect(AskClear, Answer::No);
+    program->PressToolbarKey("Install");
+    EXPECT_EQ(form.view.packageName, "Red") << "proposed by the choice";
+    EXPECT_TRUE(drive.Has("Hangar\\Jets\\Red\\Texture\\skin.bmp"));
+}
+
+TEST_F(StagingCommands, WhatComesIntoAnEmptyStagingProposesAName) {
+    const struct {
+        const char *archive, *typed, *cfg, *name;
+        int row = -1;
+    } rows[] = {
+        {"zipped.zip", "", "[fltsim.0]\r\ntitle= \"Lear: 45\" \r\n", "Lear_ 45"},
+        {"Extra v2.0.ZIP", "", nullptr, "Extra v2_0"},
+        {"device.zip", "", "[fltsim.0]\r\ntitle=NUL\r\n", "device"},
+        {"two.zip", "", "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\n", "B", 1},
+        {"two.zip", "Mine", "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\n", "Mine", 1},
+    };
+    Start();
+    program->GoToStaging();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ZipBuilder zip;
+        zip.Add("readme.txt", "x");
+        if (row.cfg)
+            zip.Add("aircraft.cfg", row.cfg);
+        const std::string archive = std::string("Downloads\\") + row.archive;
+        drive.Put(archive, zip.Bytes());
+        program->SetPackageName(row.typed);
+        if (row.row >= 0)
+            user.ExpectConfigurations({"A  (fltsim.0)", "B  (fltsim.1)"}, row.row);
+        program->ProcessArchives({drive.At(archive)});
+        EXPECT_EQ(form.view.packageName, row.name);
+        EXPECT_EQ(form.view.proposedName == row.name, !*row.typed) << "marked";
+        user.Expect(AskAdd, Answer::Yes);
+        drive.Put("Downloads\\more.zip", ZipBuilder().Add("more.txt", "x").Bytes());
+        program->ProcessArchives({drive.At("Downloads\\more.zip")});
+        EXPECT_EQ(form.view.packageName, row.name);
+        DeleteTree(context, locations.StagingDir); // by another program
+        program->ShowNextImage();
+        EXPECT_EQ(form.view.packageName, "");
+    }
 }
 
 TEST_F(StagingCommands, EachMissingFileIsAskedFor) {

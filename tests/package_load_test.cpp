@@ -1,5 +1,6 @@
 // Loading a package or Staging: duplicates, aircraft.cfg, aliases, warnings.
 #include "package/aircraft_cfg.h"
+#include "package/file_primitives.h"
 #include "package/load_package.h"
 #include "platform/text_file.h"
 #include "tests/support/command_fixture.h"
@@ -196,21 +197,99 @@ TEST_F(LoadTest, ThePlainDirectoryStaysWhileTheKeptConfigurationHasNoOther) {
     EXPECT_EQ(drive.Names("Staging"), before);
 }
 
-TEST_F(ConfigurationTest, NothingChangesWithoutAChoiceOrWhenTheFileCannotBeWritten) {
+TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     PutAll();
+    // Equal in both, a document of one name, and two that differ: none of them is a duplicate yet.
+    drive.Fill("Staging\\P", "texture.red\\skin.bmp=red, texture\\shot.jpg=x, texture\\notes.txt=a, "
+                             "texture.red\\notes.txt=b");
     const auto before = drive.Tree();
+    const auto expectOpen = [&] {
+        EXPECT_TRUE(package.isChoiceOpen);
+        EXPECT_EQ(package.aircraftTitle, ChoiceOpenTitle);
+        EXPECT_EQ(package.ComponentFiles[Texture].size(), 6u);
+        EXPECT_EQ(package.ComponentFiles[Images].size(), 2u);
+        EXPECT_EQ(drive.Tree(), before);
+        ExpectTrueListing();
+    };
     user.ExpectConfigurations(items, std::nullopt);
     EXPECT_FALSE(LoadStaging().isConfigurationChosen);
-    EXPECT_EQ(package.aircraftTitle, "MULTI");
-    EXPECT_EQ(drive.Tree(), before);
+    expectOpen();
+    LoadPackage(context, locations.StagingDir, true, package, ChoiceQuestion::LeaveOpen);
+    expectOpen();
+    limits.DirMax = 3;
+    user.Expect("The configurations of " + drive.At("Staging\\P\\aircraft.cfg") + " cannot be told apart...");
+    LoadStaging();
+    expectOpen();
+    limits = {};
 
-    FaultyFiles faulty(drive.Files());
-    faulty.StopAt(1, FileFault::DiskFull);
-    CommandContext full = On(faulty);
-    user.ExpectConfigurations(items, 0).Expect("The file " + drive.At("Staging\\P\\aircraft.cfg") +
-                                               " could not be written (the disk is full)...");
-    EXPECT_FALSE(LoadPackage(full, locations.StagingDir, true, package).isConfigurationChosen);
-    EXPECT_EQ(drive.Tree(), before);
+    const struct {
+        const char *change, *part, *message;
+    } rows[] = {
+        {"Write", "aircraft.cfg", "The file C:\\Staging\\P\\aircraft.cfg could not be written (another..."},
+        {"Rename", "texture.red",
+         "C:\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
+        {"Rename", "panel.ifr", "C:\\Staging\\P\\panel.ifr belongs to a configuration that is not kept..."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.message);
+        FaultyFiles faulty(drive.Files());
+        faulty.FailOn(row.change, row.part, FileFault::InUse);
+        CommandContext busy = On(faulty);
+        user.ExpectConfigurations(items, 0).Expect(row.message, MessageIcon::Exclamation);
+        EXPECT_FALSE(LoadPackage(busy, locations.StagingDir, true, package).isConfigurationChosen);
+        expectOpen();
+    }
+    user.ExpectConfigurations(items, 1).Then([&] { drive.Put("Staging\\P\\aircraft.cfg", "[fltsim.1]"); });
+    user.Expect("The file " + drive.At("Staging\\P\\aircraft.cfg") + " was changed by another program...");
+    LoadStaging();
+    EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"), "[fltsim.1]");
+
+    drive.Put("Staging\\P\\aircraft.cfg", before.at("Staging\\P\\aircraft.cfg"));
+    user.ExpectConfigurations(items, 1);
+    EXPECT_TRUE(LoadStaging().isConfigurationChosen);
+    EXPECT_EQ(drive.Outline("Staging\\P\\texture.red"), "notes.txt=b, shot.jpg=x, skin.bmp=red, skin2.bmp=x");
+    ASSERT_EQ(user.configurations.size(), 2u);
+    EXPECT_EQ(user.configurations[0].picture, drive.At("Staging\\P\\texture\\shot.jpg"));
+    EXPECT_EQ(user.configurations[1].detail, "Texture: red,  Panel: ifr");
+}
+
+TEST_F(LoadTest, AnAliasOfTheKeptConfigurationToItsOwnAircraftCountsAsUse) {
+    const std::string whole(1001, ';');
+    const struct {
+        const char *place, *alias, *kept, *importName = "";
+    } rows[] = {
+        {"Orvane Two\\", "orvane_two\\panel", "panel"},  {"Orvane Two\\", "Orvane Two\\panel.1", "panel.1"},
+        {"", "Orvane\\panel", "panel", "Orvane"},        {"ZIP_x.zip\\", "Unknown\\panel", "panel"},
+        {"Orvane Two\\", "Other_Jet\\panel", "panel.2"}, // another aircraft, of the Hangar
+    };
+    drive.MakeDirectory("Hangar\\Jets\\Other Jet");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.alias);
+        const std::string place = std::string("Staging\\") + row.place;
+        drive.Put(place + "aircraft.cfg",
+                  "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\npanel=1\r\nsound=1\r\n"
+                  "[fltsim.2]\r\ntitle=C\r\npanel=2\r\nsound=2\r\n");
+        for (const std::string kind : {"panel", "sound"}) {
+            std::string alias = std::string("[fltsim]\r\nalias=") + row.alias;
+            if (kind == "sound")
+                alias.replace(alias.rfind("panel"), 5, "sound");
+            drive.Put(place + kind + "\\" + kind + ".cfg", whole + "0");
+            drive.Put(place + kind + ".1\\" + kind + ".cfg", whole + "1");
+            drive.Put(place + kind + ".2\\" + kind + ".cfg", alias);
+            drive.Put(place + kind + "\\" + kind + ".wav", "x");
+        }
+        if (*row.importName)
+            drive.Put("Staging\\KX_MSFSImportName.txt", row.importName);
+        user.ExpectConfigurations({"A  (fltsim.0)", "B  (fltsim.1)", "C  (fltsim.2)"}, 2);
+        LoadStaging();
+        const std::string config = package.FindComponentFile("panel.cfg");
+        EXPECT_EQ(config, drive.At(place) + row.kept + "\\panel.cfg");
+        std::string sounds = row.kept;
+        sounds.replace(0, 5, "sound");
+        EXPECT_EQ(package.FindComponentFile("sound.cfg"), drive.At(place) + sounds + "\\sound.cfg");
+        EXPECT_EQ(drive.Has(place + "sound\\sound.wav"), sounds == "sound");
+        DeleteTree(context, locations.StagingDir);
+    }
 }
 
 TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {

@@ -152,6 +152,8 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
 
 TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
     const std::vector<std::string> items = {"Brindle 8 Blue", "Brindle 8 Red"};
+    const std::vector<ConfigurationRow> configurations = {
+        {"Brindle 8 Blue", "Texture: blue", drive.At("gone.jpg")}, {"Brindle 8 Red", "", ""}};
     const auto import = [&] {
         std::optional<int> picked;
         dialogs.ShowMSFSImport({.names = items, .accept = [&](int row) {
@@ -166,7 +168,7 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
     const struct {
         const char *form, *list;
         std::function<std::optional<int>()> pick;
-    } rows[] = {{"frmMultipleCfg", "lstConfigs", [&] { return dialogs.ChooseConfiguration(items); }},
+    } rows[] = {{"frmMultipleCfg", "lstConfigs", [&] { return dialogs.ChooseConfiguration(configurations); }},
                 {"frmMSFSImport", "lstPackages", import}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.form);
@@ -197,6 +199,24 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
         });
         EXPECT_EQ(row.pick(), std::nullopt);
     }
+}
+
+TEST_F(DialogTest, AConfigurationShowsItsPicture) {
+    QImage red(40, 40, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    drive.MakeDirectory("texture.red");
+    ASSERT_TRUE(red.save(QString::fromStdString(drive.Files().HostPath(drive.At("texture.red\\shot.jpg")))));
+    user.Expect("frmMultipleCfg", [](QWidget& window) {
+        const auto* item = Control<QListWidget>(window, "lstConfigs").item(1);
+        EXPECT_EQ(item->text(), "Red  (fltsim.1)\nTexture: red");
+        const auto middle = [&] { return item->icon().pixmap(96, 64).toImage().pixelColor(48, 32); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return middle().alpha() == 255 && middle().red() > 200; }));
+        Click(window, "cmdCancel");
+    });
+    EXPECT_EQ(
+        dialogs.ChooseConfiguration({{"Blue  (fltsim.0)", "", drive.At("gone.jpg")},
+                                     {"Red  (fltsim.1)", "Texture: red", drive.At("texture.red\\shot.jpg")}}),
+        std::nullopt);
 }
 
 TEST_F(DialogTest, ARenameStaysOpenUntilItIsAccepted) {

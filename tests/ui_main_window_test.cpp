@@ -2,6 +2,7 @@
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "tests/support/window_fixture.h"
+#include "tests/support/zip_builder.h"
 #include "ui/component_lists.h"
 #include "ui/menus.h"
 
@@ -215,6 +216,22 @@ TEST_F(HangarWindow, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
     QCoreApplication::processEvents();
     EXPECT_FALSE(filter.isEnabled());
     EXPECT_EQ(below(), place);
+}
+
+TEST_F(HangarWindow, AProposedNameIsMarkedSoThatTypingReplacesIt) {
+    Start();
+    drive.Put("Downloads\\zipped.zip",
+              ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear 45\r\n").Bytes());
+    program.ProcessArchives({drive.At("Downloads\\zipped.zip")});
+    auto& field = Control<QLineEdit>(window, "txtPackageName");
+    EXPECT_EQ(field.selectedText(), "Lear 45");
+    for (const auto key : {Qt::Key_M, Qt::Key_N}) {
+        Press(key);
+        EXPECT_EQ(field.text(), QString(QChar(key)).toLower());
+        EXPECT_EQ(program.View().packageName, field.text().toStdString());
+        Press(Qt::Key_K, Qt::AltModifier);
+        EXPECT_EQ(field.selectedText(), field.text());
+    }
 }
 
 TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {

@@ -103,8 +103,8 @@ std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, cons
     }
 }
 
-std::optional<int> Dialogs::ChooseConfiguration(const std::vector<std::string>& items) {
-    frmMultipleCfg dialog(items, *this, Parent());
+std::optional<int> Dialogs::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {
+    frmMultipleCfg dialog(rows, files, *this, Parent());
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.Choice();

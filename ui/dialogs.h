@@ -20,7 +20,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
                               const MessageOptions& options) override;
     std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
     std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override;
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) override;
     void ShowInstallStatus(const std::string& text) override;
     void ShowImportStatus(const std::string& text) override;
     void ShowRename(const RenameForm& form) override;

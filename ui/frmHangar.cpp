@@ -97,6 +97,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     for (auto* button : findChildren<QPushButton*>())
         button->setMinimumWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() +
                                 ButtonMargins);
+    ui->lblPackageName->installEventFilter(this);
     ConnectControls();
     ConnectFilter();
     ConnectMenus();
@@ -251,7 +252,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     Fill(ui->cboPackageName, view.packages, view.packageIndex);
     ui->cboPackageName->SetFilter(ui->txtPackageFilter->text());
     ShowFilterCount();
-    SetText(ui->txtPackageName, ToQt(view.packageName));
+    ShowPackageName(view);
     ui->lblPackageSize->setText(ToQt(view.sizeText));
     lblStatus->setText(ToQt(view.status));
     lblCounts->setText(ToQt(view.statusCounts));
@@ -261,6 +262,31 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
         ShowPicture(view, package);
     shownRevision = view.listRevision;
     shownImage = view.imageIndex;
+}
+
+// A name that was proposed is marked: typing replaces it.
+void frmHangar::ShowPackageName(const MainView& view) {
+    QLineEdit* field = ui->txtPackageName;
+    const bool isNew = field->text() != ToQt(view.packageName);
+    SetText(field, ToQt(view.packageName));
+    if (isNew && !view.packageName.empty() && view.packageName == view.proposedName)
+        MarkPackageName();
+}
+
+void frmHangar::MarkPackageName() {
+    if (!ui->txtPackageName->isVisible())
+        return;
+    ui->txtPackageName->setFocus(Qt::ShortcutFocusReason);
+    ui->txtPackageName->selectAll();
+}
+
+bool frmHangar::eventFilter(QObject* watched, QEvent* event) {
+    // By itself the label would leave the field as it is where it has the focus already.
+    if (watched != ui->lblPackageName || event->type() != QEvent::Shortcut ||
+        !ui->txtPackageName->isVisible())
+        return QMainWindow::eventFilter(watched, event);
+    MarkPackageName();
+    return true;
 }
 
 void frmHangar::ShowPackage(const LoadedPackage& package) {

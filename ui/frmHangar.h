@@ -63,6 +63,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     // Hands a command on when there is a program.
@@ -74,6 +75,8 @@ class frmHangar : public QMainWindow, public MainForm {
     void ConnectMenus();
     void ChooseEntry(const QString& name);
     void ShowSide(bool isHangarSide);
+    void ShowPackageName(const MainView& view);
+    void MarkPackageName();
     void ShowPackage(const LoadedPackage& package);
     void ShowPicture(const MainView& view, const LoadedPackage& package);
     void ShowFilterCount();

@@ -1,6 +1,9 @@
 // The choice of one configuration out of an aircraft.cfg that holds several.
 #pragma once
 
+#include "package/dialogs.h"
+#include "ui/picture_loader.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -13,13 +16,12 @@ class frmMultipleCfg;
 
 namespace korvadex {
 
-class UserDialogs;
-
 class frmMultipleCfg : public QDialog {
     Q_OBJECT
 
   public:
-    frmMultipleCfg(const std::vector<std::string>& items, UserDialogs& user, QWidget* parent);
+    frmMultipleCfg(std::vector<ConfigurationRow> rows, const FileSystem& files, UserDialogs& user,
+                   QWidget* parent);
     ~frmMultipleCfg() override;
 
     // The selected row, from 0; -1 for none.
@@ -27,9 +29,13 @@ class frmMultipleCfg : public QDialog {
 
   private:
     void Choose();
+    void ShowPictures();
+    void ShowPicture(const std::string& path);
 
+    const std::vector<ConfigurationRow> rows;
     UserDialogs& user;
     std::unique_ptr<Ui::frmMultipleCfg> ui;
+    PictureLoader pictures;
 };
 
 } // namespace korvadex

@@ -50,7 +50,10 @@ class AutomaticUser : public ScriptedUser {
     }
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                               const MessageOptions& options) override;
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override {
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) override {
+        std::vector<std::string> items;
+        for (const auto& row : rows)
+            items.push_back(row.text);
         return choose(items);
     }
     void ShowInstallStatus(const std::string& text) override { Take({.text = text}); }

@@ -171,10 +171,14 @@ std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title,
     return step ? step->typed : std::nullopt;
 }
 
-std::optional<int> ScriptedUser::ChooseConfiguration(const std::vector<std::string>& items) {
+std::optional<int> ScriptedUser::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {
     const auto step = Take(Kind::Configurations, "configurations");
     if (!step)
         return std::nullopt;
+    configurations = rows;
+    std::vector<std::string> items;
+    for (const auto& row : rows)
+        items.push_back(row.text);
     EXPECT_EQ(items, step->items);
     return step->row;
 }

@@ -42,12 +42,13 @@ class ScriptedUser : public UserDialogs {
     // Takes note of whatever is shown, answers each message with Yes or OK and closes everything else.
     bool isPatient = false;
     std::vector<std::string> transcript;
+    std::vector<ConfigurationRow> configurations; // as offered last
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                               const MessageOptions& options) override;
     std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
     std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
-    std::optional<int> ChooseConfiguration(const std::vector<std::string>& items) override;
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) override;
     void ShowInstallStatus(const std::string& text) override;
     void ShowImportStatus(const std::string& text) override;
     void ShowRename(const RenameForm& form) override;
