@@ -46,6 +46,8 @@ void Program::Run(const std::function<void()>& command) {
             view.status = DescribeCut(package.cut, settings.limits);
         form.ShowStatus(view.status);
         ShowView();
+        if (isEndWanted)
+            EndRun();
     } catch (const ProgramEnd&) {
         EndRun();
     }
@@ -106,8 +108,10 @@ void Program::SetFirstPackage() {
                       MessageIcon::Exclamation);
             return;
         }
-        settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage = line;
-        user.Tell("Done.\r\n\r\nThe " + line + " will be the first package you see when you start Korvadex");
+        settings.FirstPackage() = line;
+        if (KeepSettings())
+            user.Tell("Done.\r\n\r\nThe " + line +
+                      " will be the first package you see when you start Korvadex");
     });
 }
 
@@ -237,6 +241,7 @@ void Program::ChangeLocations() {
             RestartWith(before);
             return;
         }
+        KeepSettings();
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             RefreshPackageList(); // other packages are installed there
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
@@ -248,6 +253,8 @@ void Program::EditLocationProfiles() {
     Run([&] {
         ProfileEditor profiles(files, user, settings);
         dialogs.ShowLocationProfiles(profiles);
+        if (settings != settings.kept)
+            KeepSettings();
     });
 }
 

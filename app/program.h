@@ -47,6 +47,10 @@ class Program : private MainWindow {
     // Saves kx.ini and ends. Runs once, however often it is called; does nothing while a command runs (then
     // the window is to stay open: EndProgram was not called).
     void Shutdown();
+    // The session may end at any moment: writes kx.ini now, also in the middle of a command.
+    void SaveForSessionEnd();
+    // The same, and ends: at once, or when the running command has come to its end.
+    void EndSession();
 
     // --- the main window's own controls
     void ChooseCategory(int index);
@@ -154,7 +158,9 @@ class Program : private MainWindow {
     bool TakeMarker();
     void CreateDefaultCategories();
     void ShowFirstPackage();
+    bool IsGone(const std::string& line) const;
     Status Save();
+    bool KeepSettings(); // writes kx.ini; false, after a message, when that failed
     void EndRun();
     void RestartWith(const Settings& oldSettings);
 
@@ -237,6 +243,8 @@ class Program : private MainWindow {
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;
+    bool hasStarted = false;
+    bool isEndWanted = false; // when the running command has ended
 };
 
 } // namespace korvadex

@@ -20,6 +20,8 @@ struct Locations {
 struct WalkLimits {
     int DirMax = 500;
     int FileMax = 5000;
+
+    bool operator==(const WalkLimits&) const = default;
 };
 
 } // namespace korvadex
