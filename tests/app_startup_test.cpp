@@ -15,6 +15,9 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     user.Expect(FirstRun, MessageIcon::Information);
     dialogs.Enter(locations);
     drive.Put("Hangar\\a file is no category.txt", "x");
+    user.Expect("...does not look like a Hangar.  It holds " + drive.At("Hangar\\a file is no category.txt") +
+                    "...",
+                Answer::Yes, MessageIcon::None);
     ASSERT_TRUE(Make(drive.Files()).Start());
 
     EXPECT_EQ(form.view.categories.size(), 14u);
