@@ -72,7 +72,7 @@ std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& pat
     return std::nullopt;
 }
 
-bool DeleteTree(CommandContext& context, const std::string& path) {
+bool DeleteTree(CommandContext& context, const std::string& path, const std::string& last) {
     FileSystem& files = context.files;
     if (!MayBeDeleted(context.locations, path)) {
         context.user.Tell(
@@ -89,10 +89,13 @@ bool DeleteTree(CommandContext& context, const std::string& path) {
     const auto tree = WalkToDelete(context, path, ScratchEntries::Include);
     if (!tree)
         return false;
+    bool areGone = true;
     for (const auto& file : tree->files)
-        DeleteFileForced(files, file.path);
+        areGone = EqualNoCase(file.path, last) ? areGone : DeleteFileForced(files, file.path) && areGone;
     for (auto directory = tree->directories.rbegin(); directory != tree->directories.rend(); ++directory)
-        static_cast<void>(files.RemoveDirectory(*directory));
+        areGone = files.RemoveDirectory(*directory) && areGone;
+    if (areGone && !last.empty())
+        DeleteFileForced(files, last);
     return true;
 }
 

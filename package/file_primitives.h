@@ -24,8 +24,9 @@ std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& pat
 
 // Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
 // location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
-// False, as WalkToDelete, when nothing was deleted. The directory itself stays.
-bool DeleteTree(CommandContext& context, const std::string& path);
+// False, as WalkToDelete, when nothing was deleted. The directory itself stays. The file `last` (a full path) goes when
+// all the rest has gone, and stays while anything else does.
+bool DeleteTree(CommandContext& context, const std::string& path, const std::string& last = {});
 
 // What stands in a directory as a directory of its own (links are none), scratch left out of account.
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path);

@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 #include "sim/config_search.h"
 #include "sim/gauges.h"
+#include "sim/install_record.h"
 
 #include <algorithm>
 #include <set>
@@ -13,10 +14,11 @@ namespace korvadex {
 
 namespace {
 
-// Files that the program itself keeps in a package; what they record is not true of a copy: it is not compressed any
-// more, and was not imported.
+// Files that the program itself keeps in a package or an installed aircraft; what they record is not true of a copy:
+// it is not compressed any more, was not imported, or is not installed.
 bool IsProgramFile(const FileEntry& file) {
-    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile);
+    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile) ||
+           IsInstallRecord(file.key);
 }
 
 // "readme.txt" with number 2 -> "readme(2).txt"
@@ -33,8 +35,7 @@ class Planner {
     CopyPlan Make() {
         for (int group = 0; group < GroupCount; ++group)
             PlanGroup(group);
-        if (root != CopyRoot::Msfs)
-            PlanUnlistedFiles();
+        PlanUnlistedFiles();
         return std::move(plan);
     }
 

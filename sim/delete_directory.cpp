@@ -9,16 +9,22 @@ namespace korvadex {
 
 namespace {
 
-Status FirstRemaining(CommandContext& context, const std::string& directory) {
+Status FirstRemaining(CommandContext& context, const std::string& directory, const std::string& last) {
     const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
     if (tree.isUnreadable)
         return {FileFault::Denied, tree.unreadable};
     for (const FileEntry& file : tree.files) {
+        if (EqualNoCase(file.path, last))
+            continue;
         if (Status status = context.files.Delete(file.path); !status)
             return status;
     }
     for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
         if (Status status = context.files.RemoveDirectory(*path); !status)
+            return status;
+    }
+    if (!last.empty() && context.files.Info(last)) {
+        if (Status status = context.files.Delete(last); !status)
             return status;
     }
     return context.files.RemoveDirectory(WithoutBackslash(directory));
@@ -31,15 +37,16 @@ bool IsLinkedDirectory(const CommandContext& context, const std::string& directo
     return info && info->kind == EntryKind::Link;
 }
 
-std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory) {
+std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory,
+                                      const std::string& last) {
     const std::string path = WithoutBackslash(directory);
     if (IsLinkedDirectory(context, directory))
         return context.files.Delete(path);
-    if (!DeleteTree(context, directory))
+    if (!DeleteTree(context, directory, last))
         return std::nullopt;
     if (context.files.RemoveDirectory(path))
         return Status{};
-    return FirstRemaining(context, directory);
+    return FirstRemaining(context, directory, last);
 }
 
 std::string DescribeRemaining(const Status& status) {

@@ -12,8 +12,9 @@ namespace korvadex {
 bool IsLinkedDirectory(const CommandContext& context, const std::string& directory);
 
 // The whole directory goes, which lies in a location and ends in a backslash; otherwise what is left of it and
-// why. None when the deletion was refused as a whole, which the user was told.
-std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory);
+// why. None when the deletion was refused as a whole, which the user was told. `last` as for DeleteTree.
+std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory,
+                                      const std::string& last = {});
 
 // "... could not be removed (another program is using it)"
 std::string DescribeRemaining(const Status& status);

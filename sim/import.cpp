@@ -6,7 +6,7 @@
 #include "package/walk.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
-#include "sim/found_gauges.h"
+#include "sim/install_record.h"
 #include "sim/name_list.h"
 #include "sim/progress.h"
 #include "sim/shared_files.h"
@@ -126,7 +126,7 @@ class Import {
         for (const FileEntry& file : tree.files) {
             progress.Step();
             const std::string relative = file.path.substr(source.size());
-            if (EqualNoCase(relative, ImportNameFile) || EqualNoCase(relative, FoundGaugesFile))
+            if (EqualNoCase(relative, ImportNameFile) || IsInstallRecord(FoldCase(relative)))
                 continue;
             if (const Status status = CopyFile(file, staging + relative); !status)
                 notCopied.push_back(relative + " (" + DescribeFault(status.fault) + ")");

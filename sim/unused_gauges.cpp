@@ -39,7 +39,7 @@ std::vector<UnusedGauge> FindUnused(CommandContext& context,
                  std::max(1, count));
     };
     NameMatcher used(names);
-    if (!FindGaugesInUse(context, context.locations.MsfsDir, used, inGauges)) {
+    if (!FindGaugesInUse(context, context.locations.MsfsDir, used, "", inGauges)) {
         context.user.Tell("Not every panel.cfg file below " + context.locations.MsfsDir +
                               "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken "
                               "as used.",

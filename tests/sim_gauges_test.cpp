@@ -1,3 +1,4 @@
+#include "sim/gauge_removal.h"
 #include "sim/gauges.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
@@ -46,6 +47,7 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
         bool isRemoved;
     } rows[] = {
         {"unused", "clock.gau", "a", "a", "clock\r\nGauge00=other", true},
+        {"used by its own aircraft", "learclock.gau", "a", "a", "", true},
         {"other bytes", "clock.gau", "a", "b", "", false},
         {"used", "Clock.gau", "a", "a", "[x]\r\n  GAUGE00 = CLOCK!x,1", false},
         {"used up to the first dot", "Clock.v2.gau", "a", "a", "gauge00=clock", false},
@@ -61,8 +63,9 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
             .With(std::string("Gauges\\") + row.file, row.inPackage);
         drive.Put(gauge, row.inSim);
         drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", row.otherPanel);
+        drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=learclock");
         Select("Lear");
-        EXPECT_TRUE(PlaceGauges(context, package, locations.MsfsDir, GaugeMode::Remove));
+        EXPECT_TRUE(bool(TakeOutGauges(context, package, drive.At("FS\\aircraft\\Lear\\"), nullptr)));
         EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
     }
 }

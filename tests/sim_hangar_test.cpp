@@ -55,14 +55,13 @@ TEST_F(HangarTest, RemovalAsksAtEveryStep) {
 
 TEST_F(HangarTest, AnInstalledPackageIsOfferedToTheOtherRemovalFirst) {
     Install();
-    const Tree before = drive.Tree();
     user.Expect(AskInstalled, Answer::Yes);
     ExpectRemoval().Expect("Done.").Expect(AskRemove, Answer::No);
     Run(RemovePackageFromHangar);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
     Install();
-    EXPECT_EQ(drive.Tree(), before);
 
+    const Tree before = drive.Tree();
     user.Expect(AskInstalled, Answer::No).Expect(AskRemove, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromHangar);
     EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
