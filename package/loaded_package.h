@@ -1,6 +1,7 @@
 // The package (or Staging) that the main window shows: its files by component group, its title, its aliases.
 #pragma once
 
+#include "package/config_text.h"
 #include "package/walk.h"
 
 #include <array>
@@ -28,12 +29,11 @@ inline constexpr std::array<std::string_view, GroupCount> ComponentGroupNames = 
     "Images",  "Aircraft", "Panel",         "Gauges",        "Model",
     "Texture", "Sound",    "Documentation", "Miscellaneous", "Unrecognized Files"};
 
-// The lines of the aircraft.cfg last read.
+// The aircraft.cfg last read.
 struct AircraftCfg {
-    std::string path;               // "" when the package has none
-    std::vector<std::string> lines; // leading blanks removed, at most 2000
-    std::size_t bytesRead = 0;      // where in the file the line after the last stored one begins
-    std::string title;              // "", the title, or "MULTI"
+    std::string path;  // "" when the package has none
+    ConfigText text;   // no line when it could not be read
+    std::string title; // "", the title, or "MULTI"
 };
 
 // "9999" stands for a package without a recorded size.

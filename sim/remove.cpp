@@ -3,7 +3,6 @@
 #include "archive/in_place.h"
 #include "package/file_primitives.h"
 #include "package/walk.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_plan.h"
@@ -46,8 +45,14 @@ bool IsRewrittenAlias(CommandContext& context, const LoadedPackage& package, con
         installed.key == "panel.cfg" ? package.PackagePanelAlias : package.PackageSoundAlias;
     if (alias.empty() || (installed.key != "panel.cfg" && installed.key != "sound.cfg"))
         return false;
-    const auto lines = ReadLines(context.files, installed.path), own = ReadLines(context.files, source);
-    return lines && own && *lines == WithAlias(*own, SpacesToUnderscores(alias));
+    const auto text = ReadConfigText(context.files, installed.path),
+               own = ReadConfigText(context.files, source);
+    const auto expected = own ? WithAlias(*own, SpacesToUnderscores(alias)) : std::nullopt;
+    // Their ends and indentation may be others than the package's.
+    return text && expected &&
+           std::ranges::equal(text->lines, expected->lines, [](const ConfigLine& a, const ConfigLine& b) {
+               return TrimBlanks(a.text) == TrimBlanks(b.text);
+           });
 }
 
 // The files of a package, to find the bytes of installed ones among them.

@@ -112,7 +112,7 @@ TEST_F(LoadTest, SingleConfigurationLosesItsVariationsInStagingOnly) {
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\aircraft.cfg"), true));
     LoadStaging();
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"),
-              "[fltsim.0]\r\n\tx=1\r\nTITLE= Lear 45 \r\nModel=\r\nsound=\r\n; title=no\r\nlast\r\n");
+              "\r\n  [fltsim.0]\r\n\tx=1\r\n  TITLE= Lear 45 \r\nModel=\r\nsound=\r\n; title=no\r\nlast");
     ExpectTrueListing();
 
     drive.Put("Staging\\aircraft.cfg", "[fltsim.1]\r\ntitle=Lear\r\ntexture=red\r\n");
@@ -120,6 +120,39 @@ TEST_F(LoadTest, SingleConfigurationLosesItsVariationsInStagingOnly) {
     EXPECT_FALSE(LoadStaging().isConfigurationChosen) << "an only one is taken unasked";
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\n");
     EXPECT_TRUE(drive.Has("Staging\\KX_MSFSImportName.txt"));
+}
+
+TEST_F(LoadTest, KeysAreFoundHoweverTheyAreSpelt) {
+    const struct {
+        const char *name, *before, *title, *after;
+    } rows[] = {
+        {"blanks and tabs",
+         "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture = 11\n\tmodel=\tx\rsound=s",
+         "Lear 45 ; mine", "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture =\n\tmodel=\rsound="},
+        {"quotes", "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\"11\"\n", "The \"Lear\"",
+         "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\n"},
+        {"comments",
+         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel=a;b",
+         "A // B",
+         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel="},
+        {"other keys", "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n", "A",
+         "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n"},
+    };
+    const std::function<std::string(std::string_view)> encodings[] = {
+        [](std::string_view text) { return std::string(text); },
+        [](std::string_view text) { return "\xEF\xBB\xBF" + std::string(text); },
+        [](std::string_view text) { return TwoByteText(text); },
+        [](std::string_view text) { return TwoByteText(text, true); },
+    };
+    for (const auto& row : rows) {
+        for (const auto& encoded : encodings) {
+            SCOPED_TRACE(row.name + std::to_string(&encoded - encodings));
+            drive.Put("Staging\\aircraft.cfg", encoded(row.before));
+            LoadStaging();
+            EXPECT_EQ(package.aircraftTitle, row.title);
+            EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), encoded(row.after));
+        }
+    }
 }
 
 TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
@@ -144,10 +177,11 @@ TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
 class ConfigurationTest : public LoadTest {
   protected:
     void PutAll() {
-        drive.Put("Staging\\P\\aircraft.cfg",
-                  "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
-                  "[fltsim.1]\r\ntitle= Lear red \r\ntexture=red\r\nmodel=\r\npanel=ifr\r\n\r\n"
-                  "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
+        drive.Put(
+            "Staging\\P\\aircraft.cfg",
+            "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
+            "[fltsim.1]\r\ntitle = Lear red \r\ntexture = red ; not blue\r\nmodel=\r\n\tpanel=ifr\r\n\r\n"
+            "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
         drive.Fill("Staging", "extras\\texture\\other.bmp=of nobody here, KX_MSFSImportName.txt=Lear");
         drive.Fill("Staging\\P", "texture\\skin.bmp=x, texture.red\\skin2.bmp=x, oldtexture.red\\keep.bmp=x, "
                                  "model\\x.mdl=x, panel\\panel.cfg=x, panel\\main.bmp=x, panel.ifr\\p.nel=x, "
@@ -163,18 +197,19 @@ TEST_F(ConfigurationTest, OneIsKeptWithItsDirectories) {
         std::vector<std::string> gone; // below P
     } rows[] = {
         {0,
-         "[fltsim.0]\r\ntitle=Lear\r\n",
+         "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n",
          {"panel.ifr\\p.nel", "texture.red\\shot.jpg", "texture.red\\skin2.bmp"}},
         // Of the plain panel only panel.cfg goes; the model is used by both.
-        {1, "[fltsim.0]\r\ntitle= Lear red \r\n", {"panel\\panel.cfg", "texture\\skin.bmp"}},
+        {1,
+         "[fltsim.0]\r\ntitle = Lear red \r\ntexture =\r\nmodel=\r\n\tpanel=\r\n\r\n",
+         {"panel\\panel.cfg", "texture\\skin.bmp"}},
     };
     for (const auto& kept : rows) {
         SCOPED_TRACE(kept.row);
         PutAll();
         auto expected = drive.Tree("Staging");
-        expected.at("P\\aircraft.cfg") = "; mine\r\n" + kept.section +
-                                         "texture=\r\nmodel=\r\npanel=\r\n\r\n"
-                                         "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n";
+        expected.at("P\\aircraft.cfg") =
+            "; mine\r\n" + kept.section + "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n";
         for (const auto& file : kept.gone)
             expected.erase("P\\" + file);
         expected.erase("KX_MSFSImportName.txt");
@@ -239,6 +274,18 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     EXPECT_EQ(package.PackagePanelAlias, "");
     EXPECT_FALSE(package.isCompressed);
     EXPECT_EQ(package.panelText, "None  (No panel)");
+}
+
+TEST_F(LoadTest, APanelOfTwoByteLettersHasAliasAndBitmaps) {
+    for (const char* alias : {"alias=Other\\Panel", "alias = \"Other\\Panel\" ; \"",
+                              "\tAlias\t=\tOther\\Panel\t// the other one"}) {
+        drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg",
+                  TwoByteText("[Window00]\nfile\t=\tmain.bmp\n" + std::string(alias)));
+        drive.Put("Hangar\\Jets\\Lear\\main.bmp", "x");
+        LoadHangar();
+        EXPECT_EQ(package.PackagePanelAlias, "other\\panel") << alias;
+        EXPECT_EQ(package.ComponentFiles[Texture].size(), 0u);
+    }
 }
 
 TEST_F(LoadTest, NoiseIsRead) {

@@ -7,7 +7,9 @@ namespace korvadex::test {
 
 TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
     const struct {
-        const char *name, *panel, *report;
+        const char* name;
+        std::string panel;
+        const char* report;
         std::vector<std::string> used; // below the gauges directory
     } rows[] = {
         {"empty", "", "PanelNoGauges", {}},
@@ -26,6 +28,14 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
          {"myclock.gau"}},
         {"no gauge lines", "; gauge00=a\ngauge\n[gauges]\nfile=gauge=1.bmp", "PanelNoGauges", {}},
         {"empty names", "gauge00=,1,2\ngauge01=", "", {}},
+        {"tabs, quotes and a comment",
+         "\tgauge00\t=\t\"Cessna!Airspeed, 10,20\"\r\ngauge01 = myclock ; mine\r\n",
+         "",
+         {"Cessna.CAB", "myclock.gau"}},
+        {"letters of two bytes",
+         TwoByteText("gauge00=myclock,1\r\ngauge01=zulu\r\n"),
+         "zulu.gau\r\n",
+         {"myclock.gau"}},
     };
     drive.Fill("FS\\gauges",
                "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, not.txt=x");

@@ -184,7 +184,7 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     user.ExpectRename({"Lear", "MULTI"}, true, {{"Lear", "New: *"}});
     Run(RenameHangarPackage);
     hangar["Jets\\Lear\\aircraft.cfg"] =
-        "[fltsim.0]\r\ntitle=New: *\r\n; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
+        "[fltsim.0]\r\n  Title=New: *\r\n ; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
 
     Select("Lear");
@@ -196,11 +196,11 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
         renamed[name.starts_with("Jets\\Lear\\") ? "Jets\\'LEAR' 4_5_" + name.substr(9) : name] = bytes;
     EXPECT_EQ(drive.Tree("Hangar"), renamed);
 
-    // Letters of two bytes are left alone.
-    const std::string wide("[\0\r\0\n\0t\0", 8), widePath = drive.At("Hangar\\Jets\\Wide\\aircraft.cfg");
-    drive.Put("Hangar\\Jets\\Wide\\aircraft.cfg", wide);
-    EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), widePath), "New"));
-    EXPECT_EQ(drive.Get("Hangar\\Jets\\Wide\\aircraft.cfg"), wide);
+    // What is no text is left alone.
+    const std::string odd("title=A\n\0", 9), oddPath = drive.At("Hangar\\Jets\\Odd\\aircraft.cfg");
+    drive.Put("Hangar\\Jets\\Odd\\aircraft.cfg", odd);
+    EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), oddPath), "New"));
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Odd\\aircraft.cfg"), odd);
 
     // A package without aircraft.cfg has no title; a directory that cannot be renamed stays.
     drive.Put("Hangar\\Jets\\Panel only\\Panel\\panel.cfg", "x");

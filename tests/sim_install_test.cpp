@@ -193,9 +193,9 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         {"panel of nothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
         {"panel under another name", "Big_Jet\\panel", "Panel\\panel.cfg",
          "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
-         "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
+         "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
         {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound",
-         "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
+         "", "[fltsim]\nalias=big_jet\\sound"},
         {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n",
          "", "[fltsim]\nalias=BigJet\\Panel\n"},
     };

@@ -111,7 +111,7 @@ TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
         Run(InstallPackage);
     };
     install();
-    EXPECT_EQ(drive.Get("FS\\aircraft\\Lear\\Panel\\panel.cfg"), "[fltsim]\r\nalias=big_jet\\panel\r\n");
+    EXPECT_EQ(drive.Get("FS\\aircraft\\Lear\\Panel\\panel.cfg"), "[fltsim]\n alias=big_jet\\panel\n");
     ExpectRemoval().Expect("Done.");
     Run(RemovePackageFromSim);
 
