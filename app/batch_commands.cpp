@@ -1,9 +1,9 @@
 // The commands of the Tools menu that go over all packages of the Hangar or of the current category.
 #include "app/program.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "sim/gauges.h"
 #include "sim/hangar_commands.h"
-#include "sim/name_list.h"
 #include "sim/run_simulator.h"
 #include "sim/unused_gauges.h"
 

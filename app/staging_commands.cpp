@@ -2,8 +2,10 @@
 // all of it or one kind of component.
 #include "app/program.h"
 #include "archive/process_zip.h"
+#include "package/duplicates.h"
 #include "package/file_primitives.h"
 #include "package/load_package.h"
+#include "package/name_list.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/copy_package.h"
@@ -49,6 +51,11 @@ bool Program::CanCopyToHangar(const std::string& name) {
         user.Tell(text, MessageIcon::Exclamation);
         return false;
     };
+    if (const auto twins = FilesOfOneName(package); !twins.empty())
+        return refuse(
+            "Staging holds files of one name, which a package cannot.  Nothing was copied.\r\n\r\n" +
+            ListNames(twins) +
+            "\r\n\r\nPlease rename or delete all but one of them and show Staging again (F5).");
     if (name.empty())
         return refuse("Please enter a package name.");
     if (!IsStorableName(name) || IsScratchName(name))
@@ -136,8 +143,7 @@ void Program::EraseStaging(bool isInHangar) {
     if (hasChanged() ||
         !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())
         return;
-    if (DeleteTree(context, settings.locations.StagingDir))
-        user.Tell("Done.");
+    TellDeleted(context, DeleteTree(context, settings.locations.StagingDir));
     LoadStaging();
 }
 

@@ -22,9 +22,12 @@ void SortByName(std::vector<FileEntry>& files);
 void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree);
 
 // All other files of one name, in Staging: keeps one of each name, by rule or by question, and deletes the
-// others from the disk, the list and the tree.
+// others from the disk, the list and the tree. One that cannot be deleted stays in all three.
 void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree);
+
+// The listed files that still have one name in one group, documents and pictures left out.
+std::vector<std::string> FilesOfOneName(const LoadedPackage& package);
 
 // All other files of one name, in a Hangar package: a sign of a wrong Hangar location. Says so and ends the
 // program.

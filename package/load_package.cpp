@@ -193,10 +193,6 @@ LoadOutcome Loader::Run() {
     for (const Group group : {Texture, Gauges, Documentation, Miscellaneous})
         FillComponentList(group);
     WarnOfExecutables();
-
-    FileList all = CollectFiles(package.tree, "", FileMode::All, context.limits);
-    NoteCut(all.cut);
-    package.packageFiles = std::move(all.entries);
     FillComponentList(Unrecognized);
     SetTexts();
     return outcome;
@@ -241,7 +237,8 @@ void CheckSingleAircraftCfg(CommandContext& context) {
             "Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  Would you "
             "like to remove all files from the Staging directory?",
             MessageIcon::Exclamation)) {
-        DeleteTree(context, staging);
+        if (const auto remaining = DeleteTree(context, staging); !remaining.empty())
+            TellDeleted(context, remaining);
         return;
     }
     context.user.Tell(

@@ -44,8 +44,7 @@ struct LoadedPackage {
     bool isStaging = false;
     // By group; the entry at position p is shown at position p of lstComponents(group).
     std::array<std::vector<FileEntry>, GroupCount> ComponentFiles;
-    std::vector<FileEntry> packageFiles; // every file
-    Tree tree;                           // as on disk after loading
+    Tree tree; // as on disk after loading: every file
     AircraftCfg aircraftCfg;
     std::string aircraftTitle;                        // what the name field shows
     std::string PackagePanelAlias, PackageSoundAlias; // lower case; "" when the package has its own
@@ -57,7 +56,7 @@ struct LoadedPackage {
     ListCut cut = ListCut::None; // a list that a limit cut: nothing may be copied or deleted from it
 
     int SizeInMeg() const; // bytes / 1,024,000, rounded
-    // An entry of the package file list whose file name equals name, without case.
+    // A file of the package whose file name equals name, without case.
     bool PackageHasFile(std::string_view name) const;
     // The listed file of that name, its full path; "" when there is none.
     std::string FindComponentFile(std::string_view name) const;

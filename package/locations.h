@@ -23,5 +23,7 @@ struct WalkLimits {
 
     bool operator==(const WalkLimits&) const = default;
 };
+// For what must not be cut.
+inline constexpr WalkLimits Unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
 
 } // namespace korvadex

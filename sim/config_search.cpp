@@ -1,9 +1,9 @@
 #include "sim/config_search.h"
 
 #include "package/config_text.h"
+#include "package/progress.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
-#include "sim/progress.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,13 +1,13 @@
 #include "sim/copy_package.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 #include "sim/copy_plan.h"
 #include "sim/gauges.h"
 #include "sim/install_record.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>

@@ -70,7 +70,7 @@ class Planner {
     // Names like 1024panel.cfg are recognized and yet in no group. They are kept with the unrecognized files,
     // so that a copy holds all that its original held.
     void PlanUnlistedFiles() {
-        for (const FileEntry& file : package.packageFiles) {
+        for (const FileEntry& file : package.tree.files) {
             if (IsProgramFile(file) || !planned.insert(file.path).second)
                 continue;
             plan.bytes += file.info.size;

@@ -10,7 +10,7 @@ namespace korvadex {
 namespace {
 
 Status FirstRemaining(CommandContext& context, const std::string& directory, const std::string& last) {
-    const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
+    const Tree tree = WalkTree(context.files, directory, WalkFor::Deletion);
     if (tree.isUnreadable)
         return {FileFault::Denied, tree.unreadable};
     for (const FileEntry& file : tree.files) {
@@ -37,15 +37,13 @@ bool IsLinkedDirectory(const CommandContext& context, const std::string& directo
     return info && info->kind == EntryKind::Link;
 }
 
-std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory,
-                                      const std::string& last) {
+Status DeleteDirectory(CommandContext& context, const std::string& directory, const std::string& last) {
     const std::string path = WithoutBackslash(directory);
     if (IsLinkedDirectory(context, directory))
         return context.files.Delete(path);
-    if (!DeleteTree(context, directory, last))
-        return std::nullopt;
+    static_cast<void>(DeleteTree(context, directory, last));
     if (context.files.RemoveDirectory(path))
-        return Status{};
+        return {};
     return FirstRemaining(context, directory, last);
 }
 

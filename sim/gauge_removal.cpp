@@ -1,11 +1,11 @@
 #include "sim/gauge_removal.h"
 
 #include "package/file_primitives.h"
+#include "package/progress.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
 #include "sim/install_record.h"
 #include "sim/name_matcher.h"
-#include "sim/progress.h"
 #include "sim/shared_files.h"
 #include "sim/sim_usage.h"
 

@@ -1,9 +1,9 @@
 #include "sim/gauges.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "platform/windows_path.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>

@@ -99,14 +99,12 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
         context.window.RefreshPackageDisplay();
         return;
     }
-    const auto status = DeleteDirectory(context, directory);
-    if (!status)
-        return;
+    const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
-    if (*status)
+    if (status)
         context.user.Tell("Done.");
     else
-        TellIncompleteRemoval(context, *status);
+        TellIncompleteRemoval(context, status);
     context.window.RefreshPackageDisplay();
 }
 

@@ -2,13 +2,13 @@
 
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "package/scratch.h"
 #include "package/walk.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/install_record.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>
@@ -106,12 +106,10 @@ class Import {
     }
 
     bool ClearStaging() {
-        if (!DeleteTree(context, staging))
-            return false;
-        return StagingIsEmpty(files, context.locations) ||
-               Refuse("Staging could not be cleared completely.  Please close the programs that use its "
-                      "files and "
-                      "try again.");
+        const std::vector<std::string> remaining = DeleteTree(context, staging);
+        return remaining.empty() ||
+               Refuse("Staging could not be cleared.  The following could not be deleted ...\r\n\r\n" +
+                      ListNames(remaining));
     }
 
     // It only proposes a name for the package: one that is not of this aircraft must not stay.

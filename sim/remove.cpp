@@ -2,6 +2,7 @@
 
 #include "archive/in_place.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
@@ -10,7 +11,6 @@
 #include "sim/gauge_removal.h"
 #include "sim/gauges.h"
 #include "sim/install_record.h"
-#include "sim/name_list.h"
 #include "sim/shared_files.h"
 #include "sim/sim_usage.h"
 
@@ -85,7 +85,7 @@ class PackageFiles {
 
     bool HasBytesOf(const FileEntry& installed) {
         if (bySize.empty()) {
-            for (const FileEntry& file : package.packageFiles) {
+            for (const FileEntry& file : package.tree.files) {
                 const bool mayBePacked = file.key.ends_with(".bmp") || file.key.ends_with(".gau");
                 bySize.emplace(mayBePacked ? UnpackedSize(context.files, file) : file.info.size, file.path);
             }
@@ -187,13 +187,10 @@ Status RemoveGauges(CommandContext& context, CommandState& state, const LoadedPa
     return {};
 }
 
-// What is left of the installed aircraft, and why; none when the deletion was refused as a whole, which the user was
-// told. Cut off anywhere, it is finished by the next one: the record goes last.
-std::optional<Status> RemoveAircraft(CommandContext& context, CommandState& state,
-                                     const LoadedPackage& package, const std::string& directory,
-                                     const SimUsage* usage) {
-    if (!IsLinkedDirectory(context, directory) && !WalkToDelete(context, directory, ScratchEntries::Include))
-        return std::nullopt;
+// What is left of the installed aircraft, and why. Cut off anywhere, it is finished by the next one: the record goes
+// last.
+Status RemoveAircraft(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                      const std::string& directory, const SimUsage* usage) {
     if (Status status = RemoveGauges(context, state, package, directory, usage); !status)
         return status;
     return DeleteDirectory(context, directory, directory + std::string(InstallRecordFile));
@@ -236,16 +233,14 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 
-    const auto status = RemoveAircraft(context, state, package, directory, usage);
-    if (!status)
-        return;
-    if (*status && usage)
+    const Status status = RemoveAircraft(context, state, package, directory, usage);
+    if (status && usage)
         usage->Forget(directory);
     context.window.RefreshPackageList();
-    if (!*status && state.QuietMode)
-        state.keptPackages.push_back(name + ": " + DescribeRemaining(*status));
-    else if (!*status)
-        TellIncompleteRemoval(context, *status);
+    if (!status && state.QuietMode)
+        state.keptPackages.push_back(name + ": " + DescribeRemaining(status));
+    else if (!status)
+        TellIncompleteRemoval(context, status);
     else if (!state.QuietMode)
         context.user.Tell("Done.");
     context.window.RefreshPackageDisplay();

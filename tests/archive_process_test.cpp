@@ -22,7 +22,7 @@ class ProcessTest : public CommandTest {
         return drive.Outline("Staging");
     }
     std::string Unpack(const ZipBuilder& zip) { return Unpack(zip.Bytes()); }
-    void EmptyStaging() { EXPECT_TRUE(DeleteTree(context, locations.StagingDir)); }
+    void EmptyStaging() { EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty()); }
 
     ScriptedUser& ExpectProblem(const std::string& relative, int code) {
         return user.Expect("There was a problem with the zip file(" + drive.At(relative) +

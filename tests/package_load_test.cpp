@@ -44,24 +44,50 @@ TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
     ExpectTrueListing();
 }
 
+// Counts how often a file is opened.
+class CountingFiles : public FaultyFiles {
+  public:
+    using FaultyFiles::FaultyFiles;
+    mutable int opened = 0;
+    Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) const override {
+        ++opened;
+        return FaultyFiles::OpenForReading(path);
+    }
+};
+
+TEST_F(LoadTest, EachOfManyDocumentsOfOneNameIsReadAFewTimesOnly) {
+    constexpr int Count = 300;
+    for (int i = 0; i < Count; ++i) // of one size, and some equal
+        drive.Put("Staging\\" + std::to_string(i) + "\\readme.txt", std::to_string(1000 + i % 250));
+    CountingFiles files(drive.Files());
+    CommandContext counted = On(files);
+    LoadPackage(counted, locations.StagingDir, true, package);
+    EXPECT_EQ(package.ComponentFiles[Documentation].size(), 250u);
+    EXPECT_LT(files.opened, 4 * Count);
+    EXPECT_EQ(window.progressShown, 1);
+    EXPECT_FALSE(window.isProgressVisible);
+    ExpectTrueListing();
+}
+
 TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
     const std::string stub = "[fltsim]\r\nalias=x\\panel\r\n", whole(1001, ';');
     const std::pair<const char*, std::string> files[] = {
         {"a\\panel.cfg", stub}, {"b\\panel.cfg", whole}, {"a\\sound.cfg", whole},
         {"b\\sound.cfg", stub}, {"a\\gyro.gau", "same"}, {"b\\gyro.gau", "same"},
         {"a\\odd.gau", "AAAA"}, {"b\\odd.gau", "BBBB"}, // same size and time, other bytes
-        {"a\\x.mdl", "1"},      {"b\\X.MDL", "22"},
+        {"a\\x.mdl", "1"},      {"b\\X.MDL", "22"},      {"a\\late.gau", "same"},
     };
     for (const auto& [name, bytes] : files)
         PutAtNoon(std::string("Staging\\") + name, bytes);
+    drive.Put("Staging\\b\\late.gau", "same"); // at another time
     user.Expect("A duplicate filename condition has occurred.\n\nShould I use this file:\n\n" +
                     drive.At("Staging\\a\\x.mdl") + "  (Size: 1 Date: ...)\n\nInstead of this file? :\n\n" +
                     drive.At("Staging\\b\\X.MDL") + "  (Size: 2 Date: ...)",
                 Answer::No);
     user.Expect(Duplicate, Answer::Yes);
     LoadStaging();
-    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\odd.gau", "a\\sound.cfg", "b\\",
-                                                    "b\\X.MDL", "b\\panel.cfg"));
+    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\late.gau", "a\\odd.gau",
+                                                    "a\\sound.cfg", "b\\", "b\\X.MDL", "b\\panel.cfg"));
     EXPECT_EQ(package.panelText, "None  (Original panel)") << "the stub that went has no say";
     ExpectTrueListing();
 }
@@ -295,7 +321,7 @@ TEST_F(LoadTest, NoiseIsRead) {
     for (const char* file : {"Panel\\panel.cfg", "Sound\\sound.cfg", "aircraft.cfg"})
         drive.Put(std::string("Staging\\") + file, noise);
     LoadStaging();
-    EXPECT_EQ(package.packageFiles.size(), 3u);
+    EXPECT_EQ(package.tree.files.size(), 3u);
 }
 
 TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {
