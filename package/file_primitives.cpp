@@ -15,21 +15,6 @@ bool IsFullTreePath(std::string_view path) {
            path[3] != ' ' && path.find("\\\\") == std::string_view::npos;
 }
 
-// Only trees within a location may go, none that holds a location, and never the places that collections hang
-// from.
-bool MayBeDeleted(const Locations& locations, const std::string& path) {
-    if (!IsFullTreePath(path) || locations.RootOf(path).empty())
-        return false;
-    if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
-        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
-        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
-        return false;
-    const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
-    return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
-        return IsAtOrBelow(*location, path) && !EqualNoCase(*location, path);
-    });
-}
-
 std::string Explained(const std::string& path, FileFault fault) {
     return path + " (" + DescribeFault(fault) + ")";
 }
@@ -50,6 +35,19 @@ std::string NameInSim(std::string_view name, Has has) {
 
 } // namespace
 
+bool MayBeDeleted(const Locations& locations, const std::string& path) {
+    if (!IsFullTreePath(path) || locations.RootOf(path).empty())
+        return false;
+    if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
+        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
+        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
+        return false;
+    const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
+    return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
+        return IsAtOrBelow(*location, path) && !EqualNoCase(*location, path);
+    });
+}
+
 bool DeleteFileForced(FileSystem& files, const std::string& path) {
     static_cast<void>(files.ClearAttributes(path));
     const Status status = files.Delete(path);
@@ -67,6 +65,14 @@ std::string DeleteOrExplain(FileSystem& files, const std::string& path) {
     static_cast<void>(files.ClearAttributes(path));
     const FileFault fault = files.Delete(path).fault;
     return fault == FileFault::None || fault == FileFault::NotFound ? "" : Explained(path, fault);
+}
+
+std::string DeleteListed(FileSystem& files, const FileEntry& listed) {
+    const auto now = files.Info(listed.path);
+    if (now &&
+        (now->kind != listed.info.kind || now->size != listed.info.size || now->time != listed.info.time))
+        return listed.path + " (it was changed by another program meanwhile)";
+    return DeleteOrExplain(files, listed.path);
 }
 
 bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {

@@ -15,11 +15,17 @@ namespace korvadex {
 bool DeleteFileForced(FileSystem& files, const std::string& path);
 // The same; "" when the file is gone, else its path and the reason: "C:\a.txt (access was denied)".
 std::string DeleteOrExplain(FileSystem& files, const std::string& path);
+// The same for a file that was listed: one that has changed since stays, as it is another one by now.
+std::string DeleteListed(FileSystem& files, const FileEntry& listed);
 // Removes a directory that holds nothing but what file managers write there; true when it is gone.
 bool RemoveEmptyDirectory(FileSystem& files, const std::string& path);
 
 // All that was written to these files and directories is on the disk when this returns; otherwise the first fault.
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths);
+
+// Only trees within a location may go, none that holds a location, and never the places that collections hang
+// from.
+bool MayBeDeleted(const Locations& locations, const std::string& path);
 
 // Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
 // location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.

@@ -5,8 +5,8 @@
 #include "package/rename.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
+#include "sim/copy_check.h"
 #include "sim/copy_package.h"
-#include "sim/copy_plan.h"
 #include "sim/delete_directory.h"
 #include "sim/gauges.h"
 
@@ -53,27 +53,10 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
     return true;
 }
 
-// The first file of the package that is not in Staging as it should be; "" when all are there.
-std::string FirstNotStaged(CommandContext& context, const LoadedPackage& package,
-                           const std::string& destination) {
-    const auto isThere = [&](const std::string& path) {
-        const auto info = context.files.Info(path);
-        return info && info->kind == EntryKind::File;
-    };
-    for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Staging).files) {
-        if (!isThere(destination + file.relative))
-            return file.source;
-    }
-    for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
-        if (!isThere(context.locations.StagingDir + "gauges\\" + gauge.Name()))
-            return gauge.path;
-    }
-    return "";
-}
-
 } // namespace
 
-void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim) {
+void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
+                      const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
     if (IsInstalled(context) &&
         context.user.AskYesNo(
@@ -99,6 +82,8 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
         context.window.RefreshPackageDisplay();
         return;
     }
+    if (lastLook && !lastLook())
+        return;
     const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
     if (status)
@@ -109,7 +94,7 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
 }
 
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
-                   const std::function<void()>& removeFromHangar) {
+                   const std::function<void(const std::function<bool()>&)>& removeFromHangar) {
     if (IsSecondAircraft(context, package))
         return;
     if (!StagingIsEmpty(context.files, context.locations) &&
@@ -121,7 +106,8 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
     if (!CopyPackageTo(context, package, destination))
         return;
     context.window.NoteStaged(name);
-    if (const std::string missing = FirstNotStaged(context, package, destination); !missing.empty()) {
+    if (const std::string missing = FirstNotCopied(context, package, CopyRoot::Staging, destination);
+        !missing.empty()) {
         context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" +
                               missing,
                           MessageIcon::Exclamation);
@@ -132,8 +118,19 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
         context.user.Tell("Done.");
         return;
     }
-    if (context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
-        removeFromHangar();
+    if (!context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
+        return;
+    removeFromHangar([&] {
+        const std::string different = HasChangedOnDisk(context.files, package)
+                                          ? package.path
+                                          : FirstNotCopied(context, package, CopyRoot::Staging, destination);
+        if (!different.empty())
+            context.user.Tell("The package is not in Staging as it is in the Hangar any more.  It was not "
+                              "removed.\r\n\r\n" +
+                                  different + "\r\n\r\nPlease clear Staging and copy the package again.",
+                              MessageIcon::Exclamation);
+        return different.empty();
+    });
 }
 
 void RenameInHangar(CommandContext& context, const LoadedPackage& package) {

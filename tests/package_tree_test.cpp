@@ -181,6 +181,14 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
     EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {1}));
     EXPECT_EQ(drive.Outline(directory), "a.txt=x");
+
+    user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes)
+        .Then([&] { drive.Put(directory + "a.txt", "written meanwhile"); })
+        .Expect("The following files were not deleted ...\n\n" + drive.At(directory) +
+                    "a.txt (it was changed by another program meanwhile)\n\n...",
+                MessageIcon::Exclamation);
+    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {0}));
+    EXPECT_EQ(drive.Outline(directory), "a.txt=written meanwhile");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Commands that change where a package of the Hangar lives, or tell who relies on it.
 #include "package/aircraft_cfg.h"
+#include "package/file_primitives.h"
 #include "sim/run_simulator.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
@@ -105,6 +106,37 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
         .Expect("Done.");
     Run(CopyPackageToStaging);
     EXPECT_EQ(drive.Tree("Hangar"), Without(hangar, "Jets\\Lear\\"));
+}
+
+// What changes while the question about the removal stands.
+TEST_F(HangarTest, OnlyWhatIsWholeInStagingGoesFromTheHangar) {
+    const struct {
+        const char *changed, *bytes; // no bytes: is deleted
+        std::string named;
+    } rows[] = {
+        {"Hangar\\Jets\\Lear\\Documentation\\late.txt", "noted", "Hangar\\Jets\\Lear\\"},
+        {"Staging\\aircraft\\Lear\\Model\\lear.mdl", nullptr, "Hangar\\Jets\\Lear\\Model\\lear.mdl"},
+        {"Staging\\gauges\\LearClock.gau", "MZ", "Hangar\\Jets\\Lear\\Gauges\\LearClock.gau"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.changed);
+        Tree before;
+        user.Expect(AskRemoveCopied, Answer::Yes).Expect(AskRemove, Answer::Yes).Then([&] {
+            if (row.bytes)
+                drive.Put(row.changed, row.bytes);
+            else
+                ASSERT_TRUE(drive.Files().Delete(drive.At(row.changed)));
+            before = drive.Tree();
+        });
+        user.Expect(
+            "The package is not in Staging as it is in the Hangar any more.  It was not removed.\n\n" +
+                drive.At(row.named) + "\n\n...",
+            MessageIcon::Exclamation);
+        Run(CopyPackageToStaging);
+        EXPECT_EQ(drive.Tree(), before);
+        EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty());
+        Select("Lear");
+    }
 }
 
 TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
