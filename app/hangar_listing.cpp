@@ -66,6 +66,12 @@ HangarListing ListHangar(const FileSystem& files, const Locations& locations,
     return hangar;
 }
 
+int IndexOf(const std::vector<std::string>& lines, std::string_view name) {
+    const auto found = std::ranges::find_if(
+        lines, [&](const std::string& line) { return EqualNoCase(WithoutInstalledMarks(line), name); });
+    return found == lines.end() ? -1 : static_cast<int>(found - lines.begin());
+}
+
 std::string PackageLine(const HangarPackage& package) {
     return package.isInstalled ? WithInstalledMarks(package.name) : package.name;
 }

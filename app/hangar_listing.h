@@ -26,6 +26,9 @@ HangarCategory ListCategory(const FileSystem& files, const Locations& locations,
 HangarListing ListHangar(const FileSystem& files, const Locations& locations,
                          const std::vector<std::string>& categories);
 
+// The place of a name among the lines of a chooser, whatever its case and marks; -1 when it is not there.
+int IndexOf(const std::vector<std::string>& lines, std::string_view name);
+
 // "Lear", "< Lear >"
 std::string PackageLine(const HangarPackage& package);
 

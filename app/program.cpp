@@ -14,6 +14,17 @@
 
 namespace korvadex {
 
+namespace {
+
+// Those that ask whether the package is installed, or work in the simulator.
+bool NeedsSimulator(int hangarCommand) {
+    constexpr int others[] = {CreatePanelAlias,     CreateSoundAlias,     CheckPackageReferences,
+                              CopyPackageToStaging, CompressShownPackage, DecompressShownPackage};
+    return std::ranges::find(others, hangarCommand) == std::end(others);
+}
+
+} // namespace
+
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
                  ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir,
                  std::string runningExecutable)
@@ -51,6 +62,39 @@ void Program::Run(const std::function<void()>& command) {
     } catch (const ProgramEnd&) {
         EndRun();
     }
+}
+
+bool Program::ArePlacesThere(std::initializer_list<Place> places) {
+    const auto gone = DescribeGone(files, settings.locations, places);
+    if (!gone.empty())
+        user.Tell(gone + GoneAdvice(), MessageIcon::Exclamation);
+    return gone.empty();
+}
+
+bool Program::IsShownThere(std::initializer_list<Place> alsoNeeded) {
+    if (!view.HangarSideShown)
+        return ArePlacesThere({Place::Staging});
+    const auto directory = SelectedPackagePath();
+    if (directory.empty())
+        return true; // each command says so
+    auto gone = DescribeGone(files, settings.locations, {Place::Hangar});
+    if (gone.empty())
+        gone = DescribeGone(files, settings.locations, alsoNeeded);
+    if (!gone.empty()) {
+        gone += GoneAdvice();
+    } else if (const auto fault = files.List(directory).fault(); fault == FileFault::NotFound) {
+        gone = "The package you've selected no longer seems to be in the Hangar.";
+    } else if (fault != FileFault::None) {
+        gone = "The directory " + directory + " cannot be read (" + DescribeFault(fault) +
+               ").  Please make sure that you may read it and try again.";
+    } else {
+        return true;
+    }
+    FillCategories();
+    RefreshPackageList();
+    LoadShownSide();
+    user.Tell(gone, MessageIcon::Exclamation);
+    return false;
 }
 
 void Program::ShowView() {
@@ -100,6 +144,8 @@ void Program::SetFirstPackage() {
             user.Tell("Please select a package in the Hangar first.");
             return;
         }
+        if (!IsShownThere())
+            return;
         const auto line = SelectedCategory() + "\\" + name;
         if (!SettingsCanHold(line)) {
             user.Tell("The name of this package has a character that cannot be kept in kx.ini.  Please "
@@ -126,7 +172,7 @@ std::optional<std::string> Program::ComponentPath(int group, int position) const
 
 void Program::OpenComponent(int group, int position) {
     Run([&] {
-        if (const auto path = ComponentPath(group, position))
+        if (const auto path = ComponentPath(group, position); path && IsShownThere())
             OpenComponentFile(context, *path);
     });
 }
@@ -134,7 +180,8 @@ void Program::OpenComponent(int group, int position) {
 void Program::ShowComponentInFolder(int group, int position) {
     Run([&] {
         const auto path = ComponentPath(group, position);
-        if (path && !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
+        if (path && IsShownThere() &&
+            !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
             user.Tell("The directory " + ParentDirectory(*path) + " could not be opened.",
                       MessageIcon::Exclamation);
     });
@@ -142,7 +189,8 @@ void Program::ShowComponentInFolder(int group, int position) {
 
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
     Run([&] {
-        if (group >= 0 && group < GroupCount && DeleteComponentFiles(context, package, group, positions))
+        if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}) &&
+            DeleteComponentFiles(context, package, group, positions))
             RefreshPackageDisplay();
     });
 }
@@ -161,6 +209,8 @@ void Program::RunCommand(Side processor, int code) {
 }
 
 void Program::RunHangarSideCommand(int code) {
+    if (!(NeedsSimulator(code) ? IsShownThere({Place::Simulator}) : IsShownThere()))
+        return;
     if (code != RemovePackageFromSim)
         ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
     state.CommandCode = code;
@@ -185,7 +235,8 @@ void Program::PressToolbarKey(const std::string& key) {
         } else if (key == "RunMSFS") {
             korvadex::RunSimulator(context);
         } else if (key == "ReadNotes") {
-            korvadex::ReadNotes(context, package);
+            if (IsShownThere())
+                korvadex::ReadNotes(context, package);
         } else if (key == "Information") {
             EditPackageInformation();
         } else if (key == "Install") {

@@ -8,6 +8,7 @@
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
 #include "package/erase_staging.h"
+#include "package/presence.h"
 #include "sim/hangar_commands.h"
 
 #include <functional>
@@ -30,6 +31,11 @@ enum StagingCommand : int {
     RemovePanelFromStaging = 5,
     RemoveAircraftFromStaging = 6,
     RemoveSoundFromStaging = 7
+};
+
+// One of those that a command for many goes through.
+struct PackageInBatch {
+    std::string category, name;
 };
 
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
@@ -138,6 +144,10 @@ class Program : private MainWindow {
     void Run(const std::function<void()>& command);
     void ShowView();
     void RunHangarSideCommand(int code);
+    // False, after a message, when one of the places is gone.
+    bool ArePlacesThere(std::initializer_list<Place> places);
+    // The same of what is shown, Staging or a package of the Hangar; then the lists are filled anew.
+    bool IsShownThere(std::initializer_list<Place> alsoNeeded = {});
 
     // file_list.cpp
     void ListFromMenu(std::string_view caption);
@@ -171,7 +181,9 @@ class Program : private MainWindow {
     // For a command of the Hangar: the user sees what it is about before it asks.
     void EnsureHangarSide();
     void LoadShownSide();
-    void LoadSelectedPackage();
+    // Gives the two files of one name that keep the package from being loaded; outside of a batch they end the
+    // program.
+    std::vector<std::string> LoadSelectedPackage();
     void LoadStaging();
     void ClearPackageDisplay();
     void ReloadWhenChanged();
@@ -203,7 +215,8 @@ class Program : private MainWindow {
     void CopyToHangar();
     bool CanCopyToHangar(const std::string& name);
     void AddArchive(const std::string& archive);
-    void EraseStaging(bool isInHangar = false);
+    // copiedTo: the package of the Hangar that has just been made of it.
+    void EraseStaging(const std::string& copiedTo = "");
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     void ImportIntoStagingSide();
@@ -212,7 +225,10 @@ class Program : private MainWindow {
     void EditPackageInformation();
 
     // batch_commands.cpp
-    void ForEachPackage(bool isCategoryOnly, const std::function<void()>& command);
+    std::vector<PackageInBatch> PackagesInBatch(bool isCategoryOnly);
+    void ForEachPackage(const std::vector<PackageInBatch>& packages,
+                        const std::function<void(const PackageInBatch&)>& command);
+    std::string LoadForBatch(const PackageInBatch& selected, std::initializer_list<Place> places);
     void CompressEach(const std::string& question, bool compress);
     void UninstallEach(const std::string& question, bool isCategoryOnly);
 

@@ -8,6 +8,7 @@
 #include "package/name_list.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
+#include "sim/copy_check.h"
 #include "sim/copy_package.h"
 #include "sim/import.h"
 
@@ -16,6 +17,10 @@
 namespace korvadex {
 
 void Program::RunStagingCommand(int code, const std::string& archive) {
+    if (!IsShownThere() ||
+        (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
+        (code == ImportIntoStaging && !ArePlacesThere({Place::Simulator})))
+        return;
     state.CommandCode = code;
     view.packageName = CleanPackageName(view.packageName);
     ShowView(); // the user sees the name that will be used
@@ -51,7 +56,11 @@ bool Program::CanCopyToHangar(const std::string& name) {
         user.Tell(text, MessageIcon::Exclamation);
         return false;
     };
-    if (const auto twins = FilesOfOneName(package); !twins.empty())
+    std::vector<std::string> twins;
+    for (const auto& group : package.ComponentFiles)
+        for (auto& path : FilesOfOneName(group))
+            twins.push_back(std::move(path));
+    if (!twins.empty())
         return refuse(
             "Staging holds files of one name, which a package cannot.  Nothing was copied.\r\n\r\n" +
             ListNames(twins) +
@@ -104,7 +113,7 @@ void Program::CopyToHangar() {
     SelectPackageNamed(name); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
-    EraseStaging(true);
+    EraseStaging(destination);
 }
 
 bool Program::MayAddToStaging() {
@@ -130,15 +139,24 @@ void Program::AddArchive(const std::string& archive) {
         LoadStaging();
 }
 
-void Program::EraseStaging(bool isInHangar) {
-    // What arrived while the package was copied, or while the user thought about it, is in no package yet.
+void Program::EraseStaging(const std::string& copiedTo) {
+    // What arrived while the package was copied, or while the user thought about it, is in no package yet; and the
+    // package may have gone.
     const auto hasChanged = [&] {
-        if (!isInHangar || !HasChangedOnDisk(files, package))
+        if (copiedTo.empty())
             return false;
-        LoadStaging();
-        user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
-                  MessageIcon::Exclamation);
-        return true;
+        if (HasChangedOnDisk(files, package)) {
+            LoadStaging();
+            user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
+                      MessageIcon::Exclamation);
+            return true;
+        }
+        const auto missing = FirstNotCopied(context, package, CopyRoot::Hangar, copiedTo);
+        if (!missing.empty())
+            user.Tell("The new package is not complete any more.  Staging was not cleared.\r\n\r\n" +
+                          missing + "\r\n\r\nPlease copy the package to the Hangar again.",
+                      MessageIcon::Exclamation);
+        return !missing.empty();
     };
     if (hasChanged() ||
         !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())

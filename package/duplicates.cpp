@@ -244,33 +244,26 @@ void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, s
     settling.Finish();
 }
 
-std::vector<std::string> FilesOfOneName(const LoadedPackage& package) {
+std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files) {
     std::vector<std::string> paths;
-    for (const auto& files : package.ComponentFiles) {
-        for (std::size_t begin = 0, end = 0; begin < files.size(); begin = end) {
-            end = EndOfRun(files, begin);
-            if (end - begin > 1 && !IsDocument(files[begin]))
-                for (std::size_t index = begin; index < end; ++index)
-                    paths.push_back(files[index].path);
-        }
+    for (std::size_t begin = 0, end = 0; begin < files.size(); begin = end) {
+        end = EndOfRun(files, begin);
+        if (end - begin > 1 && !IsDocument(files[begin]))
+            for (std::size_t index = begin; index < end; ++index)
+                paths.push_back(files[index].path);
     }
     return paths;
 }
 
-void StopOnHangarDuplicate(CommandContext& context, const std::vector<FileEntry>& files) {
-    for (std::size_t second = files.size(); second-- > 1;) {
-        const FileEntry& first = files[second - 1];
-        if (first.key != files[second].key || IsDocument(first))
-            continue;
-        context.user.Tell(
-            "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred "
-            "while loading components for a package:\r\n\r\n" +
-                first.path + "\r\n\r\n" + files[second].path +
-                "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  Please restart "
-                "Korvadex and double check the Hangar location.",
-            MessageIcon::Critical);
-        throw ProgramEnd{};
-    }
+void StopOnHangarDuplicate(CommandContext& context, const std::vector<std::string>& twins) {
+    context.user.Tell(
+        "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred "
+        "while loading components for a package:\r\n\r\n" +
+            twins[0] + "\r\n\r\n" + twins[1] +
+            "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  Please restart "
+            "Korvadex and double check the Hangar location.",
+        MessageIcon::Critical);
+    throw ProgramEnd{};
 }
 
 } // namespace korvadex

@@ -26,11 +26,10 @@ void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEn
 void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree);
 
-// The listed files that still have one name in one group, documents and pictures left out.
-std::vector<std::string> FilesOfOneName(const LoadedPackage& package);
+// Those files of a sorted list that have one name, documents and pictures left out.
+std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files);
 
-// All other files of one name, in a Hangar package: a sign of a wrong Hangar location. Says so and ends the
-// program.
-void StopOnHangarDuplicate(CommandContext& context, const std::vector<FileEntry>& files);
+// Two files of one name in a Hangar package: a sign of a wrong Hangar location. Says so and ends the program.
+[[noreturn]] void StopOnHangarDuplicate(CommandContext& context, const std::vector<std::string>& twins);
 
 } // namespace korvadex

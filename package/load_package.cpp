@@ -28,7 +28,7 @@ class Loader {
     std::vector<FileEntry> Collect(Group group);
     std::vector<FileEntry> CollectNames(std::initializer_list<std::string_view> names);
     void FillComponentList(Group group);
-    void StopOnDuplicates();
+    std::vector<std::string> FindTwins();
     void ReadPanelConfigs();
     void ReadSoundConfigs();
     void ReadMarker();
@@ -75,10 +75,12 @@ void Loader::FillComponentList(Group group) {
 }
 
 // Before anything is renamed in what may turn out to be no package at all.
-void Loader::StopOnDuplicates() {
+std::vector<std::string> Loader::FindTwins() {
     ReadPanelConfigs();
     for (int group = 0; group < GroupCount; ++group)
-        StopOnHangarDuplicate(context, Collect(static_cast<Group>(group)));
+        if (auto twins = FilesOfOneName(Collect(static_cast<Group>(group))); !twins.empty())
+            return twins;
+    return {};
 }
 
 // What the configurations name counts only after it is settled which of them stay.
@@ -178,8 +180,11 @@ void Loader::SetTexts() {
 LoadOutcome Loader::Run() {
     LoadOutcome outcome;
     package.tree = WalkTree(context.files, package.path);
-    if (!package.isStaging)
-        StopOnDuplicates();
+    if (!package.isStaging) {
+        outcome.twins = FindTwins();
+        if (!outcome.twins.empty())
+            return outcome;
+    }
 
     FillComponentList(Images);
     ReadMarker();

@@ -9,11 +9,12 @@ namespace korvadex {
 struct LoadOutcome {
     // A configuration was chosen: the package name field is emptied.
     bool isConfigurationChosen = false;
+    // Two files of one name in a Hangar package: nothing was loaded.
+    std::vector<std::string> twins;
 };
 
 // Loads the directory `path` (ends in a backslash) into package, from nothing. In Staging it settles
-// duplicate names, reduces aircraft.cfg and warns of executables. Throws ProgramEnd on a duplicate in a
-// Hangar package, after saying so.
+// duplicate names, reduces aircraft.cfg and warns of executables.
 LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
                         LoadedPackage& package);
 

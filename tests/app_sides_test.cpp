@@ -1,3 +1,4 @@
+#include "platform/windows_path.h"
 #include "tests/support/program_fixture.h"
 
 namespace korvadex::test {
@@ -66,6 +67,65 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
     program->Refresh();
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Airbus\\"));
+}
+
+TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
+    const auto hangarCommand = [this](int code) {
+        return [=, this] { program->RunCommand(Side::Hangar, code); };
+    };
+    std::vector<std::function<void()>> commands;
+    for (int code = InstallPackage; code <= DecompressShownPackage; ++code)
+        if (code != 10)
+            commands.push_back(hangarCommand(code));
+    const std::function<void()> others[] = {
+        [this] { program->SetFirstPackage(); },
+        [this] { program->CreateNotes(); },
+        [this] { program->ReadNotes(); },
+        [this] { program->DeleteNotes(); },
+        [this] { program->Explore(); },
+        [this] { program->EditInformation(); },
+        [this] { program->ImportImageFiles(); },
+        [this] { program->DeleteImage(); },
+        [this] { program->OpenComponent(Aircraft, 0); },
+        [this] { program->DeleteComponents(Aircraft, {0}); },
+        [this] { program->PressToolbarKey("Compress"); },
+    };
+    commands.insert(commands.end(), std::begin(others), std::end(others));
+    const std::string lear = drive.At("Hangar\\Jets\\Lear"), away = drive.At("Away");
+    drive.Fill("Hangar\\Jets\\Lear", "Images\\a.jpg=x, Panel\\panel.cfg=x, Panel\\oldpanel.cfg=x");
+    Start();
+    const auto expectAnswer = [&](const std::string& gone, const std::string& message, const auto& run) {
+        Select("Jets", 2);
+        ASSERT_TRUE(drive.Files().Rename(gone, away));
+        const auto before = drive.Tree();
+        user.Expect(message, MessageIcon::Exclamation);
+        run();
+        EXPECT_EQ(drive.Tree(), before);
+        ASSERT_TRUE(drive.Files().Rename(away, gone));
+        program->Refresh();
+    };
+    for (const auto& command : commands)
+        expectAnswer(lear, "The package you've selected no longer seems to be in the Hangar.", [&] {
+            command();
+            EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde"}));
+        });
+    expectAnswer(WithoutBackslash(locations.HangarDir),
+                 "The Hangar directory " + locations.HangarDir + " is not there...",
+                 hangarCommand(InstallPackage));
+    for (const int code :
+         {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, RenameHangarPackage})
+        expectAnswer(WithoutBackslash(locations.MsfsDir),
+                     "The MSFS directory " + locations.MsfsDir + " is not there...", hangarCommand(code));
+
+    program->GoToStaging();
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
+    for (const int code :
+         {CopyStagingToHangar, ProcessZipIntoStaging, ImportIntoStaging, RemoveAllFromStaging}) {
+        user.Expect("The Staging directory " + locations.StagingDir + " is not there...",
+                    MessageIcon::Exclamation);
+        program->RunCommand(Side::Staging, code);
+    }
+    EXPECT_TRUE(launcher.started.empty());
 }
 
 TEST_F(Sides, SwitchingSides) {

@@ -1,4 +1,5 @@
 #include "package/config_readers.h"
+#include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
 #include "tests/support/faulty_files.h"
@@ -166,6 +167,19 @@ TEST_F(StagingCommands, WhatArrivesDuringTheCopyIsNotCleared) {
     user.Expect("The Staging directory has changed since...");
     Copy("Lear 2");
     EXPECT_TRUE(drive.Has("Staging\\later.txt"));
+}
+
+TEST_F(StagingCommands, StagingStaysWhenThePackageHasGoneMeanwhile) {
+    StartInStaging();
+    const auto before = drive.Tree("Staging");
+    user.Expect(AskClear, Answer::Yes).Expect(Erase, Answer::Yes).Then([this] {
+        EXPECT_TRUE(DeleteTree(context, drive.At("Hangar\\Jets\\Lear\\Model\\")).empty());
+    });
+    user.Expect("The new package is not complete any more.  Staging was not cleared.\n\n" +
+                    drive.At("Staging\\ZIP_lear.zip\\Model\\lear.mdl") + "\n\n...",
+                MessageIcon::Exclamation);
+    Copy("Lear");
+    EXPECT_EQ(drive.Tree("Staging"), before);
 }
 
 TEST_F(StagingCommands, ErasingEverything) {

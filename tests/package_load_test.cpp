@@ -100,15 +100,12 @@ TEST_F(LoadTest, OneAnswerCanServeAllFurtherDuplicates) {
     EXPECT_THAT(drive.Names("Staging"), ElementsAre("1\\", "2\\", "2\\a.mdl", "2\\c.gau"));
 }
 
-TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
+TEST_F(LoadTest, DuplicateInTheHangarIsFoundBeforeAnythingIsRenamed) {
     drive.Fill("Hangar\\Jets\\Lear", "a\\readme.txt=1, b\\readme.txt=2, a\\x.gau=same, b\\x.gau=same");
     const auto before = drive.Tree();
-    user.Expect(
-        "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
-            drive.At("Hangar\\Jets\\Lear\\a\\x.gau") + "\n\n" + drive.At("Hangar\\Jets\\Lear\\b\\x.gau") +
-            "\n\nThis is a dangerous situation.  Korvadex will now stop...",
-        MessageIcon::Critical);
-    EXPECT_THROW(LoadHangar(), ProgramEnd);
+    EXPECT_THAT(LoadHangar().twins, ElementsAre(drive.At("Hangar\\Jets\\Lear\\a\\x.gau"),
+                                                drive.At("Hangar\\Jets\\Lear\\b\\x.gau")));
+    EXPECT_TRUE(package.ComponentFiles[Documentation].empty());
     EXPECT_EQ(drive.Tree(), before);
 }
 
