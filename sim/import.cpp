@@ -106,10 +106,10 @@ class Import {
     }
 
     bool ClearStaging() {
-        const std::vector<std::string> remaining = DeleteTree(context, staging);
-        return remaining.empty() ||
-               Refuse("Staging could not be cleared.  The following could not be deleted ...\r\n\r\n" +
-                      ListNames(remaining));
+        const auto remaining = DeleteTree(context, staging);
+        if (!remaining.empty())
+            TellDeleted(context, remaining);
+        return remaining.empty();
     }
 
     // It only proposes a name for the package: one that is not of this aircraft must not stay.

@@ -68,6 +68,7 @@ TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
         {"a document in another place", "FS\\aircraft\\Lear\\readme2.txt", "read me", false},
         {"panel in the simulator", "FS\\aircraft\\Lear\\Panel\\panel.cfg", "mine", true},
         {"a flight", "FS\\aircraft\\Lear\\first.flt", "mine", true},
+        {"a gauge of the package", "Hangar\\Jets\\Lear\\Gauges\\LearClock.gau", "", false},
         {"the record", "FS\\aircraft\\Lear\\kx_installed.txt", "torn", false},
     };
     for (const auto& row : rows) {
@@ -83,6 +84,8 @@ TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
         state.keptPackages.clear();
         Run(RemovePackageFromSim);
         EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), row.isLost);
+        // The only copy of a gauge that was taken out of the package stays.
+        EXPECT_EQ(drive.Has("FS\\gauges\\LearClock.gau"), row.isLost || row.file.ends_with(".gau"));
         if (row.isLost) {
             ASSERT_EQ(state.keptPackages.size(), 1u);
             EXPECT_THAT(state.keptPackages[0], testing::HasSubstr(LastPathComponent(row.file)));
