@@ -155,6 +155,8 @@ void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
     if (status)
         status = imported.Place(directory, usedGauges);
     if (status)
+        status = FlushFiles(context.files, imported.PathsToFlush());
+    if (status)
         context.user.Tell("Done.");
     else
         context.user.Tell("The gauges could not be copied to Staging.\r\n\r\n" + status.path +
