@@ -38,8 +38,10 @@ class GaugeStock {
             const FileList found = CollectFiles(tree, extension, FileMode::Extension, context.limits);
             if (found.cut != ListCut::None)
                 context.window.ShowStatus(DescribeCut(found.cut, context.limits));
-            for (const FileEntry& entry : found.entries)
-                pathsByName[entry.key].push_back(entry.path);
+            for (const FileEntry& entry : found.entries) {
+                if (entry.info.size > 0) // a power cut leaves some without a byte, which show nothing
+                    pathsByName[entry.key].push_back(entry.path);
+            }
         }
     }
 

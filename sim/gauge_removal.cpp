@@ -33,7 +33,7 @@ class BroughtGauges {
         for (const RecordedFile& gauge : record ? record->files : ByPackage()) {
             const std::string path = context.locations.MsfsDir + "gauges\\" + gauge.name;
             if (gauge.kind != GaugeKind || !gauge.isPlaced || IsStockGauge(gauge.name) ||
-                !(IsUnchanged(context.files, gauge, path) || IsOfPackage(gauge.name, path)))
+                !(IsUnchanged(context.files, gauge, path) || IsEmpty(path) || IsOfPackage(gauge.name, path)))
                 continue;
             if (auto now = RecordFile(context.files, GaugeKind, gauge.name, path))
                 gauges.push_back(std::move(*now));
@@ -53,6 +53,12 @@ class BroughtGauges {
                 gauges.push_back({.kind = std::string(GaugeKind), .name = name, .isPlaced = true});
         }
         return gauges;
+    }
+
+    // What a power cut has left of one.
+    bool IsEmpty(const std::string& path) const {
+        const auto info = context.files.Info(path);
+        return info && info->kind == EntryKind::File && info->size == 0;
     }
 
     // A gauge of the same name with other bytes came from elsewhere.

@@ -36,9 +36,11 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
          TwoByteText("gauge00=myclock,1\r\ngauge01=zulu\r\n"),
          "zulu.gau\r\n",
          {"myclock.gau"}},
+        {"a file without a byte", "gauge00=hollow,1", "hollow.gau\r\n", {}},
     };
-    drive.Fill("FS\\gauges",
-               "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, not.txt=x");
+    drive.Fill(
+        "FS\\gauges",
+        "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, hollow.gau=, not.txt=x");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         drive.Put("panel.cfg", row.panel);
@@ -59,6 +61,7 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
         {"unused", "clock.gau", "a", "a", "clock\r\nGauge00=other", true},
         {"used by its own aircraft", "learclock.gau", "a", "a", "", true},
         {"other bytes", "clock.gau", "a", "b", "", false},
+        {"what a power cut has left of it", "clock.gau", "a", "", "", true},
         {"used", "Clock.gau", "a", "a", "[x]\r\n  GAUGE00 = CLOCK!x,1", false},
         {"used up to the first dot", "Clock.v2.gau", "a", "a", "gauge00=clock", false},
         {"a stock name", "BF109E.GAU", "a", "a", "", false},

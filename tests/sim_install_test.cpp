@@ -75,7 +75,9 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
          "gauges\\learclock.gau=MZ another clock, gauges\\learcab.CAB=MSCF another",
          {}},
     };
-    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").With("Texture\\Lear_t.bmp", std::string(100'000, 'B'));
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
+        .With("Texture\\Lear_t.bmp", std::string(100'000, 'B'))
+        .With("Unrecognized Files\\flight_model.cfg", "in no group");
     const Entries hangar = drive.Tree("Hangar");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -90,6 +92,7 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
         Install();
         Entries installed = WithAircraft(before);
         installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
+        installed["aircraft\\My_Lear\\Unrecognized Files\\flight_model.cfg"] = "in no group";
         EXPECT_EQ(WithoutRecord(drive.Tree(row.name)), installed);
         EXPECT_EQ(window.listRefreshes, 1);
         EXPECT_EQ(window.displayRefreshes, 1);
@@ -153,15 +156,25 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     torn[14] = 'x'; // the CRC-32
     torn[torn.find("PK\x01\x02") + 16] = 'x';
     builder.With("Texture\\torn.bmp", torn);
+    // Under the name of its member, as a packed file is.
+    std::string tornGauge = torn;
+    for (std::size_t at = tornGauge.find("torn.bmp"); at != std::string::npos;
+         at = tornGauge.find("torn.bmp"))
+        tornGauge.replace(at, 8, "torn.gau");
+    builder.With("Gauges\\torn.gau", tornGauge);
     const Entries hangar = drive.Tree("Hangar");
     const Entries before = drive.Tree("FS");
     Select("My Lear");
     user.Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Texture\\torn.bmp") +
                     ".  It may be corrupt. (code 2)",
+                MessageIcon::Exclamation)
+        .Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Gauges\\torn.gau") +
+                    ".  It may be corrupt. (code 2)",
                 MessageIcon::Exclamation);
     Install();
     Entries installed = WithAircraft(before);
     installed["aircraft\\My_Lear\\Texture\\torn.bmp"] = torn;
+    installed["gauges\\torn.gau"] = tornGauge;
     EXPECT_EQ(WithoutRecord(drive.Tree("FS")), installed);
 
     ExpectRemoval().Expect("Done.");
@@ -263,6 +276,54 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
         }
     }
     EXPECT_GT(refusals, 20);
+}
+
+TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
+    const char* before = "aircraft\\, effects\\smoke.fx=, gauges\\LearClock.gau=, modules\\helper.dll=, "
+                         "sound\\Click.wav=";
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+        .Packed("Gauges\\LearClock.gau")
+        .With("Gauges\\none.gau", "");
+    drive.Fill("FS", before);
+    Select("Lear");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Rename", "aircraft\\Lear", FileFault::Denied);
+    user.Expect("The package could not be copied, and nothing of it was left behind....");
+    Run(InstallPackage, faulty);
+    EXPECT_EQ(drive.Outline("FS"), before);
+    drive.Put("FS\\gauges\\none.gau", ""); // as it is in the package
+    SimTest::Install();
+    EXPECT_EQ(drive.Outline("FS\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock, none.gau=");
+    EXPECT_EQ(drive.Get("FS\\effects\\smoke.fx"), "smoke");
+    EXPECT_EQ(drive.Get("FS\\modules\\helper.dll"), "MZ helper");
+    EXPECT_EQ(drive.Get("FS\\sound\\Click.wav"), "RIFF gauge click");
+    ExpectRemoval().Expect("Done.");
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(drive.Outline("FS\\gauges"), "none.gau=");
+}
+
+// The power may fail as soon as it is there.
+TEST_F(SimTest, AnInstallIsOnTheDiskBeforeItIsThere) {
+    drive.MakeDirectory("FS\\effects");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Packed("Texture\\Lear_t.bmp");
+    Select("Lear");
+    FaultyFiles watched(drive.Files());
+    std::vector<std::string> flushed;
+    watched.FailWhere([&](const std::string& change, const std::string& path) {
+        if (change == "Flush")
+            flushed.push_back(path);
+        if (change == "Rename" && path == drive.At("FS\\aircraft\\Lear")) {
+            for (const char* file :
+                 {"Panel\\panel.cfg", "Texture\\Lear_t.bmp", "Panel", "gauges\\LearCab.cab", "FS\\gauges",
+                  "effects\\smoke.fx", "modules\\helper.dll", "FS\\modules", "FS", "sound\\Click.wav"})
+                EXPECT_THAT(flushed, testing::Contains(testing::EndsWith(file)));
+            flushed.clear();
+        }
+        return FileFault::None;
+    });
+    user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
+    Run(InstallPackage, watched);
+    EXPECT_EQ(flushed, std::vector<std::string>{drive.At("FS\\aircraft")});
 }
 
 TEST_F(SimTest, FullDiskIsSeenBeforehand) {
