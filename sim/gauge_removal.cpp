@@ -10,6 +10,7 @@
 #include "sim/sim_usage.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 
 namespace korvadex {
@@ -73,39 +74,51 @@ class BroughtGauges {
     const std::string directory;
 };
 
-// True when the record in the directory has the gauge, from now on as one that it placed.
-Result<bool> HandOn(CommandContext& context, const RecordedFile& gauge, const std::string& directory) {
-    auto record = ReadInstallRecord(context.files, directory);
-    RecordedFile* own = record ? record->Find(GaugeKind, gauge.name) : nullptr;
-    if (!own)
-        return false;
-    if (own->isPlaced)
-        return true;
-    *own = gauge;
-    const Status status = WriteInstallRecord(context, directory, *record);
-    return status ? Result<bool>(true) : Result<bool>(status);
-}
+// The records of other aircraft that take gauges over, each read and written once.
+class HandOver {
+  public:
+    HandOver(CommandContext& command, const GaugeOwners& known) : context(command), owners(known) {}
 
-// Leaves those that nobody has in a record.
-Status HandOnAll(CommandContext& context, std::vector<RecordedFile>& gauges, const std::string& directory,
-                 const GaugeOwners& owners) {
-    std::vector<RecordedFile> left;
-    for (RecordedFile& gauge : gauges) {
-        bool isHandedOn = false;
-        for (const std::string& owner : owners.Of(gauge.name)) {
-            if (isHandedOn || EqualNoCase(owner, directory))
-                continue;
-            const auto outcome = HandOn(context, gauge, owner);
-            if (!outcome)
-                return outcome.status();
-            isHandedOn = *outcome;
-        }
-        if (!isHandedOn)
-            left.push_back(std::move(gauge));
+    // True when another than the aircraft in the directory has the gauge, from now on as one that it placed.
+    bool Take(const RecordedFile& gauge, const std::string& directory) {
+        return std::ranges::any_of(owners.Of(gauge.name), [&](const std::string& owner) {
+            return !EqualNoCase(owner, directory) && Note(gauge, owner);
+        });
     }
-    gauges = std::move(left);
-    return {};
-}
+
+    Status Write() {
+        for (const auto& [directory, heir] : heirs) {
+            if (!heir.isChanged)
+                continue;
+            if (Status status = WriteInstallRecord(context, directory, *heir.record); !status)
+                return status;
+        }
+        return {};
+    }
+
+  private:
+    struct Heir {
+        std::optional<InstallRecord> record;
+        bool isChanged = false;
+    };
+
+    bool Note(const RecordedFile& gauge, const std::string& owner) {
+        auto [place, isNew] = heirs.try_emplace(owner);
+        Heir& heir = place->second;
+        if (isNew) // not what was known once: it may have gone since
+            heir.record = ReadInstallRecord(context.files, owner);
+        RecordedFile* own = heir.record ? heir.record->Find(GaugeKind, gauge.name) : nullptr;
+        if (own && !own->isPlaced) {
+            *own = gauge;
+            heir.isChanged = true;
+        }
+        return own;
+    }
+
+    CommandContext& context;
+    const GaugeOwners& owners;
+    std::map<std::string, Heir> heirs; // by directory
+};
 
 void LeaveUsed(CommandContext& context, std::vector<RecordedFile>& gauges, const std::string& directory,
                const SimUsage* usage) {
@@ -164,7 +177,9 @@ Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const Lo
     std::optional<GaugeOwners> owners;
     if (!usage)
         owners.emplace(context);
-    if (Status status = HandOnAll(context, gauges, directory, usage ? usage->Owners() : *owners); !status)
+    HandOver handOver(context, usage ? usage->Owners() : *owners);
+    std::erase_if(gauges, [&](const RecordedFile& gauge) { return handOver.Take(gauge, directory); });
+    if (Status status = handOver.Write(); !status)
         return status;
     // The only copy of a gauge that somebody has taken out of the package stays.
     std::erase_if(gauges, [&](const RecordedFile& gauge) { return !HasGauge(package, gauge.name); });

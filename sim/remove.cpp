@@ -170,30 +170,32 @@ bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPac
         MessageIcon::Exclamation);
 }
 
-// The gauges that came with the aircraft go, while the record that knows them is there. The directory is as it was
-// when this fails.
-Status RemoveGauges(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                    const std::string& directory, const SimUsage* usage) {
+// The gauges that came with the aircraft go, while the record that knows them is there. False, after a word, when they
+// could not, and then nothing has changed.
+bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                  const std::string& name, const std::string& directory, const SimUsage* usage) {
     // Where no file is left an earlier removal has come to its end, but for the directory.
     if (!IsLinkedDirectory(context, directory) && WalkTree(context.files, directory).files.empty())
-        return {};
-    auto remaining = TakeOutGauges(context, package, directory, usage);
-    if (!remaining)
-        return remaining.status();
-    if (!usage)
-        TellRemainingGauges(context, *remaining);
-    else // a batch does not say it for each package
-        state.remainingGauges.insert(state.remainingGauges.end(), remaining->begin(), remaining->end());
-    return {};
-}
-
-// What is left of the installed aircraft, and why. Cut off anywhere, it is finished by the next one: the record goes
-// last.
-Status RemoveAircraft(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                      const std::string& directory, const SimUsage* usage) {
-    if (Status status = RemoveGauges(context, state, package, directory, usage); !status)
-        return status;
-    return DeleteDirectory(context, directory, directory + std::string(InstallRecordFile));
+        return true;
+    const auto remaining = TakeOutGauges(context, package, directory, usage);
+    if (remaining) {
+        if (!usage)
+            TellRemainingGauges(context, *remaining);
+        else // a batch does not say it for each package
+            state.remainingGauges.insert(state.remainingGauges.end(), remaining->begin(), remaining->end());
+        return true;
+    }
+    const Status status = remaining.status();
+    const std::string reason = status.path + " could not be written (" + DescribeFault(status.fault) + ")";
+    if (state.QuietMode)
+        state.keptPackages.push_back(name + ": " + reason);
+    else
+        context.user.Tell(
+            "The package was not removed.  Another aircraft has gauges of it, which were to be handed "
+            "on.\r\n\r\n" +
+                reason + ".\r\n\r\n" + NextStep(status.fault),
+            MessageIcon::Exclamation);
+    return false;
 }
 
 } // namespace
@@ -233,7 +235,10 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 
-    const Status status = RemoveAircraft(context, state, package, directory, usage);
+    // Cut off anywhere, the removal is finished by the next one: the record goes last.
+    if (!RemoveGauges(context, state, package, name, directory, usage))
+        return;
+    const Status status = DeleteDirectory(context, directory, directory + std::string(InstallRecordFile));
     if (status && usage)
         usage->Forget(directory);
     context.window.RefreshPackageList();

@@ -129,12 +129,28 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
                "aircraft.cfg=a, Gauges\\one.gau=1, Gauges\\two.gau=2, Gauges\\three.gau=3");
     drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Gauges\\one.gau=1");
     drive.Fill("FS\\gauges", "two.gau=2");
-    const int stops = StopAtEachChange(drive.Files(), [&](FaultyFiles& faulty) {
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Replace", "kx_installed.txt", FileFault::Denied);
+    Install("A");
+    Install("B");
+    Select("A");
+    const auto before = drive.Tree("FS");
+    user.isPatient = false;
+    ExpectRemoval().Expect(
+        "The package was not removed.  Another aircraft has gauges of it, which were to be "
+        "handed on.\n\n" +
+        drive.At("FS\\aircraft\\B\\kx_installed.txt could not be written (access was denied)...."));
+    Run(RemovePackageFromSim, faulty);
+    EXPECT_EQ(drive.Tree("FS"), before);
+    Remove("A");
+    Remove("B");
+
+    const int stops = StopAtEachChange(drive.Files(), [&](FaultyFiles& stopped) {
         Install("A");
         Install("B");
         Select("A");
         state.QuietMode = true;
-        Run(RemovePackageFromSim, faulty);
+        Run(RemovePackageFromSim, stopped);
         if (drive.Has("FS\\aircraft\\A"))
             Remove("A");
         EXPECT_EQ(drive.Outline("FS\\gauges"), "one.gau=1, two.gau=2");
