@@ -38,7 +38,7 @@ void Program::EditInformation() {
 }
 
 void Program::EditPackageInformation() {
-    if (!IsShownThere())
+    if (!IsShownThere() || !ArePlacesThere({Place::Simulator}))
         return;
     ReloadWhenChanged(); // what is edited must be what is there
     EditAircraftInfo(context, package);

@@ -18,8 +18,8 @@ namespace {
 
 // Those that ask whether the package is installed, or work in the simulator.
 bool NeedsSimulator(int hangarCommand) {
-    constexpr int others[] = {CreatePanelAlias,     CreateSoundAlias,     CheckPackageReferences,
-                              CopyPackageToStaging, CompressShownPackage, DecompressShownPackage};
+    constexpr int others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences,
+                              CompressShownPackage, DecompressShownPackage};
     return std::ranges::find(others, hangarCommand) == std::end(others);
 }
 
@@ -266,6 +266,8 @@ void Program::ProcessArchives(const std::vector<std::string>& paths) {
     Run([&] {
         if (view.HangarSideShown)
             ShowStagingSide();
+        if (!IsShownThere())
+            return;
         std::string which; // the questions do not name the archive
         for (std::size_t i = 0; i < paths.size(); ++i) {
             if (paths.size() > 1)

@@ -176,7 +176,7 @@ std::string NextStep(FileFault fault) {
     case FileFault::ReadOnlyDisk:
         return "Please make sure that you may write there and try again.";
     case FileFault::NotFound:
-        return "Please select the package again, so that its files are looked up anew, and try again.";
+        return "Please have its files looked up anew (F5) and try again.";
     case FileFault::BadName:
         return "Please give the file a name that the disk can store and try again.";
     default:

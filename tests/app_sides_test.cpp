@@ -112,10 +112,11 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
     expectAnswer(WithoutBackslash(locations.HangarDir),
                  "The Hangar directory " + locations.HangarDir + " is not there...",
                  hangarCommand(InstallPackage));
+    const std::string noSim = "The MSFS directory " + locations.MsfsDir + " is not there...";
     for (const int code :
-         {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, RenameHangarPackage})
-        expectAnswer(WithoutBackslash(locations.MsfsDir),
-                     "The MSFS directory " + locations.MsfsDir + " is not there...", hangarCommand(code));
+         {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, CopyPackageToStaging})
+        expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, hangarCommand(code));
+    expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, [&] { program->EditInformation(); });
 
     program->GoToStaging();
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
