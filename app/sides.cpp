@@ -131,8 +131,10 @@ void Program::UpdateCaption() {
 }
 
 void Program::UpdateStatusCounts() {
-    view.statusCounts = DescribeCounts(hangar) +
-                        (view.isStagingEmpty ? "  -  Staging is empty" : "  -  Staging contains files");
+    const bool isThere = DescribeGone(files, settings.locations, {Place::Staging}).empty();
+    view.statusCounts = DescribeCounts(hangar) + (!isThere              ? "  -  Staging is not there"
+                                                  : view.isStagingEmpty ? "  -  Staging is empty"
+                                                                        : "  -  Staging contains files");
 }
 
 // --- choosers

@@ -126,6 +126,7 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
                     MessageIcon::Exclamation);
         program->RunCommand(Side::Staging, code);
     }
+    EXPECT_TRUE(form.view.statusCounts.ends_with("Staging is not there"));
     EXPECT_TRUE(launcher.started.empty());
 }
 
