@@ -119,6 +119,7 @@ void Program::ForEachPackage(const std::vector<PackageInBatch>& packages,
         }
         view.packageIndex = IndexOf(view.packages, wanted.name);
     };
+    FillPackages(); // some may have come
     isBatch = true;
     for (const auto& each : packages) {
         select(each);

@@ -67,8 +67,10 @@ HangarListing ListHangar(const FileSystem& files, const Locations& locations,
 }
 
 int IndexOf(const std::vector<std::string>& lines, std::string_view name) {
-    const auto found = std::ranges::find_if(
-        lines, [&](const std::string& line) { return EqualNoCase(WithoutInstalledMarks(line), name); });
+    auto found = std::ranges::find(lines, name, WithoutInstalledMarks);
+    if (found == lines.end())
+        found = std::ranges::find_if(
+            lines, [&](const std::string& line) { return EqualNoCase(WithoutInstalledMarks(line), name); });
     return found == lines.end() ? -1 : static_cast<int>(found - lines.begin());
 }
 
@@ -80,7 +82,7 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
     return FindNoHangarContent(files, directory, 2);
 }
 
-std::string DescribeCounts(const HangarListing& hangar) {
+std::string DescribeCounts(const HangarListing& hangar, bool isSimulatorThere) {
     std::size_t count = 0;
     std::ptrdiff_t installed = 0;
     for (const auto& category : hangar) {
@@ -88,7 +90,7 @@ std::string DescribeCounts(const HangarListing& hangar) {
         installed += std::ranges::count_if(category.packages, &HangarPackage::isInstalled);
     }
     return std::to_string(count) + (count == 1 ? " package  -  " : " packages  -  ") +
-           std::to_string(installed) + " installed in MSFS";
+           (isSimulatorThere ? std::to_string(installed) + " installed in MSFS" : "MSFS is not there");
 }
 
 } // namespace korvadex

@@ -36,7 +36,7 @@ std::string PackageLine(const HangarPackage& package);
 // that has neither an aircraft nor a directory of a component group, a directory that cannot be read. Its path, or "" when there is none.
 std::string FindNoHangarContent(const FileSystem& files, const std::string& directory);
 
-// "12 packages  -  3 installed in MSFS"
-std::string DescribeCounts(const HangarListing& hangar);
+// "12 packages  -  3 installed in MSFS", "12 packages  -  MSFS is not there"
+std::string DescribeCounts(const HangarListing& hangar, bool isSimulatorThere);
 
 } // namespace korvadex

@@ -131,10 +131,14 @@ void Program::UpdateCaption() {
 }
 
 void Program::UpdateStatusCounts() {
-    const bool isThere = DescribeGone(files, settings.locations, {Place::Staging}).empty();
-    view.statusCounts = DescribeCounts(hangar) + (!isThere              ? "  -  Staging is not there"
-                                                  : view.isStagingEmpty ? "  -  Staging is empty"
-                                                                        : "  -  Staging contains files");
+    const auto isThere = [&](Place place) {
+        return DescribeGone(files, settings.locations, {place}).empty();
+    };
+    view.statusCounts = isThere(Place::Hangar) ? DescribeCounts(hangar, isThere(Place::Simulator))
+                                               : "The Hangar is not there";
+    view.statusCounts += !isThere(Place::Staging) ? "  -  Staging is not there"
+                         : view.isStagingEmpty    ? "  -  Staging is empty"
+                                                  : "  -  Staging contains files";
 }
 
 // --- choosers

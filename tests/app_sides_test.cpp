@@ -100,6 +100,8 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
         const auto before = drive.Tree();
         user.Expect(message, MessageIcon::Exclamation);
         run();
+        EXPECT_EQ(form.view.statusCounts.find(" is not there") != std::string::npos,
+                  message.find("is not there") != std::string::npos);
         EXPECT_EQ(drive.Tree(), before);
         ASSERT_TRUE(drive.Files().Rename(away, gone));
         program->Refresh();
