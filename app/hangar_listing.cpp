@@ -24,7 +24,7 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
         return directory;
     std::erase_if(*entries, [](const DirectoryEntry& entry) { return IsScratchName(entry.name); });
     const auto isDirectory = [&](const DirectoryEntry& entry) {
-        return entry.info.kind != EntryKind::File && files.IsDirectory(directory + entry.name);
+        return IsSubdirectory(files, directory, entry);
     };
     if (levels == 0) {
         const bool isPackage = entries->empty() || std::ranges::any_of(*entries, [&](const auto& entry) {

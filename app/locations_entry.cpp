@@ -132,10 +132,9 @@ class LocationsCheck {
         return true;
     }
 
-    // Another name of the same directory (a second drive letter, a link) becomes its one name where the host
-    // tells.
+    // Another name of the same directory (a second drive letter, a link) becomes its one name.
     std::string OneName(const std::string& path) const {
-        return AddBackslash(files.PathFromHost(files.HostPath(path)).value_or(path));
+        return AddBackslash(korvadex::OneName(files, path));
     }
 
     // Emptying Staging, or removing a package or an aircraft, must not reach into another location.

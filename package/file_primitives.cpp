@@ -140,7 +140,7 @@ std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::s
     std::vector<std::string> names;
     if (const auto entries = files.List(path)) {
         for (const auto& entry : *entries) {
-            if (entry.info.kind == EntryKind::Directory && !IsScratchName(entry.name))
+            if (IsSubdirectory(files, path, entry))
                 names.push_back(entry.name);
         }
     }

@@ -37,7 +37,7 @@ std::vector<std::string> DeleteTree(CommandContext& context, const std::string& 
 // "Done.", or what could not be deleted and what to do about it.
 void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining);
 
-// What stands in a directory as a directory of its own (links are none), scratch left out of account.
+// The directories in a directory, and the links to directories; see IsSubdirectory.
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path);
 bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name);
 // No entry at all but what no list shows.

@@ -131,6 +131,25 @@ Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose)
     return tree;
 }
 
+std::string OneName(const FileSystem& files, const std::string& path) {
+    return WithoutBackslash(files.PathFromHost(files.HostPath(path)).value_or(path));
+}
+
+bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry) {
+    if (IsLeftOut(entry) || entry.info.kind == EntryKind::File)
+        return false;
+    if (entry.info.kind == EntryKind::Directory)
+        return true;
+    const std::string link = path + entry.name;
+    if (!files.IsDirectory(link))
+        return false;
+    const std::string target = AddBackslash(OneName(files, link));
+    for (std::string above = path; !above.empty(); above = ParentDirectory(above))
+        if (IsAtOrBelow(OneName(files, above), target))
+            return false;
+    return true;
+}
+
 DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
                                  const WalkLimits& limits) {
     if (!topLevelOnly)
@@ -138,7 +157,7 @@ DirectoryList CollectDirectories(const FileSystem& files, const std::string& pat
     DirectoryList list;
     if (const auto entries = files.List(path)) {
         for (const auto& entry : *entries) {
-            if (entry.info.kind == EntryKind::Directory && !IsLeftOut(entry))
+            if (IsSubdirectory(files, AddBackslash(path), entry))
                 list.paths.push_back(AddBackslash(path) + entry.name);
         }
     }
@@ -190,14 +209,15 @@ FileList CollectBitmaps(const Tree& tree, const PanelBitmapNames& names, bool pa
 }
 
 std::string DescribeCut(ListCut cut, const WalkLimits& limits) {
-    const std::string advice = " in kx.ini and start Korvadex again.";
     switch (cut) {
     case ListCut::DirMax:
         return "There are more than " + std::to_string(limits.DirMax) +
-               " directories; the rest is not shown.  Please raise DIRMAX" + advice;
+               " directories; the rest is not shown.  "
+               "Please end Korvadex, raise DIRMAX in kx.ini and start it again.";
     case ListCut::FileMax:
         return "There are more than " + std::to_string(limits.FileMax) +
-               " files; the rest is not shown.  Please raise FILEMAX" + advice;
+               " files; the rest is not shown.  "
+               "Please end Korvadex, raise FILEMAX in kx.ini and start it again.";
     case ListCut::Level:
         return "A directory holds more than " + std::to_string(MaxSubdirectoriesPerLevel) +
                " directories; the rest is not looked at.";

@@ -56,6 +56,14 @@ enum class WalkFor {
 };
 Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose = WalkFor::Listing);
 
+// The one name of a place, also where a link or a second drive leads there; the name itself where the host does not
+// tell. Without a trailing backslash.
+std::string OneName(const FileSystem& files, const std::string& path);
+
+// True when the entry of this directory (path ends in a backslash) is a directory, or a link to one. Scratch is none,
+// nor a link that leads back to where it stands or above, nor one that leads nowhere.
+bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry);
+
 // Which setting ended a list before its end.
 enum class ListCut { None, DirMax, FileMax, Level };
 
@@ -69,7 +77,7 @@ struct FileList {
 };
 
 // The subdirectories of a path that ends in a backslash, at most DirMax of them; with topLevelOnly no
-// descent.
+// descent, and links to directories among them.
 DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
                                  const WalkLimits& limits);
 DirectoryList CollectDirectories(const Tree& tree, const WalkLimits& limits);

@@ -15,10 +15,6 @@ namespace korvadex {
 
 namespace {
 
-// The host's one name of what the path leads to.
-std::string OneName(const FileSystem& files, const std::string& path) {
-    return files.PathFromHost(files.HostPath(path)).value_or(path);
-}
 
 // A link to something that is not there now, such as a drive that is not connected: it keeps its own name.
 bool LeadsNowhere(const FileSystem& files, const std::string& link) {

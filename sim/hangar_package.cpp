@@ -10,6 +10,8 @@
 #include "sim/delete_directory.h"
 #include "sim/gauges.h"
 
+#include <algorithm>
+
 namespace korvadex {
 
 namespace {
@@ -17,6 +19,15 @@ namespace {
 std::string PackageDirectory(const CommandContext& context) {
     return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
            CurrentPackageName(context.window) + "\\";
+}
+
+// What lies on a drive that is mounted there is not the Hangar's own, as what a link leads to.
+bool IsMountPoint(const CommandContext& context, const std::string& directory) {
+    const auto entries = context.files.List(ParentDirectory(directory));
+    const std::string name = LastPathComponent(WithoutBackslash(directory));
+    return entries && std::ranges::any_of(*entries, [&](const DirectoryEntry& entry) {
+               return entry.isMountPoint && EqualNoCase(entry.name, name);
+           });
 }
 
 bool IsInstalled(const CommandContext& context) {
@@ -58,6 +69,12 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
 void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
                       const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
+    if (IsMountPoint(context, directory)) {
+        context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " +
+                              directory + ".\r\n\r\nPlease unmount that drive first.",
+                          MessageIcon::Exclamation);
+        return;
+    }
     if (IsInstalled(context) &&
         context.user.AskYesNo(
             "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
@@ -78,7 +95,12 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
             "WARNING!  The sound configuration in this package is used (via alias) by an aircraft(s) in the "
             "Hangar as shown.  Do you want to cancel this command?"))
         return;
-    if (!context.user.AskYesNo("Are you sure you want to remove this package from the hangar?")) {
+    // A directory in another place that stands in the Hangar as a link stays where it is.
+    const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
+    if (!context.user.AskYesNo(
+            "Are you sure you want to remove this package from the hangar?" +
+            (place.empty() ? ""
+                           : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
         context.window.RefreshPackageDisplay();
         return;
     }
@@ -87,7 +109,10 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
     if (status)
-        context.user.Tell("Done.");
+        context.user.Tell(place.empty()
+                              ? "Done."
+                              : "Done.\r\n\r\nThe link was removed.  The files of the package are still in " +
+                                    place + ".");
     else
         TellIncompleteRemoval(context, status);
     context.window.RefreshPackageDisplay();

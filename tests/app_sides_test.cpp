@@ -198,6 +198,34 @@ TEST_F(Sides, TheFirstPackage) {
     EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
 }
 
+class LinkedHangar : public ProgramTest {};
+
+TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
+    drive.Fill("Elsewhere", "Gliders\\Wing\\Wing.air=x, Cub\\Cub.air=y");
+    if (!drive.MakeLink("Hangar\\Gliders", "Elsewhere\\Gliders") ||
+        !drive.MakeLink("Elsewhere\\Gliders\\Linked", "Elsewhere\\Cub") ||
+        !drive.MakeLink("Hangar\\Gone", "Nowhere") || !drive.MakeLink("Elsewhere\\Gliders\\Loop", "Hangar"))
+        GTEST_SKIP() << "no links here";
+    Start();
+    EXPECT_EQ(form.view.categories, Names{"Gliders"});
+    Select("Gliders", 0);
+    EXPECT_EQ(form.view.packages, (Names{"Linked", "Wing"}));
+    EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
+
+    user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
+    program->RunCommand(Side::Hangar, RenameHangarPackage);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Gliders\\Cub\\"));
+    // Only the link goes.
+    const auto place = drive.At("Elsewhere\\Cub");
+    user.Expect("Are you sure you want to remove this package from the hangar?\n\nIt is a link to " + place +
+                    ".  Only the link will be removed.",
+                Answer::Yes);
+    user.Expect("Done.\n\nThe link was removed.  The files of the package are still in " + place + ".");
+    program->RunCommand(Side::Hangar, RemovePackageFromHangar);
+    EXPECT_EQ(form.view.packages, Names{"Wing"});
+    EXPECT_EQ(drive.Get("Elsewhere\\Cub\\Cub.air"), "y");
+}
+
 TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
     for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
         drive.MakeDirectory("Hangar\\Props\\Many\\" + std::to_string(i));
