@@ -15,7 +15,6 @@ namespace korvadex {
 
 namespace {
 
-
 // A link to something that is not there now, such as a drive that is not connected: it keeps its own name.
 bool LeadsNowhere(const FileSystem& files, const std::string& link) {
     const std::string name = OneName(files, link);

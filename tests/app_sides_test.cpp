@@ -212,6 +212,8 @@ TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
     EXPECT_EQ(form.view.packages, (Names{"Linked", "Wing"}));
     EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
 
+    // What it leads to might use the panel.
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Gone")));
     user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
     program->RunCommand(Side::Hangar, RenameHangarPackage);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Gliders\\Cub\\"));

@@ -214,7 +214,7 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
     window.close();
     EXPECT_EQ(ended.size(), 1);
     EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(Changes(), Names{"+App\\kx.ini"});
+    EXPECT_EQ(Changes(), Names{"*App\\kx.ini"});
 
     frmHangar nextWindow(drive.Files());
     Program next(drive.Files(), launcher, dialogs, dialogs, nextWindow, drive.At("App\\"), "the executable");
