@@ -6,19 +6,31 @@
 namespace korvadex {
 
 void Program::CreateNotes() {
-    Run([&] { korvadex::CreateNotes(context, package); });
+    Run([&] {
+        if (IsShownThere())
+            korvadex::CreateNotes(context, package);
+    });
 }
 
 void Program::DeleteNotes() {
-    Run([&] { korvadex::DeleteNotes(context, package); });
+    Run([&] {
+        if (IsShownThere())
+            korvadex::DeleteNotes(context, package);
+    });
 }
 
 void Program::ReadNotes() {
-    Run([&] { korvadex::ReadNotes(context, package); });
+    Run([&] {
+        if (IsShownThere())
+            korvadex::ReadNotes(context, package);
+    });
 }
 
 void Program::Explore() {
-    Run([&] { ExplorePackage(context, package); });
+    Run([&] {
+        if (IsShownThere())
+            ExplorePackage(context, package);
+    });
 }
 
 void Program::EditInformation() {
@@ -26,6 +38,8 @@ void Program::EditInformation() {
 }
 
 void Program::EditPackageInformation() {
+    if (!IsShownThere() || !ArePlacesThere({Place::Simulator}))
+        return;
     ReloadWhenChanged(); // what is edited must be what is there
     EditAircraftInfo(context, package);
 }

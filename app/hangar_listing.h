@@ -26,10 +26,17 @@ HangarCategory ListCategory(const FileSystem& files, const Locations& locations,
 HangarListing ListHangar(const FileSystem& files, const Locations& locations,
                          const std::vector<std::string>& categories);
 
+// The place of a name among the lines of a chooser, whatever its case and marks; -1 when it is not there.
+int IndexOf(const std::vector<std::string>& lines, std::string_view name);
+
 // "Lear", "< Lear >"
 std::string PackageLine(const HangarPackage& package);
 
-// "12 packages  -  3 installed in MSFS"
-std::string DescribeCounts(const HangarListing& hangar);
+// What in a directory no Hangar would hold: a file that lies loose in it or in a category, what stands in a package
+// that has neither an aircraft nor a directory of a component group, a directory that cannot be read. Its path, or "" when there is none.
+std::string FindNoHangarContent(const FileSystem& files, const std::string& directory);
+
+// "12 packages  -  3 installed in MSFS", "12 packages  -  MSFS is not there"
+std::string DescribeCounts(const HangarListing& hangar, bool isSimulatorThere);
 
 } // namespace korvadex

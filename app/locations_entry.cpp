@@ -1,5 +1,6 @@
 #include "app/locations_entry.h"
 
+#include "app/hangar_listing.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 
@@ -32,22 +33,49 @@ constexpr OwnLocation HangarTexts = {
     "the proper format (i.e. c:\\hangar).",
     "The directory you specified for the Hangar location does not exist.  Create it now?"};
 
+// Places of the simulator that every aircraft shares.
+constexpr std::array MsfsPlaces = {"aircraft", "gauges", "effects", "modules", "sound"};
+
+// Each name of the path can stand on every host; nothing is found that Windows could not hold.
+bool IsLocationPath(std::string_view path) {
+    if (!IsDrivePath(path))
+        return false;
+    path.remove_prefix(3);
+    for (std::size_t end; !path.empty(); path.remove_prefix(end + 1)) {
+        end = path.find('\\'); // there is one behind each name
+        const auto name = path.substr(0, end);
+        if (!IsStorableName(name) || IsScratchName(name))
+            return false;
+    }
+    return true;
+}
+
+bool IsKnown(const Settings& settings, const std::string& path, std::string Locations::*location,
+             std::string LocationProfile::*column) {
+    return EqualNoCase(path, settings.locations.*location) ||
+           std::ranges::any_of(settings.LocationProfiles, [&](const LocationProfile& profile) {
+               return EqualNoCase(path, profile.*column);
+           });
+}
+
 class LocationsCheck {
   public:
-    LocationsCheck(FileSystem& fileSystem, UserDialogs& userDialogs) : files(fileSystem), user(userDialogs) {}
+    LocationsCheck(FileSystem& fileSystem, UserDialogs& userDialogs, const Settings& known)
+        : files(fileSystem), user(userDialogs), settings(known) {}
 
     // What can only be judged of three good directories together comes last.
     bool AreGood(const Locations& locations, bool stagingMustBeEmpty) {
         const bool staging = IsGoodStaging(locations, stagingMustBeEmpty);
         const bool hangar = Exists(locations.HangarDir, HangarTexts);
         const bool msfs = IsGoodMsfs(locations.MsfsDir);
-        return staging && hangar && msfs && AreWellFormed(locations) && CanBeKept(locations) &&
-               AreApart(locations);
+        return staging && hangar && msfs && CanBeKept(locations) && AreApart(locations) &&
+               IsToBeTheHangar(locations.HangarDir);
     }
 
   private:
     FileSystem& files;
     UserDialogs& user;
+    const Settings& settings;
 
     bool Refuse(const std::string& text) {
         user.Tell(text, MessageIcon::Exclamation);
@@ -57,12 +85,10 @@ class LocationsCheck {
     bool Exists(const std::string& path, const OwnLocation& texts) {
         if (path.empty())
             return Refuse(texts.enter);
-        if (path.size() < ShortestLocation)
+        if (path.size() < ShortestLocation || !IsLocationPath(path))
             return Refuse(texts.invalid);
         if (files.IsDirectory(path))
             return true;
-        if (path.compare(1, 2, ":\\") != 0)
-            return Refuse(texts.invalid);
         // A directory that cannot be made is found missing by the next pass.
         if (user.AskYesNo(texts.create))
             static_cast<void>(files.CreateDirectory(path));
@@ -80,23 +106,12 @@ class LocationsCheck {
     bool IsGoodMsfs(const std::string& path) {
         if (path.empty())
             return Refuse("Please enter a valid directory for your MSFS installation.");
-        if (path.size() < ShortestLocation || !files.IsDirectory(path))
+        if (path.size() < ShortestLocation || !IsLocationPath(path) || !files.IsDirectory(path))
             return Refuse("The directory you specified for your MSFS installation is invalid.");
         if (!files.IsDirectory(path + "aircraft\\"))
             return Refuse("Cannot find an 'aircraft' subdirectory in the directory you specified for MSFS.  "
                           "The directory "
                           "you select must be the directory where you installed Flight Simulator.");
-        return true;
-    }
-
-    // With a doubled backslash the directory is found, but not known again as the root of what lies in it.
-    bool AreWellFormed(const Locations& locations) {
-        if (locations.StagingDir.find("\\\\") != std::string::npos)
-            return Refuse(StagingTexts.invalid);
-        if (locations.HangarDir.find("\\\\") != std::string::npos)
-            return Refuse(HangarTexts.invalid);
-        if (locations.MsfsDir.find("\\\\") != std::string::npos)
-            return Refuse("The directory you specified for your MSFS installation is invalid.");
         return true;
     }
 
@@ -117,10 +132,9 @@ class LocationsCheck {
         return true;
     }
 
-    // Another name of the same directory (a second drive letter, a link) becomes its one name where the host
-    // tells.
+    // Another name of the same directory (a second drive letter, a link) becomes its one name.
     std::string OneName(const std::string& path) const {
-        return AddBackslash(files.PathFromHost(files.HostPath(path)).value_or(path));
+        return AddBackslash(korvadex::OneName(files, path));
     }
 
     // Emptying Staging, or removing a package or an aircraft, must not reach into another location.
@@ -132,33 +146,54 @@ class LocationsCheck {
         const Place staging{OneName(locations.StagingDir), "Staging location"};
         const Place hangar{OneName(locations.HangarDir), "Hangar location"};
         const Place msfs{OneName(locations.MsfsDir), "MSFS installation"};
-        const Place aircraft{OneName(locations.MsfsDir + "aircraft\\"),
-                             "'aircraft' subdirectory of your MSFS installation"};
-        const Place gauges{OneName(locations.MsfsDir + "gauges\\"),
-                           "'gauges' subdirectory of your MSFS installation"};
+        const Place program{OneName(settings.AppDir), "Korvadex program"};
+        const auto isApart = [&](const Place& one, const Place& other) {
+            return !EqualNoCase(one.path, other.path) ||
+                   Refuse("The directory you specified for the " + std::string(one.name) +
+                          " is the same as the one for the " + other.name +
+                          ".  Please specify a directory of its own for each location.");
+        };
+        const auto isOutside = [&](const Place& inner, const std::string& outer,
+                                   const std::string& outerName) {
+            return !IsAtOrBelow(inner.path, outer) ||
+                   Refuse("The directory you specified for the " + std::string(inner.name) +
+                          " is inside of the " + outerName +
+                          ".  Please specify a directory that is outside of it.");
+        };
+        // kx.ini would go with what is cleared or removed.
+        const auto leavesOutProgram = [&](const Place& place) {
+            return !IsAtOrBelow(program.path, place.path) ||
+                   Refuse("The directory you specified for the " + std::string(place.name) +
+                          " holds the directory of the Korvadex program, " + settings.AppDir +
+                          ".  Please specify a directory that is outside of it.");
+        };
+        const auto isOutsideOfMsfs = [&](const Place& place) {
+            return std::ranges::all_of(MsfsPlaces, [&](const std::string name) {
+                return isOutside(place, OneName(locations.MsfsDir + name + "\\"),
+                                 "'" + name + "' subdirectory of your MSFS installation");
+            });
+        };
+        return isApart(staging, hangar) && isApart(staging, msfs) && isApart(hangar, msfs) &&
+               isApart(staging, program) && isApart(hangar, program) &&
+               isOutside(hangar, staging.path, staging.name) && isOutside(msfs, staging.path, staging.name) &&
+               isOutside(staging, hangar.path, hangar.name) && isOutside(msfs, hangar.path, hangar.name) &&
+               leavesOutProgram(staging) && leavesOutProgram(hangar) && isOutsideOfMsfs(staging) &&
+               isOutsideOfMsfs(hangar);
+    }
 
-        const std::array<std::pair<const Place*, const Place*>, 3> pairs = {
-            {{&staging, &hangar}, {&staging, &msfs}, {&hangar, &msfs}}};
-        for (const auto& [one, other] : pairs)
-            if (EqualNoCase(one->path, other->path))
-                return Refuse("The directory you specified for the " + std::string(one->name) +
-                              " is the same as the one for the " + other->name +
-                              ".  Please specify a directory of its own for each location.");
-
-        const std::array<std::pair<const Place*, const Place*>, 8> innerAndOuter = {{{&hangar, &staging},
-                                                                                     {&msfs, &staging},
-                                                                                     {&staging, &hangar},
-                                                                                     {&msfs, &hangar},
-                                                                                     {&staging, &aircraft},
-                                                                                     {&hangar, &aircraft},
-                                                                                     {&staging, &gauges},
-                                                                                     {&hangar, &gauges}}};
-        for (const auto& [inner, outer] : innerAndOuter)
-            if (IsAtOrBelow(inner->path, outer->path))
-                return Refuse("The directory you specified for the " + std::string(inner->name) +
-                              " is inside of the " + outer->name +
-                              ".  Please specify a directory that is outside of it.");
-        return true;
+    // The categories and packages of a Hangar are sorted and renamed as soon as they are shown.
+    bool IsToBeTheHangar(const std::string& path) {
+        if (IsKnown(settings, path, &Locations::HangarDir, &LocationProfile::HangarDir))
+            return true;
+        const auto found = FindNoHangarContent(files, path);
+        return found.empty() ||
+               user.AskYesNo(
+                   "The directory you specified for the Hangar location does not look like a Hangar.  "
+                   "It holds " +
+                   found +
+                   ".\r\n\r\nKorvadex takes each directory there for a category and each directory in "
+                   "it for an aircraft, and renames, moves and deletes files in them.  Use it as the "
+                   "Hangar nevertheless?");
     }
 };
 
@@ -173,55 +208,45 @@ void TakeEntry(const LocationsEntry& entry, Settings& settings) {
 
 } // namespace
 
-bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Locations& locations,
-                      bool stagingMustBeEmpty) {
-    return LocationsCheck(files, user).AreGood(locations, stagingMustBeEmpty);
+bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Settings& settings,
+                      const Locations& locations, bool stagingMustBeEmpty) {
+    return LocationsCheck(files, user, settings).AreGood(locations, stagingMustBeEmpty);
 }
 
 LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, ProgramDialogs& dialogs,
                                    const LocationsRequest& request, Settings& settings) {
-    const Locations oldLocations = settings.locations;
-    const int oldProfile = settings.CurrentProfile;
-    const auto leave = [&](LocationsOutcome outcome) {
-        settings.locations = oldLocations;
-        settings.CurrentProfile = oldProfile;
-        return outcome;
-    };
-
-    const auto isKnownStaging = [&](const std::string& path) {
-        return EqualNoCase(path, oldLocations.StagingDir) ||
-               std::any_of(
-                   settings.LocationProfiles.begin(), settings.LocationProfiles.end(),
-                   [&](const LocationProfile& profile) { return EqualNoCase(path, profile.StagingDir); });
-    };
-
+    Settings entered = settings; // the settings themselves change only when all is good
     bool showNow =
         request.showDialog || (settings.AskLocationAtStart && !request.RestartedAfterLocationChange);
     for (;;) {
         bool isEntered = true;
         if (showNow) {
-            const auto entry = dialogs.ShowLocations(settings);
+            const auto entry = dialogs.ShowLocations(entered);
+            settings.AskLocationAtStart = entered.AskLocationAtStart;
             if (entry)
-                TakeEntry(*entry, settings);
+                TakeEntry(*entry, entered);
             else if (request.caller == LocationsCaller::Menu)
-                return leave(LocationsOutcome::Cancelled);
+                return LocationsOutcome::Cancelled;
             else
                 isEntered = false;
         }
         // What lies in a Staging directory that was in use before belongs there. In any other it would be renamed
         // and thinned out like the files of an add-on.
-        const bool mustBeEmpty = request.showDialog || !isKnownStaging(settings.locations.StagingDir);
-        if (isEntered && LocationsCheck(files, user).AreGood(settings.locations, mustBeEmpty)) {
-            auto& profile = settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)];
-            profile.StagingDir = settings.locations.StagingDir;
-            profile.HangarDir = settings.locations.HangarDir;
-            profile.MsfsDir = settings.locations.MsfsDir;
+        const bool mustBeEmpty =
+            request.showDialog || !IsKnown(settings, entered.locations.StagingDir, &Locations::StagingDir,
+                                           &LocationProfile::StagingDir);
+        if (isEntered && AreGoodLocations(files, user, settings, entered.locations, mustBeEmpty)) {
+            auto& profile = entered.ActiveProfile();
+            profile.StagingDir = entered.locations.StagingDir;
+            profile.HangarDir = entered.locations.HangarDir;
+            profile.MsfsDir = entered.locations.MsfsDir;
+            settings = entered;
             return LocationsOutcome::Valid;
         }
         if (!user.AskYesNo("Continue location entry?  If 'No', Korvadex will end since it needs valid "
                            "directory locations "
                            "to operate properly."))
-            return leave(LocationsOutcome::GivenUp);
+            return LocationsOutcome::GivenUp;
         showNow = true;
     }
 }

@@ -22,7 +22,7 @@ void Program::ShowImage(const std::string& path) {
 
 // What is deleted or renamed must be what is seen, and the names that are taken must be known.
 bool Program::IsStillThere(const std::string& path) {
-    if (path.empty())
+    if (path.empty() || !IsShownThere())
         return false;
     ReloadWhenChanged();
     if (ShownImage() == path)
@@ -72,6 +72,8 @@ void Program::MakeFirstImage() {
 // --- getting pictures in
 
 bool Program::CanTakeImages() {
+    if (!IsShownThere())
+        return false;
     ReloadWhenChanged();
     if (!package.path.empty())
         return true;

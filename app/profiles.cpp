@@ -50,7 +50,7 @@ bool ProfileEditor::Accept(int slot, LocationProfile& entry) {
     // The directories are looked at also after a bad name, so that everything wrong is said at once.
     const bool isNamed = IsGoodName(slot, entry.name);
     const bool areGood =
-        AreGoodLocations(files, user, {entry.StagingDir, entry.HangarDir, entry.MsfsDir}, true);
+        AreGoodLocations(files, user, settings, {entry.StagingDir, entry.HangarDir, entry.MsfsDir}, true);
     if (!isNamed || !areGood || !CanModify(slot))
         return false;
     auto& profile = settings.LocationProfiles.at(static_cast<std::size_t>(slot));

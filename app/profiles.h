@@ -10,7 +10,7 @@
 namespace korvadex {
 
 // What frmLocationProfiles and frmLocationProfileModify do; they hold the widgets. Slots count from 0 to 9.
-// kx.ini is written later, at the end of the run.
+// kx.ini is written by the caller.
 class ProfileEditor {
   public:
     ProfileEditor(FileSystem& fileSystem, UserDialogs& userDialogs, Settings& programSettings)

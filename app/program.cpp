@@ -14,6 +14,17 @@
 
 namespace korvadex {
 
+namespace {
+
+// Those that ask whether the package is installed, or work in the simulator.
+bool NeedsSimulator(int hangarCommand) {
+    constexpr int others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences,
+                              CompressShownPackage, DecompressShownPackage};
+    return std::ranges::find(others, hangarCommand) == std::end(others);
+}
+
+} // namespace
+
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
                  ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir,
                  std::string runningExecutable)
@@ -46,9 +57,44 @@ void Program::Run(const std::function<void()>& command) {
             view.status = DescribeCut(package.cut, settings.limits);
         form.ShowStatus(view.status);
         ShowView();
+        if (isEndWanted)
+            EndRun();
     } catch (const ProgramEnd&) {
         EndRun();
     }
+}
+
+bool Program::ArePlacesThere(std::initializer_list<Place> places) {
+    const auto gone = DescribeGone(files, settings.locations, places);
+    if (!gone.empty())
+        user.Tell(gone + GoneAdvice(), MessageIcon::Exclamation);
+    return gone.empty();
+}
+
+bool Program::IsShownThere(std::initializer_list<Place> alsoNeeded) {
+    if (!view.HangarSideShown)
+        return ArePlacesThere({Place::Staging});
+    const auto directory = SelectedPackagePath();
+    if (directory.empty())
+        return true; // each command says so
+    auto gone = DescribeGone(files, settings.locations, {Place::Hangar});
+    if (gone.empty())
+        gone = DescribeGone(files, settings.locations, alsoNeeded);
+    if (!gone.empty()) {
+        gone += GoneAdvice();
+    } else if (const auto fault = files.List(directory).fault(); fault == FileFault::NotFound) {
+        gone = "The package you've selected no longer seems to be in the Hangar.";
+    } else if (fault != FileFault::None) {
+        gone = "The directory " + directory + " cannot be read (" + DescribeFault(fault) +
+               ").  Please make sure that you may read it and try again.";
+    } else {
+        return true;
+    }
+    FillCategories();
+    RefreshPackageList();
+    LoadShownSide();
+    user.Tell(gone, MessageIcon::Exclamation);
+    return false;
 }
 
 void Program::ShowView() {
@@ -100,6 +146,8 @@ void Program::SetFirstPackage() {
             user.Tell("Please select a package in the Hangar first.");
             return;
         }
+        if (!IsShownThere())
+            return;
         const auto line = SelectedCategory() + "\\" + name;
         if (!SettingsCanHold(line)) {
             user.Tell("The name of this package has a character that cannot be kept in kx.ini.  Please "
@@ -108,8 +156,10 @@ void Program::SetFirstPackage() {
                       MessageIcon::Exclamation);
             return;
         }
-        settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage = line;
-        user.Tell("Done.\r\n\r\nThe " + line + " will be the first package you see when you start Korvadex");
+        settings.FirstPackage() = line;
+        if (KeepSettings())
+            user.Tell("Done.\r\n\r\nThe " + line +
+                      " will be the first package you see when you start Korvadex");
     });
 }
 
@@ -124,7 +174,7 @@ std::optional<std::string> Program::ComponentPath(int group, int position) const
 
 void Program::OpenComponent(int group, int position) {
     Run([&] {
-        if (const auto path = ComponentPath(group, position))
+        if (const auto path = ComponentPath(group, position); path && IsShownThere())
             OpenComponentFile(context, *path);
     });
 }
@@ -132,7 +182,8 @@ void Program::OpenComponent(int group, int position) {
 void Program::ShowComponentInFolder(int group, int position) {
     Run([&] {
         const auto path = ComponentPath(group, position);
-        if (path && !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
+        if (path && IsShownThere() &&
+            !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
             user.Tell("The directory " + ParentDirectory(*path) + " could not be opened.",
                       MessageIcon::Exclamation);
     });
@@ -140,7 +191,8 @@ void Program::ShowComponentInFolder(int group, int position) {
 
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
     Run([&] {
-        if (group >= 0 && group < GroupCount && DeleteComponentFiles(context, package, group, positions))
+        if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}) &&
+            DeleteComponentFiles(context, package, group, positions))
             RefreshPackageDisplay();
     });
 }
@@ -159,6 +211,8 @@ void Program::RunCommand(Side processor, int code) {
 }
 
 void Program::RunHangarSideCommand(int code) {
+    if (!(NeedsSimulator(code) ? IsShownThere({Place::Simulator}) : IsShownThere()))
+        return;
     if (code != RemovePackageFromSim)
         ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
     state.CommandCode = code;
@@ -183,7 +237,8 @@ void Program::PressToolbarKey(const std::string& key) {
         } else if (key == "RunMSFS") {
             korvadex::RunSimulator(context);
         } else if (key == "ReadNotes") {
-            korvadex::ReadNotes(context, package);
+            if (IsShownThere())
+                korvadex::ReadNotes(context, package);
         } else if (key == "Information") {
             EditPackageInformation();
         } else if (key == "Install") {
@@ -213,6 +268,8 @@ void Program::ProcessArchives(const std::vector<std::string>& paths) {
     Run([&] {
         if (view.HangarSideShown)
             ShowStagingSide();
+        if (!IsShownThere())
+            return;
         std::string which; // the questions do not name the archive
         for (std::size_t i = 0; i < paths.size(); ++i) {
             if (paths.size() > 1)
@@ -239,6 +296,7 @@ void Program::ChangeLocations() {
             RestartWith(before);
             return;
         }
+        KeepSettings();
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             RefreshPackageList(); // other packages are installed there
         if (settings.locations.StagingDir != before.locations.StagingDir)
@@ -252,6 +310,8 @@ void Program::EditLocationProfiles() {
     Run([&] {
         ProfileEditor profiles(files, user, settings);
         dialogs.ShowLocationProfiles(profiles);
+        if (settings != settings.kept)
+            KeepSettings();
     });
 }
 

@@ -9,6 +9,7 @@
 #include "package/command_context.h"
 #include "package/erase_staging.h"
 #include "package/load_package.h"
+#include "package/presence.h"
 #include "sim/hangar_commands.h"
 
 #include <functional>
@@ -33,6 +34,11 @@ enum StagingCommand : int {
     RemoveSoundFromStaging = 7
 };
 
+// One of those that a command for many goes through.
+struct PackageInBatch {
+    std::string category, name;
+};
+
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
 class Program : private MainWindow {
@@ -48,6 +54,10 @@ class Program : private MainWindow {
     // Saves kx.ini and ends. Runs once, however often it is called; does nothing while a command runs (then
     // the window is to stay open: EndProgram was not called).
     void Shutdown();
+    // The session may end at any moment: writes kx.ini now, also in the middle of a command.
+    void SaveForSessionEnd();
+    // The same, and ends: at once, or when the running command has come to its end.
+    void EndSession();
 
     // --- the main window's own controls
     void ChooseCategory(int index);
@@ -135,6 +145,10 @@ class Program : private MainWindow {
     void Run(const std::function<void()>& command);
     void ShowView();
     void RunHangarSideCommand(int code);
+    // False, after a message, when one of the places is gone.
+    bool ArePlacesThere(std::initializer_list<Place> places);
+    // The same of what is shown, Staging or a package of the Hangar; then the lists are filled anew.
+    bool IsShownThere(std::initializer_list<Place> alsoNeeded = {});
 
     // file_list.cpp
     void ListFromMenu(std::string_view caption);
@@ -155,7 +169,9 @@ class Program : private MainWindow {
     bool TakeMarker();
     void CreateDefaultCategories();
     void ShowFirstPackage();
+    bool IsGone(const std::string& line) const;
     Status Save();
+    bool KeepSettings(); // writes kx.ini; false, after a message, when that failed
     void EndRun();
     void RestartWith(const Settings& oldSettings);
 
@@ -166,7 +182,9 @@ class Program : private MainWindow {
     // For a command of the Hangar: the user sees what it is about before it asks.
     void EnsureHangarSide();
     void LoadShownSide(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
-    void LoadSelectedPackage();
+    // Gives the two files of one name that keep the package from being loaded; outside of a batch they end the
+    // program.
+    std::vector<std::string> LoadSelectedPackage();
     void LoadStaging(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
     void ClearPackageDisplay();
     void ReloadWhenChanged();
@@ -200,7 +218,8 @@ class Program : private MainWindow {
     void CopyToHangar();
     bool CanCopyToHangar(const std::string& name);
     void AddArchive(const std::string& archive);
-    void EraseStaging(bool isInHangar = false);
+    // copiedTo: the package of the Hangar that has just been made of it.
+    void EraseStaging(const std::string& copiedTo = "");
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     // Asks which configuration to keep where that is still open; false, after a message, when it stays so.
@@ -212,7 +231,10 @@ class Program : private MainWindow {
     void EditPackageInformation();
 
     // batch_commands.cpp
-    void ForEachPackage(bool isCategoryOnly, const std::function<void()>& command);
+    std::vector<PackageInBatch> PackagesInBatch(bool isCategoryOnly);
+    void ForEachPackage(const std::vector<PackageInBatch>& packages,
+                        const std::function<void(const PackageInBatch&)>& command);
+    std::string LoadForBatch(const PackageInBatch& selected, std::initializer_list<Place> places);
     void CompressEach(const std::string& question, bool compress);
     void UninstallEach(const std::string& question, bool isCategoryOnly);
 
@@ -243,6 +265,8 @@ class Program : private MainWindow {
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;
+    bool hasStarted = false;
+    bool isEndWanted = false; // when the running command has ended
 };
 
 } // namespace korvadex

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <sstream>
 #include <vector>
 
 namespace korvadex {
@@ -57,13 +58,14 @@ std::optional<double> Extent(double value, double screen) {
     return value > 0 ? std::optional(value) : std::nullopt;
 }
 
-void ReadProfileLine(std::string_view key, std::string_view value, Settings& settings) {
+// These return false for a key that is none of theirs.
+bool ReadProfileLine(std::string_view key, std::string_view value, SettingsValues& values) {
     // The digit before the equals sign tells the profile.
     const char digit = key.back();
     if (digit < '0' || digit > '9')
-        return;
+        return false;
     key.remove_suffix(1);
-    auto& profile = settings.LocationProfiles[static_cast<std::size_t>(digit - '0')];
+    auto& profile = values.LocationProfiles[static_cast<std::size_t>(digit - '0')];
     if (key == "ALTLOCATION")
         profile.name = value;
     else if (key == "ALTSTAGINGDIR")
@@ -74,32 +76,23 @@ void ReadProfileLine(std::string_view key, std::string_view value, Settings& set
         profile.MsfsDir = AddBackslash(value);
     else if (key == "ALTFIRSTPACKAGE")
         profile.firstPackage = value;
+    else
+        return false;
+    return true;
 }
 
-void ReadLine(std::string_view line, const ScreenSize& screen, Settings& settings) {
-    const auto equals = line.find('=');
-    if (equals == std::string_view::npos)
-        return;
-    const auto key = line.substr(0, equals), value = line.substr(equals + 1);
-    auto& list = settings.ListWindowGeometry;
-    if (key.starts_with("ALT"))
-        ReadProfileLine(key, value, settings);
-    else if (key == "LOCATIONASK")
-        settings.AskLocationAtStart = value == "YES";
-    else if (key == "LOCATIONLAST")
-        settings.CurrentProfile = IntegerIn(value);
-    else if (key == "LOCATIONLASTZIP")
-        settings.LastZipPath = value;
-    else if (key == "MTOP")
-        settings.mainWindow.top = Position(NumberIn(value));
+bool ReadWindowLine(std::string_view key, std::string_view value, const ScreenSize& screen,
+                    SavedGeometry& mainWindow, WindowGeometry& list) {
+    if (key == "MTOP")
+        mainWindow.top = Position(NumberIn(value));
     else if (key == "MLEFT")
-        settings.mainWindow.left = Position(NumberIn(value));
+        mainWindow.left = Position(NumberIn(value));
     else if (key == "MHEIGHT") {
         if (const auto height = Extent(NumberIn(value), screen.height))
-            settings.mainWindow.height = height;
+            mainWindow.height = height;
     } else if (key == "MWIDTH") {
         if (const auto width = Extent(NumberIn(value), screen.width))
-            settings.mainWindow.width = width;
+            mainWindow.width = width;
     } else if (key == "LTOP")
         list.top = Position(IntegerIn(value));
     else if (key == "LLEFT")
@@ -108,37 +101,102 @@ void ReadLine(std::string_view line, const ScreenSize& screen, Settings& setting
         list.height = IntegerIn(value) > 0 ? IntegerIn(value) : list.height;
     else if (key == "LWIDTH")
         list.width = IntegerIn(value) > 0 ? IntegerIn(value) : list.width;
-    else if (key == "DIRMAX")
-        settings.limits.DirMax =
-            IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : settings.limits.DirMax;
-    else if (key == "FILEMAX")
-        settings.limits.FileMax =
-            IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : settings.limits.FileMax;
+    else
+        return false;
+    return true;
 }
 
-void DeriveActiveProfile(Settings& settings) {
-    auto& profiles = settings.LocationProfiles;
-    int& current = settings.CurrentProfile;
+bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& values,
+              SavedGeometry& mainWindow) {
+    const auto equals = line.find('=');
+    if (equals == std::string_view::npos)
+        return false;
+    const auto key = line.substr(0, equals), value = line.substr(equals + 1);
+    if (key.starts_with("ALT"))
+        return ReadProfileLine(key, value, values);
+    if (key == "LOCATIONASK")
+        values.AskLocationAtStart = value == "YES";
+    else if (key == "LOCATIONLAST")
+        values.CurrentProfile = IntegerIn(value);
+    else if (key == "LOCATIONLASTZIP")
+        values.LastZipPath = value;
+    else if (key == "DIRMAX")
+        values.limits.DirMax =
+            IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : values.limits.DirMax;
+    else if (key == "FILEMAX")
+        values.limits.FileMax =
+            IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : values.limits.FileMax;
+    else
+        return ReadWindowLine(key, value, screen, mainWindow, values.ListWindowGeometry);
+    return true;
+}
+
+bool IsNamed(const LocationProfile& profile) {
+    return !profile.name.empty();
+}
+
+void DeriveActiveProfile(SettingsValues& values) {
+    auto& profiles = values.LocationProfiles;
+    int& current = values.CurrentProfile;
     const int count = static_cast<int>(profiles.size());
     if (current < 0 || current >= count)
         current = 0;
     for (auto& profile : profiles)
-        if (profile.name.empty())
+        if (!IsNamed(profile))
             profile = {};
-    const auto named = [](const LocationProfile& profile) { return !profile.name.empty(); };
-    const auto first =
-        static_cast<int>(std::find_if(profiles.begin(), profiles.end(), named) - profiles.begin());
+    const auto first = static_cast<int>(std::ranges::find_if(profiles, IsNamed) - profiles.begin());
     // A free slot above 0 stays the active one while others are named: a person may have chosen it so.
     if (current > 0 && first == count)
         current = 0;
     if (current == 0 && first < count)
         current = first;
-
     auto& active = profiles[static_cast<std::size_t>(current)];
-    if (active.name.empty())
+    if (!IsNamed(active))
         active.name = "A Location Profile";
-    settings.locations = {active.StagingDir, active.HangarDir, active.MsfsDir};
-    settings.FirstPackage = active.firstPackage;
+}
+
+// Text editors mark a file that they save as UTF-8.
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+Result<std::vector<std::string>> ReadSettingsLines(const FileSystem& files, const std::string& path) {
+    const auto bytes = ReadBytes(files, path);
+    if (!bytes)
+        return bytes.status();
+    if (!bytes->starts_with(ByteOrderMark))
+        return SplitLines(*bytes);
+    std::vector<std::string> lines;
+    std::istringstream text(bytes->substr(ByteOrderMark.size()));
+    for (std::string line; std::getline(text, line);) {
+        if (line.ends_with('\r'))
+            line.pop_back();
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// Where the two agree, this run has changed nothing, and what the file has now holds.
+void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, SettingsValues& values) {
+    const auto take = [](auto& value, const auto& keptValue, const auto& newValue) {
+        if (value == keptValue)
+            value = newValue;
+    };
+    const auto active = static_cast<std::size_t>(values.CurrentProfile);
+    for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i) {
+        const auto& newProfile = onDisk.LocationProfiles[i];
+        if (i == active && !IsNamed(newProfile))
+            continue; // the profile in use stays
+        for (const auto part :
+             {&LocationProfile::name, &LocationProfile::StagingDir, &LocationProfile::HangarDir,
+              &LocationProfile::MsfsDir, &LocationProfile::firstPackage})
+            take(values.LocationProfiles[i].*part, kept.LocationProfiles[i].*part, newProfile.*part);
+    }
+    if (IsNamed(onDisk.LocationProfiles[active]))
+        take(values.CurrentProfile, kept.CurrentProfile, onDisk.CurrentProfile);
+    take(values.AskLocationAtStart, kept.AskLocationAtStart, onDisk.AskLocationAtStart);
+    take(values.LastZipPath, kept.LastZipPath, onDisk.LastZipPath);
+    take(values.ListWindowGeometry, kept.ListWindowGeometry, onDisk.ListWindowGeometry);
+    take(values.limits.DirMax, kept.limits.DirMax, onDisk.limits.DirMax);
+    take(values.limits.FileMax, kept.limits.FileMax, onDisk.limits.FileMax);
 }
 
 bool IsOneStorableLine(std::string_view text) {
@@ -162,34 +220,12 @@ void AddGeometry(const WindowGeometry& window, WindowGeometry list, std::vector<
     lines.push_back("LWIDTH=" + IntegerText(list.width));
 }
 
-} // namespace
-
-Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Settings& settings) {
-    const auto lines = ReadLines(files, settings.AppDir + std::string(SettingsFileName));
-    if (!lines && lines.fault() != FileFault::NotFound)
-        return lines.status();
-    if (lines)
-        for (const auto& line : *lines)
-            ReadLine(line, screen, settings);
-    DeriveActiveProfile(settings);
-    return static_cast<bool>(lines);
-}
-
-bool SettingsCanHold(std::string_view text) {
-    return IsOneStorableLine(text) && Trim(text) == text;
-}
-
-Status SaveSettings(FileSystem& files, const Settings& settings,
-                    const std::optional<WindowGeometry>& mainWindow) {
-    const auto& locations = settings.locations;
-    if (locations.StagingDir.empty() || locations.HangarDir.empty() || locations.MsfsDir.empty())
-        return {};
-    const auto path = settings.AppDir + std::string(SettingsFileName);
-
+std::vector<std::string> Render(const SettingsValues& values,
+                                const std::optional<WindowGeometry>& mainWindow) {
     std::vector<std::string> lines;
-    for (std::size_t i = 0; i < settings.LocationProfiles.size(); ++i) {
-        const auto& profile = settings.LocationProfiles[i];
-        if (profile.name.empty())
+    for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i) {
+        const auto& profile = values.LocationProfiles[i];
+        if (!IsNamed(profile))
             continue;
         const auto add = [&, number = std::to_string(i)](const char* key, const std::string& value) {
             lines.push_back(key + number + "=" + std::string(Trim(value)));
@@ -200,23 +236,71 @@ Status SaveSettings(FileSystem& files, const Settings& settings,
         add("ALTMSFSDIR", profile.MsfsDir);
         add("ALTFIRSTPACKAGE", profile.firstPackage);
     }
-    if (settings.AskLocationAtStart)
+    if (values.AskLocationAtStart)
         lines.push_back("LOCATIONASK=YES");
-    lines.push_back("LOCATIONLAST=" + std::to_string(settings.CurrentProfile));
+    lines.push_back("LOCATIONLAST=" + std::to_string(values.CurrentProfile));
     // Where the file choice opens is a convenience; a directory that the file cannot hold must not cost the
     // rest.
-    lines.push_back("LOCATIONLASTZIP=" +
-                    (IsOneStorableLine(settings.LastZipPath) ? settings.LastZipPath : ""));
+    lines.push_back("LOCATIONLASTZIP=" + (IsOneStorableLine(values.LastZipPath) ? values.LastZipPath : ""));
     if (mainWindow)
-        AddGeometry(*mainWindow, settings.ListWindowGeometry, lines);
-    if (settings.limits.DirMax > WalkLimits{}.DirMax)
-        lines.push_back("DIRMAX=" + std::to_string(settings.limits.DirMax));
-    if (settings.limits.FileMax > WalkLimits{}.FileMax)
-        lines.push_back("FILEMAX=" + std::to_string(settings.limits.FileMax));
-    if (!std::all_of(lines.begin(), lines.end(), IsOneStorableLine))
-        return {FileFault::BadName, path, 0};
+        AddGeometry(*mainWindow, values.ListWindowGeometry, lines);
+    if (values.limits.DirMax > WalkLimits{}.DirMax)
+        lines.push_back("DIRMAX=" + std::to_string(values.limits.DirMax));
+    if (values.limits.FileMax > WalkLimits{}.FileMax)
+        lines.push_back("FILEMAX=" + std::to_string(values.limits.FileMax));
+    return lines;
+}
 
-    return RewriteLines(files, settings.locations, path, lines);
+} // namespace
+
+Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Settings& settings) {
+    const auto lines = ReadSettingsLines(files, settings.AppDir + std::string(SettingsFileName));
+    if (!lines && lines.fault() != FileFault::NotFound)
+        return lines.status();
+    if (lines)
+        for (const auto& line : *lines)
+            ReadLine(line, screen, settings, settings.mainWindow);
+    DeriveActiveProfile(settings);
+    const auto& active = settings.ActiveProfile();
+    settings.locations = {active.StagingDir, active.HangarDir, active.MsfsDir};
+    settings.kept = settings;
+    return static_cast<bool>(lines);
+}
+
+bool SettingsCanHold(std::string_view text) {
+    return IsOneStorableLine(text) && Trim(text) == text;
+}
+
+Status SaveSettings(FileSystem& files, Settings& settings, const std::optional<WindowGeometry>& mainWindow) {
+    const auto& locations = settings.locations;
+    if (locations.StagingDir.empty() || locations.HangarDir.empty() || locations.MsfsDir.empty())
+        return {};
+    const auto path = settings.AppDir + std::string(SettingsFileName);
+    const auto lines = ReadSettingsLines(files, path);
+    if (!lines && lines.fault() != FileFault::NotFound)
+        return lines.status();
+
+    SettingsValues values = settings, onDisk;
+    std::vector<std::string> others;
+    if (lines) {
+        SavedGeometry ignored;
+        for (const auto& line : *lines)
+            if (!ReadLine(line, {}, onDisk, ignored) && !Trim(line).empty() && IsOneStorableLine(line))
+                others.push_back(line);
+        // A file that names no profile was lost, not edited.
+        if (std::ranges::any_of(onDisk.LocationProfiles, IsNamed)) {
+            DeriveActiveProfile(onDisk);
+            TakeUnchanged(settings.kept, onDisk, values);
+        }
+    }
+    auto written = Render(values, mainWindow);
+    if (!std::ranges::all_of(written, IsOneStorableLine))
+        return {FileFault::BadName, path, 0};
+    written.insert(written.end(), others.begin(), others.end());
+    const auto status = RewriteLines(files, locations, path, written);
+    if (status)
+        settings.kept = settings;
+    return status;
 }
 
 } // namespace korvadex

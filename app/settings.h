@@ -15,11 +15,15 @@ struct LocationProfile {
     std::string name; // "" for a free slot
     std::string StagingDir, HangarDir, MsfsDir;
     std::string firstPackage; // "category\package"
+
+    bool operator==(const LocationProfile&) const = default;
 };
 
 // In twips (1440 to the inch; 15 to a device-independent pixel).
 struct WindowGeometry {
     double top = 0, left = 0, height = 0, width = 0;
+
+    bool operator==(const WindowGeometry&) const = default;
 };
 // What the file said of the main window; a value that was not given (or not acceptable) is left as designed.
 struct SavedGeometry {
@@ -29,17 +33,26 @@ struct ScreenSize {
     double height = 0, width = 0; // twips
 };
 
-struct Settings {
-    std::string AppDir; // with a trailing backslash
+// What the file keeps, but for the main window's geometry.
+struct SettingsValues {
     std::array<LocationProfile, 10> LocationProfiles;
     int CurrentProfile = 0;
-    Locations locations;
-    std::string FirstPackage;
     bool AskLocationAtStart = false;
     std::string LastZipPath;
-    WalkLimits limits;
-    SavedGeometry mainWindow;
     WindowGeometry ListWindowGeometry;
+    WalkLimits limits;
+
+    bool operator==(const SettingsValues&) const = default;
+};
+
+struct Settings : SettingsValues {
+    std::string AppDir; // with a trailing backslash
+    Locations locations;
+    SavedGeometry mainWindow;
+    SettingsValues kept; // as read or last saved: what differs from them was changed by this run
+
+    LocationProfile& ActiveProfile() { return LocationProfiles.at(static_cast<std::size_t>(CurrentProfile)); }
+    std::string& FirstPackage() { return ActiveProfile().firstPackage; }
 };
 
 inline constexpr std::string_view SettingsFileName = "kx.ini";
@@ -48,11 +61,11 @@ inline constexpr std::string_view SettingsFileName = "kx.ini";
 // that is there and cannot be read is a failure, so that nobody takes it for a first run and writes over it.
 Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Settings& settings);
 
-// Rewrites the file whole. Nothing is written while a location is empty. Without a main window geometry (it
-// is minimised) the geometry lines are left out. BadName when a value cannot be stored; whatever fails, the
-// file is as it was.
-Status SaveSettings(FileSystem& files, const Settings& settings,
-                    const std::optional<WindowGeometry>& mainWindow);
+// Rewrites the file whole. What this run did not change is taken from the file as it is now, and lines of no
+// known key are kept. Nothing is written while a location is empty. Without a main window geometry (it is
+// minimised) the geometry lines are left out. BadName when a value cannot be stored; whatever fails, the file is
+// as it was.
+Status SaveSettings(FileSystem& files, Settings& settings, const std::optional<WindowGeometry>& mainWindow);
 
 // True when a profile's value comes back from the file as it is: one line without blanks around it, in the
 // characters of the system's code page.

@@ -2,6 +2,7 @@
 // from there.
 #include "app/program.h"
 #include "package/config_readers.h"
+#include "package/duplicates.h"
 #include "package/file_primitives.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
@@ -13,14 +14,6 @@
 namespace korvadex {
 
 namespace {
-
-// -1 when no name is equal to it without case.
-int IndexOf(const std::vector<std::string>& names, std::string_view name) {
-    const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& candidate) {
-        return EqualNoCase(WithoutInstalledMarks(candidate), name);
-    });
-    return found == names.end() ? -1 : static_cast<int>(found - names.begin());
-}
 
 // "12 Meg", "12 Meg (compressed)", "12 Meg (30 Meg compressed)"
 std::string SizeText(const LoadedPackage& package) {
@@ -83,13 +76,17 @@ void Program::RefreshPackageDisplay() {
     ShowView();
 }
 
-void Program::LoadSelectedPackage() {
+std::vector<std::string> Program::LoadSelectedPackage() {
     ClearPackageDisplay(); // what was shown before is gone, also when loading ends the program
     const auto path = SelectedPackagePath();
+    std::vector<std::string> twins;
     if (!path.empty())
-        LoadPackage(context, path, false, package);
+        twins = LoadPackage(context, path, false, package).twins;
+    if (!twins.empty() && !isBatch)
+        StopOnHangarDuplicate(context, twins);
     view.imageIndex = package.pictures.empty() ? 0 : 1;
     view.sizeText = SizeText(package);
+    return twins;
 }
 
 void Program::LoadStaging(ChoiceQuestion question) {
@@ -148,8 +145,14 @@ void Program::ProposeName(std::string_view name) {
 }
 
 void Program::UpdateStatusCounts() {
-    view.statusCounts = DescribeCounts(hangar) +
-                        (view.isStagingEmpty ? "  -  Staging is empty" : "  -  Staging contains files");
+    const auto isThere = [&](Place place) {
+        return DescribeGone(files, settings.locations, {place}).empty();
+    };
+    view.statusCounts = isThere(Place::Hangar) ? DescribeCounts(hangar, isThere(Place::Simulator))
+                                               : "The Hangar is not there";
+    view.statusCounts += !isThere(Place::Staging) ? "  -  Staging is not there"
+                         : view.isStagingEmpty    ? "  -  Staging is empty"
+                                                  : "  -  Staging contains files";
 }
 
 // --- choosers

@@ -3,9 +3,12 @@
 #include "app/program.h"
 #include "archive/process_zip.h"
 #include "package/aircraft_cfg.h"
+#include "package/duplicates.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
+#include "sim/copy_check.h"
 #include "sim/copy_package.h"
 #include "sim/copy_plan.h"
 #include "sim/import.h"
@@ -16,6 +19,10 @@
 namespace korvadex {
 
 void Program::RunStagingCommand(int code, const std::string& archive) {
+    if (!IsShownThere() ||
+        (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
+        (code == ImportIntoStaging && !ArePlacesThere({Place::Simulator})))
+        return;
     state.CommandCode = code;
     UpdateCaption(); // a name for what is no longer there goes
     view.packageName = CleanPackageName(view.packageName);
@@ -52,6 +59,15 @@ bool Program::CanCopyToHangar(const std::string& name) {
         user.Tell(text, MessageIcon::Exclamation);
         return false;
     };
+    std::vector<std::string> twins;
+    for (const auto& group : package.ComponentFiles)
+        for (auto& path : FilesOfOneName(group))
+            twins.push_back(std::move(path));
+    if (!twins.empty())
+        return refuse(
+            "Staging holds files of one name, which a package cannot.  Nothing was copied.\r\n\r\n" +
+            ListNames(twins) +
+            "\r\n\r\nPlease rename or delete all but one of them and show Staging again (F5).");
     if (name.empty())
         return refuse("Please enter a package name.");
     if (!IsStorableName(name) || IsScratchName(name))
@@ -91,7 +107,7 @@ void Program::CopyToHangar() {
     ReloadWhenChanged();
     if (!CheckCopySource(context, package))
         return;
-    if (std::ranges::all_of(package.packageFiles, IsProgramFile)) {
+    if (std::ranges::all_of(package.tree.files, IsProgramFile)) {
         user.Tell("Staging is empty.  There is nothing to copy to the Hangar.", MessageIcon::Exclamation);
         return;
     }
@@ -108,7 +124,7 @@ void Program::CopyToHangar() {
     SelectPackageNamed(name); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
-    EraseStaging(true);
+    EraseStaging(destination);
 }
 
 bool Program::MayAddToStaging() {
@@ -162,21 +178,29 @@ bool Program::IsConfigurationChosen() {
     return !package.isChoiceOpen;
 }
 
-void Program::EraseStaging(bool isInHangar) {
-    // What arrived while the package was copied, or while the user thought about it, is in no package yet.
+void Program::EraseStaging(const std::string& copiedTo) {
+    // What arrived while the package was copied, or while the user thought about it, is in no package yet; and the
+    // package may have gone.
     const auto hasChanged = [&] {
-        if (!isInHangar || !HasChangedOnDisk(files, package))
+        if (copiedTo.empty())
             return false;
-        LoadStaging();
-        user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
-                  MessageIcon::Exclamation);
-        return true;
+        if (HasChangedOnDisk(files, package)) {
+            LoadStaging();
+            user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
+                      MessageIcon::Exclamation);
+            return true;
+        }
+        const auto missing = FirstNotCopied(context, package, CopyRoot::Hangar, copiedTo);
+        if (!missing.empty())
+            user.Tell("The new package is not complete any more.  Staging was not cleared.\r\n\r\n" +
+                          missing + "\r\n\r\nPlease copy the package to the Hangar again.",
+                      MessageIcon::Exclamation);
+        return !missing.empty();
     };
     if (hasChanged() ||
         !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())
         return;
-    if (DeleteTree(context, settings.locations.StagingDir))
-        user.Tell("Done.");
+    TellDeleted(context, DeleteTree(context, settings.locations.StagingDir));
     LoadStaging();
 }
 

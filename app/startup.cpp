@@ -5,6 +5,7 @@
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <array>
 
 namespace korvadex {
@@ -64,12 +65,15 @@ void Program::StartUp() {
                                            settings);
     if (outcome != LocationsOutcome::Valid)
         throw ProgramEnd{};
+    if (settings != settings.kept)
+        KeepSettings();
 
     CleanScratch(files, settings.locations);
     CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();
     FillCategories();
     ShowFirstPackage();
+    hasStarted = true;
 }
 
 bool Program::TakeMarker() {
@@ -81,27 +85,48 @@ bool Program::TakeMarker() {
 }
 
 void Program::CreateDefaultCategories() {
-    if (!SubdirectoryNames(files, settings.locations.HangarDir).empty())
+    // A category may be a link whose place is away, and a Hangar that cannot be read is not an empty one.
+    const auto entries = files.List(settings.locations.HangarDir);
+    if (!entries || std::ranges::any_of(*entries, [](const DirectoryEntry& entry) {
+            return entry.info.kind != EntryKind::File && !IsScratchName(entry.name);
+        }))
         return;
     for (const auto* category : DefaultCategories)
         static_cast<void>(files.CreateDirectory(settings.locations.HangarDir + category));
 }
 
 void Program::ShowFirstPackage() {
-    auto& stored = settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage;
-    bool isFound = false;
+    auto& first = settings.FirstPackage();
     try {
-        isFound = !settings.FirstPackage.empty() && SelectPackage(settings.FirstPackage);
-        if (!isFound) {
-            settings.FirstPackage.clear();
-            stored.clear();
-            ShowHangarSide(false);
-        }
+        if (!first.empty() && SelectPackage(first))
+            return;
+        if (!first.empty() && IsGone(first))
+            first.clear();
+        ShowHangarSide(false);
     } catch (const ProgramEnd&) {
         // A package that ends the program when it is loaded must not end every start from now on.
-        stored.clear();
+        first.clear();
         throw;
     }
+}
+
+// True when the directories where the package would stand were read, and it is in none of them.
+bool Program::IsGone(const std::string& line) const {
+    const auto lacks = [&](const std::string& directory, std::string_view name) {
+        const auto entries = files.List(directory);
+        return entries && std::ranges::none_of(*entries, [&](const DirectoryEntry& entry) {
+                   return entry.info.kind != EntryKind::File && EqualNoCase(entry.name, name);
+               });
+    };
+    const auto& root = settings.locations.HangarDir;
+    if (const auto bar = line.find('\\'); bar != std::string::npos) {
+        const auto category = line.substr(0, bar);
+        return lacks(root, category) || lacks(root + category + "\\", line.substr(bar + 1));
+    }
+    const auto categories = files.List(root);
+    return categories && std::ranges::all_of(*categories, [&](const DirectoryEntry& entry) {
+               return entry.info.kind == EntryKind::File || lacks(root + entry.name + "\\", line);
+           });
 }
 
 void Program::Shutdown() {
@@ -109,10 +134,33 @@ void Program::Shutdown() {
         EndRun();
 }
 
+bool Program::KeepSettings() {
+    const auto status = Save();
+    if (!status)
+        user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) +
+                      " (" + DescribeFault(status.fault) + ").  Korvadex will try again when it ends.",
+                  MessageIcon::Exclamation);
+    return bool(status);
+}
+
+void Program::EndSession() {
+    if (!isRunning)
+        return Shutdown();
+    isEndWanted = true;
+    SaveForSessionEnd();
+}
+
+void Program::SaveForSessionEnd() {
+    if (!isSaved)
+        static_cast<void>(Save());
+}
+
 Status Program::Save() {
     if (const auto list = form.ListGeometry())
         settings.ListWindowGeometry = *list;
-    return SaveSettings(files, settings, form.Geometry());
+    // Before it was shown, a window that the file has no place for has none worth keeping.
+    const bool isPlaced = hasStarted || settings.mainWindow.top;
+    return SaveSettings(files, settings, isPlaced ? form.Geometry() : std::nullopt);
 }
 
 void Program::EndRun() {
@@ -122,7 +170,7 @@ void Program::EndRun() {
         if (const auto status = Save(); !status)
             user.Tell("The settings could not be saved in " + settings.AppDir +
                           std::string(SettingsFileName) + " (" + DescribeFault(status.fault) +
-                          ").  The file is as it was before this run.",
+                          ").  The file is as it was.",
                       MessageIcon::Exclamation);
     }
     form.EndProgram();

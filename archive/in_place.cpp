@@ -5,6 +5,7 @@
 #include "archive/member_names.h"
 #include "archive/mod_unzip.h"
 #include "archive/mod_zip.h"
+#include "archive/zip_bytes.h"
 #include "archive/zip_source.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
@@ -26,22 +27,9 @@ namespace korvadex {
 namespace {
 
 constexpr int BestZipLevel = 9;
-constexpr std::size_t LocalHeaderSize = 30, CentralHeaderSize = 46, EndRecordSize = 22;
 
 unsigned ProcessorCount() {
     return std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
-}
-
-std::uint32_t Little(std::span<const zip_uint8_t> bytes, std::size_t at, std::size_t count) {
-    std::uint32_t value = 0;
-    for (std::size_t i = count; i-- > 0;)
-        value = value << 8 | bytes[at + i];
-    return value;
-}
-
-bool ReadAt(zip_source_t* source, std::uint64_t offset, std::span<zip_uint8_t> bytes) {
-    return zip_source_seek(source, static_cast<zip_int64_t>(offset), SEEK_SET) == 0 &&
-           zip_source_read(source, bytes.data(), bytes.size()) == static_cast<zip_int64_t>(bytes.size());
 }
 
 struct OnlyMember {
@@ -51,40 +39,32 @@ struct OnlyMember {
     bool isEncrypted = false;
 };
 
-// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as a program with an archive behind it or an archive with a comment. The records are
-// looked at here because the zip library forgives what stands before and behind an archive.
+// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as
+// a program with an archive behind it or an archive with a comment. What other programs forgive is no packed file.
 std::optional<OnlyMember> ReadOnlyMember(zip_source_t* source) {
-    constexpr std::uint32_t localMagic = 0x04034B50, centralMagic = 0x02014B50, endMagic = 0x06054B50;
-    zip_stat_t info;
-    zip_stat_init(&info);
-    if (zip_source_stat(source, &info) != 0 || (info.valid & ZIP_STAT_SIZE) == 0 ||
-        info.size < LocalHeaderSize + CentralHeaderSize + EndRecordSize)
+    const std::uint64_t size = SizeOf(source).value_or(0);
+    if (size < ZipRecord::LocalSize + ZipRecord::CentralSize + ZipRecord::EndSize)
         return std::nullopt;
-    std::array<zip_uint8_t, 4> start;
-    std::array<zip_uint8_t, EndRecordSize> end;
-    if (!ReadAt(source, 0, start) || Little(start, 0, 4) != localMagic ||
-        !ReadAt(source, info.size - EndRecordSize, end) || Little(end, 0, 4) != endMagic)
+    const auto start = BytesAt(source, 0, 4),
+               end = BytesAt(source, size - ZipRecord::EndSize, ZipRecord::EndSize);
+    if (!start || !end || Little(*start, 0, 4) != ZipRecord::Local || Little(*end, 0, 4) != ZipRecord::End)
         return std::nullopt;
-    const std::uint32_t here = Little(end, 8, 2), total = Little(end, 10, 2);
-    const std::uint64_t directorySize = Little(end, 12, 4), directoryOffset = Little(end, 16, 4);
-    if (here != 1 || total != 1 || directorySize < CentralHeaderSize ||
-        directoryOffset + directorySize + EndRecordSize != info.size)
+    const std::uint64_t directorySize = Little(*end, 12, 4), directoryOffset = Little(*end, 16, 4);
+    if (Little(*end, 8, 2) != 1 || Little(*end, 10, 2) != 1 || directorySize < ZipRecord::CentralSize ||
+        directoryOffset + directorySize + ZipRecord::EndSize != size)
         return std::nullopt;
-    std::array<zip_uint8_t, CentralHeaderSize> central;
-    if (!ReadAt(source, directoryOffset, central) || Little(central, 0, 4) != centralMagic ||
-        Little(central, 42, 4) != 0)
+    const auto directory = BytesAt(source, directoryOffset, directorySize);
+    if (!directory || Little(*directory, 0, 4) != ZipRecord::Central || Little(*directory, 42, 4) != 0)
         return std::nullopt;
-    std::string name(Little(central, 28, 2), '\0');
-    if (CentralHeaderSize + name.size() > directorySize ||
-        !ReadAt(source, directoryOffset + CentralHeaderSize,
-                std::span(reinterpret_cast<zip_uint8_t*>(name.data()), name.size())))
+    const std::size_t nameSize = Little(*directory, 28, 2);
+    if (ZipRecord::CentralSize + nameSize > directorySize)
         return std::nullopt;
-    return OnlyMember{name,
-                      Little(central, 24, 4),
-                      Little(central, 20, 4),
-                      Little(central, 16, 4),
-                      Little(central, 10, 2),
-                      (Little(central, 8, 2) & 1) != 0};
+    return OnlyMember{.name = directory->substr(ZipRecord::CentralSize, nameSize),
+                      .size = Little(*directory, 24, 4),
+                      .packedSize = Little(*directory, 20, 4),
+                      .crc = static_cast<std::uint32_t>(Little(*directory, 16, 4)),
+                      .method = static_cast<std::uint32_t>(Little(*directory, 10, 2)),
+                      .isEncrypted = (Little(*directory, 8, 2) & 1) != 0};
 }
 
 // The member of an archive of nothing but the member of the file's own name.
@@ -264,7 +244,7 @@ bool ReadFully(InputFile& file, std::span<std::byte> bytes) {
 // The packed bytes, which stand behind the header, its name and its further fields.
 bool ReadPacked(const FileSystem& files, const std::string& path, InflateJob& job) {
     const auto file = files.OpenForReading(path);
-    std::array<std::byte, LocalHeaderSize> header;
+    std::array<std::byte, ZipRecord::LocalSize> header;
     if (!file || !ReadFully(**file, header))
         return false;
     const auto field = [&](std::size_t at) {

@@ -35,6 +35,12 @@ MemberFiles::MemberFiles(UnzipDisk unzipDisk, std::string_view extractDirectory)
         root = directory;
 }
 
+MemberFiles::~MemberFiles() {
+    file.reset();
+    if (!scratch.empty())
+        ReleaseScratch(disk.files, scratch);
+}
+
 std::string MemberFiles::PathOf(std::span<const std::string> components) const {
     std::string path = directory;
     for (const auto& component : components)
@@ -75,44 +81,48 @@ MemberOutcome MemberFiles::EnsureDirectory(const std::string& path) {
         if (auto outcome = OutcomeOf(disk.files.CreateDirectory(newDirectory)); !outcome.IsFine())
             return outcome;
         made.push_back(newDirectory);
+        changed.insert({newDirectory, WithoutBackslash(parent)});
     }
     known.insert(key);
     return {};
 }
 
-MemberOutcome MemberFiles::Open(const std::string& path, Result<std::unique_ptr<OutputFile>> created) {
+MemberOutcome MemberFiles::LookAt(const std::string& path, bool& isTaken) {
+    const auto info = disk.files.Info(path);
+    isTaken = info && info->kind == EntryKind::File;
+    if (isTaken || info.fault() == FileFault::NotFound)
+        return {};
+    if (!info)
+        return OutcomeOf(info.status());
+    return {UnzipCode::Ok,
+            info->kind == EntryKind::Link ? "a link stands in its way" : "a directory stands in its way"};
+}
+
+MemberOutcome MemberFiles::MakeScratch() {
+    if (!scratch.empty())
+        return {};
+    const auto name = MakeScratchName(disk.files, disk.locations, WithoutBackslash(directory));
+    if (!name)
+        return OutcomeOf(name.status());
+    const Status status = disk.files.CreateDirectory(*name);
+    if (status)
+        scratch = *name;
+    else
+        ReleaseScratch(disk.files, *name);
+    return OutcomeOf(status);
+}
+
+MemberOutcome MemberFiles::Create(const std::string& path, bool replaces) {
+    if (auto outcome = MakeScratch(); !outcome.IsFine())
+        return outcome;
+    finalPath = path;
+    isReplacing = replaces;
+    filePath = scratch + "\\" + LastPathComponent(path);
+    auto created = disk.files.CreateNew(filePath);
     if (!created)
         return OutcomeOf(created.status());
     file = std::move(*created);
-    filePath = path;
     return {};
-}
-
-MemberOutcome MemberFiles::Create(const std::string& path, bool& isTaken) {
-    isTaken = false;
-    finalPath = path;
-    auto created = disk.files.CreateNew(path);
-    if (created || created.fault() != FileFault::Exists)
-        return Open(path, std::move(created));
-    const auto info = disk.files.Info(path);
-    if (!info)
-        return OutcomeOf(info.status());
-    if (info->kind == EntryKind::Link)
-        return {UnzipCode::Ok, "a link stands in its way"};
-    if (info->kind == EntryKind::Directory)
-        return {UnzipCode::Ok, "a directory stands in its way"};
-    isTaken = true;
-    return {};
-}
-
-MemberOutcome MemberFiles::CreateBeside(const std::string& path) {
-    const auto scratch = MakeScratchName(disk.files, disk.locations, path);
-    if (!scratch)
-        return OutcomeOf(scratch.status());
-    auto outcome = Open(*scratch, disk.files.CreateNew(*scratch));
-    if (!outcome.IsFine())
-        ReleaseScratch(disk.files, *scratch);
-    return outcome;
 }
 
 MemberOutcome MemberFiles::Write(std::span<const std::byte> bytes) {
@@ -127,32 +137,39 @@ MemberOutcome MemberFiles::Write(std::span<const std::byte> bytes) {
 }
 
 MemberOutcome MemberFiles::Finish(FileTime time) {
-    const bool replaces = filePath != finalPath;
-    auto outcome = OutcomeOf(file->Close(replaces));
+    Status status = file->Close(false);
     file.reset();
-    if (outcome.IsFine()) {
+    if (status) {
         // A disk that does not take the time still holds the file.
         if (time != FileTime{})
             static_cast<void>(disk.files.SetTime(filePath, time));
-        if (replaces)
-            outcome = OutcomeOf(disk.files.Replace(filePath, finalPath));
+        status =
+            isReplacing ? disk.files.Replace(filePath, finalPath) : disk.files.Rename(filePath, finalPath);
     }
-    if (!outcome.IsFine() || replaces)
+    if (!status) {
         Abandon();
-    return outcome;
+        return OutcomeOf(status);
+    }
+    finished.push_back(finalPath);
+    changed.insert(WithoutBackslash(ParentDirectory(finalPath)));
+    return {};
 }
 
 void MemberFiles::Abandon() {
     file.reset();
-    if (filePath != finalPath)
-        ReleaseScratch(disk.files, filePath);
-    else
-        static_cast<void>(disk.files.Delete(filePath));
+    static_cast<void>(disk.files.Delete(filePath));
+}
+
+std::vector<std::string> MemberFiles::Written() const {
+    std::vector<std::string> written = finished;
+    written.insert(written.end(), changed.begin(), changed.end());
+    return written;
 }
 
 void MemberFiles::RemoveMadeDirectories() {
     for (auto path = made.rbegin(); path != made.rend(); ++path)
         static_cast<void>(disk.files.RemoveDirectory(*path));
+    changed.clear();
 }
 
 Result<std::uint64_t> MemberFiles::FreeSpace() const {

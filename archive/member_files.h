@@ -5,6 +5,7 @@
 #include "archive/unzip_library.h"
 
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,19 +23,23 @@ struct MemberOutcome {
     bool IsFine() const { return code == UnzipCode::Ok && reason.empty(); }
 };
 
+// Each file is written under a scratch name and gets its own when it is whole.
 class MemberFiles {
   public:
     MemberFiles(UnzipDisk unzipDisk, std::string_view extractDirectory);
+    ~MemberFiles(); // what is not finished is deleted
+    MemberFiles(const MemberFiles&) = delete;
+    MemberFiles& operator=(const MemberFiles&) = delete;
 
     // Where a member of these components lies.
     std::string PathOf(std::span<const std::string> components) const;
     // The directories of these components, made where they are missing; real ones, not links.
     MemberOutcome MakeDirectories(std::span<const std::string> components);
 
-    // Opens a new file at path, whose directory stands. isTaken: a file of that name is there already.
-    MemberOutcome Create(const std::string& path, bool& isTaken);
-    // Opens a file that takes the place of the one at path when it is finished.
-    MemberOutcome CreateBeside(const std::string& path);
+    // Whether a file stands at path already; anything else there is in the way.
+    MemberOutcome LookAt(const std::string& path, bool& isTaken);
+    // Opens the file that is to stand at path, in the place of the one there or, otherwise, where none is.
+    MemberOutcome Create(const std::string& path, bool replaces);
     MemberOutcome Write(std::span<const std::byte> bytes);
     // Closes what was opened, gives it its time and puts it in its place.
     MemberOutcome Finish(FileTime time);
@@ -43,20 +48,26 @@ class MemberFiles {
 
     // Removes the directories that were made, as far as they are empty.
     void RemoveMadeDirectories();
+    // The files that were put in their places, and the directories that have changed: all that is to be flushed.
+    std::vector<std::string> Written() const;
     // Bytes free where the members go; none when the disk does not say.
     Result<std::uint64_t> FreeSpace() const;
 
   private:
     MemberOutcome EnsureDirectory(const std::string& path);
-    MemberOutcome Open(const std::string& path, Result<std::unique_ptr<OutputFile>> created);
+    MemberOutcome MakeScratch();
 
     UnzipDisk disk;
     std::string directory; // ends in a backslash
     std::string root;      // the location it lies in: that one may be a link, nothing below may
     std::unordered_set<std::string> known; // directories that stand, in lower case
     std::vector<std::string> made;         // in the order of making
+    std::vector<std::string> finished;     // files
+    std::set<std::string> changed;         // directories
+    std::string scratch;                   // a directory, once there is one
     std::unique_ptr<OutputFile> file;
-    std::string filePath, finalPath; // the same, unless the file takes another one's place
+    std::string filePath, finalPath;
+    bool isReplacing = false;
 };
 
 } // namespace korvadex

@@ -67,11 +67,13 @@ MemberName ReadMemberName(std::string_view stored) {
 std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes) {
     if (hostSystem != ZIP_OPSYS_UNIX && hostSystem != ZIP_OPSYS_OS_X)
         return "";
-    constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000;
+    constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000,
+                            pipe = 0010000;
     const std::uint32_t kind = attributes >> 16 & kindMask;
     if (kind == link)
         return "it is a link";
-    return kind == 0 || kind == plain || kind == directory ? "" : "it is no file";
+    // Packed from a pipe, as by "zip -", the bytes are a file's.
+    return kind == 0 || kind == plain || kind == directory || kind == pipe ? "" : "it is no file";
 }
 
 std::string NameForMessage(std::string_view text) {

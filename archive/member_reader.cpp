@@ -1,9 +1,11 @@
 #include "archive/member_reader.h"
 
+#include "archive/piece_inflater.h"
 #include "archive/unzip_library.h"
 
 #include <algorithm>
 #include <thread>
+#include <zlib.h>
 
 namespace korvadex {
 
@@ -21,7 +23,53 @@ unsigned ThreadCount(bool readsAhead) {
     return readsAhead && processors > 1 ? std::min(processors, MaxThreads) : 0;
 }
 
+std::string NameOfMethod(std::uint16_t method) {
+    switch (method) {
+    case 1:
+        return "shrink";
+    case 2:
+    case 3:
+    case 4:
+    case 5:
+        return "reduce";
+    case 6:
+        return "implode";
+    case 9:
+        return "Deflate64";
+    case 12:
+        return "bzip2";
+    case 14:
+        return "LZMA";
+    case 93:
+        return "Zstandard";
+    case 95:
+        return "xz";
+    case 98:
+        return "PPMd";
+    default:
+        return "number " + std::to_string(method);
+    }
+}
+
+// Its bytes are checked by what the encryption brings, and unpacked here.
+bool IsAuthenticated(const Member& member) {
+    const bool isAes = member.encryption == ZIP_EM_AES_128 || member.encryption == ZIP_EM_AES_192 ||
+                       member.encryption == ZIP_EM_AES_256;
+    return isAes && (member.method == ZIP_CM_DEFLATE || member.method == ZIP_CM_STORE);
+}
+
 } // namespace
+
+std::string WhyUnreadable(const Member& member) {
+    const bool isEncrypted = member.encryption != ZIP_EM_NONE;
+    if (isEncrypted && zip_encryption_method_supported(member.encryption, 0) == 0)
+        return "It is encrypted in a way that Korvadex cannot read.";
+    const bool isKnown =
+        zip_compression_method_supported(member.method, 0) != 0 && (member.hasCrc || IsAuthenticated(member));
+    return isKnown ? ""
+                   : "It is packed with the method " + NameOfMethod(member.method) +
+                         ", which Korvadex cannot unpack.";
+}
 
 int UnzipCodeOf(int zipError) {
     switch (zipError) {
@@ -153,16 +201,21 @@ int MemberReader::ReadWhole(const Member& member, std::span<const std::byte>& by
 }
 
 int MemberReader::Open(const Member& member, const std::string& password) {
+    // The library compares a CRC-32 where there may be none, and not the authentication of what it has unpacked: what
+    // it gives packed it has authenticated to the last byte.
+    const zip_flags_t flags = IsAuthenticated(member) ? ZIP_FL_COMPRESSED : 0;
     opened.reset(member.encryption == ZIP_EM_NONE
                      ? zip_fopen_index(&archive, member.index, 0)
-                     : zip_fopen_index_encrypted(&archive, member.index, 0, password.c_str()));
+                     : zip_fopen_index_encrypted(&archive, member.index, flags, password.c_str()));
     return opened ? UnzipCode::Ok : FailureOf(member, nullptr);
 }
 
-int MemberReader::Stream(const Member& member, const std::function<int(std::span<const std::byte>)>& sink) {
+int MemberReader::Stream(const Member& member, const Sink& sink) {
     const auto file = std::move(opened);
     if (!piece)
         piece = std::make_unique_for_overwrite<std::byte[]>(PieceSize);
+    if (IsAuthenticated(member))
+        return StreamAuthenticated(member, file.get(), sink);
     std::uint64_t total = 0;
     for (;;) {
         // The read after the last byte is the one that compares the CRC-32.
@@ -178,6 +231,34 @@ int MemberReader::Stream(const Member& member, const std::function<int(std::span
             code != UnzipCode::Ok)
             return code;
     }
+}
+
+int MemberReader::StreamAuthenticated(const Member& member, zip_file_t* file, const Sink& sink) {
+    std::uint64_t total = 0;
+    std::uint32_t crc = 0;
+    const auto take = [&](std::span<const std::byte> bytes) {
+        total += bytes.size();
+        crc = static_cast<std::uint32_t>(
+            crc32_z(crc, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+        return total > member.size ? UnzipCode::Error : sink(bytes);
+    };
+    PieceInflater inflater;
+    for (;;) {
+        // The read after the last byte is the one that compares the authentication code.
+        const zip_int64_t count = zip_fread(file, piece.get(), PieceSize);
+        if (count < 0) // the password was right, as far as its two check bytes tell
+            return zip_error_code_zip(zip_file_get_error(file)) == ZIP_ER_CRC ? UnzipCode::Error
+                                                                              : FailureOf(member, file);
+        if (count == 0)
+            break;
+        const std::span<const std::byte> bytes(piece.get(), static_cast<std::size_t>(count));
+        const int code = member.method == ZIP_CM_STORE ? take(bytes) : inflater.Inflate(bytes, take);
+        if (code != UnzipCode::Ok)
+            return code;
+    }
+    const bool isWhole = member.method == ZIP_CM_STORE || inflater.IsAtEnd();
+    return isWhole && total == member.size && (!member.hasCrc || crc == member.crc) ? UnzipCode::Ok
+                                                                                    : UnzipCode::Error;
 }
 
 } // namespace korvadex

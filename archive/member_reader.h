@@ -21,7 +21,11 @@ struct Member {
     std::uint32_t crc = 0;
     std::uint16_t method = 0;     // 0 stored, 8 deflated
     std::uint16_t encryption = 0; // 0 none
+    bool hasCrc = true;
 };
+
+// Why members packed like this one are not read, in words for the user; "" when they are.
+std::string WhyUnreadable(const Member& member);
 
 // An Info-ZIP code for what libzip says about reading.
 int UnzipCodeOf(int zipError);
@@ -41,9 +45,11 @@ class MemberReader {
     int ReadWhole(const Member& member, std::span<const std::byte>& bytes);
 
     // An encrypted member, or one of any size, piece by piece. Open tells a wrong password (mostly); Stream hands
-    // the pieces to the sink until that answers other than 0, and checks size and CRC-32.
+    // the pieces to the sink until that answers other than 0, and checks size, CRC-32 and authentication: only its
+    // last word says that what the sink was given is good.
+    using Sink = std::function<int(std::span<const std::byte>)>;
     int Open(const Member& member, const std::string& password);
-    int Stream(const Member& member, const std::function<int(std::span<const std::byte>)>& sink);
+    int Stream(const Member& member, const Sink& sink);
 
   private:
     struct FileCloser {
@@ -58,6 +64,7 @@ class MemberReader {
     void DropFirst();
     int ReadPacked(const Member& member, InflateJob& job);
     int FailureOf(const Member& member, zip_file_t* file) const;
+    int StreamAuthenticated(const Member& member, zip_file_t* file, const Sink& sink);
 
     zip_t& archive;
     std::unique_ptr<zip_file_t, FileCloser> opened;

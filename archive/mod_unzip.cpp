@@ -139,6 +139,8 @@ int modUnzip::UnzipArchive(CommandContext& context) {
     if (uShowProgress)
         callbacks.progress = [&](std::uint64_t done, std::uint64_t total) { progress.Show(done, total); };
 
+    callbacks.rightPassword = uRightPassword;
+
     DCL options;
     options.ExtractOnlyNewer = uExtractOnlyNewer;
     options.SpaceToUnderscore = uSpaceToUnderscore;
@@ -161,6 +163,10 @@ int modUnzip::UnzipArchive(CommandContext& context) {
     const int code = Wiz_SingleEntryUnzip({context.files, context.locations}, uNumberFiles, uZipNames,
                                           uNumberXFiles, uExcludeNames, options, callbacks);
     uZipMessage += ArchiveInformation(callbacks);
+    uExplanations = std::move(callbacks.explanations);
+    uWritten = std::move(callbacks.written);
+    if (!callbacks.rightPassword.empty())
+        uRightPassword = std::move(callbacks.rightPassword);
     return code;
 }
 

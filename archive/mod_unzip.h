@@ -35,8 +35,10 @@ struct modUnzip {
     NameList uZipNames, uExcludeNames;
     bool uShowProgress = false; // in the main window, when there is enough to do
 
-    // 1 once the password prompt was shown: it is shown at most once while the program runs.
+    // 1 once the password prompt was shown; it is not shown again before this is 0.
     std::int16_t uPasswordAsked = 0;
+    std::string
+        uRightPassword; // the last one that fitted, tried before the prompt is shown; kept nowhere else
 
     // Filled by UnzipArchive: information on the library and the archive, with all that the library printed.
     std::string uZipMessage;
@@ -46,6 +48,9 @@ struct modUnzip {
     std::vector<Refused> uRefused; // members that were left out although they are sound
     // Set when the archive needs more room than the disk has; then nothing was unpacked.
     std::uint64_t uRoomNeeded = 0, uRoomFree = 0;
+
+    std::vector<std::string> uExplanations; // sentences that say more than the code
+    std::vector<std::string> uWritten;      // what is to be flushed before it can be relied on
 
     // One call of the library with these options; its code, 0 for success.
     int UnzipArchive(CommandContext& context);

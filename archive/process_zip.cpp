@@ -5,6 +5,7 @@
 #include "package/walk.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <set>
 
 namespace korvadex {
@@ -26,22 +27,41 @@ void TellRefused(CommandContext& context, const modUnzip& unzip) {
     context.user.Tell(text, MessageIcon::Exclamation);
 }
 
-// True when every file of the archive was unpacked, or left out because the user wanted to keep his own.
+// True when all that was unpacked is on the disk.
+bool FlushUnpacked(CommandContext& context, const modUnzip& unzip) {
+    const auto outcomes = context.files.Flush(unzip.uWritten);
+    const auto failed = std::ranges::find_if(outcomes, [](const Status& status) { return !status; });
+    if (failed == outcomes.end())
+        return true;
+    context.user.Tell("The files of the zip file(" + unzip.uZipFileName +
+                          ") could not all be written to the disk: " + failed->path + "  (" +
+                          DescribeFault(failed->fault) + ").  Please unpack it again when that is settled.",
+                      MessageIcon::Exclamation);
+    return false;
+}
+
+// True when every file of the archive was unpacked and is on the disk, or left out because the user wanted to keep his
+// own.
 bool UnpackAndReport(CommandContext& context, modUnzip& unzip) {
+    unzip.uPasswordAsked = 0;
     const int code = unzip.UnzipArchive(context);
+    std::string text;
     if (unzip.uRoomNeeded > 0)
-        context.user.Tell("There is not enough room on the disk for the zip file(" + unzip.uZipFileName +
-                              ").  It needs " + InMeg(unzip.uRoomNeeded) + " Meg, and " +
-                              std::to_string(unzip.uRoomFree / 1'024'000) + " Meg are free. (code " +
-                              std::to_string(code) + ")",
-                          MessageIcon::Exclamation);
+        text = "There is not enough room on the disk for the zip file(" + unzip.uZipFileName +
+               ").  It needs " + InMeg(unzip.uRoomNeeded) + " Meg, and " +
+               std::to_string(unzip.uRoomFree / 1'024'000) + " Meg are free. (code " + std::to_string(code) +
+               ")";
     else if (code != UnzipCode::Ok)
-        context.user.Tell("There was a problem with the zip file(" + unzip.uZipFileName +
-                              ").  It may be corrupt. (code " + std::to_string(code) + ")",
-                          MessageIcon::Exclamation);
+        text = "There was a problem with the zip file(" + unzip.uZipFileName +
+               ").  It may be corrupt. (code " + std::to_string(code) + ")";
+    for (const std::string& explanation : unzip.uExplanations)
+        text += "\r\n\r\n" + explanation;
+    if (!text.empty())
+        context.user.Tell(text, MessageIcon::Exclamation);
     if (!unzip.uRefused.empty())
         TellRefused(context, unzip);
-    return code == UnzipCode::Ok && unzip.uRefused.empty();
+    const bool isOnDisk = FlushUnpacked(context, unzip);
+    return isOnDisk && code == UnzipCode::Ok && unzip.uRefused.empty();
 }
 
 // The archives that turned up below target, one by one, until none is left that was not asked about.

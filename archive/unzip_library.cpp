@@ -10,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <zlib.h>
 
 namespace korvadex {
@@ -83,13 +84,14 @@ struct Lists {
 
 class Unzipper {
   public:
-    Unzipper(zip_t& openArchive, UnzipDisk unzipDisk, const DCL& dcl, const Lists& nameLists,
-             UnzipCallbacks& unzipCallbacks)
-        : archive(openArchive), options(dcl), lists(nameLists), callbacks(unzipCallbacks),
-          reader(openArchive, zip_get_num_entries(&openArchive, 0) > 1),
+    Unzipper(zip_t& openArchive, const ZipDirectory& zipDirectory, UnzipDisk unzipDisk, const DCL& dcl,
+             const Lists& nameLists, UnzipCallbacks& unzipCallbacks)
+        : archive(openArchive), directory(zipDirectory), options(dcl), lists(nameLists),
+          callbacks(unzipCallbacks), reader(openArchive, zip_get_num_entries(&openArchive, 0) > 1),
           files(unzipDisk, dcl.lpszExtractDir) {}
 
     int Run();
+    std::vector<std::string> Written() const { return files.Written(); }
 
   private:
     std::optional<Entry> ReadEntry(std::uint64_t index);
@@ -102,19 +104,24 @@ class Unzipper {
     // Opens the file of a member, after a question where one of that name is there. False: keep the old one.
     bool OpenTarget(const std::string& path, MemberOutcome& outcome);
     int OpenStream(const Entry& entry);
+    bool IsRight(const std::string& candidate, const Entry& entry);
+    std::string FindPassword(const Entry& entry);
+    void Explain(const std::string& text);
     MemberOutcome StreamTo(const Entry& entry,
                            const std::function<MemberOutcome(std::span<const std::byte>)>& sink);
     void Advance(std::uint64_t bytes);
     void Print(const std::string& text);
 
     zip_t& archive;
+    const ZipDirectory& directory;
     const DCL& options;
     const Lists& lists;
     UnzipCallbacks& callbacks;
     MemberReader reader;
     MemberFiles files;
     std::vector<Entry> entries;
-    std::optional<std::string> password;
+    std::optional<std::string> password; // "": there is none
+    bool isPasswordRight = false;        // a member came out with it
     std::uint64_t totalSize = 0, totalCompressed = 0, done = 0;
     int unpackedCount = 0;
 };
@@ -139,7 +146,10 @@ std::optional<Entry> Unzipper::ReadEntry(std::uint64_t index) {
     if (!stored || zip_stat_index(&archive, index, 0, &info) != 0 || (info.valid & needed) != needed)
         return std::nullopt;
     Entry entry;
-    entry.member = {index, info.size, info.comp_size, info.crc, info.comp_method, info.encryption_method};
+    const MemberKind kind =
+        index < directory.members.size() ? directory.members[index] : MemberKind{info.comp_method, true};
+    entry.member = {index,      info.size, info.comp_size, info.crc, kind.method, info.encryption_method,
+                    kind.hasCrc};
     entry.name = ReadMemberName(stored);
     entry.time = TimeOf(&archive, index, info);
     entry.refusal = entry.name.refusal;
@@ -156,8 +166,6 @@ void Unzipper::FillTotals() {
         totalSize = AddBounded(totalSize, entry.member.size);
         totalCompressed = AddBounded(totalCompressed, entry.member.compressedSize);
     }
-    int commentLength = 0;
-    const char* comment = zip_get_archive_comment(&archive, &commentLength, ZIP_FL_ENC_RAW);
     callbacks.TotalSize = Bounded(totalSize);
     callbacks.TotalSizeComp = Bounded(totalCompressed);
     callbacks.CompFactor = totalSize == 0 || totalCompressed > totalSize
@@ -165,9 +173,9 @@ void Unzipper::FillTotals() {
                                : static_cast<std::uint32_t>(100 - static_cast<double>(totalCompressed) * 100 /
                                                                       static_cast<double>(totalSize));
     callbacks.NumMembers = static_cast<std::uint32_t>(entries.size());
-    callbacks.cchComment = static_cast<std::uint32_t>(comment ? commentLength : 0);
-    if (options.nzflag != 0 && comment && callbacks.print)
-        callbacks.print(ReadMemberName(std::string_view(comment, callbacks.cchComment)).text);
+    callbacks.cchComment = static_cast<std::uint32_t>(directory.comment.size());
+    if (options.nzflag != 0 && !directory.comment.empty() && callbacks.print)
+        callbacks.print(ReadMemberName(directory.comment).text);
 }
 
 void Unzipper::List() {
@@ -291,31 +299,53 @@ MemberOutcome Unzipper::Extract(const Entry& entry) {
 
 bool Unzipper::OpenTarget(const std::string& path, MemberOutcome& outcome) {
     bool isTaken = false;
-    outcome = files.Create(path, isTaken);
-    if (!isTaken)
+    outcome = files.LookAt(path, isTaken);
+    if (!outcome.IsFine())
         return true;
-    const bool replaces = options.noflag != 0 || (options.PromptToOverwrite != 0 && callbacks.replace &&
-                                                  callbacks.replace(path) == ReplaceYes);
-    if (replaces)
-        outcome = files.CreateBeside(path);
-    return replaces;
+    const bool isWanted =
+        !isTaken || options.noflag != 0 ||
+        (options.PromptToOverwrite != 0 && callbacks.replace && callbacks.replace(path) == ReplaceYes);
+    if (isWanted)
+        outcome = files.Create(path, isTaken);
+    return isWanted;
+}
+
+void Unzipper::Explain(const std::string& text) {
+    auto& explanations = callbacks.explanations;
+    if (std::find(explanations.begin(), explanations.end(), text) == explanations.end())
+        explanations.push_back(text);
+}
+
+bool Unzipper::IsRight(const std::string& candidate, const Entry& entry) {
+    return reader.Open(entry.member, candidate) == UnzipCode::Ok &&
+           reader.Stream(entry.member, [](std::span<const std::byte>) { return UnzipCode::Ok; }) ==
+               UnzipCode::Ok;
+}
+
+std::string Unzipper::FindPassword(const Entry& entry) {
+    const std::string known = std::exchange(callbacks.rightPassword, "");
+    if (!known.empty() && IsRight(known, entry))
+        return known;
+    std::string entered;
+    const bool isEntered =
+        callbacks.password && callbacks.password(entered, entry.name.text) == PasswordEntered;
+    return isEntered ? entered : "";
 }
 
 int Unzipper::OpenStream(const Entry& entry) {
-    const Member& member = entry.member;
-    if (zip_compression_method_supported(member.method, 0) == 0)
+    if (const std::string reason = WhyUnreadable(entry.member); !reason.empty()) {
+        Explain(reason + "  Please unpack it into Staging with another program.");
         return UnzipCode::Unsupported;
-    if (member.encryption != ZIP_EM_NONE) {
-        if (zip_encryption_method_supported(member.encryption, 0) == 0)
-            return UnzipCode::Unsupported;
-        std::string entered;
-        if (!password && callbacks.password &&
-            callbacks.password(entered, entry.name.text) == PasswordEntered)
-            password = entered;
-        if (!password || password->empty())
-            return UnzipCode::BadPassword;
     }
-    return reader.Open(member, password.value_or(""));
+    if (entry.member.encryption == ZIP_EM_NONE)
+        return reader.Open(entry.member, "");
+    if (!password)
+        password = FindPassword(entry);
+    if (password->empty()) {
+        Explain("It needs a password, and none was entered.");
+        return UnzipCode::BadPassword;
+    }
+    return reader.Open(entry.member, *password);
 }
 
 MemberOutcome Unzipper::StreamTo(const Entry& entry,
@@ -327,8 +357,13 @@ MemberOutcome Unzipper::StreamTo(const Entry& entry,
             return {code, ""};
         return sink(bytes);
     }
+    const auto failed = [&](int code) {
+        if (code == UnzipCode::BadPassword && password && !password->empty())
+            Explain("The password that was entered is wrong.  Please process it again to enter another one.");
+        return MemberOutcome{code, ""};
+    };
     if (const int code = OpenStream(entry); code != UnzipCode::Ok)
-        return {code, ""};
+        return failed(code);
     MemberOutcome outcome;
     constexpr int sinkFailed = -1;
     const int code = reader.Stream(entry.member, [&](std::span<const std::byte> bytes) {
@@ -336,9 +371,16 @@ MemberOutcome Unzipper::StreamTo(const Entry& entry,
         outcome = sink(bytes);
         return outcome.IsFine() ? UnzipCode::Ok : sinkFailed;
     });
-    if (code != sinkFailed)
-        outcome.code = code;
-    return outcome;
+    if (code == sinkFailed)
+        return outcome;
+    // What a password that is right makes no sense of is damaged.
+    if (code == UnzipCode::BadPassword && isPasswordRight)
+        return failed(UnzipCode::Error);
+    if (code == UnzipCode::Ok && entry.member.encryption != ZIP_EM_NONE) {
+        isPasswordRight = true;
+        callbacks.rightPassword = *password;
+    }
+    return failed(code);
 }
 
 // A cut archive begins like any other but has lost its directory, which stands at the end.
@@ -375,20 +417,27 @@ int Wiz_SingleEntryUnzip(UnzipDisk disk, std::int32_t includedCount, const NameL
         options.nfflag != 0 || options.naflag != 0 || options.nZIflag != 0 || options.fPrivilege != 0)
         return UnzipCode::BadParameter;
 
+    ZipDirectory directory;
     ZipError error;
-    const ZipHandle archive = OpenZip(disk.files, options.lpszZipFN, ZIP_RDONLY, error);
+    const ZipHandle archive = OpenZip(disk.files, options.lpszZipFN, directory, error);
     if (!archive) {
-        const bool isCut = error.code() == ZIP_ER_NOZIP && BeginsLikeArchive(disk.files, options.lpszZipFN);
-        return isCut ? UnzipCode::Truncated : UnzipCodeOf(error.code());
+        if (error.code() == ZIP_ER_NOZIP && BeginsLikeArchive(disk.files, options.lpszZipFN))
+            return UnzipCode::Truncated;
+        if (error.code() == ZIP_ER_NOZIP)
+            callbacks.explanations.push_back("There is no zip archive in it.");
+        if (error.code() == ZIP_ER_MULTIDISK)
+            callbacks.explanations.push_back(
+                "It is one part of an archive in several parts.  Please put them "
+                "together with another program first.");
+        return UnzipCodeOf(error.code());
     }
-    // libzip takes an empty file for an archive without members.
-    const auto info = disk.files.Info(options.lpszZipFN);
-    if (zip_get_num_entries(archive.get(), 0) == 0 && (!info || info->size == 0))
-        return UnzipCode::NotAnArchive;
 
     const Lists lists{FirstOf(included, includedCount), FirstOf(excluded, excludedCount),
                       options.C_flag != 0};
-    return Unzipper(*archive, disk, options, lists, callbacks).Run();
+    Unzipper unzipper(*archive, directory, disk, options, lists, callbacks);
+    const int code = unzipper.Run();
+    callbacks.written = unzipper.Written();
+    return code;
 }
 
 } // namespace korvadex

@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
@@ -87,6 +88,12 @@ struct UnzipCallbacks {
     std::function<void(const std::string& member, const std::string& reason)> refused;
     std::function<void(std::uint64_t needed, std::uint64_t free)> noRoom;
     std::function<void(std::uint64_t done, std::uint64_t total)> progress;
+    // A password to try before anyone is asked; afterwards the one that was right, if there was any.
+    std::string rightPassword;
+    // Filled in: what there is to say about the code, and the files and directories whose bytes may still wait to be
+    // flushed.
+    std::vector<std::string> explanations;
+    std::vector<std::string> written;
 };
 
 // Text fields end in a NUL.

@@ -78,7 +78,7 @@ int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile
     DeflatedFile& contents = prepared ? *prepared : ownContents;
 
     ZipError error;
-    ZipHandle archive = OpenZip(files, names.lpszZipFN, ZIP_CREATE | ZIP_EXCL, error);
+    ZipHandle archive = CreateZip(files, names.lpszZipFN, error);
     if (!archive)
         return error.code() == ZIP_ER_MEMORY ? ZipCode::NoMemory : ZipCode::CannotCreate;
     ZipSource source(contents.MakeSource(error));

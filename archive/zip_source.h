@@ -1,6 +1,7 @@
 // The archive on the disk as the zip library opens it: by the name that the host knows it by.
 #pragma once
 
+#include "archive/zip_directory.h"
 #include "platform/file_system.h"
 
 #include <memory>
@@ -35,7 +36,9 @@ class ZipError {
 // nullptr, and the error set, when the host cannot name the file.
 ZipSource MakeZipSource(const FileSystem& files, const std::string& path, ZipError& error);
 
-// flags as for zip_open. nullptr, and the error set, when it cannot be opened.
-ZipHandle OpenZip(const FileSystem& files, const std::string& path, int flags, ZipError& error);
+// The archive to read, with what was read of its directory. nullptr, and the error set, when it cannot be opened.
+ZipHandle OpenZip(const FileSystem& files, const std::string& path, ZipDirectory& directory, ZipError& error);
+// A new archive. nullptr, and the error set, when it cannot be made or is there already.
+ZipHandle CreateZip(const FileSystem& files, const std::string& path, ZipError& error);
 
 } // namespace korvadex

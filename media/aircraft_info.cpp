@@ -2,11 +2,9 @@
 
 #include "media/info_offers.h"
 #include "media/info_text.h"
-#include "package/config_readers.h"
+#include "package/config_text.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
-#include "platform/code_page.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -17,21 +15,6 @@ namespace {
 
 // How long reading for the combo boxes keeps the window from painting.
 constexpr std::chrono::milliseconds GatherTime{8};
-
-// The bytes of an aircraft.cfg that can be edited: a text of the code page, not a device's or another kind of file.
-Result<std::string> ReadConfig(const FileSystem& files, const std::string& path) {
-    const auto info = files.Info(path);
-    if (!info)
-        return info.status();
-    if (info->kind != EntryKind::File || info->size > MaxConfigBytes)
-        return Status{FileFault::Failed, path, 0};
-    return ReadBytes(files, path);
-}
-
-// Other programs save texts of two-byte letters as well.
-bool IsPlainText(const std::string& bytes) {
-    return bytes.find('\0') == std::string::npos;
-}
 
 // CR LF between lines, however they came.
 std::string WithCrLf(std::string_view text) {
@@ -54,7 +37,7 @@ AircraftInfo Cleaned(AircraftInfo info) {
             if (!field.text)
                 continue;
             std::string& text = info.*field.text;
-            text = std::string(Trim(field.hasLines ? WithCrLf(text) : text));
+            text = field.hasLines ? std::string(Trim(WithCrLf(text))) : std::string(TrimBlanks(text));
         }
     };
     clean(ConfigurationFields);
@@ -62,14 +45,14 @@ AircraftInfo Cleaned(AircraftInfo info) {
     return info;
 }
 
-// The first letter that the code page cannot hold; "" when there is none.
-std::string FirstForeignLetter(const std::string& text) {
+// The first letter that the file cannot hold; "" when there is none.
+std::string FirstForeignLetter(const ConfigText& config, const std::string& text) {
     for (std::size_t at = 0; at < text.size();) {
         std::size_t end = at + 1;
         while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
             ++end;
         std::string letter = text.substr(at, end - at);
-        if (!ToCodePage(letter))
+        if (!config.Encode(letter))
             return letter;
         at = end;
     }
@@ -84,11 +67,11 @@ bool HasControlLetter(const std::string& text, bool hasLines) {
 }
 
 // What keeps the text from being written so that it reads back as typed; "" when nothing does.
-std::string Objection(const InfoField& field, const std::string& text) {
+std::string Objection(const ConfigText& config, const InfoField& field, const std::string& text) {
     const std::string name(field.name);
     if (HasControlLetter(text, field.hasLines))
         return "The " + name + " has a line break or another character that cannot be kept in one line.";
-    if (const std::string letter = FirstForeignLetter(text); !letter.empty())
+    if (const std::string letter = FirstForeignLetter(config, text); !letter.empty())
         return "The " + name + " has a character that cannot be kept in aircraft.cfg:  " + letter;
     if (std::string back = text;
         field.hasLines && EscapeConfigText(EscapeConfigText(back, false), true) != text)
@@ -126,14 +109,14 @@ class InfoEditor {
     bool Accept(const AircraftInfo& entered) {
         if (entered == opened.info)
             return true;
-        if (!CanBeWritten(entered))
-            return false;
-        const auto before = ReadConfig(context.files, path);
+        const auto before = ReadConfigText(context.files, path);
         if (!before)
             return Refuse("The file " + path + " could not be read again (" + DescribeFault(before.fault()) +
                           ").  Nothing was written.  Please put it back and choose 'Apply' again.");
+        if (!CanBeWritten(*before, entered))
+            return false;
         const ConfigInfo now = ReadAircraftInfo(*before);
-        if (now.hasConfiguration != opened.hasConfiguration || !IsPlainText(*before))
+        if (now.hasConfiguration != opened.hasConfiguration || !before->IsText())
             return Refuse("The sections of " + path +
                           " were changed by another program.  Nothing was written.  Please choose "
                           "'Cancel' and open this window again.");
@@ -144,12 +127,12 @@ class InfoEditor {
         return Write(*before, entered);
     }
 
-    bool CanBeWritten(const AircraftInfo& entered) {
+    bool CanBeWritten(const ConfigText& config, const AircraftInfo& entered) {
         const auto check = [&](const auto& fields) {
             for (const InfoField& field : fields) {
                 if (!field.text || entered.*field.text == opened.info.*field.text)
                     continue;
-                const std::string objection = Objection(field, entered.*field.text);
+                const std::string objection = Objection(config, field, entered.*field.text);
                 if (!objection.empty())
                     return Refuse(objection + "  Please change it.");
             }
@@ -158,9 +141,9 @@ class InfoEditor {
         return check(ConfigurationFields) && check(GeneralFields);
     }
 
-    bool Write(const std::string& before, const AircraftInfo& entered) {
+    bool Write(const ConfigText& before, const AircraftInfo& entered) {
         const std::string bytes = WithAircraftInfo(before, entered);
-        if (bytes == before)
+        if (bytes == before.Bytes())
             return true;
         const Status status = RewriteBytes(context.files, context.locations, path, bytes);
         return status || Refuse("The file " + path + " could not be written (" + DescribeFault(status.fault) +
@@ -194,12 +177,12 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
         return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please "
                     "press F5.");
     const std::string path = package.FindComponentFile("aircraft.cfg");
-    if (path.empty() || package.aircraftCfg.lines.empty())
+    if (path.empty() || package.aircraftCfg.text.lines.empty())
         return tell("Aircraft configuration file not found.");
-    const auto bytes = ReadConfig(context.files, path);
-    if (!bytes)
-        return tell("The file " + path + " could not be read (" + DescribeFault(bytes.fault()) + ").");
-    if (!IsPlainText(*bytes))
+    const auto text = ReadConfigText(context.files, path);
+    if (!text)
+        return tell("The file " + path + " could not be read (" + DescribeFault(text.fault()) + ").");
+    if (!text->IsText())
         return tell("The file " + path +
                     " is no plain text, so it cannot be changed here.  Please open it in an editor and save "
                     "it as plain text (ANSI).");
@@ -209,7 +192,7 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
                           "Korvadex.",
                           MessageIcon::Information);
     const std::string name = package.isStaging ? "Staging" : CurrentPackageName(context.window);
-    InfoEditor editor(context, name + "  -  " + package.aircraftTitle, path, ReadAircraftInfo(*bytes));
+    InfoEditor editor(context, name + "  -  " + package.aircraftTitle, path, ReadAircraftInfo(*text));
     context.user.ShowInfo(editor.Form());
 }
 

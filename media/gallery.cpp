@@ -37,7 +37,7 @@ class GalleryWalk {
             return names;
         }
         for (const auto& entry : *entries) {
-            if (entry.info.kind != EntryKind::Directory || IsScratchName(entry.name))
+            if (!IsSubdirectory(files, directory, entry))
                 continue;
             if (names.size() == MaxSubdirectoriesPerLevel) {
                 gallery.isLevelCut = true;

@@ -1,7 +1,7 @@
 #include "media/info_offers.h"
 
+#include "package/config_text.h"
 #include "package/file_primitives.h"
-#include "platform/code_page.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -12,9 +12,7 @@ namespace korvadex {
 namespace {
 
 enum Key : std::size_t { AtcAirline, Manufacturer, AtcType, AtcModel };
-constexpr std::array<std::string_view, 4> Keys = {
-    "atc_airline=", "ui_manufacturer=", "atc_type=", "atc_model="};
-constexpr std::size_t LongestKey = 16;
+constexpr std::array<std::string_view, 4> Keys = {"atc_airline", "ui_manufacturer", "atc_type", "atc_model"};
 
 // Of a larger file the beginning is enough; the sections in question stand there.
 constexpr std::size_t BufferSize = 64 * 1024;
@@ -61,13 +59,6 @@ constexpr CommonValue CommonValues[] = {
     {AtcModel, "PA28"},
 };
 
-// The marks around a value are none of it.
-std::string_view WithoutQuotes(std::string_view text) {
-    if (text.size() >= 2 && text.starts_with('"') && text.ends_with('"'))
-        text = text.substr(1, text.size() - 2);
-    return Trim(text);
-}
-
 } // namespace
 
 InfoOfferSearch::InfoOfferSearch(const FileSystem& fileSystem, const Locations& locations)
@@ -113,20 +104,15 @@ void InfoOfferSearch::ReadNext() {
 }
 
 void InfoOfferSearch::Take(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const std::size_t length = std::min(bytes.find_first_of("\r\n"), bytes.size());
-        std::string_view line = bytes.substr(0, length);
-        bytes.remove_prefix(std::min(length + 1, bytes.size()));
-        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-        if (line.substr(0, LongestKey).find('=') == std::string_view::npos)
+    for (const ConfigLine& line : ParseConfig(bytes).lines) {
+        const std::string_view key = KeyOf(line.text);
+        const auto known =
+            std::ranges::find_if(Keys, [&](std::string_view wanted) { return EqualNoCase(key, wanted); });
+        if (known == Keys.end())
             continue;
-        for (std::size_t key = 0; key < Keys.size(); ++key) {
-            if (!StartsWithNoCase(line, Keys[key]))
-                continue;
-            const std::string value = FromCodePage(WithoutQuotes(Trim(line.substr(Keys[key].size()))));
-            if (!value.empty() && value.size() <= MaxValueLength)
-                values[key].emplace(FoldCase(value), value);
-        }
+        const std::string value(ValueOf(line.text));
+        if (!value.empty() && value.size() <= MaxValueLength)
+            values[static_cast<std::size_t>(known - Keys.begin())].emplace(FoldCase(value), value);
     }
 }
 

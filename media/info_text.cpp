@@ -1,6 +1,5 @@
 #include "media/info_text.h"
 
-#include "platform/code_page.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -11,74 +10,57 @@
 namespace korvadex {
 
 const std::array<InfoField, 8> ConfigurationFields = {{
-    {.key = "atc_id=", .name = "tail number", .text = &AircraftInfo::atcId},
-    {.key = "atc_airline=", .name = "airline call sign", .text = &AircraftInfo::atcAirline},
-    {.key = "atc_flight_number=", .name = "flight number", .text = &AircraftInfo::atcFlightNumber},
-    {.key = "atc_heavy=", .name = "heavy", .flag = &AircraftInfo::isHeavy},
-    {.key = "ui_manufacturer=", .name = "manufacturer", .text = &AircraftInfo::manufacturer},
-    {.key = "ui_type=", .name = "type", .text = &AircraftInfo::type},
-    {.key = "ui_variation=", .name = "variation", .text = &AircraftInfo::variation},
-    {.key = "description=", .name = "description", .text = &AircraftInfo::description, .hasLines = true},
+    {.key = "atc_id", .name = "tail number", .text = &AircraftInfo::atcId},
+    {.key = "atc_airline", .name = "airline call sign", .text = &AircraftInfo::atcAirline},
+    {.key = "atc_flight_number", .name = "flight number", .text = &AircraftInfo::atcFlightNumber},
+    {.key = "atc_heavy", .name = "heavy", .flag = &AircraftInfo::isHeavy},
+    {.key = "ui_manufacturer", .name = "manufacturer", .text = &AircraftInfo::manufacturer},
+    {.key = "ui_type", .name = "type", .text = &AircraftInfo::type},
+    {.key = "ui_variation", .name = "variation", .text = &AircraftInfo::variation},
+    {.key = "description", .name = "description", .text = &AircraftInfo::description, .hasLines = true},
 }};
 const std::array<InfoField, 4> GeneralFields = {{
-    {.key = "atc_type=", .name = "ATC type", .text = &AircraftInfo::atcType},
-    {.key = "atc_model=", .name = "ATC model", .text = &AircraftInfo::atcModel},
-    {.key = "editable=", .name = "editable", .flag = &AircraftInfo::isEditable},
-    {.key = "performance=", .name = "performance", .text = &AircraftInfo::performance, .hasLines = true},
+    {.key = "atc_type", .name = "ATC type", .text = &AircraftInfo::atcType},
+    {.key = "atc_model", .name = "ATC model", .text = &AircraftInfo::atcModel},
+    {.key = "editable", .name = "editable", .flag = &AircraftInfo::isEditable},
+    {.key = "performance", .name = "performance", .text = &AircraftInfo::performance, .hasLines = true},
 }};
 
 namespace {
 
 using Fields = std::span<const InfoField>;
 
-// --- the lines of the file
-
-struct Line {
-    std::string_view text, end; // end: CR LF, LF, CR, or nothing in the last line
-};
-
-Line TakeLine(std::string_view& rest) {
-    const std::size_t length = std::min(rest.find_first_of("\r\n"), rest.size());
-    Line line{rest.substr(0, length), {}};
-    rest.remove_prefix(length);
-    line.end = rest.substr(0, rest.starts_with("\r\n") ? 2 : 1);
-    rest.remove_prefix(line.end.size());
-    return line;
-}
-
 // How a new line ends: as all others do, or with CR LF where they differ.
-std::string_view LineEndOf(std::string_view bytes) {
-    std::set<std::string_view> ends;
-    while (!bytes.empty())
-        ends.insert(TakeLine(bytes).end);
+std::string LineEndOf(const ConfigText& text) {
+    std::set<std::string> ends;
+    for (const ConfigLine& line : text.lines)
+        ends.insert(line.end);
     ends.erase("");
-    return ends.size() == 1 ? *ends.begin() : "\r\n";
+    return ends.size() == 1 ? *ends.begin() : text.Encode("\r\n").value_or("\r\n");
 }
 
 // Knows which fields the lines belong to that it is shown one after the other.
 class SectionReader {
   public:
     // True when the line begins a section.
-    bool IsHeader(const Line& line) {
-        const std::string_view text = line.text;
-        // An indented header begins no section that is edited, but what follows it is another's.
-        if (!text.substr(std::min(text.find_first_not_of(" \t"), text.size())).starts_with("["))
+    bool IsHeader(const ConfigLine& line) {
+        const std::string_view section = SectionOf(line.text);
+        if (section.empty())
             return false;
         fields = {};
-        if (!hasConfiguration && (StartsWithNoCase(text, "[fltsim.") || StartsWithNoCase(text, "[fltsim]"))) {
+        if (!hasConfiguration && (StartsWithNoCase(section, "fltsim.") || EqualNoCase(section, "fltsim"))) {
             hasConfiguration = true;
             fields = ConfigurationFields;
-        } else if (!hasGeneral && StartsWithNoCase(text, "[general]")) {
+        } else if (!hasGeneral && EqualNoCase(section, "general")) {
             hasGeneral = true;
             fields = GeneralFields;
         }
         return true;
     }
     // The managed field of this section that the line sets; none for any other line.
-    const InfoField* FieldOf(const Line& line) const {
-        const auto found = std::find_if(fields.begin(), fields.end(), [&](const InfoField& field) {
-            return StartsWithNoCase(line.text, field.key);
-        });
+    const InfoField* FieldOf(const ConfigLine& line) const {
+        const auto found = std::find_if(fields.begin(), fields.end(),
+                                        [&](const InfoField& field) { return HasKey(line.text, field.key); });
         return found == fields.end() ? nullptr : &*found;
     }
     Fields Current() const { return fields; }
@@ -92,14 +74,14 @@ class SectionReader {
 
 // --- values
 
-std::string ValueIn(const Line& line, const InfoField& field) {
-    std::string value(Trim(FromCodePage(line.text.substr(field.key.size()))));
+std::string ValueIn(const ConfigLine& line, const InfoField& field) {
+    std::string value(ValueOf(line.text));
     return field.hasLines ? EscapeConfigText(value, true) : value;
 }
 
-// 1 and "1" are on, 0 and what is no number are off.
+// What is no number is off.
 bool IsOn(std::string_view value) {
-    const std::size_t first = value.find_first_not_of("\"0");
+    const std::size_t first = value.find_first_not_of('0');
     return first != std::string_view::npos && value[first] >= '1' && value[first] <= '9';
 }
 
@@ -114,14 +96,14 @@ std::string ValueFor(const InfoField& field, const AircraftInfo& info) {
     return field.hasLines ? EscapeConfigText(value, false) : value;
 }
 
-void TakeValue(const Line& line, const InfoField& field, AircraftInfo& info) {
+void TakeValue(const ConfigLine& line, const InfoField& field, AircraftInfo& info) {
     if (field.flag)
         info.*field.flag = IsOn(ValueIn(line, field));
     else
         info.*field.text = ValueIn(line, field);
 }
 
-bool HasValueOf(const Line& line, const InfoField& field, const AircraftInfo& info) {
+bool HasValueOf(const ConfigLine& line, const InfoField& field, const AircraftInfo& info) {
     AircraftInfo read;
     TakeValue(line, field, read);
     return field.flag ? read.*field.flag == info.*field.flag : read.*field.text == info.*field.text;
@@ -129,18 +111,17 @@ bool HasValueOf(const Line& line, const InfoField& field, const AircraftInfo& in
 
 // The line that counts of each field that the file has.
 struct ManagedLines {
-    std::map<const InfoField*, Line> first;
+    std::map<const InfoField*, const ConfigLine*> first;
     bool hasConfiguration = false;
 };
 
-ManagedLines FindManagedLines(std::string_view bytes) {
+ManagedLines FindManagedLines(const ConfigText& text) {
     ManagedLines found;
     SectionReader sections;
-    while (!bytes.empty()) {
-        const Line line = TakeLine(bytes);
+    for (const ConfigLine& line : text.lines) {
         const InfoField* field = sections.IsHeader(line) ? nullptr : sections.FieldOf(line);
         if (field)
-            found.first.emplace(field, line);
+            found.first.emplace(field, &line);
     }
     found.hasConfiguration = sections.HasConfiguration();
     return found;
@@ -150,12 +131,13 @@ ManagedLines FindManagedLines(std::string_view bytes) {
 
 class Rewriter {
   public:
-    Rewriter(const AircraftInfo& newInfo, std::string_view before)
-        : info(newInfo), lineEnd(LineEndOf(before)), old(FindManagedLines(before)) {}
+    Rewriter(const AircraftInfo& newInfo, const ConfigText& before)
+        : info(newInfo), text(before), lineEnd(LineEndOf(before)), old(FindManagedLines(before)) {}
 
-    void Keep(const Line& line) {
-        bytes.append(line.text).append(line.end);
-        if (line.text.find_first_not_of(" \t") != std::string_view::npos)
+    void Keep(const ConfigLine& line) {
+        bytes.append(line.bytes).append(line.end);
+        isEnded = !line.end.empty();
+        if (!TrimBlanks(line.text).empty())
             lastText = bytes.size();
     }
     // Puts the managed keys behind the last text so far; the empty line after them is one that stands there already,
@@ -173,11 +155,11 @@ class Rewriter {
     }
     void AddGeneral() {
         EndLastLine();
-        bytes.append("[General]").append(lineEnd);
+        bytes.append(text.Encode("[General]").value_or("")).append(lineEnd);
         lastText = bytes.size();
         EndSection(GeneralFields);
     }
-    std::string Take() { return std::move(bytes); }
+    std::string Take() { return text.mark + bytes; }
 
   private:
     // A value that is not changed stays as it is spelt: there may be a mark in it that would read back as another.
@@ -187,24 +169,29 @@ class Rewriter {
             const std::string value = ValueFor(field, info);
             if (value.empty())
                 continue;
-            const auto line = old.first.find(&field);
-            if (line != old.first.end() && HasValueOf(line->second, field, info))
-                lines.append(line->second.text).append(lineEnd);
-            else if (const auto encoded = ToCodePage(value))
-                lines.append(field.key).append(*encoded).append(lineEnd);
+            const auto found = old.first.find(&field);
+            const ConfigLine* line = found == old.first.end() ? nullptr : found->second;
+            if (line && HasValueOf(*line, field, info))
+                lines.append(line->bytes).append(lineEnd);
+            else if (const auto encoded =
+                         text.Encode(WithValue(line ? line->text : std::string(field.key) + "=", value)))
+                lines.append(*encoded).append(lineEnd);
         }
         return lines;
     }
     void EndLastLine() {
-        if (!bytes.empty() && !bytes.ends_with('\n') && !bytes.ends_with('\r'))
+        if (!isEnded)
             bytes += lineEnd;
+        isEnded = true;
         lastText = bytes.size();
     }
 
     const AircraftInfo& info;
-    const std::string_view lineEnd;
+    const ConfigText& text;
+    const std::string lineEnd;
     const ManagedLines old;
     std::string bytes;
+    bool isEnded = true;      // of the last line
     std::size_t lastText = 0; // where the last line that is not blank ends
 };
 
@@ -235,20 +222,19 @@ std::string& EscapeConfigText(std::string& text, bool decode) {
     return text = std::move(encoded);
 }
 
-ConfigInfo ReadAircraftInfo(std::string_view bytes) {
-    const ManagedLines found = FindManagedLines(bytes);
+ConfigInfo ReadAircraftInfo(const ConfigText& text) {
+    const ManagedLines found = FindManagedLines(text);
     ConfigInfo result;
     for (const auto& [field, line] : found.first)
-        TakeValue(line, *field, result.info);
+        TakeValue(*line, *field, result.info);
     result.hasConfiguration = found.hasConfiguration;
     return result;
 }
 
-std::string WithAircraftInfo(std::string_view bytes, const AircraftInfo& info) {
-    Rewriter rewriter(info, bytes);
+std::string WithAircraftInfo(const ConfigText& text, const AircraftInfo& info) {
+    Rewriter rewriter(info, text);
     SectionReader sections;
-    while (!bytes.empty()) {
-        const Line line = TakeLine(bytes);
+    for (const ConfigLine& line : text.lines) {
         const Fields ended = sections.Current();
         if (sections.IsHeader(line)) {
             rewriter.EndSection(ended);

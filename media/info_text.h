@@ -1,9 +1,10 @@
-// The texts of frmInfo as they stand in an aircraft.cfg: read from its bytes and put back among them.
+// The texts of frmInfo as they stand in an aircraft.cfg: read from it and put back.
 //
 // Those of the aircraft stand in the first [fltsim.N] section, the others in the first [General]; later sections
 // of these names are not looked at.
 #pragma once
 
+#include "package/config_text.h"
 #include "package/dialogs.h"
 
 #include <array>
@@ -17,7 +18,7 @@ namespace korvadex {
 std::string& EscapeConfigText(std::string& text, bool decode);
 
 struct InfoField {
-    std::string_view key;  // "atc_id="
+    std::string_view key;  // "atc_id"
     std::string_view name; // for messages: "tail number"
     std::string AircraftInfo::*text = nullptr;
     bool AircraftInfo::*flag = nullptr; // in place of a text
@@ -32,12 +33,13 @@ struct ConfigInfo {
     bool hasConfiguration = false; // there is a [fltsim.N] section
 };
 // Of a key that stands in its section twice the first counts.
-ConfigInfo ReadAircraftInfo(std::string_view bytes);
+ConfigInfo ReadAircraftInfo(const ConfigText& text);
 
-// The same bytes with these texts: in each of the two sections the managed keys stand together behind the last of
-// the other lines, which all stay as they are, and so do the lines of those keys whose values are the same. A missing
-// [General] is added at the end; a missing [fltsim.N] is not. Every text must have its place in the code page. Doing
+// Its bytes with these texts: in each of the two sections the managed keys stand together behind the last of
+// the other lines, which all stay as they are, and so do the lines of those keys whose values are the same; one that
+// is changed keeps its spelling. A missing
+// [General] is added at the end; a missing [fltsim.N] is not. Every text must have its place in the encoding. Doing
 // it again changes nothing.
-std::string WithAircraftInfo(std::string_view bytes, const AircraftInfo& info);
+std::string WithAircraftInfo(const ConfigText& text, const AircraftInfo& info);
 
 } // namespace korvadex

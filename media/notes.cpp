@@ -93,7 +93,7 @@ void DeleteNotes(CommandContext& context, const LoadedPackage& package) {
     // The directory may have been made for the notes alone: left empty, it would be a file that Staging contains.
     const std::string directory = WithoutBackslash(ParentDirectory(path));
     if (EqualNoCase(directory, ShownDirectory(context, package) + "Documentation"))
-        static_cast<void>(context.files.RemoveDirectory(directory));
+        RemoveEmptyDirectory(context.files, directory);
     context.window.RefreshPackageDisplay();
 }
 

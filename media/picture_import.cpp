@@ -1,10 +1,10 @@
 #include "media/picture_import.h"
 
 #include "media/picture_names.h"
+#include "package/name_list.h"
 #include "package/package_name.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
-#include "sim/name_list.h"
 
 #include <algorithm>
 #include <functional>

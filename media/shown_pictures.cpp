@@ -1,6 +1,7 @@
 #include "media/shown_pictures.h"
 
 #include "media/picture_names.h"
+#include "package/file_primitives.h"
 #include "package/pictures.h"
 #include "platform/windows_path.h"
 
@@ -67,7 +68,7 @@ void RemoveEmptyImagesDirectory(FileSystem& files, LoadedPackage& package) {
     if (package.isStaging || package.path.empty() || !package.pictures.empty())
         return;
     const auto directory = package.path + std::string(ComponentGroupNames[Images]);
-    if (files.RemoveDirectory(directory))
+    if (RemoveEmptyDirectory(files, directory))
         std::erase_if(package.tree.directories,
                       [&](const std::string& listed) { return EqualNoCase(listed, directory); });
 }

@@ -1,10 +1,10 @@
 #include "package/aircraft_cfg.h"
 
 #include "package/config_readers.h"
+#include "package/config_text.h"
 #include "package/file_primitives.h"
 #include "package/reduce_staging.h"
 #include "package/scratch.h"
-#include "platform/code_page.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 
@@ -15,79 +15,70 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> VariationKeys = {"model=", "panel=", "sound=", "texture="};
+constexpr std::array<std::string_view, 4> VariationKeys = {"model", "panel", "sound", "texture"};
 
-bool BeginsWith(const std::string& line, std::string_view key) {
-    return StartsWithNoCase(line, key);
+// The lines that are looked at.
+std::size_t LineCount(const AircraftCfg& cfg) {
+    return std::min(cfg.text.lines.size(), MaxConfigLines);
 }
 
-std::string ValueOf(const std::string& line, std::string_view key) {
-    return std::string(Trim(std::string_view(line).substr(key.size())));
+constexpr std::size_t FirstDigit = std::string_view("fltsim.").size();
+
+// "fltsim.1" of a line that begins a configuration; "" for any other line.
+std::string_view ConfigurationSection(std::string_view line) {
+    const std::string_view section = SectionOf(line);
+    return StartsWithNoCase(section, "fltsim.") ? section : "";
 }
 
-// The key that the line assigns, as written in the line; "" when it is none of the four.
-std::string VariationKeyOf(const std::string& line) {
-    const auto key = std::find_if(VariationKeys.begin(), VariationKeys.end(),
-                                  [&](std::string_view candidate) { return BeginsWith(line, candidate); });
-    return key == VariationKeys.end() ? "" : line.substr(0, key->size());
+// A line that gives one of the four a value loses it.
+void ClearVariation(ConfigText& text, std::size_t number) {
+    const std::string& line = text.lines[number].text;
+    const bool isVariation =
+        std::ranges::any_of(VariationKeys, [&](std::string_view key) { return HasKey(line, key); });
+    if (isVariation && !ValueOf(line).empty())
+        static_cast<void>(text.SetText(number, line.substr(0, line.find('=') + 1)));
 }
 
-std::string_view WithoutIndent(std::string_view line) {
-    return line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
-}
-
-bool BeginsSection(std::string_view line) {
-    return WithoutIndent(line).starts_with("[");
-}
-
-// The text between the brackets of a "[fltsim.N]" line; "" for any other line. One that is a comment begins no
-// configuration: with those not chosen, all that follows it would go.
-std::string ConfigurationSection(const std::string& line) {
-    if (WithoutIndent(line).starts_with(";") || WithoutIndent(line).starts_with("//"))
-        return "";
-    const std::string folded = FoldCase(line);
-    const std::size_t open = folded.find("[fltsim.");
-    const std::size_t close = line.find(']', open == std::string::npos ? 0 : open);
-    if (open == std::string::npos || close == std::string::npos)
-        return "";
-    return line.substr(open + 1, close - open - 1);
-}
-
-// The stored lines with the chosen section alone, as the first.
-std::vector<std::string> ReducedLines(const AircraftCfg& cfg, std::size_t chosen) {
-    std::vector<std::string> lines;
+// The text with the chosen section alone, as the first.
+ConfigText Reduced(const AircraftCfg& cfg, std::size_t chosen) {
+    ConfigText text = cfg.text;
+    std::vector<ConfigLine> kept;
     std::size_t sections = 0;
     bool isInSection = false;
-    for (const auto& line : cfg.lines) {
-        if (!ConfigurationSection(line).empty()) {
-            isInSection = true;
-            if (++sections == chosen + 1)
-                lines.emplace_back("[fltsim.0]");
-            continue;
+    for (std::size_t number = 0; number < text.lines.size(); ++number) {
+        const std::string line = text.lines[number].text;
+        const bool isLookedAt = number < MaxConfigLines;
+        if (isLookedAt && !SectionOf(line).empty()) {
+            const std::string_view section = ConfigurationSection(line);
+            isInSection = !section.empty();
+            sections += isInSection ? 1 : 0;
+            if (isInSection && sections == chosen + 1) {
+                const auto at = static_cast<std::size_t>(section.data() - line.data());
+                std::string renumbered = line;
+                renumbered.replace(at + FirstDigit, section.size() - FirstDigit, "0");
+                static_cast<void>(text.SetText(number, renumbered));
+            }
+        } else if (isLookedAt && isInSection) {
+            ClearVariation(text, number);
         }
-        if (BeginsSection(line))
-            isInSection = false;
-        if (isInSection && sections != chosen + 1)
-            continue;
-        const std::string key = isInSection ? VariationKeyOf(line) : "";
-        lines.push_back(key.empty() ? line : key);
+        if (!isLookedAt || !isInSection || sections == chosen + 1)
+            kept.push_back(std::move(text.lines[number]));
     }
-    return lines;
+    text.lines = std::move(kept);
+    return text;
 }
 
-// The lines in the place of those that were read; what the file holds beyond them stays byte for byte.
-Status WriteLines(CommandContext& context, const AircraftCfg& cfg, const std::vector<std::string>& lines) {
+// In the place of what was read.
+Status Write(CommandContext& context, const AircraftCfg& cfg, const ConfigText& text) {
     const auto before = ReadBytes(context.files, cfg.path);
     if (!before)
         return before.status();
-    // Letters of two bytes are not lines of ours: they would be torn apart.
-    if (before->find('\0') != std::string::npos)
+    if (!text.IsText())
         return {FileFault::Failed, cfg.path, 0};
-    auto bytes = JoinLines(lines);
-    if (!bytes)
-        return {FileFault::BadName, cfg.path, 0};
-    *bytes += before->substr(std::min(cfg.bytesRead, before->size()));
-    return *bytes == *before ? Status{} : RewriteBytes(context.files, context.locations, cfg.path, *bytes);
+    if (*before != cfg.text.Bytes()) // changed since
+        return {FileFault::InUse, cfg.path, 0};
+    const std::string bytes = text.Bytes();
+    return bytes == *before ? Status{} : RewriteBytes(context.files, context.locations, cfg.path, bytes);
 }
 
 void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const Status& status) {
@@ -117,52 +108,42 @@ bool CanReduce(CommandContext& context, const AircraftCfg& cfg, const Tree& tree
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path) {
     AircraftCfg cfg;
     cfg.path = path;
-    const auto info = files.Info(path);
-    if (!info || info->size > MaxConfigBytes)
+    auto text = ReadConfigText(files, path);
+    if (!text)
         return cfg;
-    const auto bytes = ReadBytes(files, path);
-    if (!bytes)
-        return cfg;
-    std::string_view rest = *bytes;
-    while (!rest.empty() && cfg.lines.size() < MaxConfigLines) {
-        const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
-        std::string line(TrimLeft(FromCodePage(rest.substr(0, end))));
-        const std::size_t lineEnd = rest.substr(end).starts_with("\r\n") ? 2 : 1;
-        rest.remove_prefix(std::min(end + lineEnd, rest.size()));
-        if (line.empty() && cfg.lines.empty())
-            continue;
-        if (BeginsWith(line, "title=") && cfg.title != MultipleTitle)
-            cfg.title = ValueOf(line, "title=");
-        if (BeginsWith(line, "[fltsim.1"))
+    cfg.text = std::move(*text);
+    for (std::size_t number = 0; number < LineCount(cfg); ++number) {
+        const std::string& line = cfg.text.lines[number].text;
+        if (HasKey(line, "title") && cfg.title != MultipleTitle)
+            cfg.title = ValueOf(line);
+        if (ConfigurationSection(line).substr(0, FirstDigit + 1).ends_with(".1"))
             cfg.title = MultipleTitle;
-        cfg.lines.push_back(std::move(line));
     }
-    cfg.bytesRead = bytes->size() - rest.size();
     return cfg;
 }
 
 std::vector<Configuration> ReadConfigurations(const AircraftCfg& cfg) {
     std::vector<Configuration> configurations;
     bool isInSection = false;
-    for (const auto& line : cfg.lines) {
-        if (std::string section = ConfigurationSection(line); !section.empty()) {
-            configurations.emplace_back().section = std::move(section);
-            isInSection = true;
-            continue;
+    for (std::size_t number = 0; number < LineCount(cfg); ++number) {
+        const std::string& line = cfg.text.lines[number].text;
+        if (!SectionOf(line).empty()) {
+            const std::string_view section = ConfigurationSection(line);
+            isInSection = !section.empty();
+            if (isInSection)
+                configurations.emplace_back().section = section;
         }
-        if (BeginsSection(line))
-            isInSection = false;
         if (!isInSection)
             continue;
         Configuration& row = configurations.back();
-        const std::pair<std::string_view, std::string*> columns[] = {{"title=", &row.title},
-                                                                     {"model=", &row.model},
-                                                                     {"panel=", &row.panel},
-                                                                     {"sound=", &row.sound},
-                                                                     {"texture=", &row.texture}};
+        const std::pair<std::string_view, std::string*> columns[] = {{"title", &row.title},
+                                                                     {"model", &row.model},
+                                                                     {"panel", &row.panel},
+                                                                     {"sound", &row.sound},
+                                                                     {"texture", &row.texture}};
         for (const auto& [key, value] : columns) {
-            if (BeginsWith(line, key))
-                *value = ValueOf(line, key);
+            if (HasKey(line, key))
+                *value = ValueOf(line);
         }
     }
     return configurations;
@@ -183,7 +164,7 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
             return std::nullopt;
         chosen = static_cast<std::size_t>(*picked);
         // The disk may have changed while the user thought about it.
-        if (ReadAircraftCfg(context.files, cfg.path).lines != cfg.lines) {
+        if (ReadAircraftCfg(context.files, cfg.path).text.Bytes() != cfg.text.Bytes()) {
             context.user.Tell(
                 "The file " + cfg.path +
                     " was changed by another program.  Nothing was changed here.  Please press F5 and "
@@ -201,7 +182,7 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
     Reduction reduction(context, now, cfg.path, configurations, chosen);
     if (!reduction.SetAside())
         return std::nullopt;
-    if (const Status status = WriteLines(context, cfg, ReducedLines(cfg, chosen)); !status) {
+    if (const Status status = Write(context, cfg, Reduced(cfg, chosen)); !status) {
         reduction.PutBack();
         ReportWriteFailure(context, cfg, status);
         return std::nullopt;
@@ -213,27 +194,22 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
 }
 
 Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title) {
-    std::vector<std::string> lines = cfg.lines;
-    for (auto& line : lines) {
-        if (BeginsWith(line, "title="))
-            line = "title=" + title;
+    ConfigText text = cfg.text;
+    for (std::size_t number = 0; number < LineCount(cfg); ++number) {
+        const std::string& line = text.lines[number].text;
+        if (HasKey(line, "title") && !text.SetText(number, WithValue(line, Trim(title))))
+            return {FileFault::BadName, cfg.path, 0};
     }
-    return WriteLines(context, cfg, lines);
+    return Write(context, cfg, text);
 }
 
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg) {
-    const bool needsChange = std::any_of(cfg.lines.begin(), cfg.lines.end(), [](const std::string& line) {
-        const std::string key = VariationKeyOf(line);
-        return !key.empty() && key.size() != line.size();
-    });
-    if (!needsChange)
+    ConfigText text = cfg.text;
+    for (std::size_t number = 0; number < LineCount(cfg); ++number)
+        ClearVariation(text, number);
+    if (text.Bytes() == cfg.text.Bytes())
         return;
-    std::vector<std::string> lines;
-    for (const auto& line : cfg.lines) {
-        const std::string key = VariationKeyOf(line);
-        lines.push_back(key.empty() ? line : key);
-    }
-    if (const Status status = WriteLines(context, cfg, lines); !status)
+    if (const Status status = Write(context, cfg, text); !status)
         ReportWriteFailure(context, cfg, status);
 }
 

@@ -15,7 +15,7 @@ inline constexpr std::string_view MultipleTitle = "MULTI";
 // What is shown in its place while Staging holds one.
 inline constexpr const char* ChoiceOpenTitle = "A configuration is still to be chosen  (F5)";
 
-// Fills the line store and the title.
+// The text and the title.
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path);
 
 // One [fltsim.N] section; values trimmed.
@@ -36,12 +36,11 @@ struct KeptConfiguration {
 std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg,
                                                      const Tree& tree);
 
-// Gives every "title=" line of the file the new title; lines lose their leading blanks. Whatever fails, the
-// file is as it was.
+// Gives every title of the file the new one. Whatever fails, the file is as it was: BadName when the title has a
+// letter that the file cannot hold, InUse when the file was changed since it was read.
 Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title);
 
-// Rewrites the file with "model=", "panel=", "sound=" and "texture=" as bare keys. A file that needs no
-// change is not written.
+// Takes the values of model, panel, sound and texture out of the file. One that needs no change is not written.
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg);
 
 } // namespace korvadex

@@ -1,6 +1,7 @@
 #include "package/component_files.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "platform/windows_path.h"
 
 namespace korvadex {
@@ -43,10 +44,16 @@ bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package,
                                " files selected?"))
         return false;
     const auto& listed = package.ComponentFiles[static_cast<std::size_t>(group)];
+    std::vector<std::string> remaining;
     for (const int position : positions) {
         if (position >= 0 && static_cast<std::size_t>(position) < listed.size())
-            DeleteFileForced(context.files, listed[static_cast<std::size_t>(position)].path);
+            remaining.push_back(DeleteListed(context.files, listed[static_cast<std::size_t>(position)]));
     }
+    std::erase(remaining, "");
+    if (!remaining.empty())
+        context.user.Tell("The following files were not deleted ...\r\n\r\n" + ListNames(remaining) +
+                              "\r\n\r\nPlease look at them and delete them again.",
+                          MessageIcon::Exclamation);
     return true;
 }
 

@@ -1,6 +1,5 @@
 #include "package/config_readers.h"
 
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -9,7 +8,6 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::string_view AliasKey = "alias=";
 // The import writes one line; a file of this name that is larger came from elsewhere.
 constexpr std::uint64_t LargestNameFile = 4096;
 
@@ -17,8 +15,7 @@ bool IsOldConfig(const std::string& path) {
     return StartsWithNoCase(LastPathComponent(path), "old");
 }
 
-// The first alias line of the file sets the alias; every line goes to `visit` in lower case, without leading
-// blanks.
+// The first alias line of the file sets the alias; every line goes to `visit` in lower case.
 template<class Visit>
 void ReadAlias(const FileSystem& files, const std::string& path, std::string& alias, Visit visit) {
     const bool isOld = IsOldConfig(path);
@@ -28,33 +25,33 @@ void ReadAlias(const FileSystem& files, const std::string& path, std::string& al
     if (!lines)
         return;
     for (const auto& raw : *lines) {
-        const std::string folded = FoldCase(raw);
-        const std::string_view line = TrimLeft(folded);
-        if (!isOld && alias.empty() && line.starts_with(AliasKey))
-            alias = Trim(line.substr(AliasKey.size())); // as the simulator reads it
+        const std::string line = FoldCase(raw);
+        if (!isOld && alias.empty() && HasKey(line, "alias"))
+            alias = ValueOf(line);
         visit(line);
     }
 }
 
-// "file=main.bmp", "texture\main.bmp": the text between the nearest "=" or "\" and the end of ".bmp".
+// "file=main.bmp", "texture\main.bmp": the text between the nearest "=", "\" or quote and the end of ".bmp".
 void AddBitmapNames(std::string_view line, PanelBitmapNames& names) {
     constexpr std::string_view Ending = ".bmp";
     for (std::size_t at = line.find(Ending); at != std::string_view::npos; at = line.find(Ending, at + 1)) {
-        const std::size_t before = line.substr(0, at).find_last_of("=\\");
+        const std::size_t before = line.substr(0, at).find_last_of("=\\\"");
         const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
-        names.emplace(Trim(line.substr(start, at + Ending.size() - start)));
+        names.emplace(TrimBlanks(line.substr(start, at + Ending.size() - start)));
     }
 }
 
 } // namespace
 
 Result<std::vector<std::string>> ReadConfigLines(const FileSystem& files, const std::string& path) {
-    const auto info = files.Info(path);
-    if (!info)
-        return info.status();
-    if (info->size > MaxConfigBytes)
-        return Status{FileFault::Failed, path, 0};
-    return ReadLines(files, path);
+    auto config = ReadConfigText(files, path);
+    if (!config)
+        return config.status();
+    std::vector<std::string> lines;
+    for (ConfigLine& line : config->lines)
+        lines.push_back(std::move(line.text));
+    return lines;
 }
 
 void ReadPanelAlias(const FileSystem& files, const std::string& path, LoadedPackage& package) {
@@ -67,7 +64,7 @@ Status ReadPanelBitmapNames(const FileSystem& files, const std::string& path, Pa
     if (!lines)
         return lines.status();
     for (const auto& line : *lines)
-        AddBitmapNames(TrimLeft(FoldCase(line)), names);
+        AddBitmapNames(FoldCase(line), names);
     return {};
 }
 
@@ -80,7 +77,7 @@ std::string ReadImportName(const FileSystem& files, const Locations& locations) 
     const auto info = files.Info(path);
     if (!info || info->kind != EntryKind::File || info->size > LargestNameFile)
         return "";
-    const auto lines = ReadLines(files, path);
+    const auto lines = ReadConfigLines(files, path);
     return lines && !lines->empty() ? lines->front() : "";
 }
 

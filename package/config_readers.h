@@ -1,14 +1,10 @@
 // What loading learns from panel.cfg, sound.cfg and the compression marker.
 #pragma once
 
+#include "package/config_text.h"
 #include "package/loaded_package.h"
 
-#include <cstdint>
-
 namespace korvadex {
-
-// A configuration file beyond this size is none: it is not read.
-inline constexpr std::uint64_t MaxConfigBytes = 32u << 20;
 
 // The lines of a panel.cfg, sound.cfg, aircraft.cfg or a file of the program's own.
 Result<std::vector<std::string>> ReadConfigLines(const FileSystem& files, const std::string& path);

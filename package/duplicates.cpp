@@ -1,12 +1,17 @@
 #include "package/duplicates.h"
 
 #include "package/file_primitives.h"
+#include "package/progress.h"
 #include "platform/date_text.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <map>
+#include <set>
+#include <unordered_set>
 
 namespace korvadex {
 
@@ -18,6 +23,8 @@ constexpr std::array<std::string_view, 13> DocumentEndings = {
 constexpr std::uint64_t StubLimit = 70;
 constexpr std::uint64_t WholeFile = 1001;
 constexpr int MaxNumber = 100000;
+// So many documents of one name take their time.
+constexpr std::size_t LongRun = 100;
 
 bool IsDocument(const FileEntry& file) {
     return std::any_of(DocumentEndings.begin(), DocumentEndings.end(),
@@ -38,37 +45,62 @@ std::string Numbered(const std::string& path, int number) {
     return path.substr(0, stem) + "(" + std::to_string(number) + ")" + path.substr(stem);
 }
 
-bool IsNameTaken(const std::vector<FileEntry>& files, const std::string& path) {
-    const std::string key = FoldCase(LastPathComponent(path));
-    return std::any_of(files.begin(), files.end(), [&](const FileEntry& file) { return file.key == key; });
-}
+// What becomes of one list of files, and of the tree that they were taken from.
+class Settling {
+  public:
+    Settling(CommandContext& command, std::vector<FileEntry>& listed, Tree& listedTree)
+        : context(command), files(listed), tree(listedTree) {}
 
-// Gives the file the first free number from `number` on.
-void Renumber(CommandContext& context, std::vector<FileEntry>& files, std::size_t index, int& number,
-              Tree& tree) {
-    const std::string path = files[index].path;
-    for (; number < MaxNumber; ++number) {
-        const std::string wanted = Numbered(path, number);
-        if (IsNameTaken(tree.files, wanted))
-            continue;
-        const Status status = context.files.Rename(path, wanted);
-        if (status.fault == FileFault::Exists)
-            continue;
-        if (status) {
-            files[index] = FileEntry(wanted, files[index].info);
-            tree.Rename(path, wanted);
-            ++number;
-        }
-        return;
+    // To be called last: list and tree become what lies on the disk.
+    void Finish() {
+        std::erase_if(files, [&](const FileEntry& file) { return deleted.contains(file.path); });
+        tree.Remove(deleted);
+        tree.Rename(renamed);
+        SortByName(files);
     }
-}
 
-void RemoveFile(CommandContext& context, std::vector<FileEntry>& files, std::size_t index, Tree& tree) {
-    const std::string path = files[index].path;
-    if (DeleteFileForced(context.files, path))
-        tree.Remove(path);
-    files.erase(files.begin() + static_cast<std::ptrdiff_t>(index));
-}
+    // One that cannot be deleted stays listed.
+    void Delete(std::size_t index) {
+        if (DeleteFileForced(context.files, files[index].path))
+            deleted.insert(files[index].path);
+    }
+    bool IsDeleted(std::size_t index) const { return deleted.contains(files[index].path); }
+
+    // Gives the file the first free number from `number` on.
+    void Renumber(std::size_t index, int& number) {
+        const std::string path = files[index].path;
+        for (; number < MaxNumber; ++number) {
+            const std::string wanted = Numbered(path, number);
+            if (IsTaken(FoldCase(LastPathComponent(wanted))))
+                continue;
+            const Status status = context.files.Rename(path, wanted);
+            if (status.fault == FileFault::Exists)
+                continue;
+            if (status) {
+                files[index] = FileEntry(wanted, files[index].info);
+                names.insert(files[index].key);
+                renamed.emplace(path, wanted);
+                ++number;
+            }
+            return;
+        }
+    }
+
+  private:
+    bool IsTaken(const std::string& key) {
+        if (names.empty())
+            for (const FileEntry& file : tree.files)
+                names.insert(file.key);
+        return names.contains(key);
+    }
+
+    CommandContext& context;
+    std::vector<FileEntry>& files;
+    Tree& tree;
+    std::set<std::string> deleted;
+    std::map<std::string, std::string> renamed;
+    std::unordered_set<std::string> names; // of all files of the tree, once one is to be renamed
+};
 
 std::string Described(const FileEntry& file) {
     return file.path + "  (Size: " + std::to_string(file.info.size) +
@@ -82,8 +114,7 @@ bool IsStubFor(const FileEntry& stub, const FileEntry& whole) {
 
 bool KeepsFirst(CommandContext& context, DuplicateChoice& choice, const FileEntry& first,
                 const FileEntry& second) {
-    if (first.info.size == second.info.size && first.info.time == second.info.time &&
-        SameBytes(context.files, first.path, second.path))
+    if (SameBytes(context.files, first.path, second.path))
         return true;
     if (IsStubFor(first, second))
         return false;
@@ -101,30 +132,80 @@ bool KeepsFirst(CommandContext& context, DuplicateChoice& choice, const FileEntr
     return keepsFirst;
 }
 
-// In a run of documents, deletes every later one that has the bytes of an earlier one; the new end of the
-// run.
-std::size_t DropEqualDocuments(CommandContext& context, std::vector<FileEntry>& files, std::size_t begin,
-                               std::size_t end, Tree& tree) {
-    for (std::size_t later = end - 1; later > begin; --later) {
-        for (std::size_t earlier = begin; earlier < later; ++earlier) {
-            if (SameBytes(context.files, files[earlier].path, files[later].path)) {
-                RemoveFile(context, files, later, tree);
-                --end;
-                break;
-            }
-        }
+// A number that files of equal bytes share, and hardly any others; none when the file cannot be read.
+std::optional<std::uint64_t> HashBytes(const FileSystem& files, const std::string& path) {
+    const auto file = files.OpenForReading(path);
+    if (!file)
+        return std::nullopt;
+    std::vector<std::byte> buffer(1 << 16);
+    std::uint64_t hash = 14695981039346656037u; // FNV-1a
+    for (;;) {
+        const auto count = (*file)->Read(buffer);
+        if (!count)
+            return std::nullopt;
+        if (*count == 0)
+            return hash;
+        for (std::size_t i = 0; i < *count; ++i)
+            hash = (hash ^ std::to_integer<std::uint64_t>(buffer[i])) * 1099511628211u;
     }
-    return end;
 }
 
-// True when an earlier file of the run holds the same bytes: in the Hangar both are listed as they are.
-bool HasTwin(CommandContext& context, const std::vector<FileEntry>& files, std::size_t index,
-             std::size_t end) {
-    for (std::size_t other = index + 1; other < end; ++other) {
-        if (SameBytes(context.files, files[index].path, files[other].path))
-            return true;
+// For each file of a run, the place of the first one that holds the same bytes.
+std::vector<std::size_t> FirstsOfEqualBytes(CommandContext& context, const std::vector<FileEntry>& files,
+                                            std::size_t begin, std::size_t end,
+                                            const std::function<void()>& afterEach) {
+    std::map<std::uint64_t, std::size_t> sizes;
+    for (std::size_t index = begin; index < end; ++index)
+        ++sizes[files[index].info.size];
+    std::map<std::pair<std::uint64_t, std::uint64_t>, std::vector<std::size_t>> different; // by size and hash
+    std::vector<std::size_t> firsts;
+    for (std::size_t index = begin; index < end; ++index) {
+        afterEach();
+        firsts.push_back(index);
+        const std::uint64_t size = files[index].info.size;
+        const auto hash = sizes[size] > 1 ? HashBytes(context.files, files[index].path) : std::nullopt;
+        if (!hash)
+            continue;
+        auto& others = different[{size, *hash}];
+        const auto equal = std::ranges::find_if(others, [&](std::size_t other) {
+            return SameBytes(context.files, files[other].path, files[index].path);
+        });
+        if (equal == others.end())
+            others.push_back(index);
+        else
+            firsts.back() = *equal;
     }
-    return false;
+    return firsts;
+}
+
+// Documents of one name, from begin to end.
+void SettleRun(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, std::size_t begin,
+               std::size_t end, Settling& settling) {
+    std::optional<ProgressBar> progress;
+    if (end - begin >= LongRun)
+        progress.emplace(context.window, static_cast<int>(2 * (end - begin)));
+    const auto step = [&] {
+        if (progress)
+            progress->Step();
+    };
+    const auto firsts = FirstsOfEqualBytes(context, files, begin, end, step);
+    std::map<std::size_t, std::size_t> lasts; // of equal bytes, by the first
+    for (std::size_t index = begin; index < end; ++index) {
+        lasts[firsts[index - begin]] = index;
+        if (isStaging && firsts[index - begin] != index)
+            settling.Delete(index);
+    }
+    // The last of the run keeps its name; the others count upwards from the end.
+    int number = 1;
+    bool isLast = true;
+    for (std::size_t index = end; index-- > begin; step()) {
+        if (settling.IsDeleted(index))
+            continue;
+        // In the Hangar equal ones are listed as they are.
+        if (!isLast && (isStaging || lasts[firsts[index - begin]] == index))
+            settling.Renumber(index, number);
+        isLast = false;
+    }
 }
 
 } // namespace
@@ -136,48 +217,53 @@ void SortByName(std::vector<FileEntry>& files) {
 }
 
 void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree) {
-    for (std::size_t begin = 0; begin < files.size();) {
-        std::size_t end = EndOfRun(files, begin);
-        if (end - begin > 1 && IsDocument(files[begin])) {
-            if (isStaging)
-                end = DropEqualDocuments(context, files, begin, end, tree);
-            // The last of the run keeps its name; the others count upwards from the end.
-            int number = 1;
-            for (std::size_t index = end - 1; index-- > begin;) {
-                if (isStaging || !HasTwin(context, files, index, end))
-                    Renumber(context, files, index, number, tree);
-            }
-        }
-        begin = end;
+    Settling settling(context, files, tree);
+    for (std::size_t begin = 0, end = 0; begin < files.size(); begin = end) {
+        end = EndOfRun(files, begin);
+        if (end - begin > 1 && IsDocument(files[begin]))
+            SettleRun(context, isStaging, files, begin, end, settling);
     }
-    SortByName(files);
+    settling.Finish();
 }
 
 void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree) {
-    for (std::size_t second = files.size(); second-- > 1;) {
-        const std::size_t first = second - 1;
-        if (files[first].key != files[second].key || IsDocument(files[first]))
-            continue;
-        const bool keepsFirst = KeepsFirst(context, choice, files[first], files[second]);
-        RemoveFile(context, files, keepsFirst ? second : first, tree);
+    Settling settling(context, files, tree);
+    std::size_t kept = files.size();
+    for (std::size_t first = files.size(); first-- > 0;) {
+        const bool isPair = kept < files.size() && files[first].key == files[kept].key;
+        if (!isPair || IsDocument(files[first])) {
+            kept = first;
+        } else if (KeepsFirst(context, choice, files[first], files[kept])) {
+            settling.Delete(kept);
+            kept = first;
+        } else {
+            settling.Delete(first);
+        }
     }
+    settling.Finish();
 }
 
-void StopOnHangarDuplicate(CommandContext& context, const std::vector<FileEntry>& files) {
-    for (std::size_t second = files.size(); second-- > 1;) {
-        const FileEntry& first = files[second - 1];
-        if (first.key != files[second].key || IsDocument(first))
-            continue;
-        context.user.Tell(
-            "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred "
-            "while loading components for a package:\r\n\r\n" +
-                first.path + "\r\n\r\n" + files[second].path +
-                "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  Please restart "
-                "Korvadex and double check the Hangar location.",
-            MessageIcon::Critical);
-        throw ProgramEnd{};
+std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files) {
+    std::vector<std::string> paths;
+    for (std::size_t begin = 0, end = 0; begin < files.size(); begin = end) {
+        end = EndOfRun(files, begin);
+        if (end - begin > 1 && !IsDocument(files[begin]))
+            for (std::size_t index = begin; index < end; ++index)
+                paths.push_back(files[index].path);
     }
+    return paths;
+}
+
+void StopOnHangarDuplicate(CommandContext& context, const std::vector<std::string>& twins) {
+    context.user.Tell(
+        "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred "
+        "while loading components for a package:\r\n\r\n" +
+            twins[0] + "\r\n\r\n" + twins[1] +
+            "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  Please restart "
+            "Korvadex and double check the Hangar location.",
+        MessageIcon::Critical);
+    throw ProgramEnd{};
 }
 
 } // namespace korvadex

@@ -22,12 +22,14 @@ void SortByName(std::vector<FileEntry>& files);
 void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree);
 
 // All other files of one name, in Staging: keeps one of each name, by rule or by question, and deletes the
-// others from the disk, the list and the tree.
+// others from the disk, the list and the tree. One that cannot be deleted stays in all three.
 void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree);
 
-// All other files of one name, in a Hangar package: a sign of a wrong Hangar location. Says so and ends the
-// program.
-void StopOnHangarDuplicate(CommandContext& context, const std::vector<FileEntry>& files);
+// Those files of a sorted list that have one name, documents and pictures left out.
+std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files);
+
+// Two files of one name in a Hangar package: a sign of a wrong Hangar location. Says so and ends the program.
+[[noreturn]] void StopOnHangarDuplicate(CommandContext& context, const std::vector<std::string>& twins);
 
 } // namespace korvadex

@@ -46,7 +46,7 @@ class Eraser {
             if (!ReadPanelConfigs()) // a bitmap is the panel's or a texture
                 return std::nullopt;
             AddGroups({Aircraft, Model, Texture});
-            Add(CollectFiles(tree, "diz", FileMode::Extension, context.limits));
+            Add(CollectFiles(tree, "diz", FileMode::Extension, Unlimited));
             break;
         case StagingPart::Sound:
             AddGroups({Sound});
@@ -60,25 +60,25 @@ class Eraser {
 
     void AddGroups(std::initializer_list<Group> groups) {
         for (const Group group : groups)
-            Add(CollectGroup(tree, group, bitmapNames, context.limits));
+            Add(CollectGroup(tree, group, bitmapNames, Unlimited));
     }
 
     void AddGaugeSounds() {
-        for (const auto& file : CollectFiles(tree, "wav", FileMode::Extension, context.limits).entries)
+        for (const auto& file : CollectFiles(tree, "wav", FileMode::Extension, Unlimited).entries)
             if (IsGaugeSound(file.key, soundLines))
                 found.push_back(file);
     }
 
     bool ReadPanelConfigs() {
         for (const char* name : {"panel.cfg", "oldpanel.cfg"})
-            for (const auto& file : CollectFiles(tree, name, FileMode::Name, context.limits).entries)
+            for (const auto& file : CollectFiles(tree, name, FileMode::Name, Unlimited).entries)
                 if (const auto status = ReadPanelBitmapNames(context.files, file.path, bitmapNames); !status)
                     return Refuse(file.path, status);
         return true;
     }
 
     bool ReadSoundConfigs() {
-        for (const auto& file : CollectFiles(tree, "sound.cfg", FileMode::Name, context.limits).entries) {
+        for (const auto& file : CollectFiles(tree, "sound.cfg", FileMode::Name, Unlimited).entries) {
             const auto lines = ReadSoundLines(context.files, file.path);
             if (!lines)
                 return Refuse(file.path, lines.status());
@@ -106,19 +106,20 @@ class Eraser {
 bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
     if (!context.user.AskYesNo(QuestionFor(part)))
         return false;
-    const auto tree = WalkToDelete(context, context.locations.StagingDir, ScratchEntries::LeaveOut);
-    if (!tree)
-        return false;
-    if (tree->isUnreadable) {
-        context.user.Tell("The directory " + tree->unreadable + " could not be read.  Nothing was deleted.",
+    const Tree tree = WalkTree(context.files, context.locations.StagingDir, WalkFor::Search);
+    if (tree.isUnreadable) {
+        context.user.Tell("The directory " + tree.unreadable + " could not be read.  Nothing was deleted.",
                           MessageIcon::Exclamation);
         return false;
     }
-    const auto found = Eraser(context, *tree).FilesOf(part);
+    const auto found = Eraser(context, tree).FilesOf(part);
     if (!found)
         return false;
-    for (const auto& file : *found)
-        DeleteFileForced(context.files, file.path);
+    std::vector<std::string> remaining;
+    for (const auto& file : *found) {
+        if (auto explained = DeleteOrExplain(context.files, file.path); !explained.empty())
+            remaining.push_back(std::move(explained));
+    }
 
     if (part == StagingPart::Panel)
         context.user.Tell(
@@ -130,7 +131,7 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
             "There may be images of the aircraft remaining because there is no way of knowing what an image "
             "is associated with.  Check the Images tab and remove any that are unwanted.",
             MessageIcon::Information);
-    context.user.Tell("Done.");
+    TellDeleted(context, remaining);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "package/file_primitives.h"
 
+#include "package/name_list.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -14,27 +15,13 @@ bool IsFullTreePath(std::string_view path) {
            path[3] != ' ' && path.find("\\\\") == std::string_view::npos;
 }
 
-// Only trees within a location may go, none that holds a location, and never the places that collections hang
-// from.
-bool MayBeDeleted(const Locations& locations, const std::string& path) {
-    if (!IsFullTreePath(path) || locations.RootOf(path).empty())
-        return false;
-    if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
-        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
-        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
-        return false;
-    const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
-    return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
-        return IsAtOrBelow(*location, path) && !EqualNoCase(*location, path);
-    });
+std::string Explained(const std::string& path, FileFault fault) {
+    return path + " (" + DescribeFault(fault) + ")";
 }
 
-ListCut CutOf(const Tree& tree, const WalkLimits& limits) {
-    if (tree.isLevelCut)
-        return ListCut::Level;
-    if (tree.directories.size() > static_cast<std::size_t>(limits.DirMax))
-        return ListCut::DirMax;
-    return tree.files.size() > static_cast<std::size_t>(limits.FileMax) ? ListCut::FileMax : ListCut::None;
+bool HoldsAny(const std::string& directory, const std::vector<std::string>& paths) {
+    return std::ranges::any_of(
+        paths, [&](const std::string& path) { return path.starts_with(AddBackslash(directory)); });
 }
 
 // The name of a package's directory among those that the simulator has.
@@ -47,6 +34,19 @@ std::string NameInSim(std::string_view name, Has has) {
 }
 
 } // namespace
+
+bool MayBeDeleted(const Locations& locations, const std::string& path) {
+    if (!IsFullTreePath(path) || locations.RootOf(path).empty())
+        return false;
+    if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
+        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
+        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
+        return false;
+    const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
+    return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
+        return IsAtOrBelow(*location, path) && !EqualNoCase(*location, path);
+    });
+}
 
 bool DeleteFileForced(FileSystem& files, const std::string& path) {
     static_cast<void>(files.ClearAttributes(path));
@@ -61,18 +61,33 @@ Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths) {
     return failure == outcomes.end() ? Status{} : *failure;
 }
 
-std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch) {
-    Tree tree = WalkTree(context.files, path, scratch);
-    const ListCut cut = CutOf(tree, context.limits);
-    if (cut == ListCut::None)
-        return tree;
-    context.user.Tell("The directory " + path + " cannot be cleared.  Nothing was deleted.\r\n\r\n" +
-                          DescribeCut(cut, context.limits),
-                      MessageIcon::Exclamation);
-    return std::nullopt;
+std::string DeleteOrExplain(FileSystem& files, const std::string& path) {
+    static_cast<void>(files.ClearAttributes(path));
+    const FileFault fault = files.Delete(path).fault;
+    return fault == FileFault::None || fault == FileFault::NotFound ? "" : Explained(path, fault);
 }
 
-bool DeleteTree(CommandContext& context, const std::string& path) {
+std::string DeleteListed(FileSystem& files, const FileEntry& listed) {
+    const auto now = files.Info(listed.path);
+    if (now &&
+        (now->kind != listed.info.kind || now->size != listed.info.size || now->time != listed.info.time))
+        return listed.path + " (it was changed by another program meanwhile)";
+    return DeleteOrExplain(files, listed.path);
+}
+
+bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {
+    const auto entries = files.List(path);
+    if (!entries || !std::ranges::all_of(*entries, [](const DirectoryEntry& entry) {
+            return entry.info.kind == EntryKind::File && IsLeftOut(entry);
+        }))
+        return false;
+    for (const auto& entry : *entries)
+        DeleteFileForced(files, AddBackslash(path) + entry.name);
+    return bool(files.RemoveDirectory(path));
+}
+
+std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path,
+                                    const std::string& last) {
     FileSystem& files = context.files;
     if (!MayBeDeleted(context.locations, path)) {
         context.user.Tell(
@@ -81,26 +96,51 @@ bool DeleteTree(CommandContext& context, const std::string& path) {
             MessageIcon::Critical);
         throw ProgramEnd{};
     }
+    std::vector<std::string> remaining;
+    const auto deleteFile = [&](const std::string& file) {
+        if (auto explained = DeleteOrExplain(files, file); !explained.empty())
+            remaining.push_back(std::move(explained));
+    };
     const std::string bare = WithoutBackslash(path);
     const auto info = files.Info(bare);
-    if (info && info->kind == EntryKind::Link && !EqualNoCase(path, context.locations.StagingDir))
-        return DeleteFileForced(files, bare); // what a link leads to is not ours
+    if (info && info->kind == EntryKind::Link && !EqualNoCase(path, context.locations.StagingDir)) {
+        deleteFile(bare); // what a link leads to is not ours
+        return remaining;
+    }
+    const Tree tree = WalkTree(files, path, WalkFor::Deletion);
+    if (tree.isUnreadable)
+        remaining.push_back(Explained(tree.unreadable, FileFault::Denied));
+    for (const auto& file : tree.files) {
+        if (!EqualNoCase(file.path, last))
+            deleteFile(file.path);
+    }
+    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory) {
+        const FileFault fault = files.RemoveDirectory(*directory).fault;
+        // One that holds what remains is not worth a word of its own.
+        if (fault != FileFault::None && fault != FileFault::NotFound &&
+            (fault != FileFault::NotEmpty || !HoldsAny(*directory, remaining)))
+            remaining.push_back(Explained(*directory, fault));
+    }
+    if (!last.empty() && remaining.empty())
+        deleteFile(last);
+    return remaining;
+}
 
-    const auto tree = WalkToDelete(context, path, ScratchEntries::Include);
-    if (!tree)
-        return false;
-    for (const auto& file : tree->files)
-        DeleteFileForced(files, file.path);
-    for (auto directory = tree->directories.rbegin(); directory != tree->directories.rend(); ++directory)
-        static_cast<void>(files.RemoveDirectory(*directory));
-    return true;
+void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining) {
+    if (remaining.empty())
+        context.user.Tell("Done.");
+    else
+        context.user.Tell("The following could not be deleted ...\r\n\r\n" + ListNames(remaining) +
+                              "\r\n\r\nPlease close the program that uses them, or make sure that you may "
+                              "write there, and try again.",
+                          MessageIcon::Exclamation);
 }
 
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path) {
     std::vector<std::string> names;
     if (const auto entries = files.List(path)) {
         for (const auto& entry : *entries) {
-            if (entry.info.kind == EntryKind::Directory && !IsScratchName(entry.name))
+            if (IsSubdirectory(files, path, entry))
                 names.push_back(entry.name);
         }
     }
@@ -116,7 +156,7 @@ bool StagingIsEmpty(const FileSystem& files, const Locations& locations) {
     if (!entries)
         return entries.fault() == FileFault::NotFound;
     return std::all_of(entries->begin(), entries->end(),
-                       [](const DirectoryEntry& entry) { return IsScratchName(entry.name); });
+                       [](const DirectoryEntry& entry) { return IsLeftOut(entry); });
 }
 
 std::string SpacesToUnderscores(std::string_view text) {

@@ -4,7 +4,6 @@
 #include "package/command_context.h"
 #include "package/walk.h"
 
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -14,23 +13,34 @@ namespace korvadex {
 
 // Clears the attributes, then deletes; false when the file is still there.
 bool DeleteFileForced(FileSystem& files, const std::string& path);
+// The same; "" when the file is gone, else its path and the reason: "C:\a.txt (access was denied)".
+std::string DeleteOrExplain(FileSystem& files, const std::string& path);
+// The same for a file that was listed: one that has changed since stays, as it is another one by now.
+std::string DeleteListed(FileSystem& files, const FileEntry& listed);
+// Removes a directory that holds nothing but what file managers write there; true when it is gone.
+bool RemoveEmptyDirectory(FileSystem& files, const std::string& path);
 
 // All that was written to these files and directories is on the disk when this returns; otherwise the first fault.
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths);
 
-// The tree of a directory, to delete from. None, after a message, when a limit of the walk would cut the
-// listing: then nothing is to be deleted.
-std::optional<Tree> WalkToDelete(CommandContext& context, const std::string& path, ScratchEntries scratch);
+// Only trees within a location may go, none that holds a location, and never the places that collections hang
+// from.
+bool MayBeDeleted(const Locations& locations, const std::string& path);
 
 // Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
 // location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
-// False, as WalkToDelete, when nothing was deleted. The directory itself stays.
-bool DeleteTree(CommandContext& context, const std::string& path);
+// The directory itself stays. The file `last` (a full path) goes when all the rest has gone. Gives what could not be
+// deleted, each with the reason.
+std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path,
+                                    const std::string& last = {});
 
-// What stands in a directory as a directory of its own (links are none), scratch left out of account.
+// "Done.", or what could not be deleted and what to do about it.
+void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining);
+
+// The directories in a directory, and the links to directories; see IsSubdirectory.
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path);
 bool HasSubdirectory(const FileSystem& files, const std::string& parentPath, std::string_view name);
-// No entry at all, scratch left out of account.
+// No entry at all but what no list shows.
 bool StagingIsEmpty(const FileSystem& files, const Locations& locations);
 
 std::string SpacesToUnderscores(std::string_view text);

@@ -31,7 +31,7 @@ class Loader {
     std::vector<FileEntry> Collect(Group group);
     std::vector<FileEntry> CollectNames(std::initializer_list<std::string_view> names);
     void FillComponentList(Group group);
-    void StopOnDuplicates();
+    std::vector<std::string> FindTwins();
     void ReadPanelConfigs();
     void ReadSoundConfigs();
     void ReadMarker();
@@ -82,10 +82,12 @@ void Loader::FillComponentList(Group group) {
 }
 
 // Before anything is renamed in what may turn out to be no package at all.
-void Loader::StopOnDuplicates() {
+std::vector<std::string> Loader::FindTwins() {
     ReadPanelConfigs();
     for (int group = 0; group < GroupCount; ++group)
-        StopOnHangarDuplicate(context, Collect(static_cast<Group>(group)));
+        if (auto twins = FilesOfOneName(Collect(static_cast<Group>(group))); !twins.empty())
+            return twins;
+    return {};
 }
 
 // What the configurations name counts only after it is settled which of them stay.
@@ -134,7 +136,7 @@ LoadOutcome Loader::SettleConfiguration() {
     package.isChoiceOpen = false;
     package.tree = WalkTree(context.files, package.path);
     keptTitle = kept->title;
-    return {.isConfigurationChosen = kept->wasAsked};
+    return {.isConfigurationChosen = kept->wasAsked, .twins = {}};
 }
 
 // Fills the Aircraft group and reads its aircraft.cfg.
@@ -194,10 +196,13 @@ void Loader::SetTexts() {
 LoadOutcome Loader::Run() {
     LoadOutcome outcome;
     package.tree = WalkTree(context.files, package.path);
-    if (package.isStaging)
+    if (package.isStaging) {
         outcome = SettleConfiguration();
-    else
-        StopOnDuplicates();
+    } else {
+        outcome.twins = FindTwins();
+        if (!outcome.twins.empty())
+            return outcome;
+    }
     settles = package.isStaging && !package.isChoiceOpen;
 
     FillComponentList(Images);
@@ -211,10 +216,6 @@ LoadOutcome Loader::Run() {
     for (const Group group : {Texture, Gauges, Documentation, Miscellaneous})
         FillComponentList(group);
     WarnOfExecutables();
-
-    FileList all = CollectFiles(package.tree, "", FileMode::All, context.limits);
-    NoteCut(all.cut);
-    package.packageFiles = std::move(all.entries);
     FillComponentList(Unrecognized);
     SetTexts();
     return outcome;
@@ -259,7 +260,8 @@ void CheckSingleAircraftCfg(CommandContext& context) {
             "Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  Would you "
             "like to remove all files from the Staging directory?",
             MessageIcon::Exclamation)) {
-        DeleteTree(context, staging);
+        if (const auto remaining = DeleteTree(context, staging); !remaining.empty())
+            TellDeleted(context, remaining);
         return;
     }
     context.user.Tell(

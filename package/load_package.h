@@ -9,6 +9,8 @@ namespace korvadex {
 struct LoadOutcome {
     // A configuration was chosen: its title is proposed as the name of the package.
     bool isConfigurationChosen = false;
+    // Two files of one name in a Hangar package: nothing was loaded.
+    std::vector<std::string> twins;
 };
 
 // Whether a load of Staging asks which of several configurations to keep.
@@ -16,8 +18,7 @@ enum class ChoiceQuestion { Ask, LeaveOpen };
 
 // Loads the directory `path` (ends in a backslash) into package, from nothing. In Staging it reduces the aircraft
 // to one configuration, then settles duplicate names, and warns of executables; as long as none of several
-// configurations is kept, everything is listed as it is. Throws ProgramEnd on a duplicate in a Hangar package,
-// after saying so.
+// configurations is kept, everything is listed as it is.
 LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
                         LoadedPackage& package, ChoiceQuestion question = ChoiceQuestion::Ask);
 

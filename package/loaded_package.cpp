@@ -21,13 +21,13 @@ const FileEntry* FindByName(const std::vector<FileEntry>& files, std::string_vie
 
 int LoadedPackage::SizeInMeg() const {
     std::uint64_t bytes = 0;
-    for (const auto& file : packageFiles)
+    for (const auto& file : tree.files)
         bytes += file.info.size;
     return static_cast<int>((bytes + BytesPerMeg / 2) / BytesPerMeg);
 }
 
 bool LoadedPackage::PackageHasFile(std::string_view name) const {
-    return FindByName(packageFiles, name) != nullptr;
+    return FindByName(tree.files, name) != nullptr;
 }
 
 std::string LoadedPackage::FindComponentFile(std::string_view name) const {

@@ -1,6 +1,7 @@
 // The package (or Staging) that the main window shows: its files by component group, its title, its aliases.
 #pragma once
 
+#include "package/config_text.h"
 #include "package/walk.h"
 
 #include <array>
@@ -28,12 +29,11 @@ inline constexpr std::array<std::string_view, GroupCount> ComponentGroupNames = 
     "Images",  "Aircraft", "Panel",         "Gauges",        "Model",
     "Texture", "Sound",    "Documentation", "Miscellaneous", "Unrecognized Files"};
 
-// The lines of the aircraft.cfg last read.
+// The aircraft.cfg last read.
 struct AircraftCfg {
-    std::string path;               // "" when the package has none
-    std::vector<std::string> lines; // leading blanks removed, at most 2000
-    std::size_t bytesRead = 0;      // where in the file the line after the last stored one begins
-    std::string title;              // "", the title, or "MULTI"
+    std::string path;  // "" when the package has none
+    ConfigText text;   // no line when it could not be read
+    std::string title; // "", the title, or "MULTI"
 };
 
 // "9999" stands for a package without a recorded size.
@@ -44,8 +44,7 @@ struct LoadedPackage {
     bool isStaging = false;
     // By group; the entry at position p is shown at position p of lstComponents(group).
     std::array<std::vector<FileEntry>, GroupCount> ComponentFiles;
-    std::vector<FileEntry> packageFiles; // every file
-    Tree tree;                           // as on disk after loading
+    Tree tree; // as on disk after loading: every file
     AircraftCfg aircraftCfg;
     std::string aircraftTitle; // what the name field shows
     // Staging: none of several configurations is kept yet, and nothing was renamed, deleted or settled.
@@ -59,7 +58,7 @@ struct LoadedPackage {
     ListCut cut = ListCut::None; // a list that a limit cut: nothing may be copied or deleted from it
 
     int SizeInMeg() const; // bytes / 1,024,000, rounded
-    // An entry of the package file list whose file name equals name, without case.
+    // A file of the package whose file name equals name, without case.
     bool PackageHasFile(std::string_view name) const;
     // The listed file of that name, its full path; "" when there is none.
     std::string FindComponentFile(std::string_view name) const;

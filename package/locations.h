@@ -20,6 +20,10 @@ struct Locations {
 struct WalkLimits {
     int DirMax = 500;
     int FileMax = 5000;
+
+    bool operator==(const WalkLimits&) const = default;
 };
+// For what must not be cut.
+inline constexpr WalkLimits Unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
 
 } // namespace korvadex

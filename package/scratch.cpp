@@ -26,7 +26,7 @@ void RemoveAll(FileSystem& files, const std::string& path) {
         remove(path);
         return;
     }
-    const Tree tree = WalkTree(files, path, ScratchEntries::Include);
+    const Tree tree = WalkTree(files, path, WalkFor::Deletion);
     for (const auto& file : tree.files)
         remove(file.path);
     for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory)
@@ -103,8 +103,7 @@ void CleanScratch(FileSystem& files, const Locations& locations) {
     // Places of the simulator that may lie on a volume of their own.
     for (const char* place : {"aircraft\\", "gauges\\", "sound\\", "effects\\", "modules\\"})
         clean(locations.MsfsDir + place);
-    const WalkLimits unlimited{.DirMax = 1 << 30, .FileMax = 1 << 30};
-    for (const auto& category : CollectDirectories(files, locations.HangarDir, true, unlimited).paths)
+    for (const auto& category : CollectDirectories(files, locations.HangarDir, true, Unlimited).paths)
         clean(category + "\\");
 }
 

@@ -8,7 +8,7 @@ namespace korvadex {
 
 namespace {
 
-void WalkLevel(const FileSystem& files, const std::string& path, ScratchEntries scratch, Tree& tree) {
+void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose, Tree& tree) {
     auto entries = files.List(path);
     if (!entries) {
         if (entries.fault() != FileFault::NotFound && !tree.isUnreadable) {
@@ -19,7 +19,7 @@ void WalkLevel(const FileSystem& files, const std::string& path, ScratchEntries 
     }
     std::vector<std::string> descent;
     for (const auto& entry : *entries) {
-        if (scratch == ScratchEntries::LeaveOut && IsScratchName(entry.name))
+        if (purpose != WalkFor::Deletion && IsLeftOut(entry))
             continue;
         // Another volume that begins here is another place, as what a link leads to is.
         FileInfo info = entry.info;
@@ -30,13 +30,13 @@ void WalkLevel(const FileSystem& files, const std::string& path, ScratchEntries 
             continue;
         }
         tree.directories.push_back(path + entry.name);
-        if (descent.size() < MaxSubdirectoriesPerLevel)
+        if (purpose != WalkFor::Listing || descent.size() < MaxSubdirectoriesPerLevel)
             descent.push_back(path + entry.name + "\\");
         else
             tree.isLevelCut = true;
     }
     for (const auto& subdirectory : descent)
-        WalkLevel(files, subdirectory, scratch, tree);
+        WalkLevel(files, subdirectory, purpose, tree);
 }
 
 // A dot, the two letters and one more character at the end of the name.
@@ -91,33 +91,63 @@ std::string FileEntry::Name() const {
     return LastPathComponent(path);
 }
 
-void Tree::Remove(const std::string& path) {
-    std::erase_if(files, [&](const FileEntry& file) { return file.path == path; });
+void Tree::Remove(const std::set<std::string>& paths) {
+    if (!paths.empty())
+        std::erase_if(files, [&](const FileEntry& file) { return paths.contains(file.path); });
 }
 
-void Tree::Rename(const std::string& path, const std::string& newPath) {
-    const auto old =
-        std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return file.path == path; });
-    if (old == files.end())
+void Tree::Rename(const std::map<std::string, std::string>& renamed) {
+    if (renamed.empty())
         return;
-    const FileEntry renamed(newPath, old->info);
     // The files of a directory stand together, in the order in which the disk lists them.
-    const std::string name = renamed.Name(), directory = ParentDirectory(newPath);
-    const auto isSibling = [&](const FileEntry& file) { return ParentDirectory(file.path) == directory; };
-    auto place = files.erase(old);
-    while (place != files.begin() && isSibling(*std::prev(place)) &&
-           LessNoCase(name, std::prev(place)->Name()))
-        --place;
-    while (place != files.end() && isSibling(*place) && LessNoCase(place->Name(), name))
-        ++place;
-    files.insert(place, renamed);
+    for (auto begin = files.begin(); begin != files.end();) {
+        const std::string directory = ParentDirectory(begin->path);
+        bool isChanged = false;
+        auto end = begin;
+        for (; end != files.end() && ParentDirectory(end->path) == directory; ++end) {
+            if (const auto found = renamed.find(end->path); found != renamed.end()) {
+                *end = FileEntry(found->second, end->info);
+                isChanged = true;
+            }
+        }
+        if (isChanged)
+            std::stable_sort(begin, end, [](const FileEntry& a, const FileEntry& b) {
+                return LessNoCase(a.Name(), b.Name());
+            });
+        begin = end;
+    }
 }
 
-Tree WalkTree(const FileSystem& files, const std::string& root, ScratchEntries scratch) {
+bool IsLeftOut(const DirectoryEntry& entry) {
+    return IsScratchName(entry.name) ||
+           (entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name)) ||
+           (entry.info.kind == EntryKind::Directory && IsFileManagersDirectory(entry.name));
+}
+
+Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose) {
     Tree tree;
     tree.root = AddBackslash(root);
-    WalkLevel(files, tree.root, scratch, tree);
+    WalkLevel(files, tree.root, purpose, tree);
     return tree;
+}
+
+std::string OneName(const FileSystem& files, const std::string& path) {
+    return WithoutBackslash(files.PathFromHost(files.HostPath(path)).value_or(path));
+}
+
+bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry) {
+    if (IsLeftOut(entry) || entry.info.kind == EntryKind::File)
+        return false;
+    if (entry.info.kind == EntryKind::Directory)
+        return true;
+    const std::string link = path + entry.name;
+    if (!files.IsDirectory(link))
+        return false;
+    const std::string target = AddBackslash(OneName(files, link));
+    for (std::string above = path; !above.empty(); above = ParentDirectory(above))
+        if (IsAtOrBelow(OneName(files, above), target))
+            return false;
+    return true;
 }
 
 DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
@@ -127,7 +157,7 @@ DirectoryList CollectDirectories(const FileSystem& files, const std::string& pat
     DirectoryList list;
     if (const auto entries = files.List(path)) {
         for (const auto& entry : *entries) {
-            if (entry.info.kind == EntryKind::Directory && !IsScratchName(entry.name))
+            if (IsSubdirectory(files, AddBackslash(path), entry))
                 list.paths.push_back(AddBackslash(path) + entry.name);
         }
     }
@@ -179,14 +209,15 @@ FileList CollectBitmaps(const Tree& tree, const PanelBitmapNames& names, bool pa
 }
 
 std::string DescribeCut(ListCut cut, const WalkLimits& limits) {
-    const std::string advice = " in kx.ini and start Korvadex again.";
     switch (cut) {
     case ListCut::DirMax:
         return "There are more than " + std::to_string(limits.DirMax) +
-               " directories; the rest is not shown.  Please raise DIRMAX" + advice;
+               " directories; the rest is not shown.  "
+               "Please end Korvadex, raise DIRMAX in kx.ini and start it again.";
     case ListCut::FileMax:
         return "There are more than " + std::to_string(limits.FileMax) +
-               " files; the rest is not shown.  Please raise FILEMAX" + advice;
+               " files; the rest is not shown.  "
+               "Please end Korvadex, raise FILEMAX in kx.ini and start it again.";
     case ListCut::Level:
         return "A directory holds more than " + std::to_string(MaxSubdirectoriesPerLevel) +
                " directories; the rest is not looked at.";

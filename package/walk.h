@@ -7,6 +7,7 @@
 #include "package/locations.h"
 #include "platform/file_system.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -30,7 +31,7 @@ struct FileEntry {
 };
 
 // Everything below one directory: a directory always stands before all that lies below it; the files of a
-// directory stand before those of its subdirectories. Scratch entries of the program are left out.
+// directory stand before those of its subdirectories.
 struct Tree {
     std::string root;                     // with a trailing backslash
     std::vector<std::string> directories; // full paths without a trailing backslash
@@ -39,14 +40,29 @@ struct Tree {
     bool isUnreadable = false;            // a directory could not be listed
     std::string unreadable;               // the first such directory
 
-    void Remove(const std::string& path); // a file that was deleted
-    void Rename(const std::string& path,
-                const std::string& newPath); // a file that was renamed within its directory
+    void Remove(const std::set<std::string>& paths); // files that were deleted
+    // Files that were renamed within their directories: old path, new path.
+    void Rename(const std::map<std::string, std::string>& renamed);
 };
 
-enum class ScratchEntries { LeaveOut, Include };
-Tree WalkTree(const FileSystem& files, const std::string& root,
-              ScratchEntries scratch = ScratchEntries::LeaveOut);
+// What no list shows: the program's scratch, and what file managers write by themselves.
+bool IsLeftOut(const DirectoryEntry& entry);
+
+// What a walk is for.
+enum class WalkFor {
+    Listing, // leaves out what no list shows, and looks into MaxSubdirectoriesPerLevel directories of a level
+    Search,  // the same without that bound: what guards a removal must see everything
+    Deletion // everything that is there
+};
+Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose = WalkFor::Listing);
+
+// The one name of a place, also where a link or a second drive leads there; the name itself where the host does not
+// tell. Without a trailing backslash.
+std::string OneName(const FileSystem& files, const std::string& path);
+
+// True when the entry of this directory (path ends in a backslash) is a directory, or a link to one. Scratch is none,
+// nor a link that leads back to where it stands or above, nor one that leads nowhere.
+bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry);
 
 // Which setting ended a list before its end.
 enum class ListCut { None, DirMax, FileMax, Level };
@@ -61,7 +77,7 @@ struct FileList {
 };
 
 // The subdirectories of a path that ends in a backslash, at most DirMax of them; with topLevelOnly no
-// descent.
+// descent, and links to directories among them.
 DirectoryList CollectDirectories(const FileSystem& files, const std::string& path, bool topLevelOnly,
                                  const WalkLimits& limits);
 DirectoryList CollectDirectories(const Tree& tree, const WalkLimits& limits);

@@ -22,7 +22,6 @@ constexpr std::array<char16_t, 128> CodePage437 = {
 
 } // namespace
 
-// The text of a code page's letter in UTF-8; all of them lie below U+10000.
 void AppendUtf8(std::string& text, char32_t letter) {
     if (letter < 0x80) {
         text += static_cast<char>(letter);
@@ -30,7 +29,12 @@ void AppendUtf8(std::string& text, char32_t letter) {
         text += static_cast<char>(0xC0 | (letter >> 6));
         text += static_cast<char>(0x80 | (letter & 0x3F));
     } else {
-        text += static_cast<char>(0xE0 | (letter >> 12));
+        if (letter < 0x10000) {
+            text += static_cast<char>(0xE0 | (letter >> 12));
+        } else {
+            text += static_cast<char>(0xF0 | (letter >> 18));
+            text += static_cast<char>(0x80 | ((letter >> 12) & 0x3F));
+        }
         text += static_cast<char>(0x80 | ((letter >> 6) & 0x3F));
         text += static_cast<char>(0x80 | (letter & 0x3F));
     }

@@ -16,7 +16,7 @@ std::optional<std::string> ToCodePage(std::string_view utf8);
 // Code page 437, the names of old zip archives.
 std::string FromCodePage437(std::string_view bytes);
 
-// Appends one letter below U+10000 in UTF-8.
+// Appends one letter in UTF-8.
 void AppendUtf8(std::string& text, char32_t letter);
 
 // Well-formed UTF-8 (no overlong form, no surrogate).

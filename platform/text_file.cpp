@@ -58,13 +58,7 @@ Result<std::string> ReadBytes(const FileSystem& files, const std::string& path) 
 
 std::vector<std::string> SplitLines(std::string_view bytes) {
     std::vector<std::string> lines;
-    while (!bytes.empty()) {
-        const std::size_t end = bytes.find_first_of("\r\n");
-        lines.push_back(FromCodePage(bytes.substr(0, end)));
-        if (end == std::string_view::npos)
-            break;
-        bytes.remove_prefix(bytes.substr(end).starts_with("\r\n") ? end + 2 : end + 1);
-    }
+    ForEachLine(bytes, [&](std::string_view line, std::string_view) { lines.push_back(FromCodePage(line)); });
     return lines;
 }
 

@@ -12,7 +12,29 @@ namespace korvadex {
 // The whole file. Use it for files that are small by nature, or where the size was looked at before.
 Result<std::string> ReadBytes(const FileSystem& files, const std::string& path);
 
-// The lines of a text in UTF-8. CR LF, LF and CR each end a line; a last line without an end counts.
+// Shows visit each line of a text and how it ends: CR LF, LF, CR, or nothing in a last line without an end.
+template<class Visit>
+void ForEachLine(std::string_view text, Visit visit) {
+    while (!text.empty()) {
+        const std::size_t feed = text.find('\n');
+        const bool hasFeed = feed != std::string_view::npos;
+        std::string_view line = text.substr(0, feed);
+        text.remove_prefix(hasFeed ? feed + 1 : text.size());
+        for (std::size_t at = line.find('\r'); at != std::string_view::npos; at = line.find('\r')) {
+            if (hasFeed && at + 1 == line.size())
+                break;
+            visit(line.substr(0, at), line.substr(at, 1));
+            line.remove_prefix(at + 1);
+        }
+        const std::size_t length = line.size() - (line.ends_with('\r') ? 1 : 0);
+        if (hasFeed)
+            visit(line.substr(0, length), length < line.size() ? std::string_view("\r\n") : "\n");
+        else if (!line.empty())
+            visit(line, std::string_view());
+    }
+}
+
+// The lines in UTF-8.
 std::vector<std::string> SplitLines(std::string_view bytes);
 Result<std::vector<std::string>> ReadLines(const FileSystem& files, const std::string& path);
 

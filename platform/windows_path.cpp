@@ -173,4 +173,14 @@ bool IsScratchName(std::string_view name) {
     return EqualNoCase(name, ScratchDirectoryName);
 }
 
+bool IsFileManagersFile(std::string_view name) {
+    constexpr std::string_view names[] = {"thumbs.db", "desktop.ini", ".ds_store", ".directory"};
+    return std::any_of(std::begin(names), std::end(names),
+                       [&](std::string_view known) { return EqualNoCase(name, known); });
+}
+
+bool IsFileManagersDirectory(std::string_view name) {
+    return EqualNoCase(name, "__macosx");
+}
+
 } // namespace korvadex

@@ -54,4 +54,9 @@ bool IsStorableName(std::string_view name);
 inline constexpr std::string_view ScratchDirectoryName = "~kx~scratch";
 bool IsScratchName(std::string_view name);
 
+// What file managers write into any directory by themselves (Thumbs.db, desktop.ini, .DS_Store, .directory),
+// and the tree __MACOSX that they add to archives: no part of what the user keeps there.
+bool IsFileManagersFile(std::string_view name);
+bool IsFileManagersDirectory(std::string_view name);
+
 } // namespace korvadex

@@ -3,7 +3,6 @@
 #include "package/aircraft_cfg.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/config_search.h"
 
@@ -69,29 +68,31 @@ void ShowAliasUsers(CommandContext& context, const std::string& root, const std:
         context.window.ShowFileList(fileName.substr(0, 5) + " used in ...", lines);
 }
 
-std::vector<std::string> WithAlias(std::vector<std::string> lines, const std::string& newAlias) {
+std::optional<ConfigText> WithAlias(ConfigText text, const std::string& newAlias) {
     // What stands beyond the limit is carried over as it is.
-    const auto end = lines.begin() + std::min<std::ptrdiff_t>(std::ssize(lines), MaxConfigLines);
-    for (auto line = lines.begin(); line != end; ++line) {
-        *line = std::string(TrimLeft(*line));
-        if (StartsWithNoCase(*line, "alias="))
-            *line = "alias=" + newAlias;
+    const std::size_t count = std::min(text.lines.size(), MaxConfigLines);
+    for (std::size_t number = 0; number < count; ++number) {
+        const std::string& line = text.lines[number].text;
+        if (HasKey(line, "alias") && !text.SetText(number, WithValue(line, newAlias)))
+            return std::nullopt;
     }
-    return lines;
+    return text;
 }
 
 Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path) {
-    const auto lines = ReadLines(context.files, path);
-    if (!lines)
-        return lines.status();
-    const std::vector<std::string> rewritten = WithAlias(*lines, newAlias);
-    if (rewritten == *lines)
+    const auto text = ReadConfigText(context.files, path);
+    if (!text)
+        return text.status();
+    const auto rewritten = WithAlias(*text, newAlias);
+    if (!rewritten)
+        return {FileFault::BadName, path, 0};
+    if (rewritten->Bytes() == text->Bytes())
         return {};
     if (const auto info = context.files.Info(path); info && info->readOnly) {
         if (const Status status = context.files.SetReadOnly(path, false); !status)
             return status;
     }
-    return RewriteLines(context.files, context.locations, path, rewritten);
+    return RewriteBytes(context.files, context.locations, path, rewritten->Bytes());
 }
 
 } // namespace korvadex

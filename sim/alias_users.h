@@ -2,8 +2,10 @@
 #pragma once
 
 #include "package/command_context.h"
+#include "package/config_text.h"
 #include "package/loaded_package.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,8 +29,8 @@ bool FindAliasUsers(CommandContext& context, const AliasSearch& search);
 void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& fileName,
                     const std::vector<std::string>& paths);
 
-// The lines of a configuration file with another alias.
-std::vector<std::string> WithAlias(std::vector<std::string> lines, const std::string& newAlias);
+// A configuration with another alias; none when that has a letter which the file cannot hold.
+std::optional<ConfigText> WithAlias(ConfigText text, const std::string& newAlias);
 
 // Replaces the alias line of a configuration file.
 Status RewriteAliasLine(CommandContext& context, const std::string& newAlias, const std::string& path);

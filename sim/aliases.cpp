@@ -23,9 +23,8 @@ bool IsAliasFile(const FileSystem& files, const std::string& path) {
         return false;
     bool hasAlias = false;
     for (const std::string& line : *lines) {
-        const std::string_view text = Trim(line);
-        const bool isAlias = StartsWithNoCase(text, "alias=");
-        if (!isAlias && !text.empty() && !EqualNoCase(text, "[fltsim]"))
+        const bool isAlias = HasKey(line, "alias");
+        if (!isAlias && !TrimBlanks(line).empty() && !EqualNoCase(SectionOf(line), "fltsim"))
             return false;
         hasAlias = hasAlias || isAlias;
     }

@@ -1,8 +1,9 @@
 #include "sim/config_search.h"
 
-#include "platform/code_page.h"
+#include "package/config_text.h"
+#include "package/progress.h"
+#include "platform/text_file.h"
 #include "platform/windows_path.h"
-#include "sim/progress.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,14 +14,6 @@
 namespace korvadex {
 
 namespace {
-
-// A configuration file is a few kilobytes. Something of this size only bears the name of one.
-constexpr std::uint64_t MaxConfigBytes = 64 * 1024 * 1024;
-
-// The host's one name of what the path leads to.
-std::string OneName(const FileSystem& files, const std::string& path) {
-    return files.PathFromHost(files.HostPath(path)).value_or(path);
-}
 
 // A link to something that is not there now, such as a drive that is not connected: it keeps its own name.
 bool LeadsNowhere(const FileSystem& files, const std::string& link) {
@@ -107,16 +100,9 @@ class ConfigReader {
     static constexpr std::size_t FirstRoom = 4096; // where the directory gave no size, as for a link
 
     void Fold(std::size_t size) {
-        // Notepad's "Unicode", which the simulator reads as well: a zero behind each letter.
-        if (std::string_view(text).substr(0, size).starts_with("\xFF\xFE"))
-            size = static_cast<std::size_t>(
-                std::remove(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(size), '\0') -
-                text.begin());
-        unsigned char all = 0;
-        for (std::size_t i = 0; i < size; ++i)
-            all |= static_cast<unsigned char>(text[i]);
-        if (all >= 0x80) {
-            folded = FoldCase(FromCodePage(std::string_view(text).substr(0, size)));
+        const std::string_view bytes = std::string_view(text).substr(0, size);
+        if (!IsPlainConfig(bytes)) {
+            folded = FoldCase(DecodeConfig(bytes));
             lower = folded;
             return;
         }
@@ -124,25 +110,12 @@ class ConfigReader {
             const char letter = text[i];
             text[i] = static_cast<char>(letter >= 'A' && letter <= 'Z' ? letter + ('a' - 'A') : letter);
         }
-        lower = std::string_view(text).substr(0, size);
+        lower = bytes;
     }
 
     void Split() {
         lines.clear();
-        std::string_view rest = lower;
-        while (!rest.empty()) {
-            const std::size_t end = std::min(rest.find('\n'), rest.size());
-            std::string_view line = rest.substr(0, end);
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-            if (line.ends_with('\r'))
-                line.remove_suffix(1);
-            // A lone CR ends a line as well.
-            for (std::size_t cr = line.find('\r'); cr != std::string_view::npos; cr = line.find('\r')) {
-                lines.push_back(line.substr(0, cr));
-                line.remove_prefix(cr + 1);
-            }
-            lines.push_back(line);
-        }
+        ForEachLine(lower, [&](std::string_view line, std::string_view) { lines.push_back(line); });
     }
 
     std::string text, folded;

@@ -1,18 +1,19 @@
 #include "sim/copy_package.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 #include "sim/copy_plan.h"
-#include "sim/found_gauges.h"
 #include "sim/gauges.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
+#include "sim/install_record.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <tuple>
 
 namespace korvadex {
 
@@ -21,6 +22,8 @@ namespace {
 constexpr std::uint64_t Meg = 1'024'000;
 // In a group of many files the progress bar is repainted this often.
 constexpr int FilesPerTouch = 64;
+
+using Adaption = std::function<void(const std::string& directory)>;
 
 bool Refuse(CommandContext& context, const std::string& reason) {
     context.user.Tell(reason + "\r\n\r\nNothing was copied.", MessageIcon::Exclamation);
@@ -32,9 +35,9 @@ bool Refuse(CommandContext& context, const std::string& reason) {
 class PackageCopy {
   public:
     PackageCopy(CommandContext& command, const LoadedPackage& loaded, std::string copyRoot, CopyRoot rootKind,
-                std::string newDirectory)
+                std::string newDirectory, const Adaption& adaption)
         : context(command), package(loaded), root(std::move(copyRoot)), kind(rootKind),
-          destination(std::move(newDirectory)), added(command) {}
+          destination(std::move(newDirectory)), adapt(adaption), added(command) {}
 
     bool Run() {
         if (kind == CopyRoot::Msfs && !CheckGaugesDirectory(context, root))
@@ -44,8 +47,6 @@ class PackageCopy {
         plan = PlanCopy(context, package, kind);
         if (!CheckStagedGauges() || !CheckFreeSpace())
             return false;
-        if (kind == CopyRoot::Msfs)
-            gaugesThere = FindGaugesThere(context, package);
         if (!CopyAll()) {
             added.TakeBack();
             return false;
@@ -99,11 +100,11 @@ class PackageCopy {
         if (!scratch)
             return Fail(scratch.status());
         Status status = FillDirectory(AddBackslash(*scratch), progress);
-        if (status && MayLoseOriginal())
-            status = FlushTree(AddBackslash(*scratch));
         bool isDone = status ? PlaceShared(status) : false;
         if (isDone) {
-            status = PutInPlace(*scratch);
+            status = Complete(AddBackslash(*scratch));
+            if (status)
+                status = PutInPlace(*scratch);
             isDone = bool(status);
         }
         ReleaseScratch(context.files, *scratch);
@@ -144,29 +145,69 @@ class PackageCopy {
                 progress.Touch();
             const std::string target = scratch + file.relative;
             Status status = context.files.Copy(file.source, target);
-            if (status && MayLoseOriginal())
-                context.files.BeginFlush(target);
             if (status && kind != CopyRoot::Hangar && EndsWithNoCase(target, ".bmp"))
                 status = UnpackCopy(context, target, file.source);
             if (!status)
                 return {status.fault, file.source, status.nativeCode};
+            context.files.BeginFlush(target);
         }
         for (; group < GroupCount; ++group)
             progress.Set(group);
-        return NoteFoundGauges(context, scratch, gaugesThere);
+        if (adapt)
+            adapt(scratch);
+        return {};
     }
 
-    // Staging may be cleared, and the package taken from the Hangar, as soon as there is a copy: a copy that the
-    // disk does not have yet would be lost with the power.
-    bool MayLoseOriginal() const { return kind != CopyRoot::Msfs; }
-
-    Status FlushTree(const std::string& directory) {
+    // What the copy was made of may be deleted as soon as it is there, and what the disk does not have yet would be
+    // lost with the power.
+    Status Complete(const std::string& directory) {
         const Tree tree = WalkTree(context.files, directory);
-        std::vector<std::string> paths = tree.directories;
+        if (kind == CopyRoot::Msfs) {
+            if (Status status = Record(tree); !status)
+                return status;
+        }
+        std::vector<std::string> paths = added.PathsToFlush();
+        paths.insert(paths.end(), tree.directories.begin(), tree.directories.end());
         for (const FileEntry& file : tree.files)
             paths.push_back(file.path);
         paths.push_back(WithoutBackslash(directory));
         return FlushFiles(context.files, paths);
+    }
+
+    Status Record(const Tree& tree) {
+        InstallRecord record{RecordedName(context.locations, package), {}};
+        for (const FileEntry& file : tree.files) {
+            auto placed =
+                RecordFile(context.files, AircraftKind, file.path.substr(tree.root.size()), file.path);
+            if (!placed)
+                return placed.status();
+            record.files.push_back(std::move(*placed));
+        }
+        std::vector<std::string> gauges;
+        for (const FileEntry& gauge : package.ComponentFiles[Gauges])
+            gauges.push_back(gauge.path);
+        const std::set<std::string> placed(added.Placed().begin(), added.Placed().end());
+        const std::tuple<std::string_view, const char*, const std::vector<std::string>*> shared[] = {
+            {GaugeKind, "gauges\\", &gauges},
+            {SoundKind, "sound\\", &plan.sounds},
+            {EffectKind, "effects\\", &plan.effects},
+            {ModuleKind, "modules\\", &plan.modules}};
+        for (const auto& [sharedKind, directory, sources] : shared) {
+            for (const std::string& source : *sources) {
+                const std::string name = LastPathComponent(source);
+                if (record.Find(sharedKind, name))
+                    continue;
+                RecordedFile file{.kind = std::string(sharedKind), .name = name};
+                if (const std::string path = root + directory + name; placed.contains(path)) {
+                    auto made = RecordFile(context.files, sharedKind, name, path);
+                    if (!made)
+                        return made.status();
+                    file = std::move(*made);
+                }
+                record.files.push_back(std::move(file));
+            }
+        }
+        return WriteInstallRecord(context, tree.root, record);
     }
 
     Status PutInPlace(const std::string& scratch) {
@@ -176,7 +217,7 @@ class PackageCopy {
             return {status.fault, destination, status.nativeCode};
         // Looked at only here, where nobody else clears anything up any more.
         status = CheckComplete(destination);
-        if (status && MayLoseOriginal())
+        if (status)
             status = FlushFiles(context.files, {WithoutBackslash(ParentDirectory(directory))});
         if (!status)
             static_cast<void>(context.files.Rename(directory, scratch));
@@ -199,12 +240,10 @@ class PackageCopy {
             return true;
         if (!PlaceBeside(status, "sound\\", plan.sounds))
             return false;
-        if (!PlaceGauges(context, package, root, GaugeMode::Install, &added))
+        if (!InstallGauges(context, package, root, added))
             return false;
-        if (kind == CopyRoot::Staging) {
-            status = added.Flush();
-            return bool(status);
-        }
+        if (kind == CopyRoot::Staging)
+            return true;
         // A simulator without an effects directory has no use for effects.
         return (!context.files.IsDirectory(root + "effects") ||
                 PlaceBeside(status, "effects\\", plan.effects)) &&
@@ -233,9 +272,9 @@ class PackageCopy {
     const std::string root;
     const CopyRoot kind;
     const std::string destination;
+    const Adaption& adapt;
     SharedFiles added;
     CopyPlan plan;
-    std::vector<std::string> gaugesThere; // in the simulator already, and no aircraft's
 };
 
 // The location that the path lies in; the longest one where they lie in one another.
@@ -264,7 +303,8 @@ bool CheckCopySource(CommandContext& context, const LoadedPackage& package) {
     return true;
 }
 
-bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination) {
+bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination,
+                   const Adaption& adapt) {
     const std::string root = context.locations.RootOf(destination);
     const auto kind = KindOfRoot(context.locations, root);
     if (!kind) {
@@ -276,7 +316,7 @@ bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::s
     }
     const std::string below = destination.substr(root.size());
     destination = AddBackslash(root + (*kind == CopyRoot::Msfs ? SpacesToUnderscores(below) : below));
-    return PackageCopy(context, package, root, *kind, destination).Run();
+    return PackageCopy(context, package, root, *kind, destination, adapt).Run();
 }
 
 std::string GetInstalledFile(const FileSystem& files, const Locations& locations, const std::string& package,

@@ -4,6 +4,7 @@
 #include "package/command_context.h"
 #include "package/loaded_package.h"
 
+#include <functional>
 #include <string>
 
 namespace korvadex {
@@ -15,8 +16,10 @@ bool CheckCopySource(CommandContext& context, const LoadedPackage& package);
 // Copies to the directory `destination` (below one of the three locations), which comes back as it was used:
 // under MSFS with
 // "_" for blanks, with a trailing backslash. The new directory appears whole or not at all. False, after a
-// message, when it was refused or failed.
-bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination);
+// message, when it was refused or failed. Before it appears it is handed to adapt, under the name of its own that it
+// has until then.
+bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination,
+                   const std::function<void(const std::string& directory)>& adapt = {});
 
 // The full path of a file such as "\panel\panel.cfg" inside the installed directory of a package; "" when the
 // package is not installed or has no such file.

@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 #include "sim/config_search.h"
 #include "sim/gauges.h"
+#include "sim/install_record.h"
 
 #include <algorithm>
 #include <set>
@@ -27,8 +28,7 @@ class Planner {
     CopyPlan Make() {
         for (int group = 0; group < GroupCount; ++group)
             PlanGroup(group);
-        if (root != CopyRoot::Msfs)
-            PlanUnlistedFiles();
+        PlanUnlistedFiles();
         return std::move(plan);
     }
 
@@ -63,7 +63,7 @@ class Planner {
     // Names like 1024panel.cfg are recognized and yet in no group. They are kept with the unrecognized files,
     // so that a copy holds all that its original held.
     void PlanUnlistedFiles() {
-        for (const FileEntry& file : package.packageFiles) {
+        for (const FileEntry& file : package.tree.files) {
             if (IsProgramFile(file) || !planned.insert(file.path).second)
                 continue;
             plan.bytes += file.info.size;
@@ -158,7 +158,8 @@ class Planner {
 } // namespace
 
 bool IsProgramFile(const FileEntry& file) {
-    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile);
+    return EqualNoCase(file.key, CompressionMarkerName) || EqualNoCase(file.key, ImportNameFile) ||
+           IsInstallRecord(file.key);
 }
 
 CopyPlan PlanCopy(CommandContext& context, const LoadedPackage& package, CopyRoot root) {

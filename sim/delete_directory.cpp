@@ -9,16 +9,22 @@ namespace korvadex {
 
 namespace {
 
-Status FirstRemaining(CommandContext& context, const std::string& directory) {
-    const Tree tree = WalkTree(context.files, directory, ScratchEntries::Include);
+Status FirstRemaining(CommandContext& context, const std::string& directory, const std::string& last) {
+    const Tree tree = WalkTree(context.files, directory, WalkFor::Deletion);
     if (tree.isUnreadable)
         return {FileFault::Denied, tree.unreadable};
     for (const FileEntry& file : tree.files) {
+        if (EqualNoCase(file.path, last))
+            continue;
         if (Status status = context.files.Delete(file.path); !status)
             return status;
     }
     for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
         if (Status status = context.files.RemoveDirectory(*path); !status)
+            return status;
+    }
+    if (!last.empty() && context.files.Info(last)) {
+        if (Status status = context.files.Delete(last); !status)
             return status;
     }
     return context.files.RemoveDirectory(WithoutBackslash(directory));
@@ -31,15 +37,14 @@ bool IsLinkedDirectory(const CommandContext& context, const std::string& directo
     return info && info->kind == EntryKind::Link;
 }
 
-std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory) {
+Status DeleteDirectory(CommandContext& context, const std::string& directory, const std::string& last) {
     const std::string path = WithoutBackslash(directory);
     if (IsLinkedDirectory(context, directory))
         return context.files.Delete(path);
-    if (!DeleteTree(context, directory))
-        return std::nullopt;
+    static_cast<void>(DeleteTree(context, directory, last));
     if (context.files.RemoveDirectory(path))
-        return Status{};
-    return FirstRemaining(context, directory);
+        return {};
+    return FirstRemaining(context, directory, last);
 }
 
 std::string DescribeRemaining(const Status& status) {

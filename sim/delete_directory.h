@@ -3,7 +3,6 @@
 
 #include "package/command_context.h"
 
-#include <optional>
 #include <string>
 
 namespace korvadex {
@@ -12,8 +11,8 @@ namespace korvadex {
 bool IsLinkedDirectory(const CommandContext& context, const std::string& directory);
 
 // The whole directory goes, which lies in a location and ends in a backslash; otherwise what is left of it and
-// why. None when the deletion was refused as a whole, which the user was told.
-std::optional<Status> DeleteDirectory(CommandContext& context, const std::string& directory);
+// why. `last` as for DeleteTree.
+Status DeleteDirectory(CommandContext& context, const std::string& directory, const std::string& last = {});
 
 // "... could not be removed (another program is using it)"
 std::string DescribeRemaining(const Status& status);

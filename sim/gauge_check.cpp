@@ -1,8 +1,8 @@
 // The gauge cross-check: what a panel names against what the simulator has.
 #include "sim/gauges.h"
 
+#include "package/config_readers.h"
 #include "package/file_primitives.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/shared_files.h"
 
@@ -21,15 +21,12 @@ constexpr std::string_view LineBreak = "\r\n";
 //   gauge05=Cessna!Airspeed, 10,20  -> cessna (a cabinet and a gauge in it)
 //   gauge12=myclock,100,20          -> myclock
 std::optional<std::string> GaugeOnLine(std::string_view line) {
-    const std::string lowerLine = FoldCase(Trim(line));
-    const std::size_t equalSign = lowerLine.find('=');
-    if (!lowerLine.starts_with("gauge") || equalSign == std::string::npos)
+    const std::string lowerLine = FoldCase(line);
+    if (!KeyOf(lowerLine).starts_with("gauge"))
         return std::nullopt;
-    const std::string value = lowerLine.substr(equalSign + 1);
-    std::size_t end = value.find('!');
-    if (end == std::string::npos)
-        end = value.find(',');
-    return std::string(Trim(std::string_view(value).substr(0, end)));
+    const std::string_view value = ValueOf(lowerLine);
+    const std::size_t end = std::min(value.find('!'), value.size());
+    return std::string(TrimBlanks(value.substr(0, end < value.size() ? end : value.find(','))));
 }
 
 // The simulator's gauge files by lower-case file name, those of one name in the order of the walk.
@@ -41,8 +38,10 @@ class GaugeStock {
             const FileList found = CollectFiles(tree, extension, FileMode::Extension, context.limits);
             if (found.cut != ListCut::None)
                 context.window.ShowStatus(DescribeCut(found.cut, context.limits));
-            for (const FileEntry& entry : found.entries)
-                pathsByName[entry.key].push_back(entry.path);
+            for (const FileEntry& entry : found.entries) {
+                if (entry.info.size > 0) // a power cut leaves some without a byte, which show nothing
+                    pathsByName[entry.key].push_back(entry.path);
+            }
         }
     }
 
@@ -82,7 +81,7 @@ std::string JoinText(std::initializer_list<std::string_view> lines) {
 std::string CrossCheckPanel(CommandContext& context, const std::string& path,
                             std::vector<std::string>& usedGauges) {
     usedGauges.clear();
-    const auto lines = ReadLines(context.files, path);
+    const auto lines = ReadConfigLines(context.files, path);
     if (!lines) {
         context.user.Tell(path + " could not be read (" + DescribeFault(lines.fault()) +
                               "), so that its gauges were not checked.",
@@ -157,6 +156,8 @@ void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
     Status status = usedGauges.empty() ? Status{} : imported.EnsureDirectory(directory);
     if (status)
         status = imported.Place(directory, usedGauges);
+    if (status)
+        status = FlushFiles(context.files, imported.PathsToFlush());
     if (status)
         context.user.Tell("Done.");
     else

@@ -1,9 +1,9 @@
 #include "sim/gauges.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "platform/windows_path.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>
@@ -22,24 +22,12 @@ constexpr std::array<std::string_view, 15> StockGauges = {
 constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopwith.", "cessna_182.",
                                                              "cessna_182_rg.", "generic."};
 
-bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges,
-                   const std::string& directory, SharedFiles& placed) {
-    std::vector<std::string> sources;
-    for (const FileEntry& gauge : gauges)
-        sources.push_back(gauge.path);
-    ProgressBar progress(context.window, static_cast<int>(sources.size()));
-    const Status status = placed.Place(directory, sources, ".gau", [&] { progress.Step(); });
-    if (!status)
-        TellCopyFailed(context, status);
-    return bool(status);
-}
-
 } // namespace
 
 bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
-                     const ConfigProgress& progress) {
+                     const std::string& leaveOut, const ConfigProgress& progress) {
     return VisitConfigFiles(
-        context, WalkTree(context.files, root + "aircraft\\"), "panel.cfg", "",
+        context, WalkTree(context.files, root + "aircraft\\"), "panel.cfg", leaveOut,
         [&](const FileEntry&, const LowerLines& lines) {
             for (const std::string_view line : lines) {
                 if (IsGaugeLine(line))
@@ -80,27 +68,6 @@ void TellRemainingGauges(CommandContext& context, const std::vector<std::string>
         MessageIcon::Exclamation);
 }
 
-std::vector<std::string> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
-                                       const std::string& root,
-                                       const std::function<bool(const std::string& gaugeName)>& isUsed) {
-    std::vector<std::string> remaining;
-    const std::vector<FileEntry>& gauges = package.ComponentFiles[Gauges];
-    ProgressBar progress(context.window, static_cast<int>(gauges.size()));
-    for (const FileEntry& gauge : gauges) {
-        progress.Step();
-        const std::string fileName = gauge.Name();
-        const std::string installed = root + "gauges\\" + fileName;
-        if (IsStockGauge(fileName) || isUsed(GaugeName(fileName)))
-            continue;
-        const auto info = context.files.Info(installed);
-        // A gauge of the same name with other bytes came from elsewhere.
-        if (info && info->kind == EntryKind::File && HoldsUnpackedBytes(context, gauge.path, installed))
-            remaining.push_back(DeleteGauge(context, installed));
-    }
-    std::erase(remaining, "");
-    return remaining;
-}
-
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
     if (context.files.IsDirectory(root + "gauges"))
         return true;
@@ -110,33 +77,18 @@ bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
     return false;
 }
 
-bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
-                 GaugeMode mode, SharedFiles* placed) {
+bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+                   SharedFiles& placed) {
     if (!CheckGaugesDirectory(context, root))
         return false;
-    const std::vector<FileEntry>& gauges = package.ComponentFiles[Gauges];
-    const std::string directory = root + "gauges\\";
-    if (mode == GaugeMode::Remove) {
-        std::vector<std::string> names;
-        for (const FileEntry& gauge : gauges)
-            names.push_back(GaugeName(gauge.path));
-        NameMatcher used(names);
-        const bool isComplete = FindGaugesInUse(context, root, used);
-        const auto isUsed = [&](const std::string& name) {
-            // What could not be looked at may use any of them.
-            return !isComplete ||
-                   used.IsFound(static_cast<std::size_t>(std::ranges::find(names, name) - names.begin()));
-        };
-        TellRemainingGauges(context, TakeOutGauges(context, package, root, isUsed));
-        return true;
-    }
-    if (placed)
-        return InstallGauges(context, gauges, directory, *placed);
-    SharedFiles added(context);
-    const bool isPlaced = InstallGauges(context, gauges, directory, added);
-    if (!isPlaced)
-        added.TakeBack();
-    return isPlaced;
+    std::vector<std::string> sources;
+    for (const FileEntry& gauge : package.ComponentFiles[Gauges])
+        sources.push_back(gauge.path);
+    ProgressBar progress(context.window, static_cast<int>(sources.size()));
+    const Status status = placed.Place(root + "gauges\\", sources, ".gau", [&] { progress.Step(); });
+    if (!status)
+        TellCopyFailed(context, status);
+    return bool(status);
 }
 
 } // namespace korvadex

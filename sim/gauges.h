@@ -23,27 +23,18 @@ std::string GaugeName(std::string_view path);
 bool IsStockGauge(std::string_view fileName);
 
 // Notes the gauge names that a panel of some aircraft below root & "aircraft\" uses: a line that contains the
-// name also contains "gauge". False when something could not be looked at.
+// name also contains "gauge". What lies below leaveOut (a directory ending in a backslash, or "") does not count. False
+// when something could not be looked at.
 bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
-                     const ConfigProgress& progress = {});
+                     const std::string& leaveOut = {}, const ConfigProgress& progress = {});
 
 // "C:\FS2002\gauges directory does not exist. ..." True when it does.
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root);
 
-enum class GaugeMode : int { Install = 1, Remove = 2 };
-
-// Puts the package's gauges into root & "gauges\" (existing ones stay as they are), or takes out those that
-// hold the package's bytes and are neither stock nor named by a panel.cfg below root & "aircraft\". False,
-// after a message, when that directory is missing or a copy failed; what was added then is gone, or still
-// listed in `placed` where that is given.
-bool PlaceGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
-                 GaugeMode mode, SharedFiles* placed = nullptr);
-
-// The second half of PlaceGauges, for one who knows already which gauges are in use. Gives the gauges that could
-// not be deleted, each with the reason.
-std::vector<std::string> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
-                                       const std::string& root,
-                                       const std::function<bool(const std::string& gaugeName)>& isUsed);
+// Puts the package's gauges into root & "gauges\"; existing ones stay as they are. False, after a message, when that
+// directory is missing or a copy failed; what was added then is still listed in `placed`.
+bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+                   SharedFiles& placed);
 
 // Tells of gauges that could not be deleted, if there are any, and what can be done about it.
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);

@@ -51,7 +51,9 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory
     if (state.CommandCode == RemovePackageFromHangar)
         RemoveFromHangar(context, runAgainAs(RemovePackageFromSim));
     if (state.CommandCode == CopyPackageToStaging)
-        CopyToStaging(context, package, runAgainAs(RemovePackageFromHangar));
+        CopyToStaging(context, package, [&](const std::function<bool()>& lastLook) {
+            RemoveFromHangar(context, runAgainAs(RemovePackageFromSim), lastLook);
+        });
     if (state.CommandCode == RenameHangarPackage)
         RenameInHangar(context, package);
     if (state.CommandCode == CreatePanelAlias)

@@ -5,10 +5,12 @@
 #include "package/rename.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
+#include "sim/copy_check.h"
 #include "sim/copy_package.h"
-#include "sim/copy_plan.h"
 #include "sim/delete_directory.h"
 #include "sim/gauges.h"
+
+#include <algorithm>
 
 namespace korvadex {
 
@@ -17,6 +19,15 @@ namespace {
 std::string PackageDirectory(const CommandContext& context) {
     return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
            CurrentPackageName(context.window) + "\\";
+}
+
+// What lies on a drive that is mounted there is not the Hangar's own, as what a link leads to.
+bool IsMountPoint(const CommandContext& context, const std::string& directory) {
+    const auto entries = context.files.List(ParentDirectory(directory));
+    const std::string name = LastPathComponent(WithoutBackslash(directory));
+    return entries && std::ranges::any_of(*entries, [&](const DirectoryEntry& entry) {
+               return entry.isMountPoint && EqualNoCase(entry.name, name);
+           });
 }
 
 bool IsInstalled(const CommandContext& context) {
@@ -53,28 +64,17 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
     return true;
 }
 
-// The first file of the package that is not in Staging as it should be; "" when all are there.
-std::string FirstNotStaged(CommandContext& context, const LoadedPackage& package,
-                           const std::string& destination) {
-    const auto isThere = [&](const std::string& path) {
-        const auto info = context.files.Info(path);
-        return info && info->kind == EntryKind::File;
-    };
-    for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Staging).files) {
-        if (!isThere(destination + file.relative))
-            return file.source;
-    }
-    for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
-        if (!isThere(context.locations.StagingDir + "gauges\\" + gauge.Name()))
-            return gauge.path;
-    }
-    return "";
-}
-
 } // namespace
 
-void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim) {
+void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
+                      const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
+    if (IsMountPoint(context, directory)) {
+        context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " +
+                              directory + ".\r\n\r\nPlease unmount that drive first.",
+                          MessageIcon::Exclamation);
+        return;
+    }
     if (IsInstalled(context) &&
         context.user.AskYesNo(
             "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
@@ -95,23 +95,31 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
             "WARNING!  The sound configuration in this package is used (via alias) by an aircraft(s) in the "
             "Hangar as shown.  Do you want to cancel this command?"))
         return;
-    if (!context.user.AskYesNo("Are you sure you want to remove this package from the hangar?")) {
+    // A directory in another place that stands in the Hangar as a link stays where it is.
+    const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
+    if (!context.user.AskYesNo(
+            "Are you sure you want to remove this package from the hangar?" +
+            (place.empty() ? ""
+                           : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
         context.window.RefreshPackageDisplay();
         return;
     }
-    const auto status = DeleteDirectory(context, directory);
-    if (!status)
+    if (lastLook && !lastLook())
         return;
+    const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
-    if (*status)
-        context.user.Tell("Done.");
+    if (status)
+        context.user.Tell(place.empty()
+                              ? "Done."
+                              : "Done.\r\n\r\nThe link was removed.  The files of the package are still in " +
+                                    place + ".");
     else
-        TellIncompleteRemoval(context, *status);
+        TellIncompleteRemoval(context, status);
     context.window.RefreshPackageDisplay();
 }
 
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
-                   const std::function<void()>& removeFromHangar) {
+                   const std::function<void(const std::function<bool()>&)>& removeFromHangar) {
     if (IsSecondAircraft(context, package))
         return;
     if (!StagingIsEmpty(context.files, context.locations) &&
@@ -123,7 +131,8 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
     if (!CopyPackageTo(context, package, destination))
         return;
     context.window.NoteStaged(name);
-    if (const std::string missing = FirstNotStaged(context, package, destination); !missing.empty()) {
+    if (const std::string missing = FirstNotCopied(context, package, CopyRoot::Staging, destination);
+        !missing.empty()) {
         context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" +
                               missing,
                           MessageIcon::Exclamation);
@@ -134,8 +143,19 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
         context.user.Tell("Done.");
         return;
     }
-    if (context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
-        removeFromHangar();
+    if (!context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
+        return;
+    removeFromHangar([&] {
+        const std::string different = HasChangedOnDisk(context.files, package)
+                                          ? package.path
+                                          : FirstNotCopied(context, package, CopyRoot::Staging, destination);
+        if (!different.empty())
+            context.user.Tell("The package is not in Staging as it is in the Hangar any more.  It was not "
+                              "removed.\r\n\r\n" +
+                                  different + "\r\n\r\nPlease clear Staging and copy the package again.",
+                              MessageIcon::Exclamation);
+        return different.empty();
+    });
 }
 
 void RenameInHangar(CommandContext& context, const LoadedPackage& package) {

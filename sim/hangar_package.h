@@ -9,12 +9,15 @@
 
 namespace korvadex {
 
-// An installed package is offered to removeFromSim first; either answer goes on.
-void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim);
+// An installed package is offered to removeFromSim first; either answer goes on. Directly before the deletion
+// lastLook may keep the package, after a message of its own.
+void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
+                      const std::function<bool()>& lastLook = {});
 
-// Refused for an aircraft when Staging holds one. removeFromHangar runs when the user wants that, after every file has been copied and counted.
+// Refused for an aircraft when Staging holds one. removeFromHangar runs when the user wants that, after every
+// file has been copied and counted; its lastLook tells whether all of that is still so.
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
-                   const std::function<void()>& removeFromHangar);
+                   const std::function<void(const std::function<bool()>& lastLook)>& removeFromHangar);
 
 // frmRename, unless the package is installed or another one of the Hangar uses its panel or sound.
 void RenameInHangar(CommandContext& context, const LoadedPackage& package);

@@ -2,16 +2,17 @@
 
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "package/progress.h"
 #include "package/scratch.h"
 #include "package/walk.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
-#include "sim/found_gauges.h"
-#include "sim/name_list.h"
-#include "sim/progress.h"
+#include "sim/install_record.h"
 #include "sim/shared_files.h"
 
 #include <algorithm>
+#include <set>
 
 namespace korvadex {
 
@@ -106,12 +107,10 @@ class Import {
     }
 
     bool ClearStaging() {
-        if (!DeleteTree(context, staging))
-            return false;
-        return StagingIsEmpty(files, context.locations) ||
-               Refuse("Staging could not be cleared completely.  Please close the programs that use its "
-                      "files and "
-                      "try again.");
+        const auto remaining = DeleteTree(context, staging);
+        if (!remaining.empty())
+            TellDeleted(context, remaining);
+        return remaining.empty();
     }
 
     // It only proposes a name for the package: one that is not of this aircraft must not stay.
@@ -121,39 +120,82 @@ class Import {
             DeleteFileForced(files, path);
     }
 
+    // Each file is whole, and on the disk, before it bears its name in Staging.
     void CopyFiles(const Tree& tree) {
+        const auto scratch = MakeScratchName(files, context.locations, staging + name);
+        const std::string aside = scratch ? AddBackslash(*scratch) : "";
+        std::vector<std::string> relatives, copies;
         ProgressBar progress(context.window, static_cast<int>(tree.files.size()));
         for (const FileEntry& file : tree.files) {
             progress.Step();
             const std::string relative = file.path.substr(source.size());
-            if (EqualNoCase(relative, ImportNameFile) || EqualNoCase(relative, FoundGaugesFile))
+            if (EqualNoCase(relative, ImportNameFile) || IsInstallRecord(FoldCase(relative)))
                 continue;
-            if (const Status status = CopyFile(file, staging + relative); !status)
-                notCopied.push_back(relative + " (" + DescribeFault(status.fault) + ")");
+            if (Status status = scratch ? CopyAside(file, relative, aside) : scratch.status(); !status) {
+                NoteNotCopied(relative, status);
+                continue;
+            }
+            relatives.push_back(relative);
+            copies.push_back(aside + relative);
         }
+        const std::vector<Status> flushed = files.Flush(copies);
+        for (std::size_t i = 0; i < copies.size(); ++i) {
+            if (Status status = flushed[i] ? PutInPlace(copies[i], relatives[i]) : flushed[i]; !status)
+                NoteNotCopied(relatives[i], status);
+        }
+        if (Status status = FlushFiles(files, {directories.begin(), directories.end()}); !status)
+            NoteNotCopied(status.path, status);
+        if (scratch)
+            ReleaseScratch(files, *scratch);
     }
 
-    Status CopyFile(const FileEntry& file, const std::string& target) {
-        for (std::size_t end = target.find('\\', staging.size()); end != std::string::npos;
-             end = target.find('\\', end + 1))
-            static_cast<void>(files.CreateDirectory(target.substr(0, end)));
+    void NoteNotCopied(const std::string& relative, const Status& status) {
+        notCopied.push_back(relative + " (" + DescribeFault(status.fault) + ")");
+    }
+
+    Status CopyAside(const FileEntry& file, const std::string& relative, const std::string& aside) {
         if (file.info.kind == EntryKind::Link)
             return {FileFault::IsLink, file.path, 0};
-        const Status status = files.Copy(file.path, target);
-        if (status.fault != FileFault::Exists)
-            return status;
+        const auto there = files.Info(staging + relative);
+        if (there && there->kind != EntryKind::File)
+            return {FileFault::Exists, staging + relative, 0};
+        MakeDirectoriesOf(aside + relative, ParentDirectory(WithoutBackslash(aside)).size());
+        Status status = files.Copy(file.path, aside + relative);
+        if (status)
+            files.BeginFlush(aside + relative);
+        return status;
+    }
+
+    Status PutInPlace(const std::string& copy, const std::string& relative) {
+        const std::string target = staging + relative;
+        MakeDirectoriesOf(target, staging.size());
+        for (std::string path = target; path.size() > staging.size();) {
+            path = WithoutBackslash(ParentDirectory(path));
+            directories.insert(path);
+        }
+        Status status = files.Rename(copy, target);
+        if (status.fault != FileFault::Exists || SameBytes(files, copy, target))
+            return status.fault == FileFault::Exists ? Status{} : status;
         const auto there = files.Info(target);
-        if (!there || there->kind != EntryKind::File)
-            return status;
-        if (SameBytes(files, file.path, target))
-            return {};
-        return ReplaceByCopy(files, context.locations, file.path, target);
+        static_cast<void>(files.ClearAttributes(target));
+        status = files.Replace(copy, target);
+        if (!status && there && there->readOnly)
+            static_cast<void>(files.SetReadOnly(target, true));
+        return status;
+    }
+
+    // Those below the first letters of the path, which are there.
+    void MakeDirectoriesOf(const std::string& path, std::size_t there) {
+        for (std::size_t end = path.find('\\', there); end != std::string::npos;
+             end = path.find('\\', end + 1))
+            static_cast<void>(files.CreateDirectory(path.substr(0, end)));
     }
 
     CommandContext& context;
     FileSystem& files;
     const std::string name, source, staging;
     std::vector<std::string> notCopied;
+    std::set<std::string> directories; // that files have come into
 };
 
 } // namespace

@@ -22,21 +22,32 @@ std::string OwnAliasHint(const std::string& name, const std::string& alias, cons
            "' or correct the alias line in its " + kind + ".cfg file.";
 }
 
-// An alias names the package as the Hangar does; its directory in the simulator may have "_" where that has
-// blanks.
-void FollowAlias(CommandContext& context, const std::string& alias, const std::string& configFile) {
-    if (alias.empty())
-        return;
-    const std::string installed = FindSimAircraftDirectory(context.files, context.locations, alias);
-    if (installed.empty() || installed == alias)
-        return;
-    const Status status = RewriteAliasLine(context, installed, configFile);
-    if (!status)
-        context.user.Tell("The alias line of " + configFile + " could not be changed to " + installed +
-                              ".\r\n\r\n" + "The reason: " + DescribeFault(status.fault) +
-                              ".  Please change it with an editor.",
-                          MessageIcon::Exclamation);
-}
+// The alias lines of a new aircraft are adapted before it is there. An alias names the package as the Hangar does; its
+// directory in the simulator may have "_" where that has blanks.
+class AliasLines {
+  public:
+    explicit AliasLines(CommandContext& command) : context(command) {}
+
+    void Follow(const std::string& alias, const std::string& directory, const std::string& configFile) {
+        const std::string installed = FindSimAircraftDirectory(context.files, context.locations, alias);
+        if (alias.empty() || installed.empty() || installed == alias ||
+            !context.files.Info(directory + configFile))
+            return;
+        const Status status = RewriteAliasLine(context, installed, directory + configFile);
+        if (!status)
+            failures.push_back(configFile + " could not be changed to " + installed + ".\r\n\r\n" +
+                               "The reason: " + DescribeFault(status.fault) +
+                               ".  Please change it with an editor.");
+    }
+    void TellFailures(const std::string& directory) {
+        for (const std::string& failure : failures)
+            context.user.Tell("The alias line of " + directory + failure, MessageIcon::Exclamation);
+    }
+
+  private:
+    CommandContext& context;
+    std::vector<std::string> failures;
+};
 
 } // namespace
 
@@ -65,18 +76,20 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
         return;
     }
     std::string destination = context.locations.MsfsDir + "aircraft\\" + name;
-    if (!CopyPackageTo(context, package, destination))
+    AliasLines aliases(context);
+    const bool isCopied = CopyPackageTo(context, package, destination, [&](const std::string& directory) {
+        aliases.Follow(package.PackageSoundAlias, directory, "Sound\\sound.cfg");
+        aliases.Follow(package.PackagePanelAlias, directory, "Panel\\panel.cfg");
+    });
+    if (!isCopied)
         return;
     context.window.RefreshPackageList();
+    aliases.TellFailures(destination);
 
-    const std::string sound = GetInstalledFile(context.files, context.locations, name, "\\sound\\sound.cfg");
-    if (!sound.empty())
-        FollowAlias(context, package.PackageSoundAlias, sound);
     const std::string panel = GetInstalledFile(context.files, context.locations, name, "\\panel\\panel.cfg");
     if (panel.empty()) {
         context.user.Tell("Done.");
     } else {
-        FollowAlias(context, package.PackagePanelAlias, panel);
         std::vector<std::string> usedGauges;
         context.user.ShowInstallStatus(InstallStatusText(name, CrossCheckPanel(context, panel, usedGauges)));
     }

@@ -2,19 +2,21 @@
 
 #include "archive/in_place.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "package/walk.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_plan.h"
 #include "sim/delete_directory.h"
-#include "sim/found_gauges.h"
+#include "sim/gauge_removal.h"
 #include "sim/gauges.h"
-#include "sim/name_list.h"
+#include "sim/install_record.h"
 #include "sim/shared_files.h"
 #include "sim/sim_usage.h"
 
+#include <algorithm>
 #include <map>
+#include <optional>
 
 namespace korvadex {
 
@@ -36,22 +38,6 @@ bool IsUsedInSim(CommandContext& context, const std::string& name, const std::st
     return !users.empty();
 }
 
-void RemoveGauges(CommandContext& context, CommandState& state, std::vector<FileEntry> gauges,
-                  const SimUsage* usage) {
-    const std::string& root = context.locations.MsfsDir;
-    if (gauges.empty())
-        return;
-    LoadedPackage package;
-    package.ComponentFiles[Gauges] = std::move(gauges);
-    if (!usage) {
-        PlaceGauges(context, package, root, GaugeMode::Remove);
-    } else if (context.files.IsDirectory(root + "gauges")) { // a batch does not say it for each package
-        const std::vector<std::string> remaining = TakeOutGauges(
-            context, package, root, [&](const std::string& gauge) { return usage->IsGaugeUsed(gauge); });
-        state.remainingGauges.insert(state.remainingGauges.end(), remaining.begin(), remaining.end());
-    }
-}
-
 // The installation adapts the alias line of such a file to the names of the simulator, and nothing else.
 bool IsRewrittenAlias(CommandContext& context, const LoadedPackage& package, const FileEntry& installed,
                       const std::string& source) {
@@ -59,43 +45,98 @@ bool IsRewrittenAlias(CommandContext& context, const LoadedPackage& package, con
         installed.key == "panel.cfg" ? package.PackagePanelAlias : package.PackageSoundAlias;
     if (alias.empty() || (installed.key != "panel.cfg" && installed.key != "sound.cfg"))
         return false;
-    const auto lines = ReadLines(context.files, installed.path), own = ReadLines(context.files, source);
-    return lines && own && *lines == WithAlias(*own, SpacesToUnderscores(alias));
+    const auto text = ReadConfigText(context.files, installed.path),
+               own = ReadConfigText(context.files, source);
+    const auto expected = own ? WithAlias(*own, SpacesToUnderscores(alias)) : std::nullopt;
+    // Their ends and indentation may be others than the package's.
+    return text && expected &&
+           std::ranges::equal(text->lines, expected->lines, [](const ConfigLine& a, const ConfigLine& b) {
+               return TrimBlanks(a.text) == TrimBlanks(b.text);
+           });
 }
 
-// A file keeps its time through the installation: one of another time or size is compared byte by byte.
-bool IsInPackage(CommandContext& context, const FileEntry& installed, const std::string& source) {
-    const auto info = context.files.Info(source);
-    if (!info || installed.info.kind != EntryKind::File)
-        return false;
-    const auto hasSize = [&] {
-        return info->size == installed.info.size ||
-               UnpackedSize(context.files, FileEntry(source, *info)) == installed.info.size;
-    };
-    return (info->time == installed.info.time && hasSize()) ||
-           HoldsUnpackedBytes(context, source, installed.path);
+// The files of a package, to find the bytes of installed ones among them.
+class PackageFiles {
+  public:
+    PackageFiles(CommandContext& command, const LoadedPackage& loaded) : context(command), package(loaded) {
+        for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
+            sources.emplace(FoldCase(file.relative), file.source);
+    }
+
+    // Where an install of the package puts the file it has the time and size of that file, or the same bytes;
+    // otherwise some file of the package has them.
+    bool Hold(const FileEntry& installed, const std::string& relative) {
+        if (installed.info.kind != EntryKind::File)
+            return false;
+        const auto source = sources.find(FoldCase(relative));
+        return (source != sources.end() && (IsSource(installed, source->second) ||
+                                            IsRewrittenAlias(context, package, installed, source->second))) ||
+               HasBytesOf(installed);
+    }
+    bool HasSource(const std::string& relative) const { return sources.contains(FoldCase(relative)); }
+
+  private:
+    bool IsSource(const FileEntry& installed, const std::string& source) const {
+        const auto info = context.files.Info(source);
+        return info && info->kind == EntryKind::File && info->time == installed.info.time &&
+               (info->size == installed.info.size ||
+                UnpackedSize(context.files, FileEntry(source, *info)) == installed.info.size);
+    }
+
+    bool HasBytesOf(const FileEntry& installed) {
+        if (bySize.empty()) {
+            for (const FileEntry& file : package.tree.files) {
+                const bool mayBePacked = file.key.ends_with(".bmp") || file.key.ends_with(".gau");
+                bySize.emplace(mayBePacked ? UnpackedSize(context.files, file) : file.info.size, file.path);
+            }
+        }
+        const auto [begin, end] = bySize.equal_range(installed.info.size);
+        return std::any_of(begin, end, [&](const auto& file) {
+            return HoldsUnpackedBytes(context, file.second, installed.path);
+        });
+    }
+
+    CommandContext& context;
+    const LoadedPackage& package;
+    std::map<std::string, std::string> sources;       // by what they become below the installed directory
+    std::multimap<std::uint64_t, std::string> bySize; // unpacked
+};
+
+// What the record of an installed directory says of the aircraft's own files. That of another package says nothing:
+// what belongs to this one is only known from its files.
+std::map<std::string, RecordedFile> PlacedFiles(CommandContext& context, const LoadedPackage& package,
+                                                const std::string& directory) {
+    std::map<std::string, RecordedFile> placed;
+    const auto record = ReadInstallRecord(context.files, directory);
+    if (!record || !EqualNoCase(record->package, RecordedName(context.locations, package)))
+        return placed;
+    for (const RecordedFile& file : record->files) {
+        if (file.kind == AircraftKind)
+            placed.emplace(FoldCase(file.name), file);
+    }
+    return placed;
 }
 
-// Files of the installed directory that an install of the package would not have put there, or that were
-// changed since: a simulator's own aircraft may bear the name of a package, and people edit what they fly.
+// Files of the installed directory that are neither as they were installed nor anywhere in the package: a simulator's
+// own aircraft may bear the name of a package, and people edit what they fly.
 std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPackage& package,
                                        const std::string& directory) {
     if (IsLinkedDirectory(context, directory))
         return {};
-    std::map<std::string, std::string> sources;
-    for (const PlannedFile& file : PlanCopy(context, package, CopyRoot::Msfs).files)
-        sources.emplace(FoldCase(file.relative), file.source);
-    sources.emplace(FoldCase(FoundGaugesFile), directory + std::string(FoundGaugesFile)); // its own
+    const std::map<std::string, RecordedFile> placed = PlacedFiles(context, package, directory);
+    PackageFiles own(context, package);
     std::vector<std::string> others;
     const Tree installed = WalkTree(context.files, directory);
     for (const FileEntry& file : installed.files) {
         const std::string relative = file.path.substr(directory.size());
-        const auto source = sources.find(FoldCase(relative));
-        if (source == sources.end())
-            others.push_back(relative);
-        else if (!IsInPackage(context, file, source->second) &&
-                 !IsRewrittenAlias(context, package, file, source->second))
-            others.push_back(relative + "  (changed)");
+        if (IsInstallRecord(FoldCase(relative)))
+            continue;
+        const auto recorded = placed.find(FoldCase(relative));
+        if (recorded != placed.end() && IsUnchanged(context.files, recorded->second, file.path))
+            continue;
+        if (!own.Hold(file, relative))
+            others.push_back(recorded != placed.end() || own.HasSource(relative) ? relative + "  (changed)"
+                                                                                 : relative);
     }
     if (installed.isUnreadable)
         others.push_back(installed.unreadable.substr(directory.size()) +
@@ -127,6 +168,34 @@ bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPac
         directory + " holds files that this package doesn't have ...\r\n\r\n" + ListNames(others) +
             "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
         MessageIcon::Exclamation);
+}
+
+// The gauges that came with the aircraft go, while the record that knows them is there. False, after a word, when they
+// could not, and then nothing has changed.
+bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                  const std::string& name, const std::string& directory, const SimUsage* usage) {
+    // Where no file is left an earlier removal has come to its end, but for the directory.
+    if (!IsLinkedDirectory(context, directory) && WalkTree(context.files, directory).files.empty())
+        return true;
+    const auto remaining = TakeOutGauges(context, package, directory, usage);
+    if (remaining) {
+        if (!usage)
+            TellRemainingGauges(context, *remaining);
+        else // a batch does not say it for each package
+            state.remainingGauges.insert(state.remainingGauges.end(), remaining->begin(), remaining->end());
+        return true;
+    }
+    const Status status = remaining.status();
+    const std::string reason = status.path + " could not be written (" + DescribeFault(status.fault) + ")";
+    if (state.QuietMode)
+        state.keptPackages.push_back(name + ": " + reason);
+    else
+        context.user.Tell(
+            "The package was not removed.  Another aircraft has gauges of it, which were to be handed "
+            "on.\r\n\r\n" +
+                reason + ".\r\n\r\n" + NextStep(status.fault),
+            MessageIcon::Exclamation);
+    return false;
 }
 
 } // namespace
@@ -166,22 +235,17 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 
-    const std::vector<std::string> foundGauges = ReadFoundGauges(context.files, directory);
-    const auto status = DeleteDirectory(context, directory);
-    if (!status)
+    // Cut off anywhere, the removal is finished by the next one: the record goes last.
+    if (!RemoveGauges(context, state, package, name, directory, usage))
         return;
-    // Gauges go last: the package's own panel.cfg would keep them alive.
-    if (*status && usage)
+    const Status status = DeleteDirectory(context, directory, directory + std::string(InstallRecordFile));
+    if (status && usage)
         usage->Forget(directory);
-    if (*status)
-        RemoveGauges(context, state, GaugesOtherThan(package, foundGauges), usage);
-    else
-        static_cast<void>(NoteFoundGauges(context, directory, foundGauges)); // for the next attempt
     context.window.RefreshPackageList();
-    if (!*status && state.QuietMode)
-        state.keptPackages.push_back(name + ": " + DescribeRemaining(*status));
-    else if (!*status)
-        TellIncompleteRemoval(context, *status);
+    if (!status && state.QuietMode)
+        state.keptPackages.push_back(name + ": " + DescribeRemaining(status));
+    else if (!status)
+        TellIncompleteRemoval(context, status);
     else if (!state.QuietMode)
         context.user.Tell("Done.");
     context.window.RefreshPackageDisplay();

@@ -69,14 +69,22 @@ Status SharedFiles::EnsureDirectory(const std::string& directory) {
     return status;
 }
 
+bool SharedFiles::IsMissing(const std::string& source, const std::string& target) const {
+    const auto info = context.files.Info(target);
+    if (!info)
+        return info.fault() == FileFault::NotFound;
+    const auto own = context.files.Info(source);
+    return info->kind == EntryKind::File && info->size == 0 && own &&
+           UnpackedSize(context.files, FileEntry(source, *own)) > 0;
+}
+
 Status SharedFiles::Place(const std::string& directory, const std::vector<std::string>& sources,
                           std::string_view packedEnding, const std::function<void()>& afterEach) {
     std::vector<std::string> missing;
     std::set<std::string> names;
     for (const std::string& source : sources) {
         const std::string name = LastPathComponent(source);
-        const bool isMissing = context.files.Info(directory + name).fault() == FileFault::NotFound;
-        if (isMissing && names.insert(FoldCase(name)).second)
+        if (IsMissing(source, directory + name) && names.insert(FoldCase(name)).second)
             missing.push_back(source);
         else if (afterEach)
             afterEach();
@@ -105,38 +113,56 @@ Status SharedFiles::PlaceThrough(const std::string& scratch, const std::string& 
             if (Status status = UnpackCopy(context, copy, source); !status)
                 return status;
         }
+        context.files.BeginFlush(copy);
         if (afterEach)
             afterEach();
     }
     for (const std::string& source : sources) {
         const std::string name = LastPathComponent(source);
-        const std::string target = directory + name;
-        Status status = context.files.Rename(scratch + name, target);
-        if (status)
-            placed.push_back(target);
-        else if (status.fault != FileFault::Exists)
+        if (Status status = PutInPlace(scratch + name, directory + name); !status)
             return status;
     }
     return {};
 }
 
-Status SharedFiles::Flush() {
-    std::vector<std::string> paths = placed;
-    for (const std::string& path : placed) {
-        const std::string directory = WithoutBackslash(ParentDirectory(path));
-        if (paths.back() != directory)
-            paths.push_back(directory);
+Status SharedFiles::PutInPlace(const std::string& copy, const std::string& target) {
+    Status status = context.files.Rename(copy, target);
+    if (status.fault == FileFault::Exists) {
+        if (!IsMissing(copy, target))
+            return {}; // somebody has put one there meanwhile
+        static_cast<void>(context.files.ClearAttributes(target));
+        status = context.files.Replace(copy, target);
+        if (status)
+            replaced.push_back(target);
     }
-    return FlushFiles(context.files, paths);
+    if (status)
+        placed.push_back(target);
+    return status;
+}
+
+std::vector<std::string> SharedFiles::PathsToFlush() const {
+    std::vector<std::string> paths = placed;
+    std::set<std::string> parents;
+    for (const auto* made : {&placed, &directories}) {
+        for (const std::string& path : *made)
+            parents.insert(WithoutBackslash(ParentDirectory(path)));
+    }
+    paths.insert(paths.end(), parents.begin(), parents.end());
+    return paths;
 }
 
 void SharedFiles::TakeBack() {
     for (auto path = placed.rbegin(); path != placed.rend(); ++path)
         DeleteFileForced(context.files, *path);
+    for (const std::string& path : replaced) {
+        if (auto file = context.files.CreateNew(path))
+            static_cast<void>((*file)->Close(false));
+    }
     // One that is not empty holds something of another's by now and stays.
     for (auto directory = directories.rbegin(); directory != directories.rend(); ++directory)
         (void)context.files.RemoveDirectory(*directory);
     placed.clear();
+    replaced.clear();
     directories.clear();
 }
 
@@ -150,7 +176,7 @@ std::string NextStep(FileFault fault) {
     case FileFault::ReadOnlyDisk:
         return "Please make sure that you may write there and try again.";
     case FileFault::NotFound:
-        return "Please select the package again, so that its files are looked up anew, and try again.";
+        return "Please have its files looked up anew (F5) and try again.";
     case FileFault::BadName:
         return "Please give the file a name that the disk can store and try again.";
     default:

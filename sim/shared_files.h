@@ -19,24 +19,29 @@ class SharedFiles {
     Status EnsureDirectory(const std::string& directory);
 
     // Copies each source into the directory (ends in a backslash) under its own name, unless a file of that
-    // name is there. Packed files with the ending are unpacked on the way. They appear when all of them are
+    // name is there; one without a single byte, as a power cut leaves them, is replaced. Packed files with the ending are unpacked on the way. They appear when all of them are
     // complete.
     Status Place(const std::string& directory, const std::vector<std::string>& sources,
                  std::string_view packedEnding = {}, const std::function<void()>& afterEach = {});
 
-    // What was placed is on the disk when this returns.
-    Status Flush();
+    // What was placed so far, full paths.
+    const std::vector<std::string>& Placed() const { return placed; }
+    // The files and directories that are to be flushed, so that what was placed is on the disk.
+    std::vector<std::string> PathsToFlush() const;
 
     // Deletes what was placed and made so far.
     void TakeBack();
 
   private:
+    bool IsMissing(const std::string& source, const std::string& target) const;
+    Status PutInPlace(const std::string& copy, const std::string& target);
     Status PlaceThrough(const std::string& scratch, const std::string& directory,
                         const std::vector<std::string>& sources, std::string_view packedEnding,
                         const std::function<void()>& afterEach);
 
     CommandContext& context;
-    std::vector<std::string> placed;      // full paths
+    std::vector<std::string> placed;
+    std::vector<std::string> replaced;    // of those, where an empty file stood
     std::vector<std::string> directories; // made here
 };
 

@@ -15,7 +15,7 @@ std::vector<std::string> AliasTexts(std::string_view packageName, const std::str
             FoldCase(SpacesToUnderscores(packageName) + "\\" + kind)};
 }
 
-SimUsage::SimUsage(CommandContext& context, const std::vector<std::string>& packageNames) {
+SimUsage::SimUsage(CommandContext& context, const std::vector<std::string>& packageNames) : owners(context) {
     std::vector<std::string> gauges;
     if (const auto entries = context.files.List(context.locations.MsfsDir + "gauges\\")) {
         for (const DirectoryEntry& entry : *entries)
@@ -70,10 +70,11 @@ std::vector<std::string> SimUsage::AliasUsers(std::string_view packageName, cons
     return paths;
 }
 
-bool SimUsage::IsGaugeUsed(const std::string& gaugeName) const {
+bool SimUsage::IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const {
     const auto found = gaugeUsers.find(gaugeName);
-    return found == gaugeUsers.end() ||
-           std::ranges::any_of(found->second, [&](std::size_t file) { return !files[file].isGone; });
+    return found == gaugeUsers.end() || std::ranges::any_of(found->second, [&](std::size_t file) {
+               return !files[file].isGone && !IsAtOrBelow(files[file].path, leaveOut);
+           });
 }
 
 void SimUsage::Forget(const std::string& directory) {

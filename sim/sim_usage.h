@@ -2,6 +2,7 @@
 #pragma once
 
 #include "package/command_context.h"
+#include "sim/gauge_removal.h"
 
 #include <string>
 #include <string_view>
@@ -24,8 +25,9 @@ class SimUsage {
     // The configuration files outside of the directory leaveOut that use the package's panel or sound.
     std::vector<std::string> AliasUsers(std::string_view packageName, const std::string& kind,
                                         const std::string& leaveOut) const;
-    // For the gauges that the simulator had; any other counts as used.
-    bool IsGaugeUsed(const std::string& gaugeName) const;
+    // By a panel outside of the directory leaveOut, for the gauges that the simulator had; any other counts as used.
+    bool IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const;
+    const GaugeOwners& Owners() const { return owners; }
     // The directory (ending in a backslash) is gone, and what it used is no longer used by it.
     void Forget(const std::string& directory);
 
@@ -41,6 +43,7 @@ class SimUsage {
     };
     std::vector<File> files;
     Users aliasUsers, gaugeUsers;
+    const GaugeOwners owners;
     bool isComplete = true;
 };
 

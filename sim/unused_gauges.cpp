@@ -1,13 +1,13 @@
 #include "sim/unused_gauges.h"
 
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
 #include "sim/gauges.h"
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 namespace korvadex {
 
@@ -25,8 +25,15 @@ std::vector<FileEntry> CollectGauges(CommandContext& context) {
     return gauges;
 }
 
-std::vector<UnusedGauge> FindUnused(CommandContext& context,
-                                    const std::function<void(int value, int maximum)>& progress) {
+void TellNotSearched(CommandContext& context) {
+    context.user.Tell("Not every panel.cfg file below " + context.locations.MsfsDir +
+                          "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken "
+                          "as used.",
+                      MessageIcon::Exclamation);
+}
+
+std::vector<FileEntry> FindUnused(CommandContext& context,
+                                  const std::function<void(int value, int maximum)>& progress) {
     const std::vector<FileEntry> gauges = CollectGauges(context);
     std::vector<std::string> names;
     for (const FileEntry& gauge : gauges)
@@ -39,36 +46,38 @@ std::vector<UnusedGauge> FindUnused(CommandContext& context,
                  std::max(1, count));
     };
     NameMatcher used(names);
-    if (!FindGaugesInUse(context, context.locations.MsfsDir, used, inGauges)) {
-        context.user.Tell("Not every panel.cfg file below " + context.locations.MsfsDir +
-                              "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken "
-                              "as used.",
-                          MessageIcon::Exclamation);
+    if (!FindGaugesInUse(context, context.locations.MsfsDir, used, "", inGauges)) {
+        TellNotSearched(context);
         return {};
     }
-    std::vector<UnusedGauge> unused;
-    std::map<std::string, int> sameName;
+    std::vector<FileEntry> unused;
     for (std::size_t i = 0; i < gauges.size(); ++i) {
-        if (used.IsFound(i) || IsStockGauge(gauges[i].Name()))
-            continue;
-        unused.push_back({gauges[i].Name(), gauges[i].path});
-        ++sameName[gauges[i].key];
+        if (!used.IsFound(i) && !IsStockGauge(gauges[i].Name()))
+            unused.push_back(gauges[i]);
     }
-    // Those of one name are told apart by their directories.
-    const std::size_t root = (context.locations.MsfsDir + "gauges\\").size();
-    for (UnusedGauge& gauge : unused)
-        if (sameName[FoldCase(gauge.name)] > 1)
-            gauge.name = gauge.path.substr(root);
     return unused;
 }
 
+// Those of one name are told apart by their directories.
+std::vector<UnusedGauge> Shown(const CommandContext& context, const std::vector<FileEntry>& gauges) {
+    std::map<std::string, int> sameName;
+    for (const FileEntry& gauge : gauges)
+        ++sameName[gauge.key];
+    const std::size_t root = (context.locations.MsfsDir + "gauges\\").size();
+    std::vector<UnusedGauge> shown;
+    for (const FileEntry& gauge : gauges)
+        shown.push_back({sameName[gauge.key] > 1 ? gauge.path.substr(root) : gauge.Name(), gauge.path});
+    return shown;
+}
+
+// What the list of unused gauges deletes, and what it says of the rest.
 class GaugeList {
   public:
     explicit GaugeList(CommandContext& command) : context(command) {}
 
     std::vector<UnusedGauge> Search(const std::function<void(int, int)>& progress) {
-        listed = FindUnused(context, progress);
-        return listed;
+        unused = FindUnused(context, progress);
+        return listed = Shown(context, unused);
     }
 
     std::vector<UnusedGauge> Remove(std::vector<int> rows) {
@@ -79,31 +88,55 @@ class GaugeList {
         }
         if (!context.user.AskYesNo("Are you sure you want to remove these gauges?"))
             return listed;
-        // Collected again: an entry stands for its own path, and only while that is still a gauge's.
-        std::set<std::string> present;
-        for (const FileEntry& gauge : CollectGauges(context))
-            present.insert(FoldCase(gauge.path));
-        std::ranges::sort(rows, std::greater<>());
+        std::ranges::sort(rows);
         rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-        std::vector<std::string> kept;
-        for (const int row : rows) {
-            const std::string path = listed[static_cast<std::size_t>(row)].path;
-            const std::string reason =
-                present.contains(FoldCase(path)) ? DeleteGauge(context, path) : std::string();
-            if (reason.empty())
-                listed.erase(listed.begin() + row);
-            else
-                kept.push_back(reason);
-        }
-        if (kept.empty())
-            context.user.Tell("Done.");
-        TellRemainingGauges(context, kept);
+        DeleteRows(rows);
         return listed;
     }
 
   private:
+    void DeleteRows(const std::vector<int>& rows) {
+        // An aircraft that names one of them may have been installed since the search.
+        std::vector<std::string> names;
+        for (const int row : rows)
+            names.push_back(GaugeName(unused[static_cast<std::size_t>(row)].path));
+        NameMatcher used(names);
+        if (!FindGaugesInUse(context, context.locations.MsfsDir, used)) {
+            TellNotSearched(context);
+            return;
+        }
+        std::vector<std::string> kept, remaining;
+        std::vector<int> gone;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const FileEntry& gauge = unused[static_cast<std::size_t>(rows[i])];
+            const auto now = context.files.Info(gauge.path);
+            std::string reason;
+            if (used.IsFound(i))
+                kept.push_back(gauge.path + " (a panel uses it by now)");
+            else if (now && *now != gauge.info)
+                kept.push_back(gauge.path + " (it was changed by another program meanwhile)");
+            else if (reason = DeleteOrExplain(context.files, gauge.path); !reason.empty())
+                remaining.push_back(reason);
+            else
+                gone.push_back(rows[i]);
+        }
+        for (auto row = gone.rbegin(); row != gone.rend(); ++row) {
+            unused.erase(unused.begin() + *row);
+            listed.erase(listed.begin() + *row);
+        }
+        if (kept.empty() && remaining.empty())
+            context.user.Tell("Done.");
+        if (!kept.empty())
+            context.user.Tell("The following gauges were not removed ...\r\n\r\n" + ListNames(kept) +
+                                  "\r\n\r\nPlease open the list of unused gauges again to see what is "
+                                  "unused now.",
+                              MessageIcon::Exclamation);
+        TellRemainingGauges(context, remaining);
+    }
+
     CommandContext& context;
-    std::vector<UnusedGauge> listed;
+    std::vector<FileEntry> unused;
+    std::vector<UnusedGauge> listed; // the same, as shown
 };
 
 } // namespace

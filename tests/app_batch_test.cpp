@@ -58,6 +58,72 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
 }
 
+TEST_F(BatchCommands, UninstallTakesBorrowersBeforeTheirLenders) {
+    // Cub borrows from A Jet, which borrows from C Jet; B Jet lends to somebody else's.
+    const auto put = [&](const std::string& name, const std::string& panel) {
+        const std::string category = name == "Cub" ? "Props\\" : "Jets\\";
+        for (const auto& place : {"Hangar\\" + category + name, "FS\\aircraft\\" + name}) {
+            drive.Put(place + "\\texture\\t.bmp", std::string(900, 't'));
+            drive.Put(place + "\\panel\\panel.cfg", panel);
+        }
+    };
+    put("A Jet", "alias=C Jet\\panel\r\n");
+    put("B Jet", "x");
+    put("C Jet", "x");
+    put("Cub", "alias=A Jet\\panel\r\n");
+    drive.Put("FS\\aircraft\\Mine\\panel\\panel.cfg", "alias=B Jet\\panel");
+    Start();
+    user.Expect(AskUninstallAll, Answer::Yes)
+        .Expect("Cannot remove.  The panel in this package...")
+        .Expect("Done.");
+    program->UninstallAll();
+    EXPECT_EQ(form.status, "3 removed, 0 skipped (not installed), 1 kept because of an alias.");
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\C Jet"));
+}
+
+TEST_F(BatchCommands, WhatCannotBeGoneThroughIsLeftAndNamed) {
+    drive.Fill("Hangar", "Jets\\B Jet\\a\\x.mdl=1, Jets\\B Jet\\b\\x.mdl=2, Props\\A Jet\\a.air=x");
+    for (const char* name : {"A_Jet", "B Jet"})
+        drive.Put(std::string("FS\\aircraft\\") + name + "\\texture\\t.bmp", std::string(900, 't'));
+    drive.Put("FS\\aircraft\\A_Jet\\my.flt", "saved");
+    const std::string twins = "Jets\\B Jet: it holds two files of one name, " +
+                              drive.At("Hangar\\Jets\\B Jet\\a\\x.mdl") + " and " +
+                              drive.At("Hangar\\Jets\\B Jet\\b\\x.mdl"),
+                      mine = ": " +
+                             drive.At("FS\\aircraft\\A_Jet\\ holds files that the package doesn't have...");
+    Start();
+    Select("Jets", 0);
+    auto before = drive.Tree();
+    user.Expect(AskUninstallAll, Answer::Yes)
+        .Expect("The following packages were kept ...\n\nJets\\A Jet" + mine + "\n" + twins.substr(5) +
+                    "\nProps\\A Jet" + mine,
+                MessageIcon::Exclamation)
+        .Expect("Done.");
+    program->UninstallAll();
+    EXPECT_EQ(drive.Tree(), before);
+    EXPECT_EQ(form.status,
+              "0 removed, 2 skipped (not installed), 0 kept because of an alias, 3 kept for other reasons.");
+
+    user.Expect("Compress all packages in Hangar?...", Answer::Yes)
+        .Then([&] { ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar\\Jets\\C Jet"), drive.At("Away"))); })
+        .Expect("The following packages were left as they are ...\n\n" + twins.substr(5) +
+                    "\nC Jet: it no longer seems to be in the Hangar",
+                MessageIcon::Exclamation)
+        .Expect("Done.");
+    program->CompressAll();
+    EXPECT_TRUE(drive.Has("Hangar\\Props\\Cub\\kx_compression.txt"));
+    EXPECT_EQ(form.ends, 0);
+
+    user.Expect(
+        "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
+            drive.At("Hangar\\Jets\\B Jet\\a\\x.mdl") + "\n\n" + drive.At("Hangar\\Jets\\B Jet\\b\\x.mdl") +
+            "\n\nThis is a dangerous situation.  Korvadex will now stop...",
+        MessageIcon::Critical);
+    program->ChoosePackage(1);
+    EXPECT_EQ(form.ends, 1);
+}
+
 TEST_F(BatchCommands, UninstallNamesTheGaugesThatStay) {
     drive.Fill("", "Hangar\\Jets\\A Jet\\Gauges\\clock.gau=MZ, FS\\gauges\\clock.gau=MZ");
     drive.Put("FS\\aircraft\\A_Jet\\texture\\t.bmp", std::string(900, 't'));

@@ -14,6 +14,8 @@ constexpr const char* InvalidMsfs = "The directory you specified for your MSFS i
 constexpr const char* NotEmpty = "You must specify an empty directory for the Staging location.";
 constexpr const char* CreateStaging = "...for the Staging location does not exist.  Create it now?";
 constexpr const char* CreateHangar = "...for the Hangar location does not exist.  Create it now?";
+constexpr const char* NoHangar =
+    "The directory you specified for the Hangar location does not look like a Hangar...";
 constexpr const char* NoAircraft = "Cannot find an 'aircraft' subdirectory in the directory you specified...";
 constexpr const char* NoStaging =
     "Please enter a valid directory for the Staging location (i.e. c:\\staging).";
@@ -54,7 +56,9 @@ TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
         {{"Full", "Hangar", "FS"}, {NotEmpty}},
         {{"Nested", "Hangar", "FS"}, {NotEmpty}},
         {{"Full\\file.txt", "Hangar", "FS"}, {CreateStaging}},
-        {{"Other\\..\\Staging", "Hangar", "FS"}, {CreateStaging}},
+        {{"Other\\..\\Staging", "Hangar", "FS"}, {InvalidStaging}},
+        {{"Staging ", "New.", "a*b"}, {InvalidStaging, InvalidHangar, InvalidMsfs}},
+        {{"NUL\\s", "~kx~scratch", "CON"}, {InvalidStaging, InvalidHangar, InvalidMsfs}},
         {{"Staging", "Hangar\\", "FS\\\\"}, {InvalidMsfs}},
         {{"Staging", "STAGING", "FS"},
          {"...for the Staging location is the same as the one for the Hangar location..."}},
@@ -70,17 +74,36 @@ TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
           "installation..."}},
         {{"Staging", "Sims\\FS98\\GAUGES", "Sims\\FS98"},
          {"...for the Hangar location is inside of the 'gauges' subdirectory of your MSFS installation..."}},
+        {{"Sims\\FS98\\effects\\s", "Hangar", "Sims\\FS98"},
+         {"...for the Staging location is inside of the 'effects'..."}},
+        {{"Sims\\FS98\\sound", "Hangar", "Sims\\FS98"},
+         {"...for the Staging location is inside of the 'sound'..."}},
+        {{"Staging", "Sims\\FS98\\modules", "Sims\\FS98"},
+         {"...for the Hangar location is inside of the 'modules'..."}},
+        {{"App\\Korvadex", "Hangar", "FS"},
+         {"...for the Staging location is the same as the one for the Korvadex program..."}},
+        {{"Staging", "App\\korvadex", "FS"},
+         {"...for the Hangar location is the same as the one for the Korvadex program..."}},
+        {{"Staging", "App", "FS"},
+         {"...for the Hangar location holds the directory of the Korvadex program, ..."}},
+        {{"Staging", "Full", "FS"}, {NoHangar}},
+        {{"Staging", "Papers", "FS"}, {NoHangar}},
+        {{"Staging", "Books", "FS"}, {NoHangar}},
         {{"Staging", "Ж", "FS"},
          {"...for the Hangar location has a character in its name that cannot be kept in kx.ini..."}},
     };
-    drive.Fill("", "Full\\file.txt=x, Nested\\inner\\, Other\\FS\\, Sims\\FS98\\aircraft\\s\\, "
-                   "Sims\\FS98\\gauges\\, Ж\\");
+    drive.Fill(
+        "",
+        "Full\\file.txt=x, Nested\\inner\\, Other\\FS\\, Sims\\FS98\\aircraft\\s\\, "
+        "Sims\\FS98\\gauges\\, Sims\\FS98\\effects\\s\\, Sims\\FS98\\sound\\, Sims\\FS98\\modules\\, Ж\\, "
+        "App\\Korvadex\\, Papers\\2001\\a.txt=x, Books\\2001\\Spring\\a.txt=x");
+    settings.AppDir = drive.At("App\\Korvadex\\");
     const auto before = drive.Tree();
     for (const auto& [entry, messages] : rows) {
         SCOPED_TRACE(std::string(entry.staging) + " " + entry.hangar + " " + entry.msfs);
         dialogs.Enter(Typed(entry));
         for (const auto* message : messages) {
-            const bool isQuestion = message == CreateStaging;
+            const bool isQuestion = message == CreateStaging || message == NoHangar;
             user.Expect(message, isQuestion ? Answer::No : Answer::Ok,
                         isQuestion ? MessageIcon::None : MessageIcon::Exclamation);
         }
@@ -110,6 +133,7 @@ TEST_F(LocationsEntryTest, MissingDirectoriesAreMadeOnRequest) {
 TEST_F(LocationsEntryTest, WhenTheDialogIsShownAtStart) {
     settings.locations = locations;
     drive.Put("Staging\\panel.cfg", "x");
+    drive.Put("Hangar\\letter.txt", "x"); // known as the Hangar
     // Files in Staging are no obstacle to a start without the dialog.
     EXPECT_EQ(Validate({}), LocationsOutcome::Valid);
     EXPECT_EQ(settings.LocationProfiles[0].StagingDir, locations.StagingDir);
@@ -154,6 +178,7 @@ TEST_F(LocationsEntryTest, ClosingTheDialog) {
 
 TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
     drive.Put("Staging\\~kx~scratch\\1", "x"); // of the program itself: that directory is empty
+    drive.Fill("Hangar\\Jets", "New\\, Lear\\readme.txt=x, Lear\\PANEL\\panel.cfg=x, Cub\\cub.AIR=x");
     // The last of two, none of that name, no name at all.
     for (const auto& [text, expected] : {std::pair("Twice", 7u), std::pair("twice", 2u), std::pair("", 2u)}) {
         SCOPED_TRACE(text);

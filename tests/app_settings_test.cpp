@@ -46,7 +46,8 @@ std::string Describe(const Settings& settings) {
     };
     text << "profile=" << settings.CurrentProfile << " "
          << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].name;
-    text << "|hangar=" << settings.locations.HangarDir << "|first=" << settings.FirstPackage;
+    text << "|hangar=" << settings.locations.HangarDir << "|first="
+         << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage;
     text << "|ask=" << settings.AskLocationAtStart;
     add("|main=", settings.mainWindow);
     add("|list=", settings.ListWindowGeometry);
@@ -84,6 +85,10 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
          "profile=4 A Location Profile|"},
         {"a backslash is appended", "ALTLOCATION1=x\nALTHANGARDIR1=C:\\H\n", "profile=1 x|hangar=C:\\H\\|"},
         {"a slot without a name is emptied", "ALTHANGARDIR0=C:\\H\\\n", none},
+        {"marked as UTF-8",
+         "\xEF\xBB\xBF"
+         "ALTLOCATION0=\xD0\x96",
+         "profile=0 \xD0\x96|"},
         {"no digit before the equals sign", "ALTLOCATIONx=Main\nALT=x\n", none},
         {"the later line wins", "ALTLOCATION0=a\nALTLOCATION0=b=c\n", "profile=0 b=c|"},
         {"the first package of the active profile", "ALTLOCATION2=x\nALTFIRSTPACKAGE2=Jets\\Lear\n",
@@ -159,8 +164,47 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
         row.change(settings);
         const auto main = row.isMinimised ? std::nullopt : std::optional(MainWindowGeometry);
         EXPECT_EQ(SaveSettings(drive.Files(), settings, main).fault, row.fault);
-        EXPECT_EQ(drive.Get("App\\kx.ini"), Lines(row.written.empty() ? before : row.written));
+        EXPECT_EQ(drive.Get("App\\kx.ini"),
+                  Lines(row.written.empty() ? before : row.written + "; a remark of the user\n"));
         EXPECT_EQ(drive.Names("App"), std::vector<std::string>{"kx.ini"});
+    }
+}
+
+TEST_F(SettingsFile, WhatThisRunDidNotChangeStaysAsItWasEditedMeanwhile) {
+    const std::string example = ExampleFile, spare = "ALTLOCATION2=CFS2\n";
+    const auto with = [&](const std::string& from, const std::string& to) {
+        std::string text = example;
+        return text.replace(text.find(from), from.size(), to);
+    };
+    const auto none = [](Settings&) {};
+    const struct {
+        const char* name;
+        std::function<void(Settings&)> change;
+        std::string edited, written;
+    } rows[] = {
+        {"a limit", none, example + "FILEMAX=20000\n", example + "FILEMAX=20000\n"},
+        {"two keys of one profile", [](Settings& s) { s.LocationProfiles[2].firstPackage = "Jets\\Cub"; },
+         with("D:\\CFS2\\", "D:\\CFS3"),
+         with("D:\\CFS2\\\nALTFIRSTPACKAGE2=Jets\\Lear", "D:\\CFS3\\\nALTFIRSTPACKAGE2=Jets\\Cub")},
+        {"the same key", [](Settings& s) { s.LastZipPath = "C:\\New\\"; }, with("C:\\Downloads", "C:\\Old"),
+         with("C:\\Downloads", "C:\\New")},
+        {"a profile that is gone", none, with(spare, ""),
+         example.substr(0, example.find(spare)) + example.substr(example.find("LOCATIONLAST"))},
+        {"the profile in use that is gone", none, with("ALTLOCATION0=FS2002\n", ""), example},
+        {"all gone", none, "", example},
+        {"keys that nobody knows", none, "[korvadex]\n" + example + "\nMTOP\nALTLOCATIONx=a\n",
+         example + "[korvadex]\nMTOP\nALTLOCATIONx=a\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Loaded(example);
+        row.change(settings);
+        drive.Put("App\\kx.ini", Lines(row.edited));
+        // A second time: what was taken from the file is no change of this run.
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_TRUE(SaveSettings(drive.Files(), settings, std::nullopt));
+            EXPECT_EQ(drive.Get("App\\kx.ini"), Lines(row.written));
+        }
     }
 }
 

@@ -1,3 +1,4 @@
+#include "platform/windows_path.h"
 #include "tests/support/program_fixture.h"
 
 namespace korvadex::test {
@@ -68,6 +69,69 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Airbus\\"));
 }
 
+TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
+    const auto hangarCommand = [this](int code) {
+        return [=, this] { program->RunCommand(Side::Hangar, code); };
+    };
+    std::vector<std::function<void()>> commands;
+    for (int code = InstallPackage; code <= DecompressShownPackage; ++code)
+        if (code != 10)
+            commands.push_back(hangarCommand(code));
+    const std::function<void()> others[] = {
+        [this] { program->SetFirstPackage(); },
+        [this] { program->CreateNotes(); },
+        [this] { program->ReadNotes(); },
+        [this] { program->DeleteNotes(); },
+        [this] { program->Explore(); },
+        [this] { program->EditInformation(); },
+        [this] { program->ImportImageFiles(); },
+        [this] { program->DeleteImage(); },
+        [this] { program->OpenComponent(Aircraft, 0); },
+        [this] { program->DeleteComponents(Aircraft, {0}); },
+        [this] { program->PressToolbarKey("Compress"); },
+    };
+    commands.insert(commands.end(), std::begin(others), std::end(others));
+    const std::string lear = drive.At("Hangar\\Jets\\Lear"), away = drive.At("Away");
+    drive.Fill("Hangar\\Jets\\Lear", "Images\\a.jpg=x, Panel\\panel.cfg=x, Panel\\oldpanel.cfg=x");
+    Start();
+    const auto expectAnswer = [&](const std::string& gone, const std::string& message, const auto& run) {
+        Select("Jets", 2);
+        ASSERT_TRUE(drive.Files().Rename(gone, away));
+        const auto before = drive.Tree();
+        user.Expect(message, MessageIcon::Exclamation);
+        run();
+        EXPECT_EQ(form.view.statusCounts.find(" is not there") != std::string::npos,
+                  message.find("is not there") != std::string::npos);
+        EXPECT_EQ(drive.Tree(), before);
+        ASSERT_TRUE(drive.Files().Rename(away, gone));
+        program->Refresh();
+    };
+    for (const auto& command : commands)
+        expectAnswer(lear, "The package you've selected no longer seems to be in the Hangar.", [&] {
+            command();
+            EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde"}));
+        });
+    expectAnswer(WithoutBackslash(locations.HangarDir),
+                 "The Hangar directory " + locations.HangarDir + " is not there...",
+                 hangarCommand(InstallPackage));
+    const std::string noSim = "The MSFS directory " + locations.MsfsDir + " is not there...";
+    for (const int code :
+         {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, CopyPackageToStaging})
+        expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, hangarCommand(code));
+    expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, [&] { program->EditInformation(); });
+
+    program->GoToStaging();
+    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
+    for (const int code :
+         {CopyStagingToHangar, ProcessZipIntoStaging, ImportIntoStaging, RemoveAllFromStaging}) {
+        user.Expect("The Staging directory " + locations.StagingDir + " is not there...",
+                    MessageIcon::Exclamation);
+        program->RunCommand(Side::Staging, code);
+    }
+    EXPECT_TRUE(form.view.statusCounts.ends_with("Staging is not there"));
+    EXPECT_TRUE(launcher.started.empty());
+}
+
 TEST_F(Sides, SwitchingSides) {
     Start();
     Select("Jets", 1);
@@ -122,8 +186,6 @@ TEST_F(Sides, TheFirstPackage) {
     user.Expect("Done.\n\nThe Jets\\Big Bird will be the first package you see when you start Korvadex",
                 MessageIcon::None);
     program->SetFirstPackage();
-    EXPECT_EQ(program->GetSettings().FirstPackage, "");
-    program->Shutdown();
     EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
 
     // A name that the settings file has no byte for would keep everything else from being saved.
@@ -134,6 +196,36 @@ TEST_F(Sides, TheFirstPackage) {
     program->SetFirstPackage();
     program->Shutdown();
     EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
+}
+
+class LinkedHangar : public ProgramTest {};
+
+TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
+    drive.Fill("Elsewhere", "Gliders\\Wing\\Wing.air=x, Cub\\Cub.air=y");
+    if (!drive.MakeLink("Hangar\\Gliders", "Elsewhere\\Gliders") ||
+        !drive.MakeLink("Elsewhere\\Gliders\\Linked", "Elsewhere\\Cub") ||
+        !drive.MakeLink("Hangar\\Gone", "Nowhere") || !drive.MakeLink("Elsewhere\\Gliders\\Loop", "Hangar"))
+        GTEST_SKIP() << "no links here";
+    Start();
+    EXPECT_EQ(form.view.categories, Names{"Gliders"});
+    Select("Gliders", 0);
+    EXPECT_EQ(form.view.packages, (Names{"Linked", "Wing"}));
+    EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
+
+    // What it leads to might use the panel.
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Gone")));
+    user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
+    program->RunCommand(Side::Hangar, RenameHangarPackage);
+    EXPECT_EQ(Shown(), drive.At("Hangar\\Gliders\\Cub\\"));
+    // Only the link goes.
+    const auto place = drive.At("Elsewhere\\Cub");
+    user.Expect("Are you sure you want to remove this package from the hangar?\n\nIt is a link to " + place +
+                    ".  Only the link will be removed.",
+                Answer::Yes);
+    user.Expect("Done.\n\nThe link was removed.  The files of the package are still in " + place + ".");
+    program->RunCommand(Side::Hangar, RemovePackageFromHangar);
+    EXPECT_EQ(form.view.packages, Names{"Wing"});
+    EXPECT_EQ(drive.Get("Elsewhere\\Cub\\Cub.air"), "y");
 }
 
 TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {

@@ -3,6 +3,7 @@
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/zip_builder.h"
@@ -79,6 +80,39 @@ TEST_F(StagingCommands, WithoutACategoryNothingIsCopied) {
     EXPECT_EQ(drive.Tree("Staging"), before);
 }
 
+TEST_F(StagingCommands, WhatWasSettledWhileLoadingIsCopiedAsItIs) {
+    const std::string big(2'000'000, 'x');
+    drive.Fill("Staging", "a\\Thumbs.db=1, b\\thumbs.db=22, a\\odd.xyz=1");
+    drive.Put("Staging\\b\\odd.xyz", big);
+    user.Expect("A duplicate filename condition has occurred...", Answer::No);
+    StartInStaging();
+    EXPECT_EQ(form.view.sizeText, "2 Meg");
+    user.Expect(AskClear, Answer::No);
+    Copy("Lear");
+    auto expected = PackageBuilder::Files();
+    expected["Unrecognized Files\\odd.xyz"] = big;
+    for (const auto& [name, bytes] : expected)
+        EXPECT_EQ(drive.Get("Hangar\\Jets\\Lear\\" + name), bytes) << name;
+    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Lear\\Unrecognized Files\\Thumbs.db"));
+}
+
+TEST_F(StagingCommands, ADuplicateThatCannotBeDeletedStaysListedAndKeepsTheCopyBack) {
+    drive.Fill("Staging", "a\\x.mdl=1, b\\X.mdl=22");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Delete", "x.mdl", FileFault::InUse);
+    PutSettings();
+    ASSERT_TRUE(Make(faulty).Start());
+    user.Expect("A duplicate filename condition has occurred...", Answer::No);
+    program->GoToStaging();
+    EXPECT_EQ(program->Package().ComponentFiles[Model].size(), 2u);
+    const auto before = drive.Tree();
+    user.Expect("Staging holds files of one name, which a package cannot.  Nothing was copied.\n\n" +
+                    drive.At("Staging\\a\\x.mdl") + "\n" + drive.At("Staging\\b\\X.mdl") + "\n\n...",
+                MessageIcon::Exclamation);
+    Copy("Lear");
+    EXPECT_EQ(drive.Tree(), before);
+}
+
 TEST_F(StagingCommands, WhatCannotBeCopiedIsSaidBeforeAnythingIsAsked) {
     drive.Fill("Staging", "empty\\, KX_MSFSImportName.txt=Lear");
     drive.MakeDirectory("FS\\aircraft\\Lear"); // "exists in MSFS" would be asked
@@ -101,7 +135,7 @@ TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
               "[fltsim.0]\r\ntitle=Blue\r\n[fltsim.1]\r\ntitle=\"Red\"\r\ntexture=red\r\n");
     drive.Fill("Staging", "texture\\skin.bmp=x, texture.red\\skin.bmp=x, model.cfg=, panel.cfg=, sound.cfg=");
     const auto expectQuestion = [&](std::optional<int> row) {
-        user.ExpectConfigurations({"Blue  (fltsim.0)", "\"Red\"  (fltsim.1)"}, row);
+        user.ExpectConfigurations({"Blue  (fltsim.0)", "Red  (fltsim.1)"}, row);
     };
     Start();
     const auto before = drive.Tree();
@@ -222,6 +256,19 @@ TEST_F(StagingCommands, WhatArrivesDuringTheCopyIsNotCleared) {
     EXPECT_TRUE(drive.Has("Staging\\later.txt"));
 }
 
+TEST_F(StagingCommands, StagingStaysWhenThePackageHasGoneMeanwhile) {
+    StartInStaging();
+    const auto before = drive.Tree("Staging");
+    user.Expect(AskClear, Answer::Yes).Expect(Erase, Answer::Yes).Then([this] {
+        EXPECT_TRUE(DeleteTree(context, drive.At("Hangar\\Jets\\Lear\\Model\\")).empty());
+    });
+    user.Expect("The new package is not complete any more.  Staging was not cleared.\n\n" +
+                    drive.At("Staging\\ZIP_lear.zip\\Model\\lear.mdl") + "\n\n...",
+                MessageIcon::Exclamation);
+    Copy("Lear");
+    EXPECT_EQ(drive.Tree("Staging"), before);
+}
+
 TEST_F(StagingCommands, ErasingEverything) {
     StartInStaging();
     const auto before = drive.Tree();
@@ -233,8 +280,30 @@ TEST_F(StagingCommands, ErasingEverything) {
     user.Expect(Erase, Answer::Yes).Expect("Done.");
     program->PressToolbarKey("RemovePackage");
     EXPECT_TRUE(drive.Names("Staging").empty());
-    EXPECT_TRUE(program->Package().packageFiles.empty());
+    EXPECT_TRUE(program->Package().tree.files.empty());
     EXPECT_EQ(form.view.caption, "Korvadex");
+}
+
+TEST_F(StagingCommands, WhatIsNotErasedIsNamed) {
+    PackageBuilder(drive, "Staging\\");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Delete", ".wav", FileFault::InUse);
+    PutSettings();
+    ASSERT_TRUE(Make(faulty).Start());
+    program->GoToStaging();
+    const auto expectNames = [&](const std::string& names) {
+        user.Expect("The following could not be deleted ...\n\n" + names + "\n\nPlease close the program...",
+                    MessageIcon::Exclamation);
+    };
+    const std::string click = drive.At("Staging\\Sound\\Click.wav (another program is using it)"),
+                      engine = drive.At("Staging\\Sound\\Engine.wav (another program is using it)");
+    user.Expect("Are you sure you want to erase the sound components...", Answer::Yes);
+    expectNames(click + "\n" + engine);
+    program->RunCommand(Side::Staging, RemoveSoundFromStaging);
+    user.Expect(Erase, Answer::Yes);
+    expectNames(click + "\n" + engine);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    EXPECT_EQ(drive.Outline("Staging"), "Sound\\Click.wav=RIFF gauge click, Sound\\Engine.wav=RIFF engine");
 }
 
 TEST_F(StagingCommands, ErasingOneKindOfComponent) {
@@ -288,7 +357,7 @@ TEST_F(StagingCommands, ErasingOneKindOfComponent) {
     }
 }
 
-TEST_F(StagingCommands, NothingIsErasedByAListingThatIsNotWhole) {
+TEST_F(StagingCommands, NothingIsErasedByAConfigurationThatCannotBeRead) {
     PackageBuilder(drive, "Staging\\");
     const auto expectRefusal = [&](StagingPart part, const std::string& message) {
         const auto before = drive.Names();
@@ -297,9 +366,6 @@ TEST_F(StagingCommands, NothingIsErasedByAListingThatIsNotWhole) {
         EXPECT_FALSE(ErasePartOfStaging(context, part));
         EXPECT_EQ(drive.Names(), before);
     };
-    limits.FileMax = 3;
-    expectRefusal(StagingPart::Sound, "The directory " + locations.StagingDir + " cannot be cleared...");
-    limits = {};
     const std::string tooLarge(MaxConfigBytes + 1, ' ');
     for (const char* config : {"Sound\\sound.cfg", "Panel\\panel.cfg"}) {
         drive.Put("Staging\\" + std::string(config), tooLarge);

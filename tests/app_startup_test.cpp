@@ -15,6 +15,9 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     user.Expect(FirstRun, MessageIcon::Information);
     dialogs.Enter(locations);
     drive.Put("Hangar\\a file is no category.txt", "x");
+    user.Expect("...does not look like a Hangar.  It holds " + drive.At("Hangar\\a file is no category.txt") +
+                    "...",
+                Answer::Yes, MessageIcon::None);
     ASSERT_TRUE(Make(drive.Files()).Start());
 
     EXPECT_EQ(form.view.categories.size(), 14u);
@@ -22,12 +25,11 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     EXPECT_EQ(form.view.header, "H A N G A R");
     EXPECT_EQ(form.view.caption, "Korvadex");
     EXPECT_EQ(form.view.packageIndex, -1);
-    EXPECT_FALSE(drive.Has("App\\kx.ini"));
+    EXPECT_THAT(SavedSettings(), testing::StartsWith("ALTLOCATION0=A Location Profile\r\nALTSTAGINGDIR0=" +
+                                                     locations.StagingDir));
 
     program->Shutdown();
     EXPECT_EQ(form.ends, 1);
-    EXPECT_THAT(SavedSettings(), testing::StartsWith("ALTLOCATION0=A Location Profile\r\nALTSTAGINGDIR0=" +
-                                                     locations.StagingDir));
     EXPECT_THAT(SavedSettings(), testing::HasSubstr("\r\nMTOP=1200\r\nMLEFT=900\r\n"));
 
     drive.Put("App\\kx.ini", "saved once");
@@ -85,6 +87,35 @@ TEST_F(StartUp, TheFirstPackageIsShownOrForgotten) {
     }
 }
 
+TEST_F(StartUp, AFirstPackageIsLookedForWhereItBelongs) {
+    drive.Fill("", "Hangar\\Jets\\Lear\\Lear.air=x, Hangar2\\Jets\\Cub\\Cub.air=x");
+    const std::string asking = "LOCATIONASK=YES\r\n";
+    const Locations other = {locations.StagingDir, drive.At("Hangar2\\"), locations.MsfsDir};
+    const auto spare = "ALTLOCATION1=Spare\r\nALTSTAGINGDIR1=" + other.StagingDir +
+                       "\r\nALTHANGARDIR1=" + other.HangarDir + "\r\nALTMSFSDIR1=" + other.MsfsDir +
+                       "\r\nALTFIRSTPACKAGE1=Jets\\Cub\r\n";
+    PutSettings("Jets\\Lear", spare + asking);
+    const auto before = SavedSettings();
+    dialogs.Enter(other, "Spare");
+    Start();
+    EXPECT_EQ(Shown(), drive.At("Hangar2\\Jets\\Cub\\"));
+    program->Shutdown();
+    auto expected = before;
+    EXPECT_EQ(SavedSettings(), expected.replace(expected.find("LAST=0"), 6, "LAST=1"));
+
+    // What cannot be read is not known to be without it.
+    for (const auto* directory : {"Hangar\\", "Hangar\\Jets\\"}) {
+        SCOPED_TRACE(directory);
+        PutSettings("Jets\\Lear");
+        FaultyFiles faulty(drive.Files());
+        faulty.unreadable = drive.At(directory);
+        ASSERT_TRUE(Make(faulty).Start());
+        program->Shutdown();
+        EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Lear"));
+        EXPECT_FALSE(drive.Has("Hangar\\Aircraft - Military"));
+    }
+}
+
 TEST_F(StartUp, AFirstPackageThatEndsTheProgramDoesSoOnce) {
     drive.Fill("Hangar\\Jets\\Lear", "Lear.air=x, Model\\Lear.air=y");
     PutSettings("Jets\\Lear");
@@ -126,6 +157,26 @@ TEST_F(StartUp, ASaveThatFailsLeavesTheFileAndIsSaid) {
     EXPECT_EQ(drive.Names("App"), std::vector<std::string>{"kx.ini"});
 }
 
+TEST_F(StartUp, TheEndOfTheSessionSaves) {
+    drive.Fill("Hangar\\Jets", "Lear\\Lear.air=x, Cub\\Cub.air=x");
+    PutSettings();
+    Start();
+    program->EndSession();
+    EXPECT_EQ(form.ends, 1);
+
+    // A running command comes to its end first.
+    Start();
+    Select("Jets", 1);
+    drive.Put("App\\kx.ini", "");
+    user.Expect("Are you sure...", Answer::No).Then([&] {
+        program->EndSession();
+        EXPECT_EQ(SavedSettings(), SettingsText());
+        EXPECT_EQ(form.ends, 1);
+    });
+    program->PressToolbarKey("RemovePackage");
+    EXPECT_EQ(form.ends, 2);
+}
+
 class ChangeOfLocations : public ProgramTest {
   protected:
     ChangeOfLocations() { drive.Fill("", "Hangar\\Jets\\, Hangar2\\Props\\, Staging2\\"); }
@@ -163,7 +214,6 @@ TEST_F(ChangeOfLocations, AClearedProfileLeavesTheSettingsFile) {
         profiles.Clear(4);
     };
     program->EditLocationProfiles();
-    program->Shutdown();
     EXPECT_EQ(SavedSettings(), SettingsText());
 }
 
@@ -193,6 +243,8 @@ TEST_F(ChangeOfLocations, WhatDoesNotRestart) {
     Enter(&Locations::StagingDir, "Staging2\\");
     program->ChangeLocations();
     EXPECT_EQ(Shown(), drive.At("Staging2\\"));
+    locations.StagingDir = drive.At("Staging2\\");
+    EXPECT_EQ(SavedSettings(), SettingsText());
     EXPECT_EQ(form.ends, 0);
 
     dialogs.Enter({});
@@ -202,7 +254,6 @@ TEST_F(ChangeOfLocations, WhatDoesNotRestart) {
     program->ChangeLocations();
     EXPECT_EQ(form.ends, 1);
     EXPECT_TRUE(launcher.started.empty());
-    locations.StagingDir = drive.At("Staging2\\");
     EXPECT_EQ(SavedSettings(), SettingsText());
 }
 

@@ -22,11 +22,12 @@ class ProcessTest : public CommandTest {
         return drive.Outline("Staging");
     }
     std::string Unpack(const ZipBuilder& zip) { return Unpack(zip.Bytes()); }
-    void EmptyStaging() { EXPECT_TRUE(DeleteTree(context, locations.StagingDir)); }
+    void EmptyStaging() { EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty()); }
 
-    ScriptedUser& ExpectProblem(const std::string& relative, int code) {
+    ScriptedUser& ExpectProblem(const std::string& relative, int code, const std::string& explanation = "") {
         return user.Expect("There was a problem with the zip file(" + drive.At(relative) +
-                               ").  It may be corrupt. (code " + std::to_string(code) + ")",
+                               ").  It may be corrupt. (code " + std::to_string(code) + ")" +
+                               (explanation.empty() ? "" : "\n\n" + explanation),
                            Answer::Ok, MessageIcon::Exclamation);
     }
     ScriptedUser& ExpectRefusals(const std::string& relative, const std::string& lines) {
@@ -43,6 +44,27 @@ class ProcessTest : public CommandTest {
     modUnzip unzip;
     std::string lastZipPath = "C:\\before\\";
 };
+
+constexpr const char* NoArchive = "There is no zip archive in it.";
+constexpr const char* WrongPassword =
+    "The password that was entered is wrong.  Please process it again to enter another one.";
+
+// flat.txt (deflated) and kept.txt (stored) as another program encrypts them, with the second kind of AES.
+std::string AesArchive() {
+    constexpr std::string_view digits =
+        "504b03043300010063000000210000000000330000006801000008000b00666c61742e74787401990700020041450108"
+        "00720021d3cc2e0777c2ee136c5b5b954e99277c97535f4b3d66778a56d257504526d76ef0ceb59e416c5be5657c21ac"
+        "a2562ffe504b030433000100630000002100000000002a0000001600000008000b006b6570742e747874019907000200"
+        "41450100004390a1778cc543fd27c13dd5e3cdefaca98b1972dcfee249b95cc546195f8d249c70a9088a6da6d8536b50"
+        "4b01023f033300010063000000210000000000330000006801000008000b000000000000002080a48100000000666c61"
+        "742e7478740199070002004145010800504b01023f0333000100630000002100000000002a0000001600000008000b00"
+        "0000000000002080a481640000006b6570742e7478740199070002004145010000504b05060000000002000200820000"
+        "00bf0000000000";
+    std::string bytes;
+    for (std::size_t i = 0; i < digits.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
+    return bytes;
+}
 
 // A file name, and the whole of its archive.
 std::string Zip(std::string_view name, std::string_view bytes = "x") {
@@ -98,6 +120,61 @@ TEST_F(ProcessTest, FilesGetTheTimesOfTheirMembers) {
     EXPECT_LE(std::chrono::abs(off), std::chrono::hours(14));
 }
 
+TEST_F(ProcessTest, WhatOtherProgramsReadIsRead) {
+    const std::string stub = "MZ" + std::string(5000, 's'), nested = Zip("inner.txt");
+    const ZipBuilder usual = ZipBuilder().Add("a.txt", "1").Add("d/b.txt", std::string(500, 'b'));
+    const struct {
+        const char* name;
+        std::string bytes, files;
+    } rows[] = {
+        {"behind a program", stub + Zip("a.txt"), "a.txt=x"},
+        {"with a comment and a rest", stub + ZipBuilder(usual).Comment("PK\5\6 mine").Bytes() + "rest",
+         "a.txt=1, ZIP_p.zip\\d\\b.txt=" + std::string(500, 'b')},
+        {"one byte of padding",
+         ZipBuilder().Add("a.txt", "x", {.unixTime = 951786061, .padding = "1"}).Bytes(), "a.txt=x"},
+        {"three bytes of padding", ZipBuilder().Add("a.txt", "x", {.padding = {3, '\0'}}).Bytes(), "a.txt=x"},
+        {"a field longer than all", ZipBuilder().Add("a.txt", "x", {.padding = "ab\x9\1"}).Bytes(),
+         "a.txt=x"},
+        {"from a pipe", ZipBuilder().Add("-", "x", {.unixMode = 0010600}).Bytes(), "-=x"},
+        {"no UTF-8", ZipBuilder().Add("gr\x81n.txt", "x", {.hasUtf8Flag = true}).Bytes(), "grün.txt=x"},
+        {"a stored archive in it", ZipBuilder().Add("n.bin", nested, {.isStored = true}).Bytes(),
+         "n.bin=" + nested},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Unpack(row.bytes), "ZIP_p.zip\\" + row.files);
+        EmptyStaging();
+    }
+}
+
+TEST_F(ProcessTest, WhatIsAuthenticatedIsReadAndTheForgedRefused) {
+    std::string flat;
+    for (int i = 0; i < 40; ++i)
+        flat += "Korvadex ";
+    const std::string flatFile = "ZIP_p.zip\\flat.txt=" + flat,
+                      keptFile = "ZIP_p.zip\\kept.txt=twenty bytes and a few";
+    const struct {
+        const char* name;
+        std::size_t changed; // the byte of the archive
+        std::string files;
+    } rows[] = {
+        {"untouched", 0, flatFile + ", " + keptFile}, {"deflated byte", 75, keptFile},
+        {"code of the deflated one", 99, keptFile},   {"stored byte", 160, flatFile},
+        {"code of the stored one", 190, flatFile},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::string bytes = AesArchive();
+        bytes[row.changed] = static_cast<char>(bytes[row.changed] ^ (row.changed == 0 ? 0 : 1));
+        unzip = {};
+        user.ExpectText("Please Enter The Password!", "Lear");
+        if (row.changed != 0)
+            ExpectProblem("in\\p.zip", 2);
+        EXPECT_EQ(Unpack(bytes), row.files);
+        EmptyStaging();
+    }
+}
+
 TEST_F(ProcessTest, NestedArchivesAreUnpackedUntilNoneIsLeft) {
     const std::string inner =
         ZipBuilder().Add("inner.zip", Zip("deepest.txt", "3")).Add("panel.cfg", "2").Bytes();
@@ -119,7 +196,7 @@ TEST_F(ProcessTest, TheChosenArchiveIsNotTakenForANestedOne) {
 TEST_F(ProcessTest, ANestedArchiveThatFailedIsKeptAndAskedAboutOnce) {
     const std::string hostile = ZipBuilder().Add("../evil.txt", "x").Add("good.txt", "y").Bytes();
     ExpectQuestion("a.zip", Answer::Yes);
-    ExpectProblem("Staging\\ZIP_p.zip\\a.zip", 9);
+    ExpectProblem("Staging\\ZIP_p.zip\\a.zip", 9, NoArchive);
     ExpectQuestion("b.zip", Answer::Yes);
     ExpectRefusals("Staging\\ZIP_p.zip\\b.zip", "../evil.txt  (its name leads out of the directory)");
     EXPECT_EQ(Unpack(ZipBuilder().Add("a.zip", "no archive").Add("b.zip", hostile)),
@@ -167,7 +244,7 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
         {"its name cannot be stored", {"trailing.", "blank ", "dir /file.txt", "star*.txt"}},
         {"its name is one of Korvadex's own", {"~kx~scratch/1~half"}},
         {"it is a link", {"link"}, 0120777},
-        {"it is no file", {"pipe"}, 0010644},
+        {"it is no file", {"disk"}, 0060644},
     };
     const auto rest = drive.Names();
     for (const auto& row : rows) {
@@ -220,6 +297,8 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
     const auto damaged = [&](const ZipBuilder::Options& options) {
         return ZipBuilder().Add("a.txt", text, options).Add("b.txt", text).Bytes();
     };
+    const std::string whole = ZipBuilder().Add("n.bin", Zip("inner.txt"), {.isStored = true}).Bytes();
+    const std::string cut = whole.substr(0, whole.size() - 60);
     std::string scrambled = sound;
     for (std::size_t i = 40; i < 48; ++i)
         scrambled[i] = static_cast<char>(~scrambled[i]);
@@ -228,9 +307,10 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
         std::string bytes;
         int code;
         bool hasSound = false; // b.txt is unpacked
+        std::string explanation = {};
     } rows[] = {
-        {"not an archive", "just text", 9},
-        {"no bytes", "", 9},
+        {"not an archive", "just text", 9, false, NoArchive},
+        {"no bytes", "", 9, false, NoArchive},
         {"no members", ZipBuilder().Bytes(), 1},
         {"cut in the middle", sound.substr(0, sound.size() / 2), 51},
         {"cut before the end", sound.substr(0, sound.size() - 30), 51},
@@ -239,11 +319,15 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
         {"bytes changed", scrambled, 2, true},
         {"promises less", damaged({.size = 10}), 2, true},
         {"promises more", damaged({.size = 9000}), 2, true},
-        {"unknown method", damaged({.method = 6}), 81, true},
+        {"cut behind an archive in it", cut, 51},
+        {"unknown method", damaged({.method = 6}), 81, true,
+         "It is packed with the method implode, which Korvadex cannot unpack.  Please unpack it into Staging "
+         "with "
+         "another program."},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        ExpectProblem("in\\p.zip", row.code);
+        ExpectProblem("in\\p.zip", row.code, row.explanation);
         EXPECT_EQ(Unpack(row.bytes), row.hasSound ? "ZIP_p.zip\\b.txt=" + text : "");
         EmptyStaging();
     }
@@ -251,17 +335,26 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
     EXPECT_TRUE(Process(context, "in\\none.zip"));
 }
 
-TEST_F(ProcessTest, APasswordIsAskedForOnceInAWholeRun) {
+TEST_F(ProcessTest, APasswordIsAskedForOnceForEachArchiveThatTheLastOneDoesNotOpen) {
     ZipBuilder zip;
     zip.Add("a.txt", std::string(3000, 's'), {.password = "Lear"});
     zip.Add("b.txt", "secret", {.isStored = true, .password = "Lear"});
+    user.ExpectText("Please Enter The Password!", "Leer");
+    ExpectProblem("in\\p.zip", 82, WrongPassword);
+    EXPECT_EQ(Unpack(zip), "");
+    const std::string files = "a.txt=" + std::string(3000, 's');
     user.ExpectText("Please Enter The Password!", "Lear");
-    EXPECT_EQ(Unpack(zip), "ZIP_p.zip\\a.txt=" + std::string(3000, 's') + ", ZIP_p.zip\\b.txt=secret");
-    // The next archive gets none.
-    drive.Put("in\\q.zip", zip.Bytes());
-    ExpectProblem("in\\q.zip", 82);
-    EXPECT_TRUE(Process(context, "in\\q.zip"));
-    EXPECT_FALSE(drive.Has("Staging\\ZIP_q.zip"));
+    EXPECT_EQ(Unpack(zip), "ZIP_p.zip\\" + files + ", ZIP_p.zip\\b.txt=secret");
+    EmptyStaging();
+
+    const auto other = ZipBuilder().Add("c.txt", "x", {.password = "Cub"}).Bytes();
+    ExpectQuestion("a.zip", Answer::Yes);
+    ExpectQuestion("b.zip", Answer::Yes);
+    user.ExpectText("Please Enter The Password!", "Cub");
+    EXPECT_EQ(Unpack(ZipBuilder().Add("a.zip", zip.Bytes()).Add("b.zip", other)),
+              "ZIP_p.zip\\NestedZIP1_a.zip\\" + files +
+                  ", ZIP_p.zip\\NestedZIP1_a.zip\\b.txt=secret, "
+                  "ZIP_p.zip\\NestedZIP2_b.zip\\c.txt=x");
 }
 
 TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
@@ -273,9 +366,10 @@ TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
         answers.push_back("wrong" + std::to_string(i));
     for (const auto& answer : answers) {
         SCOPED_TRACE(answer.value_or("cancelled"));
-        unzip.uPasswordAsked = 0;
         user.ExpectText("Please Enter The Password!", answer);
-        ExpectProblem("in\\p.zip", 82);
+        ExpectProblem("in\\p.zip", 82,
+                      answer.value_or("").empty() ? "It needs a password, and none was entered."
+                                                  : WrongPassword);
         ASSERT_EQ(Unpack(bytes), "");
     }
 }
@@ -331,6 +425,36 @@ TEST_F(ProcessTest, AFullDiskIsSaidAndNoHalfFileStays) {
     ExpectRefusals("in\\p.zip", std::string("b.txt  (") + DescribeFault(FileFault::DiskFull) + ")");
     EXPECT_TRUE(Process(onFaulty, "in\\p.zip"));
     EXPECT_THAT(drive.Names("Staging"), testing::ElementsAre("ZIP_p.zip\\", "ZIP_p.zip\\a.txt"));
+}
+
+TEST_F(ProcessTest, NoMemberStandsHalfUnderItsName) {
+    drive.Put("in\\p.zip", ZipBuilder().Add("a.txt", "whole a").Add("d/b.txt", "whole b").Bytes());
+    user.isPatient = true;
+    StopAtEachChange(drive.Files(), [&](FaultyFiles& faulty) {
+        CommandContext stopped = On(faulty);
+        EXPECT_TRUE(Process(stopped, "in\\p.zip"));
+        for (const auto& [name, bytes] : drive.Tree("Staging"))
+            EXPECT_TRUE(name.ends_with('\\') || name.find("~kx~") != std::string::npos ||
+                        bytes.starts_with("whole "))
+                << name;
+        EmptyStaging();
+    });
+}
+
+TEST_F(ProcessTest, ANestedArchiveStaysWhileItsFilesAreNotOnTheDisk) {
+    drive.Put("in\\p.zip", ZipBuilder().Add("n.zip", Zip("new.txt")).Bytes());
+    for (const char* path : {"new.txt", "NestedZIP1_n.zip"}) {
+        FaultyFiles faulty(drive.Files());
+        faulty.FailOn("Flush", path, FileFault::DiskFull);
+        CommandContext onFaulty = On(faulty);
+        ExpectQuestion("n.zip", Answer::Yes);
+        user.Expect("The files of the zip file(" + drive.At("Staging\\ZIP_p.zip\\n.zip") +
+                        ") could not all be written to the disk: ...",
+                    MessageIcon::Exclamation);
+        EXPECT_TRUE(Process(onFaulty, "in\\p.zip"));
+        EXPECT_TRUE(drive.Has("Staging\\ZIP_p.zip\\n.zip"));
+        EmptyStaging();
+    }
 }
 
 TEST_F(ProcessTest, AFaultWhileReplacingLeavesTheOldFile) {

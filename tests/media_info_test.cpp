@@ -38,16 +38,20 @@ AircraftInfo Some() {
     return info;
 }
 
+std::string Written(std::string_view bytes, const AircraftInfo& info = Some()) {
+    return WithAircraftInfo(ParseConfig(bytes), info);
+}
+
 struct FileRow {
     std::string name, before, after; // after Some()
 };
 class InfoFiles : public testing::TestWithParam<FileRow> {};
 
 TEST_P(InfoFiles, ChangeInTheManagedKeysAlone) {
-    const std::string after = WithAircraftInfo(GetParam().before, Some());
+    const std::string after = Written(GetParam().before);
     EXPECT_EQ(after, GetParam().after);
-    EXPECT_EQ(WithAircraftInfo(after, Some()), after) << "a second time";
-    ConfigInfo read = ReadAircraftInfo(after);
+    EXPECT_EQ(Written(after), after) << "a second time";
+    ConfigInfo read = ReadAircraftInfo(ParseConfig(after));
     if (!read.hasConfiguration) {
         read.info.atcId = Some().atcId;
         read.info.description = Some().description;
@@ -64,9 +68,11 @@ const FileRow FileRows[] = {
      "; mine\r\n\r\n[fltsim.0]\r\ntitle=Caf\xE9\r\n//atc_id=no\r\n;description=no\r\nsim=a\r\n" CFG
      "\r\n[General]\r\n  key = v \r\n" GEN "\r\n[other]\r\natc_id=kept\r\neditable=kept\r\n"},
     {"OddCaseTabsAndBlanks",
-     "[FLTSIM.0]\r\nATC_ID=\tA\r\nAtc_Heavy= 1\r\n\tatc_id=kept\r\nUI_Type = kept\r\n\t\r\n[GENERAL]\r\n"
-     "Atc_Model=B\r\n",
-     "[FLTSIM.0]\r\n\tatc_id=kept\r\nUI_Type = kept\r\n" CFG "\t\r\n[GENERAL]\r\n" GEN "\r\n"},
+     "[FLTSIM.0]\r\n\tATC_ID\t=\tA\r\nAtc_Heavy= 1\r\natc_id=B\r\nUI_Type = C\r\nDescription = "
+     "\"x\"\r\n\t\r\n"
+     "[GENERAL]\r\nAtc_Model=B\r\n",
+     "[FLTSIM.0]\r\n\tATC_ID\t=\tN1\r\nDescription = \"One\\s\\nTwo\\/\xE9\"\r\n\t\r\n[GENERAL]\r\n" GEN
+     "\r\n"},
     {"MixedLineEnds", "[fltsim.0]\ntitle=a\r\nb=\r[General]\r\nc=1\n\r\n\n",
      "[fltsim.0]\ntitle=a\r\nb=\r" CFG "\r\n[General]\r\nc=1\n" GEN "\r\n\n"},
     {"LineFeeds", "[fltsim.0]\na=1\n[General]\n",
@@ -89,6 +95,9 @@ const FileRow FileRows[] = {
      "[fltsim.0]\r\nATC_ID= N1\r\nDescription=One;\\nTwo/\xE9 \r\n\r\n[General]\r\n"
      "atc_type=GLIDER\r\neditable=\"0\"\r\n\r\n"},
     {"NoConfiguration", "[pilot]\r\natc_id=A", "[pilot]\r\natc_id=A\r\n[General]\r\n" GEN "\r\n"},
+    {"TwoBytes", TwoByteText("[fltsim.0]\nui_type = A\n[General]\n"),
+     TwoByteText("[fltsim.0]\natc_id=N1\ndescription=One\\s\\nTwo\\/\xE9\n\n[General]\n"
+                 "atc_type=GLIDER\neditable=0\n\n")},
     {"MoreThan2000Lines", "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n[General]\r\n",
      "[fltsim.0]\r\n" + std::string(6000, '\n') + "x=1\r\n" CFG "\r\n[General]\r\n" GEN "\r\n"},
 };
@@ -99,12 +108,12 @@ INSTANTIATE_TEST_SUITE_P(Files, InfoFiles, testing::ValuesIn(FileRows), RowName<
 TEST(InfoText, EmptyFieldsHaveNoKey) {
     AircraftInfo info = Some();
     info.isHeavy = info.isEditable = true;
-    const std::string full = WithAircraftInfo("[fltsim.0]\r\nt=1\r\n\r\n[General]\r\n", info);
+    const std::string full = Written("[fltsim.0]\r\nt=1\r\n\r\n[General]\r\n", info);
     EXPECT_NE(full.find("\r\natc_heavy=1\r\ndescription="), std::string::npos);
-    EXPECT_EQ(ReadAircraftInfo(full).info, info);
-    EXPECT_EQ(WithAircraftInfo(full, {}), "[fltsim.0]\r\nt=1\r\n\r\n[General]\r\neditable=0\r\n\r\n");
-    EXPECT_TRUE(ReadAircraftInfo("[fltsim.0]\natc_heavy=\"01\"").info.isHeavy);
-    EXPECT_EQ(ReadAircraftInfo("[fltsim.0]\natc_id=  A \natc_id=B").info.atcId, "A");
+    EXPECT_EQ(ReadAircraftInfo(ParseConfig(full)).info, info);
+    EXPECT_EQ(Written(full, {}), "[fltsim.0]\r\nt=1\r\n\r\n[General]\r\neditable=0\r\n\r\n");
+    EXPECT_TRUE(ReadAircraftInfo(ParseConfig("[fltsim.0]\natc_heavy=\"01\"")).info.isHeavy);
+    EXPECT_EQ(ReadAircraftInfo(ParseConfig("[fltsim.0]\natc_id=  A \natc_id=B")).info.atcId, "A");
 }
 
 class InfoTest : public SimTest {

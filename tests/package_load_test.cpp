@@ -45,24 +45,50 @@ TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
     ExpectTrueListing();
 }
 
+// Counts how often a file is opened.
+class CountingFiles : public FaultyFiles {
+  public:
+    using FaultyFiles::FaultyFiles;
+    mutable int opened = 0;
+    Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) const override {
+        ++opened;
+        return FaultyFiles::OpenForReading(path);
+    }
+};
+
+TEST_F(LoadTest, EachOfManyDocumentsOfOneNameIsReadAFewTimesOnly) {
+    constexpr int Count = 300;
+    for (int i = 0; i < Count; ++i) // of one size, and some equal
+        drive.Put("Staging\\" + std::to_string(i) + "\\readme.txt", std::to_string(1000 + i % 250));
+    CountingFiles files(drive.Files());
+    CommandContext counted = On(files);
+    LoadPackage(counted, locations.StagingDir, true, package);
+    EXPECT_EQ(package.ComponentFiles[Documentation].size(), 250u);
+    EXPECT_LT(files.opened, 4 * Count);
+    EXPECT_EQ(window.progressShown, 1);
+    EXPECT_FALSE(window.isProgressVisible);
+    ExpectTrueListing();
+}
+
 TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
     const std::string stub = "[fltsim]\r\nalias=x\\panel\r\n", whole(1001, ';');
     const std::pair<const char*, std::string> files[] = {
         {"a\\panel.cfg", stub}, {"b\\panel.cfg", whole}, {"a\\sound.cfg", whole},
         {"b\\sound.cfg", stub}, {"a\\gyro.gau", "same"}, {"b\\gyro.gau", "same"},
         {"a\\odd.gau", "AAAA"}, {"b\\odd.gau", "BBBB"}, // same size and time, other bytes
-        {"a\\x.mdl", "1"},      {"b\\X.MDL", "22"},
+        {"a\\x.mdl", "1"},      {"b\\X.MDL", "22"},      {"a\\late.gau", "same"},
     };
     for (const auto& [name, bytes] : files)
         PutAtNoon(std::string("Staging\\") + name, bytes);
+    drive.Put("Staging\\b\\late.gau", "same"); // at another time
     user.Expect("A duplicate filename condition has occurred.\n\nShould I use this file:\n\n" +
                     drive.At("Staging\\a\\x.mdl") + "  (Size: 1 Date: ...)\n\nInstead of this file? :\n\n" +
                     drive.At("Staging\\b\\X.MDL") + "  (Size: 2 Date: ...)",
                 Answer::No);
     user.Expect(Duplicate, Answer::Yes);
     LoadStaging();
-    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\odd.gau", "a\\sound.cfg", "b\\",
-                                                    "b\\X.MDL", "b\\panel.cfg"));
+    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\late.gau", "a\\odd.gau",
+                                                    "a\\sound.cfg", "b\\", "b\\X.MDL", "b\\panel.cfg"));
     EXPECT_EQ(package.panelText, "None  (Original panel)") << "the stub that went has no say";
     ExpectTrueListing();
 }
@@ -75,15 +101,12 @@ TEST_F(LoadTest, OneAnswerCanServeAllFurtherDuplicates) {
     EXPECT_THAT(drive.Names("Staging"), ElementsAre("1\\", "2\\", "2\\a.mdl", "2\\c.gau"));
 }
 
-TEST_F(LoadTest, DuplicateInTheHangarEndsTheProgramBeforeAnythingIsRenamed) {
+TEST_F(LoadTest, DuplicateInTheHangarIsFoundBeforeAnythingIsRenamed) {
     drive.Fill("Hangar\\Jets\\Lear", "a\\readme.txt=1, b\\readme.txt=2, a\\x.gau=same, b\\x.gau=same");
     const auto before = drive.Tree();
-    user.Expect(
-        "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
-            drive.At("Hangar\\Jets\\Lear\\a\\x.gau") + "\n\n" + drive.At("Hangar\\Jets\\Lear\\b\\x.gau") +
-            "\n\nThis is a dangerous situation.  Korvadex will now stop...",
-        MessageIcon::Critical);
-    EXPECT_THROW(LoadHangar(), ProgramEnd);
+    EXPECT_THAT(LoadHangar().twins, ElementsAre(drive.At("Hangar\\Jets\\Lear\\a\\x.gau"),
+                                                drive.At("Hangar\\Jets\\Lear\\b\\x.gau")));
+    EXPECT_TRUE(package.ComponentFiles[Documentation].empty());
     EXPECT_EQ(drive.Tree(), before);
 }
 
@@ -113,7 +136,7 @@ TEST_F(LoadTest, SingleConfigurationLosesItsVariationsInStagingOnly) {
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\aircraft.cfg"), true));
     LoadStaging();
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"),
-              "[fltsim.0]\r\n\tx=1\r\nTITLE= Lear 45 \r\nModel=\r\nsound=\r\n; title=no\r\nlast\r\n");
+              "\r\n  [fltsim.0]\r\n\tx=1\r\n  TITLE= Lear 45 \r\nModel=\r\nsound=\r\n; title=no\r\nlast");
     ExpectTrueListing();
 
     drive.Put("Staging\\aircraft.cfg", "[fltsim.1]\r\ntitle=Lear\r\ntexture=red\r\n");
@@ -121,6 +144,39 @@ TEST_F(LoadTest, SingleConfigurationLosesItsVariationsInStagingOnly) {
     EXPECT_FALSE(LoadStaging().isConfigurationChosen) << "an only one is taken unasked";
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\n");
     EXPECT_TRUE(drive.Has("Staging\\KX_MSFSImportName.txt"));
+}
+
+TEST_F(LoadTest, KeysAreFoundHoweverTheyAreSpelt) {
+    const struct {
+        const char *name, *before, *title, *after;
+    } rows[] = {
+        {"blanks and tabs",
+         "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture = 11\n\tmodel=\tx\rsound=s",
+         "Lear 45 ; mine", "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture =\n\tmodel=\rsound="},
+        {"quotes", "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\"11\"\n", "The \"Lear\"",
+         "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\n"},
+        {"comments",
+         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel=a;b",
+         "A // B",
+         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel="},
+        {"other keys", "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n", "A",
+         "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n"},
+    };
+    const std::function<std::string(std::string_view)> encodings[] = {
+        [](std::string_view text) { return std::string(text); },
+        [](std::string_view text) { return "\xEF\xBB\xBF" + std::string(text); },
+        [](std::string_view text) { return TwoByteText(text); },
+        [](std::string_view text) { return TwoByteText(text, true); },
+    };
+    for (const auto& row : rows) {
+        for (const auto& encoded : encodings) {
+            SCOPED_TRACE(row.name + std::to_string(&encoded - encodings));
+            drive.Put("Staging\\aircraft.cfg", encoded(row.before));
+            LoadStaging();
+            EXPECT_EQ(package.aircraftTitle, row.title);
+            EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), encoded(row.after));
+        }
+    }
 }
 
 TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
@@ -145,10 +201,11 @@ TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
 class ConfigurationTest : public LoadTest {
   protected:
     void PutAll() {
-        drive.Put("Staging\\P\\aircraft.cfg",
-                  "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
-                  "[fltsim.1]\r\ntitle= Lear red \r\ntexture=red\r\nmodel=\r\npanel=ifr\r\n\r\n"
-                  "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
+        drive.Put(
+            "Staging\\P\\aircraft.cfg",
+            "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
+            "[fltsim.1]\r\ntitle = Lear red \r\ntexture = red ; not blue\r\nmodel=\r\n\tpanel=ifr\r\n\r\n"
+            "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
         drive.Fill("Staging", "extras\\texture\\other.bmp=of nobody here, KX_MSFSImportName.txt=Lear");
         drive.Fill("Staging\\P", "texture\\skin.bmp=x, texture.red\\skin2.bmp=x, oldtexture.red\\keep.bmp=x, "
                                  "model\\x.mdl=x, panel\\panel.cfg=x, panel\\main.bmp=x, panel.ifr\\p.nel=x, "
@@ -164,18 +221,19 @@ TEST_F(ConfigurationTest, OneIsKeptWithItsDirectories) {
         std::vector<std::string> gone; // below P
     } rows[] = {
         {0,
-         "[fltsim.0]\r\ntitle=Lear\r\n",
+         "[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n",
          {"panel.ifr\\p.nel", "texture.red\\shot.jpg", "texture.red\\skin2.bmp"}},
         // Of the plain panel only panel.cfg goes; the model is used by both.
-        {1, "[fltsim.0]\r\ntitle= Lear red \r\n", {"panel\\panel.cfg", "texture\\skin.bmp"}},
+        {1,
+         "[fltsim.0]\r\ntitle = Lear red \r\ntexture =\r\nmodel=\r\n\tpanel=\r\n\r\n",
+         {"panel\\panel.cfg", "texture\\skin.bmp"}},
     };
     for (const auto& kept : rows) {
         SCOPED_TRACE(kept.row);
         PutAll();
         auto expected = drive.Tree("Staging");
-        expected.at("P\\aircraft.cfg") = "; mine\r\n" + kept.section +
-                                         "texture=\r\nmodel=\r\npanel=\r\n\r\n"
-                                         "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n";
+        expected.at("P\\aircraft.cfg") =
+            "; mine\r\n" + kept.section + "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n";
         for (const auto& file : kept.gone)
             expected.erase("P\\" + file);
         expected.erase("KX_MSFSImportName.txt");
@@ -320,6 +378,18 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     EXPECT_EQ(package.panelText, "None  (No panel)");
 }
 
+TEST_F(LoadTest, APanelOfTwoByteLettersHasAliasAndBitmaps) {
+    for (const char* alias : {"alias=Other\\Panel", "alias = \"Other\\Panel\" ; \"",
+                              "\tAlias\t=\tOther\\Panel\t// the other one"}) {
+        drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg",
+                  TwoByteText("[Window00]\nfile\t=\tmain.bmp\n" + std::string(alias)));
+        drive.Put("Hangar\\Jets\\Lear\\main.bmp", "x");
+        LoadHangar();
+        EXPECT_EQ(package.PackagePanelAlias, "other\\panel") << alias;
+        EXPECT_EQ(package.ComponentFiles[Texture].size(), 0u);
+    }
+}
+
 TEST_F(LoadTest, NoiseIsRead) {
     std::string noise;
     for (unsigned i = 0; i < 300'000; ++i)
@@ -327,7 +397,7 @@ TEST_F(LoadTest, NoiseIsRead) {
     for (const char* file : {"Panel\\panel.cfg", "Sound\\sound.cfg", "aircraft.cfg"})
         drive.Put(std::string("Staging\\") + file, noise);
     LoadStaging();
-    EXPECT_EQ(package.packageFiles.size(), 3u);
+    EXPECT_EQ(package.tree.files.size(), 3u);
 }
 
 TEST_F(LoadTest, SeveralAircraftAreCheckedTwiceAtMost) {

@@ -26,14 +26,15 @@ TEST_F(SimTest, AliasUsersAreListedInTheOrderOfTheWalk) {
 }
 
 TEST_F(SimTest, RewritingAnAliasLine) {
-    std::string text = "\xE9  \r\n  alias = no\r\n  Alias=old\r\n",
-                expected = "\xE9  \r\nalias = no\r\nalias=new\\panel\r\n";
+    std::string text = "\xE9  \n; alias=no\r\n  Alias\t= old ; mine\r\n",
+                expected = "\xE9  \n; alias=no\r\n  Alias\t= new\\panel ; mine\r\n";
+    const std::string more = "x\r\n", beyond = "  alias=beyond\r\n";
     for (int line = 3; line < 2000; ++line) {
-        text += "x\r\n";
-        expected += "x\r\n";
+        text += more;
+        expected += more;
     }
-    text += "  alias=beyond\r\n";
-    expected += "  alias=beyond\r\n";
+    text += beyond;
+    expected += beyond;
     drive.Put("FS\\panel.cfg", text);
     const std::string path = drive.At("FS\\panel.cfg");
     ASSERT_TRUE(drive.Files().SetReadOnly(path, true));

@@ -1,3 +1,4 @@
+#include "sim/gauge_removal.h"
 #include "sim/gauges.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
@@ -6,7 +7,9 @@ namespace korvadex::test {
 
 TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
     const struct {
-        const char *name, *panel, *report;
+        const char* name;
+        std::string panel;
+        const char* report;
         std::vector<std::string> used; // below the gauges directory
     } rows[] = {
         {"empty", "", "PanelNoGauges", {}},
@@ -25,9 +28,19 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
          {"myclock.gau"}},
         {"no gauge lines", "; gauge00=a\ngauge\n[gauges]\nfile=gauge=1.bmp", "PanelNoGauges", {}},
         {"empty names", "gauge00=,1,2\ngauge01=", "", {}},
+        {"tabs, quotes and a comment",
+         "\tgauge00\t=\t\"Cessna!Airspeed, 10,20\"\r\ngauge01 = myclock ; mine\r\n",
+         "",
+         {"Cessna.CAB", "myclock.gau"}},
+        {"letters of two bytes",
+         TwoByteText("gauge00=myclock,1\r\ngauge01=zulu\r\n"),
+         "zulu.gau\r\n",
+         {"myclock.gau"}},
+        {"a file without a byte", "gauge00=hollow,1", "hollow.gau\r\n", {}},
     };
-    drive.Fill("FS\\gauges",
-               "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, not.txt=x");
+    drive.Fill(
+        "FS\\gauges",
+        "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, hollow.gau=, not.txt=x");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         drive.Put("panel.cfg", row.panel);
@@ -46,7 +59,9 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
         bool isRemoved;
     } rows[] = {
         {"unused", "clock.gau", "a", "a", "clock\r\nGauge00=other", true},
+        {"used by its own aircraft", "learclock.gau", "a", "a", "", true},
         {"other bytes", "clock.gau", "a", "b", "", false},
+        {"what a power cut has left of it", "clock.gau", "a", "", "", true},
         {"used", "Clock.gau", "a", "a", "[x]\r\n  GAUGE00 = CLOCK!x,1", false},
         {"used up to the first dot", "Clock.v2.gau", "a", "a", "gauge00=clock", false},
         {"a stock name", "BF109E.GAU", "a", "a", "", false},
@@ -61,8 +76,9 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
             .With(std::string("Gauges\\") + row.file, row.inPackage);
         drive.Put(gauge, row.inSim);
         drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", row.otherPanel);
+        drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=learclock");
         Select("Lear");
-        EXPECT_TRUE(PlaceGauges(context, package, locations.MsfsDir, GaugeMode::Remove));
+        EXPECT_TRUE(bool(TakeOutGauges(context, package, drive.At("FS\\aircraft\\Lear\\"), nullptr)));
         EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
     }
 }

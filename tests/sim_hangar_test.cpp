@@ -1,5 +1,6 @@
 // Commands that change where a package of the Hangar lives, or tell who relies on it.
 #include "package/aircraft_cfg.h"
+#include "package/file_primitives.h"
 #include "sim/run_simulator.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
@@ -55,14 +56,13 @@ TEST_F(HangarTest, RemovalAsksAtEveryStep) {
 
 TEST_F(HangarTest, AnInstalledPackageIsOfferedToTheOtherRemovalFirst) {
     Install();
-    const Tree before = drive.Tree();
     user.Expect(AskInstalled, Answer::Yes);
     ExpectRemoval().Expect("Done.").Expect(AskRemove, Answer::No);
     Run(RemovePackageFromHangar);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
     Install();
-    EXPECT_EQ(drive.Tree(), before);
 
+    const Tree before = drive.Tree();
     user.Expect(AskInstalled, Answer::No).Expect(AskRemove, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromHangar);
     EXPECT_EQ(drive.Tree(), Without(before, "Hangar\\Jets\\Lear\\"));
@@ -106,6 +106,37 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
         .Expect("Done.");
     Run(CopyPackageToStaging);
     EXPECT_EQ(drive.Tree("Hangar"), Without(hangar, "Jets\\Lear\\"));
+}
+
+// What changes while the question about the removal stands.
+TEST_F(HangarTest, OnlyWhatIsWholeInStagingGoesFromTheHangar) {
+    const struct {
+        const char *changed, *bytes; // no bytes: is deleted
+        std::string named;
+    } rows[] = {
+        {"Hangar\\Jets\\Lear\\Documentation\\late.txt", "noted", "Hangar\\Jets\\Lear\\"},
+        {"Staging\\aircraft\\Lear\\Model\\lear.mdl", nullptr, "Hangar\\Jets\\Lear\\Model\\lear.mdl"},
+        {"Staging\\gauges\\LearClock.gau", "MZ", "Hangar\\Jets\\Lear\\Gauges\\LearClock.gau"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.changed);
+        Tree before;
+        user.Expect(AskRemoveCopied, Answer::Yes).Expect(AskRemove, Answer::Yes).Then([&] {
+            if (row.bytes)
+                drive.Put(row.changed, row.bytes);
+            else
+                ASSERT_TRUE(drive.Files().Delete(drive.At(row.changed)));
+            before = drive.Tree();
+        });
+        user.Expect(
+            "The package is not in Staging as it is in the Hangar any more.  It was not removed.\n\n" +
+                drive.At(row.named) + "\n\n...",
+            MessageIcon::Exclamation);
+        Run(CopyPackageToStaging);
+        EXPECT_EQ(drive.Tree(), before);
+        EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty());
+        Select("Lear");
+    }
 }
 
 TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
@@ -185,7 +216,7 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     user.ExpectRename({"Lear", "MULTI"}, true, {{"Lear", "New: *"}});
     Run(RenameHangarPackage);
     hangar["Jets\\Lear\\aircraft.cfg"] =
-        "[fltsim.0]\r\ntitle=New: *\r\n; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
+        "[fltsim.0]\r\n  Title=New: *\r\n ; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
 
     Select("Lear");
@@ -197,11 +228,11 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
         renamed[name.starts_with("Jets\\Lear\\") ? "Jets\\'LEAR' 4_5_" + name.substr(9) : name] = bytes;
     EXPECT_EQ(drive.Tree("Hangar"), renamed);
 
-    // Letters of two bytes are left alone.
-    const std::string wide("[\0\r\0\n\0t\0", 8), widePath = drive.At("Hangar\\Jets\\Wide\\aircraft.cfg");
-    drive.Put("Hangar\\Jets\\Wide\\aircraft.cfg", wide);
-    EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), widePath), "New"));
-    EXPECT_EQ(drive.Get("Hangar\\Jets\\Wide\\aircraft.cfg"), wide);
+    // What is no text is left alone.
+    const std::string odd("title=A\n\0", 9), oddPath = drive.At("Hangar\\Jets\\Odd\\aircraft.cfg");
+    drive.Put("Hangar\\Jets\\Odd\\aircraft.cfg", odd);
+    EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), oddPath), "New"));
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Odd\\aircraft.cfg"), odd);
 
     // A package without aircraft.cfg has no title; a directory that cannot be renamed stays.
     drive.Put("Hangar\\Jets\\Panel only\\Panel\\panel.cfg", "x");

@@ -1,4 +1,6 @@
 #include "sim/import.h"
+
+#include "platform/windows_path.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
 
@@ -10,6 +12,7 @@ class ImportTest : public SimTest {
         PackageBuilder(drive, "FS\\aircraft\\My_Plane\\")
             .With("KX_MSFSImportName.txt", "old\r\n")
             .With("kx_gauges.txt", "clock.gau\r\n")
+            .With("kx_installed.txt", "package\tJets\\My Plane\r\n")
             .With("Documentation\\kx_msfsimportname.txt", "older\r\n");
         drive.Fill("FS\\aircraft",
                    "Paint\\texture\\a.bmp=x, In_Hangar\\Panel\\, Same\\MODEL\\, Zeppelin\\MODEL\\");
@@ -19,6 +22,7 @@ class ImportTest : public SimTest {
         auto expected = drive.Tree("FS\\aircraft\\My_Plane");
         expected.erase("Documentation\\kx_msfsimportname.txt");
         expected.erase("kx_gauges.txt");
+        expected.erase("kx_installed.txt");
         expected["KX_MSFSImportName.txt"] = "My_Plane\r\n";
         return expected;
     }
@@ -73,6 +77,33 @@ TEST_F(ImportTest, AnotherImportOfItReplacesOrClearsFirst) {
     const auto staged = drive.Tree("Staging");
     EXPECT_EQ(ImportFromSim(full), "");
     EXPECT_EQ(drive.Tree("Staging"), staged);
+}
+
+// A power cut leaves no half file under a real name, and all files when it comes after the end.
+TEST_F(ImportTest, FilesAreWholeAndOnTheDiskBeforeTheyBearTheirNames) {
+    drive.Fill("Staging", "Lear.air=another, readme.txt=mine");
+    FaultyFiles watched(drive.Files());
+    std::set<std::string> flushed, named;
+    watched.FailWhere([&](const std::string& change, const std::string& path) {
+        EXPECT_TRUE(change != "Copy" || path.find("~kx~scratch") != std::string::npos) << path;
+        if (change == "Flush")
+            flushed.insert(LastPathComponent(path));
+        const bool isNaming = (change == "Rename" || change == "Replace") && !path.ends_with("Name.txt");
+        if (isNaming) {
+            EXPECT_TRUE(flushed.contains(LastPathComponent(path))) << path;
+            named.insert(path.substr(locations.StagingDir.size()));
+        }
+        return FileFault::None;
+    });
+    CommandContext disk = On(watched);
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {0});
+    EXPECT_EQ(ImportFromSim(disk), "My_Plane");
+    EXPECT_TRUE(named.contains("Lear.air") && named.contains("Model\\lear.mdl"));
+    for (const char* directory : {"Model", "Staging"})
+        EXPECT_TRUE(flushed.contains(directory)) << directory;
+    auto expected = Expected();
+    expected["readme.txt"] = "mine";
+    EXPECT_EQ(drive.Tree("Staging"), expected);
 }
 
 TEST_F(ImportTest, APartialImportIsSaid) {

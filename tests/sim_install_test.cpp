@@ -19,6 +19,12 @@ void AddNew(Entries& tree, const std::string& path, const std::string& bytes) {
         tree[path] = bytes;
 }
 
+// The record lies in each installed aircraft.
+Entries WithoutRecord(Entries tree) {
+    EXPECT_EQ(tree.erase("aircraft\\My_Lear\\kx_installed.txt"), 1u);
+    return tree;
+}
+
 // The simulator's tree after the builder's aircraft was installed as My_Lear. The gauges may be left out of
 // it.
 Entries WithAircraft(Entries tree) {
@@ -69,7 +75,9 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
          "gauges\\learclock.gau=MZ another clock, gauges\\learcab.CAB=MSCF another",
          {}},
     };
-    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").With("Texture\\Lear_t.bmp", std::string(100'000, 'B'));
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
+        .With("Texture\\Lear_t.bmp", std::string(100'000, 'B'))
+        .With("Unrecognized Files\\flight_model.cfg", "in no group");
     const Entries hangar = drive.Tree("Hangar");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -83,10 +91,9 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
         window.listRefreshes = window.displayRefreshes = 0;
         Install();
         Entries installed = WithAircraft(before);
-        if (before.contains("gauges\\learcab.cab")) // the file that says so goes with the aircraft
-            installed["aircraft\\My_Lear\\kx_gauges.txt"] = "LearCab.cab\r\n";
         installed["aircraft\\My_Lear\\Texture\\Lear_t.bmp"] = std::string(100'000, 'B');
-        EXPECT_EQ(drive.Tree(row.name), installed);
+        installed["aircraft\\My_Lear\\Unrecognized Files\\flight_model.cfg"] = "in no group";
+        EXPECT_EQ(WithoutRecord(drive.Tree(row.name)), installed);
         EXPECT_EQ(window.listRefreshes, 1);
         EXPECT_EQ(window.displayRefreshes, 1);
 
@@ -125,7 +132,8 @@ TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
     user.Expect("Done.");
     Run(InstallPackage);
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
-              (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg"}));
+              (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg",
+                                        "kx_installed.txt"}));
 }
 
 TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
@@ -148,16 +156,26 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     torn[14] = 'x'; // the CRC-32
     torn[torn.find("PK\x01\x02") + 16] = 'x';
     builder.With("Texture\\torn.bmp", torn);
+    // Under the name of its member, as a packed file is.
+    std::string tornGauge = torn;
+    for (std::size_t at = tornGauge.find("torn.bmp"); at != std::string::npos;
+         at = tornGauge.find("torn.bmp"))
+        tornGauge.replace(at, 8, "torn.gau");
+    builder.With("Gauges\\torn.gau", tornGauge);
     const Entries hangar = drive.Tree("Hangar");
     const Entries before = drive.Tree("FS");
     Select("My Lear");
     user.Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Texture\\torn.bmp") +
                     ".  It may be corrupt. (code 2)",
+                MessageIcon::Exclamation)
+        .Expect("There was a problem unzipping file " + drive.At("Hangar\\Jets\\My Lear\\Gauges\\torn.gau") +
+                    ".  It may be corrupt. (code 2)",
                 MessageIcon::Exclamation);
     Install();
     Entries installed = WithAircraft(before);
     installed["aircraft\\My_Lear\\Texture\\torn.bmp"] = torn;
-    EXPECT_EQ(drive.Tree("FS"), installed);
+    installed["gauges\\torn.gau"] = tornGauge;
+    EXPECT_EQ(WithoutRecord(drive.Tree("FS")), installed);
 
     ExpectRemoval().Expect("Done.");
     Run(RemovePackageFromSim);
@@ -188,9 +206,9 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         {"panel of nothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
         {"panel under another name", "Big_Jet\\panel", "Panel\\panel.cfg",
          "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
-         "[fltsim]\r\nalias=big_jet\\panel\r\n; end\r\n"},
+         "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
         {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound",
-         "", "[fltsim]\r\nalias=big_jet\\sound\r\n"},
+         "", "[fltsim]\nalias=big_jet\\sound"},
         {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n",
          "", "[fltsim]\nalias=BigJet\\Panel\n"},
     };
@@ -246,7 +264,7 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
         const Entries whole = WithAircraft(before);
         EXPECT_EQ(drive.Tree("Hangar"), hangar);
         if (after.contains("aircraft\\My_Lear\\")) {
-            EXPECT_EQ(after, whole);
+            EXPECT_EQ(WithoutRecord(after), whole);
         } else if (!isKilled) {
             EXPECT_EQ(after, before);
             ++refusals;
@@ -258,6 +276,54 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
         }
     }
     EXPECT_GT(refusals, 20);
+}
+
+TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
+    const char* before = "aircraft\\, effects\\smoke.fx=, gauges\\LearClock.gau=, modules\\helper.dll=, "
+                         "sound\\Click.wav=";
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+        .Packed("Gauges\\LearClock.gau")
+        .With("Gauges\\none.gau", "");
+    drive.Fill("FS", before);
+    Select("Lear");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Rename", "aircraft\\Lear", FileFault::Denied);
+    user.Expect("The package could not be copied, and nothing of it was left behind....");
+    Run(InstallPackage, faulty);
+    EXPECT_EQ(drive.Outline("FS"), before);
+    drive.Put("FS\\gauges\\none.gau", ""); // as it is in the package
+    SimTest::Install();
+    EXPECT_EQ(drive.Outline("FS\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock, none.gau=");
+    EXPECT_EQ(drive.Get("FS\\effects\\smoke.fx"), "smoke");
+    EXPECT_EQ(drive.Get("FS\\modules\\helper.dll"), "MZ helper");
+    EXPECT_EQ(drive.Get("FS\\sound\\Click.wav"), "RIFF gauge click");
+    ExpectRemoval().Expect("Done.");
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(drive.Outline("FS\\gauges"), "none.gau=");
+}
+
+// The power may fail as soon as it is there.
+TEST_F(SimTest, AnInstallIsOnTheDiskBeforeItIsThere) {
+    drive.MakeDirectory("FS\\effects");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Packed("Texture\\Lear_t.bmp");
+    Select("Lear");
+    FaultyFiles watched(drive.Files());
+    std::vector<std::string> flushed;
+    watched.FailWhere([&](const std::string& change, const std::string& path) {
+        if (change == "Flush")
+            flushed.push_back(path);
+        if (change == "Rename" && path == drive.At("FS\\aircraft\\Lear")) {
+            for (const char* file :
+                 {"Panel\\panel.cfg", "Texture\\Lear_t.bmp", "Panel", "gauges\\LearCab.cab", "FS\\gauges",
+                  "effects\\smoke.fx", "modules\\helper.dll", "FS\\modules", "FS", "sound\\Click.wav"})
+                EXPECT_THAT(flushed, testing::Contains(testing::EndsWith(file)));
+            flushed.clear();
+        }
+        return FileFault::None;
+    });
+    user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
+    Run(InstallPackage, watched);
+    EXPECT_EQ(flushed, std::vector<std::string>{drive.At("FS\\aircraft")});
 }
 
 TEST_F(SimTest, FullDiskIsSeenBeforehand) {

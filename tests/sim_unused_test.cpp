@@ -93,6 +93,25 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
     ListUnusedGauges(locked);
     EXPECT_EQ(drive.Tree(), expected);
 
+    // Two are wanted meanwhile, or by other bytes not the ones that were listed.
+    drive.Put("FS\\gauges\\lock.cab", "lock.cab");
+    user.Expect(Warning)
+        .ExpectUnusedGauges(Unused, {{1, 2, 4}})
+        .Expect("Are you sure you want to remove these gauges?", Answer::Yes)
+        .Then([&] {
+            drive.Put("FS\\aircraft\\New\\panel\\panel.cfg", "gauge00=two,1");
+            drive.Put("FS\\gauges\\z.gau", "another one");
+        })
+        .Expect("The following gauges were not removed ...\n\n" + drive.At("FS\\gauges\\two.parts.gau") +
+                    " (a panel uses it by now)\n" + drive.At("FS\\gauges\\z.gau") +
+                    " (it was changed by another program meanwhile)\n\n...",
+                MessageIcon::Exclamation);
+    ListUnusedGauges(context);
+    EXPECT_EQ(drive.Get("FS\\gauges\\z.gau"), "another one");
+    EXPECT_TRUE(drive.Has("FS\\gauges\\two.parts.gau"));
+    EXPECT_FALSE(drive.Has("FS\\gauges\\lock.cab"));
+    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\New\\panel\\panel.cfg")));
+
     limits.FileMax = 1; // not every panel is looked at: nothing is called unused
     user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect("Not every panel.cfg file below...",
                                                            MessageIcon::Exclamation);

@@ -126,6 +126,8 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
     drive.Put("Downloads\\Taymere 60.ZIP", "zip");
     user.Expect("zipFileDialog", [&](QWidget& window) {
         EXPECT_EQ(window.windowTitle(), "Process ZIP File ...");
+        EXPECT_EQ(dynamic_cast<QFileDialog&>(window).nameFilters(),
+                  QStringList({"Zip files (*.zip)", "Zip files that are programs (*.exe)"}));
         Type(window, "fileNameEdit", "Taymere 60.ZIP");
         PressKey(window, Qt::Key_Return);
     });

@@ -64,8 +64,9 @@ TEST_F(PictureAreaTest, ButtonsKeysAndClicksGoThroughThePictures) {
 TEST_F(PictureAreaTest, PicturesComeInByDropPasteAndMenu) {
     drive.Put("from\\new.PNG", PictureBytes({30, 20}, "PNG"));
     drive.Put("from\\text.jpg", "no picture");
-    for (const char* name : {"one.zip", "TWO.ZIP"})
-        drive.Put(std::string("from\\") + name, ZipBuilder().Add(std::string(name) + ".txt", "x").Bytes());
+    for (const char* name : {"one.zip", "TWO.EXE"}) // the other a program that unpacks itself
+        drive.Put(std::string("from\\") + name,
+                  "MZ program" + ZipBuilder().Add(std::string(name) + ".txt", "x").Bytes());
     user.ExpectMessage("This picture was not imported:*", "OK");
     EXPECT_TRUE(Drop(area, {Url("from\\new.PNG"), Url("from\\text.jpg"), Url("from\\read.txt")}));
     user.Finish();
@@ -121,11 +122,11 @@ TEST_F(PictureAreaTest, PicturesComeInByDropPasteAndMenu) {
     const char* const question =
         "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
     user.ExpectMessage(question, "Yes");
-    EXPECT_TRUE(Drop(area, {Url("from\\one.zip"), Url("from\\new.PNG"), Url("from\\TWO.ZIP")}));
+    EXPECT_TRUE(Drop(area, {Url("from\\one.zip"), Url("from\\new.PNG"), Url("from\\TWO.EXE")}));
     EXPECT_EQ(Text("lblHeader"), StagingHeader);
     EXPECT_EQ(Text("lblCounts"), "1 package  -  0 installed in MSFS  -  Staging contains files");
     EXPECT_TRUE(drive.Has("Staging\\ZIP_one.zip\\one.zip.txt"));
-    EXPECT_TRUE(drive.Has("Staging\\ZIP_TWO.ZIP\\TWO.ZIP.txt"));
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_TWO.EXE\\TWO.EXE.txt"));
 }
 
 TEST_F(PictureAreaTest, APictureIsDecodedAtTheSizeShown) {

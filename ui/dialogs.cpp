@@ -1,5 +1,6 @@
 #include "ui/dialogs.h"
 
+#include "ui/archive_files.h"
 #include "ui/frmImportStatus.h"
 #include "ui/frmInfo.h"
 #include "ui/frmInstallStatus.h"
@@ -86,7 +87,7 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
     QString opensOn = StartDirectory(files, directory, QStandardPaths::DownloadLocation);
     while (true) {
-        QFileDialog dialog(Parent(), ToQt(title), opensOn, "Zip files (*.zip)");
+        QFileDialog dialog(Parent(), ToQt(title), opensOn, ArchiveFileFilter());
         dialog.setObjectName("zipFileDialog");
         dialog.setFileMode(QFileDialog::ExistingFile);
         dialog.setDefaultSuffix("zip");

@@ -2,6 +2,7 @@
 
 #include "media/shown_pictures.h"
 #include "platform/windows_path.h"
+#include "ui/archive_files.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
 #include "ui/frmPhotos.h"
@@ -47,15 +48,6 @@ void SetText(QLineEdit* box, const QString& text) {
         return;
     box->setText(text);
     box->setCursorPosition(0);
-}
-
-// The archives among what is dragged here, as paths of the host.
-QStringList DraggedArchives(const QMimeData* data) {
-    QStringList archives;
-    for (const QUrl& url : data->urls())
-        if (url.isLocalFile() && url.fileName().endsWith(".zip", Qt::CaseInsensitive))
-            archives.append(url.toLocalFile());
-    return archives;
 }
 
 } // namespace
@@ -426,13 +418,13 @@ void frmHangar::closeEvent(QCloseEvent* event) {
 }
 
 void frmHangar::dragEnterEvent(QDragEnterEvent* event) {
-    if (!DraggedArchives(event->mimeData()).isEmpty())
+    if (!ArchiveFilesIn(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void frmHangar::dropEvent(QDropEvent* event) {
     std::vector<std::string> paths;
-    for (const QString& archive : DraggedArchives(event->mimeData()))
+    for (const QString& archive : ArchiveFilesIn(*event->mimeData()))
         if (const auto path = files.PathFromHost(FromQt(archive)))
             paths.push_back(*path);
     if (paths.empty())

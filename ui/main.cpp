@@ -1,10 +1,12 @@
 #include "app/program.h"
 #include "platform/windows_path.h"
 #include "ui/dialogs.h"
+#include "ui/end_signals.h"
 #include "ui/frmHangar.h"
 #include "ui/frmSplash.h"
 #include "ui/message_box.h"
 #include "ui/qt_text.h"
+#include "ui/single_instance.h"
 
 #include <QApplication>
 #include <QDir>
@@ -37,15 +39,44 @@ void TellTrouble(const std::exception& trouble) {
     MessageBox(text, MessageButtons::Ok, MessageIcon::Critical, {}, nullptr).Ask();
 }
 
+// Another start was made: this one comes to the front, with what it asks at the moment.
+void ComeToFront(frmHangar& hangar) {
+    if (hangar.isVisible())
+        hangar.ComeToFront();
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+        dialog->raise();
+        dialog->activateWindow();
+    }
+}
+
 int RunProgram() {
     const auto files = MakeHostFileSystem();
+    const auto appDir = AppDirectory(*files);
+    SingleInstance instance(ToQt(files->HostPath(appDir)));
+    const auto place = instance.Claim();
+    if (place == SingleInstance::Outcome::Busy)
+        MessageBox(
+            "Korvadex is running already and busy at the moment.  Please wait until its command has ended.",
+            MessageButtons::Ok, MessageIcon::Information, {}, nullptr)
+            .Ask();
+    if (place != SingleInstance::Outcome::First)
+        return 0;
+
     const auto launcher = MakeHostLauncher(*files);
     Dialogs dialogs(*files);
     frmHangar hangar(*files);
     dialogs.SetMainWindow(&hangar);
-    Program program(*files, *launcher, dialogs, dialogs, hangar, AppDirectory(*files), RunningExecutable());
+    Program program(*files, *launcher, dialogs, dialogs, hangar, appDir, RunningExecutable());
     hangar.SetProgram(&program);
-    QObject::connect(&hangar, &frmHangar::Ended, [] { QCoreApplication::exit(0); });
+    QObject::connect(&hangar, &frmHangar::Ended, [&] {
+        instance.GiveUp();
+        QCoreApplication::exit(0);
+    });
+    QObject::connect(&instance, &SingleInstance::Asked, [&] { ComeToFront(hangar); });
+    OnEndSignal(&hangar, [&] { program.EndSession(); });
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &hangar, [&] { program.SaveForSessionEnd(); },
+        Qt::DirectConnection);
 
     frmSplash splash([&] {
         try {

@@ -1,5 +1,6 @@
 #include "ui/picture_box.h"
 
+#include "ui/archive_files.h"
 #include "ui/picture_files.h"
 #include "ui_picture_box.h"
 
@@ -16,11 +17,7 @@ namespace {
 
 // What is dropped together with an archive is left to the window, which takes archives.
 QStringList DroppedPictures(const QMimeData& data) {
-    const auto urls = data.urls();
-    const bool hasArchive = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) {
-        return url.fileName().endsWith(".zip", Qt::CaseInsensitive);
-    });
-    return hasArchive ? QStringList() : PictureFilesIn(data);
+    return ArchiveFilesIn(data).isEmpty() ? PictureFilesIn(data) : QStringList();
 }
 
 } // namespace

@@ -38,11 +38,16 @@ class FaultyFiles : public FileSystem {
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
     // renamed into it or out of it.
     std::string volume;
+    std::string unreadable; // a directory (with a trailing backslash) that cannot be listed
 
     int Changes() const { return changes; }
 
     using Path = const std::string&;
-    Result<std::vector<DirectoryEntry>> List(Path directory) const override { return real.List(directory); }
+    Result<std::vector<DirectoryEntry>> List(Path directory) const override {
+        if (directory == unreadable)
+            return Status{FileFault::Denied, directory};
+        return real.List(directory);
+    }
     Result<FileInfo> Info(Path path) const override { return real.Info(path); }
     bool IsDirectory(Path path) const override { return real.IsDirectory(path); }
     Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override {

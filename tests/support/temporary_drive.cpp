@@ -42,6 +42,13 @@ void AddTree(const FileSystem& files, const std::string& directory, const std::s
 
 } // namespace
 
+std::string TwoByteText(std::string_view text, bool isBigEndian) {
+    std::string bytes = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char letter : text)
+        bytes += isBigEndian ? std::string{'\0', letter} : std::string{letter, '\0'};
+    return bytes;
+}
+
 TemporaryDrive::TemporaryDrive() {
     HostDrive drive = MakeHostDrive();
     hostRoot = drive.hostRoot;

@@ -11,6 +11,9 @@
 
 namespace korvadex::test {
 
+// The letters of Latin-1 as Notepad saves them as "Unicode", or as "Unicode big endian".
+std::string TwoByteText(std::string_view text, bool isBigEndian = false);
+
 // Makes an empty directory and a file system on it. On Linux the drive `C:` is that directory; on Windows,
 // where drives cannot be made up, Root() is a temporary directory on the real drive. Everything is removed at
 // the end.

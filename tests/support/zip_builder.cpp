@@ -94,6 +94,7 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
         member.extra += '\1';
         Put32(member.extra, *options.unixTime);
     }
+    member.extra += options.padding;
     member.offset = static_cast<std::uint32_t>(contents.size());
     contents += Header(member, false) + member.data;
     members.push_back(std::move(member));

@@ -21,6 +21,7 @@ class ZipBuilder {
         std::optional<std::uint32_t> crc = {};      // set: what the archive claims the CRC-32 to be
         std::optional<std::uint32_t> size = {};     // set: what it claims the unpacked size to be
         std::optional<std::uint32_t> unixTime = {}; // set: an extended timestamp field
+        std::string padding = {};                   // behind the extra fields
     };
 
     // The name is taken as it is: bytes, separators and all. One that ends in "/" is a directory.

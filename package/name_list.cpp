@@ -1,4 +1,4 @@
-#include "sim/name_list.h"
+#include "package/name_list.h"
 
 namespace korvadex {
 

@@ -1,0 +1,31 @@
+// A deflated member unpacked piece by piece, where the whole is not to be had at once.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <zlib.h>
+
+namespace korvadex {
+
+class PieceInflater {
+  public:
+    PieceInflater();
+    ~PieceInflater();
+    PieceInflater(const PieceInflater&) = delete;
+    PieceInflater& operator=(const PieceInflater&) = delete;
+
+    // Hands on what these further bytes unpack to, until the sink answers other than 0. An Info-ZIP code, or that answer.
+    int Inflate(std::span<const std::byte> packed,
+                const std::function<int(std::span<const std::byte>)>& sink);
+    // True when the last byte has come.
+    bool IsAtEnd() const { return isAtEnd; }
+
+  private:
+    z_stream stream{};
+    bool isReady, isAtEnd = false;
+    std::unique_ptr<std::byte[]> unpacked;
+};
+
+} // namespace korvadex

@@ -1,0 +1,57 @@
+// What an installation has put into the simulator, written down in the installed directory: the record is there
+// exactly when the aircraft is. The removal goes by it.
+#pragma once
+
+#include "package/command_context.h"
+#include "package/loaded_package.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvadex {
+
+inline constexpr std::string_view InstallRecordFile = "kx_installed.txt";
+// Earlier versions wrote down no more than the names of the gauges that were there before the package.
+inline constexpr std::string_view FoundGaugesFile = "kx_gauges.txt";
+
+// True for the name (lower case) of a file that belongs to an installation and to no package.
+bool IsInstallRecord(std::string_view key);
+
+// Kinds of recorded files: the aircraft's own, and those that stand beside other aircraft's.
+inline constexpr std::string_view AircraftKind = "aircraft", GaugeKind = "gauge", EffectKind = "effect",
+                                  ModuleKind = "module", SoundKind = "sound";
+
+struct RecordedFile {
+    std::string kind, name; // the name below the installed directory, or in the simulator's for the kind
+    bool isPlaced = false;  // otherwise it was found there, and the rest is not known
+    std::uint64_t size = 0;
+    FileTime time{};
+    std::uint32_t checksum = 0;
+};
+
+struct InstallRecord {
+    std::string package; // "Jets\My Lear"
+    std::vector<RecordedFile> files;
+
+    RecordedFile* Find(std::string_view kind, std::string_view name);
+};
+
+// How a record names a package of the Hangar.
+std::string RecordedName(const Locations& locations, const LoadedPackage& package);
+
+// The file at the path as one that was placed.
+Result<RecordedFile> RecordFile(const FileSystem& files, std::string_view kind, const std::string& name,
+                                const std::string& path);
+// True while the file at the path is the one that was placed.
+bool IsUnchanged(const FileSystem& files, const RecordedFile& placed, const std::string& path);
+
+// Directories end in a backslash. None when there is no record, or none that can be read.
+std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const std::string& directory);
+Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record);
+// The names in FoundGaugesFile.
+std::vector<std::string> ReadFoundGauges(const FileSystem& files, const std::string& directory);
+
+} // namespace korvadex

@@ -1,0 +1,164 @@
+#include "package/scratch.h"
+#include "platform/windows_path.h"
+#include "sim/install_record.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/sim_fixture.h"
+
+#include <algorithm>
+
+namespace korvadex::test {
+
+class RecordTest : public SimTest {
+  protected:
+    void Install(const std::string& name) {
+        Select(name);
+        user.isPatient = true;
+        Run(InstallPackage);
+        ASSERT_TRUE(drive.Has("FS\\aircraft\\" + name)) << user.transcript.back();
+    }
+    void Remove(const std::string& name) {
+        Select(name);
+        state.QuietMode = true; // so that a question would keep it
+        state.keptPackages.clear();
+        Run(RemovePackageFromSim);
+        EXPECT_EQ(state.keptPackages, std::vector<std::string>{});
+        EXPECT_FALSE(drive.Has("FS\\aircraft\\" + name));
+    }
+};
+
+TEST_F(RecordTest, AGaugeGoesWithTheLastPackageThatHasIt) {
+    // Each brings gauges; the panel names some of them.
+    const std::map<std::string, std::string> packages = {
+        {"A", "Panel\\panel.cfg=gauge00=one, Gauges\\one.gau=1, Gauges\\two.gau=2"},
+        {"B", "Panel\\panel.cfg=gauge00=one, Gauges\\one.gau=1, Gauges\\Two.gau=other"},
+        {"C", "Gauges\\ONE.gau=another, Gauges\\two.gau=2, Gauges\\three.cab=3"}};
+    for (const auto& [name, files] : packages) {
+        drive.Fill("Hangar\\Jets\\" + name, files);
+        drive.Put("Hangar\\Jets\\" + name + "\\aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
+    }
+    for (const std::string there : {"", "one.gau=1", "one.gau=another, three.cab=3", "two.gau=2"}) {
+        std::vector<std::string> in = {"A", "B", "C"}, out = in;
+        do {
+            std::ranges::rotate(in, in.begin() + 1);
+            SCOPED_TRACE("'" + there + "' in " + in[0] + in[1] + in[2] + " out " + out[0] + out[1] + out[2]);
+            drive.Fill("FS\\gauges", there);
+            for (const std::string& name : in)
+                Install(name);
+            for (const std::string& name : out) {
+                EXPECT_TRUE(drive.Has("FS\\gauges\\one.gau"));
+                EXPECT_TRUE(drive.Has("FS\\gauges\\two.gau"));
+                Remove(name);
+            }
+            EXPECT_EQ(drive.Outline("FS\\gauges"), there);
+            for (const char* gauge : {"one.gau", "two.gau", "three.cab"})
+                static_cast<void>(drive.Files().Delete(drive.At(std::string("FS\\gauges\\") + gauge)));
+        } while (std::ranges::next_permutation(out).found);
+    }
+}
+
+TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
+    const struct {
+        const char* name;
+        std::string file, bytes; // changed on one side after the installation; no bytes: deleted
+        bool isLost;             // and is asked about
+    } rows[] = {
+        {"notes of the package", "Hangar\\Jets\\Lear\\Documentation\\readme.txt", "my notes", false},
+        {"information", "Hangar\\Jets\\Lear\\aircraft.cfg", "[fltsim.0]\r\ntitle=Mine\r\n", false},
+        {"a picture of the package", "Hangar\\Jets\\Lear\\Images\\lear.jpg", "", false},
+        {"a document in another place", "FS\\aircraft\\Lear\\readme2.txt", "read me", false},
+        {"panel in the simulator", "FS\\aircraft\\Lear\\Panel\\panel.cfg", "mine", true},
+        {"a flight", "FS\\aircraft\\Lear\\first.flt", "mine", true},
+        {"a gauge of the package", "Hangar\\Jets\\Lear\\Gauges\\LearClock.gau", "", false},
+        {"the record", "FS\\aircraft\\Lear\\kx_installed.txt", "torn", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
+        Install("Lear");
+        if (*row.bytes.c_str())
+            drive.Put(row.file, row.bytes);
+        else
+            ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
+        Select("Lear");
+        state.QuietMode = true;
+        state.keptPackages.clear();
+        Run(RemovePackageFromSim);
+        EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), row.isLost);
+        // The only copy of a gauge that was taken out of the package stays.
+        EXPECT_EQ(drive.Has("FS\\gauges\\LearClock.gau"), row.isLost || row.file.ends_with(".gau"));
+        if (row.isLost) {
+            ASSERT_EQ(state.keptPackages.size(), 1u);
+            EXPECT_THAT(state.keptPackages[0], testing::HasSubstr(LastPathComponent(row.file)));
+            ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
+            Remove("Lear");
+        }
+    }
+}
+
+TEST_F(RecordTest, NamesWhatWasPlacedAndWhatWasFound) {
+    drive.Fill("FS", "gauges\\learcab.cab=x, effects\\, modules\\helper.dll=x");
+    drive.Put("FS\\aircraft\\Big_Jet\\panel\\panel.cfg", "");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+        .With("Panel\\panel.cfg", "alias=Big Jet\\panel")
+        .With("Documentation\\\xC4\x80.txt", "a name that no code page has");
+    Install("Lear");
+    auto record = ReadInstallRecord(drive.Files(), drive.At("FS\\aircraft\\Lear\\"));
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->package, "Jets\\Lear");
+    const struct {
+        const char *kind, *name;
+        bool isPlaced;
+    } rows[] = {{"gauge", "LearClock.gau", true},      {"gauge", "LearCab.cab", false},
+                {"effect", "smoke.fx", true},          {"module", "helper.dll", false},
+                {"sound", "Click.wav", true},          {"aircraft", "Documentation\\\xC4\x80.txt", true},
+                {"aircraft", "Panel\\panel.cfg", true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const RecordedFile* file = record->Find(row.kind, row.name);
+        ASSERT_TRUE(file);
+        EXPECT_EQ(file->isPlaced, row.isPlaced);
+        if (file->kind == AircraftKind) {
+            EXPECT_TRUE(IsUnchanged(drive.Files(), *file, drive.At("FS\\aircraft\\Lear\\" + file->name)));
+        }
+    }
+    Remove("Lear"); // with the alias line as the installation has written it
+}
+
+TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
+    drive.Fill("Hangar\\Jets\\A",
+               "aircraft.cfg=a, Gauges\\one.gau=1, Gauges\\two.gau=2, Gauges\\three.gau=3");
+    drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Gauges\\one.gau=1");
+    drive.Fill("FS\\gauges", "two.gau=2");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Replace", "kx_installed.txt", FileFault::Denied);
+    Install("A");
+    Install("B");
+    Select("A");
+    const auto before = drive.Tree("FS");
+    user.isPatient = false;
+    ExpectRemoval().Expect(
+        "The package was not removed.  Another aircraft has gauges of it, which were to be "
+        "handed on.\n\n" +
+        drive.At("FS\\aircraft\\B\\kx_installed.txt could not be written (access was denied)...."));
+    Run(RemovePackageFromSim, faulty);
+    EXPECT_EQ(drive.Tree("FS"), before);
+    Remove("A");
+    Remove("B");
+
+    const int stops = StopAtEachChange(drive.Files(), [&](FaultyFiles& stopped) {
+        Install("A");
+        Install("B");
+        Select("A");
+        state.QuietMode = true;
+        Run(RemovePackageFromSim, stopped);
+        if (drive.Has("FS\\aircraft\\A"))
+            Remove("A");
+        EXPECT_EQ(drive.Outline("FS\\gauges"), "one.gau=1, two.gau=2");
+        Remove("B");
+        EXPECT_EQ(drive.Outline("FS\\gauges"), "two.gau=2");
+        CleanScratch(drive.Files(), locations);
+    });
+    EXPECT_GT(stops, 10);
+}
+
+} // namespace korvadex::test

@@ -1,0 +1,24 @@
+#include "ui/archive_files.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+namespace korvadex {
+
+QString ArchiveFileFilter() {
+    return "Zip files (*.zip);;Zip files that are programs (*.exe)";
+}
+
+QStringList ArchiveFilesIn(const QMimeData& data) {
+    QStringList archives;
+    for (const QUrl& url : data.urls()) {
+        const QString name = url.fileName();
+        const bool isArchive =
+            name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);
+        if (url.isLocalFile() && isArchive)
+            archives.append(url.toLocalFile());
+    }
+    return archives;
+}
+
+} // namespace korvadex
