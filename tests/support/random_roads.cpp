@@ -138,6 +138,8 @@ class Road : private RoadGround {
         Attempt(
             "process archive", [&] { program->ProcessArchives({drive.At("Packed\\" + addon.archiveName)}); },
             [&] { return drive.Has("Staging\\ZIP_" + addon.archiveName); }, !isEmpty);
+        if (!drive.Has("Staging\\ZIP_" + addon.archiveName))
+            throw RoadEnd{};
         Choose();
         CopyToHangar();
     }
