@@ -141,6 +141,8 @@ class Road : private RoadGround {
         if (!drive.Has("Staging\\ZIP_" + addon.archiveName))
             throw RoadEnd{};
         Choose();
+        if (isEmpty && program->View().packageName != addon.titles[chosen])
+            Violation("proposes the name \"" + program->View().packageName + "\"");
         CopyToHangar();
     }
 
