@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <iostream>
-#include <optional>
 #include <string_view>
 
 namespace {

@@ -138,7 +138,11 @@ class Road : private RoadGround {
         Attempt(
             "process archive", [&] { program->ProcessArchives({drive.At("Packed\\" + addon.archiveName)}); },
             [&] { return drive.Has("Staging\\ZIP_" + addon.archiveName); }, !isEmpty);
+        if (!drive.Has("Staging\\ZIP_" + addon.archiveName))
+            throw RoadEnd{};
         Choose();
+        if (isEmpty && program->View().packageName != addon.titles[chosen])
+            Violation("proposes the name \"" + program->View().packageName + "\"");
         CopyToHangar();
     }
 

@@ -20,7 +20,7 @@ struct RoadReport {
     std::vector<std::string> violations; // each with how to see it again
 };
 
-// Takes one of the add-ons that the seed makes on all its roads.
+// Makes one add-on of these two numbers and takes it on all its roads.
 void TakeRoads(std::uint64_t seed, int number, RoadReport& report);
 
 } // namespace korvadex::test

@@ -218,7 +218,7 @@ void RoadGround::Judge(const Said& said) {
         isNestedWanted = said.answer == Answer::Yes;
     } else if (has("files that this package doesn't have") && !isByHand) {
         Violation("asks about a loss where there is none: " + said.text);
-    } else if (IsRefusal(said) && !has("Package name already exists in ")) {
+    } else if (IsRefusal(said) && !has("Package name already exists in ") && !has("has to be chosen first")) {
         Violation("refuses: " + said.text);
     }
 }
