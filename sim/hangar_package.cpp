@@ -104,6 +104,11 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
         context.window.RefreshPackageDisplay();
         return;
     }
+    if (IsLinkedDirectory(context, directory) == place.empty()) {
+        context.user.Tell(directory + " has changed meanwhile.  Nothing was removed.",
+                          MessageIcon::Exclamation);
+        return;
+    }
     if (lastLook && !lastLook())
         return;
     const Status status = DeleteDirectory(context, directory);
