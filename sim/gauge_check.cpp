@@ -110,6 +110,21 @@ std::string CrossCheckPanel(CommandContext& context, const std::string& path,
     return stock ? report : std::string(PanelNoGauges);
 }
 
+namespace {
+
+// What there is to say below a report: "" unless the panel is another aircraft's, and that is not there.
+std::string MissingLender(const CommandContext& context, const std::string& panel) {
+    LoadedPackage borrower;
+    ReadPanelAlias(context.files, panel, borrower);
+    const std::string& alias = borrower.PackagePanelAlias;
+    if (alias.empty() || !FindSimAircraftDirectory(context.files, context.locations, alias).empty())
+        return "";
+    return JoinText({"", "", "The panel " + alias + ", which it uses via alias,",
+                     "is not installed in MSFS.  Please install",
+                     "the package that contains this panel or it"}) +
+           "will not be visible in MSFS.";
+}
+
 std::string InstallStatusText(std::string_view package, std::string_view report) {
     const std::string heading = JoinText({std::string(package) + " ...", ""});
     if (report.empty())
@@ -142,14 +157,24 @@ std::string ImportStatusText(std::string_view aircraft, std::string_view report)
            "MSFS.";
 }
 
+} // namespace
+
+void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel) {
+    std::vector<std::string> usedGauges;
+    const std::string report = CrossCheckPanel(context, panel, usedGauges);
+    context.user.ShowInstallStatus(InstallStatusText(package, report) + MissingLender(context, panel));
+}
+
 void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
     const std::string& staging = context.locations.StagingDir;
     const FileList panels =
         CollectFiles(WalkTree(context.files, staging), "panel.cfg", FileMode::Name, context.limits);
     std::vector<std::string> usedGauges;
-    if (!panels.entries.empty())
-        context.user.ShowImportStatus(
-            ImportStatusText(aircraft, CrossCheckPanel(context, panels.entries.front().path, usedGauges)));
+    if (!panels.entries.empty()) {
+        const std::string& panel = panels.entries.front().path;
+        const std::string report = CrossCheckPanel(context, panel, usedGauges);
+        context.user.ShowImportStatus(ImportStatusText(aircraft, report) + MissingLender(context, panel));
+    }
 
     SharedFiles imported(context);
     const std::string directory = staging + "gauges\\";

@@ -50,9 +50,9 @@ inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";
 std::string CrossCheckPanel(CommandContext& context, const std::string& path,
                             std::vector<std::string>& usedGauges);
 
-// The texts of frmInstallStatus and frmImportStatus for a report of CrossCheckPanel.
-std::string InstallStatusText(std::string_view package, std::string_view report);
-std::string ImportStatusText(std::string_view aircraft, std::string_view report);
+// frmInstallStatus for the panel.cfg of an aircraft in the simulator: what CrossCheckPanel found, and whether the
+// aircraft is missing whose panel it uses.
+void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel);
 
 // Checks the first panel.cfg below Staging for the aircraft that was just imported, and copies the gauges
 // that it uses to Staging's "gauges".

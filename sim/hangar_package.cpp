@@ -217,8 +217,7 @@ void CheckInstalledGauges(CommandContext& context) {
         context.user.Tell("This package doesn't contain a panel to do a gauge crosscheck with.");
         return;
     }
-    std::vector<std::string> usedGauges;
-    context.user.ShowInstallStatus(InstallStatusText(name, CrossCheckPanel(context, panel, usedGauges)));
+    ShowInstallCheck(context, name, panel);
 }
 
 } // namespace korvadex

@@ -90,8 +90,7 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
     if (panel.empty()) {
         context.user.Tell("Done.");
     } else {
-        std::vector<std::string> usedGauges;
-        context.user.ShowInstallStatus(InstallStatusText(name, CrossCheckPanel(context, panel, usedGauges)));
+        ShowInstallCheck(context, name, panel);
     }
     context.window.RefreshPackageDisplay();
 }

@@ -52,6 +52,19 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
     }
 }
 
+TEST_F(SimTest, TheCheckOfAPanelByAliasNamesALenderThatIsMissing) {
+    drive.Put("Hangar\\Jets\\Floats\\x.air", "x");
+    drive.Put("FS\\aircraft\\Floats\\panel\\panel.cfg", "[fltsim]\r\nalias=Lear 45\\panel\r\n");
+    Select("Floats");
+    const std::string bypassed =
+        "Floats ...\n\nPanel alias used.  Crosscheck bypassed.\n\nInstallation complete.";
+    user.ExpectInstallStatus(bypassed + "\n\nThe panel lear 45\\panel, which it uses via alias,\n...");
+    Run(CheckPackageGauges);
+    drive.MakeDirectory("FS\\aircraft\\Lear_45\\panel");
+    user.ExpectInstallStatus(bypassed);
+    Run(CheckPackageGauges);
+}
+
 TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
     const struct {
         const char *name, *file, *inPackage, *inSim; // the gauge, and its bytes on both sides
