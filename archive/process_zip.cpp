@@ -106,6 +106,13 @@ bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZ
         path = context.user.ChooseZipFile("Process ZIP File ...", lastZipPath).value_or("");
     if (path.empty())
         return false;
+    if (const auto file = context.files.OpenForReading(path); !file) {
+        context.user.Tell(
+            "The zip file(" + path + ") could not be read (" + DescribeFault(file.fault()) +
+                ").  Please make sure that it is there and that you may read it, and try again.",
+            MessageIcon::Exclamation);
+        return false;
+    }
     lastZipPath = ParentDirectory(path);
     const std::string zipName = LastPathComponent(path);
     const std::string target = context.locations.StagingDir + "ZIP_" + zipName + "\\"; // each archive its own

@@ -4,7 +4,7 @@
 namespace korvadex {
 
 ZipSource MakeZipSource(const FileSystem& files, const std::string& path, ZipError& error) {
-    const auto native = ExtendedPath(files.HostPath(path));
+    const auto native = SourcePath(files.HostPath(path));
     if (!native) {
         zip_error_set(error.get(), ZIP_ER_NOENT, 0);
         return nullptr;

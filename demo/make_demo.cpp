@@ -2,6 +2,7 @@
 //
 //   DIRECTORY/drive_c      what the program sees as C:\ .
 //   DIRECTORY/drives/c:    leads there; for KORVADEX_DRIVES
+//   DIRECTORY/drives/z:    leads to the whole disk, as Wine's own does
 //
 // An example that stands already is left as its user has changed it.
 #include "demo/example.h"
@@ -34,6 +35,8 @@ void Make(const fs::path& directory) {
     fs::create_directories(links);
     if (!fs::is_symlink(links / "c:"))
         fs::create_directory_symlink("../drive_c", links / "c:");
+    if (!fs::is_symlink(links / "z:"))
+        fs::create_directory_symlink("/", links / "z:");
 }
 
 } // namespace

@@ -153,9 +153,6 @@ std::vector<std::string> ImportPictures(CommandContext& context, PictureConverte
     }
     if (count > 1)
         context.window.HideProgress();
-    for (const auto& path : offered.unreachable)
-        import.Refuse(path, "none of the drives that Korvadex knows leads there.  Please copy the file to "
-                            "one of them.");
     const std::string subject = "The picture on the clipboard";
     if (!offered.problem.empty())
         import.Refuse(subject, offered.problem);

@@ -11,12 +11,11 @@ namespace korvadex {
 
 // What the user offers.
 struct OfferedPictures {
-    std::vector<std::string> files;       // full paths
-    std::vector<std::string> unreachable; // files as the host names them, where no drive leads
-    std::string jpeg;                     // a picture that is in no file, as JPEG
-    std::string problem;                  // why such a picture cannot be had, with the next step
+    std::vector<std::string> files; // full paths, of FileSystem::SourceFromHost
+    std::string jpeg;               // a picture that is in no file, as JPEG
+    std::string problem;            // why such a picture cannot be had, with the next step
 
-    bool IsEmpty() const { return files.empty() && unreachable.empty() && jpeg.empty() && problem.empty(); }
+    bool IsEmpty() const { return files.empty() && jpeg.empty() && problem.empty(); }
 };
 
 // What becomes of a picture file.

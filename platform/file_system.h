@@ -160,6 +160,10 @@ class FileSystem {
     // The path by which other programs of the host know a file, and back; none when no drive leads there.
     virtual std::string HostPath(const std::string& path) const = 0;
     virtual std::optional<std::string> PathFromHost(const std::string& hostPath) const = 0;
+    // The same for a file that is only to be read. Where no drive leads, it is a path that Info, IsDirectory,
+    // OpenForReading, HostPath and the source of Copy alone understand (`\\?\unix\home\a.zip`, `\\server\share\a.zip`);
+    // for everything else it is a BadName.
+    virtual std::string SourceFromHost(const std::string& hostPath) const = 0;
 };
 
 // The file system of the machine that the program runs on.

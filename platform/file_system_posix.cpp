@@ -25,6 +25,9 @@ namespace {
 // Where Wine and Samba keep hidden, system and archive; carried along by every copy.
 constexpr const char* DosAttributes = "user.DOSATTRIB";
 
+// What Wine puts before a path of the host that no drive leads to.
+constexpr std::string_view SourcePrefix = "\\\\?\\unix\\";
+
 FileFault FaultOf(int code) {
     switch (code) {
     case 0:
@@ -242,8 +245,11 @@ class DriveFileSystem : public FileSystem {
     std::vector<std::string> Drives() const override;
     std::string HostPath(const std::string& path) const override;
     std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
+    std::string SourceFromHost(const std::string& hostPath) const override;
 
   private:
+    // Where something that is only read stands, also outside of the drives.
+    Result<std::string> Source(const std::string& path) const;
     // The stored name of something that must be there.
     Result<std::string> Existing(const std::string& path) const;
     // The name for something that must not be there yet.
@@ -262,6 +268,14 @@ Result<std::string> DriveFileSystem::Existing(const std::string& path) const {
     if (!name->exists)
         return Status{FileFault::NotFound, path, ENOENT};
     return std::move(name->path);
+}
+
+Result<std::string> DriveFileSystem::Source(const std::string& path) const {
+    if (!path.starts_with(SourcePrefix))
+        return Existing(path);
+    std::string hostPath = path.substr(SourcePrefix.size() - 1);
+    std::replace(hostPath.begin(), hostPath.end(), '\\', '/');
+    return HostSpelling(hostPath);
 }
 
 Result<std::string> DriveFileSystem::Free(const std::string& path) const {
@@ -321,7 +335,7 @@ Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& dir
 }
 
 Result<FileInfo> DriveFileSystem::Info(const std::string& path) const {
-    const auto hostPath = Existing(path);
+    const auto hostPath = Source(path);
     if (!hostPath)
         return hostPath.status();
     struct stat info {};
@@ -331,13 +345,13 @@ Result<FileInfo> DriveFileSystem::Info(const std::string& path) const {
 }
 
 bool DriveFileSystem::IsDirectory(const std::string& path) const {
-    const auto hostPath = Existing(path);
+    const auto hostPath = Source(path);
     struct stat info {};
     return hostPath && stat(hostPath->c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
 Result<std::unique_ptr<InputFile>> DriveFileSystem::OpenForReading(const std::string& path) const {
-    const auto hostPath = Existing(path);
+    const auto hostPath = Source(path);
     if (!hostPath)
         return hostPath.status();
     auto file = OpenRegular(*hostPath, path);
@@ -367,7 +381,7 @@ Result<std::unique_ptr<OutputFile>> DriveFileSystem::CreateNew(const std::string
 }
 
 Status DriveFileSystem::Copy(const std::string& from, const std::string& to) {
-    const auto source = Existing(from);
+    const auto source = Source(from);
     if (!source)
         return source.status();
     const auto input = OpenRegular(*source, from);
@@ -620,6 +634,8 @@ std::vector<std::string> DriveFileSystem::Drives() const {
 }
 
 std::string DriveFileSystem::HostPath(const std::string& path) const {
+    if (path.starts_with(SourcePrefix))
+        return *Source(path);
     const auto name = names.Resolve(path);
     return name ? name->path : std::string();
 }
@@ -642,6 +658,15 @@ std::optional<std::string> DriveFileSystem::PathFromHost(const std::string& host
     path += real.size() == best->second.size() ? "/" : ShownName(real.substr(best->second.size()));
     std::replace(path.begin(), path.end(), '/', '\\');
     return path;
+}
+
+std::string DriveFileSystem::SourceFromHost(const std::string& hostPath) const {
+    if (auto path = PathFromHost(hostPath))
+        return std::move(*path);
+    const std::unique_ptr<char, void (*)(void*)> canonical(realpath(hostPath.c_str(), nullptr), &std::free);
+    std::string path = ShownName(canonical ? canonical.get() : hostPath);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return std::string(SourcePrefix.substr(0, SourcePrefix.size() - 1)) + path;
 }
 
 } // namespace

@@ -78,8 +78,7 @@ struct Entry {
     FileInfo info;
 };
 
-Result<Entry> Existing(const std::string& path) {
-    Result<std::wstring> native = Native(path);
+Result<Entry> EntryAt(Result<std::wstring> native, const std::string& path) {
     if (!native)
         return native.status();
     WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -95,9 +94,20 @@ Result<Entry> Existing(const std::string& path) {
     return Entry{*std::move(native), data.dwFileAttributes, info};
 }
 
-// The same for what works on files alone.
-Result<Entry> ExistingFile(const std::string& path) {
-    Result<Entry> entry = Existing(path);
+Result<Entry> Existing(const std::string& path) {
+    return EntryAt(Native(path), path);
+}
+
+// The same for what is only read, also from a share.
+Result<std::wstring> NativeSource(const std::string& path) {
+    std::optional<std::wstring> wide = SourcePath(path);
+    if (!wide)
+        return Fault(FileFault::BadName, path);
+    return *std::move(wide);
+}
+
+// For what works on files alone.
+Result<Entry> OnlyFile(Result<Entry> entry, const std::string& path) {
     if (entry && entry->info.kind != EntryKind::File)
         return Fault(entry->info.kind == EntryKind::Link ? FileFault::IsLink : FileFault::Failed, path);
     return entry;
@@ -184,6 +194,7 @@ class WindowsFileSystem final : public FileSystem {
     std::vector<std::string> Drives() const override;
     std::string HostPath(const std::string& path) const override { return path; }
     std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
+    std::string SourceFromHost(const std::string& hostPath) const override;
 
   private:
     Status PutInPlace(const std::string& from, const std::string& to);
@@ -222,14 +233,14 @@ Result<std::vector<DirectoryEntry>> WindowsFileSystem::List(const std::string& d
 }
 
 Result<FileInfo> WindowsFileSystem::Info(const std::string& path) const {
-    const Result<Entry> entry = Existing(path);
+    const Result<Entry> entry = EntryAt(NativeSource(path), path);
     if (!entry)
         return entry.status();
     return entry->info;
 }
 
 bool WindowsFileSystem::IsDirectory(const std::string& path) const {
-    const Result<std::wstring> native = Native(path);
+    const Result<std::wstring> native = NativeSource(path);
     if (!native)
         return false;
     const DWORD attributes = GetFileAttributesW(native->c_str());
@@ -243,7 +254,7 @@ bool WindowsFileSystem::IsDirectory(const std::string& path) const {
 }
 
 Result<std::unique_ptr<InputFile>> WindowsFileSystem::OpenForReading(const std::string& path) const {
-    const Result<Entry> entry = ExistingFile(path);
+    const Result<Entry> entry = OnlyFile(EntryAt(NativeSource(path), path), path);
     if (!entry)
         return entry.status();
     UniqueHandle handle =
@@ -271,7 +282,7 @@ Result<std::unique_ptr<OutputFile>> WindowsFileSystem::CreateNew(const std::stri
 }
 
 Status WindowsFileSystem::Copy(const std::string& from, const std::string& to) {
-    const Result<Entry> source = ExistingFile(from);
+    const Result<Entry> source = OnlyFile(EntryAt(NativeSource(from), from), from);
     if (!source)
         return source.status();
     const Result<std::wstring> target = NativeNew(to);
@@ -353,13 +364,13 @@ Status WindowsFileSystem::Replace(const std::string& from, const std::string& to
 }
 
 Status WindowsFileSystem::PutInPlace(const std::string& from, const std::string& to) {
-    const Result<Entry> source = ExistingFile(from);
+    const Result<Entry> source = OnlyFile(Existing(from), from);
     if (!source)
         return source.status();
     Result<std::wstring> target = NativeNew(to);
     if (!target)
         return target.status();
-    const Result<Entry> present = ExistingFile(to);
+    const Result<Entry> present = OnlyFile(Existing(to), to);
     if (!present && present.fault() != FileFault::NotFound)
         return present.status();
     if (present) {
@@ -503,13 +514,18 @@ std::optional<std::string> PlainDrivePath(std::wstring_view native) {
     return IsDrivePath(path) ? std::optional(path) : std::nullopt;
 }
 
+// Slashes, relative paths and `..` become plain.
+std::wstring FullPath(const std::wstring& path) {
+    std::wstring full(32768, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full;
+}
+
 std::optional<std::string> WindowsFileSystem::PathFromHost(const std::string& hostPath) const {
     const std::optional<std::wstring> wide = ToWide(hostPath);
     if (!wide)
         return std::nullopt;
-    // Slashes, relative paths and `..` become plain.
-    std::wstring full(32768, L'\0');
-    full.resize(GetFullPathNameW(wide->c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    const std::wstring full = FullPath(*wide);
     // What is there has one name of its own, whatever junction, short name or substituted drive led there. A
     // share has none below a drive and keeps the one it was called by.
     const UniqueHandle handle =
@@ -523,6 +539,13 @@ std::optional<std::string> WindowsFileSystem::PathFromHost(const std::string& ho
             return path;
     }
     return PlainDrivePath(full);
+}
+
+std::string WindowsFileSystem::SourceFromHost(const std::string& hostPath) const {
+    if (auto path = PathFromHost(hostPath))
+        return std::move(*path);
+    const std::optional<std::wstring> wide = ToWide(hostPath);
+    return wide ? FromWide(FullPath(*wide)) : hostPath;
 }
 
 } // namespace

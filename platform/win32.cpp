@@ -58,6 +58,16 @@ std::optional<std::wstring> ExtendedPath(std::string_view path) {
     return wide;
 }
 
+std::optional<std::wstring> SourcePath(std::string_view path) {
+    // `\\?\` and `\\.\` begin names of another kind.
+    if (!path.starts_with("\\\\") || path.size() < 3 || path[2] == '?' || path[2] == '.')
+        return ExtendedPath(path);
+    std::optional<std::wstring> wide = ToWide(WithoutBackslash(path.substr(2)));
+    if (wide)
+        wide->insert(0, L"\\\\?\\UNC\\");
+    return wide;
+}
+
 FileFault FaultOfNative(DWORD code) {
     switch (code) {
     case ERROR_SUCCESS:

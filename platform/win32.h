@@ -32,6 +32,10 @@ std::string FromWide(std::wstring_view wide);
 // from the root of a drive, and for components "." and "..".
 std::optional<std::wstring> ExtendedPath(std::string_view path);
 
+// The same for a file that is only read, which may also lie on a share:
+// `\\server\share\a` -> `\\?\UNC\server\share\a`.
+std::optional<std::wstring> SourcePath(std::string_view path);
+
 // What a code of GetLastError() means to the program.
 FileFault FaultOfNative(DWORD code);
 Status NativeFault(const std::string& path, DWORD code = GetLastError());

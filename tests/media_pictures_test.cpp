@@ -130,7 +130,7 @@ TEST_F(PicturesTest, ImportsTakeFreeNames) {
     user.Expect("These pictures were not imported:\n\n" + drive.At("from\\note.txt") + ": no picture.\n" +
                     own + ": it is a picture of this package already.",
                 Answer::Ok, MessageIcon::Exclamation);
-    OfferedPictures offered{.files = {}, .unreachable = {}, .jpeg = "pasted", .problem = ""};
+    OfferedPictures offered{.files = {}, .jpeg = "pasted", .problem = ""};
     for (const char* name : {"ONE.jpg", "note.txt", "shot.jpeg", "flat.png", "(mark).gif", "a.b.jpg"})
         offered.files.push_back(drive.At("from\\") + name);
     offered.files.push_back(own);

@@ -138,7 +138,35 @@ TEST_F(PosixHost, MapsDrivesAsTheEnvironmentSays) {
     EXPECT_EQ(mapped->PathFromHost(Host("drive_c\\Hangar")), "C:\\Hangar");
     EXPECT_EQ(mapped->PathFromHost(Host("drive_c")), "C:\\");
     EXPECT_EQ(mapped->PathFromHost("/usr"), std::nullopt);
+    EXPECT_EQ(mapped->SourceFromHost(Host("drive_c\\Hangar")), "C:\\Hangar");
     EXPECT_FALSE(mapped->Info("Q:\\"));
+}
+
+TEST_F(PosixHost, WhatNoDriveLeadsToCanBeReadOnly) {
+    drive.MakeDirectory("c");
+    drive.Put("Else where\\a.zip", "bytes");
+    std::ofstream(Host("Else where") / "b\\c.zip") << "more";
+    DriveMap map;
+    map.directories['c'] = Host("c");
+    const auto mapped = MakeDriveFileSystem(map);
+    const std::string host = Host("Else where\\a.zip"), path = mapped->SourceFromHost(host);
+    EXPECT_EQ(LastPathComponent(path), "a.zip");
+    EXPECT_EQ(mapped->HostPath(path), host);
+    EXPECT_TRUE(mapped->IsDirectory(ParentDirectory(path)));
+    EXPECT_EQ(mapped->Info(path)->size, 5u);
+    EXPECT_EQ(*ReadBytes(*mapped, path), "bytes");
+    EXPECT_EQ(*ReadBytes(*mapped, mapped->SourceFromHost(Host("Else where") / "b\\c.zip")), "more");
+    EXPECT_TRUE(mapped->Copy(path, "C:\\a.zip"));
+    EXPECT_EQ(drive.Get("c\\a.zip"), "bytes");
+    EXPECT_EQ(mapped->Info(path + "x").fault(), FileFault::NotFound);
+
+    const auto before = drive.Tree();
+    for (const Status& status : {mapped->Delete(path), mapped->CreateNew(path + "x").status(),
+                                 mapped->Copy("C:\\a.zip", path + "x"), mapped->Rename(path, "C:\\b.zip"),
+                                 mapped->Rename("C:\\a.zip", path + "x"), mapped->Replace("C:\\a.zip", path),
+                                 mapped->SetReadOnly(path, true), mapped->CreateDirectory(path + "x")})
+        EXPECT_EQ(status.fault, FileFault::BadName);
+    EXPECT_EQ(drive.Tree(), before);
 }
 
 } // namespace

@@ -129,6 +129,33 @@ TEST_F(PictureAreaTest, PicturesComeInByDropPasteAndMenu) {
     EXPECT_TRUE(drive.Has("Staging\\ZIP_TWO.EXE\\TWO.EXE.txt"));
 }
 
+TEST_F(PictureAreaTest, WhatNoDriveLeadsToComesInAsWell) {
+    TemporaryDrive other;
+    other.Put("shot.png", PictureBytes({30, 20}, "PNG"));
+    other.Put("one.zip", ZipBuilder().Add("one.txt", "x").Bytes());
+    other.Put("two.zip", ZipBuilder().Add("two.txt", "x").Bytes());
+    const auto url = [&](const char* name) {
+        return QUrl::fromLocalFile(QString::fromStdString(other.Files().HostPath(other.At(name))));
+    };
+    EXPECT_TRUE(Drop(area, {url("shot.png")}));
+    EXPECT_EQ(Text("lblImageName"), "shot.jpg");
+    EXPECT_TRUE(Drop(window, {url("one.zip")}));
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_one.zip\\one.txt"));
+    user.ExpectMessage("Staging currently contains files.*", "Yes");
+    user.Expect("zipFileDialog", [&](QWidget& dialog) {
+        EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).directory().path(),
+                  QFileInfo(url("").toLocalFile()).path());
+        Type(dialog, "fileNameEdit", "two.zip");
+        PressKey(dialog, Qt::Key_Return);
+    });
+    PressToolbar("ProcessZip");
+    EXPECT_TRUE(drive.Has("Staging\\ZIP_two.zip\\two.txt"));
+    user.ExpectMessage("Staging currently contains files.*", "Yes");
+    user.ExpectMessage("The zip file(*", "OK");
+    EXPECT_TRUE(Drop(window, {url("gone.zip")}));
+    EXPECT_FALSE(drive.Has("Staging\\ZIP_gone.zip"));
+}
+
 TEST_F(PictureAreaTest, APictureIsDecodedAtTheSizeShown) {
     const auto show = [&](const char* name, const std::string& bytes) {
         drive.Put(Images + name, bytes);

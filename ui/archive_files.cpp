@@ -9,9 +9,9 @@ QString ArchiveFileFilter() {
     return "Zip files (*.zip);;Zip files that are programs (*.exe)";
 }
 
-QStringList ArchiveFilesIn(const QMimeData& data) {
+QStringList ArchiveFilesIn(const QMimeData* data) {
     QStringList archives;
-    for (const QUrl& url : data.urls()) {
+    for (const QUrl& url : data ? data->urls() : QList<QUrl>()) {
         const QString name = url.fileName();
         const bool isArchive =
             name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);

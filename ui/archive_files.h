@@ -9,7 +9,7 @@ namespace korvadex {
 
 // For the file dialog: zip archives first, then the programs that unpack themselves.
 QString ArchiveFileFilter();
-// The local files among what is dragged whose names say that they are archives, as host paths.
-QStringList ArchiveFilesIn(const QMimeData& data);
+// The local files among what is dragged (none for null) whose names say that they are archives, as host paths.
+QStringList ArchiveFilesIn(const QMimeData* data);
 
 } // namespace korvadex

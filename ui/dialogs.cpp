@@ -85,23 +85,14 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
-    QString opensOn = StartDirectory(files, directory, QStandardPaths::DownloadLocation);
-    while (true) {
-        QFileDialog dialog(Parent(), ToQt(title), opensOn, ArchiveFileFilter());
-        dialog.setObjectName("zipFileDialog");
-        dialog.setFileMode(QFileDialog::ExistingFile);
-        dialog.setDefaultSuffix("zip");
-        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-            return std::nullopt;
-        const QString chosen = dialog.selectedFiles().constFirst();
-        if (auto path = files.PathFromHost(FromQt(chosen)))
-            return path;
-        Tell("Korvadex cannot reach " + FromQt(chosen) +
-                 " because none of the drives that it knows leads there.  Please copy the file to one of "
-                 "them.",
-             MessageIcon::Exclamation);
-        opensOn = dialog.directory().absolutePath();
-    }
+    QFileDialog dialog(Parent(), ToQt(title),
+                       StartDirectory(files, directory, QStandardPaths::DownloadLocation), ArchiveFileFilter());
+    dialog.setObjectName("zipFileDialog");
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setDefaultSuffix("zip");
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return files.SourceFromHost(FromQt(dialog.selectedFiles().constFirst()));
 }
 
 std::optional<int> Dialogs::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {

@@ -418,15 +418,14 @@ void frmHangar::closeEvent(QCloseEvent* event) {
 }
 
 void frmHangar::dragEnterEvent(QDragEnterEvent* event) {
-    if (!ArchiveFilesIn(*event->mimeData()).isEmpty())
+    if (!ArchiveFilesIn(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void frmHangar::dropEvent(QDropEvent* event) {
     std::vector<std::string> paths;
-    for (const QString& archive : ArchiveFilesIn(*event->mimeData()))
-        if (const auto path = files.PathFromHost(FromQt(archive)))
-            paths.push_back(*path);
+    for (const QString& archive : ArchiveFilesIn(event->mimeData()))
+        paths.push_back(files.SourceFromHost(FromQt(archive)));
     if (paths.empty())
         return;
     event->setDropAction(Qt::CopyAction);

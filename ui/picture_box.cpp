@@ -16,8 +16,8 @@ namespace korvadex {
 namespace {
 
 // What is dropped together with an archive is left to the window, which takes archives.
-QStringList DroppedPictures(const QMimeData& data) {
-    return ArchiveFilesIn(data).isEmpty() ? PictureFilesIn(data) : QStringList();
+QStringList DroppedPictures(const QMimeData* data) {
+    return data && ArchiveFilesIn(data).isEmpty() ? PictureFilesIn(*data) : QStringList();
 }
 
 } // namespace
@@ -135,14 +135,14 @@ void PictureBox::ShowCount(int index, int count) {
 }
 
 void PictureBox::dragEnterEvent(QDragEnterEvent* event) {
-    if (DroppedPictures(*event->mimeData()).isEmpty())
+    if (DroppedPictures(event->mimeData()).isEmpty())
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
 
 void PictureBox::dropEvent(QDropEvent* event) {
-    const QStringList pictures = DroppedPictures(*event->mimeData());
+    const QStringList pictures = DroppedPictures(event->mimeData());
     if (pictures.isEmpty())
         return event->ignore();
     event->setDropAction(Qt::CopyAction);

@@ -76,12 +76,8 @@ QStringList PictureFilesIn(const QMimeData& data) {
 
 OfferedPictures OfferFiles(const FileSystem& files, const QStringList& hostPaths) {
     OfferedPictures offered;
-    for (const QString& hostPath : hostPaths) {
-        if (const auto path = files.PathFromHost(FromQt(hostPath)))
-            offered.files.push_back(*path);
-        else
-            offered.unreachable.push_back(FromQt(hostPath));
-    }
+    for (const QString& hostPath : hostPaths)
+        offered.files.push_back(files.SourceFromHost(FromQt(hostPath)));
     return offered;
 }
 

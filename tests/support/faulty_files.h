@@ -87,6 +87,7 @@ class FaultyFiles : public FileSystem {
     std::optional<std::string> PathFromHost(Path hostPath) const override {
         return real.PathFromHost(hostPath);
     }
+    std::string SourceFromHost(Path hostPath) const override { return real.SourceFromHost(hostPath); }
 
   private:
     class Output;
