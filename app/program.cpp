@@ -2,9 +2,11 @@
 
 #include "app/locations_entry.h"
 #include "app/profiles.h"
+#include "archive/viewing_copy.h"
 #include "media/notes.h"
 #include "package/component_files.h"
 #include "package/file_primitives.h"
+#include "package/opening.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_commands.h"
 #include "sim/run_simulator.h"
@@ -174,19 +176,35 @@ std::optional<std::string> Program::ComponentPath(int group, int position) const
 
 void Program::OpenComponent(int group, int position) {
     Run([&] {
-        if (const auto path = ComponentPath(group, position); path && IsShownThere())
-            OpenComponentFile(context, *path);
+        const auto path = ComponentPath(group, position);
+        const auto seen = path && IsShownThere() ? MakeViewingCopy(context, *path) : "";
+        if (seen.empty())
+            return;
+        if (seen != *path)
+            ShowStatus("What is opened is an unpacked copy of " + LastPathComponent(seen) +
+                       ": changes made to it do not reach the package.");
+        OpenComponentFile(context, seen);
     });
 }
 
 void Program::ShowComponentInFolder(int group, int position) {
     Run([&] {
         const auto path = ComponentPath(group, position);
-        if (path && IsShownThere() &&
-            !launcher.OpenInFileManager(ParentDirectory(*path), WindowState::Normal))
-            user.Tell("The directory " + ParentDirectory(*path) + " could not be opened.",
-                      MessageIcon::Exclamation);
+        if (path && IsShownThere())
+            OpenInFileManager(context, ParentDirectory(*path));
     });
+}
+
+bool Program::CheckOpenings() {
+    if (isEnded || isRunning) // it is asked again
+        return isRunning;
+    const auto failures = launcher.TakeFailures();
+    if (!failures.empty())
+        Run([&] {
+            for (const auto& failed : failures)
+                TellNotOpened(user, failed);
+        });
+    return launcher.IsWaiting();
 }
 
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {

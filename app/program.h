@@ -69,6 +69,8 @@ class Program : private MainWindow {
     void SetFirstPackage();
     void OpenComponent(int group, int position);
     void ShowComponentInFolder(int group, int position); // in the system's file manager
+    // Says what could not be opened after all (Launcher::TakeFailures). False when there is nothing left to wait for.
+    bool CheckOpenings();
     void DeleteComponents(int group, const std::vector<int>& positions);
 
     // --- the pictures of the shown package

@@ -1,6 +1,7 @@
 #include "media/notes.h"
 
 #include "package/file_primitives.h"
+#include "package/opening.h"
 #include "platform/windows_path.h"
 
 namespace korvadex {
@@ -30,13 +31,6 @@ std::string ListedNotes(CommandContext& context, const LoadedPackage& package) {
     if (path.empty())
         context.user.Tell("No notes exist for this package.", MessageIcon::Exclamation);
     return path;
-}
-
-void OpenNotes(CommandContext& context, const std::string& path) {
-    if (!context.launcher.OpenInEditor(path))
-        context.user.Tell("No text editor could be started for the notes in " + path +
-                              ".  Please choose a program for text files in the settings of your system.",
-                          MessageIcon::Exclamation);
 }
 
 // An editor on a file that cannot be there would lose what is typed into it, and so would one on a file behind a
@@ -73,13 +67,13 @@ void CreateNotes(CommandContext& context, const LoadedPackage& package) {
                           MessageIcon::Exclamation);
         return;
     }
-    OpenNotes(context, path);
+    OpenInEditor(context, path);
     context.window.RefreshPackageDisplay();
 }
 
 void ReadNotes(CommandContext& context, const LoadedPackage& package) {
     if (const std::string path = ListedNotes(context, package); !path.empty())
-        OpenNotes(context, path);
+        OpenInEditor(context, path);
 }
 
 void DeleteNotes(CommandContext& context, const LoadedPackage& package) {
@@ -106,9 +100,7 @@ void ExplorePackage(CommandContext& context, const LoadedPackage& package) {
             "package may prevent unused gauges from being removed when you choose to remove "
             "the package from MSFS.",
             MessageIcon::Exclamation);
-    const std::string directory = ShownDirectory(context, package);
-    if (!context.launcher.OpenInFileManager(directory, WindowState::Normal))
-        context.user.Tell("The directory " + directory + " could not be opened.", MessageIcon::Exclamation);
+    OpenInFileManager(context, ShownDirectory(context, package));
 }
 
 } // namespace korvadex

@@ -2,6 +2,7 @@
 
 #include "package/file_primitives.h"
 #include "package/name_list.h"
+#include "package/opening.h"
 #include "platform/windows_path.h"
 
 namespace korvadex {
@@ -15,14 +16,10 @@ bool IsForEditor(const std::string& path) {
 } // namespace
 
 void OpenComponentFile(CommandContext& context, const std::string& path) {
-    if (IsForEditor(path)) {
-        context.launcher.OpenInEditor(path);
-    } else if (!IsStarted(context.launcher.OpenDocument(path))) {
-        context.user.Tell(
-            "I don't know what action to take with the selected file type.  Try associating it with a "
-            "program in Windows Explorer.",
-            MessageIcon::Exclamation);
-    }
+    if (IsForEditor(path))
+        OpenInEditor(context, path);
+    else
+        OpenWithItsProgram(context, path);
 }
 
 bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package, int group,

@@ -5,8 +5,15 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace korvadex {
+
+enum class OpenedIn { Editor, FileManager, ItsProgram };
+struct FailedOpening {
+    OpenedIn what;
+    std::string path;
+};
 
 enum class WindowState { Normal, Minimised, Maximised };
 
@@ -20,6 +27,11 @@ class Launcher {
     virtual bool OpenInFileManager(const std::string& directory, WindowState state) = 0;
     // The program that the system associates with the file, by the shell's verb "Open". See IsStarted.
     virtual int OpenDocument(const std::string& path) = 0;
+    // What of these three came to nothing after all: where a program of the desktop looks for the right one, it may
+    // end with an error some time after it was started. Each is given once.
+    virtual std::vector<FailedOpening> TakeFailures() { return {}; }
+    // Whether there may be more to take, for some seconds after the last one was started.
+    virtual bool IsWaiting() const { return false; }
     // A program of this system, normal window, focused.
     virtual bool StartProgram(const std::string& hostPath) = 0;
     // A program for Windows, in a maximised window with the focus, its own directory as the current one. ""

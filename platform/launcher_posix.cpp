@@ -1,7 +1,10 @@
 #include "platform/launcher.h"
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
+#include <fcntl.h>
 #include <spawn.h>
 #include <string_view>
 #include <sys/wait.h>
@@ -47,16 +50,53 @@ bool StartDetached(const std::vector<std::string>& command, const std::string& d
     return waitpid(process, &result, 0) == process && WIFEXITED(result) && WEXITSTATUS(result) == 0;
 }
 
+// Starts a program, found on the path, without input and output and away from our terminal. 0 when it cannot be.
+pid_t Start(const char* program, const std::string& argument) {
+    std::string words[] = {program, argument};
+    char* const arguments[] = {words[0].data(), words[1].data(), nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    pid_t process = 0;
+    const int error = posix_spawnp(&process, program, &actions, &attributes, arguments, environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    return error == 0 ? process : 0;
+}
+
+// One that ends with an error later than this has shown what it was to show.
+constexpr std::chrono::seconds Patience{10};
+
 class PosixLauncher : public Launcher {
   public:
     explicit PosixLauncher(const FileSystem& fileSystem) : files(fileSystem) {}
 
-    bool OpenInEditor(const std::string& path) override { return OpenWithDesktop(path); }
+    bool OpenInEditor(const std::string& path) override { return OpenWithDesktop(OpenedIn::Editor, path); }
     bool OpenInFileManager(const std::string& directory, WindowState /*state*/) override {
-        return OpenWithDesktop(directory);
+        return OpenWithDesktop(OpenedIn::FileManager, directory);
     }
     int OpenDocument(const std::string& path) override {
-        return OpenWithDesktop(path) ? Started : NoAssociation;
+        return OpenWithDesktop(OpenedIn::ItsProgram, path) ? Started : NoAssociation;
+    }
+    std::vector<FailedOpening> TakeFailures() override {
+        std::vector<FailedOpening> failures;
+        std::erase_if(openings, [&](const Opening& opening) {
+            int result = 0;
+            const pid_t ended = waitpid(opening.process, &result, WNOHANG);
+            if (ended == opening.process && WIFEXITED(result) && WEXITSTATUS(result) != 0 &&
+                opening.IsRecent())
+                failures.push_back(opening.opened);
+            return ended != 0;
+        });
+        return failures;
+    }
+    bool IsWaiting() const override {
+        return std::any_of(openings.begin(), openings.end(),
+                           [](const Opening& opening) { return opening.IsRecent(); });
     }
     bool StartProgram(const std::string& hostPath) override {
         return access(hostPath.c_str(), X_OK) == 0 && StartDetached({hostPath});
@@ -74,13 +114,24 @@ class PosixLauncher : public Launcher {
     }
 
   private:
-    bool OpenWithDesktop(const std::string& path) const {
+    struct Opening {
+        FailedOpening opened; // should it fail
+        pid_t process;
+        std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+
+        bool IsRecent() const { return std::chrono::steady_clock::now() - start < Patience; }
+    };
+
+    bool OpenWithDesktop(OpenedIn what, const std::string& path) {
         const std::string hostPath = files.HostPath(path);
-        return access(hostPath.c_str(), F_OK) == 0 && IsOnPath("xdg-open") &&
-               StartDetached({"xdg-open", hostPath});
+        const pid_t process = access(hostPath.c_str(), F_OK) == 0 ? Start("xdg-open", hostPath) : 0;
+        if (process != 0)
+            openings.push_back({{what, path}, process});
+        return process != 0;
     }
 
     const FileSystem& files;
+    std::vector<Opening> openings; // those that have not ended yet
 };
 
 } // namespace

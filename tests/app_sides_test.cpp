@@ -1,5 +1,7 @@
 #include "platform/windows_path.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
+#include "tests/support/zip_builder.h"
 
 namespace korvadex::test {
 namespace {
@@ -253,6 +255,38 @@ TEST_F(Sides, OpeningFiles) {
     program->ShowComponentInFolder(Documentation, 1);
     EXPECT_EQ(launcher.started,
               (Names{"open " + drive.At(directory) + "readme.txt", "explore " + drive.At(directory)}));
+}
+
+TEST_F(Sides, APackedFileIsOpenedAsAnUnpackedCopy) {
+    const std::string packed = ZipBuilder().Add("panel.bmp", "BM").Bytes();
+    drive.Put("Hangar\\Jets\\Concorde\\Texture\\panel.bmp", packed);
+    Start();
+    Select("Jets", 1);
+    program->OpenComponent(Texture, 0);
+    ASSERT_EQ(launcher.started.size(), 1u);
+    const std::string opened = launcher.started[0].substr(5);
+    EXPECT_EQ(LastPathComponent(opened), "panel.bmp");
+    EXPECT_EQ(drive.Get(opened.substr(drive.Root().size())), "BM");
+    EXPECT_TRUE(drive.Files().Info(opened)->readOnly);
+    EXPECT_EQ(drive.Get("Hangar\\Jets\\Concorde\\Texture\\panel.bmp"), packed);
+    EXPECT_THAT(form.status, testing::HasSubstr("an unpacked copy of panel.bmp"));
+    Start(); // the next time
+    EXPECT_FALSE(drive.Files().Info(opened));
+
+    FaultyFiles full(drive.Files());
+    full.FailOn("CreateDirectory", "Hangar", FileFault::ReadOnlyDisk);
+    ASSERT_TRUE(Make(full).Start());
+    Select("Jets", 1);
+    program->OpenComponent(Texture, 0);
+    EXPECT_THAT(launcher.started.back(), testing::HasSubstr("Staging"));
+    full.FailOn("Copy", "panel.bmp", FileFault::DiskFull);
+    user.Expect("The file " + drive.At("Hangar\\Jets\\Concorde\\Texture\\panel.bmp") +
+                " is packed, and no...");
+    ASSERT_TRUE(Make(full).Start());
+    Select("Jets", 1);
+    program->OpenComponent(Texture, 0);
+    EXPECT_EQ(launcher.started.size(), 2u);
+    EXPECT_FALSE(drive.Has("Hangar\\~kx~scratch"));
 }
 
 TEST_F(Sides, ACommandIsNotInterruptedByAnother) {

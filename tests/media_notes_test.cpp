@@ -98,7 +98,7 @@ TEST_P(NotesTest, TheDirectoryIsShownInTheFileManager) {
     launcher.hasDesktop = false;
     drive.Put(notes, "x");
     Load();
-    user.Expect("No text editor could be started for the notes in " + drive.At(notes) + "...", Answer::Ok);
+    user.Expect("No text editor could be started for " + drive.At(notes) + "...", Answer::Ok);
     ReadNotes(context, package);
 }
 

@@ -1,5 +1,6 @@
 // What only a host with case-sensitive names and without drive letters can get wrong.
 #include "platform/drive_map_posix.h"
+#include "platform/launcher.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 #include "tests/support/temporary_drive.h"
@@ -167,6 +168,32 @@ TEST_F(PosixHost, WhatNoDriveLeadsToCanBeReadOnly) {
                                  mapped->SetReadOnly(path, true), mapped->CreateDirectory(path + "x")})
         EXPECT_EQ(status.fault, FileFault::BadName);
     EXPECT_EQ(drive.Tree(), before);
+}
+
+TEST_F(PosixHost, AFailureToOpenComesLater) {
+    // Stands for the desktop's own, which looks for the right program and may find none.
+    drive.Put("bin\\xdg-open",
+              "#!/bin/sh\ncase $1 in *none*) sleep 0.1; exit 3;; *viewer*) exec sleep 1;; esac\n");
+    fs::permissions(Host("bin\\xdg-open"), fs::perms::owner_all);
+    for (const char* name : {"none.xyz", "viewer.txt", "fine.txt"})
+        drive.Put(name, "x");
+    const std::string former = std::getenv("PATH");
+    setenv("PATH", (Host("bin").string() + ":" + former).c_str(), 1);
+    const auto launcher = MakeHostLauncher(files);
+    const auto start = std::chrono::steady_clock::now();
+    for (const char* name : {"viewer.txt", "none.xyz", "fine.txt"})
+        EXPECT_TRUE(IsStarted(launcher->OpenDocument(drive.At(name))));
+    EXPECT_FALSE(launcher->OpenInEditor(drive.At("gone.txt")));
+    setenv("PATH", former.c_str(), 1);
+    std::vector<FailedOpening> failures;
+    while (failures.empty() && launcher->IsWaiting())
+        failures = launcher->TakeFailures();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << "nothing is waited for";
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_EQ(failures[0].path, drive.At("none.xyz"));
+    EXPECT_EQ(failures[0].what, OpenedIn::ItsProgram);
+    while (launcher->IsWaiting())
+        EXPECT_TRUE(launcher->TakeFailures().empty());
 }
 
 } // namespace

@@ -360,6 +360,10 @@ TEST_F(HangarWindow, FilesAreOpenedShownAndDeletedByKeyAndMenu) {
     EXPECT_EQ(launcher.started, (std::vector<std::string>{"open " + drive.At(directory) + "b.txt",
                                                           "explore " + drive.At(directory),
                                                           "open " + drive.At(directory) + "c.txt"}));
+    launcher.failures = {{OpenedIn::ItsProgram, "c.txt"}};
+    user.ExpectMessage("I don't know what action to take with the selected file type.*", "OK");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return launcher.failures.empty(); }));
+    user.Finish();
     select({});
     user.ExpectMessage("Select a file to delete first.", "OK");
     QTest::keyClick(&list, Qt::Key_Delete);

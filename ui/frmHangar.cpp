@@ -19,6 +19,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QShortcut>
+#include <QTimer>
 
 namespace korvadex {
 
@@ -26,6 +27,9 @@ namespace {
 
 // A long command paints the window at most this often.
 constexpr int PaintInterval = 40; // ms
+
+// How often it is looked whether other programs could open what they were given.
+constexpr int OpeningsInterval = 200; // ms
 
 constexpr int ButtonMargins = 12;
 
@@ -54,7 +58,8 @@ void SetText(QLineEdit* box, const QString& text) {
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
     : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
-      prbProgress(new QProgressBar), processZip(new QShortcut(QKeySequence("Ctrl+O"), this)) {
+      prbProgress(new QProgressBar), processZip(new QShortcut(QKeySequence("Ctrl+O"), this)),
+      checkOpenings(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     menus = new Menus(ui->mnuBar);
@@ -93,6 +98,11 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ConnectControls();
     ConnectFilter();
     ConnectMenus();
+    checkOpenings->setInterval(OpeningsInterval);
+    connect(checkOpenings, &QTimer::timeout, this, [this] {
+        if (!program || !program->CheckOpenings())
+            checkOpenings->stop();
+    });
     ShowSide(true);
     FitToScreen(*this);
 }
@@ -254,6 +264,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
         ShowPicture(view, package);
     shownRevision = view.listRevision;
     shownImage = view.imageIndex;
+    checkOpenings->start(); // a command may have opened something
 }
 
 // A name that was proposed is marked: typing replaces it.

@@ -14,6 +14,7 @@
 class QLabel;
 class QProgressBar;
 class QShortcut;
+class QTimer;
 
 namespace Ui {
 class frmHangar;
@@ -89,6 +90,7 @@ class frmHangar : public QMainWindow, public MainForm {
     QLabel* lblCounts;
     QProgressBar* prbProgress;
     QShortcut* processZip; // for the side whose menu has no such entry
+    QTimer* checkOpenings;
     std::unique_ptr<frmFileList> fileList;
     std::unique_ptr<frmPhotos> photos;
     QElapsedTimer lastPaint;

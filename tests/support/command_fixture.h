@@ -65,6 +65,8 @@ class RecordingLauncher : public Launcher {
         started.push_back("run " + path);
         return simulatorRefusal;
     }
+    std::vector<FailedOpening> failures; // what TakeFailures gives
+    std::vector<FailedOpening> TakeFailures() override { return std::exchange(failures, {}); }
     std::string simulatorRefusal; // what RunSimulator answers
 };
 

@@ -1,0 +1,17 @@
+// Opening files and directories with other programs of the system, and saying so where that came to nothing.
+#pragma once
+
+#include "package/command_context.h"
+
+#include <string>
+
+namespace korvadex {
+
+void OpenInEditor(CommandContext& context, const std::string& path);
+void OpenWithItsProgram(CommandContext& context, const std::string& path);
+void OpenInFileManager(CommandContext& context, const std::string& directory);
+
+// What is said of one that was started and failed later; the three above say the same at once.
+void TellNotOpened(UserDialogs& user, const FailedOpening& failed);
+
+} // namespace korvadex
