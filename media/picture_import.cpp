@@ -21,7 +21,7 @@ Status WriteNew(FileSystem& files, const std::string& path, std::string_view byt
         return file.status();
     if (Status status = (*file)->Write(std::as_bytes(std::span(bytes))); !status)
         return status;
-    return (*file)->Close(true);
+    return (*file)->Close(false);
 }
 
 Status CopyPlain(FileSystem& files, const std::string& from, const std::string& to) {
@@ -61,6 +61,7 @@ class PictureImport {
     using Write = std::function<Status(const std::string& path)>;
     void Add(const std::string& subject, const std::string& base, const std::string& extension,
              const Write& write);
+    void FlushImported();
     Result<std::string> Place(const std::string& base, const std::string& extension, const Write& write);
     Status MakeDirectory();
 
@@ -93,6 +94,7 @@ Result<std::string> PictureImport::Place(const std::string& base, const std::str
     if (!scratch)
         return scratch.status();
     Status status = write(*scratch);
+    files.BeginFlush(*scratch);
     Result<std::string> placed =
         status ? names.Move(files, *scratch, directory, base, extension) : Result<std::string>(status);
     ReleaseScratch(files, *scratch);
@@ -126,7 +128,26 @@ void PictureImport::AddFile(PictureConverter& converter, const std::string& path
         [&](const std::string& scratch) { return CopyPlain(files, path, scratch); });
 }
 
+// What is done is on the disk, however soon the power fails.
+void PictureImport::FlushImported() {
+    std::vector<std::string> written = imported;
+    written.push_back(WithoutBackslash(directory));
+    if (isDirectoryMade)
+        written.push_back(WithoutBackslash(package.path));
+    std::vector<std::string> unsure;
+    for (const Status& flushed : files.Flush(written)) {
+        if (!flushed)
+            unsure.push_back(flushed.path + ": " + DescribeFault(flushed.fault));
+    }
+    if (!unsure.empty())
+        context.user.Tell("Not all that was imported could be written to the disk:\r\n\r\n" +
+                              ListNames(unsure) + "\r\n\r\nPlease import it again when that is settled.",
+                          MessageIcon::Exclamation);
+}
+
 std::vector<std::string> PictureImport::Finish() {
+    if (!imported.empty())
+        FlushImported();
     if (imported.empty() && isDirectoryMade)
         static_cast<void>(files.RemoveDirectory(WithoutBackslash(directory)));
     if (!failures.empty())
