@@ -157,19 +157,20 @@ void Program::CompressEach(const std::string& question, bool compress) {
         return;
     LeftPackages left(packages);
     state.BatchMode = true;
+    state.notCompressed.clear();
     ForEachPackage(packages, [&](const PackageInBatch& selected) {
         if (const auto reason = LoadForBatch(selected, {Place::Hangar}); !reason.empty()) {
             left.Add(selected, reason);
             return;
         }
-        if (package.isCompressed == compress)
+        if (!compress && !package.isCompressed)
             return;
         state.CommandCode = compress ? CompressShownPackage : DecompressShownPackage;
         RunHangarCommand(context, state, memory, package);
     });
     state.BatchMode = false;
     left.Tell(user, "The following packages were left as they are");
-    user.Tell("Done.");
+    TellCompressed(context, state.notCompressed);
 }
 
 void Program::CompressAll() {

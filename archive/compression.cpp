@@ -6,6 +6,8 @@
 #include "package/scratch.h"
 #include "package/walk.h"
 
+#include <algorithm>
+
 namespace korvadex {
 
 namespace {
@@ -22,52 +24,68 @@ std::uint64_t UnpackedMeg(const FileSystem& files, const Tree& tree, const std::
     return (bytes + BytesPerMeg / 2) / BytesPerMeg;
 }
 
-std::vector<std::string> PathsOf(const FileList& list) {
-    std::vector<std::string> paths;
-    for (const FileEntry& file : list.entries)
-        paths.push_back(file.path);
-    return paths;
+// The bitmaps and gauges; cut says when there are more than a limit allows.
+std::vector<FileEntry> Packable(const Tree& tree, const WalkLimits& limits, ListCut& cut) {
+    std::vector<FileEntry> packable;
+    cut = tree.isLevelCut ? ListCut::Level : ListCut::None;
+    for (const char* extension : {"bmp", "gau"}) {
+        const FileList list = CollectFiles(tree, extension, FileMode::Extension, limits);
+        cut = cut == ListCut::None ? list.cut : cut;
+        packable.insert(packable.end(), list.entries.begin(), list.entries.end());
+    }
+    return packable;
 }
 
-} // namespace
-
-bool CompressPackage(CommandContext& context, const std::string& packagePath, bool compress) {
-    const Tree tree = WalkTree(context.files, packagePath);
-    const FileList passes[] = {CollectFiles(tree, "bmp", FileMode::Extension, context.limits),
-                               CollectFiles(tree, "gau", FileMode::Extension, context.limits)};
-    std::vector<FileEntry> packable;
-    for (const FileList& pass : passes) {
-        const ListCut cut = tree.isLevelCut ? ListCut::Level : pass.cut;
-        if (cut != ListCut::None) {
-            context.user.Tell(packagePath + "\r\n\r\n" + DescribeCut(cut, context.limits) +
-                                  "\r\n\r\nNothing was changed.",
-                              MessageIcon::Exclamation);
-            return false;
-        }
-        packable.insert(packable.end(), pass.entries.begin(), pass.entries.end());
-    }
-    const std::uint64_t meg = compress ? UnpackedMeg(context.files, tree, packable) : 0;
-
-    for (const FileList& pass : passes) {
-        context.window.ShowProgress(0, static_cast<int>(pass.entries.size()));
-        int done = 0;
-        const auto step = [&] { context.window.SetProgress(++done); };
-        if (compress)
-            ZipFilesInPlace(context, PathsOf(pass), step);
-        else
-            UnzipFilesInPlace(context, PathsOf(pass), step);
-    }
-    // A marker that cannot be written only costs the words beside the size.
+// The marker says what is packed: it stands while anything is.
+void UpdateMarker(CommandContext& context, const std::string& packagePath, std::uint64_t meg, bool isPacked) {
     const std::string marker = packagePath + std::string(CompressionMarkerName);
-    if (compress)
+    // A marker that cannot be written only costs the words beside the size.
+    if (isPacked)
         static_cast<void>(RewriteLines(
             context.files, context.locations, marker,
             {std::to_string(meg) + " Meg have been compressed.  All files with .bmp and .gau extentions "
                                    "have been compressed by Korvadex.  Please do not remove this file."}));
     else
         DeleteFileForced(context.files, marker);
+}
+
+} // namespace
+
+std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath,
+                                         bool compress) {
+    const Tree tree = WalkTree(context.files, packagePath);
+    ListCut cut = ListCut::None;
+    const std::vector<FileEntry> packable = Packable(tree, context.limits, cut);
+    if (cut != ListCut::None)
+        return {packagePath + "\r\n\r\n" + DescribeCut(cut, context.limits) + "\r\n\r\nNothing was changed."};
+    const std::uint64_t meg = UnpackedMeg(context.files, tree, packable);
+
+    std::vector<std::string> paths;
+    for (const FileEntry& file : packable)
+        paths.push_back(file.path);
+    context.window.ShowProgress(0, static_cast<int>(paths.size()));
+    int done = 0;
+    const auto step = [&] { context.window.SetProgress(++done); };
+    const std::vector<FileFailure> failures =
+        compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
+    const auto isStillPacked = [&](const FileFailure& failure) {
+        return ReadPackedMember(context.files, failure.path) != std::nullopt;
+    };
+    UpdateMarker(context, packagePath, meg,
+                 compress ? failures.size() < paths.size() || paths.empty()
+                          : std::ranges::any_of(failures, isStillPacked));
     context.window.HideProgress();
-    return true;
+    std::vector<std::string> texts;
+    for (const FileFailure& failure : failures)
+        texts.push_back(failure.text);
+    return texts;
+}
+
+bool HasFilesToPack(CommandContext& context, const std::string& packagePath) {
+    ListCut cut = ListCut::None;
+    return std::ranges::any_of(
+        Packable(WalkTree(context.files, packagePath), context.limits, cut),
+        [&](const FileEntry& file) { return !ReadPackedMember(context.files, file.path); });
 }
 
 } // namespace korvadex

@@ -1,21 +1,18 @@
 #include "archive/in_place.h"
 
 #include "archive/deflated_file.h"
+#include "archive/exchange.h"
 #include "archive/inflaters.h"
-#include "archive/member_names.h"
 #include "archive/mod_unzip.h"
 #include "archive/mod_zip.h"
 #include "archive/zip_bytes.h"
-#include "archive/zip_source.h"
 #include "package/file_primitives.h"
-#include "package/scratch.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
 #include <array>
 #include <deque>
 #include <future>
-#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -32,161 +29,22 @@ unsigned ProcessorCount() {
     return std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
 }
 
-struct OnlyMember {
-    std::string name;
-    std::uint64_t size = 0, packedSize = 0;
-    std::uint32_t crc = 0, method = 0;
-    bool isEncrypted = false;
+// A file that was not packed or unpacked: the code of the library, and the cause where it is known.
+struct Problem {
+    int code = 0;
+    std::string cause;
 };
 
-// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as
-// a program with an archive behind it or an archive with a comment. What other programs forgive is no packed file.
-std::optional<OnlyMember> ReadOnlyMember(zip_source_t* source) {
-    const std::uint64_t size = SizeOf(source).value_or(0);
-    if (size < ZipRecord::LocalSize + ZipRecord::CentralSize + ZipRecord::EndSize)
-        return std::nullopt;
-    const auto start = BytesAt(source, 0, 4),
-               end = BytesAt(source, size - ZipRecord::EndSize, ZipRecord::EndSize);
-    if (!start || !end || Little(*start, 0, 4) != ZipRecord::Local || Little(*end, 0, 4) != ZipRecord::End)
-        return std::nullopt;
-    const std::uint64_t directorySize = Little(*end, 12, 4), directoryOffset = Little(*end, 16, 4);
-    if (Little(*end, 8, 2) != 1 || Little(*end, 10, 2) != 1 || directorySize < ZipRecord::CentralSize ||
-        directoryOffset + directorySize + ZipRecord::EndSize != size)
-        return std::nullopt;
-    const auto directory = BytesAt(source, directoryOffset, directorySize);
-    if (!directory || Little(*directory, 0, 4) != ZipRecord::Central || Little(*directory, 42, 4) != 0)
-        return std::nullopt;
-    const std::size_t nameSize = Little(*directory, 28, 2);
-    if (ZipRecord::CentralSize + nameSize > directorySize)
-        return std::nullopt;
-    return OnlyMember{.name = directory->substr(ZipRecord::CentralSize, nameSize),
-                      .size = Little(*directory, 24, 4),
-                      .packedSize = Little(*directory, 20, 4),
-                      .crc = static_cast<std::uint32_t>(Little(*directory, 16, 4)),
-                      .method = static_cast<std::uint32_t>(Little(*directory, 10, 2)),
-                      .isEncrypted = (Little(*directory, 8, 2) & 1) != 0};
+std::string UnzipProblem(const std::string& path, const Problem& problem) {
+    const std::string code = " (code " + std::to_string(problem.code) + ")";
+    if (problem.cause.empty())
+        return "There was a problem unzipping file " + path + ".  It may be corrupt." + code;
+    return "There was a problem unzipping file " + path + "." + code + "  (" + problem.cause + ")";
 }
 
-// The member of an archive of nothing but the member of the file's own name.
-std::optional<OnlyMember> PackedMember(const FileSystem& files, const std::string& archive) {
-    const auto info = files.Info(archive);
-    if (!info || info->kind != EntryKind::File)
-        return std::nullopt;
-    ZipError error;
-    const ZipSource source = MakeZipSource(files, archive, error);
-    if (!source || zip_source_open(source.get()) != 0)
-        return std::nullopt;
-    auto member = ReadOnlyMember(source.get());
-    zip_source_close(source.get());
-    if (!member)
-        return std::nullopt;
-    const MemberName memberName = ReadMemberName(member->name);
-    const bool isOwn = memberName.components.size() == 1 && !memberName.isDirectory &&
-                       EqualNoCase(memberName.components.front(), LastPathComponent(archive));
-    return isOwn ? member : std::nullopt;
-}
-
-// Complete files under scratch names that take the places of the old ones together, whose times and attributes
-// they get. What fails leaves the old file and is told in the words given.
-class Exchange {
-  public:
-    using Teller = std::function<void(const std::string& path)>;
-    Exchange(CommandContext& commandContext, Teller failureTeller)
-        : context(commandContext), tell(std::move(failureTeller)) {}
-    Exchange(const Exchange&) = delete;
-    Exchange& operator=(const Exchange&) = delete;
-    ~Exchange() { Release(); }
-
-    // A scratch directory of this exchange alone, on the file's volume, in which its name is free; "" when there is
-    // none. It is the simulator's wherever that lies on the same volume.
-    std::string DirectoryFor(const std::string& path) {
-        FileSystem& files = context.files;
-        std::string base = context.locations.MsfsDir;
-        if (!files.SameVolume(base, path)) {
-            base = context.locations.RootOf(path);
-            if (base.empty() || !files.SameVolume(base, path))
-                base = ParentDirectory(path);
-        }
-        const auto isTaken = [&](const std::string& directory) {
-            return std::ranges::any_of(waiting, [&](const Replacement& other) {
-                return EqualNoCase(other.from, directory + LastPathComponent(path));
-            });
-        };
-        if (const auto own = directories.find(base); own != directories.end()) {
-            if (!isTaken(own->second)) {
-                Drop(own->second, path);
-                return own->second;
-            }
-            Commit();
-        }
-        const auto made = MakeScratchName(files, context.locations, base + "files");
-        if (!made || !files.CreateDirectory(*made))
-            return "";
-        return directories[base] = AddBackslash(*made);
-    }
-
-    // The file at directory & own name is to be deleted if it is still there.
-    void Drop(const std::string& directory, const std::string& path) {
-        if (!directory.empty())
-            DeleteFileForced(context.files, directory + LastPathComponent(path));
-    }
-
-    // False when the new file could not be made like the old one.
-    bool Add(const std::string& directory, const std::string& path) {
-        const std::string made = directory + LastPathComponent(path);
-        const auto info = context.files.Info(made);
-        if (!info || !context.files.CopyAttributes(path, made))
-            return false;
-        context.files.BeginFlush(made);
-        waiting.push_back({made, path});
-        bytes += info->size;
-        return true;
-    }
-
-    bool IsFull() const { return waiting.size() >= MaxFiles || bytes >= MaxBytes; }
-
-    // True when every file has taken its place.
-    bool Commit() {
-        const auto outcomes = context.files.ReplaceAll(waiting);
-        const auto exchanged = Release();
-        bool isDone = true;
-        for (std::size_t i = 0; i < outcomes.size(); ++i) {
-            if (outcomes[i])
-                continue;
-            isDone = false;
-            tell(exchanged[i].to);
-        }
-        return isDone;
-    }
-
-  private:
-    static constexpr std::size_t MaxFiles = 256;
-    static constexpr std::uint64_t MaxBytes = 256u << 20;
-
-    std::vector<Replacement> Release() {
-        for (const auto& directory : directories)
-            ReleaseScratch(context.files, directory.second);
-        directories.clear();
-        bytes = 0;
-        return std::exchange(waiting, {});
-    }
-
-    CommandContext& context;
-    const Teller tell;
-    std::vector<Replacement> waiting;
-    std::map<std::string, std::string> directories; // by what they lie in
-    std::uint64_t bytes = 0;
-};
-
-void TellUnzipProblem(CommandContext& context, const std::string& path, int code) {
-    context.user.Tell("There was a problem unzipping file " + path + ".  It may be corrupt. (code " +
-                          std::to_string(code) + ")",
-                      MessageIcon::Exclamation);
-}
-
-void TellZipProblem(CommandContext& context, const std::string& path, int code) {
-    context.user.Tell("There was a problem zipping file " + path + ". (code " + std::to_string(code) + ")",
-                      MessageIcon::Exclamation);
+std::string ZipProblem(const std::string& path, const Problem& problem) {
+    return "There was a problem zipping file " + path + ". (code " + std::to_string(problem.code) + ")  (" +
+           problem.cause + ")";
 }
 
 modUnzip InPlaceUnzip(const std::string& path) {
@@ -201,23 +59,32 @@ modUnzip InPlaceUnzip(const std::string& path) {
     return unzip;
 }
 
-// 0 when the unpacked file waits in the exchange.
-int Unpack(CommandContext& context, const std::string& path, Exchange& exchange) {
-    if (!PackedMember(context.files, path))
-        return UnzipCode::NotAnArchive;
+Problem ProblemOf(const Status& status) {
+    return {UnzipCode::DiskFull, DescribeFault(status.fault)};
+}
+
+// Code 0 when the unpacked file waits in the exchange.
+Problem Unpack(CommandContext& context, const std::string& path, Exchange& exchange) {
+    const auto seen = context.files.Info(path);
+    if (!seen || !ReadPackedMember(context.files, path))
+        return {UnzipCode::NotAnArchive, ""};
+    const auto directory = exchange.DirectoryFor(path);
+    if (!directory)
+        return ProblemOf(directory.status());
     // What is unpacked is checked on the way, so that a test before would only do the work twice.
     modUnzip unzip = InPlaceUnzip(path);
-    unzip.uExtractDir = exchange.DirectoryFor(path);
-    int code = unzip.uExtractDir.empty() ? UnzipCode::DiskFull : unzip.UnzipArchive(context);
-    if (code == UnzipCode::Ok && !exchange.Add(unzip.uExtractDir, path))
-        code = UnzipCode::DiskFull;
-    if (code != UnzipCode::Ok)
-        exchange.Drop(unzip.uExtractDir, path);
-    // A file that fails the test of an archive is left alone without a word; one that could not be written is
-    // not.
-    if (code == UnzipCode::DiskFull)
-        TellUnzipProblem(context, path, code);
-    return code;
+    unzip.uExtractDir = *directory;
+    Problem problem{unzip.UnzipArchive(context), ""};
+    if (problem.code == UnzipCode::Ok) {
+        if (const Status added = exchange.Add(*directory, path, *seen); !added)
+            problem = ProblemOf(added);
+    } else if (problem.code == UnzipCode::DiskFull) {
+        problem.cause =
+            unzip.uRefused.empty() ? DescribeFault(FileFault::DiskFull) : unzip.uRefused.front().reason;
+    }
+    if (problem.code != UnzipCode::Ok)
+        exchange.Drop(*directory, path);
+    return problem;
 }
 
 // A packed file that is unpacked while others are written.
@@ -232,6 +99,7 @@ struct Unpacking {
 
     const std::string path;
     Inflaters& inflaters;
+    FileInfo seen;        // as it was before it was read
     bool isAhead = false; // otherwise the unzip library takes it, when it is its turn
     InflateJob job;
 };
@@ -259,13 +127,15 @@ std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::st
     constexpr std::uint64_t maxBytes = 64u << 20;
     constexpr std::uint32_t stored = 0, deflated = 8;
     auto unpacking = std::make_unique<Unpacking>(path, inflaters);
-    const auto member = PackedMember(files, path);
+    const auto info = files.Info(path);
+    const auto member = ReadPackedMember(files, path);
     const bool isUsual =
-        member && !member->isEncrypted &&
+        info && member && !member->isEncrypted &&
         (member->method == deflated || (member->method == stored && member->packedSize == member->size)) &&
         member->size + member->packedSize <= maxBytes;
     if (!isUsual)
         return unpacking;
+    unpacking->seen = *info;
     InflateJob& job = unpacking->job;
     job.packedSize = static_cast<std::size_t>(member->packedSize);
     job.size = static_cast<std::size_t>(member->size);
@@ -292,21 +162,23 @@ Status WriteNew(FileSystem& files, const std::string& path, std::span<const std:
     return status ? (*file)->Close(false) : status;
 }
 
-void FinishUnpacking(CommandContext& context, Unpacking& unpacking, Exchange& exchange) {
-    if (!unpacking.isAhead) {
-        Unpack(context, unpacking.path, exchange);
-        return;
-    }
+Problem FinishUnpacking(CommandContext& context, Unpacking& unpacking, Exchange& exchange) {
+    if (!unpacking.isAhead)
+        return Unpack(context, unpacking.path, exchange);
     unpacking.inflaters.Wait(unpacking.job);
     if (unpacking.job.code != UnzipCode::Ok)
-        return; // no sound archive: left alone
-    const std::string directory = exchange.DirectoryFor(unpacking.path);
-    const std::string made = directory + LastPathComponent(unpacking.path);
-    if (!directory.empty() && WriteNew(context.files, made, unpacking.job.Unpacked()) &&
-        exchange.Add(directory, unpacking.path))
-        return;
-    exchange.Drop(directory, unpacking.path);
-    TellUnzipProblem(context, unpacking.path, UnzipCode::DiskFull);
+        return {unpacking.job.code, ""};
+    const auto directory = exchange.DirectoryFor(unpacking.path);
+    if (!directory)
+        return ProblemOf(directory.status());
+    Status status =
+        WriteNew(context.files, *directory + LastPathComponent(unpacking.path), unpacking.job.Unpacked());
+    if (status)
+        status = exchange.Add(*directory, unpacking.path, unpacking.seen);
+    if (status)
+        return {};
+    exchange.Drop(*directory, unpacking.path);
+    return ProblemOf(status);
 }
 
 // Goes through the paths in order, a few of them ahead of their turn and not too many bytes at once.
@@ -337,6 +209,7 @@ struct Packing {
         contents; // none when it is packed already, or is packed while it is written
     std::future<void> packed;
     bool isPackedAlready = false;
+    FileInfo seen; // as it was before it was read
     std::uint64_t size = 0;
 };
 
@@ -347,6 +220,7 @@ Packing BeginPacking(CommandContext& context, const std::string& path) {
     const auto info = context.files.Info(path);
     if (packing.isPackedAlready || !info || info->kind != EntryKind::File)
         return packing;
+    packing.seen = *info;
     auto contents = std::make_unique<DeflatedFile>(context.files, path);
     if (!contents->Read(*info) || !contents->IsRead())
         return packing;
@@ -357,30 +231,49 @@ Packing BeginPacking(CommandContext& context, const std::string& path) {
     return packing;
 }
 
-void FinishPacking(CommandContext& context, Packing& packing, Exchange& exchange) {
+std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode,
+                    std::uint64_t size) {
+    const auto space = context.files.FreeSpace(directory);
+    switch (zipCode) {
+    case ZipCode::NoMemory:
+        return "there was not enough memory";
+    case ZipCode::TooBig:
+        return "it is larger than 4 GB";
+    case ZipCode::ReadError:
+    case ZipCode::CannotOpen:
+        return "it could not be read";
+    default:
+        return space && *space < size ? DescribeFault(FileFault::DiskFull)
+                                      : "the archive could not be written";
+    }
+}
+
+// Code 0 when the packed file waits in the exchange, or nothing was to be done.
+Problem FinishPacking(CommandContext& context, Packing& packing, Exchange& exchange) {
     if (packing.isPackedAlready)
-        return;
+        return {};
     if (packing.packed.valid())
         packing.packed.wait();
+    const auto directory = exchange.DirectoryFor(packing.path);
+    if (!directory)
+        return {ZipCode::CannotCreate, DescribeFault(directory.fault())};
     modZip zip;
     zip.zJunkDir = 1;
     zip.zLevel = '0' + BestZipLevel;
     zip.zNumberFiles = 1;
     zip.zZipNames[0] = packing.path;
     zip.zPrepared = packing.contents.get();
-    int code = ZipCode::CannotCreate;
-    const std::string directory = exchange.DirectoryFor(packing.path);
-    if (!directory.empty()) {
-        zip.zZipFileName = directory + LastPathComponent(packing.path);
-        code = zip.ZipArchive(context);
-        if (code == ZipCode::Ok &&
-            (!PackedMember(context.files, zip.zZipFileName) || !exchange.Add(directory, packing.path)))
-            code = ZipCode::WriteError;
-    }
-    if (code == ZipCode::Ok)
-        return;
-    exchange.Drop(directory, packing.path);
-    TellZipProblem(context, packing.path, code);
+    zip.zZipFileName = *directory + LastPathComponent(packing.path);
+    Problem problem{zip.ZipArchive(context), ""};
+    if (problem.code != ZipCode::Ok)
+        problem.cause = CauseOf(context, *directory, problem.code, packing.seen.size);
+    else if (!ReadPackedMember(context.files, zip.zZipFileName))
+        problem = {ZipCode::WriteError, "the archive could not be written"};
+    else if (const Status added = exchange.Add(*directory, packing.path, packing.seen); !added)
+        problem = {ZipCode::WriteError, DescribeFault(added.fault)};
+    if (problem.code != ZipCode::Ok)
+        exchange.Drop(*directory, packing.path);
+    return problem;
 }
 
 } // namespace
@@ -389,59 +282,71 @@ int UnzipFileInPlace(CommandContext& context, const std::string& path, bool test
     if (path.empty())
         return UnzipCode::Ok;
     if (testOnly) {
-        if (!PackedMember(context.files, path))
+        if (!ReadPackedMember(context.files, path))
             return UnzipCode::NotAnArchive;
         modUnzip unzip = InPlaceUnzip(path);
         unzip.uTestZip = 1;
         return unzip.UnzipArchive(context);
     }
-    Exchange exchange(
-        context, [&](const std::string& failed) { TellUnzipProblem(context, failed, UnzipCode::DiskFull); });
-    const int code = Unpack(context, path, exchange);
-    return code == UnzipCode::Ok && !exchange.Commit() ? UnzipCode::DiskFull : code;
+    Exchange exchange(context);
+    Problem problem = Unpack(context, path, exchange);
+    exchange.Commit();
+    if (!exchange.Failures().empty())
+        problem = ProblemOf(exchange.Failures().front());
+    // A file that fails the test of an archive is left alone without a word; one that could not be written is not.
+    if (problem.code == UnzipCode::DiskFull)
+        context.user.Tell(UnzipProblem(path, problem), MessageIcon::Exclamation);
+    return problem.code;
 }
 
 void ZipFileInPlace(CommandContext& context, const std::string& path) {
-    ZipFilesInPlace(context, {path}, [] {});
+    for (const FileFailure& failure : ZipFilesInPlace(context, {path}, [] {}))
+        context.user.Tell(failure.text, MessageIcon::Exclamation);
 }
 
-void UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
-                       const std::function<void()>& afterEach) {
-    Exchange exchange(
-        context, [&](const std::string& failed) { TellUnzipProblem(context, failed, UnzipCode::DiskFull); });
+std::vector<FileFailure> UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                                           const std::function<void()>& afterEach) {
+    std::vector<FileFailure> failures;
+    Exchange exchange(context);
     using Job = std::unique_ptr<Unpacking>;
     Inflaters inflaters(ProcessorCount() > 1 ? ProcessorCount() : 0);
     WorkAhead<Job>(
         paths, [&](const std::string& path) { return BeginUnpacking(context.files, path, inflaters); },
         [](const Job& job) { return job->job.capacity; },
         [&](Job& job) {
-            FinishUnpacking(context, *job, exchange);
+            const Problem problem = FinishUnpacking(context, *job, exchange);
+            if (problem.code != UnzipCode::Ok && problem.code != UnzipCode::NotAnArchive)
+                failures.push_back({job->path, UnzipProblem(job->path, problem)});
             if (exchange.IsFull())
                 exchange.Commit();
             afterEach();
         });
     exchange.Commit();
+    for (const Status& failed : exchange.Failures())
+        failures.push_back({failed.path, UnzipProblem(failed.path, ProblemOf(failed))});
+    return failures;
 }
 
-void ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
-                     const std::function<void()>& afterEach) {
-    Exchange exchange(
-        context, [&](const std::string& failed) { TellZipProblem(context, failed, ZipCode::WriteError); });
+std::vector<FileFailure> ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                                         const std::function<void()>& afterEach) {
+    std::vector<FileFailure> failures;
+    Exchange exchange(context);
     WorkAhead<Packing>(
         paths, [&](const std::string& path) { return BeginPacking(context, path); },
         [](const Packing& packing) { return packing.size; },
         [&](Packing& packing) {
-            FinishPacking(context, packing, exchange);
+            const Problem problem = FinishPacking(context, packing, exchange);
+            if (problem.code != ZipCode::Ok)
+                failures.push_back({packing.path, ZipProblem(packing.path, problem)});
             if (exchange.IsFull())
                 exchange.Commit();
             afterEach();
         });
     exchange.Commit();
-}
-
-std::uint64_t UnpackedSize(const FileSystem& files, const FileEntry& file) {
-    const auto member = PackedMember(files, file.path);
-    return member ? member->size : file.info.size;
+    for (const Status& failed : exchange.Failures())
+        failures.push_back(
+            {failed.path, ZipProblem(failed.path, {ZipCode::WriteError, DescribeFault(failed.fault)})});
+    return failures;
 }
 
 } // namespace korvadex

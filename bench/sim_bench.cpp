@@ -116,7 +116,7 @@ Work CompressWork(const TemporaryDrive& drive) {
         },
         {{"korvadex", Ours([&drive] {
               Command command(drive);
-              return CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true) &&
+              return CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true).empty() &&
                      !command.user.isWarned;
           })},
          {"zip -9 -j",
@@ -160,7 +160,7 @@ Work DecompressWork(const TemporaryDrive& drive) {
             },
             {{"korvadex", Ours([&drive] {
                   Command own(drive);
-                  return CompressPackage(own.context, "C:\\Hangar\\Bench\\Pictures\\", false) &&
+                  return CompressPackage(own.context, "C:\\Hangar\\Bench\\Pictures\\", false).empty() &&
                          !own.user.isWarned;
               })},
              {"unzip",

@@ -59,6 +59,8 @@ struct CommandState {
     std::vector<std::string> keptPackages;
     // Gauges of removed packages that could not be deleted, with the reason; named there as well.
     std::vector<std::string> remainingGauges;
+    // What a batch did not compress or decompress, with the reason.
+    std::vector<std::string> notCompressed;
 };
 
 } // namespace korvadex

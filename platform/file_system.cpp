@@ -26,6 +26,8 @@ std::string DescribeFault(FileFault fault) {
         return "the name cannot be stored on this disk";
     case FileFault::IsLink:
         return "it is a link to another place";
+    case FileFault::Changed:
+        return "it was changed meanwhile";
     case FileFault::Failed:
         break;
     }
@@ -34,9 +36,22 @@ std::string DescribeFault(FileFault fault) {
 
 std::vector<Status> FileSystem::ReplaceAll(std::span<const Replacement> replacements) {
     std::vector<Status> outcomes;
-    for (const auto& [from, to] : replacements)
-        outcomes.push_back(Replace(from, to));
+    for (const Replacement& replacement : replacements) {
+        const Status unchanged = CheckUnchanged(replacement);
+        outcomes.push_back(unchanged ? Replace(replacement.from, replacement.to) : unchanged);
+    }
     return outcomes;
+}
+
+Status FileSystem::CheckUnchanged(const Replacement& replacement) const {
+    if (!replacement.seen)
+        return {};
+    const auto now = Info(replacement.to);
+    if (!now)
+        return now.status();
+    const FileInfo& seen = *replacement.seen;
+    const bool isSame = now->kind == seen.kind && now->size == seen.size && now->time == seen.time;
+    return isSame ? Status{} : Status{FileFault::Changed, replacement.to, 0};
 }
 
 } // namespace korvadex

@@ -33,6 +33,7 @@ enum class FileFault {
     OtherVolume, // a rename across two volumes
     BadName,     // the host cannot store this name or path
     IsLink,      // the operation does not follow links
+    Changed,     // it is not as it was when it was read
     Failed       // anything else; the native code tells
 };
 
@@ -105,6 +106,7 @@ class OutputFile {
 // One file that is complete, and the file whose place it takes.
 struct Replacement {
     std::string from, to;
+    std::optional<FileInfo> seen = {}; // `to` as it was read: with another size or time it is left (Changed)
 };
 
 class FileSystem {
@@ -154,6 +156,9 @@ class FileSystem {
     // Bytes that the user may still write to the volume of that directory.
     virtual Result<std::uint64_t> FreeSpace(const std::string& directory) const = 0;
     virtual bool SameVolume(const std::string& a, const std::string& b) const = 0;
+
+    // Whether the file to be replaced is still as it was seen.
+    Status CheckUnchanged(const Replacement& replacement) const;
 
     // The drives that can be named, as roots: "C:\", "Z:\".
     virtual std::vector<std::string> Drives() const = 0;

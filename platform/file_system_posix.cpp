@@ -438,7 +438,7 @@ Status DriveFileSystem::Rename(const std::string& from, const std::string& to) {
 }
 
 Status DriveFileSystem::Replace(const std::string& from, const std::string& to) {
-    const Replacement replacement{from, to};
+    const Replacement replacement{.from = from, .to = to};
     return ReplaceAll(std::span(&replacement, 1)).front();
 }
 
@@ -501,6 +501,8 @@ Result<std::string> DriveFileSystem::PutInPlace(const Replacement& replacement) 
     const auto target = names.Resolve(replacement.to);
     if (!target)
         return target.status();
+    if (Status unchanged = CheckUnchanged(replacement); !unchanged)
+        return unchanged;
     if (rename(source->c_str(), target->path.c_str()) != 0)
         return Failure(replacement.to);
     // Forgotten, not noted: a name that is found at once says nothing of what else has come into its

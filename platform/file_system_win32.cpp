@@ -353,6 +353,8 @@ std::vector<Status> WindowsFileSystem::ReplaceAll(std::span<const Replacement> r
     std::vector<Status> outcomes = Flush(made);
     for (std::size_t i = 0; i < replacements.size(); ++i) {
         if (outcomes[i])
+            outcomes[i] = CheckUnchanged(replacements[i]);
+        if (outcomes[i])
             outcomes[i] = PutInPlace(replacements[i].from, replacements[i].to);
     }
     return outcomes;

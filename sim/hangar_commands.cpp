@@ -4,21 +4,37 @@
 #include "package/file_primitives.h"
 #include "sim/hangar_package.h"
 #include "sim/install.h"
+#include "sim/name_list.h"
 
 namespace korvadex {
 
 namespace {
 
-void CompressShown(CommandContext& context, const CommandState& state, bool compress) {
-    const std::string path = context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
-                             CurrentPackageName(context.window) + "\\";
-    const bool isDone = CompressPackage(context, path, compress);
-    if (isDone && !state.QuietMode && !state.BatchMode)
-        context.user.Tell("Done.");
+std::string ShownDirectory(const CommandContext& context) {
+    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
+           CurrentPackageName(context.window) + "\\";
+}
+
+void CompressShown(CommandContext& context, CommandState& state, bool compress) {
+    const auto failures = CompressPackage(context, ShownDirectory(context), compress);
+    if (state.BatchMode)
+        state.notCompressed.insert(state.notCompressed.end(), failures.begin(), failures.end());
+    else
+        TellCompressed(context, failures);
     context.window.RefreshPackageDisplay();
 }
 
 } // namespace
+
+void TellCompressed(CommandContext& context, const std::vector<std::string>& failures) {
+    if (failures.empty())
+        context.user.Tell("Done.");
+    else
+        context.user.Tell(ListNames(failures) +
+                              "\r\n\r\nWhat is named here is as it was.  Please run the command "
+                              "again when the cause is settled.",
+                          MessageIcon::Exclamation);
+}
 
 void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
                       LoadedPackage& package) {
@@ -68,7 +84,8 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory
         paste("sound");
     if (state.CommandCode == RestoreOldSound)
         restore("sound");
-    if (state.CommandCode == CompressShownPackage && !package.isCompressed)
+    if (state.CommandCode == CompressShownPackage &&
+        (!package.isCompressed || HasFilesToPack(context, ShownDirectory(context))))
         CompressShown(context, state, true);
     if (state.CommandCode == DecompressShownPackage)
         CompressShown(context, state, false);

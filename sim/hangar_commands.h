@@ -6,6 +6,9 @@
 #include "sim/aliases.h"
 #include "sim/sim_usage.h"
 
+#include <string>
+#include <vector>
+
 namespace korvadex {
 
 enum HangarCommand : int {
@@ -35,5 +38,8 @@ struct HangarMemory {
 // Carries out state.CommandCode on the shown package; a code without a command does nothing.
 void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
                       LoadedPackage& package);
+
+// "Done.", or what was not compressed or decompressed: the texts that CompressPackage gives.
+void TellCompressed(CommandContext& context, const std::vector<std::string>& failures);
 
 } // namespace korvadex

@@ -148,8 +148,8 @@ TEST_F(BatchCommands, UninstallNamesTheGaugesThatStay) {
     EXPECT_FALSE(drive.Has("FS\\aircraft\\A_Jet"));
 }
 
-TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {
-    drive.Put("Hangar\\Jets\\B Jet\\kx_compression.txt", "3 Meg have...");
+TEST_F(BatchCommands, CompressAllDoesWhatIsLeftToDo) {
+    drive.Put("Hangar\\Jets\\B Jet\\kx_compression.txt", "3 Meg have..."); // and an unpacked bitmap
     Start();
     const auto before = drive.Tree();
     Select("Jets", 2);
@@ -157,11 +157,21 @@ TEST_F(BatchCommands, CompressAllSkipsWhatIsCompressed) {
     program->CompressAll();
     EXPECT_EQ(form.view.sizeText, "0 Meg (0 Meg compressed)");
     EXPECT_EQ(form.view.packageIndex, 2);
-    for (const auto& [name, bytes] : drive.Tree("Hangar"))
-        if (name.ends_with(".bmp")) {
-            EXPECT_EQ(bytes.size() < 900, name.find("B Jet") == std::string::npos) << name;
-        }
-    program->PressToolbarKey("Compress"); // marked already: nothing is said
+    const auto unpacked = [&] {
+        std::vector<std::string> names;
+        for (const auto& [name, bytes] : drive.Tree("Hangar"))
+            if (name.ends_with(".bmp") && bytes.size() >= 900)
+                names.push_back(name);
+        return names;
+    };
+    EXPECT_THAT(unpacked(), testing::IsEmpty());
+    program->PressToolbarKey("Compress"); // nothing is left to do: nothing is said
+    drive.Put("Hangar\\Jets\\C Jet\\texture\\new.bmp", std::string(900, 'n'));
+    user.Expect("Done.");
+    program->PressToolbarKey("Compress");
+    EXPECT_THAT(unpacked(), testing::IsEmpty());
+    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\C Jet\\texture\\new.bmp")));
+
     user.Expect("Done.").Then([&] { EXPECT_EQ(form.view.header, std::string(HangarHeader)); });
     program->GoToStaging();
     program->PressToolbarKey("Decompress"); // of the Hangar on either side

@@ -33,7 +33,7 @@ class CompressionTest : public CommandTest {
 
 TEST_F(CompressionTest, ARoundTripGivesEverythingBackWhereverItWasInterrupted) {
     const auto plain = State();
-    ASSERT_TRUE(CompressPackage(context, path, true));
+    ASSERT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
     const auto packed = State();
     EXPECT_EQ(packed.at("KX_Compression.txt").first, marker);
     for (const auto& [name, state] : plain) {
@@ -42,7 +42,7 @@ TEST_F(CompressionTest, ARoundTripGivesEverythingBackWhereverItWasInterrupted) {
         EXPECT_EQ(packed.at(name).second.time, state.second.time) << name;
     }
     EXPECT_FALSE(window.isProgressVisible);
-    ASSERT_TRUE(CompressPackage(context, path, true));
+    ASSERT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
     EXPECT_EQ(drive.Get(directory + "Texture\\p.bmp"), packed.at("Texture\\p.bmp").first);
 
     for (const bool compress : {false, true}) { // from packed to plain and back
@@ -53,43 +53,88 @@ TEST_F(CompressionTest, ARoundTripGivesEverythingBackWhereverItWasInterrupted) {
             CommandContext stopped = On(faulty);
             CompressPackage(stopped, path, compress);
             CleanScratch(drive.Files(), locations);
-            ASSERT_TRUE(CompressPackage(context, path, compress));
+            ASSERT_THAT(CompressPackage(context, path, compress), testing::IsEmpty());
             auto state = State();
             if (compress) {
                 EXPECT_EQ(state.at("KX_Compression.txt").first, marker);
             }
             state.erase("KX_Compression.txt");
             ASSERT_TRUE(state == expected);
-            ASSERT_TRUE(CompressPackage(context, path, !compress));
+            ASSERT_THAT(CompressPackage(context, path, !compress), testing::IsEmpty());
         });
         EXPECT_GT(stops, 15);
-        ASSERT_TRUE(CompressPackage(context, path, compress));
+        ASSERT_THAT(CompressPackage(context, path, compress), testing::IsEmpty());
     }
     EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
 }
 
-TEST_F(CompressionTest, WhatFailsIsNamedAndTheRestGoesOn) {
+TEST_F(CompressionTest, WhatFailsIsNamedAndTheMarkerTellsWhatIsPacked) {
     const auto plain = State();
-    FaultyFiles faulty(drive.Files());
-    faulty.FailOn("Replace", "p.BMP", FileFault::InUse);
-    CommandContext locked = On(faulty);
-    user.Expect("There was a problem zipping file " + path + "Panel\\p.BMP. (code 14)",
-                MessageIcon::Exclamation);
-    ASSERT_TRUE(CompressPackage(locked, path, true));
-    EXPECT_EQ(State().at("Panel\\p.BMP"), plain.at("Panel\\p.BMP"));
-    EXPECT_TRUE(drive.Has(directory + "KX_Compression.txt"));
-    // A bitmap that was an archive of itself is left, and unpacked with the others.
-    drive.Put(directory + "Texture\\z.bmp", ZipBuilder().Add("z.bmp", "zipped").Bytes());
-    ASSERT_TRUE(CompressPackage(context, path, false));
-    EXPECT_EQ(drive.Get(directory + "Texture\\z.bmp"), "zipped");
-    auto now = State();
-    now.erase("Texture\\z.bmp");
-    EXPECT_TRUE(now == plain);
+    const std::string bitmap = path + "Panel\\p.BMP", markerFile = directory + "KX_Compression.txt";
+    const struct {
+        const char* name;
+        bool compress;
+        std::string change, part;
+        FileFault fault;
+        std::vector<std::string> failures;
+        bool isMarked;
+    } rows[] = {
+        {"one in use",
+         true,
+         "Replace",
+         "p.BMP",
+         FileFault::InUse,
+         {"There was a problem zipping file " + bitmap + ". (code 14)  (another program is using it)"},
+         true},
+        {"not even room for one",
+         false,
+         "Write",
+         "p.BMP",
+         FileFault::DiskFull,
+         {"There was a problem unzipping file " + bitmap + ". (code 50)  (the disk is full)"},
+         true},
+        {"nothing in the way", false, "Write", "none", FileFault::DiskFull, {}, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        FaultyFiles faulty(drive.Files());
+        faulty.FailOn(row.change, row.part, row.fault);
+        CommandContext onFaulty = On(faulty);
+        EXPECT_EQ(CompressPackage(onFaulty, path, row.compress), row.failures);
+        EXPECT_EQ(drive.Has(markerFile), row.isMarked);
+        EXPECT_TRUE(HasFilesToPack(context, path));
+        if (row.isMarked && row.compress) {
+            EXPECT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
+            EXPECT_FALSE(HasFilesToPack(context, path));
+        }
+    }
+    EXPECT_TRUE(State() == plain);
+
+    FaultyFiles full(drive.Files());
+    full.FailWhere([](auto& change, auto&) {
+        return change == "CreateDirectory" ? FileFault::DiskFull : FileFault::None;
+    });
+    CommandContext onFull = On(full);
+    EXPECT_EQ(CompressPackage(onFull, path, true).size(), 4u);
+    EXPECT_TRUE(State() == plain) << "nothing is packed, so nothing says so";
 
     limits.FileMax = 2;
-    user.Expect(path + "\n\n...", MessageIcon::Exclamation);
-    EXPECT_FALSE(CompressPackage(context, path, true));
-    EXPECT_THAT(user.transcript.back(), testing::EndsWith("Nothing was changed."));
+    EXPECT_THAT(CompressPackage(context, path, true),
+                testing::ElementsAre(
+                    testing::AllOf(testing::StartsWith(path), testing::EndsWith("Nothing was changed."))));
+}
+
+TEST_F(CompressionTest, APackedFileThatIsDamagedStaysAndIsNamed) {
+    // One that was an archive of itself is unpacked with the others.
+    drive.Put(directory + "Texture\\z.bmp", ZipBuilder().Add("z.bmp", "zipped").Bytes());
+    const std::string damaged = ZipBuilder().Add("d.bmp", "bytes", {.crc = 5}).Bytes();
+    drive.Put(directory + "Texture\\d.bmp", damaged);
+    EXPECT_THAT(CompressPackage(context, path, false),
+                testing::ElementsAre("There was a problem unzipping file " + path +
+                                     "Texture\\d.bmp.  It may be corrupt. (code 2)"));
+    EXPECT_EQ(drive.Get(directory + "Texture\\z.bmp"), "zipped");
+    EXPECT_EQ(drive.Get(directory + "Texture\\d.bmp"), damaged);
+    EXPECT_TRUE(drive.Has(directory + "KX_Compression.txt"));
 }
 
 } // namespace

@@ -115,7 +115,8 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
     EXPECT_EQ(UnzipFileInPlace(context, ""), 0);
     EXPECT_NE(UnzipFileInPlace(context, drive.At("Hangar\\none.bmp")), 0);
     ZipFileInPlace(context, "");
-    user.Expect("There was a problem zipping file " + drive.At("Hangar\\none.bmp") + ". (code 18)",
+    user.Expect("There was a problem zipping file " + drive.At("Hangar\\none.bmp") +
+                    ". (code 18)  (it could not be read)",
                 Answer::Ok, MessageIcon::Exclamation);
     ZipFileInPlace(context, drive.At("Hangar\\none.bmp"));
 }
@@ -144,7 +145,7 @@ TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
                     EXPECT_THAT(user.transcript,
                                 testing::ElementsAre(testing::StartsWith(
                                     packs ? "There was a problem zipping file " + path + ". (code "
-                                          : "There was a problem unzipping file " + path + ".  It may be")));
+                                          : "There was a problem unzipping file " + path + ". (code ")));
                 }
                 const std::string now = drive.Get(relative);
                 EXPECT_TRUE(now == plain || UnzipFileInPlace(context, path, true) == 0)
@@ -158,6 +159,27 @@ TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
             CleanScratch(drive.Files(), locations); // the next start
             EXPECT_EQ(drive.Outline("FS"), "aircraft\\");
         }
+    }
+}
+
+TEST_F(InPlaceTest, AFileThatIsSavedMeanwhileIsLeftAndNamed) {
+    const std::string plain(50000, 'b'), packed = ZipBuilder().Add("b17.bmp", plain).Bytes();
+    for (const bool packs : {true, false}) {
+        SCOPED_TRACE(packs ? "packing" : "unpacking");
+        drive.Put(relative, packs ? plain : packed);
+        ASSERT_TRUE(drive.Files().SetTime(path, SomeTime));
+        FaultyFiles saving(drive.Files());
+        saving.FailWhere([&](const std::string& change, const std::string&) {
+            if (change == "CopyAttributes")
+                drive.Put(relative, "an edit");
+            return FileFault::None;
+        });
+        CommandContext onSaving = On(saving);
+        const auto failures =
+            packs ? ZipFilesInPlace(onSaving, {path}, [] {}) : UnzipFilesInPlace(onSaving, {path}, [] {});
+        EXPECT_EQ(drive.Get(relative), "an edit");
+        ASSERT_EQ(failures.size(), 1u);
+        EXPECT_THAT(failures.front().text, testing::EndsWith("(it was changed meanwhile)"));
     }
 }
 

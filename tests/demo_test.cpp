@@ -194,7 +194,8 @@ TEST_F(ExampleRoundTrip, LeavesTheSimulatorAsItWas) {
     const auto hangar = drive.States("Example\\Hangar");
     for (const bool compress : {true, false}) {
         for (const auto& row : Packages)
-            EXPECT_TRUE(CompressPackage(context, Directory(row.category, row.name), compress));
+            EXPECT_THAT(CompressPackage(context, Directory(row.category, row.name), compress),
+                        testing::IsEmpty());
         EXPECT_EQ(drive.States("Example\\Hangar") == hangar, !compress);
         EXPECT_THAT(InstallAndRemove(), testing::IsEmpty());
     }

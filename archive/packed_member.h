@@ -1,0 +1,26 @@
+// What tells that a file is kept packed: it is an archive, from its first byte to its last, of nothing but itself.
+#pragma once
+
+#include "package/walk.h"
+#include "platform/file_system.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace korvadex {
+
+struct PackedMember {
+    std::string name;
+    std::uint64_t size = 0, packedSize = 0;
+    std::uint32_t crc = 0, method = 0;
+    bool isEncrypted = false;
+};
+
+// None when the file is not packed. Whether its bytes are sound is not looked at.
+std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path);
+
+// Bytes of the file when it is not packed: its own size, or that of the member that it holds.
+std::uint64_t UnpackedSize(const FileSystem& files, const FileEntry& file);
+
+} // namespace korvadex
