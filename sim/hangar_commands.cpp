@@ -2,9 +2,9 @@
 
 #include "archive/compression.h"
 #include "package/file_primitives.h"
+#include "package/name_list.h"
 #include "sim/hangar_package.h"
 #include "sim/install.h"
-#include "sim/name_list.h"
 
 namespace korvadex {
 

@@ -331,8 +331,8 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
         EXPECT_EQ(Unpack(row.bytes), row.hasSound ? "ZIP_p.zip\\b.txt=" + text : "");
         EmptyStaging();
     }
-    ExpectProblem("in\\none.zip", 9);
-    EXPECT_TRUE(Process(context, "in\\none.zip"));
+    user.Expect("The zip file(" + drive.At("in\\none.zip") + ") could not be read (it was not found)...");
+    EXPECT_FALSE(Process(context, "in\\none.zip"));
 }
 
 TEST_F(ProcessTest, APasswordIsAskedForOnceForEachArchiveThatTheLastOneDoesNotOpen) {

@@ -144,7 +144,7 @@ TEST_F(PictureAreaTest, WhatNoDriveLeadsToComesInAsWell) {
     user.ExpectMessage("Staging currently contains files.*", "Yes");
     user.Expect("zipFileDialog", [&](QWidget& dialog) {
         EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).directory().path(),
-                  QFileInfo(url("").toLocalFile()).path());
+                  QFileInfo(url("one.zip").toLocalFile()).path());
         Type(dialog, "fileNameEdit", "two.zip");
         PressKey(dialog, Qt::Key_Return);
     });
