@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace korvadex {
 
@@ -152,21 +153,44 @@ bool HasOwnDirectory(const DirectoryList& saved, const Kind& kind, const Configu
                                [&](const std::string& path) { return IsNamed(path, kind, kept); });
 }
 
-// The first picture in the configuration's directories, or one beside aircraft.cfg that bears the texture's name.
+// The words that tell a configuration from the others: those of its texture and of its title alone.
+std::set<std::string> OwnWords(const std::vector<Configuration>& configurations, std::size_t row) {
+    constexpr std::size_t shortest = 3; // "1" is in too many names
+    const auto words = [](const Configuration& configuration) {
+        std::set<std::string> found;
+        std::string word;
+        for (const char c : FoldCase(configuration.texture + " " + configuration.title) + " ") {
+            if (c != ' ' && c != '\\' && std::string_view("_-.,()\"").find(c) == std::string_view::npos)
+                word += c;
+            else if (word.size() >= shortest)
+                found.insert(std::exchange(word, ""));
+            else
+                word.clear();
+        }
+        return found;
+    };
+    auto own = words(configurations[row]);
+    for (std::size_t other = 0; other < configurations.size(); ++other)
+        for (const auto& word : other == row ? std::set<std::string>{} : words(configurations[other]))
+            own.erase(word);
+    return own;
+}
+
+// The first picture in the configuration's directories, or one with a word of its own in the name.
 std::string PictureOf(const std::vector<std::string>& pictures, const DirectoryList& saved,
-                      const std::string& cfgPath, const Configuration& configuration) {
+                      const std::string& cfgPath, const std::vector<Configuration>& configurations,
+                      std::size_t row) {
     for (const Kind& kind : Kinds) {
         const std::string directory =
-            FindWholeName(saved, DirectoryFor(kind.word, configuration.*kind.value), cfgPath);
+            FindWholeName(saved, DirectoryFor(kind.word, configurations[row].*kind.value), cfgPath);
         for (const auto& picture : pictures)
             if (!directory.empty() && IsAtOrBelow(picture, directory + "\\"))
                 return picture;
     }
-    const std::string name = FoldCase(configuration.texture);
-    for (const auto& picture : pictures)
-        if (!name.empty() && EqualNoCase(ParentDirectory(picture), ParentDirectory(cfgPath)) &&
-            FoldCase(LastPathComponent(picture)).find(name) != std::string::npos)
-            return picture;
+    for (const auto& word : OwnWords(configurations, row))
+        for (const auto& picture : pictures)
+            if (FoldCase(LastPathComponent(picture)).find(word) != std::string::npos)
+                return picture;
     return "";
 }
 
@@ -193,13 +217,14 @@ std::vector<ConfigurationRow> ConfigurationRows(const Tree& tree, const std::str
         });
     const auto pictures = ListPictures(images);
     std::vector<ConfigurationRow> rows;
-    for (const auto& configuration : configurations) {
+    for (std::size_t row = 0; row < configurations.size(); ++row) {
+        const Configuration& configuration = configurations[row];
         std::string detail;
         for (const Kind& kind : Kinds)
             if (const std::string& value = configuration.*kind.value; !value.empty())
                 detail += (detail.empty() ? "" : ",  ") + std::string(kind.caption) + ": " + value;
         rows.push_back({configuration.title + "  (" + configuration.section + ")", detail,
-                        PictureOf(pictures, saved, cfgPath, configuration)});
+                        PictureOf(pictures, saved, cfgPath, configurations, row)});
     }
     return rows;
 }

@@ -303,11 +303,14 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"), "[fltsim.1]");
 
     drive.Put("Staging\\P\\aircraft.cfg", before.at("Staging\\P\\aircraft.cfg"));
+    ASSERT_TRUE(
+        drive.Files().Rename(drive.At("Staging\\P\\texture.red\\shot.jpg"), drive.At("Staging\\a_RED.jpg")));
     user.ExpectConfigurations(items, 1);
     EXPECT_TRUE(LoadStaging().isConfigurationChosen);
-    EXPECT_EQ(drive.Outline("Staging\\P\\texture.red"), "notes.txt=b, shot.jpg=x, skin.bmp=red, skin2.bmp=x");
+    EXPECT_EQ(drive.Outline("Staging\\P\\texture.red"), "notes.txt=b, skin.bmp=red, skin2.bmp=x");
     ASSERT_EQ(user.configurations.size(), 2u);
     EXPECT_EQ(user.configurations[0].picture, drive.At("Staging\\P\\texture\\shot.jpg"));
+    EXPECT_EQ(user.configurations[1].picture, drive.At("Staging\\a_RED.jpg")) << "of that name";
     EXPECT_EQ(user.configurations[1].detail, "Texture: red,  Panel: ifr");
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/temporary_drive.h"
 #include "ui/dialogs.h"
 #include "ui/frmFileList.h"
+#include "ui/frmMultipleCfg.h"
 #include "ui/frmSplash.h"
 
 #include <QtTest>
@@ -208,17 +209,17 @@ TEST_F(DialogTest, AConfigurationShowsItsPicture) {
     red.fill(Qt::red);
     drive.MakeDirectory("texture.red");
     ASSERT_TRUE(red.save(QString::fromStdString(drive.Files().HostPath(drive.At("texture.red\\shot.jpg")))));
-    user.Expect("frmMultipleCfg", [](QWidget& window) {
-        const auto* item = Control<QListWidget>(window, "lstConfigs").item(1);
-        EXPECT_EQ(item->text(), "Red  (fltsim.1)\nTexture: red");
-        const auto middle = [&] { return item->icon().pixmap(96, 64).toImage().pixelColor(48, 32); };
-        EXPECT_TRUE(QTest::qWaitFor([&] { return middle().alpha() == 255 && middle().red() > 200; }));
-        Click(window, "cmdCancel");
-    });
-    EXPECT_EQ(
-        dialogs.ChooseConfiguration({{"Blue  (fltsim.0)", "", drive.At("gone.jpg")},
-                                     {"Red  (fltsim.1)", "Texture: red", drive.At("texture.red\\shot.jpg")}}),
-        std::nullopt);
+    frmMultipleCfg window({{"Blue  (fltsim.0)", "", drive.At("gone.jpg")},
+                           {"Red  (fltsim.1)", "Texture: red", drive.At("texture.red\\shot.jpg")}},
+                          drive.Files(), dialogs, nullptr);
+    window.show();
+    const auto* item = Control<QListWidget>(window, "lstConfigs").item(1);
+    EXPECT_EQ(item->text(), "Red  (fltsim.1)\nTexture: red");
+    const auto middle = [&] { return item->icon().pixmap(96, 64).toImage().pixelColor(48, 32); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return middle().alpha() == 255 && middle().red() > 200; }));
+    Click(window, "cmdCancel");
+    EXPECT_EQ(window.result(), QDialog::Rejected);
+    EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(DialogTest, ARenameStaysOpenUntilItIsAccepted) {
