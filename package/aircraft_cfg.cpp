@@ -193,14 +193,24 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
     return KeptConfiguration{configurations[chosen].title, asks};
 }
 
-Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title) {
+bool HasTitle(const AircraftCfg& cfg) {
+    return std::ranges::any_of(cfg.text.lines,
+                               [](const ConfigLine& line) { return HasKey(line.text, "title"); });
+}
+
+std::optional<ConfigText> WithTitle(const AircraftCfg& cfg, const std::string& title) {
     ConfigText text = cfg.text;
     for (std::size_t number = 0; number < LineCount(cfg); ++number) {
         const std::string& line = text.lines[number].text;
         if (HasKey(line, "title") && !text.SetText(number, WithValue(line, Trim(title))))
-            return {FileFault::BadName, cfg.path, 0};
+            return std::nullopt;
     }
-    return Write(context, cfg, text);
+    return text;
+}
+
+Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title) {
+    const auto text = WithTitle(cfg, title);
+    return text ? Write(context, cfg, *text) : Status{FileFault::BadName, cfg.path, 0};
 }
 
 void ClearVariationValues(CommandContext& context, const AircraftCfg& cfg) {

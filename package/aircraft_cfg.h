@@ -36,8 +36,10 @@ struct KeptConfiguration {
 std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg,
                                                      const Tree& tree);
 
-// Gives every title of the file the new one. Whatever fails, the file is as it was: BadName when the title has a
-// letter that the file cannot hold, InUse when the file was changed since it was read.
+bool HasTitle(const AircraftCfg& cfg);
+// The text with the new title in every line that has one; none when the title has a letter that the file cannot hold.
+std::optional<ConfigText> WithTitle(const AircraftCfg& cfg, const std::string& title);
+// Writes that. Whatever fails, the file is as it was: BadName, or InUse when it was changed since it was read.
 Status RewriteTitle(CommandContext& context, const AircraftCfg& cfg, const std::string& title);
 
 // Takes the values of model, panel, sound and texture out of the file. One that needs no change is not written.

@@ -26,16 +26,37 @@ std::string NameFromTitle(std::string_view title) {
     return IsStorableName(name) && !IsScratchName(name) ? name : "";
 }
 
-bool CheckPackageName(CommandContext& context, const std::string& name) {
+namespace {
+
+// The directory of this name, with blanks and "_" taken for the same; "" when there is none but the own one.
+std::string FindName(const FileSystem& files, const std::string& parent, const std::string& name,
+                     const std::string& ownDirectory) {
+    const std::string exact = FindSimAircraftDirectory(files, parent, name); // it may be a link
+    if (!exact.empty() && !EqualNoCase(parent + exact, ownDirectory))
+        return exact;
+    for (const std::string& candidate : SubdirectoryNames(files, parent)) {
+        if (EqualNoCase(SpacesToUnderscores(candidate), SpacesToUnderscores(name)) &&
+            !EqualNoCase(parent + candidate, ownDirectory))
+            return candidate;
+    }
+    return "";
+}
+
+} // namespace
+
+bool CheckPackageName(CommandContext& context, const std::string& name, const std::string& ownDirectory) {
     const std::string& hangar = context.locations.HangarDir;
     for (const auto& category : SubdirectoryNames(context.files, hangar)) {
-        if (HasSubdirectory(context.files, hangar + category + "\\", name)) {
-            context.user.Tell("Package name already exists in " + category + ".  Please use another name.",
-                              MessageIcon::Exclamation);
-            return false;
-        }
+        const std::string taken = FindName(context.files, hangar + category + "\\", name, ownDirectory);
+        if (taken.empty())
+            continue;
+        std::string text = "Package name already exists in " + category + ".  Please use another name.";
+        if (!EqualNoCase(taken, name))
+            text += "  (\"" + taken + "\" and \"" + name + "\" are one name in Flight Simulator.)";
+        context.user.Tell(text, MessageIcon::Exclamation);
+        return false;
     }
-    if (FindSimAircraftDirectory(context.files, context.locations, name).empty())
+    if (FindName(context.files, context.locations.MsfsDir + "aircraft\\", name, ownDirectory).empty())
         return true;
     return context.user.AskOkCancel(
         "Package name already exists in MSFS.  This is OK if this package was imported from MSFS because the "

@@ -5,6 +5,8 @@
 #include "package/package_name.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
+
 namespace korvadex {
 
 namespace {
@@ -12,29 +14,33 @@ namespace {
 class Renaming {
   public:
     Renaming(CommandContext& command, const LoadedPackage& package)
-        : context(command), packageName(CurrentPackageName(command.window)),
-          cfgPath(package.aircraftCfg.path), title(package.aircraftTitle),
-          categoryPath(command.locations.HangarDir + command.window.SelectedCategory() + "\\") {}
+        : context(command), packageName(CurrentPackageName(command.window)), title(package.aircraftTitle),
+          hasTitle(HasTitle(package.aircraftCfg)),
+          categoryPath(command.locations.HangarDir + command.window.SelectedCategory() + "\\"),
+          cfgPath(package.aircraftCfg.path) {}
 
     RenameForm Form() {
         return {.entry = {packageName, title},
-                .hasTitle = HasTitle(),
+                .hasTitle = hasTitle,
                 .accept = [this](const RenameEntry& entered) { return Accept(entered); }};
     }
+    const std::string& Name() const { return packageName; }
 
   private:
-    bool HasTitle() const { return !cfgPath.empty(); }
-
     bool Accept(const RenameEntry& entered) {
         if (entered.packageName.empty())
             return Refuse("You must enter a package name.");
         if (entered.packageName.front() == ' ')
             return Refuse("Invalid package Name.");
-        if (HasTitle() && entered.aircraftTitle.empty())
+        if (hasTitle && entered.aircraftTitle.empty())
             return Refuse("You must enter an aircraft name.");
-        if (HasTitle() && entered.aircraftTitle.front() == ' ')
+        if (hasTitle && entered.aircraftTitle.front() == ' ')
             return Refuse("Invalid aircraft name.");
-        return ChangeTitle(entered.aircraftTitle) && ChangeName(CleanPackageName(entered.packageName));
+        const std::string newName = CleanPackageName(entered.packageName);
+        const bool isNewTitle = hasTitle && Trim(entered.aircraftTitle) != Trim(title);
+        return (!isNewTitle || CanHoldTitle(entered.aircraftTitle)) &&
+               (newName == packageName || IsFree(newName)) &&
+               Change(newName, isNewTitle, entered.aircraftTitle);
     }
 
     bool Refuse(const std::string& text) {
@@ -52,52 +58,63 @@ class Renaming {
                           MessageIcon::Exclamation);
     }
 
-    // False when the dialog is to stay open.
-    bool ChangeTitle(const std::string& newTitle) {
-        if (!HasTitle() || Trim(newTitle) == Trim(title))
-            return true;
-        const Status status = RewriteTitle(context, ReadAircraftCfg(context.files, cfgPath), newTitle);
-        if (status.fault == FileFault::BadName)
-            return Refuse(
-                "The aircraft name has a character that cannot be kept in aircraft.cfg.  Please use "
-                "another name.");
-        if (!status) {
-            TellProblem();
-            return false;
-        }
-        title = newTitle;
-        return true;
+    // --- before anything is changed
+
+    bool CanHoldTitle(const std::string& newTitle) {
+        return WithTitle(ReadAircraftCfg(context.files, cfgPath), newTitle) ||
+               Refuse("The aircraft name has a character that cannot be kept in aircraft.cfg.  Please use "
+                      "another name.");
     }
 
-    bool ChangeName(const std::string& newName) {
-        if (newName == packageName)
-            return true;
+    bool IsFree(const std::string& newName) {
         if (!IsStorableName(newName) || IsScratchName(newName))
             return RefuseName(newName);
-        // Another case of its own name is no other package's.
-        if (!EqualNoCase(newName, packageName) && !CheckPackageName(context, newName))
-            return false;
-        const Status status = context.files.Rename(categoryPath + packageName, categoryPath + newName);
-        if (status.fault == FileFault::BadName)
-            return RefuseName(newName);
-        if (status)
+        return CheckPackageName(context, newName, categoryPath + packageName);
+    }
+
+    // --- the name goes first: a directory that another program uses is the likelier to resist, and is named back
+
+    // False when the dialog is to stay open.
+    bool Change(const std::string& newName, bool isNewTitle, const std::string& newTitle) {
+        const std::string from = categoryPath + packageName, to = categoryPath + newName;
+        const std::string relative = cfgPath.substr(std::min(from.size(), cfgPath.size()));
+        if (newName != packageName) {
+            const Status status = context.files.Rename(from, to);
+            if (status.fault == FileFault::BadName)
+                return RefuseName(newName);
+            if (!status) {
+                TellProblem();
+                return true;
+            }
+        }
+        const bool isDone =
+            !isNewTitle || RewriteTitle(context, ReadAircraftCfg(context.files, to + relative), newTitle);
+        const bool isBack = !isDone && newName != packageName && context.files.Rename(to, from);
+        if (newName != packageName && !isBack) {
+            packageName = newName;
+            cfgPath = to + relative;
             context.window.SelectPackageNamed(newName);
+        }
+        if (isDone)
+            title = isNewTitle ? newTitle : title;
         else
             TellProblem();
-        return true;
+        return isDone;
     }
 
     CommandContext& context;
-    const std::string packageName, cfgPath;
-    std::string title;
+    std::string packageName, title;
+    const bool hasTitle;
     const std::string categoryPath;
+    std::string cfgPath;
 };
 
 } // namespace
 
-void RenamePackage(CommandContext& context, const LoadedPackage& package) {
+std::string RenamePackage(CommandContext& context, const LoadedPackage& package) {
     Renaming renaming(context, package);
     context.user.ShowRename(renaming.Form());
+    return renaming.Name();
 }
 
 } // namespace korvadex
