@@ -33,12 +33,12 @@ class LeftPackages {
         std::erase_if(left, [&](const Left& entry) { return rule(entry.package); });
     }
     std::size_t Count() const { return left.size(); }
-    void Tell(UserDialogs& user, const std::string& text) const {
+    void Tell(UserDialogs& user, const std::string& text, const std::string& more = "") const {
         std::vector<std::string> names;
         for (const Left& entry : left)
             names.push_back(entry.text);
         if (!names.empty())
-            user.Tell(text + " ...\r\n\r\n" + ListNames(names), MessageIcon::Exclamation);
+            user.Tell(text + " ...\r\n\r\n" + ListNames(names) + more, MessageIcon::Exclamation);
     }
 
   private:
@@ -74,7 +74,7 @@ class BorrowersFirst {
         const std::string root = context.locations.MsfsDir + "aircraft\\";
         const std::string directory = root + Directory(packages[index]) + "\\";
         for (const char* kind : {"panel", "sound"}) {
-            for (const auto& config : usage.AliasUsers(packages[index].name, kind, directory)) {
+            for (const auto& config : usage.FindUsers(packages[index].name, kind, directory).paths) {
                 if (!IsAtOrBelow(config, root))
                     continue;
                 const std::string below = config.substr(root.size());
@@ -202,6 +202,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     const auto installedName = [&](const PackageInBatch& of) {
         return FindSimAircraftDirectory(files, settings.locations, of.name);
     };
+    state.unseen.clear();
     state.remainingGauges.clear();
     // Everything that is installed, so that who uses what is found out once for all of them.
     std::vector<std::string> names;
@@ -246,7 +247,13 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         return DescribeGone(files, settings.locations, {Place::Simulator}).empty() &&
                installedName(of).empty();
     });
-    left.Tell(user, "The following packages were kept");
+    left.Tell(user, "The following packages were kept",
+              state.unseen.empty()
+                  ? ""
+                  : "\r\n\r\nThese could not be looked at, and may use what the packages have ...\r\n\r\n" +
+                        state.unseen +
+                        "\r\n\r\nPlease make sure that they can be read, or delete what nobody needs, and "
+                        "try again.");
     TellRemainingGauges(context, state.remainingGauges);
     user.Tell("Done.");
     std::string text = std::to_string(removed) + " removed, " + std::to_string(skipped) +

@@ -93,8 +93,8 @@ void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const S
 bool CanReduce(CommandContext& context, const AircraftCfg& cfg, const Tree& tree) {
     const ListCut cut = CollectDirectories(tree, context.limits).cut;
     const std::string reason = cut != ListCut::None ? DescribeCut(cut, context.limits)
-                               : tree.isUnreadable
-                                   ? "The directory " + tree.unreadable + " could not be read."
+                               : !tree.unreadable.empty()
+                                   ? "The directory " + tree.unreadable.front() + " could not be read."
                                    : "";
     if (!reason.empty())
         context.user.Tell("The configurations of " + cfg.path +

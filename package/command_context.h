@@ -57,6 +57,8 @@ struct CommandState {
     bool BatchMode = false; // compress all, decompress all
     // Packages that a quiet command kept, with the reason: named to the user at the end of the batch.
     std::vector<std::string> keptPackages;
+    // What kept some of them, as it may use what they have and could not be looked at: one to a line.
+    std::string unseen;
     // Gauges of removed packages that could not be deleted, with the reason; named there as well.
     std::vector<std::string> remainingGauges;
     // What a batch did not compress or decompress, with the reason.

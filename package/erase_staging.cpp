@@ -107,8 +107,9 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
     if (!context.user.AskYesNo(QuestionFor(part)))
         return false;
     const Tree tree = WalkTree(context.files, context.locations.StagingDir, WalkFor::Search);
-    if (tree.isUnreadable) {
-        context.user.Tell("The directory " + tree.unreadable + " could not be read.  Nothing was deleted.",
+    if (!tree.unreadable.empty()) {
+        context.user.Tell("The directory " + tree.unreadable.front() +
+                              " could not be read.  Nothing was deleted.",
                           MessageIcon::Exclamation);
         return false;
     }

@@ -108,8 +108,8 @@ std::vector<std::string> DeleteTree(CommandContext& context, const std::string& 
         return remaining;
     }
     const Tree tree = WalkTree(files, path, WalkFor::Deletion);
-    if (tree.isUnreadable)
-        remaining.push_back(Explained(tree.unreadable, FileFault::Denied));
+    for (const std::string& directory : tree.unreadable)
+        remaining.push_back(Explained(directory, FileFault::Denied));
     for (const auto& file : tree.files) {
         if (!EqualNoCase(file.path, last))
             deleteFile(file.path);

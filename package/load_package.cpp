@@ -234,7 +234,7 @@ LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool i
 bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package) {
     const Tree now = WalkTree(files, package.path);
     return now.files != package.tree.files || now.directories != package.tree.directories ||
-           now.isUnreadable != package.tree.isUnreadable;
+           now.unreadable != package.tree.unreadable;
 }
 
 void CheckSingleAircraftCfg(CommandContext& context) {

@@ -11,10 +11,8 @@ namespace {
 void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose, Tree& tree) {
     auto entries = files.List(path);
     if (!entries) {
-        if (entries.fault() != FileFault::NotFound && !tree.isUnreadable) {
-            tree.isUnreadable = true;
-            tree.unreadable = path;
-        }
+        if (entries.fault() != FileFault::NotFound)
+            tree.unreadable.push_back(path);
         return;
     }
     std::vector<std::string> descent;

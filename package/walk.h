@@ -36,9 +36,8 @@ struct Tree {
     std::string root;                     // with a trailing backslash
     std::vector<std::string> directories; // full paths without a trailing backslash
     std::vector<FileEntry> files;         // links and mount points among them, with EntryKind::Link
-    bool isLevelCut = false;              // a level had more than MaxSubdirectoriesPerLevel subdirectories
-    bool isUnreadable = false;            // a directory could not be listed
-    std::string unreadable;               // the first such directory
+    bool isLevelCut = false;              // a level had more subdirectories than the walk descends into
+    std::vector<std::string> unreadable;  // directories that could not be listed
 
     void Remove(const std::set<std::string>& paths); // files that were deleted
     // Files that were renamed within their directories: old path, new path.

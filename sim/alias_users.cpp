@@ -4,7 +4,6 @@
 #include "package/file_primitives.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
-#include "sim/config_search.h"
 
 #include <algorithm>
 
@@ -29,43 +28,53 @@ std::string UserLine(const CommandContext& context, const std::string& path, con
     return WithInstalledMarks(UnderscoresToSpaces(owner));
 }
 
-} // namespace
-
-bool FindAliasUsers(CommandContext& context, const AliasSearch& search) {
-    std::vector<std::string> texts;
-    for (const std::string& text : search.texts)
-        texts.push_back(FoldCase(text));
-    const auto matches = [&](std::string_view line) {
-        return (!search.gaugeLinesOnly || IsGaugeLine(line)) &&
-               std::ranges::any_of(
-                   texts, [&](const std::string& text) { return line.find(text) != std::string_view::npos; });
-    };
-
-    std::vector<std::string> users;
-    const bool isComplete =
-        VisitConfigFiles(context, WalkTree(context.files, search.root), FoldCase(search.fileName),
-                         search.leaveOut, [&](const FileEntry& file, const LowerLines& lines) {
-                             if (std::ranges::none_of(lines, matches))
-                                 return Visit::Continue;
-                             users.push_back(file.path);
-                             return search.showList ? Visit::Continue : Visit::Stop;
-                         });
-    if (search.showList)
-        ShowAliasUsers(context, search.root, search.fileName, users);
-    if (search.showList && users.empty() && !isComplete)
-        context.user.Tell("Not every " + search.fileName + " file below " + search.root +
-                              " could be looked at.  To be on the safe side, it is taken as used.",
-                          MessageIcon::Exclamation);
-    return !users.empty() || !isComplete;
+// True when the line has the text of AliasText in it. Few lines have as much as its ending.
+bool Mentions(std::string_view line, std::string_view alias) {
+    const std::string_view ending = alias.substr(alias.rfind('\\'));
+    for (std::size_t at = line.find(ending); at != std::string_view::npos; at = line.find(ending, at + 1)) {
+        const std::size_t end = at + ending.size();
+        if (end >= alias.size() &&
+            std::ranges::equal(line.substr(end - alias.size(), alias.size()), alias,
+                               [](char a, char b) { return (a == ' ' ? '_' : a) == b; }))
+            return true;
+    }
+    return false;
 }
 
-void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& fileName,
+} // namespace
+
+std::string AliasText(std::string_view packageName, std::string_view kind) {
+    return FoldCase(SpacesToUnderscores(packageName)).append("\\").append(kind);
+}
+
+AliasUsers FindAliasUsers(CommandContext& context, const std::string& root, std::string_view packageName,
+                          const std::string& kind, const std::string& leaveOut) {
+    const std::string alias = AliasText(packageName, kind);
+    AliasUsers users;
+    users.unseen = VisitConfigFiles(
+        context, WalkToSearch(context.files, root), {.fileName = kind + ".cfg", .leaveOut = leaveOut},
+        [&](const FileEntry& file, const LowerLines& lines) {
+            if (std::ranges::any_of(lines, [&](std::string_view line) { return Mentions(line, alias); }))
+                users.paths.push_back(file.path);
+            return Visit::Continue;
+        });
+    return users;
+}
+
+void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& kind,
                     const std::vector<std::string>& paths) {
     std::vector<std::string> lines;
     for (const std::string& path : paths)
         lines.push_back(UserLine(context, path, root));
     if (!lines.empty())
-        context.window.ShowFileList(fileName.substr(0, 5) + " used in ...", lines);
+        context.window.ShowFileList(kind + " used in ...", lines);
+}
+
+std::string DescribeUnseenUsers(const std::string& kind, const std::vector<Unseen>& unseen) {
+    return "It could not be found out whether another aircraft uses the " +
+           std::string(kind == "panel" ? "panel" : "sound configuration") +
+           " in this package, because these could not be looked at ...\r\n\r\n" + ListUnseen(unseen) +
+           "\r\n\r\nPlease make sure that they can be read, or delete what nobody needs, and try again.";
 }
 
 std::optional<ConfigText> WithAlias(ConfigText text, const std::string& newAlias) {

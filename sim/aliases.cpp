@@ -125,6 +125,13 @@ void TellOutcome(CommandContext& context, const std::string& kind, const Status&
 
 } // namespace
 
+void HeldAliases::FollowPackage(const std::string& name, const std::string& newName) {
+    for (const std::string kind : {"panel", "sound"}) {
+        if (EqualNoCase(Of(kind), name + "\\" + kind))
+            Of(kind) = newName.empty() ? "" : newName + "\\" + kind;
+    }
+}
+
 void CreateAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
                  HeldAliases& held) {
     if (!package.PackageHasFile(kind + ".cfg")) {
@@ -160,7 +167,8 @@ void PasteAlias(CommandContext& context, const std::string& kind, const LoadedPa
     if (heldAlias.empty())
         return refuse("You'll have to use the 'Create " + kind +
                       " alias' option on a package with the required " + kind + " configuration first.");
-    if (EqualNoCase(heldAlias, CurrentPackageName(context.window) + "\\" + kind))
+    if (EqualNoCase(SpacesToUnderscores(heldAlias),
+                    SpacesToUnderscores(CurrentPackageName(context.window)) + "\\" + kind))
         return refuse("You cannot paste a " + kind + " alias to the package where you got the alias.");
     if (IsInstalled(context))
         return refuse("This package is installed in Flight Simulator.  Please remove it from MSFS before "

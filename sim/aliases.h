@@ -19,6 +19,8 @@ struct HeldAliases {
         return kind == "panel" ? HeldPanelAlias : HeldSoundAlias;
     }
     std::string& Of(std::string_view kind) { return kind == "panel" ? HeldPanelAlias : HeldSoundAlias; }
+    // The package has another name now; "" when it is gone.
+    void FollowPackage(const std::string& name, const std::string& newName);
 };
 
 // All work on the package that the main window shows.

@@ -1,12 +1,13 @@
 #include "sim/config_search.h"
 
+#include "package/classification.h"
 #include "package/config_text.h"
+#include "package/name_list.h"
 #include "package/progress.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <optional>
 #include <set>
 #include <span>
@@ -22,77 +23,88 @@ bool LeadsNowhere(const FileSystem& files, const std::string& link) {
     return EqualNoCase(name, link) || EqualNoCase(name, AddBackslash(directory) + LastPathComponent(link));
 }
 
-// The files of one name in a tree, and in what its links lead to: an aircraft may live on another drive, and
-// reading it does no harm.
+// The wanted files of a tree, and of what its links lead to: an aircraft may live on another drive, and reading it does
+// no harm.
 class ConfigFinder {
   public:
-    ConfigFinder(CommandContext& command, const std::string& name) : context(command), fileName(name) {}
+    ConfigFinder(const FileSystem& fileSystem, const ConfigSearch& wanted, std::vector<Unseen>& notSeen)
+        : files(fileSystem), search(wanted), unseen(notSeen) {}
 
     void Add(const Tree& tree, int depth = 0) {
-        const FileList list = CollectFiles(tree, fileName, FileMode::Name, context.limits);
-        entries.insert(entries.end(), list.entries.begin(), list.entries.end());
-        if (list.cut != ListCut::None)
-            context.window.ShowStatus(DescribeCut(list.cut, context.limits));
-        if (list.cut != ListCut::None || tree.isLevelCut || tree.isUnreadable)
-            isComplete = false;
         for (const FileEntry& entry : tree.files) {
+            if (!search.leaveOut.empty() && IsAtOrBelow(entry.path, search.leaveOut))
+                continue;
             if (entry.info.kind == EntryKind::Link)
                 AddLink(entry, depth);
+            else if (IsWanted(entry))
+                entries.push_back(entry);
+        }
+        for (const std::string& directory : tree.unreadable) {
+            if (search.leaveOut.empty() || !IsAtOrBelow(directory, search.leaveOut))
+                unseen.push_back({directory, "a directory that could not be read"});
         }
     }
 
     std::vector<FileEntry> entries;
-    bool isComplete = true;
 
   private:
     static constexpr int MaxDepth = 8; // of links within what a link leads to
 
+    bool IsWanted(const FileEntry& entry) const {
+        return search.isEnding ? entry.key.ends_with(search.fileName) : entry.key == search.fileName;
+    }
+
     void AddLink(const FileEntry& link, int depth) {
-        if (context.files.IsDirectory(link.path)) {
-            if (!visited.insert(OneName(context.files, link.path)).second)
+        if (files.IsDirectory(link.path)) {
+            if (!visited.insert(OneName(files, link.path)).second)
                 return;
             if (depth < MaxDepth)
-                Add(WalkTree(context.files, link.path), depth + 1);
+                Add(WalkToSearch(files, link.path), depth + 1);
             else
-                isComplete = false;
-        } else if (link.key == fileName) {
+                unseen.push_back({link.path, "too many links within what links lead to"});
+        } else if (IsWanted(link)) {
             entries.push_back(link);
-        } else if (LeadsNowhere(context.files, link.path)) {
-            isComplete = false;
+        } else if (!IsRecognized(link.key) && LeadsNowhere(files, link.path)) {
+            // By its name it may have led to a directory: "panel.2", "texture".
+            unseen.push_back({link.path, "a link that leads nowhere"});
         }
     }
 
-    CommandContext& context;
-    const std::string& fileName;
+    const FileSystem& files;
+    const ConfigSearch& search;
+    std::vector<Unseen>& unseen;
     std::set<std::string> visited;
 };
 
 // Reads one file after another through the same memory.
 class ConfigReader {
   public:
-    // False when the file cannot be read, or is none that a person would call a configuration.
-    bool Read(const FileSystem& files, const FileEntry& entry) {
+    // Why it could not be read; "" when it was.
+    std::string Read(const FileSystem& files, const FileEntry& entry) {
+        const std::string tooLarge = "too large for a configuration file";
+        if (entry.info.size > MaxConfigBytes)
+            return tooLarge;
         auto file = files.OpenForReading(entry.path);
         if (!file)
-            return false;
+            return DescribeFault(file.fault());
         // One byte more than the directory says, so that the end of the file is seen at once.
         std::size_t size = 0, room = static_cast<std::size_t>(entry.info.size) + 1;
         for (;;) {
-            if (size + room > MaxConfigBytes)
-                return false;
             if (text.size() < size + room)
                 text.resize(size + room);
             const auto count = (*file)->Read(std::as_writable_bytes(std::span(text.data() + size, room)));
             if (!count)
-                return false;
+                return DescribeFault(count.fault());
             size += *count;
+            if (size > MaxConfigBytes)
+                return tooLarge;
             if (*count < room)
                 break;
             room = std::max<std::size_t>(size, FirstRoom);
         }
         Fold(size);
         Split();
-        return true;
+        return "";
     }
     const LowerLines& Lines() const { return lines; }
 
@@ -125,15 +137,25 @@ class ConfigReader {
 
 } // namespace
 
-bool VisitConfigFiles(CommandContext& context, const Tree& tree, const std::string& fileName,
-                      const std::string& leaveOut, const ConfigVisitor& visitor,
-                      const ConfigProgress& progress) {
-    ConfigFinder found(context, fileName);
+std::string ListUnseen(const std::vector<Unseen>& unseen) {
+    std::vector<std::string> names;
+    for (const Unseen& thing : unseen)
+        names.push_back(thing.path + "  (" + thing.reason + ")");
+    return ListNames(names);
+}
+
+Tree WalkToSearch(const FileSystem& files, const std::string& root) {
+    return WalkTree(files, root, WalkFor::Search);
+}
+
+std::vector<Unseen> VisitConfigFiles(CommandContext& context, const Tree& tree, const ConfigSearch& search,
+                                     const ConfigVisitor& visitor) {
+    std::vector<Unseen> unseen;
+    ConfigFinder found(context.files, search, unseen);
     found.Add(tree);
-    bool isComplete = found.isComplete;
     const int total = static_cast<int>(found.entries.size());
     std::optional<ProgressBar> bar;
-    if (!progress)
+    if (!search.progress)
         bar.emplace(context.window, total);
     int done = 0;
     ConfigReader reader;
@@ -142,17 +164,13 @@ bool VisitConfigFiles(CommandContext& context, const Tree& tree, const std::stri
         if (bar)
             bar->Set(done);
         else
-            progress(done, total);
-        if (!leaveOut.empty() && IsAtOrBelow(entry.path, leaveOut))
-            continue;
-        if (entry.info.size > MaxConfigBytes || !reader.Read(context.files, entry)) {
-            isComplete = false;
-            continue;
-        }
-        if (visitor(entry, reader.Lines()) == Visit::Stop)
+            search.progress(done, total);
+        if (std::string reason = reader.Read(context.files, entry); !reason.empty())
+            unseen.push_back({entry.path, std::move(reason)});
+        else if (visitor(entry, reader.Lines()) == Visit::Stop)
             break;
     }
-    return isComplete;
+    return unseen;
 }
 
 bool IsGaugeLine(std::string_view lowerLine) {

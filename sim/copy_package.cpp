@@ -291,8 +291,8 @@ std::optional<CopyRoot> KindOfRoot(const Locations& locations, const std::string
 bool CheckCopySource(CommandContext& context, const LoadedPackage& package) {
     if (package.cut != ListCut::None)
         return Refuse(context, DescribeCut(package.cut, context.limits));
-    if (package.tree.isUnreadable)
-        return Refuse(context, "The directory " + package.tree.unreadable +
+    if (!package.tree.unreadable.empty())
+        return Refuse(context, "The directory " + package.tree.unreadable.front() +
                                    " could not be read, so that the copy would not be complete.");
     const auto link = std::ranges::find_if(
         package.tree.files, [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });

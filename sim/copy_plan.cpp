@@ -121,19 +121,23 @@ class Planner {
         return soundLines;
     }
 
-    // The lines of the package's panel.cfg files that speak of gauges; empty when one could not be read, so
-    // that no gauge is left behind for want of looking.
+    // The lines that speak of gauges in panel.cfg, oldpanel.cfg, 1024panel.cfg and the like. Empty when panel.cfg has
+    // none, or one of them could not be read: no gauge is left behind for want of looking.
     std::vector<std::string> PanelGaugeLines() {
         std::vector<std::string> gaugeLines;
-        const bool isComplete = VisitConfigFiles(context, package.tree, "panel.cfg", "",
-                                                 [&](const FileEntry&, const LowerLines& lines) {
-                                                     for (const std::string_view line : lines) {
-                                                         if (IsGaugeLine(line))
-                                                             gaugeLines.emplace_back(line);
-                                                     }
-                                                     return Visit::Continue;
-                                                 });
-        if (!isComplete)
+        bool hasPanelGauges = false;
+        const auto unseen =
+            VisitConfigFiles(context, package.tree, {.fileName = "panel.cfg", .isEnding = true},
+                             [&](const FileEntry& file, const LowerLines& lines) {
+                                 for (const std::string_view line : lines) {
+                                     if (!IsGaugeLine(line))
+                                         continue;
+                                     gaugeLines.emplace_back(line);
+                                     hasPanelGauges |= file.key == "panel.cfg";
+                                 }
+                                 return Visit::Continue;
+                             });
+        if (!unseen.empty() || package.tree.isLevelCut || !hasPanelGauges)
             gaugeLines.clear();
         return gaugeLines;
     }

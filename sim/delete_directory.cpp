@@ -11,8 +11,8 @@ namespace {
 
 Status FirstRemaining(CommandContext& context, const std::string& directory, const std::string& last) {
     const Tree tree = WalkTree(context.files, directory, WalkFor::Deletion);
-    if (tree.isUnreadable)
-        return {FileFault::Denied, tree.unreadable};
+    if (!tree.unreadable.empty())
+        return {FileFault::Denied, tree.unreadable.front()};
     for (const FileEntry& file : tree.files) {
         if (EqualNoCase(file.path, last))
             continue;

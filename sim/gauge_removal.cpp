@@ -133,7 +133,7 @@ void LeaveUsed(CommandContext& context, std::vector<RecordedFile>& gauges, const
         names.push_back(GaugeName(gauge.name));
     NameMatcher used(names);
     // What could not be looked at may use any of them.
-    const bool isComplete = FindGaugesInUse(context, context.locations.MsfsDir, used, directory);
+    const bool isComplete = FindGaugesInUse(context, context.locations.MsfsDir, used, directory).empty();
     std::vector<RecordedFile> unused;
     for (std::size_t i = 0; isComplete && i < gauges.size(); ++i) {
         if (!used.IsFound(i))

@@ -24,18 +24,17 @@ constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopw
 
 } // namespace
 
-bool FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
-                     const std::string& leaveOut, const ConfigProgress& progress) {
-    return VisitConfigFiles(
-        context, WalkTree(context.files, root + "aircraft\\"), "panel.cfg", leaveOut,
-        [&](const FileEntry&, const LowerLines& lines) {
-            for (const std::string_view line : lines) {
-                if (IsGaugeLine(line))
-                    names.Search(line);
-            }
-            return names.AreAllFound() ? Visit::Stop : Visit::Continue;
-        },
-        progress);
+std::vector<Unseen> FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
+                                    const std::string& leaveOut, const ConfigProgress& progress) {
+    return VisitConfigFiles(context, WalkToSearch(context.files, root + "aircraft\\"),
+                            {.fileName = "panel.cfg", .leaveOut = leaveOut, .progress = progress},
+                            [&](const FileEntry&, const LowerLines& lines) {
+                                for (const std::string_view line : lines) {
+                                    if (IsGaugeLine(line))
+                                        names.Search(line);
+                                }
+                                return names.AreAllFound() ? Visit::Stop : Visit::Continue;
+                            });
 }
 
 std::string GaugeName(std::string_view path) {

@@ -48,6 +48,11 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory
             RunHangarCommand(context, state, memory, package);
         };
     };
+    const std::string name = CurrentPackageName(context.window);
+    const auto removeFromHangar = [&](const std::function<bool()>& lastLook) {
+        if (RemoveFromHangar(context, runAgainAs(RemovePackageFromSim), lastLook))
+            memory.held.FollowPackage(name, "");
+    };
     const auto paste = [&](const std::string& kind) {
         PasteAlias(context, kind, package, memory.held.Of(kind));
         context.window.RefreshPackageDisplay();
@@ -65,13 +70,11 @@ void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory
     if (state.CommandCode == RemovePackageFromSim)
         RemoveFromSim(context, state, package, memory.usage);
     if (state.CommandCode == RemovePackageFromHangar)
-        RemoveFromHangar(context, runAgainAs(RemovePackageFromSim));
+        removeFromHangar({});
     if (state.CommandCode == CopyPackageToStaging)
-        CopyToStaging(context, package, [&](const std::function<bool()>& lastLook) {
-            RemoveFromHangar(context, runAgainAs(RemovePackageFromSim), lastLook);
-        });
+        CopyToStaging(context, package, removeFromHangar);
     if (state.CommandCode == RenameHangarPackage)
-        RenameInHangar(context, package);
+        memory.held.FollowPackage(name, RenameInHangar(context, package));
     if (state.CommandCode == CreatePanelAlias)
         CreateAlias(context, "panel", package, memory.held);
     if (state.CommandCode == PastePanelAlias)

@@ -11,6 +11,7 @@
 #include "sim/gauges.h"
 
 #include <algorithm>
+#include <set>
 
 namespace korvadex {
 
@@ -35,16 +36,37 @@ bool IsInstalled(const CommandContext& context) {
                 .empty();
 }
 
-// True when another package of the Hangar uses the panel (kind "panel") or the sound of the shown one; they
-// are listed.
-bool IsUsedInHangar(CommandContext& context, const std::string& kind) {
-    AliasSearch search;
-    search.root = context.locations.HangarDir;
-    search.fileName = kind + ".cfg";
-    search.texts = {CurrentPackageName(context.window) + "\\" + kind};
-    search.showList = true;
-    search.leaveOut = PackageDirectory(context);
-    return FindAliasUsers(context, search);
+// The users of the shown package's panel (kind "panel") or sound in the Hangar; those found are listed.
+AliasUsers ShowUsersInHangar(CommandContext& context, const std::string& kind) {
+    const std::string& root = context.locations.HangarDir;
+    AliasUsers users =
+        FindAliasUsers(context, root, CurrentPackageName(context.window), kind, PackageDirectory(context));
+    ShowAliasUsers(context, root, kind, users.paths);
+    return users;
+}
+
+// True when the user would rather keep what another package needs, or may need. What could not be looked at is asked
+// about once.
+bool WantsToKeep(CommandContext& context, const std::string& kind, const std::string& question,
+                 std::set<std::string>& asked) {
+    AliasUsers users = ShowUsersInHangar(context, kind);
+    if (!users.paths.empty())
+        return context.user.AskYesNo(question);
+    std::erase_if(users.unseen, [&](const Unseen& thing) { return !asked.insert(thing.path).second; });
+    return !users.unseen.empty() &&
+           context.user.AskYesNo("WARNING!  " + DescribeUnseenUsers(kind, users.unseen) +
+                                 "\r\n\r\nDo you want to cancel this command?");
+}
+
+// False, after a message, when another package needs it, or may.
+bool MayRename(CommandContext& context, const std::string& kind, const std::string& refusal) {
+    const AliasUsers users = ShowUsersInHangar(context, kind);
+    if (!users.paths.empty())
+        context.user.Tell(refusal, MessageIcon::Information);
+    else if (!users.unseen.empty())
+        context.user.Tell("Cannot rename.  " + DescribeUnseenUsers(kind, users.unseen),
+                          MessageIcon::Exclamation);
+    return users.AreNone();
 }
 
 // Two aircraft in Staging could only be told apart by erasing one of them.
@@ -66,14 +88,14 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
 
 } // namespace
 
-void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
+bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
                       const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
     if (IsMountPoint(context, directory)) {
         context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " +
                               directory + ".\r\n\r\nPlease unmount that drive first.",
                           MessageIcon::Exclamation);
-        return;
+        return false;
     }
     if (IsInstalled(context) &&
         context.user.AskYesNo(
@@ -84,17 +106,19 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
         removeFromSim();
     // The list was filled anew: where the package has gone meanwhile, it stands on another one.
     if (PackageDirectory(context) != directory)
-        return;
-    if (IsUsedInHangar(context, "panel") &&
-        context.user.AskYesNo(
+        return false;
+    std::set<std::string> asked;
+    if (WantsToKeep(
+            context, "panel",
             "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
-            "shown.  Do you want to cancel this command?"))
-        return;
-    if (IsUsedInHangar(context, "sound") &&
-        context.user.AskYesNo(
+            "shown.  Do you want to cancel this command?",
+            asked) ||
+        WantsToKeep(
+            context, "sound",
             "WARNING!  The sound configuration in this package is used (via alias) by an aircraft(s) in the "
-            "Hangar as shown.  Do you want to cancel this command?"))
-        return;
+            "Hangar as shown.  Do you want to cancel this command?",
+            asked))
+        return false;
     // A directory in another place that stands in the Hangar as a link stays where it is.
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
     if (!context.user.AskYesNo(
@@ -102,15 +126,15 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
             (place.empty() ? ""
                            : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
         context.window.RefreshPackageDisplay();
-        return;
+        return false;
     }
     if (IsLinkedDirectory(context, directory) == place.empty()) {
         context.user.Tell(directory + " has changed meanwhile.  Nothing was removed.",
                           MessageIcon::Exclamation);
-        return;
+        return false;
     }
     if (lastLook && !lastLook())
-        return;
+        return false;
     const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
     if (status)
@@ -121,6 +145,7 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     else
         TellIncompleteRemoval(context, status);
     context.window.RefreshPackageDisplay();
+    return bool(status);
 }
 
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
@@ -163,44 +188,45 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
     });
 }
 
-void RenameInHangar(CommandContext& context, const LoadedPackage& package) {
+std::string RenameInHangar(CommandContext& context, const LoadedPackage& package) {
     if (IsInstalled(context)) {
         context.user.Tell("Sorry, no renaming allowed while package is installed in MSFS.  Remove package "
                           "from MSFS first.",
                           MessageIcon::Exclamation);
-        return;
+        return CurrentPackageName(context.window);
     }
-    if (IsUsedInHangar(context, "panel")) {
-        context.user.Tell(
-            "Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in "
-            "the Hangar as shown.",
-            MessageIcon::Information);
-        return;
-    }
-    if (IsUsedInHangar(context, "sound")) {
-        context.user.Tell("Cannot rename.  The sound configuration in this package is used (via alias) by an "
-                          "aircraft(s) in the Hangar as shown.",
-                          MessageIcon::Information);
-        return;
-    }
-    RenamePackage(context, package);
+    if (!MayRename(context, "panel",
+                   "Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in "
+                   "the Hangar as shown.") ||
+        !MayRename(context, "sound",
+                   "Cannot rename.  The sound configuration in this package is used (via alias) by an "
+                   "aircraft(s) in the Hangar as shown."))
+        return CurrentPackageName(context.window);
+    const std::string name = RenamePackage(context, package);
     context.window.RefreshPackageDisplay();
+    return name;
 }
 
 void CheckReferences(CommandContext& context) {
-    const bool isPanelUsed = IsUsedInHangar(context, "panel");
+    const AliasUsers panel = ShowUsersInHangar(context, "panel");
+    const bool isPanelUsed = !panel.paths.empty();
     if (isPanelUsed) {
         context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
                           "shown.");
         if (!context.user.AskYesNo("Continue on to sound alias check?"))
             return;
     }
-    const bool isSoundUsed = IsUsedInHangar(context, "sound");
+    const AliasUsers sound = ShowUsersInHangar(context, "sound");
+    const bool isSoundUsed = !sound.paths.empty();
     if (isSoundUsed)
         context.user.Tell("The sound configuration in this package is used (via alias) by an aircraft(s) in "
                           "the Hangar as shown.");
+    const std::vector<Unseen>& unseen = isPanelUsed || panel.unseen.empty() ? sound.unseen : panel.unseen;
     if (isPanelUsed || isSoundUsed)
         context.user.Tell("Done.");
+    else if (!unseen.empty())
+        context.user.Tell(DescribeUnseenUsers(&unseen == &panel.unseen ? "panel" : "sound", unseen),
+                          MessageIcon::Exclamation);
     else
         context.user.Tell("Done checking for panel and sound aliases to this package.  None found.");
 }

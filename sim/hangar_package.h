@@ -10,8 +10,8 @@
 namespace korvadex {
 
 // An installed package is offered to removeFromSim first; either answer goes on. Directly before the deletion
-// lastLook may keep the package, after a message of its own.
-void RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
+// lastLook may keep the package, after a message of its own. True when the package has gone.
+bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
                       const std::function<bool()>& lastLook = {});
 
 // Refused for an aircraft when Staging holds one. removeFromHangar runs when the user wants that, after every
@@ -19,8 +19,9 @@ void RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
 void CopyToStaging(CommandContext& context, const LoadedPackage& package,
                    const std::function<void(const std::function<bool()>& lastLook)>& removeFromHangar);
 
-// frmRename, unless the package is installed or another one of the Hangar uses its panel or sound.
-void RenameInHangar(CommandContext& context, const LoadedPackage& package);
+// frmRename, unless the package is installed or another one of the Hangar uses its panel or sound. Gives the name that
+// the package has afterwards.
+std::string RenameInHangar(CommandContext& context, const LoadedPackage& package);
 
 void CheckReferences(CommandContext& context);
 

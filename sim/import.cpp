@@ -86,8 +86,8 @@ class Import {
         const ListCut cut = tree.isLevelCut ? ListCut::Level : list.cut;
         if (cut != ListCut::None)
             return Refuse(DescribeCut(cut, context.limits));
-        if (tree.isUnreadable)
-            return Refuse("The directory " + tree.unreadable + " could not be read.");
+        if (!tree.unreadable.empty())
+            return Refuse("The directory " + tree.unreadable.front() + " could not be read.");
         return true;
     }
 

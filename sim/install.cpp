@@ -10,8 +10,24 @@ namespace korvadex {
 
 namespace {
 
+// What an alias or a package's name stands for below the simulator's aircraft directory, whatever of its blanks are
+// written as "_" there; "" when it is not there.
+std::string FindInSim(const CommandContext& context, const std::string& alias) {
+    const std::string found = FindSimAircraftDirectory(context.files, context.locations, alias);
+    const std::size_t end = alias.find('\\');
+    if (!found.empty() || end == std::string::npos)
+        return found;
+    const std::string root = context.locations.MsfsDir + "aircraft\\";
+    for (const std::string& aircraft : SubdirectoryNames(context.files, root)) {
+        if (EqualNoCase(SpacesToUnderscores(aircraft), SpacesToUnderscores(alias.substr(0, end))) &&
+            HasSubdirectory(context.files, root + aircraft, alias.substr(end)))
+            return aircraft + alias.substr(end);
+    }
+    return "";
+}
+
 bool IsInSim(const CommandContext& context, const std::string& alias) {
-    return !FindSimAircraftDirectory(context.files, context.locations, alias).empty();
+    return !FindInSim(context, alias).empty();
 }
 
 // What else there is to say when a package is told to be installed before itself.
@@ -29,7 +45,7 @@ class AliasLines {
     explicit AliasLines(CommandContext& command) : context(command) {}
 
     void Follow(const std::string& alias, const std::string& directory, const std::string& configFile) {
-        const std::string installed = FindSimAircraftDirectory(context.files, context.locations, alias);
+        const std::string installed = FindInSim(context, alias);
         if (alias.empty() || installed.empty() || installed == alias ||
             !context.files.Info(directory + configFile))
             return;

@@ -12,7 +12,7 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package);
 
 // In QuietMode nothing is asked, reported or said to be done; a package that is kept for the sake of files
 // that only the simulator has joins state.keptPackages.
-// usage, where it is given and complete, spares the search for users.
+// usage, where it is given, spares the search for users.
 void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
                    SimUsage* usage = nullptr);
 

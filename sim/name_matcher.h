@@ -15,6 +15,8 @@ namespace korvadex {
 class NameMatcher {
   public:
     explicit NameMatcher(const std::vector<std::string>& names);
+    // From now on a blank in a text is taken for "_".
+    void TakeBlanksForUnderscores() { letterOf[' '] = letterOf['_']; }
 
     // Notes every name that the text contains. An empty name is contained in any text.
     void Search(std::string_view text);

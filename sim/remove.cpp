@@ -22,20 +22,30 @@ namespace korvadex {
 
 namespace {
 
-// True when an aircraft of the simulator other than the package's own uses its panel (kind "panel") or sound.
-bool IsUsedInSim(CommandContext& context, const std::string& name, const std::string& directory,
-                 const std::string& kind, const SimUsage* usage) {
-    AliasSearch search;
-    search.root = context.locations.MsfsDir + "aircraft\\";
-    search.fileName = kind + ".cfg";
-    search.texts = AliasTexts(name, kind);
-    search.showList = true;
-    search.leaveOut = directory;
-    if (!usage)
-        return FindAliasUsers(context, search);
-    const std::vector<std::string> users = usage->AliasUsers(name, kind, directory);
-    ShowAliasUsers(context, search.root, search.fileName, users);
-    return !users.empty();
+// False, after a message, when the panel (kind "panel") or the sound of the package is needed by another aircraft of the
+// simulator, or may be. In a batch what may need it is named at its end.
+bool IsFree(CommandContext& context, CommandState& state, const std::string& name,
+            const std::string& directory, const std::string& kind, const SimUsage* usage) {
+    const std::string root = context.locations.MsfsDir + "aircraft\\";
+    const AliasUsers users = usage ? usage->FindUsers(name, kind, directory)
+                                   : FindAliasUsers(context, root, name, kind, directory);
+    ShowAliasUsers(context, root, kind, users.paths);
+    if (!users.paths.empty()) {
+        context.user.Tell(kind == "panel" ? "Cannot remove.  The panel in this package is used (via alias) "
+                                            "by an aircraft(s) in the Flight "
+                                            "Simulator directory as shown."
+                                          : "Cannot remove.  This sound in this package is used (via alias) "
+                                            "by an aircraft(s) in the Flight "
+                                            "Simulator directory as shown.",
+                          MessageIcon::Information);
+    } else if (!users.unseen.empty() && state.QuietMode) {
+        state.keptPackages.push_back(name + ": it could not be found out whether another aircraft uses it");
+        state.unseen = ListUnseen(users.unseen);
+    } else if (!users.unseen.empty()) {
+        context.user.Tell("Cannot remove.  " + DescribeUnseenUsers(kind, users.unseen),
+                          MessageIcon::Exclamation);
+    }
+    return users.AreNone();
 }
 
 // The installation adapts the alias line of such a file to the names of the simulator, and nothing else.
@@ -138,9 +148,8 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
             others.push_back(recorded != placed.end() || own.HasSource(relative) ? relative + "  (changed)"
                                                                                  : relative);
     }
-    if (installed.isUnreadable)
-        others.push_back(installed.unreadable.substr(directory.size()) +
-                         " (a directory that could not be read)");
+    for (const std::string& unreadable : installed.unreadable)
+        others.push_back(unreadable.substr(directory.size()) + " (a directory that could not be read)");
     return others;
 }
 
@@ -202,8 +211,6 @@ bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPack
 
 void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
                    SimUsage* usage) {
-    if (usage && !usage->IsComplete())
-        usage = nullptr;
     const std::string name = CurrentPackageName(context.window);
     const std::string installedName = FindSimAircraftDirectory(context.files, context.locations, name);
     if (installedName.empty()) {
@@ -218,20 +225,9 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
         return;
 
     const std::string directory = context.locations.MsfsDir + "aircraft\\" + installedName + "\\";
-    if (IsUsedInSim(context, name, directory, "panel", usage)) {
-        context.user.Tell(
-            "Cannot remove.  The panel in this package is used (via alias) by an aircraft(s) in the Flight "
-            "Simulator directory as shown.",
-            MessageIcon::Information);
+    if (!IsFree(context, state, name, directory, "panel", usage) ||
+        !IsFree(context, state, name, directory, "sound", usage))
         return;
-    }
-    if (IsUsedInSim(context, name, directory, "sound", usage)) {
-        context.user.Tell(
-            "Cannot remove.  This sound in this package is used (via alias) by an aircraft(s) in the Flight "
-            "Simulator directory as shown.",
-            MessageIcon::Information);
-        return;
-    }
     if (!ConfirmLosses(context, state, package, name, directory))
         return;
 

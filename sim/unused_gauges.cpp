@@ -25,10 +25,11 @@ std::vector<FileEntry> CollectGauges(CommandContext& context) {
     return gauges;
 }
 
-void TellNotSearched(CommandContext& context) {
+void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen) {
     context.user.Tell("Not every panel.cfg file below " + context.locations.MsfsDir +
                           "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken "
-                          "as used.",
+                          "as used.\r\n\r\n" +
+                          ListUnseen(unseen),
                       MessageIcon::Exclamation);
 }
 
@@ -46,8 +47,9 @@ std::vector<FileEntry> FindUnused(CommandContext& context,
                  std::max(1, count));
     };
     NameMatcher used(names);
-    if (!FindGaugesInUse(context, context.locations.MsfsDir, used, "", inGauges)) {
-        TellNotSearched(context);
+    const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used, "", inGauges);
+    if (!unseen.empty()) {
+        TellNotSearched(context, unseen);
         return {};
     }
     std::vector<FileEntry> unused;
@@ -101,8 +103,9 @@ class GaugeList {
         for (const int row : rows)
             names.push_back(GaugeName(unused[static_cast<std::size_t>(row)].path));
         NameMatcher used(names);
-        if (!FindGaugesInUse(context, context.locations.MsfsDir, used)) {
-            TellNotSearched(context);
+        const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used);
+        if (!unseen.empty()) {
+            TellNotSearched(context, unseen);
             return;
         }
         std::vector<std::string> kept, remaining;

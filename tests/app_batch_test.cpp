@@ -35,6 +35,22 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     program->UninstallAll();
     EXPECT_EQ(drive.Tree(), expected);
 
+    // What could not be looked at is named once.
+    if (drive.MakeLink("FS\\aircraft\\Mine\\odd", "gone")) {
+        const std::string unknown = ": it could not be found out whether another aircraft uses it\n";
+        user.Expect(AskUninstallAll, Answer::Yes)
+            .Expect("Cannot remove.  The panel in this package...")
+            .Expect("The following packages were kept ...\n\nA Jet" + unknown + "B Jet" + unknown +
+                        "\nThese could not be looked at, and may use what the packages have ...\n\n" +
+                        drive.At("FS\\aircraft\\Mine\\odd") +
+                        "  (a link that leads nowhere)\n\nPlease make sure...",
+                    MessageIcon::Exclamation)
+            .Expect("Done.");
+        program->UninstallAll();
+        ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Mine\\odd")));
+        EXPECT_EQ(drive.Tree(), expected);
+    }
+
     user.Expect(AskUninstallAll, Answer::Yes)
         .Expect("Cannot remove.  The panel in this package...")
         .Expect("The following packages were kept ...\n\nB Jet: " + drive.At("FS\\aircraft\\B Jet\\") +

@@ -4,27 +4,6 @@
 
 namespace korvadex::test {
 
-TEST_F(SimTest, AliasUsersAreListedInTheOrderOfTheWalk) {
-    drive.Put("Hangar\\Jets\\A_Jet\\Panel\\Panel.cfg", "x\r\nAlias=My Lear\\Panel");
-    drive.Put("Hangar\\Jets\\B Jet\\Panel\\panel.cfg", "alias=my lear\\panel");
-    drive.Put("Hangar\\Jets\\C\\panel.cfg", "; MY LEAR\\panel\r\nalias=My Lear\\panel");
-    drive.Put("Hangar\\Jets\\D\\Panel\\panel.cfg", "alias=lear\\panel");
-    drive.Put("Hangar\\Jets\\E\\Panel\\oldpanel.cfg", "alias=My Lear\\panel");
-    drive.MakeDirectory("FS\\aircraft\\b_jet");
-    AliasSearch search{.root = locations.HangarDir, .fileName = "panel.cfg", .texts = {"My Lear\\panel"}};
-    EXPECT_TRUE(FindAliasUsers(context, search));
-    EXPECT_EQ(window.listCaption, "");
-
-    search.showList = true;
-    EXPECT_TRUE(FindAliasUsers(context, search));
-    EXPECT_EQ(window.listCaption, "panel used in ...");
-    EXPECT_EQ(window.listLines, (std::vector<std::string>{"A_Jet", "< B Jet >", "Jets\\C\\panel.cfg"}));
-
-    search.gaugeLinesOnly = true;
-    EXPECT_FALSE(FindAliasUsers(context, search));
-    EXPECT_FALSE(window.isProgressVisible);
-}
-
 TEST_F(SimTest, RewritingAnAliasLine) {
     std::string text = "\xE9  \n; alias=no\r\n  Alias\t= old ; mine\r\n",
                 expected = "\xE9  \n; alias=no\r\n  Alias\t= new\\panel ; mine\r\n";

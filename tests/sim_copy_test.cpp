@@ -39,6 +39,8 @@ TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
         {"gauges\\CLOCK.v2.gau", "Gauges\\CLOCK.v2.gau"},
         {"smoke.FX", "Miscellaneous\\smoke.FX"},
         {"Click.gau", ""}, // named on no gauge line
+        {"gauge dial 1024panel.cfg", "Unrecognized Files\\gauge dial 1024panel.cfg"},
+        {"Dial.gau", "Gauges\\Dial.gau"}, // named there
         {"kx_compression.txt", ""},
         {"KX_MSFSImportName.txt", ""}};
     const std::string panel = "file=p.bmp\r\ngauge00=Clock.x,1\r\nclick\r\n";

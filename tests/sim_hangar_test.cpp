@@ -178,6 +178,8 @@ TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
 
 TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
     drive.MakeDirectory("Hangar\\Props\\Taken");
+    drive.MakeDirectory("Hangar\\Props\\My own Plane");
+    drive.MakeDirectory("FS\\aircraft\\Also in_Sim");
     drive.MakeDirectory("FS\\aircraft\\In_Sim");
     const Tree before = drive.Tree();
     struct Row {
@@ -193,7 +195,12 @@ TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
         {{"x", "\xD0\x96"}, "The aircraft name has a character that cannot be kept in aircraft.cfg..."},
         {{"con", "Lear 45"}, "\"con\" cannot be the name of a package.  Please use another name."},
         {{std::string(300, 'x'), "Lear 45"}, "\"xxx..."},
-        {{"tAKEN", "Lear 45"}, "Package name already exists in Props.  Please use another name."},
+        {{"tAKEN", "New title"}, "Package name already exists in Props.  Please use another name."},
+        {{"my own_plane", "Lear 45"},
+         "Package name already exists in Props.  Please use another name.  (\"My own Plane\" and \"my "
+         "own_plane\" are "
+         "one name in Flight Simulator.)"},
+        {{"Also_in Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
         {{"Other", "Lear 45 "}, "Package name already exists in Jets.  Please use another name."},
         {{"In Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
     };
@@ -234,6 +241,22 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     EXPECT_FALSE(RewriteTitle(context, ReadAircraftCfg(drive.Files(), oddPath), "New"));
     EXPECT_EQ(drive.Get("Hangar\\Jets\\Odd\\aircraft.cfg"), odd);
 
+    // Of a name and a title both are changed or neither.
+    Select("Other");
+    hangar = drive.Tree("Hangar");
+    const RenameEntry both{"New", "New title"};
+    const auto fails = [&](const char* change, const char* part, const std::vector<RenameEntry>& entries) {
+        FaultyFiles faulty(drive.Files());
+        faulty.FailOn(change, part, FileFault::InUse);
+        user.ExpectRename({"Other", "Other"}, true, entries)
+            .Expect("A problem occurred during the rename process...", MessageIcon::Exclamation);
+        Run(RenameHangarPackage, faulty);
+        EXPECT_EQ(drive.Tree("Hangar"), hangar) << change;
+        EXPECT_EQ(window.packageText, "Other");
+    };
+    fails("Rename", "Jets\\New", {both});
+    fails("Replace", "aircraft.cfg", {both, {"Other", "Other"}});
+
     // A package without aircraft.cfg has no title; a directory that cannot be renamed stays.
     drive.Put("Hangar\\Jets\\Panel only\\Panel\\panel.cfg", "x");
     Select("Panel only");
@@ -245,6 +268,49 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
                 MessageIcon::Exclamation);
     Run(RenameHangarPackage, readOnly);
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Panel only\\Panel\\panel.cfg"));
+}
+
+TEST_F(HangarTest, AHeldAliasFollowsItsPackage) {
+    user.Expect("Done.\n\nNow you can easily...")
+        .ExpectRename({"Lear", "Lear 45"}, true, {{"Lear 2", "Lear 45"}});
+    Run(CreateSoundAlias);
+    Run(RenameHangarPackage);
+    EXPECT_EQ(memory.held.HeldSoundAlias, "Lear 2\\sound");
+    Select("Lear 2");
+    user.Expect(AskRemove, Answer::Yes).Expect("Done.");
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(memory.held.HeldSoundAlias, "");
+}
+
+TEST_F(HangarTest, UsersAreFoundUnderEitherSpelling) {
+    PackageBuilder(drive, "Hangar\\Jets\\My own Lear\\");
+    Select("My own Lear");
+    drive.Put("Hangar\\Jets\\A_Jet\\Panel\\Panel.cfg", "x\r\n\tAlias = my_own_lear\\Panel");
+    drive.Put("Hangar\\Jets\\B Jet\\Panel\\panel.cfg", "alias=my_own lear\\panel");
+    drive.Put("Hangar\\Jets\\C\\panel.cfg", TwoByteText("; MY own LEAR\\panel\r\nalias=My own Lear\\panel"));
+    drive.Put("Hangar\\Jets\\D\\Panel\\panel.cfg", "alias=own lear\\panel");
+    drive.Put("Hangar\\Jets\\E\\Panel\\oldpanel.cfg", "alias=my_own_lear\\panel");
+    drive.MakeDirectory("FS\\aircraft\\b_jet");
+    user.Expect("Cannot rename.  The panel in this package is used...");
+    Run(RenameHangarPackage);
+    EXPECT_EQ(window.listCaption, "panel used in ...");
+    EXPECT_EQ(window.listLines, (std::vector<std::string>{"A_Jet", "< B Jet >", "Jets\\C\\panel.cfg"}));
+
+    // What could not be looked at may be a user as well.
+    for (const char* file : {"A_Jet\\Panel\\panel.cfg", "B Jet\\Panel\\panel.cfg", "C\\panel.cfg"})
+        drive.Put(std::string("Hangar\\Jets\\") + file, "");
+    if (!drive.MakeLink("Hangar\\Jets\\C\\x", "gone"))
+        GTEST_SKIP() << "no links on this machine";
+    const std::string unseen = "It could not be found out whether another aircraft uses the panel in this "
+                               "package, because these could not be "
+                               "looked at ...\n\n" +
+                               drive.At("Hangar\\Jets\\C\\x") + "  (a link that leads nowhere)\n\n...";
+    user.Expect("Cannot rename.  " + unseen).Expect(unseen);
+    Run(RenameHangarPackage);
+    Run(CheckPackageReferences);
+    user.Expect("WARNING!  " + unseen + "Do you want to cancel this command?", Answer::No)
+        .Expect(AskRemove, Answer::No);
+    Run(RemovePackageFromHangar);
 }
 
 TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {

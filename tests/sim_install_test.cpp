@@ -209,6 +209,8 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
          "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
         {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound",
          "", "[fltsim]\nalias=big_jet\\sound"},
+        {"panel of one with blanks", "Big Jet\\panel", "Panel\\panel.cfg", "alias=big_jet\\panel ; lent", "",
+         "alias=Big Jet\\panel ; lent"},
         {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n",
          "", "[fltsim]\nalias=BigJet\\Panel\n"},
     };

@@ -17,14 +17,17 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
         const char *name, *file, *text; // below the simulator's aircraft directory
         const char *kind, *user;        // what is in use, and how the list names the user
     } rows[] = {
-        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_lear\\PANEL", "panel",
+        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_own_lear\\PANEL", "panel",
          "< Big Jet >"},
-        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Lear\\panel", "panel", "< Big Jet >"},
-        {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
-        {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Lear\\sound", "sound", "< Jet >"},
-        {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY LEAR\\sound", "sound", "< Jet >"},
+        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Own Lear\\panel", "panel",
+         "< Big Jet >"},
+        {"panel by half of both", "Jet\\panel\\panel.cfg", "alias = \"my_own Lear\\panel\"", "panel",
+         "< Jet >"},
+        {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Own Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
+        {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Own_Lear\\sound", "sound", "< Jet >"},
+        {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY OWN LEAR\\sound", "sound", "< Jet >"},
     };
-    Install("My Lear");
+    Install("My Own Lear");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const std::string file = std::string("FS\\aircraft\\") + row.file;
@@ -40,25 +43,52 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
         EXPECT_EQ(window.listLines, std::vector<std::string>{row.user});
         ASSERT_TRUE(drive.Files().Delete(drive.At(file)));
     }
-    drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "alias=Lear\\panel");    // of another
-    drive.Put("FS\\aircraft\\My_Lear\\Panel\\panel.cfg", "; My Lear\\panel"); // its own
+    drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "alias=Lear\\panel");            // of another
+    drive.Put("FS\\aircraft\\My_Own_Lear\\Panel\\panel.cfg", "; My Own Lear\\panel"); // its own
     ExpectRemoval().Expect("...Panel\\panel.cfg  (changed)...", Answer::Yes).Expect("Done.");
     Run(RemovePackageFromSim);
-    EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Own_Lear"));
 }
 
-TEST_F(RemoveTest, ASearchThatCouldNotSeeEverythingCountsAsUsed) {
+// Though they might use it; what is no configuration by its name is none.
+TEST_F(RemoveTest, NamesWhatItCouldNotLookAt) {
     Install("Lear");
-    drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "");
-    limits.FileMax = 1;
+    for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
+        drive.MakeDirectory("FS\\aircraft\\A" + std::to_string(i));
+    drive.MakeDirectory("FS\\aircraft\\Z");
+    if (!drive.MakeLink("FS\\aircraft\\Z\\panel.2", "gone") ||
+        !drive.MakeLink("FS\\aircraft\\Z\\t.bmp", "gone"))
+        GTEST_SKIP() << "no links on this machine";
+    const std::string large = "FS\\aircraft\\Z\\panel\\panel.cfg";
+    drive.Put(large, std::string(MaxConfigBytes + 1, ' '));
     const auto before = drive.Tree("FS");
-    ExpectRemoval()
-        .Expect("Not every panel.cfg file below " + locations.MsfsDir +
-                "aircraft\\ could be looked at.  To be on...")
-        .Expect("Cannot remove.  The panel in this package...");
+    ExpectRemoval().Expect(
+        "Cannot remove.  It could not be found out whether another aircraft uses the panel in this "
+        "package, because these could not be looked at ...\n\n" +
+        drive.At("FS\\aircraft\\Z\\panel.2") + "  (a link that leads nowhere)\n" + drive.At(large) +
+        "  (too large for a configuration file)\n\nPlease make sure that...");
     Run(RemovePackageFromSim);
+    SimUsage usage(context, {"Lear"});
+    memory.usage = &usage;
+    state.QuietMode = true;
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(state.keptPackages,
+              std::vector<std::string>{"Lear: it could not be found out whether another aircraft uses it"});
     EXPECT_EQ(drive.Tree("FS"), before);
-    EXPECT_THAT(window.status, testing::HasSubstr("FILEMAX"));
+    EXPECT_EQ(window.listCaption, "");
+    memory.usage = nullptr;
+    state.QuietMode = false;
+
+    drive.Put(large, "alias=Lear\\panel");
+    ExpectRemoval().Expect("Cannot remove.  The panel in this package...as shown.");
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(window.listLines, std::vector<std::string>{"< Z >"});
+    ASSERT_TRUE(drive.Files().Delete(drive.At(large)));
+    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Z\\panel.2")));
+    limits.FileMax = 40; // fewer than there are
+    drive.Fill("FS\\aircraft", "Y\\panel\\panel.cfg=, X\\panel\\panel.cfg=");
+    ExpectRemoval().Expect("Done.");
+    Run(RemovePackageFromSim);
 }
 
 TEST_F(RemoveTest, AGaugeOfTwoPackagesGoesWithTheSecond) {
