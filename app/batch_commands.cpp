@@ -54,7 +54,8 @@ class LeftPackages {
 class BorrowersFirst {
   public:
     BorrowersFirst(CommandContext& command, const SimUsage& simUsage, std::vector<PackageInBatch> listed)
-        : context(command), usage(simUsage), packages(std::move(listed)), isTaken(packages.size()) {
+        : context(command), aircraft(command.files, command.locations), usage(simUsage),
+          packages(std::move(listed)), isTaken(packages.size()) {
         for (std::size_t i = 0; i < packages.size(); ++i)
             if (const auto directory = Directory(packages[i]); !directory.empty())
                 byDirectory[FoldCase(directory)].push_back(i);
@@ -85,10 +86,11 @@ class BorrowersFirst {
         ordered.push_back(packages[index]);
     }
     std::string Directory(const PackageInBatch& package) const {
-        return FindSimAircraftDirectory(context.files, context.locations, package.name);
+        return aircraft.FindDirectory(package.name);
     }
 
     CommandContext& context;
+    const SimAircraft aircraft;
     const SimUsage& usage;
     const std::vector<PackageInBatch> packages;
     std::vector<bool> isTaken;
@@ -203,6 +205,12 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         return FindSimAircraftDirectory(files, settings.locations, of.name);
     };
     state.unseen.clear();
+    // Asked for each package: a listing of all aircraft would be too much.
+    const auto goneSimulator = [&] {
+        return files.IsDirectory(settings.locations.MsfsDir + "aircraft")
+                   ? ""
+                   : DescribeGone(files, settings.locations, {Place::Simulator});
+    };
     state.remainingGauges.clear();
     // Everything that is installed, so that who uses what is found out once for all of them.
     std::vector<std::string> names;
@@ -216,9 +224,9 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     std::set<std::string> lenders; // as the simulator knows them
     LeftPackages left(packages);
     const auto remove = [&](const PackageInBatch& selected) {
-        if (const auto gone = DescribeGone(files, settings.locations, {Place::Simulator}); !gone.empty())
-            return left.Add(selected, gone);
         const auto name = installedName(selected);
+        if (const auto gone = goneSimulator(); name.empty() && !gone.empty())
+            return left.Add(selected, gone);
         if (name.empty() || lenders.contains(name)) {
             skipped += name.empty();
             return;
@@ -233,7 +241,9 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
         state.CommandCode = RemovePackageFromSim;
         RunHangarCommand(context, state, memory, package);
         state.QuietMode = false;
-        if (installedName(selected).empty())
+        if (const auto gone = goneSimulator(); !gone.empty())
+            left.Add(selected, gone);
+        else if (installedName(selected).empty())
             ++removed;
         else if (!state.keptPackages.empty())
             left.Add(selected, state.keptPackages.front().substr(selected.name.size() + 2)); // "Lear: ..."
@@ -243,10 +253,8 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     ForEachPackage(BorrowersFirst(context, usage, packages).Take(), remove);
     memory.usage = nullptr;
     // Of two packages of one name the other one may have taken it out.
-    left.DropIf([&](const PackageInBatch& of) {
-        return DescribeGone(files, settings.locations, {Place::Simulator}).empty() &&
-               installedName(of).empty();
-    });
+    left.DropIf(
+        [&](const PackageInBatch& of) { return goneSimulator().empty() && installedName(of).empty(); });
     left.Tell(user, "The following packages were kept",
               state.unseen.empty()
                   ? ""
