@@ -86,7 +86,8 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
     ASSERT_TRUE(program.Start());
     window.show();
     user.Finish();
-    disk["App\\kx.ini"] = drive.Tree()["App\\kx.ini"];
+    disk["App\\kx.ini"] = drive.Get("App\\kx.ini"); // the locations are kept at once
+    EXPECT_NE(disk["App\\kx.ini"], "");
     ExpectNewBelow(hangar, 15); // with the categories
     EXPECT_EQ(Text("lblHeader"), "H A N G A R");
 
