@@ -22,7 +22,9 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
     auto entries = files.List(directory);
     if (!entries)
         return directory;
-    std::erase_if(*entries, [](const DirectoryEntry& entry) { return IsScratchName(entry.name); });
+    std::erase_if(*entries, [](const DirectoryEntry& entry) {
+        return IsScratchName(entry.name) || IsFileManagersFile(entry.name);
+    });
     const auto isDirectory = [&](const DirectoryEntry& entry) {
         return IsSubdirectory(files, directory, entry);
     };

@@ -1,15 +1,14 @@
 #include "app/settings.h"
 
+#include "package/config_text.h"
 #include "package/scratch.h"
 #include "platform/code_page.h"
-#include "platform/text_file.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <sstream>
 #include <vector>
 
 namespace korvadex {
@@ -155,22 +154,14 @@ void DeriveActiveProfile(SettingsValues& values) {
         active.name = "A Location Profile";
 }
 
-// Text editors mark a file that they save as UTF-8.
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-
+// In whatever encoding an editor has saved the file.
 Result<std::vector<std::string>> ReadSettingsLines(const FileSystem& files, const std::string& path) {
-    const auto bytes = ReadBytes(files, path);
-    if (!bytes)
-        return bytes.status();
-    if (!bytes->starts_with(ByteOrderMark))
-        return SplitLines(*bytes);
+    auto text = ReadConfigText(files, path);
+    if (!text)
+        return text.status();
     std::vector<std::string> lines;
-    std::istringstream text(bytes->substr(ByteOrderMark.size()));
-    for (std::string line; std::getline(text, line);) {
-        if (line.ends_with('\r'))
-            line.pop_back();
-        lines.push_back(line);
-    }
+    for (auto& line : text->lines)
+        lines.push_back(std::move(line.text));
     return lines;
 }
 

@@ -73,8 +73,13 @@ class SettingsFile : public testing::Test {
 
 TEST_F(SettingsFile, EachLineMeansWhatItSays) {
     const char* const none = "profile=0 A Location Profile|hangar=|";
+    std::string wide = "\xFF\xFE";
+    for (const char c : std::string("ALTLOCATION4=Wide"))
+        wide += std::string{c, '\0'};
     const struct {
-        const char *name, *text, *expected;
+        const char* name;
+        std::string text;
+        const char* expected;
     } rows[] = {
         {"the first named profile is active", "ALTLOCATION5=Spare\n", "profile=5 Spare|"},
         {"a profile beyond the tenth", "ALTLOCATION0=Main\nLOCATIONLAST=12\n", "profile=0 Main|"},
@@ -89,6 +94,7 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
          "\xEF\xBB\xBF"
          "ALTLOCATION0=\xD0\x96",
          "profile=0 \xD0\x96|"},
+        {"in letters of two bytes", wide, "profile=4 Wide|"},
         {"no digit before the equals sign", "ALTLOCATIONx=Main\nALT=x\n", none},
         {"the later line wins", "ALTLOCATION0=a\nALTLOCATION0=b=c\n", "profile=0 b=c|"},
         {"the first package of the active profile", "ALTLOCATION2=x\nALTFIRSTPACKAGE2=Jets\\Lear\n",
