@@ -2,8 +2,10 @@
 
 #include "ui/qt_text.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QVariant>
 #include <QWidget>
 
 #include <algorithm>
@@ -27,6 +29,33 @@ bool CanBeReached(const QRect& window) {
     });
 }
 
+constexpr const char* NormalFrame = "normalFrame";
+
+bool IsNormal(const QWidget& window) {
+    return !window.isMaximized() && !window.isFullScreen();
+}
+
+QPoint FrameOf(const QWidget& window) {
+    return window.frameGeometry().topLeft() - window.geometry().topLeft();
+}
+
+// The frame of a maximised window may be thinner: the normal one is remembered whenever the window is entered.
+class FrameKeeper : public QObject {
+  public:
+    explicit FrameKeeper(QWidget& watched) : QObject(&watched), window(watched) {
+        window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::WindowActivate && IsNormal(window))
+            window.setProperty(NormalFrame, FrameOf(window));
+        return false;
+    }
+
+  private:
+    QWidget& window;
+};
+
 } // namespace
 
 ScreenSize ScreenInTwips(const QWidget& window) {
@@ -35,15 +64,17 @@ ScreenSize ScreenInTwips(const QWidget& window) {
 }
 
 WindowGeometry GeometryInTwips(const QWidget& window) {
-    const bool isNormal = !window.isMaximized() && !window.isFullScreen();
+    const bool isNormal = IsNormal(window);
     const QRect inner = isNormal ? window.geometry() : window.normalGeometry();
-    const QPoint frame = window.frameGeometry().topLeft() - window.geometry().topLeft();
-    const QPoint corner = inner.topLeft() + frame;
+    const QVariant kept = window.property(NormalFrame);
+    const QPoint corner = inner.topLeft() + (isNormal || !kept.isValid() ? FrameOf(window) : kept.toPoint());
     return {corner.y() * TwipsPerPixel, corner.x() * TwipsPerPixel, inner.height() * TwipsPerPixel,
             inner.width() * TwipsPerPixel};
 }
 
 void SetGeometryInTwips(QWidget& window, const SavedGeometry& geometry) {
+    if (!window.property(NormalFrame).isValid())
+        new FrameKeeper(window); // goes with the window
     QSize size = window.size();
     if (geometry.width)
         size.setWidth(Pixels(*geometry.width));
