@@ -258,7 +258,7 @@ class Program : private MainWindow {
     std::string
         stagedAircraft; // the one imported last in this run; a choice of configuration deletes its name file
     bool isBatch = false; // packages are gone through: each is loaded only for its own command
-    modUnzip unzip;       // one for the run: its password prompt is shown once
+    modUnzip unzip;       // one for the run: it remembers the last right password
     HangarListing hangar; // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.
     bool isHangarStale = false;
