@@ -1,7 +1,8 @@
+#include "platform/descriptor_posix.h"
 #include "platform/drive_map_posix.h"
 #include "platform/file_system.h"
+#include "platform/flush_posix.h"
 #include "platform/host_names_posix.h"
-#include "platform/in_parallel.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -69,24 +70,6 @@ Status Failure(const std::string& path, int code = errno) {
 Status Outcome(int result, const std::string& path) {
     return result == 0 ? Status{} : Failure(path);
 }
-
-class Descriptor {
-  public:
-    explicit Descriptor(int descriptor = -1) : number(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor() {
-        if (number >= 0)
-            close(number);
-    }
-    explicit operator bool() const { return number >= 0; }
-    int get() const { return number; }
-    // The result of close(), which may report a write that came to nothing.
-    int Close() { return close(std::exchange(number, -1)); }
-
-  private:
-    int number;
-};
 
 FileTime TimeOf(const timespec& time) {
     return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
@@ -458,15 +441,11 @@ std::vector<Status> DriveFileSystem::Flush(std::span<const std::string> paths) {
         else
             outcomes[i] = hostPath.status();
     }
-    // A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.
-    ForEachTogether(paths.size(), [&](std::size_t i) {
-        if (!outcomes[i])
-            return;
-        const Descriptor file(open(hostPaths[i].c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-        // Some file systems keep nothing back of a directory, and know no way to ask.
-        if (!file || (fsync(file.get()) != 0 && errno != EINVAL))
-            outcomes[i] = Failure(paths[i]);
-    });
+    const std::vector<int> faults = FlushTogether(hostPaths);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (faults[i] != 0)
+            outcomes[i] = Failure(paths[i], faults[i]);
+    }
     return outcomes;
 }
 
