@@ -39,7 +39,7 @@ TEST_F(RecordTest, AGaugeGoesWithTheLastPackageThatHasIt) {
     for (const std::string there : {"", "one.gau=1", "one.gau=another, three.cab=3", "two.gau=2"}) {
         std::vector<std::string> in = {"A", "B", "C"}, out = in;
         do {
-            std::ranges::rotate(in, in.begin() + 1);
+            std::rotate(in.begin(), in.begin() + 1, in.end());
             SCOPED_TRACE("'" + there + "' in " + in[0] + in[1] + in[2] + " out " + out[0] + out[1] + out[2]);
             drive.Fill("FS\\gauges", there);
             for (const std::string& name : in)
@@ -52,7 +52,7 @@ TEST_F(RecordTest, AGaugeGoesWithTheLastPackageThatHasIt) {
             EXPECT_EQ(drive.Outline("FS\\gauges"), there);
             for (const char* gauge : {"one.gau", "two.gau", "three.cab"})
                 static_cast<void>(drive.Files().Delete(drive.At(std::string("FS\\gauges\\") + gauge)));
-        } while (std::ranges::next_permutation(out).found);
+        } while (std::next_permutation(out.begin(), out.end()));
     }
 }
 
