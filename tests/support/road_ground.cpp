@@ -33,8 +33,12 @@ bool IsJunk(const std::string& path) {
 }
 
 std::string PlainName(const std::string& path) {
-    static const std::regex number(R"(\(\d+\)(\.[^.]*)?$)");
-    return std::regex_replace(FoldCase(LastPathComponent(path)), number, "$1");
+    std::string name = FoldCase(LastPathComponent(path));
+    const std::size_t dot = std::min(name.rfind('.'), name.size()), open = name.rfind('(', dot);
+    if (open != name.npos && name.find_first_not_of("0123456789", open + 1) + 1 == dot &&
+        name[dot - 1] == ')')
+        name.erase(open, dot - open);
+    return name;
 }
 
 Contents ContentsOf(const FileTree& tree) {
