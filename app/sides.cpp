@@ -92,6 +92,7 @@ std::vector<std::string> Program::LoadSelectedPackage() {
 void Program::LoadStaging(ChoiceQuestion question) {
     ClearPackageDisplay();
     CheckSingleAircraftCfg(context);
+    const auto importName = ReadImportName(files, settings.locations); // goes with the choice
     const auto outcome = LoadPackage(context, settings.locations.StagingDir, true, package, question);
     view.imageIndex = package.pictures.empty() ? 0 : 1;
     view.sizeText = SizeText(package);
@@ -100,6 +101,9 @@ void Program::LoadStaging(ChoiceQuestion question) {
         ProposeName(NameFromTitle(package.aircraftTitle));
     if (Trim(view.packageName).empty())
         ProposeName(ReadImportName(files, settings.locations));
+    // Imported in an earlier run, and chosen only now.
+    if (outcome.isConfigurationChosen && importedAircraft.empty())
+        importedAircraft = importName;
     if (importedAircraft.empty() || package.isChoiceOpen)
         return;
     // Now that one panel is left, its gauges are fetched, and Staging is loaded with them.

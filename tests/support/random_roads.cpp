@@ -362,22 +362,20 @@ class Road : private RoadGround {
         CheckCrossCheck();
     }
     void CheckInstalled() {
-        const FileTree now = drive.Tree("FS");
+        FileTree own; // the rest stands beside other aircraft's, where what was there stays
         for (const auto& [path, bytes] : unpacked) {
             const std::string name = LastPathComponent(path);
-            std::string target = "aircraft\\" + SimName(package) + "\\" + path;
-            if (path.starts_with("Gauges\\"))
-                target = "gauges\\" + name;
-            else if (path.starts_with("Miscellaneous\\"))
-                target = (PlainName(path).ends_with(".fx") ? "effects\\" : "modules\\") + name;
-            const bool isShared = !target.starts_with("aircraft\\"); // what was there stays
-            if (path.ends_with('\\') || PlainName(path).starts_with("kx_") ||
-                (target.starts_with("effects\\") && !drive.Has("FS\\effects")))
-                continue;
-            if (const auto there = now.find(target);
-                there == now.end() || (there->second != bytes && !isShared))
-                Violation("the simulator lacks or has other bytes of " + target);
+            const bool isEffect = PlainName(path).ends_with(".fx");
+            if (!path.starts_with("Gauges\\") && !path.starts_with("Miscellaneous\\"))
+                own[path] = bytes;
+            else if (!path.ends_with('\\') && (!isEffect || drive.Has("FS\\effects")) &&
+                     !drive.Has((path.starts_with("Gauges\\") ? "FS\\gauges\\"
+                                 : isEffect                   ? "FS\\effects\\"
+                                                              : "FS\\modules\\") +
+                                name))
+                Violation("the simulator lacks " + name);
         }
+        ExpectHolds("the installed aircraft", ContentsOf(drive.Tree(InstalledPath())), ContentsOf(own));
     }
     // What the last box says of the installed panel.
     void CheckCrossCheck() {
