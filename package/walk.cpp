@@ -133,6 +133,15 @@ std::string OneName(const FileSystem& files, const std::string& path) {
     return WithoutBackslash(files.PathFromHost(files.HostPath(path)).value_or(path));
 }
 
+bool IsOnePlace(const FileSystem& files, const std::string& a, const std::string& b) {
+    const auto place = [&](const std::string& path) {
+        const std::string host = files.HostPath(path);
+        return AddBackslash(host.empty() ? path : files.SourceFromHost(host)); // also outside of the drives
+    };
+    const std::string first = place(a), second = place(b);
+    return IsAtOrBelow(first, second) || IsAtOrBelow(second, first);
+}
+
 bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry) {
     if (IsLeftOut(entry) || entry.info.kind == EntryKind::File)
         return false;

@@ -59,6 +59,9 @@ Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose 
 // tell. Without a trailing backslash.
 std::string OneName(const FileSystem& files, const std::string& path);
 
+// True when one of two directories is the other or lies in it, whatever links lead there.
+bool IsOnePlace(const FileSystem& files, const std::string& a, const std::string& b);
+
 // True when the entry of this directory (path ends in a backslash) is a directory, or a link to one. Scratch is none,
 // nor a link that leads back to where it stands or above, nor one that leads nowhere.
 bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry);

@@ -31,6 +31,13 @@ bool IsMountPoint(const CommandContext& context, const std::string& directory) {
            });
 }
 
+// A category or package that is a link may lead to where the simulator or Staging has its own.
+bool IsPlaceOfOthers(const CommandContext& context, const std::string& directory) {
+    return !IsLinkedDirectory(context, directory) &&
+           (IsOnePlace(context.files, directory, context.locations.MsfsDir + "aircraft\\") ||
+            IsOnePlace(context.files, directory, context.locations.StagingDir));
+}
+
 bool IsInstalled(const CommandContext& context) {
     return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
                 .empty();
@@ -94,6 +101,14 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     if (IsMountPoint(context, directory)) {
         context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " +
                               directory + ".\r\n\r\nPlease unmount that drive first.",
+                          MessageIcon::Exclamation);
+        return false;
+    }
+    if (IsPlaceOfOthers(context, directory)) {
+        context.user.Tell("The package cannot be removed: the Hangar leads by a link to " +
+                              OneName(context.files, directory) +
+                              ", which belongs to Flight Simulator or to Staging.\r\n\r\nPlease remove it "
+                              "there, or remove the link.",
                           MessageIcon::Exclamation);
         return false;
     }

@@ -85,12 +85,26 @@ class PackageFiles {
     }
     bool HasSource(const std::string& relative) const { return sources.contains(FoldCase(relative)); }
 
+    // True when at least half of the files have their names and sizes in the package. Another add-on may have come into
+    // the Hangar under its name.
+    bool HaveMostOf(const std::map<std::string, RecordedFile>& placed) const {
+        const auto known = std::ranges::count_if(placed, [&](const auto& file) {
+            const auto source = sources.find(file.first);
+            return source != sources.end() && HasSize(source->second, file.second.size);
+        });
+        return 2 * known >= std::ssize(placed);
+    }
+
   private:
+    bool HasSize(const std::string& source, std::uint64_t size) const {
+        const auto info = context.files.Info(source);
+        return info && info->kind == EntryKind::File &&
+               (info->size == size || UnpackedSize(context.files, FileEntry(source, *info)) == size);
+    }
+
     bool IsSource(const FileEntry& installed, const std::string& source) const {
         const auto info = context.files.Info(source);
-        return info && info->kind == EntryKind::File && info->time == installed.info.time &&
-               (info->size == installed.info.size ||
-                UnpackedSize(context.files, FileEntry(source, *info)) == installed.info.size);
+        return info && info->time == installed.info.time && HasSize(source, installed.info.size);
     }
 
     bool HasBytesOf(const FileEntry& installed) {
@@ -133,10 +147,12 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
                                        const std::string& directory) {
     if (IsLinkedDirectory(context, directory))
         return {};
-    const std::map<std::string, RecordedFile> placed = PlacedFiles(context, package, directory);
     PackageFiles own(context, package);
+    std::map<std::string, RecordedFile> placed = PlacedFiles(context, package, directory);
+    if (!own.HaveMostOf(placed))
+        placed.clear();
     std::vector<std::string> others;
-    const Tree installed = WalkTree(context.files, directory);
+    const Tree installed = WalkTree(context.files, directory, WalkFor::Search);
     for (const FileEntry& file : installed.files) {
         const std::string relative = file.path.substr(directory.size());
         if (IsInstallRecord(FoldCase(relative)))
@@ -173,10 +189,38 @@ bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPac
                                      " holds files that the package doesn't have, such as " + others.front());
         return false;
     }
-    return context.user.AskYesNo(
-        directory + " holds files that this package doesn't have ...\r\n\r\n" + ListNames(others) +
-            "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
-        MessageIcon::Exclamation);
+    if (!context.user.AskYesNo(
+            directory + " holds files that this package doesn't have ...\r\n\r\n" + ListNames(others) +
+                "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
+            MessageIcon::Exclamation))
+        return false;
+    if (FilesOfOthers(context, package, directory) == others)
+        return true;
+    context.user.Tell(directory +
+                          ", or the package in the Hangar, has changed meanwhile.  Nothing was removed.",
+                      MessageIcon::Exclamation);
+    return false;
+}
+
+// False, after a message, when there is no copy of the aircraft in the Hangar: the package has gone, or the Hangar leads
+// to the installed directory itself.
+bool HasOtherCopy(CommandContext& context, CommandState& state, const LoadedPackage& package,
+                  const std::string& name, const std::string& directory) {
+    std::string reason, advice;
+    if (!IsLinkedDirectory(context, directory) && IsOnePlace(context.files, package.path, directory)) {
+        reason = directory + " is the package itself, to which the Hangar leads by a link";
+        advice = ".\r\n\r\nThere is no other copy of it.  Nothing was removed.";
+    } else if (context.files.List(package.path).fault() == FileFault::NotFound) {
+        reason = "The package you've selected no longer seems to be in the Hangar";
+        advice = ".";
+    }
+    if (reason.empty())
+        return true;
+    if (state.QuietMode)
+        state.keptPackages.push_back(name + ": " + reason);
+    else
+        context.user.Tell(reason + advice, MessageIcon::Exclamation);
+    return false;
 }
 
 // The gauges that came with the aircraft go, while the record that knows them is there. False, after a word, when they
@@ -228,7 +272,8 @@ void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPac
     if (!IsFree(context, state, name, directory, "panel", usage) ||
         !IsFree(context, state, name, directory, "sound", usage))
         return;
-    if (!ConfirmLosses(context, state, package, name, directory))
+    if (!HasOtherCopy(context, state, package, name, directory) ||
+        !ConfirmLosses(context, state, package, name, directory))
         return;
 
     // Cut off anywhere, the removal is finished by the next one: the record goes last.

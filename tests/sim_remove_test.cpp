@@ -1,6 +1,8 @@
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
 
+#include <filesystem>
+
 namespace korvadex::test {
 
 class RemoveTest : public SimTest {
@@ -217,6 +219,38 @@ TEST_F(RemoveTest, AnAircraftThatIsALinkGoesAsALink) {
     Run(RemovePackageFromSim);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
     EXPECT_EQ(drive.Tree("Elsewhere"), elsewhere);
+}
+
+TEST_F(RemoveTest, TheOnlyCopyStays) {
+    const std::string hangar = drive.Files().HostPath(drive.At("Hangar\\Jets\\Lear"));
+    Install("Lear");
+    const auto before = drive.Tree("FS");
+    ExpectRemoval().Then([&] { std::filesystem::rename(hangar, hangar + " elsewhere"); });
+    user.Expect("The package you've selected no longer seems to be in the Hangar.");
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(drive.Tree("FS"), before);
+    // Another add-on has come under its name.
+    drive.Fill("Hangar\\Jets\\Lear", "aircraft.cfg=[fltsim.0], Other.air=other");
+    Select("Lear");
+    ExpectRemoval().Expect(locations.MsfsDir +
+                               "aircraft\\Lear\\ holds files that this package doesn't have ...\n\n"
+                               "aircraft.cfg  (changed)\nLear.air\n...",
+                           Answer::No);
+    Run(RemovePackageFromSim);
+    EXPECT_EQ(drive.Tree("FS"), before);
+
+    // The Hangar leads to the simulator.
+    std::filesystem::remove_all(drive.Files().HostPath(drive.At("Hangar\\Jets")));
+    if (!drive.MakeLink("Hangar\\Jets", "FS\\aircraft"))
+        GTEST_SKIP() << "no links on this machine";
+    Select("Lear");
+    ExpectRemoval().Expect(drive.At("FS\\aircraft\\Lear\\ is the package itself, ..."),
+                           MessageIcon::Exclamation);
+    Run(RemovePackageFromSim);
+    user.Expect("The package cannot be removed: the Hangar leads by a link to " +
+                drive.At("FS\\aircraft\\Lear") + ", which...");
+    Run(RemovePackageFromHangar);
+    EXPECT_EQ(drive.Tree("FS"), before);
 }
 
 } // namespace korvadex::test
