@@ -70,7 +70,7 @@ bool Program::CanCopyToHangar(const std::string& name) {
             "\r\n\r\nPlease rename or delete all but one of them and show Staging again (F5).");
     if (name.empty())
         return refuse("Please enter a package name.");
-    if (!IsStorableName(name) || IsScratchName(name))
+    if (!CanBePackageName(name))
         return refuse("\"" + name + "\" cannot be the name of a package.  Please use another name.");
     const auto category = SelectedCategory();
     if (category.empty())

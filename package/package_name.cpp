@@ -16,6 +16,10 @@ std::string CleanPackageName(std::string_view typed) {
     return std::string(Trim(name));
 }
 
+bool CanBePackageName(std::string_view name) {
+    return IsStorableName(name) && !IsScratchName(name) && !IsFileManagersDirectory(name);
+}
+
 std::string NameFromTitle(std::string_view title) {
     title = Trim(title);
     if (title.starts_with('"'))
@@ -23,7 +27,7 @@ std::string NameFromTitle(std::string_view title) {
     if (title.ends_with('"'))
         title.remove_suffix(1);
     std::string name = CleanPackageName(title);
-    return IsStorableName(name) && !IsScratchName(name) ? name : "";
+    return CanBePackageName(name) ? name : "";
 }
 
 namespace {

@@ -12,6 +12,9 @@ namespace korvadex {
 // "_".
 std::string CleanPackageName(std::string_view typed);
 
+// False for what the disk cannot store, and for what no list shows.
+bool CanBePackageName(std::string_view name);
+
 // The name to propose for an aircraft of that title: cleaned, without quotes around it; "" when it can be none.
 std::string NameFromTitle(std::string_view title);
 

@@ -67,7 +67,7 @@ class Renaming {
     }
 
     bool IsFree(const std::string& newName) {
-        if (!IsStorableName(newName) || IsScratchName(newName))
+        if (!CanBePackageName(newName))
             return RefuseName(newName);
         return CheckPackageName(context, newName, categoryPath + packageName);
     }

@@ -46,6 +46,7 @@ TEST_F(StagingCommands, EveryRefusalOfACopyLeavesTheTreeAsItIs) {
         {"   ", "Please enter a package name.", ""},
         {" nul ", "\"nul\" cannot be the name of a package.  Please use another name.", "nul"},
         {"~kx~scratch", "\"~kx~scratch\" cannot be the name...", "~kx~scratch"},
+        {"__MACOSX", "\"__MACOSX\" cannot be the name...", "__MACOSX"}, // no list would show it
         {"CESSNA 172", "Package name already exists in Props.  Please use another name.", "CESSNA 172"},
         {"Big Bird", "Package name already exists in MSFS...", "Big Bird", Answer::Cancel},
     };
