@@ -82,6 +82,9 @@ class Import {
     }
 
     bool CheckListing(const Tree& tree) {
+        if (IsOnePlace(files, source, staging))
+            return Refuse(source +
+                          " leads to Staging itself.  Please move the aircraft out of Staging first.");
         const FileList list = CollectFiles(tree, "", FileMode::All, context.limits);
         const ListCut cut = tree.isLevelCut ? ListCut::Level : list.cut;
         if (cut != ListCut::None)

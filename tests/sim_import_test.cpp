@@ -77,6 +77,15 @@ TEST_F(ImportTest, AnotherImportOfItReplacesOrClearsFirst) {
     const auto staged = drive.Tree("Staging");
     EXPECT_EQ(ImportFromSim(full), "");
     EXPECT_EQ(drive.Tree("Staging"), staged);
+
+    // What stands in Staging itself would be cleared away before it is copied.
+    drive.MakeDirectory("Staging\\Own\\model");
+    drive.Put("Staging\\KX_MSFSImportName.txt", "Own\r\n");
+    if (!drive.MakeLink("FS\\aircraft\\Own", "Staging\\Own"))
+        return;
+    user.ExpectImport({"My_Plane", "Own", "Zeppelin"}, {1}).Expect("...leads to Staging itself...");
+    EXPECT_EQ(ImportFromSim(context), "");
+    EXPECT_TRUE(drive.Has("Staging\\Own\\model"));
 }
 
 // A power cut leaves no half file under a real name, and all files when it comes after the end.
