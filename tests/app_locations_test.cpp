@@ -178,7 +178,8 @@ TEST_F(LocationsEntryTest, ClosingTheDialog) {
 
 TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
     drive.Put("Staging\\~kx~scratch\\1", "x"); // of the program itself: that directory is empty
-    drive.Fill("Hangar\\Jets", "New\\, Lear\\readme.txt=x, Lear\\PANEL\\panel.cfg=x, Cub\\cub.AIR=x, Thumbs.db=x");
+    drive.Fill("Hangar\\Jets",
+               "New\\, Lear\\readme.txt=x, Lear\\PANEL\\panel.cfg=x, Cub\\cub.AIR=x, Thumbs.db=x");
     // The last of two, none of that name, no name at all.
     for (const auto& [text, expected] : {std::pair("Twice", 7u), std::pair("twice", 2u), std::pair("", 2u)}) {
         SCOPED_TRACE(text);

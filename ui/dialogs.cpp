@@ -86,7 +86,8 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
     QFileDialog dialog(Parent(), ToQt(title),
-                       StartDirectory(files, directory, QStandardPaths::DownloadLocation), ArchiveFileFilter());
+                       StartDirectory(files, directory, QStandardPaths::DownloadLocation),
+                       ArchiveFileFilter());
     dialog.setObjectName("zipFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setDefaultSuffix("zip");
