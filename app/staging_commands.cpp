@@ -193,7 +193,9 @@ void Program::EraseStaging(const std::string& copiedTo) {
         const auto missing = FirstNotCopied(context, package, CopyRoot::Hangar, copiedTo);
         if (!missing.empty())
             user.Tell("The new package is not complete any more.  Staging was not cleared.\r\n\r\n" +
-                          missing + "\r\n\r\nPlease copy the package to the Hangar again.",
+                          missing +
+                          "\r\n\r\nPlease remove it from the Hangar and copy it again, or copy it under "
+                          "another name.",
                       MessageIcon::Exclamation);
         return !missing.empty();
     };

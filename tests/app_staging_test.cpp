@@ -264,7 +264,8 @@ TEST_F(StagingCommands, StagingStaysWhenThePackageHasGoneMeanwhile) {
         EXPECT_TRUE(DeleteTree(context, drive.At("Hangar\\Jets\\Lear\\Model\\")).empty());
     });
     user.Expect("The new package is not complete any more.  Staging was not cleared.\n\n" +
-                    drive.At("Staging\\ZIP_lear.zip\\Model\\lear.mdl") + "\n\n...",
+                    drive.At("Staging\\ZIP_lear.zip\\Model\\lear.mdl") +
+                    "\n\nPlease remove it from the Hangar and copy it again, or copy it under another name.",
                 MessageIcon::Exclamation);
     Copy("Lear");
     EXPECT_EQ(drive.Tree("Staging"), before);
