@@ -283,10 +283,10 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     const struct {
         const char *change, *part, *message;
     } rows[] = {
-        {"Write", "aircraft.cfg", "The file C:\\Staging\\P\\aircraft.cfg could not be written (another..."},
+        {"Write", "aircraft.cfg", "The file ...\\Staging\\P\\aircraft.cfg could not be written (another..."},
         {"Rename", "texture.red",
-         "C:\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
-        {"Rename", "panel.ifr", "C:\\Staging\\P\\panel.ifr belongs to a configuration that is not kept..."},
+         "...\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
+        {"Rename", "panel.ifr", "...\\Staging\\P\\panel.ifr belongs to a configuration that is not kept..."},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.message);
