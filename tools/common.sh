@@ -5,7 +5,7 @@ CacheDirectory=${XDG_CACHE_HOME:-$HOME/.cache}/korvadex
 
 # What each kind of build needs, as packages of Debian 12.
 BuildPackages=(g++ cmake ninja-build pkg-config zlib1g-dev libzip-dev libdeflate-dev libgtest-dev libgmock-dev)
-QtPackages=(qt6-base-dev libqt6svg6)
+QtPackages=(qt6-base-dev librsvg2-bin)
 ClangPackages=(clang libclang-rt-14-dev)
 WindowsPackages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make wine wine64)
 FormatPackages=(clang-format)

@@ -1,11 +1,11 @@
 #include "ui/frmAbout.h"
 
 #include "archive/library_versions.h"
+#include "ui/icons.h"
 #include "ui/qt_text.h"
 #include "ui_frmAbout.h"
 
 #include <QGridLayout>
-#include <QIcon>
 #include <QLabel>
 
 namespace korvadex {
@@ -27,7 +27,7 @@ QString VersionText() {
 frmAbout::frmAbout(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::frmAbout>()) {
     ui->setupUi(this);
     ui->lblVersion->setText(VersionText());
-    ui->lblIcon->setPixmap(QIcon(":/icons/korvadex.svg").pixmap(QSize(64, 64), devicePixelRatioF()));
+    ui->lblIcon->setPixmap(NamedIcon("korvadex").pixmap(QSize(64, 64), devicePixelRatioF()));
     int row = 0;
     for (const LibraryVersion& library : Libraries()) {
         int column = 0;

@@ -1,11 +1,11 @@
 #include "ui/frmSplash.h"
 
 #include "ui/frmAbout.h"
+#include "ui/icons.h"
 #include "ui_frmSplash.h"
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QIcon>
 #include <QScreen>
 #include <QTimer>
 
@@ -21,7 +21,7 @@ frmSplash::frmSplash(std::function<void()> showHangar)
     : QFrame(nullptr, Qt::SplashScreen), ui(std::make_unique<Ui::frmSplash>()) {
     ui->setupUi(this);
     ui->lblVersion->setText(VersionText());
-    ui->lblIcon->setPixmap(QIcon(":/icons/korvadex.svg").pixmap(QSize(96, 96), devicePixelRatioF()));
+    ui->lblIcon->setPixmap(NamedIcon("korvadex").pixmap(QSize(96, 96), devicePixelRatioF()));
     move(screen()->availableGeometry().center() - rect().center());
 
     auto* timer = new QTimer(this);

@@ -4,13 +4,13 @@
 #include "ui/end_signals.h"
 #include "ui/frmHangar.h"
 #include "ui/frmSplash.h"
+#include "ui/icons.h"
 #include "ui/message_box.h"
 #include "ui/qt_text.h"
 #include "ui/single_instance.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QIcon>
 
 #include <stdexcept>
 
@@ -100,7 +100,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Korvadex");
     QApplication::setApplicationVersion(KORVADEX_VERSION);
     QApplication::setDesktopFileName("korvadex");
-    QApplication::setWindowIcon(QIcon(":/icons/korvadex.svg"));
+    QApplication::setWindowIcon(korvadex::NamedIcon("korvadex"));
     // Between a question at start-up and the main window there is no window; the program itself says when it ends.
     QApplication::setQuitOnLastWindowClosed(false);
     try {

@@ -1,12 +1,8 @@
 #include "ui/toolbar.h"
 
-#include <QAction>
-#include <QIcon>
+#include "ui/icons.h"
 
-// A resource in a static library is not found before this ran; the macro wants to stand outside of any namespace.
-static void InitIcons() {
-    Q_INIT_RESOURCE(icons);
-}
+#include <QAction>
 
 namespace korvadex {
 
@@ -46,14 +42,13 @@ constexpr Button Buttons[] = {
 } // namespace
 
 Toolbar::Toolbar(QWidget* parent) : QToolBar(parent) {
-    InitIcons();
     for (const Button& button : Buttons) {
         if (!button.key) {
             addSeparator();
             continue;
         }
         const QString key = button.key;
-        QAction* action = addAction(QIcon(":/icons/" + key + ".svg"), {});
+        QAction* action = addAction(NamedIcon(key), {});
         action->setObjectName(key);
         SetButton(button.key, button.toolTip, true);
         connect(action, &QAction::triggered, this, [this, key] { emit KeyPressed(key); });
