@@ -191,7 +191,7 @@ void Program::ShowComponentInFolder(int group, int position) {
     Run([&] {
         const auto path = ComponentPath(group, position);
         if (path && IsShownThere())
-            OpenInFileManager(context, ParentDirectory(*path));
+            ShowInFileManager(context, *path);
     });
 }
 

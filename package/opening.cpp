@@ -17,6 +17,11 @@ void OpenInFileManager(CommandContext& context, const std::string& directory) {
         TellNotOpened(context.user, {OpenedIn::FileManager, directory});
 }
 
+void ShowInFileManager(CommandContext& context, const std::string& path) {
+    if (!context.launcher.ShowInFileManager(path))
+        TellNotOpened(context.user, {OpenedIn::FileManager, ParentDirectory(path)});
+}
+
 void TellNotOpened(UserDialogs& user, const FailedOpening& failed) {
     const auto tell = [&](const std::string& text) { user.Tell(text, MessageIcon::Exclamation); };
     switch (failed.what) {

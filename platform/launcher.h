@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/file_system.h"
+#include "platform/windows_path.h"
 
 #include <memory>
 #include <string>
@@ -25,6 +26,10 @@ class Launcher {
     virtual bool OpenInEditor(const std::string& path) = 0;
     // The system's file manager ("Explorer.exe " and the path) on a directory.
     virtual bool OpenInFileManager(const std::string& directory, WindowState state) = 0;
+    // The same on the directory of a file, with the file selected where the host can do that.
+    virtual bool ShowInFileManager(const std::string& path) {
+        return OpenInFileManager(ParentDirectory(path), WindowState::Normal);
+    }
     // The program that the system associates with the file, by the shell's verb "Open". See IsStarted.
     virtual int OpenDocument(const std::string& path) = 0;
     // What of these three came to nothing after all: where a program of the desktop looks for the right one, it may

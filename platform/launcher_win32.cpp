@@ -63,6 +63,12 @@ class WindowsLauncher final : public Launcher {
                              ShowCommand(state));
     }
 
+    bool ShowInFileManager(const std::string& path) override {
+        const std::optional<std::wstring> wide = ToWide(path);
+        return wide && Start(WindowsDirectory() + L"explorer.exe", L"Explorer.exe /select," + Quoted(*wide),
+                             nullptr, SW_SHOWNORMAL);
+    }
+
     int OpenDocument(const std::string& path) override {
         const std::optional<std::wstring> wide = ToWide(path);
         if (!wide)
