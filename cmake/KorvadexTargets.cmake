@@ -1,7 +1,14 @@
-# A second build of the same sources is quick where ccache is installed.
+# A second build of the same sources is quick where ccache is installed. It keeps what is compiled with a precompiled
+# header only when it may overlook the times in that (see "Precompiled headers" in its manual).
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${CCACHE}")
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fpch-preprocess)
+  else()
+    add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+  endif()
 endif()
 
 # korvadex_options: the language level, warnings and sanitizers that every target of the project shares.
@@ -24,8 +31,6 @@ endif()
 if(WIN32)
   target_compile_definitions(korvadex_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
     _WIN32_WINNT=0x0A00)
-  # One self-contained executable, no run-time DLLs of the compiler beside it.
-  target_link_options(korvadex_options INTERFACE -static)
 endif()
 
 # korvadex_floor(NAME SOURCES ... LINKS ...): one static library for one folder of the house.

@@ -5,8 +5,12 @@ set(triplet x86_64-w64-mingw32)
 set(CMAKE_C_COMPILER   ${triplet}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${triplet}-g++-posix)
 set(CMAKE_RC_COMPILER  ${triplet}-windres)
+# The same sources make the same bytes.
+foreach(kind EXE SHARED MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-Wl,--no-insert-timestamp")
+endforeach()
 
-# WIN_PREFIX (environment or -D): where tools/build-windows-libs.sh has put libzip and libdeflate.
+# WIN_PREFIX (environment or -D): where packaging/windows/libraries has put what Debian has only for Linux.
 if(NOT WIN_PREFIX)
   if(DEFINED ENV{WIN_PREFIX})
     set(WIN_PREFIX "$ENV{WIN_PREFIX}")

@@ -7,7 +7,8 @@ CacheDirectory=${XDG_CACHE_HOME:-$HOME/.cache}/korvadex
 BuildPackages=(g++ cmake ninja-build pkg-config zlib1g-dev libzip-dev libdeflate-dev libgtest-dev libgmock-dev)
 QtPackages=(qt6-base-dev librsvg2-bin)
 ClangPackages=(clang libclang-rt-14-dev)
-WindowsPackages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make wine wine64)
+WindowsPackages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest qt6-base-dev-tools dpkg-dev make perl
+    icoutils nsis zip wine wine64 fonts-wine xvfb openbox xdotool imagemagick)
 FormatPackages=(clang-format)
 
 # Fail TEXT: one line on stderr, and out.
