@@ -1,6 +1,7 @@
 #include "app/program.h"
 
 #include "app/locations_entry.h"
+#include "app/own_files.h"
 #include "app/profiles.h"
 #include "archive/viewing_copy.h"
 #include "media/notes.h"
@@ -335,10 +336,9 @@ void Program::EditLocationProfiles() {
 
 void Program::OpenReadMe() {
     Run([&] {
-        const auto program = files.PathFromHost(executable);
-        for (const auto& directory : {settings.AppDir, program ? ParentDirectory(*program) : std::string()}) {
-            const auto page = directory + "kxdoc.htm";
-            if (!directory.empty() && files.Info(page)) {
+        for (const auto& directory : {settings.AppDir, DataDirectory(files, executable)}) {
+            const auto page = directory + std::string(ReadMePage);
+            if (files.Info(page)) {
                 if (!IsStarted(launcher.OpenDocument(page)))
                     user.Tell("No program could be started for the read-me page " + page +
                                   ".  Please open it in a web browser.",

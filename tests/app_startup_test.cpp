@@ -1,3 +1,4 @@
+#include "app/own_files.h"
 #include "app/profiles.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
@@ -10,6 +11,32 @@ constexpr const char* FirstRun =
 constexpr const char* Continue = "Continue location entry?...";
 
 class StartUp : public ProgramTest {};
+
+TEST_F(StartUp, FindsItsOwnFilesPortableAndInstalled) {
+    const struct {
+        const char *before, *user, *settings, *data;
+    } rows[] = {
+        {"bin\\korvadex=x, share\\korvadex\\kx.ini=x", "share\\korvadex", "bin\\", "bin\\"},
+        {"bin\\korvadex=x, share\\korvadex\\kxdoc.htm=x", "home\\data\\korvadex", "home\\data\\korvadex\\",
+         "share\\korvadex\\"},
+        {"bin\\korvadex=x, bin\\kx.ini=x, share\\korvadex\\kxdoc.htm=x", "home", "bin\\",
+         "share\\korvadex\\"},
+    };
+    for (const auto& row : rows) {
+        TemporaryDrive own;
+        own.Fill("", row.before);
+        const auto executable = own.Files().HostPath(own.At("bin\\korvadex"));
+        const auto usersOwn = own.Files().HostPath(own.At(row.user));
+        EXPECT_EQ(*SettingsDirectory(own.Files(), executable, usersOwn), own.At(row.settings)) << row.before;
+        EXPECT_EQ(DataDirectory(own.Files(), executable), own.At(row.data)) << row.before;
+        EXPECT_TRUE(own.Has(row.settings)) << row.before;
+    }
+    if (drive.Root() != "C:\\")
+        return; // drives that leave out a part of the machine are made up
+    drive.Fill("", "bin\\korvadex=x, share\\korvadex\\kxdoc.htm=x");
+    const auto executable = drive.Files().HostPath(drive.At("bin\\korvadex"));
+    EXPECT_EQ(*SettingsDirectory(drive.Files(), executable, "/elsewhere"), "C:\\Korvadex\\");
+}
 
 TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     user.Expect(FirstRun, MessageIcon::Information);

@@ -1,3 +1,4 @@
+#include "app/own_files.h"
 #include "app/program.h"
 #include "platform/windows_path.h"
 #include "ui/dialogs.h"
@@ -11,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QStandardPaths>
 
 #include <stdexcept>
 
@@ -18,20 +20,31 @@ namespace korvadex {
 
 namespace {
 
-// The directory of the program's own files: that of the executable, or $KORVADEX_HOME (as a path of the host or with a
-// drive letter), ending in a backslash.
-std::string AppDirectory(const FileSystem& files) {
-    const QString home = qEnvironmentVariable("KORVADEX_HOME");
-    const QString host = home.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(home).absolutePath();
-    const auto path = IsDrivePath(FromQt(home)) ? FromQt(home) : files.PathFromHost(FromQt(host));
+// $KORVADEX_HOME, as a path of the host or with a drive letter.
+Result<std::string> NamedDirectory(const FileSystem& files, const QString& home) {
+    const auto host = FromQt(QDir(home).absolutePath());
+    const auto path = IsDrivePath(FromQt(home)) ? FromQt(home) : files.PathFromHost(host);
     if (!path)
-        throw std::runtime_error(
-            "Korvadex keeps its settings in " + FromQt(host) +
-            ", but none of the drives that it knows leads there.  Set KORVADEX_HOME to a "
-            "directory on one of the drives.");
+        return Status{FileFault::BadName, host, 0};
     if (!files.IsDirectory(*path))
         throw std::runtime_error("KORVADEX_HOME names " + FromQt(home) + ", which is not a directory.");
     return AddBackslash(*path);
+}
+
+// The directory of kx.ini, ending in a backslash.
+std::string AppDirectory(FileSystem& files) {
+    const QString home = qEnvironmentVariable("KORVADEX_HOME");
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/korvadex";
+    const auto directory = home.isEmpty() ? SettingsDirectory(files, RunningExecutable(), FromQt(data))
+                                          : NamedDirectory(files, home);
+    if (directory)
+        return *directory;
+    const auto [fault, path, nativeCode] = directory.status();
+    throw std::runtime_error("Korvadex keeps its settings in " + path +
+                             (fault == FileFault::BadName
+                                  ? ", but none of the drives that it knows leads there"
+                                  : ", which could not be made (" + DescribeFault(fault) + ")") +
+                             ".  Set KORVADEX_HOME to a directory on one of the drives.");
 }
 
 void TellTrouble(const std::exception& trouble) {

@@ -1,0 +1,25 @@
+// Where the program's own files lie. A portable program has them all beside its executable. An installed one
+// (/usr/bin/korvadex) finds what came with it in share/korvadex beside the executable's directory, and keeps its
+// settings in a directory of the user's.
+#pragma once
+
+#include "platform/file_system.h"
+
+#include <string>
+#include <string_view>
+
+namespace korvadex {
+
+inline constexpr std::string_view ReadMePage = "kxdoc.htm";
+
+// Where the read-me page is; it ends in a backslash, and may be a place that no drive leads to. executable: as the
+// host names it.
+std::string DataDirectory(const FileSystem& files, const std::string& executable);
+
+// Where kx.ini is (AppDir): the executable's directory, when the program is not installed or there is a kx.ini in it;
+// otherwise userDirectory (as the host names it), which is made. Where no drive leads to that, C:\Korvadex\ stands in
+// for it. BadName when no drive leads to any of them.
+Result<std::string> SettingsDirectory(FileSystem& files, const std::string& executable,
+                                      const std::string& userDirectory);
+
+} // namespace korvadex
