@@ -2,7 +2,9 @@
 
 #include "package/file_primitives.h"
 #include "package/progress.h"
+#include "package/walk.h"
 #include "platform/windows_path.h"
+#include "sim/config_search.h"
 #include "sim/gauges.h"
 #include "sim/install_record.h"
 #include "sim/name_matcher.h"
@@ -32,14 +34,27 @@ class BroughtGauges {
         std::vector<RecordedFile> gauges;
         const auto record = ReadInstallRecord(context.files, directory);
         for (const RecordedFile& gauge : record ? record->files : ByPackage()) {
-            const std::string path = context.locations.MsfsDir + "gauges\\" + gauge.name;
+            const std::string path = PathOf(gauge);
             if (gauge.kind != GaugeKind || !gauge.isPlaced || IsStockGauge(gauge.name) ||
                 !(IsUnchanged(context.files, gauge, path) || IsEmpty(path) || IsOfPackage(gauge.name, path)))
                 continue;
-            if (auto now = RecordFile(context.files, GaugeKind, gauge.name, path))
+            if (auto now = RecordFile(context.files, GaugeKind, gauge.name, path)) {
+                now->origin = gauge.origin;
                 gauges.push_back(std::move(*now));
+            }
         }
         return gauges;
+    }
+
+    std::string PathOf(const RecordedFile& gauge) const {
+        return context.locations.MsfsDir + "gauges\\" + gauge.name;
+    }
+
+    // The only copy of a gauge that somebody has taken out of the package stays.
+    bool IsInHangar(const RecordedFile& gauge) const {
+        if (gauge.origin.empty())
+            return HasGauge(package, gauge.name);
+        return IsOfPackage(gauge.name, PathOf(gauge)) || IsOfOrigin(gauge);
     }
 
   private:
@@ -69,21 +84,39 @@ class BroughtGauges {
         });
     }
 
+    bool IsOfOrigin(const RecordedFile& gauge) const {
+        const std::string key = FoldCase(gauge.name), path = PathOf(gauge);
+        const Tree origin = WalkTree(context.files, context.locations.HangarDir + gauge.origin + "\\");
+        return std::ranges::any_of(origin.files, [&](const FileEntry& file) {
+            return file.key == key && !IsOnePlace(context.files, file.path, path) &&
+                   HoldsUnpackedBytes(context, file.path, path);
+        });
+    }
+
     CommandContext& context;
     const LoadedPackage& package;
     const std::string directory;
 };
 
-// The records of other aircraft that take gauges over, each read and written once.
+// The records of other aircraft that take gauges over as placed by them, each read and written once.
 class HandOver {
   public:
-    HandOver(CommandContext& command, const GaugeOwners& known) : context(command), owners(known) {}
+    HandOver(CommandContext& command, const GaugeOwners& known, std::string leaving)
+        : context(command), owners(known), package(std::move(leaving)) {}
 
-    // True when another than the aircraft in the directory has the gauge, from now on as one that it placed.
-    bool Take(const RecordedFile& gauge, const std::string& directory) {
+    // True when another than the aircraft in the directory has the gauge.
+    bool ToOwner(const RecordedFile& gauge, const std::string& directory) {
         return std::ranges::any_of(owners.Of(gauge.name), [&](const std::string& owner) {
-            return !EqualNoCase(owner, directory) && Note(gauge, owner);
+            return !EqualNoCase(owner, directory) && Note(gauge, owner, false);
         });
+    }
+
+    // To an aircraft with one of the panels, if there is one that has a record.
+    void ToUser(const RecordedFile& gauge, const std::vector<std::string>& panels) {
+        const std::size_t root = (context.locations.MsfsDir + "aircraft\\").size();
+        static_cast<void>(std::ranges::any_of(panels, [&](const std::string& panel) {
+            return Note(gauge, panel.substr(0, panel.find('\\', root)) + "\\", true);
+        }));
     }
 
     Status Write() {
@@ -102,14 +135,18 @@ class HandOver {
         bool isChanged = false;
     };
 
-    bool Note(const RecordedFile& gauge, const std::string& owner) {
-        auto [place, isNew] = heirs.try_emplace(owner);
+    bool Note(const RecordedFile& gauge, const std::string& owner, bool isNew) {
+        auto [place, isFirst] = heirs.try_emplace(owner);
         Heir& heir = place->second;
-        if (isNew) // not what was known once: it may have gone since
+        if (isFirst) // not what was known once: it may have gone since
             heir.record = ReadInstallRecord(context.files, owner);
         RecordedFile* own = heir.record ? heir.record->Find(GaugeKind, gauge.name) : nullptr;
-        if (own && !own->isPlaced) {
+        if (!own && heir.record && isNew)
+            own = &heir.record->files.emplace_back();
+        if (own && (!own->isPlaced || !own->origin.empty())) {
             *own = gauge;
+            if (own->origin.empty())
+                own->origin = package;
             heir.isChanged = true;
         }
         return own;
@@ -117,30 +154,56 @@ class HandOver {
 
     CommandContext& context;
     const GaugeOwners& owners;
+    const std::string package;         // that is leaving
     std::map<std::string, Heir> heirs; // by directory
 };
 
-void LeaveUsed(CommandContext& context, std::vector<RecordedFile>& gauges, const std::string& directory,
-               const SimUsage* usage) {
-    if (usage) {
-        std::erase_if(gauges, [&](const RecordedFile& gauge) {
-            return usage->IsGaugeUsed(GaugeName(gauge.name), directory);
-        });
-        return;
+// The panels outside of a directory that name gauges, searched for now where no usage knows them.
+class GaugeUsers {
+  public:
+    GaugeUsers(CommandContext& context, const std::vector<RecordedFile>& gauges, std::string leaving,
+               const SimUsage* simUsage)
+        : directory(std::move(leaving)), usage(simUsage) {
+        if (usage)
+            return;
+        std::vector<std::string> names;
+        for (const RecordedFile& gauge : gauges)
+            names.push_back(GaugeName(gauge.name));
+        NameMatcher matcher(names);
+        // What could not be looked at may use any of them.
+        isComplete =
+            VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
+                             {.fileName = "panel.cfg", .leaveOut = directory},
+                             [&](const FileEntry& file, const LowerLines& lines) {
+                                 for (const std::string_view line : lines) {
+                                     if (IsGaugeLine(line))
+                                         matcher.Search(line);
+                                 }
+                                 for (const std::size_t name : matcher.TakeFound())
+                                     panels[names[name]].push_back(file.path);
+                                 return Visit::Continue;
+                             })
+                .empty();
     }
-    std::vector<std::string> names;
-    for (const RecordedFile& gauge : gauges)
-        names.push_back(GaugeName(gauge.name));
-    NameMatcher used(names);
-    // What could not be looked at may use any of them.
-    const bool isComplete = FindGaugesInUse(context, context.locations.MsfsDir, used, directory).empty();
-    std::vector<RecordedFile> unused;
-    for (std::size_t i = 0; isComplete && i < gauges.size(); ++i) {
-        if (!used.IsFound(i))
-            unused.push_back(std::move(gauges[i]));
+
+    bool AreThere(const RecordedFile& gauge) const {
+        const std::string name = GaugeName(gauge.name);
+        return usage ? usage->IsGaugeUsed(name, directory) : !isComplete || panels.contains(name);
     }
-    gauges = std::move(unused);
-}
+    std::vector<std::string> Of(const RecordedFile& gauge) const {
+        const std::string name = GaugeName(gauge.name);
+        if (usage)
+            return usage->PanelsWithGauge(name, directory);
+        const auto found = panels.find(name);
+        return found == panels.end() ? std::vector<std::string>() : found->second;
+    }
+
+  private:
+    const std::string directory;
+    const SimUsage* usage;
+    bool isComplete = true;
+    std::map<std::string, std::vector<std::string>> panels;
+};
 
 } // namespace
 
@@ -171,24 +234,28 @@ const std::vector<std::string>& GaugeOwners::Of(std::string_view gauge) const {
 Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
                                                const std::string& directory, const SimUsage* usage) {
     std::vector<std::string> remaining;
-    std::vector<RecordedFile> gauges = BroughtGauges(context, package, directory).Find();
+    const BroughtGauges brought(context, package, directory);
+    std::vector<RecordedFile> gauges = brought.Find();
     if (gauges.empty())
         return remaining;
     std::optional<GaugeOwners> owners;
     if (!usage)
         owners.emplace(context);
-    HandOver handOver(context, usage ? usage->Owners() : *owners);
-    std::erase_if(gauges, [&](const RecordedFile& gauge) { return handOver.Take(gauge, directory); });
+    HandOver handOver(context, usage ? usage->Owners() : *owners, RecordedName(context.locations, package));
+    std::erase_if(gauges, [&](const RecordedFile& gauge) { return handOver.ToOwner(gauge, directory); });
+    if (!gauges.empty()) {
+        const GaugeUsers users(context, gauges, directory, usage);
+        for (const RecordedFile& gauge : gauges)
+            handOver.ToUser(gauge, users.Of(gauge));
+        std::erase_if(gauges, [&](const RecordedFile& gauge) { return users.AreThere(gauge); });
+    }
     if (Status status = handOver.Write(); !status)
         return status;
-    // The only copy of a gauge that somebody has taken out of the package stays.
-    std::erase_if(gauges, [&](const RecordedFile& gauge) { return !HasGauge(package, gauge.name); });
-    if (!gauges.empty())
-        LeaveUsed(context, gauges, directory, usage);
+    std::erase_if(gauges, [&](const RecordedFile& gauge) { return !brought.IsInHangar(gauge); });
     ProgressBar progress(context.window, static_cast<int>(gauges.size()));
     for (const RecordedFile& gauge : gauges) {
         progress.Step();
-        remaining.push_back(DeleteGauge(context, context.locations.MsfsDir + "gauges\\" + gauge.name));
+        remaining.push_back(DeleteGauge(context, brought.PathOf(gauge)));
     }
     std::erase(remaining, "");
     return remaining;

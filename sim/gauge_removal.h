@@ -26,9 +26,10 @@ class GaugeOwners {
 };
 
 // Takes out the gauges that came with the aircraft installed in the directory (ends in a backslash), before it goes
-// itself: its own panel does not count any more. One that another aircraft's record has is handed on to that, one that
-// another panel names stays. The usage, where it is given, knows the panels and the records. Gives the gauges that
-// could not be deleted, each with the reason; a failure when one could not be handed on, and then none was deleted.
+// itself: its own panel does not count any more. One that another aircraft's record has, or that another panel names,
+// stays and is handed on to the record of that aircraft; without a record it stays for good. The usage, where it is
+// given, knows the panels and the records. Gives the gauges that could not be deleted, each with the reason; a failure
+// when one could not be handed on, and then none was deleted.
 Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
                                                const std::string& directory, const SimUsage* usage);
 

@@ -25,9 +25,9 @@ constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopw
 } // namespace
 
 std::vector<Unseen> FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
-                                    const std::string& leaveOut, const ConfigProgress& progress) {
+                                    const ConfigProgress& progress) {
     return VisitConfigFiles(context, WalkToSearch(context.files, root + "aircraft\\"),
-                            {.fileName = "panel.cfg", .leaveOut = leaveOut, .progress = progress},
+                            {.fileName = "panel.cfg", .progress = progress},
                             [&](const FileEntry&, const LowerLines& lines) {
                                 for (const std::string_view line : lines) {
                                     if (IsGaugeLine(line))

@@ -23,10 +23,9 @@ std::string GaugeName(std::string_view path);
 bool IsStockGauge(std::string_view fileName);
 
 // Notes the gauge names that a panel of some aircraft below root & "aircraft\" uses: a line that contains the
-// name also contains "gauge". What lies below leaveOut (a directory ending in a backslash, or "") does not count.
-// Gives what could not be looked at.
+// name also contains "gauge". Gives what could not be looked at.
 std::vector<Unseen> FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
-                                    const std::string& leaveOut = {}, const ConfigProgress& progress = {});
+                                    const ConfigProgress& progress = {});
 
 // "C:\FS2002\gauges directory does not exist. ..." True when it does.
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root);

@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::string_view Heading = "Korvadex needs this file to remove the aircraft again.  Please do not "
                                      "change or remove it.";
-constexpr std::string_view PackageWord = "package", PlacedWord = "placed", FoundWord = "found";
+constexpr std::string_view PackageWord = "package", PlacedWord = "placed", FoundWord = "found",
+                           OfWord = " of ";
 
 // A name with a line break in it would end the line; such a file is compared with the package as if there were no
 // record.
@@ -25,13 +26,15 @@ bool FitsOnLine(std::string_view name) {
     return std::ranges::none_of(name, [](char letter) { return static_cast<unsigned char>(letter) < ' '; });
 }
 
-//   aircraft  placed  1234  1021881600000000000  1a2b3c4d  Panel\panel.cfg     (with tabs between)
+//   aircraft          placed  1234  1021881600000000000  1a2b3c4d  Panel\panel.cfg     (with tabs between)
+//   gauge of Jets\A   placed  1234  1021881600000000000  1a2b3c4d  clock.gau
+// For earlier versions the latter is of a kind that they leave alone.
 std::string LineOf(const RecordedFile& file) {
     std::array<char, 9> checksum{};
     std::snprintf(checksum.data(), checksum.size(), "%08x", static_cast<unsigned>(file.checksum));
-    return file.kind + "\t" + std::string(file.isPlaced ? PlacedWord : FoundWord) + "\t" +
-           std::to_string(file.size) + "\t" + std::to_string(file.time.time_since_epoch().count()) + "\t" +
-           checksum.data() + "\t" + file.name;
+    return file.kind + (file.origin.empty() ? "" : std::string(OfWord) + file.origin) + "\t" +
+           std::string(file.isPlaced ? PlacedWord : FoundWord) + "\t" + std::to_string(file.size) + "\t" +
+           std::to_string(file.time.time_since_epoch().count()) + "\t" + checksum.data() + "\t" + file.name;
 }
 
 std::string_view TakeField(std::string_view& line) {
@@ -50,6 +53,10 @@ bool ReadNumber(std::string_view field, Number& number, int base = 10) {
 std::optional<RecordedFile> FileOnLine(std::string_view line) {
     RecordedFile file;
     file.kind = TakeField(line);
+    if (const std::size_t of = file.kind.find(OfWord); of != std::string::npos) {
+        file.origin = file.kind.substr(of + OfWord.size());
+        file.kind.resize(of);
+    }
     const std::string_view state = TakeField(line);
     file.isPlaced = state == PlacedWord;
     FileTime::rep time = 0;
@@ -131,7 +138,7 @@ Status WriteInstallRecord(CommandContext& context, const std::string& directory,
     std::string text =
         std::string(Heading) + "\r\n" + std::string(PackageWord) + "\t" + record.package + "\r\n";
     for (const RecordedFile& file : record.files) {
-        if (FitsOnLine(file.name))
+        if (FitsOnLine(file.name) && FitsOnLine(file.origin))
             text += LineOf(file) + "\r\n";
     }
     return RewriteBytes(context.files, context.locations, directory + std::string(InstallRecordFile), text);

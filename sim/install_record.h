@@ -30,6 +30,7 @@ struct RecordedFile {
     std::uint64_t size = 0;
     FileTime time{};
     std::uint32_t checksum = 0;
+    std::string origin{}; // of a gauge that another aircraft has handed on: the package that brought it
 };
 
 struct InstallRecord {

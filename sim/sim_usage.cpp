@@ -48,25 +48,33 @@ void SimUsage::Read(CommandContext& context, const std::string& kind,
 
 AliasUsers SimUsage::FindUsers(std::string_view packageName, const std::string& kind,
                                const std::string& leaveOut) const {
-    AliasUsers users;
-    if (const auto found = aliasUsers.find(AliasText(packageName, kind)); found != aliasUsers.end()) {
-        for (const std::size_t user : found->second) {
-            if (!files[user].isGone && !IsAtOrBelow(files[user].path, leaveOut))
-                users.paths.push_back(files[user].path);
-        }
-    }
-    users.unseen = unseen.at(kind);
+    AliasUsers users{Remaining(aliasUsers, AliasText(packageName, kind), leaveOut), unseen.at(kind)};
     std::erase_if(users.unseen, [&](const Unseen& thing) { return IsAtOrBelow(thing.path, leaveOut); });
     return users;
 }
 
 bool SimUsage::IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const {
-    const auto found = gaugeUsers.find(gaugeName);
     const auto isElsewhere = [&](const std::string& path) { return !IsAtOrBelow(path, leaveOut); };
-    return found == gaugeUsers.end() || std::ranges::any_of(unseen.at("panel"), isElsewhere, &Unseen::path) ||
-           std::ranges::any_of(found->second, [&](std::size_t file) {
-               return !files[file].isGone && isElsewhere(files[file].path);
-           });
+    return !gaugeUsers.contains(gaugeName) ||
+           std::ranges::any_of(unseen.at("panel"), isElsewhere, &Unseen::path) ||
+           !PanelsWithGauge(gaugeName, leaveOut).empty();
+}
+
+std::vector<std::string> SimUsage::PanelsWithGauge(const std::string& gaugeName,
+                                                   const std::string& leaveOut) const {
+    return Remaining(gaugeUsers, gaugeName, leaveOut);
+}
+
+std::vector<std::string> SimUsage::Remaining(const Users& users, const std::string& text,
+                                             const std::string& leaveOut) const {
+    std::vector<std::string> paths;
+    if (const auto found = users.find(text); found != users.end()) {
+        for (const std::size_t user : found->second) {
+            if (!files[user].isGone && !IsAtOrBelow(files[user].path, leaveOut))
+                paths.push_back(files[user].path);
+        }
+    }
+    return paths;
 }
 
 void SimUsage::Forget(const std::string& directory) {

@@ -23,6 +23,8 @@ class SimUsage {
     // By a panel outside of the directory leaveOut, for the gauges that the simulator had; any other counts as used, and
     // each one while something there could not be looked at.
     bool IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const;
+    // Those panels, full paths.
+    std::vector<std::string> PanelsWithGauge(const std::string& gaugeName, const std::string& leaveOut) const;
     const GaugeOwners& Owners() const { return owners; }
     // The directory (ending in a backslash) is gone, and what it used is no longer used by it.
     void Forget(const std::string& directory);
@@ -32,6 +34,10 @@ class SimUsage {
 
     void Read(CommandContext& context, const std::string& kind, const std::vector<std::string>& packageNames,
               const std::vector<std::string>& gauges);
+
+    // The files that have the text and are still there, outside of leaveOut.
+    std::vector<std::string> Remaining(const Users& users, const std::string& text,
+                                       const std::string& leaveOut) const;
 
     struct File {
         std::string path;

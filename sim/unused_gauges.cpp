@@ -47,7 +47,7 @@ std::vector<FileEntry> FindUnused(CommandContext& context,
                  std::max(1, count));
     };
     NameMatcher used(names);
-    const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used, "", inGauges);
+    const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used, inGauges);
     if (!unseen.empty()) {
         TellNotSearched(context, unseen);
         return {};

@@ -56,6 +56,52 @@ TEST_F(RecordTest, AGaugeGoesWithTheLastPackageThatHasIt) {
     }
 }
 
+TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
+    const std::string inPackage = "Hangar\\Jets\\A\\Gauges\\one.gau", inSim = "FS\\gauges\\one.gau",
+                      recordOfB = "FS\\aircraft\\B\\kx_installed.txt",
+                      brought = "one.gau=gauge gauge gauge gauge";
+    const struct {
+        const char *name, *out;  // A brings it; "!" where the file changes
+        std::string file, bytes; // no bytes: deleted
+        std::string left;
+    } rows[] = {
+        {"its package goes first", "ABC", "", "", ""},
+        {"its package goes between", "CAB", "", "", ""},
+        {"its package goes last", "BCA", "", "", ""},
+        {"changed in the simulator", "A!BC", inSim, "mine", "one.gau=mine"},
+        {"changed in the package", "A!BC", inPackage, "other", brought},
+        {"gone from the package", "AB!C", inPackage, "", brought},
+        {"one of them without a record", "!ABC", recordOfB, "", ""},
+        {"the last without a record", "!ACB", recordOfB, "", brought},
+    };
+    drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Panel\\panel.cfg=gauge00=one");
+    drive.Fill("Hangar\\Jets\\C", "aircraft.cfg=c, Panel\\panel.cfg=gauge00=one!x");
+    for (const auto& row : rows) {
+        for (const bool isBatch : {false, true}) {
+            SCOPED_TRACE(std::string(row.name) + (isBatch ? ", all at once" : ""));
+            drive.Fill("Hangar\\Jets\\A", "aircraft.cfg=a, Gauges\\" + brought);
+            for (const char* name : {"A", "B", "C"})
+                Install(name);
+            Select("A");
+            Run(CompressShownPackage); // packed it is the same
+            SimUsage usage(context, {"A", "B", "C"});
+            memory.usage = isBatch ? &usage : nullptr;
+            for (const char step : std::string_view(row.out)) {
+                EXPECT_TRUE(drive.Has(inSim));
+                if (step != '!')
+                    Remove({step});
+                else if (!row.bytes.empty())
+                    drive.Put(row.file, row.bytes);
+                else
+                    ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
+            }
+            memory.usage = nullptr;
+            EXPECT_EQ(drive.Outline("FS\\gauges"), row.left);
+            static_cast<void>(drive.Files().Delete(drive.At(inSim)));
+        }
+    }
+}
+
 TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
     const struct {
         const char* name;
@@ -127,7 +173,7 @@ TEST_F(RecordTest, NamesWhatWasPlacedAndWhatWasFound) {
 TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
     drive.Fill("Hangar\\Jets\\A",
                "aircraft.cfg=a, Gauges\\one.gau=1, Gauges\\two.gau=2, Gauges\\three.gau=3");
-    drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Gauges\\one.gau=1");
+    drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Gauges\\one.gau=1, Panel\\panel.cfg=gauge00=three");
     drive.Fill("FS\\gauges", "two.gau=2");
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Replace", "kx_installed.txt", FileFault::Denied);
@@ -153,7 +199,7 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
         Run(RemovePackageFromSim, stopped);
         if (drive.Has("FS\\aircraft\\A"))
             Remove("A");
-        EXPECT_EQ(drive.Outline("FS\\gauges"), "one.gau=1, two.gau=2");
+        EXPECT_EQ(drive.Outline("FS\\gauges"), "one.gau=1, three.gau=3, two.gau=2");
         Remove("B");
         EXPECT_EQ(drive.Outline("FS\\gauges"), "two.gau=2");
         CleanScratch(drive.Files(), locations);
