@@ -16,7 +16,10 @@ std::string ShownDirectory(const CommandContext& context) {
 }
 
 void CompressShown(CommandContext& context, CommandState& state, bool compress) {
-    const auto failures = CompressPackage(context, ShownDirectory(context), compress);
+    const std::string directory = ShownDirectory(context);
+    const std::string others = compress ? DescribePlaceOfOthers(context, directory) : "";
+    const auto failures = others.empty() ? CompressPackage(context, directory, compress)
+                                         : std::vector{directory + " cannot be compressed: " + others};
     if (state.BatchMode)
         state.notCompressed.insert(state.notCompressed.end(), failures.begin(), failures.end());
     else

@@ -31,13 +31,6 @@ bool IsMountPoint(const CommandContext& context, const std::string& directory) {
            });
 }
 
-// A category or package that is a link may lead to where the simulator or Staging has its own.
-bool IsPlaceOfOthers(const CommandContext& context, const std::string& directory) {
-    return !IsLinkedDirectory(context, directory) &&
-           (IsOnePlace(context.files, directory, context.locations.MsfsDir + "aircraft\\") ||
-            IsOnePlace(context.files, directory, context.locations.StagingDir));
-}
-
 bool IsInstalled(const CommandContext& context) {
     return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
                 .empty();
@@ -95,6 +88,18 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
 
 } // namespace
 
+std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory) {
+    const Locations& locations = context.locations;
+    const std::string place = OneName(context.files, directory);
+    // The Hangar itself may lie in the simulator's directory.
+    const bool isOwn =
+        IsAtOrBelow(AddBackslash(place), AddBackslash(OneName(context.files, locations.HangarDir)));
+    if (!IsOnePlace(context.files, directory, locations.StagingDir) &&
+        (isOwn || !IsOnePlace(context.files, directory, locations.MsfsDir)))
+        return "";
+    return "the Hangar leads by a link to " + place + ", which belongs to Flight Simulator or to Staging.";
+}
+
 bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
                       const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
@@ -104,11 +109,10 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
                           MessageIcon::Exclamation);
         return false;
     }
-    if (IsPlaceOfOthers(context, directory)) {
-        context.user.Tell("The package cannot be removed: the Hangar leads by a link to " +
-                              OneName(context.files, directory) +
-                              ", which belongs to Flight Simulator or to Staging.\r\n\r\nPlease remove it "
-                              "there, or remove the link.",
+    const std::string others = DescribePlaceOfOthers(context, directory);
+    if (!others.empty() && !IsLinkedDirectory(context, directory)) {
+        context.user.Tell("The package cannot be removed: " + others +
+                              "\r\n\r\nPlease remove it there, or remove the link.",
                           MessageIcon::Exclamation);
         return false;
     }

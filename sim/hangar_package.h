@@ -9,6 +9,10 @@
 
 namespace korvadex {
 
+// "the Hangar leads by a link to C:\FS\aircraft\Lear, ..." where the package's directory (ends in a backslash) belongs to
+// the simulator or to Staging, "" elsewhere.
+std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory);
+
 // An installed package is offered to removeFromSim first; either answer goes on. Directly before the deletion
 // lastLook may keep the package, after a message of its own. True when the package has gone.
 bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,

@@ -250,6 +250,10 @@ TEST_F(RemoveTest, TheOnlyCopyStays) {
     user.Expect("The package cannot be removed: the Hangar leads by a link to " +
                 drive.At("FS\\aircraft\\Lear") + ", which...");
     Run(RemovePackageFromHangar);
+    user.Expect(drive.At("Hangar\\Jets\\Lear\\ cannot be compressed: the Hangar leads by a link to ") +
+                    drive.At("FS\\aircraft\\Lear, which..."),
+                MessageIcon::Exclamation);
+    Run(CompressShownPackage);
     EXPECT_EQ(drive.Tree("FS"), before);
 }
 
