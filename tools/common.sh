@@ -10,6 +10,7 @@ ClangPackages=(clang libclang-rt-14-dev)
 WindowsPackages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest qt6-base-dev-tools dpkg-dev make perl
     icoutils nsis zip wine wine64 fonts-wine xvfb openbox xdotool imagemagick)
 FormatPackages=(clang-format)
+DebianPackages=(dpkg-dev desktop-file-utils appstream gzip)
 
 # Fail TEXT: one line on stderr, and out.
 Fail() {
@@ -44,6 +45,26 @@ InstallPackages() {
         tail -n 20 "$log" >&2
         rm -f "$log"
         Fail "could not install ${missing[*]} (no network, or the package sources of this machine do not answer)"
+    fi
+    rm -f "$log"
+}
+
+# SourceTime: gives what is packed the time of the commit, so that the same commit gives the same bytes.
+SourceTime() {
+    SOURCE_DATE_EPOCH=$(git -C "$Root" log -1 --format=%ct) || Fail "the time of the commit takes a git clone"
+    export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C.UTF-8
+    umask 022
+}
+
+# Step TEXT COMMAND...: runs it quietly; what it printed is shown only when it fails.
+Step() {
+    local text=$1 log
+    shift
+    log=$(mktemp)
+    if ! "$@" >"$log" 2>&1; then
+        tail -n 30 "$log" >&2
+        rm -f "$log"
+        Fail "$text failed"
     fi
     rm -f "$log"
 }
