@@ -1,6 +1,6 @@
 ; Installs Korvadex for the current user, without administrator's rights: into a directory where the program may write,
 ; since it keeps kx.ini beside itself. Hangar, Staging, simulator and kx.ini stay when it is taken away.
-Unicode true
+Target amd64-unicode
 !include MUI2.nsh
 
 Name "Korvadex"
