@@ -96,15 +96,24 @@ TEST_F(DialogTest, AQuestionMayCarryACheckBox) {
     }
 }
 
-TEST_F(DialogTest, AMessageOfHundredsOfLinesKeepsItsButtonsOnTheScreen) {
-    std::string text = "These files:";
-    for (int i = 0; i < 400; ++i)
-        text += "\r\nC:\\FS2002\\gauges\\gauge_" + std::to_string(i) + ".gau";
-    user.Expect("messageBox", [&](QWidget& box) {
-        EXPECT_LT(box.height(), box.screen()->availableGeometry().height());
-        QTest::mouseClick(Button(box, "Cancel"), Qt::LeftButton);
-    });
-    EXPECT_FALSE(dialogs.AskOkCancel(text));
+TEST_F(DialogTest, ALongMessageKeepsItsButtonsOnTheScreenAndCanBeRead) {
+    const struct {
+        int lines;
+        std::string name;
+    } rows[] = {{400, "gauge_"}, {20, std::string(150, 'x')}};
+    for (const auto& row : rows) {
+        std::string text = "These files:";
+        for (int i = 0; i < row.lines; ++i)
+            text += "\r\nC:\\FS2002\\gauges\\" + row.name + std::to_string(i) + ".gau";
+        user.Expect("messageBox", [&](QWidget& box) {
+            EXPECT_LT(box.height(), box.screen()->availableGeometry().height());
+            EXPECT_LT(box.width(), box.screen()->availableGeometry().width());
+            const auto& label = Control<QLabel>(box, "qt_msgbox_label");
+            EXPECT_GE(label.width(), label.minimumSizeHint().width());
+            QTest::mouseClick(Button(box, "Cancel"), Qt::LeftButton);
+        });
+        EXPECT_FALSE(dialogs.AskOkCancel(text));
+    }
 }
 
 TEST_F(DialogTest, APasswordIsTypedUnseen) {

@@ -101,20 +101,26 @@ void MessageBox::OrderButtons() {
 }
 
 void MessageBox::KeepWithinScreen() {
-    // A message that names hundreds of files scrolls, so that its buttons stay on the screen.
+    // A message that names many files, or one with a very long name, scrolls, so that its buttons stay on the screen
+    // and all of it can be read.
+    constexpr int mostWide = 700;
     auto* label = findChild<QLabel*>("qt_msgbox_label");
     auto* grid = qobject_cast<QGridLayout*>(layout());
-    const int most = screen()->availableGeometry().height() * 2 / 3;
-    if (!label || !grid || label->heightForWidth(500) <= most)
+    if (!label || !grid)
+        return;
+    label->setWordWrap(true);
+    const int mostHigh = screen()->availableGeometry().height() * 2 / 3;
+    const int high = label->heightForWidth(500), wide = label->minimumSizeHint().width();
+    if (high <= mostHigh && wide <= mostWide)
         return;
     auto* area = new QScrollArea(this);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     delete grid->replaceWidget(label, area);
     area->setWidget(label);
-    area->setMinimumHeight(most);
-    area->setMinimumWidth(
-        qMin(label->sizeHint().width() + area->verticalScrollBar()->sizeHint().width(), 700));
+    const int bar = area->verticalScrollBar()->sizeHint().width();
+    area->setMinimumHeight(qMin(high + bar, mostHigh));
+    area->setMinimumWidth(qMin(qMax(500, wide) + bar, mostWide));
 }
 
 void MessageBox::closeEvent(QCloseEvent* event) {
