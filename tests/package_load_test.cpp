@@ -2,6 +2,7 @@
 #include "package/aircraft_cfg.h"
 #include "package/file_primitives.h"
 #include "package/load_package.h"
+#include "package/scratch.h"
 #include "platform/text_file.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
@@ -241,6 +242,51 @@ TEST_F(ConfigurationTest, OneIsKeptWithItsDirectories) {
         EXPECT_TRUE(LoadStaging().isConfigurationChosen);
         EXPECT_EQ(drive.Tree("Staging"), expected);
         ExpectTrueListing();
+    }
+}
+
+// Picks the same configuration whenever it is asked, and agrees to the rest.
+struct PickingUser : ScriptedUser {
+    explicit PickingUser(int wanted) : row(wanted) { isPatient = true; }
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>&) override { return row; }
+    int row;
+};
+
+TEST_F(ConfigurationTest, WhicheverChangeFailsTheKeptOneIsWhole) {
+    const auto load = [&](FileSystem& files, PickingUser& picking) {
+        CommandContext disk{files, launcher, locations, limits, picking, window};
+        return LoadPackage(disk, locations.StagingDir, true, package).isConfigurationChosen;
+    };
+    for (const int row : {0, 1}) {
+        PickingUser picking(row);
+        PutAll();
+        const auto before = drive.Tree("Staging");
+        const auto showAgain = [&] { // chosen by then, it is read as a single one
+            load(drive.Files(), picking);
+            load(drive.Files(), picking);
+        };
+        showAgain();
+        const auto whole = drive.Tree("Staging");
+        int change = 0, changes = 0;
+        do {
+            SCOPED_TRACE(std::to_string(row) + " kept, failed at " + std::to_string(++change));
+            PutAll();
+            FaultyFiles faulty(drive.Files());
+            faulty.FailAt(change, FileFault::InUse);
+            const bool isChosen = load(faulty, picking);
+            changes = faulty.Changes();
+            CleanScratch(drive.Files(), locations);
+            if (!isChosen) {
+                ASSERT_EQ(drive.Tree("Staging"), before);
+            }
+            showAgain();
+            const auto now = drive.Tree("Staging");
+            for (const auto& [path, bytes] : whole) {
+                ASSERT_TRUE(path.ends_with('\\') || now.contains(path)) << path;
+                ASSERT_TRUE(path.ends_with('\\') || now.at(path) == bytes) << path;
+            }
+        } while (change <= changes);
+        EXPECT_GT(change, 15);
     }
 }
 
