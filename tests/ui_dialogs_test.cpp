@@ -116,6 +116,14 @@ TEST_F(DialogTest, ALongMessageKeepsItsButtonsOnTheScreenAndCanBeRead) {
     }
 }
 
+TEST_F(DialogTest, NoneIsLargerThanTheScreen) {
+    QDialog large;
+    large.resize(5000, 5000);
+    large.show();
+    EXPECT_LT(large.height(), large.screen()->availableGeometry().height());
+    EXPECT_LT(large.width(), large.screen()->availableGeometry().width());
+}
+
 TEST_F(DialogTest, APasswordIsTypedUnseen) {
     user.Expect("InputBox", [](QWidget& box) {
         EXPECT_EQ(Control<QLabel>(box, "lblPrompt").text(), "Please Enter The Password!");

@@ -14,6 +14,7 @@
 #include "ui/message_box.h"
 #include "ui/picture_files.h"
 #include "ui/qt_text.h"
+#include "ui/window_geometry.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -61,6 +62,10 @@ QString StartDirectory(const FileSystem& files, const std::string& last,
 }
 
 } // namespace
+
+Dialogs::Dialogs(const FileSystem& fileSystem) : files(fileSystem), fitToScreen(FitDialogsToScreen()) {}
+
+Dialogs::~Dialogs() = default;
 
 QWidget* Dialogs::Parent() const {
     if (QWidget* modal = QApplication::activeModalWidget())

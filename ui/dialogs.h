@@ -5,13 +5,17 @@
 #include "package/dialogs.h"
 #include "platform/file_system.h"
 
+#include <memory>
+
+class QObject;
 class QWidget;
 
 namespace korvadex {
 
 class Dialogs : public UserDialogs, public ProgramDialogs {
   public:
-    explicit Dialogs(const FileSystem& fileSystem) : files(fileSystem) {}
+    explicit Dialogs(const FileSystem& fileSystem);
+    ~Dialogs() override;
 
     // The window that the dialogs belong to while it is visible.
     void SetMainWindow(QWidget* window) { mainWindow = window; }
@@ -38,6 +42,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
 
     const FileSystem& files;
     QWidget* mainWindow = nullptr;
+    std::unique_ptr<QObject> fitToScreen;
 };
 
 } // namespace korvadex

@@ -2,8 +2,9 @@
 
 #include "ui/qt_text.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QScreen>
 #include <QVariant>
 #include <QWidget>
@@ -56,6 +57,17 @@ class FrameKeeper : public QObject {
     QWidget& window;
 };
 
+class DialogFitter : public QObject {
+  public:
+    DialogFitter() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show && !event->spontaneous() && qobject_cast<QDialog*>(watched))
+            FitToScreen(*static_cast<QDialog*>(watched));
+        return false;
+    }
+};
+
 } // namespace
 
 ScreenSize ScreenInTwips(const QWidget& window) {
@@ -96,6 +108,10 @@ void FitToScreen(QWidget& window) {
     // The frame of a window that was never shown is not known yet.
     const QSize most = window.screen()->availableSize() - QSize(8, 40);
     window.resize(window.size().boundedTo(most));
+}
+
+std::unique_ptr<QObject> FitDialogsToScreen() {
+    return std::make_unique<DialogFitter>();
 }
 
 } // namespace korvadex

@@ -3,6 +3,9 @@
 
 #include "app/settings.h"
 
+#include <memory>
+
+class QObject;
 class QWidget;
 
 namespace korvadex {
@@ -17,5 +20,7 @@ void SetGeometryInTwips(QWidget& window, const SavedGeometry& geometry);
 
 // Shrinks a window that is larger than its screen.
 void FitToScreen(QWidget& window);
+// Does so with every dialog when it is shown, while the object lives.
+std::unique_ptr<QObject> FitDialogsToScreen();
 
 } // namespace korvadex

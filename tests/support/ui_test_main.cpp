@@ -10,5 +10,9 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Korvadex");
     QApplication::setQuitOnLastWindowClosed(false);
+#ifdef Q_OS_WIN
+    if (QGuiApplication::platformName() == "offscreen") // knows nothing of the system's font for windows
+        QApplication::setFont(QFont("MS Shell Dlg 2", 8));
+#endif
     return RUN_ALL_TESTS();
 }
