@@ -1,18 +1,13 @@
 #include "app/locations_entry.h"
 
 #include "app/hangar_listing.h"
+#include "app/location_rules.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
-
-#include <algorithm>
-#include <array>
 
 namespace korvadex {
 
 namespace {
-
-// A drive letter, a colon, a backslash and one character more: a drive root is no location.
-constexpr std::size_t ShortestLocation = 4;
 
 // Staging and Hangar are checked alike; only their texts differ.
 struct OwnLocation {
@@ -32,31 +27,6 @@ constexpr OwnLocation HangarTexts = {
     "directory in "
     "the proper format (i.e. c:\\hangar).",
     "The directory you specified for the Hangar location does not exist.  Create it now?"};
-
-// Places of the simulator that every aircraft shares.
-constexpr std::array MsfsPlaces = {"aircraft", "gauges", "effects", "modules", "sound"};
-
-// Each name of the path can stand on every host; nothing is found that Windows could not hold.
-bool IsLocationPath(std::string_view path) {
-    if (!IsDrivePath(path))
-        return false;
-    path.remove_prefix(3);
-    for (std::size_t end; !path.empty(); path.remove_prefix(end + 1)) {
-        end = path.find('\\'); // there is one behind each name
-        const auto name = path.substr(0, end);
-        if (!IsStorableName(name) || IsScratchName(name))
-            return false;
-    }
-    return true;
-}
-
-bool IsKnown(const Settings& settings, const std::string& path, std::string Locations::*location,
-             std::string LocationProfile::*column) {
-    return EqualNoCase(path, settings.locations.*location) ||
-           std::ranges::any_of(settings.LocationProfiles, [&](const LocationProfile& profile) {
-               return EqualNoCase(path, profile.*column);
-           });
-}
 
 class LocationsCheck {
   public:
@@ -85,7 +55,7 @@ class LocationsCheck {
     bool Exists(const std::string& path, const OwnLocation& texts) {
         if (path.empty())
             return Refuse(texts.enter);
-        if (path.size() < ShortestLocation || !IsLocationPath(path))
+        if (!IsLocationPath(path))
             return Refuse(texts.invalid);
         if (files.IsDirectory(path))
             return true;
@@ -106,7 +76,7 @@ class LocationsCheck {
     bool IsGoodMsfs(const std::string& path) {
         if (path.empty())
             return Refuse("Please enter a valid directory for your MSFS installation.");
-        if (path.size() < ShortestLocation || !IsLocationPath(path) || !files.IsDirectory(path))
+        if (!IsLocationPath(path) || !files.IsDirectory(path))
             return Refuse("The directory you specified for your MSFS installation is invalid.");
         if (!files.IsDirectory(path + "aircraft\\"))
             return Refuse("Cannot find an 'aircraft' subdirectory in the directory you specified for MSFS.  "
@@ -132,58 +102,30 @@ class LocationsCheck {
         return true;
     }
 
-    // Another name of the same directory (a second drive letter, a link) becomes its one name.
-    std::string OneName(const std::string& path) const {
-        return AddBackslash(korvadex::OneName(files, path));
-    }
-
     // Emptying Staging, or removing a package or an aircraft, must not reach into another location.
     bool AreApart(const Locations& locations) {
-        struct Place {
-            std::string path;
-            const char* name;
-        };
-        const Place staging{OneName(locations.StagingDir), "Staging location"};
-        const Place hangar{OneName(locations.HangarDir), "Hangar location"};
-        const Place msfs{OneName(locations.MsfsDir), "MSFS installation"};
-        const Place program{OneName(settings.AppDir), "Korvadex program"};
-        const auto isApart = [&](const Place& one, const Place& other) {
-            return !EqualNoCase(one.path, other.path) ||
-                   Refuse("The directory you specified for the " + std::string(one.name) +
-                          " is the same as the one for the " + other.name +
+        const auto conflicts = FindConflicts(files, locations, settings.AppDir);
+        if (conflicts.empty())
+            return true;
+        const auto& [kind, location, other, otherLocation] = conflicts.front();
+        const auto specified = "The directory you specified for the " + std::string(NameOf(location));
+        switch (kind) {
+        case ConflictKind::Same:
+            return Refuse(specified + " is the same as the one for the " + other +
                           ".  Please specify a directory of its own for each location.");
-        };
-        const auto isOutside = [&](const Place& inner, const std::string& outer,
-                                   const std::string& outerName) {
-            return !IsAtOrBelow(inner.path, outer) ||
-                   Refuse("The directory you specified for the " + std::string(inner.name) +
-                          " is inside of the " + outerName +
+        case ConflictKind::Inside:
+            return Refuse(specified + " is inside of the " + other +
                           ".  Please specify a directory that is outside of it.");
-        };
-        // kx.ini would go with what is cleared or removed.
-        const auto leavesOutProgram = [&](const Place& place) {
-            return !IsAtOrBelow(program.path, place.path) ||
-                   Refuse("The directory you specified for the " + std::string(place.name) +
-                          " holds the directory of the Korvadex program, " + settings.AppDir +
-                          ".  Please specify a directory that is outside of it.");
-        };
-        const auto isOutsideOfMsfs = [&](const Place& place) {
-            return std::ranges::all_of(MsfsPlaces, [&](const std::string name) {
-                return isOutside(place, OneName(locations.MsfsDir + name + "\\"),
-                                 "'" + name + "' subdirectory of your MSFS installation");
-            });
-        };
-        return isApart(staging, hangar) && isApart(staging, msfs) && isApart(hangar, msfs) &&
-               isApart(staging, program) && isApart(hangar, program) &&
-               isOutside(hangar, staging.path, staging.name) && isOutside(msfs, staging.path, staging.name) &&
-               isOutside(staging, hangar.path, hangar.name) && isOutside(msfs, hangar.path, hangar.name) &&
-               leavesOutProgram(staging) && leavesOutProgram(hangar) && isOutsideOfMsfs(staging) &&
-               isOutsideOfMsfs(hangar);
+        case ConflictKind::HoldsProgram:
+            break;
+        }
+        return Refuse(specified + " holds the directory of the Korvadex program, " + settings.AppDir +
+                      ".  Please specify a directory that is outside of it.");
     }
 
     // The categories and packages of a Hangar are sorted and renamed as soon as they are shown.
     bool IsToBeTheHangar(const std::string& path) {
-        if (IsKnown(settings, path, &Locations::HangarDir, &LocationProfile::HangarDir))
+        if (IsKnownHangar(settings, path))
             return true;
         const auto found = FindNoHangarContent(files, path);
         return found.empty() ||
@@ -218,10 +160,14 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
     Settings entered = settings; // the settings themselves change only when all is good
     bool showNow =
         request.showDialog || (settings.AskLocationAtStart && !request.RestartedAfterLocationChange);
+    const auto purpose = request.caller == LocationsCaller::Menu ? LocationsFor::Change
+                         : request.showDialog                    ? LocationsFor::FirstStart
+                                                                 : LocationsFor::Start;
+    const LocationsForm form{purpose, request.openReadMe, request.checkOpenings};
     for (;;) {
         bool isEntered = true;
         if (showNow) {
-            const auto entry = dialogs.ShowLocations(entered);
+            const auto entry = dialogs.ShowLocations(entered, form);
             settings.AskLocationAtStart = entered.AskLocationAtStart;
             if (entry)
                 TakeEntry(*entry, entered);
@@ -233,8 +179,7 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
         // What lies in a Staging directory that was in use before belongs there. In any other it would be renamed
         // and thinned out like the files of an add-on.
         const bool mustBeEmpty =
-            request.showDialog || !IsKnown(settings, entered.locations.StagingDir, &Locations::StagingDir,
-                                           &LocationProfile::StagingDir);
+            request.showDialog || !IsKnownStaging(settings, entered.locations.StagingDir);
         if (isEntered && AreGoodLocations(files, user, settings, entered.locations, mustBeEmpty)) {
             auto& profile = entered.ActiveProfile();
             profile.StagingDir = entered.locations.StagingDir;

@@ -7,6 +7,8 @@
 #include "package/dialogs.h"
 #include "platform/file_system.h"
 
+#include <functional>
+
 namespace korvadex {
 
 // True when these three can serve together. Says everything that is wrong, in the order Staging, Hangar, MSFS,
@@ -29,6 +31,8 @@ struct LocationsRequest {
     LocationsCaller caller = LocationsCaller::StartUp;
     bool showDialog = false;                   // also: the Staging directory must be empty
     bool RestartedAfterLocationChange = false; // the user has chosen the locations a moment ago
+    std::function<void()> openReadMe = {};     // see LocationsForm
+    std::function<bool()> checkOpenings = {};
 };
 
 // A Staging directory that no profile has held before must be empty in any case: loading it changes what it holds.

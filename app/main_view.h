@@ -6,6 +6,7 @@
 #include "media/picture_import.h"
 #include "package/loaded_package.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,7 @@ struct MainView {
     std::string sizeText;     // "12 Meg (compressed)"
     std::string status;
     bool isStagingEmpty = true;
+    bool isHangarEmpty = false; // it is there, and no category holds a package
     // For the status bar: "12 packages  -  3 installed in MSFS  -  Staging is empty".
     std::string statusCounts;
     int imageIndex = 0;   // of the package's pictures, from 1; 0 when it has none
@@ -82,12 +84,19 @@ struct LocationsEntry {
     std::string profileText; // the text of cboLocationProfile
     Locations locations;
 };
+enum class LocationsFor { FirstStart, Start, Change };
+struct LocationsForm {
+    LocationsFor purpose = LocationsFor::Change;
+    std::function<void()> openReadMe;
+    std::function<bool()> checkOpenings; // as Program::CheckOpenings, while the dialog is open
+};
 class ProfileEditor;
 class ProgramDialogs : public PictureConverter {
   public:
-    // frmLocations with the non-empty profiles of settings. The check box changes settings.AskLocationAtStart
-    // at once. None when the dialog was closed without cmdAccept.
-    virtual std::optional<LocationsEntry> ShowLocations(Settings& settings) = 0;
+    // frmLocations with the non-empty profiles of settings; at a first start, with what can be proposed where nothing
+    // was entered yet. The check box changes settings.AskLocationAtStart at once. None when the dialog was closed
+    // without cmdAccept.
+    virtual std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) = 0;
     // frmLocationProfiles, and frmLocationProfileModify from there.
     virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
 

@@ -16,6 +16,7 @@ class ProfileEditor {
     ProfileEditor(FileSystem& fileSystem, UserDialogs& userDialogs, Settings& programSettings)
         : files(fileSystem), user(userDialogs), settings(programSettings) {}
 
+    const Settings& GetSettings() const { return settings; }
     // "" for a free slot.
     std::array<std::string, 10> Names() const;
     // False, after a message, for the profile in use.

@@ -1,6 +1,5 @@
 #include "app/program.h"
 
-#include "app/locations_entry.h"
 #include "app/own_files.h"
 #include "app/profiles.h"
 #include "archive/viewing_copy.h"
@@ -305,8 +304,8 @@ void Program::ProcessArchives(const std::vector<std::string>& paths) {
 void Program::ChangeLocations() {
     Run([&] {
         const Settings before = settings;
-        const auto outcome = ValidateLocations(
-            files, user, dialogs, {.caller = LocationsCaller::Menu, .showDialog = true}, settings);
+        const auto outcome =
+            ValidateLocations(files, user, dialogs, RequestLocations(LocationsCaller::Menu, true), settings);
         if (outcome == LocationsOutcome::GivenUp)
             throw ProgramEnd{};
         if (outcome == LocationsOutcome::Cancelled)
@@ -335,20 +334,33 @@ void Program::EditLocationProfiles() {
 }
 
 void Program::OpenReadMe() {
-    Run([&] {
-        for (const auto& directory : {settings.AppDir, DataDirectory(files, executable)}) {
-            const auto page = directory + std::string(ReadMePage);
-            if (files.Info(page)) {
-                if (!IsStarted(launcher.OpenDocument(page)))
-                    user.Tell("No program could be started for the read-me page " + page +
-                                  ".  Please open it in a web browser.",
-                              MessageIcon::Exclamation);
-                return;
-            }
+    Run([&] { ShowReadMe(); });
+}
+
+void Program::ShowReadMe() {
+    for (const auto& directory : {settings.AppDir, DataDirectory(files, executable)}) {
+        const auto page = directory + std::string(ReadMePage);
+        if (files.Info(page)) {
+            if (!IsStarted(launcher.OpenDocument(page)))
+                user.Tell("No program could be started for the read-me page " + page +
+                              ".  Please open it in a web browser.",
+                          MessageIcon::Exclamation);
+            return;
         }
-        user.Tell("The read-me page " + settings.AppDir + "kxdoc.htm does not exist.",
-                  MessageIcon::Exclamation);
-    });
+    }
+    user.Tell("The read-me page " + settings.AppDir + "kxdoc.htm does not exist.", MessageIcon::Exclamation);
+}
+
+LocationsRequest Program::RequestLocations(LocationsCaller caller, bool showDialog) {
+    return {.caller = caller,
+            .showDialog = showDialog,
+            .openReadMe = [this] { ShowReadMe(); },
+            .checkOpenings =
+                [this] {
+                    for (const auto& failed : launcher.TakeFailures())
+                        TellNotOpened(user, failed);
+                    return launcher.IsWaiting();
+                }};
 }
 
 // --- what commands do with the main window

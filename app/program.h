@@ -2,6 +2,7 @@
 // can give.
 #pragma once
 
+#include "app/locations_entry.h"
 #include "app/main_view.h"
 #include "app/overviews.h"
 #include "app/settings.h"
@@ -159,6 +160,9 @@ class Program : private MainWindow {
     void RefreshFileList();
     void TellTooLong(const Overview& overview);
     void ShowLines(Overview list);
+
+    void ShowReadMe();
+    LocationsRequest RequestLocations(LocationsCaller caller, bool showDialog);
 
     // gallery_commands.cpp
     void OpenGallery(bool isForAll);

@@ -152,8 +152,12 @@ void Program::UpdateStatusCounts() {
     const auto isThere = [&](Place place) {
         return DescribeGone(files, settings.locations, {place}).empty();
     };
-    view.statusCounts = isThere(Place::Hangar) ? DescribeCounts(hangar, isThere(Place::Simulator))
-                                               : "The Hangar is not there";
+    const bool isHangarThere = isThere(Place::Hangar);
+    view.isHangarEmpty = isHangarThere && std::ranges::all_of(hangar, [](const HangarCategory& category) {
+                             return category.packages.empty();
+                         });
+    view.statusCounts =
+        isHangarThere ? DescribeCounts(hangar, isThere(Place::Simulator)) : "The Hangar is not there";
     view.statusCounts += !isThere(Place::Staging) ? "  -  Staging is not there"
                          : view.isStagingEmpty    ? "  -  Staging is empty"
                                                   : "  -  Staging contains files";

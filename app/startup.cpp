@@ -1,5 +1,4 @@
 // One run of the program: start-up, the restart after a change of the Hangar location, and the end.
-#include "app/locations_entry.h"
 #include "app/program.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
@@ -58,11 +57,9 @@ void Program::StartUp() {
     form.ApplyGeometry(settings.mainWindow);
     form.ApplyListGeometry(settings.ListWindowGeometry);
 
-    const auto outcome = ValidateLocations(files, user, dialogs,
-                                           {.caller = LocationsCaller::StartUp,
-                                            .showDialog = isFirstRun,
-                                            .RestartedAfterLocationChange = TakeMarker()},
-                                           settings);
+    auto request = RequestLocations(LocationsCaller::StartUp, isFirstRun);
+    request.RestartedAfterLocationChange = TakeMarker();
+    const auto outcome = ValidateLocations(files, user, dialogs, request, settings);
     if (outcome != LocationsOutcome::Valid)
         throw ProgramEnd{};
     if (settings != settings.kept)

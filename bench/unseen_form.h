@@ -28,7 +28,9 @@ class UnseenForm : public MainForm {
 
 class UnseenDialogs : public ProgramDialogs {
   public:
-    std::optional<LocationsEntry> ShowLocations(Settings&) override { return std::nullopt; }
+    std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override {
+        return std::nullopt;
+    }
     void ShowLocationProfiles(ProfileEditor&) override {}
     OfferedPictures ChoosePictures(const std::string&) override { return {}; }
     OfferedPictures ClipboardPictures() override { return {}; }

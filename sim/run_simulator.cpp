@@ -12,21 +12,26 @@ constexpr std::array<const char*, 6> Executables = {"fs2002.exe", "fs2000.exe", 
 
 } // namespace
 
+std::string FindSimulatorProgram(const FileSystem& files, const std::string& directory) {
+    for (const char* name : Executables)
+        if (const std::string path = directory + name; files.Info(path) && !files.IsDirectory(path))
+            return path;
+    return "";
+}
+
 void RunSimulator(CommandContext& context) {
-    for (const char* name : Executables) {
-        const std::string path = context.locations.MsfsDir + name;
-        if (!context.files.Info(path) || context.files.IsDirectory(path))
-            continue;
-        const std::string reason = context.launcher.RunSimulator(path);
-        if (reason.empty())
-            context.window.ShowStatus(path + " is being started."); // which takes Wine some seconds
-        else
-            context.user.Tell(reason, MessageIcon::Exclamation);
+    const std::string path = FindSimulatorProgram(context.files, context.locations.MsfsDir);
+    if (path.empty()) {
+        context.user.Tell(
+            "Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
+            MessageIcon::Exclamation);
         return;
     }
-    context.user.Tell(
-        "Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
-        MessageIcon::Exclamation);
+    const std::string reason = context.launcher.RunSimulator(path);
+    if (reason.empty())
+        context.window.ShowStatus(path + " is being started."); // which takes Wine some seconds
+    else
+        context.user.Tell(reason, MessageIcon::Exclamation);
 }
 
 } // namespace korvadex

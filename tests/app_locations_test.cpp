@@ -1,7 +1,10 @@
+#include "app/first_locations.h"
+#include "app/location_advice.h"
 #include "app/locations_entry.h"
 #include "app/profiles.h"
 #include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/recording_form.h"
 
 namespace korvadex::test {
@@ -191,6 +194,150 @@ TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
         EXPECT_EQ(Validate({.showDialog = true}), LocationsOutcome::Valid);
         EXPECT_EQ(settings.CurrentProfile, static_cast<int>(expected));
         EXPECT_EQ(settings.LocationProfiles[expected].HangarDir, locations.HangarDir);
+    }
+}
+
+TEST_F(LocationsEntryTest, TheWordUnderEachField) {
+    // What the word begins with, after "!" where it warns; "" for any.
+    const struct {
+        Entry entry;
+        Entry words;
+    } rows[] = {
+        {{"!", "!", "!"}, {"Enter a directory", "Enter a directory", "Enter the directory where"}},
+        {{"Staging", "Hangar", "FS2002"}, {"Good.", "Good.  It is empty.", "Good.  It holds fs2002.exe."}},
+        {{"New", "Cats", "FS"}, {"Not there yet.", "Good.  It holds 2 categories.", "!No program of Flight"}},
+        {{"!q", "!c:\\", "!q:\\a"},
+         {"!Enter a whole path that begins with a drive", "!A drive alone is no location",
+          "!There is no drive q:"}},
+        {{"a*b", "NUL", "Ж"},
+         {"!No directory can have such", "!No directory can have", "!The name has a character"}},
+        {{"Hangar", "hangar", "Nowhere"},
+         {"!The same as the Hangar location.", "!The same as the Staging location.", "!There is no such"}},
+        {{"Cats\\A", "Cats", "Cats\\B"},
+         {"!Inside of the Hangar location.", "Good.", "!Inside of the Hangar location."}},
+        {{"FS\\aircraft\\s", "FS\\Hangar", "FS"},
+         {"!Inside of the 'aircraft' subdirectory of your MSFS", "!Inside of the MSFS installation.",
+          "!No program"}},
+        {{"App", "Full", "Hangar"},
+         {"!The Korvadex program lies in it.", "!There are files in it.  It does not",
+          "!No 'aircraft' directory"}},
+        {{"Full", "Known", "FS"},
+         {"!There are files in it.  Choose an", "Good.  It holds 0 categories.", ""}},
+        {{"Gone\\s", "Full\\file.txt", "FS"},
+         {"!Not there, and neither is the directory above", "!A file of this name", ""}},
+        {{"Programs\\s", "Locked", "Locked\\FS"},
+         {"!Only administrators may write into Programs.  Choose", "!You may not write there.",
+          "!Inside of"}},
+        {{"Disc\\s", "Cloud\\h", "Programs\\FS"},
+         {"!This disk is in READ ONLY mode.", "!It is synchronised",
+          "!Only administrators may write into Programs.  Ins"}},
+        {{"OneDrive - Firm\\s", "Shared\\a\\h", "FS"}, {"!It is synchronised", "!It is synchronised", ""}},
+    };
+    drive.Fill("",
+               "FS2002\\aircraft\\, FS2002\\fs2002.exe=x, Cats\\A\\, Cats\\B\\, Full\\file.txt=x, App\\in\\, "
+               "Known\\a.txt=x, Programs\\FS\\aircraft\\, Locked\\FS\\aircraft\\, Disc\\, Cloud\\, "
+               "OneDrive - Firm\\, Shared\\.stfolder\\, Shared\\a\\");
+    settings.AppDir = drive.At("App\\in\\");
+    settings.LocationProfiles[3].HangarDir = drive.At("Known\\");
+    UserPlaces places;
+    places.programs = {drive.At("Programs\\")};
+    places.synchronised = {drive.At("Cloud\\")};
+    FaultyFiles files(drive.Files());
+    std::map<std::string, FileFault> unwritable = {{drive.At("Disc\\"), FileFault::ReadOnlyDisk}};
+    for (const auto* denied : {"Programs\\", "Programs\\FS\\aircraft\\", "Locked\\"})
+        unwritable[drive.At(denied)] = FileFault::Denied;
+    places.checkWritable = [&](const std::string& directory) {
+        const auto found = unwritable.find(directory);
+        return Status{found == unwritable.end() ? FileFault::None : found->second, directory};
+    };
+    files.freeSpace = 10'000'000'000;
+    const auto words = [&](const Entry& entry, bool mustBeEmpty) {
+        Locations typed = Typed(entry);
+        for (auto* path : {&typed.StagingDir, &typed.HangarDir, &typed.MsfsDir})
+            *path = AddBackslash(*path);
+        return AdviseOn(files, places, settings, typed, mustBeEmpty);
+    };
+    for (const auto& [entry, expected] : rows) {
+        SCOPED_TRACE(std::string(entry.staging) + " " + entry.hangar + " " + entry.msfs);
+        const auto given = words(entry, true);
+        const std::pair<const LocationWord&, std::string_view> pairs[] = {
+            {given.staging, expected.staging}, {given.hangar, expected.hangar}, {given.msfs, expected.msfs}};
+        for (const auto& [word, text] : pairs)
+            if (!text.empty()) {
+                EXPECT_THAT((word.isTrouble ? "!" : "") + word.text, testing::StartsWith(std::string(text)));
+                EXPECT_LE(word.text.size(), 85u) << "it stands in one line";
+            }
+    }
+    // In a Staging that was in use before, files are at home.
+    settings.LocationProfiles[3].StagingDir = drive.At("Full\\");
+    EXPECT_EQ(words({"Full", "Hangar", "FS2002"}, false).staging.text, "Good.");
+    files.freeSpace = 20'480'000;
+    EXPECT_EQ(words({"Staging", "Hangar", "FS2002"}, true).hangar.text,
+              "Only 20 Meg are free on this disk.  Choose another.");
+}
+
+TEST_F(LocationsEntryTest, WhatAFirstStartProposes) {
+    const struct {
+        const char *name, *tree, *elsewhere; // the second: what lies on a disk of its own
+        std::vector<const char*> homes;
+        Entry proposed;
+    } rows[] = {
+        {"nothing but a home",
+         "Home\\",
+         "",
+         {"Home"},
+         {"Home\\Korvadex Staging", "Home\\Korvadex Hangar", "!"}},
+        {"the newest simulator; what serves is taken",
+         "FS98\\aircraft\\, FS98\\fltsim98.exe=x, Games\\FS2000\\aircraft\\, Games\\FS2000\\fs2000.exe=x, "
+         "FS2002\\aircraft\\, Home\\Korvadex Hangar\\Jets\\Lear\\Panel\\, Home\\Korvadex Staging\\a.txt=x",
+         "",
+         {"Home"},
+         {"Home\\Korvadex Staging 2", "Home\\Korvadex Hangar", "Games\\FS2000"}},
+        {"of the registry; a Hangar that is none",
+         "Odd\\Sim\\aircraft\\, Odd\\Sim\\FS2002.EXE=x, FS2002\\aircraft\\, FS2002\\fs2002.exe=x, "
+         "Home\\Korvadex Hangar\\letter.txt=x",
+         "",
+         {"Home"},
+         {"Home\\Korvadex Staging", "Home\\Korvadex Hangar 2", "Odd\\Sim"}},
+        {"the user's directories lie on another disk",
+         "FS2002\\aircraft\\, FS2002\\fs2002.exe=x, Home\\",
+         "Home",
+         {"Home"},
+         {"|Korvadex Staging", "|Korvadex Hangar", "FS2002"}},
+        {"the documents are synchronised, or may not be written to",
+         "OneDrive\\, Locked\\, Home\\",
+         "",
+         {"OneDrive", "Locked", "Gone", "Home"},
+         {"Home\\Korvadex Staging", "Home\\Korvadex Hangar", "!"}},
+        {"no place at all", "Locked\\", "", {"Locked"}, {"!", "!", "!"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        TemporaryDrive disk;
+        disk.Fill("", row.tree);
+        FaultyFiles files(disk.Files());
+        files.freeSpace = 10'000'000'000;
+        UserPlaces places;
+        for (const std::string home : row.homes)
+            places.homes.push_back(disk.At(home + "\\"));
+        places.drives = {disk.Root()};
+        places.simulators = {disk.At("Odd\\Gone\\"), disk.At("Odd\\Sim\\")};
+        if (*row.elsewhere)
+            files.volume = disk.At(row.elsewhere + std::string("\\"));
+        places.checkWritable = [&](const std::string& directory) {
+            const bool isRoot = directory == disk.Root() || directory.size() == 3;
+            const bool isDenied = directory == disk.At("Locked\\") || (isRoot && !*row.elsewhere);
+            return Status{isDenied ? FileFault::Denied : FileFault::None, directory};
+        };
+        const auto path = [&](std::string_view text) {
+            return text == "!"             ? ""
+                   : text.starts_with('|') ? disk.Root().substr(0, 3) + std::string(text.substr(1)) + "\\"
+                                           : disk.At(std::string(text) + "\\");
+        };
+        const auto proposed = ProposeLocations(files, places);
+        EXPECT_EQ(proposed.StagingDir, path(row.proposed.staging));
+        EXPECT_EQ(proposed.HangarDir, path(row.proposed.hangar));
+        EXPECT_EQ(proposed.MsfsDir, path(row.proposed.msfs));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "platform/drive_map_posix.h"
 #include "platform/launcher.h"
 #include "platform/text_file.h"
+#include "platform/user_places.h"
 #include "platform/windows_path.h"
 #include "tests/support/temporary_drive.h"
 
@@ -97,8 +98,11 @@ TEST_F(PosixHost, ListsWhatItMayNotLookAt) {
     const uid_t user = geteuid();
     ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
     const auto entries = files.List(drive.At("aircraft\\"));
+    const auto unwritable = FindUserPlaces(files).checkWritable(drive.At("aircraft\\"));
     ASSERT_TRUE(user != 0 || seteuid(0) == 0);
+    EXPECT_EQ(unwritable.fault, FileFault::Denied);
     fs::permissions(Host("aircraft"), fs::perms::owner_all);
+    EXPECT_TRUE(FindUserPlaces(files).checkWritable(drive.At("aircraft\\")));
     ASSERT_TRUE(entries);
     ASSERT_EQ(entries->size(), 1u);
     EXPECT_EQ(entries->front().info.kind, EntryKind::Link);

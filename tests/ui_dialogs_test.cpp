@@ -433,7 +433,7 @@ TEST_F(LocationsTest, AProfileFillsTheDirectoriesAndWhatIsTypedComesBack) {
         Type(window, "txtHangarDir", "");
         Click(window, "cmdAccept");
     });
-    const auto entry = dialogs.ShowLocations(settings);
+    const auto entry = dialogs.ShowLocations(settings, {});
     ASSERT_TRUE(entry);
     EXPECT_EQ(entry->profileText, "CFS");
     EXPECT_EQ(entry->locations.StagingDir, "c:\\staging\\");
@@ -451,6 +451,9 @@ TEST_F(LocationsTest, BrowsingFillsTheTextBoxAndCancelLeavesIt) {
         Type(window, "txtHangarDir", "q:\\nowhere");
         Click(window, "cmdHangarDir");
         EXPECT_EQ(Control<QLineEdit>(window, "txtHangarDir").text(), "q:\\nowhere");
+        Type(window, "txtMSFSDir", QString::fromStdString(drive.At("New\\not there yet")));
+        Click(window, "cmdMSFSDir");
+        EXPECT_EQ(Control<QLineEdit>(window, "txtMSFSDir").text().toStdString(), drive.At("New\\Made"));
         Click(window, "chkAskForLocations"); // counts however the dialog ends
         PressKey(window, Qt::Key_Escape);
     });
@@ -462,8 +465,58 @@ TEST_F(LocationsTest, BrowsingFillsTheTextBoxAndCancelLeavesIt) {
         Click(window, "cmdOk");
     });
     user.Expect("frmDirSelect", [](QWidget& window) { Click(window, "cmdCancel"); });
-    EXPECT_FALSE(dialogs.ShowLocations(settings));
+    // It opens above what is not there, and makes directories.
+    user.Expect("frmDirSelect", [](QWidget& window) {
+        Click(window, "cmdNewDirectory");
+        Click(window, "cmdNewDirectory");
+        EXPECT_EQ(Control<QTreeWidget>(window, "Dir1").currentItem()->text(0), "Made");
+        Click(window, "cmdOk");
+    });
+    const auto name = [&](const char* text) {
+        user.Expect("InputBox", [=](QWidget& window) {
+            Type(window, "txtInput", text);
+            PressKey(window, Qt::Key_Return);
+        });
+    };
+    name("staging");
+    user.ExpectMessage(
+        QString::fromStdString("The directory " + drive.At("New\\staging\\") +
+                               " could not be made (a file or directory of that name is already "
+                               "there).  Please choose another name or another place."),
+        "OK");
+    name("Made");
+    EXPECT_FALSE(dialogs.ShowLocations(settings, {}));
     EXPECT_TRUE(settings.AskLocationAtStart);
+}
+
+TEST_F(LocationsTest, TheFirstStartExplainsProposesAndSaysWhatIsTyped) {
+    settings = {};
+    int helps = 0;
+    const LocationsForm form{LocationsFor::FirstStart, [&] { ++helps; }, {}};
+    user.Expect("frmLocations", [&](QWidget& window) {
+        const auto& word = Control<QLabel>(window, "lblStagingWord");
+        const auto says = [&](const QString& text) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return word.text() == text; })) << word.text().toStdString();
+        };
+        EXPECT_TRUE(Control<QLabel>(window, "lblIntroduction").isVisible());
+        EXPECT_FALSE(Control<QComboBox>(window, "cboLocationProfile").isVisible());
+        const QSize before = window.minimumSizeHint();
+        Type(window, "txtStagingDir", "fs");
+        says("Enter a whole path that begins with a drive, such as c:\\staging.");
+        EXPECT_EQ(Control<QLineEdit>(window, "txtStagingDir").accessibleDescription(), word.text());
+        EXPECT_FALSE(Control<QLabel>(window, "imgStagingWord").pixmap(Qt::ReturnByValue).isNull());
+        Type(window, "txtStagingDir", QString::fromStdString(drive.At("H")));
+        EXPECT_EQ(word.text(), "") << "the word on what stood there goes at once";
+        Type(window, "txtHangarDir", QString::fromStdString(drive.At("H")));
+        says("The same as the Hangar location.  Choose another.");
+        EXPECT_EQ(window.minimumSizeHint(), before) << "nothing moves for a word";
+        Click(window, "cmdHelp");
+        PressKey(window, Qt::Key_F1);
+        EXPECT_EQ(helps, 2);
+        EXPECT_EQ(Control<QPushButton>(window, "cmdCancel").text(), "E&xit");
+        Click(window, "cmdCancel");
+    });
+    EXPECT_FALSE(dialogs.ShowLocations(settings, form));
 }
 
 TEST_F(LocationsTest, AProfileIsEnteredCorrectedAndCleared) {

@@ -63,7 +63,7 @@ QString StartDirectory(const FileSystem& files, const std::string& last,
 
 } // namespace
 
-Dialogs::Dialogs(const FileSystem& fileSystem) : files(fileSystem), fitToScreen(FitDialogsToScreen()) {}
+Dialogs::Dialogs(FileSystem& fileSystem) : files(fileSystem), fitToScreen(FitDialogsToScreen()) {}
 
 Dialogs::~Dialogs() = default;
 
@@ -168,8 +168,8 @@ void Dialogs::ShowInfo(const InfoForm& form) {
     kept.Rethrow();
 }
 
-std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings) {
-    frmLocations dialog(files, settings, Parent());
+std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings, const LocationsForm& form) {
+    frmLocations dialog(files, settings, form, Parent());
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return dialog.Entry();

@@ -14,7 +14,7 @@ namespace korvadex {
 
 class Dialogs : public UserDialogs, public ProgramDialogs {
   public:
-    explicit Dialogs(const FileSystem& fileSystem);
+    explicit Dialogs(FileSystem& fileSystem);
     ~Dialogs() override;
 
     // The window that the dialogs belong to while it is visible.
@@ -31,7 +31,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowUnusedGauges(const UnusedGaugesForm& form) override;
     void ShowMSFSImport(const ImportForm& form) override;
     void ShowInfo(const InfoForm& form) override;
-    std::optional<LocationsEntry> ShowLocations(Settings& settings) override;
+    std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
     OfferedPictures ChoosePictures(const std::string& directory) override;
     OfferedPictures ClipboardPictures() override;
@@ -40,7 +40,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
   private:
     QWidget* Parent() const;
 
-    const FileSystem& files;
+    FileSystem& files;
     QWidget* mainWindow = nullptr;
     std::unique_ptr<QObject> fitToScreen;
 };

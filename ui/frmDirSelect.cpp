@@ -1,6 +1,8 @@
 #include "ui/frmDirSelect.h"
 
 #include "platform/windows_path.h"
+#include "ui/input_box.h"
+#include "ui/message_box.h"
 #include "ui/qt_text.h"
 #include "ui/wheel_guard.h"
 #include "ui_frmDirSelect.h"
@@ -29,7 +31,7 @@ QTreeWidgetItem* NewItem(const QString& text, const std::string& path, const QIc
 
 } // namespace
 
-frmDirSelect::frmDirSelect(const FileSystem& fileSystem, std::string startDir, QWidget* parent)
+frmDirSelect::frmDirSelect(FileSystem& fileSystem, std::string startDir, QWidget* parent)
     : QDialog(parent), files(fileSystem), result(std::move(startDir)),
       ui(std::make_unique<Ui::frmDirSelect>()) {
     ui->setupUi(this);
@@ -39,6 +41,7 @@ frmDirSelect::frmDirSelect(const FileSystem& fileSystem, std::string startDir, Q
     connect(ui->Drive1, &QComboBox::currentTextChanged, this,
             [this](const QString& root) { ShowDrive(FromQt(root)); });
     connect(ui->Dir1, &QTreeWidget::itemExpanded, this, &frmDirSelect::ReadSubdirectories);
+    connect(ui->cmdNewDirectory, &QPushButton::clicked, this, &frmDirSelect::MakeDirectory);
     connect(ui->cmdOk, &QPushButton::clicked, this, &frmDirSelect::TakeResult);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 
@@ -97,6 +100,34 @@ void frmDirSelect::ReadSubdirectories(QTreeWidgetItem* item) {
     }
     if (item->childCount() == 0)
         item->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicator);
+}
+
+void frmDirSelect::MakeDirectory() {
+    QTreeWidgetItem* parent = ui->Dir1->currentItem();
+    if (!parent)
+        return;
+    const std::string above = PathOf(parent);
+    InputBox box("The name of the new directory in " + ToQt(above), false, this);
+    if (box.exec() != QDialog::Accepted || box.Text().trimmed().isEmpty())
+        return;
+    const std::string name = FromQt(box.Text().trimmed()), path = above + name + "\\";
+    const bool isName = IsStorableName(name) && !IsScratchName(name);
+    if (const auto fault = isName ? files.CreateDirectory(path).fault : FileFault::BadName;
+        fault != FileFault::None) {
+        const auto text = "The directory " + path + " could not be made (" + DescribeFault(fault) +
+                          ").  Please choose another name or another place.";
+        MessageBox(ToQt(text), MessageButtons::Ok, MessageIcon::Exclamation, {}, this).Ask();
+        return;
+    }
+    qDeleteAll(parent->takeChildren());
+    parent->setData(0, IsReadRole, false);
+    parent->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    ReadSubdirectories(parent);
+    parent->setExpanded(true);
+    for (int i = 0; i < parent->childCount(); ++i)
+        if (EqualNoCase(PathOf(parent->child(i)), path))
+            ui->Dir1->setCurrentItem(parent->child(i));
+    ui->Dir1->setFocus();
 }
 
 void frmDirSelect::TakeResult() {

@@ -21,7 +21,7 @@ class frmDirSelect : public QDialog {
 
   public:
     // Opens on startDir where that exists.
-    frmDirSelect(const FileSystem& files, std::string startDir, QWidget* parent);
+    frmDirSelect(FileSystem& files, std::string startDir, QWidget* parent);
     ~frmDirSelect() override;
 
     // The directory chosen, without a trailing backslash except at a drive's root; startDir as it was given when the
@@ -33,9 +33,10 @@ class frmDirSelect : public QDialog {
     void ShowDrive(const std::string& root);
     void GoTo(const std::string& directory);
     void ReadSubdirectories(QTreeWidgetItem* item);
+    void MakeDirectory();
     void TakeResult();
 
-    const FileSystem& files;
+    FileSystem& files;
     std::string result;
     bool isCancelled = true;
     std::unique_ptr<Ui::frmDirSelect> ui;

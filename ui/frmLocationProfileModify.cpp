@@ -5,12 +5,12 @@
 
 namespace korvadex {
 
-frmLocationProfileModify::frmLocationProfileModify(const FileSystem& files, ProfileEditor& profileEditor,
-                                                   int slot, QWidget* parent)
+frmLocationProfileModify::frmLocationProfileModify(FileSystem& files, ProfileEditor& profileEditor, int slot,
+                                                   QWidget* parent)
     : QDialog(parent), profiles(profileEditor), ProfileBeingEdited(slot),
       ui(std::make_unique<Ui::frmLocationProfileModify>()) {
     ui->setupUi(this);
-    ui->locationFields->SetFiles(files);
+    ui->locationFields->Begin(files, profiles.GetSettings(), true);
     Show(profiles.Entry(slot));
     ui->txtProfileName->setFocus();
     connect(ui->cmdAccept, &QPushButton::clicked, this, &frmLocationProfileModify::Accept);

@@ -18,7 +18,7 @@ class frmLocationProfileModify : public QDialog {
     Q_OBJECT
 
   public:
-    frmLocationProfileModify(const FileSystem& files, ProfileEditor& profiles, int ProfileBeingEdited,
+    frmLocationProfileModify(FileSystem& files, ProfileEditor& profiles, int ProfileBeingEdited,
                              QWidget* parent);
     ~frmLocationProfileModify() override;
 

@@ -8,7 +8,7 @@
 
 namespace korvadex {
 
-frmLocationProfiles::frmLocationProfiles(const FileSystem& fileSystem, ProfileEditor& profileEditor,
+frmLocationProfiles::frmLocationProfiles(FileSystem& fileSystem, ProfileEditor& profileEditor,
                                          QWidget* parent)
     : QDialog(parent), files(fileSystem), profiles(profileEditor),
       ui(std::make_unique<Ui::frmLocationProfiles>()) {

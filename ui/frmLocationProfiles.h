@@ -22,7 +22,7 @@ class frmLocationProfiles : public QDialog {
     Q_OBJECT
 
   public:
-    frmLocationProfiles(const FileSystem& files, ProfileEditor& profiles, QWidget* parent);
+    frmLocationProfiles(FileSystem& files, ProfileEditor& profiles, QWidget* parent);
     ~frmLocationProfiles() override;
 
   private:
@@ -30,7 +30,7 @@ class frmLocationProfiles : public QDialog {
     void Modify(int slot);
     void ShowNames();
 
-    const FileSystem& files;
+    FileSystem& files;
     ProfileEditor& profiles;
     std::unique_ptr<Ui::frmLocationProfiles> ui;
     std::array<QLineEdit*, 10> txtLocationProfile{};

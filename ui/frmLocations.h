@@ -18,8 +18,9 @@ class frmLocations : public QDialog {
     Q_OBJECT
 
   public:
-    // The check box changes settings.AskLocationAtStart at once; everything else is left alone.
-    frmLocations(const FileSystem& files, Settings& settings, QWidget* parent);
+    // The check box changes settings.AskLocationAtStart at once; everything else is left alone. At a first start it
+    // explains itself, and proposes directories where none was entered yet.
+    frmLocations(FileSystem& files, Settings& settings, const LocationsForm& form, QWidget* parent);
     ~frmLocations() override;
 
     // What stood in the dialog when it was accepted.
@@ -27,6 +28,8 @@ class frmLocations : public QDialog {
 
   private:
     void ChooseProfile(int index);
+    void PrepareFor(LocationsFor purpose);
+    void ConnectHelp(const LocationsForm& form);
 
     Settings& settings;
     std::unique_ptr<Ui::frmLocations> ui;

@@ -1,6 +1,8 @@
-// The three directories in a dialog: Staging, Hangar and simulator, each typed or browsed for.
+// The three directories in a dialog: Staging, Hangar and simulator, each typed or browsed for, with a word under each
+// on what would be found there.
 #pragma once
 
+#include "app/location_advice.h"
 #include "app/settings.h"
 #include "platform/file_system.h"
 
@@ -8,14 +10,16 @@
 
 #include <memory>
 
+class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace Ui {
 class LocationFields;
 }
 
 namespace korvadex {
+
+class LocationAdvisor;
 
 class LocationFields : public QWidget {
     Q_OBJECT
@@ -24,14 +28,19 @@ class LocationFields : public QWidget {
     explicit LocationFields(QWidget* parent);
     ~LocationFields() override;
 
-    // The disk that the browse buttons show; they do nothing before.
-    void SetFiles(const FileSystem& files);
+    // The disk that the browse buttons show, and what the words depend on (see AdviseOn). The buttons do nothing
+    // before, and there are no words.
+    void Begin(FileSystem& files, const Settings& settings, bool stagingMustBeEmpty);
     void SetLocations(const Locations& locations);
     // With their backslashes; "" stays empty.
     Locations Entry() const;
 
   private:
+    void Browse(FileSystem& files, QLineEdit* box);
+    void ShowWord(const LocationWord& word, QLineEdit* box, QLabel* image, QLabel* label);
+
     std::unique_ptr<Ui::LocationFields> ui;
+    LocationAdvisor* advisor = nullptr;
 };
 
 } // namespace korvadex

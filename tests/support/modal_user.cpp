@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace korvadex::test {
 
 namespace {
@@ -113,7 +115,7 @@ void ModalUser::LookAgain() {
 void ModalUser::Look() {
     LookAgain();
     QWidget* window = QApplication::activeModalWidget();
-    if (!window || !window->isVisible())
+    if (!window || !window->isVisible() || window == acting) // its step may wait for something
         return;
     if (steps.empty() || steps.front().window != window->objectName()) {
         ADD_FAILURE() << "unexpected: " << Describe(*window).toStdString();
@@ -123,7 +125,9 @@ void ModalUser::Look() {
     }
     const Step step = std::move(steps.front());
     steps.pop_front();
+    QWidget* former = std::exchange(acting, window);
     step.act(*window);
+    acting = former;
 }
 
 } // namespace korvadex::test

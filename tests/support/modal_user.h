@@ -56,6 +56,7 @@ class ModalUser : public QObject {
     void Look();
 
     std::deque<Step> steps;
+    QWidget* acting = nullptr; // the window whose step is being done
 };
 
 } // namespace korvadex::test

@@ -77,7 +77,7 @@ class ScriptedLocations : public ProgramDialogs {
     }
     std::optional<bool> askAtStart; // the check box is clicked whenever the dialog is shown
 
-    std::optional<LocationsEntry> ShowLocations(Settings& settings) override {
+    std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm&) override {
         if (answers.empty()) {
             ADD_FAILURE() << "unexpected: the locations dialog";
             return std::nullopt;

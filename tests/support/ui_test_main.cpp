@@ -1,5 +1,6 @@
 // The main routine of the tests that drive real windows, off the screen unless the caller chose a screen.
 #include <QApplication>
+#include <QFont>
 
 #include <gtest/gtest.h>
 
