@@ -234,6 +234,32 @@ TEST_F(HangarWindow, AProposedNameIsMarkedSoThatTypingReplacesIt) {
     }
 }
 
+TEST_F(WindowTest, AnEmptyWindowInvites) {
+    Start();
+    const auto isInviting = [&] {
+        EXPECT_NE(Control<QWidget>(window, "wgtInvitation").isVisible(),
+                  Control<QWidget>(window, "tabComponents").isVisible());
+        return Control<QWidget>(window, "wgtInvitation").isVisible();
+    };
+    EXPECT_TRUE(isInviting());
+    // From the Hangar and from Staging: the command of Ctrl+O.
+    for (int i = 0; i < 2; ++i) {
+        user.Expect("zipFileDialog", [](QWidget& dialog) { PressKey(dialog, Qt::Key_Escape); });
+        Click(window, "cmdProcessZip");
+        user.Finish();
+        EXPECT_EQ(Text("lblHeader"), StagingHeader);
+        EXPECT_TRUE(isInviting());
+    }
+    drive.Put("a.zip", ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear\r\n").Bytes());
+    EXPECT_TRUE(Drop(Control<QWidget>(window, "wgtInvitation"), {Url("a.zip")}));
+    EXPECT_FALSE(isInviting());
+    program.GoToHangar();
+    EXPECT_TRUE(isInviting());
+    drive.Put("Hangar\\Aircraft - Military\\Lear\\aircraft.cfg", "x");
+    program.Refresh();
+    EXPECT_FALSE(isInviting());
+}
+
 TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
     ShowPackage("Super cub");
     user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?",

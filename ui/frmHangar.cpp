@@ -210,8 +210,9 @@ void frmHangar::ConnectMenus() {
     connect(menus, &Menus::EntryChosen, this, &frmHangar::ChooseEntry);
     connect(ui->Toolbar1, &Toolbar::KeyPressed, this,
             [this](const QString& key) { Run([&](Program& to) { to.PressToolbarKey(FromQt(key)); }); });
-    connect(processZip, &QShortcut::activated, this,
-            [this] { Run([](Program& to) { to.PressToolbarKey("ProcessZip"); }); });
+    const auto process = [this] { Run([](Program& to) { to.PressToolbarKey("ProcessZip"); }); };
+    connect(processZip, &QShortcut::activated, this, process);
+    connect(ui->cmdProcessZip, &QPushButton::clicked, this, process);
 }
 
 void frmHangar::ChooseEntry(const QString& name) {
@@ -256,6 +257,8 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ShowFilterCount();
     ShowPackageName(view);
     ui->lblPackageSize->setText(ToQt(view.sizeText));
+    const bool isNothingThere = view.HangarSideShown ? view.isHangarEmpty : view.isStagingEmpty;
+    ui->stkComponents->setCurrentWidget(isNothingThere ? ui->wgtInvitation : ui->tabComponents);
     lblStatus->setText(ToQt(view.status));
     lblCounts->setText(ToQt(view.statusCounts));
     if (view.listRevision != shownRevision)
