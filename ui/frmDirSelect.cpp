@@ -5,6 +5,7 @@
 #include "ui/message_box.h"
 #include "ui/qt_text.h"
 #include "ui/wheel_guard.h"
+#include "ui/window_geometry.h"
 #include "ui_frmDirSelect.h"
 
 #include <QStyle>
@@ -49,6 +50,7 @@ frmDirSelect::frmDirSelect(FileSystem& fileSystem, std::string startDir, QWidget
     if (IsDrivePath(result))
         GoTo(AddBackslash(result));
     ui->Dir1->setFocus();
+    FitToScreen(*this);
 }
 
 frmDirSelect::~frmDirSelect() = default;

@@ -43,8 +43,8 @@ void LocationFields::Begin(FileSystem& files, const Settings& settings, bool sta
 }
 
 void LocationFields::Browse(FileSystem& files, QLineEdit* box) {
-    // What is not there yet is to be made in the directory above it.
-    std::string start = AddBackslash(FromQt(box->text()));
+    // What is not there yet is to be made in the directory above it; an empty field begins where Staging is.
+    std::string start = AddBackslash(FromQt((box->text().isEmpty() ? ui->txtStagingDir : box)->text()));
     while (IsDrivePath(start) && !files.IsDirectory(start))
         start = ParentDirectory(start);
     frmDirSelect browser(files, start, this);
