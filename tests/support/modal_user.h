@@ -1,35 +1,14 @@
 // A person at mouse and keyboard: answers the modal windows that a command opens, one step for each.
 #pragma once
 
+#include "tests/support/hands.h"
+
 #include <QObject>
-#include <QString>
-#include <QWidget>
 
 #include <deque>
 #include <functional>
 
-class QListWidget;
-
 namespace korvadex::test {
-
-// A left click in the middle of the control of that name.
-void Click(const QWidget& window, const char* control);
-// Replaces what stands in the text box.
-void Type(const QWidget& window, const char* control, const QString& text);
-// Chooses by keyboard, as a person does: opens nothing, moves until the item is current.
-void Pick(const QWidget& window, const char* comboBox, const QString& item);
-void PressKey(QWidget& window, Qt::Key key);
-// A row of a list: one click, or two.
-void ClickRow(QListWidget& list, int row);
-void DoubleClickRow(QListWidget& list, int row);
-
-template<class T>
-T& Control(const QWidget& window, const char* name) {
-    auto* found = window.findChild<T*>(name);
-    if (!found)
-        qFatal("no control %s", name);
-    return *found;
-}
 
 // Runs a queue of steps while the code under test sits in a modal window. A window that no step expects fails the
 // test and is dismissed; so does a step whose window never came.

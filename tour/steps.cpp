@@ -1,0 +1,317 @@
+#include "demo/example.h"
+#include "tests/support/hands.h"
+#include "tests/support/zip_builder.h"
+#include "tour/tour.h"
+
+#include <QListWidget>
+#include <QTabWidget>
+
+namespace korvadex::tour {
+
+namespace {
+
+using test::Control, test::Pick, test::Type;
+
+// A menu over the part of the main window that it covers.
+auto Menu(const char* key, QSize part) {
+    return [=](Tour& tour) {
+        tour.OpenMenu(key);
+        tour.Photograph(part);
+    };
+}
+
+// What an entry of a menu opens.
+auto Window(const char* menu, const char* entry, const char* window, const char* lastKey = nullptr) {
+    return [=](Tour& tour) {
+        tour.Choose(menu, entry);
+        tour.Await(window);
+        if (lastKey)
+            tour.Press(lastKey);
+        tour.Photograph();
+    };
+}
+
+// The same of a message, about a package.
+auto Message(const char* package, const char* menu, const char* entry, const char* text) {
+    return [=](Tour& tour) {
+        tour.GoTo(package);
+        tour.Choose(menu, entry);
+        tour.AwaitMessage(text);
+        tour.PhotographAll();
+    };
+}
+
+void GoToStaging(Tour& tour) {
+    tour.Press("Alt+A");
+    tour.AwaitHangar();
+}
+
+void Filter(Tour& tour) {
+    tour.Press("Ctrl+F");
+    tour.Write("flo");
+    tour.Press("Down");
+    tour.Photograph();
+}
+
+void Directory(Tour& tour) {
+    tour.Choose("Alt+F", "L");
+    tour.Await("frmLocations");
+    tour.Click("cmdHangarDir");
+    tour.Await("frmDirSelect");
+    tour.PhotographAll();
+}
+
+void Profile(Tour& tour) {
+    tour.Choose("Alt+F", "P");
+    tour.Await("frmLocationProfiles");
+    tour.Click("cmdModifyProfile_1");
+    tour.Await("frmLocationProfileModify");
+    tour.PhotographAll();
+}
+
+void Archive(Tour& tour) {
+    tour.Press("Ctrl+O");
+    tour.Await("zipFileDialog");
+    tour.Photograph();
+}
+
+void Import(Tour& tour) {
+    GoToStaging(tour);
+    tour.Choose("Alt+O", "M");
+    tour.Await("frmMSFSImport");
+    tour.Press("Home");
+    tour.Photograph();
+}
+
+void Imported(Tour& tour) {
+    GoToStaging(tour);
+    tour.Choose("Alt+O", "M");
+    tour.Await("frmMSFSImport");
+    tour.Press("Home");
+    tour.Press("Return");
+    tour.Await("frmImportStatus");
+    tour.PhotographAll();
+}
+
+void Nested(Tour& tour) {
+    tour.ProcessZip(demo::NestedArchive);
+    tour.AwaitMessage("Found another ZIP file");
+    tour.Photograph();
+}
+
+void Configurations(Tour& tour) {
+    tour.ProcessZip(demo::TwoLiveriesArchive);
+    tour.Await("frmMultipleCfg");
+    tour.Press("Home");
+    tour.Photograph();
+}
+
+void Staging(Tour& tour) {
+    tour.ProcessZip(demo::PlainArchive);
+    tour.AwaitHangar();
+    tour.Press("Alt+K");
+    tour.Write("Taymere 60");
+    tour.Photograph();
+}
+
+void Password(Tour& tour) {
+    test::ZipBuilder::Options options;
+    options.password = "secret";
+    tour.Put("Downloads\\locked.zip", test::ZipBuilder().Add("aircraft.cfg", "[fltsim.0]", options).Bytes());
+    tour.ProcessZip("locked.zip");
+    tour.Await("InputBox");
+    tour.Write("secret");
+    tour.PhotographAll();
+}
+
+void Duplicate(Tour& tour) {
+    tour.Put("Staging\\taymere_wing.bmp", "BM of the day");
+    tour.MakeDirectory("Staging\\Night");
+    tour.Put("Staging\\Night\\taymere_wing.bmp", "BM of the night");
+    tour.Press("Alt+A");
+    tour.AwaitMessage("A duplicate filename condition has occurred.");
+    tour.PhotographAll();
+}
+
+void Executable(Tour& tour) {
+    tour.Put("Staging\\setup.exe", "MZ");
+    tour.Press("Alt+A");
+    tour.AwaitMessage("An executable file was found");
+    tour.PhotographAll();
+}
+
+void Crosscheck(Tour& tour) {
+    tour.GoTo(demo::MissingGaugePackage);
+    tour.Press("Ctrl+I");
+    tour.Await("frmInstallStatus");
+    tour.Photograph();
+}
+
+// A gauge that no panel names is put beside those of the simulator.
+void Unused(Tour& tour) {
+    tour.Put("FS2002\\gauges\\Old_Radio.gau", "MZ of an old radio");
+    tour.Choose("Alt+T", "U");
+    tour.AwaitMessage("");
+    tour.Press("Return");
+    tour.Await("frmUnusedGauges");
+    tour.Photograph();
+}
+
+void Rename(Tour& tour) {
+    tour.GoTo(demo::MissingGaugePackage); // nobody uses its panel
+    tour.Choose("Alt+O", "N");
+    tour.Await("frmRename");
+    tour.Photograph();
+}
+
+void PasteAlias(Tour& tour) {
+    tour.GoTo(demo::CompletePackage);
+    tour.Choose("Alt+O", "P");
+    tour.AwaitMessage("Done.");
+    tour.PhotographAll("alias_created");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.GoTo(demo::MissingGaugePackage);
+    tour.Choose("Alt+O", "A");
+    tour.AwaitMessage("");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.Photograph();
+}
+
+void Notes(Tour& tour) {
+    tour.Choose("Alt+D", "C");
+    tour.Use([](QWidget& hangar) { Control<QTabWidget>(hangar, "tabComponents").setCurrentIndex(7); });
+    tour.AwaitHangar();
+    tour.Photograph();
+}
+
+void Compressed(Tour& tour) {
+    tour.Choose("Alt+T", "C");
+    tour.AwaitMessage("");
+    tour.PhotographAll("compress_all");
+    tour.Answer("Yes");
+    tour.AwaitMessage("");
+    tour.PhotographAll();
+}
+
+void Splash(Tour& tour) {
+    tour.StartWithSplash();
+    tour.Await("frmSplash");
+    tour.Photograph();
+    tour.AwaitHangar();
+}
+
+// From the first start to the flight and back.
+void Road(Tour& tour) {
+    tour.Remove(std::string(demo::AppDirectory) + "kx.ini");
+    tour.Start();
+    tour.AwaitMessage("It appears as though this is the first time you are running Korvadex.");
+    tour.PhotographAll("road_1_first_start");
+    tour.Answer("OK");
+    tour.Await("frmLocations");
+    tour.Use([&](QWidget& locations) {
+        Type(locations, "txtStagingDir", QString::fromStdString(tour.At("Staging")));
+        Type(locations, "txtHangarDir", QString::fromStdString(tour.At("Hangar")));
+        Type(locations, "txtMSFSDir", QString::fromStdString(tour.At("FS2002")));
+    });
+    tour.PhotographAll("road_2_locations");
+    tour.Click("cmdAccept");
+    tour.AwaitHangar();
+    tour.PhotographAll("road_3_hangar");
+
+    tour.Press("Ctrl+O");
+    tour.Await("zipFileDialog");
+    const auto archive =
+        QString::fromStdString(tour.HostPath(std::string("Downloads\\") + demo::NestedArchive));
+    tour.Use([=](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(archive); });
+    tour.PhotographAll("road_4_archive");
+    tour.Press("Return");
+    tour.AwaitMessage("Found another ZIP file");
+    tour.PhotographAll("road_5_nested");
+    tour.Answer("Yes");
+    tour.AwaitHangar();
+    tour.Use([](QWidget& hangar) { Pick(hangar, "cboPackageCategory", demo::LightPropsCategory); });
+    tour.PhotographAll("road_6_staging");
+
+    tour.Choose("Alt+O", "H");
+    tour.AwaitMessage("Done.\n\nWould you like to clear the Staging area");
+    tour.PhotographAll("road_7_copied");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Are you sure you want to erase everything");
+    tour.PhotographAll("road_8_clear");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.PhotographAll("road_9_empty");
+
+    tour.Press("Alt+H");
+    tour.AwaitHangar();
+    tour.GoTo("Skerrow Amphibian");
+    tour.Press("Ctrl+I");
+    tour.Await("frmInstallStatus");
+    tour.PhotographAll("road_10_installed");
+    tour.Click("cmdOK");
+    tour.AwaitHangar();
+    tour.Press("Ctrl+U");
+    tour.AwaitMessage("Are you sure you want to remove this package");
+    tour.PhotographAll("road_11_remove");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.PhotographAll("road_12_removed");
+}
+
+} // namespace
+
+const std::vector<Step>& Steps() {
+    static const std::vector<Step> steps = {
+        {"splash", Splash, Kind::Starts},
+        {"hangar", [](Tour& tour) { tour.Photograph(); }},
+        {"menu_file", Menu("Alt+F", {640, 160})},
+        {"menu_tools", Menu("Alt+T", {640, 330})},
+        {"menu_options", Menu("Alt+O", {640, 410})},
+        {"menu_data", Menu("Alt+D", {640, 280})},
+        {"menu_help", Menu("Alt+L", {640, 130})},
+        {"menu_staging",
+         [](Tour& tour) {
+             GoToStaging(tour);
+             Menu("Alt+O", {640, 280})(tour);
+         }},
+        {"filter", Filter},
+        {"locations", Window("Alt+F", "L", "frmLocations")},
+        {"directory", Directory},
+        {"profiles", Window("Alt+F", "P", "frmLocationProfiles")},
+        {"profile", Profile},
+        {"packages", Window("Alt+T", "L", "frmFileList")},
+        {"installed", Window("Alt+T", "I", "frmFileList")},
+        {"gallery", Window("Alt+T", "G", "frmPhotos", "Home")},
+        {"information", Window("Alt+D", "I", "frmInfo")},
+        {"picture_files", Window("Alt+D", "F", "pictureFileDialog")},
+        {"about", Window("Alt+L", "A", "frmAbout")},
+        {"rename", Rename},
+        {"archive", Archive},
+        {"import", Import},
+        {"remove_package", Message(demo::CompletePackage, "Alt+O", "H", "")},
+        {"alias_users", Message(demo::CompletePackage, "Alt+O", "T", "The panel in this package is used")},
+        {"uninstall_all", Message(demo::CompletePackage, "Alt+T", "A", "")},
+        {"imported", Imported, Kind::Changes},
+        {"nested", Nested, Kind::Changes},
+        {"configurations", Configurations, Kind::Changes},
+        {"staging", Staging, Kind::Changes},
+        {"password", Password, Kind::Changes},
+        {"duplicate", Duplicate, Kind::Changes},
+        {"executable", Executable, Kind::Changes},
+        {"crosscheck", Crosscheck, Kind::Changes},
+        {"unused", Unused, Kind::Changes},
+        {"alias", PasteAlias, Kind::Changes},
+        {"notes", Notes, Kind::Changes},
+        {"compressed", Compressed, Kind::Changes},
+        {"road", Road, Kind::Starts},
+    };
+    return steps;
+}
+
+} // namespace korvadex::tour
