@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QPushButton>
 #include <QThread>
 #include <QWidget>
 
@@ -43,9 +44,14 @@ void Person::Do(std::function<void()> deed) {
     QMetaObject::invokeMethod(qApp, guarded, Qt::QueuedConnection);
 }
 
-// Each deed that is under way has come to a window that waits for an answer.
+// Each deed that is under way has come to a window that waits for an answer, and no button is still on its way down:
+// one that is pressed by its key acts a moment later.
 bool Person::IsAtRest() const {
     const auto windows = QApplication::topLevelWidgets();
+    const auto isDown = [](const QPushButton* button) { return button->isDown(); };
+    for (const QWidget* window : windows)
+        if (window->isVisible() && std::ranges::any_of(window->findChildren<QPushButton*>(), isDown))
+            return false;
     return underWay <= std::ranges::count_if(windows, [](const QWidget* window) {
                return window->isVisible() && (window->isModal() || window->windowType() == Qt::Popup);
            });

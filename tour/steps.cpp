@@ -3,7 +3,7 @@
 #include "tests/support/zip_builder.h"
 #include "tour/tour.h"
 
-#include <QListWidget>
+#include <QFileDialog>
 #include <QTabWidget>
 
 namespace korvadex::tour {
@@ -49,7 +49,6 @@ void GoToStaging(Tour& tour) {
 void Filter(Tour& tour) {
     tour.Press("Ctrl+F");
     tour.Write("flo");
-    tour.Press("Down");
     tour.Photograph();
 }
 
@@ -75,6 +74,16 @@ void Archive(Tour& tour) {
     tour.Photograph();
 }
 
+// Not in the home of whoever takes the tour.
+void PictureFiles(Tour& tour) {
+    tour.Choose("Alt+D", "F");
+    tour.Await("pictureFileDialog");
+    const auto directory =
+        QString::fromStdString(tour.HostPath("Hangar\\Aircraft - Helicopters\\Quillon Rotor 3\\Images"));
+    tour.Use([=](QWidget& dialog) { dynamic_cast<QFileDialog&>(dialog).setDirectory(directory); });
+    tour.Photograph();
+}
+
 void Import(Tour& tour) {
     GoToStaging(tour);
     tour.Choose("Alt+O", "M");
@@ -87,6 +96,9 @@ void Imported(Tour& tour) {
     GoToStaging(tour);
     tour.Choose("Alt+O", "M");
     tour.Await("frmMSFSImport");
+    tour.Press("Home");
+    tour.Press("Return");
+    tour.Await("frmMultipleCfg");
     tour.Press("Home");
     tour.Press("Return");
     tour.Await("frmImportStatus");
@@ -289,7 +301,7 @@ const std::vector<Step>& Steps() {
         {"installed", Window("Alt+T", "I", "frmFileList")},
         {"gallery", Window("Alt+T", "G", "frmPhotos", "Home")},
         {"information", Window("Alt+D", "I", "frmInfo")},
-        {"picture_files", Window("Alt+D", "F", "pictureFileDialog")},
+        {"picture_files", PictureFiles},
         {"about", Window("Alt+L", "A", "frmAbout")},
         {"rename", Rename},
         {"archive", Archive},
