@@ -4,6 +4,7 @@
 
 #include <cctype>
 #include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace korvadex {
@@ -11,7 +12,7 @@ namespace korvadex {
 namespace {
 
 Status CheckWritable(const std::string& hostPath, const std::string& directory) {
-    if (access(hostPath.c_str(), W_OK | X_OK) == 0)
+    if (faccessat(AT_FDCWD, hostPath.c_str(), W_OK | X_OK, AT_EACCESS) == 0)
         return {};
     const int code = errno;
     const bool isGone = code == ENOENT || code == ENOTDIR;

@@ -1,10 +1,10 @@
 // Drives the windows of the program through everything that they do, on an example of its own, and takes a picture at
 // each step.
 #include "tour/tour.h"
+#include "ui/icons.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QIcon>
 #include <QPalette>
 #include <QTemporaryDir>
 #include <QThread>
@@ -18,17 +18,19 @@ namespace korvadex::tour {
 namespace {
 
 constexpr const char* Usage =
-    "usage: tour [--into DIRECTORY] [--scale FACTOR] [--dark] [--show] [--only STEP...]\n\n"
+    "usage: tour [--into DIRECTORY] [--scale FACTOR] [--dark] [--show] [--ground DRIVE] [--only STEP...]\n\n"
     "  --into    where the pictures go (else the current directory)\n"
     "  --scale   as on a screen with so many pixels for one, for example 2\n"
     "  --dark    in dark colours\n"
     "  --show    on the display, to be watched\n"
+    "  --ground  an empty drive, \"K:\\\", that keeps what one step makes of the example\n"
     "  --only    these steps:";
 
 struct Options {
     QDir directory = QDir::current();
     double scale = 1;
     bool isDark = false, isShown = false;
+    QString ground;
     QStringList names; // none: all steps
 
     bool Walks(const Step& step) const { return names.isEmpty() || names.contains(step.name); }
@@ -51,6 +53,8 @@ Options ParseOptions(QStringList arguments) {
             options.isDark = true;
         else if (option == "--show")
             options.isShown = true;
+        else if (option == "--ground" && hasValue)
+            options.ground = arguments.takeFirst();
         else if (option == "--only" && hasValue)
             while (!arguments.isEmpty() && known.contains(arguments.front()))
                 options.names.append(arguments.takeFirst());
@@ -130,7 +134,7 @@ int Run(int argc, char** argv, const Options& options) {
     QDir::setCurrent(before);
     surroundings.reset();
     QApplication::setApplicationName("Korvadex");
-    QApplication::setWindowIcon(QIcon(":/icons/korvadex.svg"));
+    QApplication::setWindowIcon(NamedIcon("korvadex"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication::setCursorFlashTime(0);
@@ -139,7 +143,7 @@ int Run(int argc, char** argv, const Options& options) {
     if (options.isDark)
         QApplication::setPalette(DarkPalette());
 
-    Tour tour(options.directory);
+    Tour tour(options.directory, options.ground.toStdString());
     const std::unique_ptr<QThread> person(QThread::create([&] {
         WalkAll(tour, options);
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);

@@ -214,6 +214,77 @@ void Splash(Tour& tour) {
     tour.AwaitHangar();
 }
 
+// An archive with another one in it, into Staging.
+void Unpack(Tour& tour) {
+    tour.ProcessZip(demo::NestedArchive);
+    tour.AwaitMessage("Found another ZIP file");
+    tour.Answer("Yes");
+    tour.AwaitHangar();
+}
+
+void CopyToHangar(Tour& tour) {
+    tour.Use([](QWidget& hangar) { Pick(hangar, "cboPackageCategory", demo::LightPropsCategory); });
+    tour.Choose("Alt+O", "H");
+    tour.AwaitMessage("Done.\n\nWould you like to clear the Staging area");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Are you sure you want to erase everything");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.Press("Alt+H");
+    tour.AwaitHangar();
+}
+
+void Install(Tour& tour) {
+    tour.Press("Ctrl+I");
+    tour.Await("frmInstallStatus");
+    tour.Click("cmdOK");
+    tour.AwaitHangar();
+}
+
+// One of each command that changes files: what is left is the same on every system.
+void Everything(Tour& tour) {
+    Unpack(tour);
+    CopyToHangar(tour);
+    tour.GoTo("Skerrow Amphibian");
+    Install(tour);
+    tour.Press("Ctrl+U");
+    tour.AwaitMessage("Are you sure you want to remove this package");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    Install(tour);
+
+    PasteAlias(tour);
+    tour.GoTo("Skerrow Amphibian");
+    tour.Choose("Alt+D", "I");
+    tour.AwaitMessage("This package is currently installed");
+    tour.Answer("OK");
+    tour.Await("frmInfo");
+    tour.Use([](QWidget& information) { Type(information, "txtUIVariation", "On floats"); });
+    tour.Click("cmdApply");
+    tour.AwaitHangar();
+    tour.Choose("Alt+D", "F");
+    tour.Await("pictureFileDialog");
+    const auto picture = QString::fromStdString(
+        tour.HostPath("Hangar\\Aircraft - Helicopters\\Quillon Rotor 3\\Images\\quillon by day.jpg"));
+    tour.Use([=](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(picture); });
+    tour.Press("Return");
+    tour.AwaitHangar();
+
+    tour.GoTo(demo::AliasPackage);
+    tour.Choose("Alt+O", "M");
+    tour.AwaitMessage("");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    Imported(tour);
+    tour.Click("cmdOK");
+    tour.AwaitHangar();
+    tour.Photograph();
+}
+
 // From the first start to the flight and back.
 void Road(Tour& tour) {
     tour.Remove(std::string(demo::AppDirectory) + "kx.ini");
@@ -321,6 +392,7 @@ const std::vector<Step>& Steps() {
         {"alias", PasteAlias, Kind::Changes},
         {"notes", Notes, Kind::Changes},
         {"compressed", Compressed, Kind::Changes},
+        {"everything", Everything, Kind::Changes},
         {"road", Road, Kind::Starts},
     };
     return steps;

@@ -59,16 +59,21 @@ QWidget* FindWindow(const QString& name) {
 } // namespace
 
 struct Tour::Example {
-    test::HostDrive drive = test::MakeHostDrive();
+    test::HostDrive drive;
     std::string settings;
 
-    Example() {
+    explicit Example(const std::string& ground)
+        : drive(ground.empty() ? test::MakeHostDrive() : test::HostDrive{{}, ground, MakeHostFileSystem()}) {
         demo::MakeExample(*drive.files, drive.root);
         const auto bytes = ReadBytes(*drive.files, drive.root + SettingsPath);
         Require(bytes.status());
         settings = *bytes + WindowLines;
     }
-    ~Example() { test::RemoveHostDrive(drive.hostRoot); }
+    ~Example() { Remove(); }
+    void Remove() const {
+        if (!drive.hostRoot.empty())
+            test::RemoveHostDrive(drive.hostRoot);
+    }
     Example(const Example&) = delete;
     Example& operator=(const Example&) = delete;
 };
@@ -91,14 +96,14 @@ struct Tour::Run {
     std::unique_ptr<frmSplash> splash;
 };
 
-Tour::Tour(const QDir& directory) : pictures(directory) {}
+Tour::Tour(const QDir& directory, const std::string& drive) : pictures(directory), ground(drive) {}
 Tour::~Tour() = default;
 
 void Tour::Walk(const Step& newStep) {
     step = &newStep;
     person.See([&] {
         if (!example)
-            example = std::make_unique<Example>();
+            example = std::make_unique<Example>(ground);
         Remove(SettingsPath);
         Put(SettingsPath, example->settings);
         run = std::make_unique<Run>(example->drive);
@@ -290,7 +295,7 @@ void Tour::Abandon() {
     person.See([&] {
         PictureOf(ShownWindows()).save(pictures.filePath(QString(step->name) + "-failed.png"));
         if (example)
-            test::RemoveHostDrive(example->drive.hostRoot);
+            example->Remove();
     });
     std::_Exit(1);
 }

@@ -28,8 +28,9 @@ const std::vector<Step>& Steps();
 
 class Tour {
   public:
-    // Pictures go into the directory, which is there.
-    explicit Tour(const QDir& directory);
+    // Pictures go into the directory, which is there. The ground, where it is not empty, is a drive ("K:\\") that takes
+    // the example and keeps what the walk has made of it.
+    explicit Tour(const QDir& directory, const std::string& ground = {});
     ~Tour();
 
     // Throws, saying what was missed, where the program does not do what the step expects of it.
@@ -86,6 +87,7 @@ class Tour {
     QWidget& Front() const;
 
     const QDir pictures;
+    const std::string ground;
     const Step* step = nullptr;
     int pictureCount = 0;
     Person person;
