@@ -45,8 +45,8 @@ void PaintFrame(QPainter& painter, const QWidget& window) {
         window.windowTitle().isEmpty() ? QCoreApplication::applicationName() : window.windowTitle();
     painter.setFont(window.font());
     painter.setPen(colors.color(QPalette::Active, QPalette::WindowText));
-    painter.drawText(title.adjusted(TitleHeight, 0, -TitleHeight, 0), Qt::AlignCenter,
-                     painter.fontMetrics().elidedText(text, Qt::ElideRight, title.width() - 2 * TitleHeight));
+    painter.drawText(title.adjusted(22, 0, -20, 0), Qt::AlignCenter,
+                     painter.fontMetrics().elidedText(text, Qt::ElideRight, title.width() - 42));
     QApplication::windowIcon().paint(&painter, title.x() + 4, title.y() + 4, 16, 16);
     // A question that has to be answered cannot be closed.
     if (window.windowFlags().testFlag(Qt::CustomizeWindowHint) &&

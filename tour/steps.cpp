@@ -75,12 +75,15 @@ void Archive(Tour& tour) {
 }
 
 // Not in the home of whoever takes the tour.
+void ShowDirectory(Tour& tour, const std::string& relative) {
+    const auto directory = QString::fromStdString(tour.HostPath(relative));
+    tour.Use([=](QWidget& dialog) { dynamic_cast<QFileDialog&>(dialog).setDirectory(directory); });
+}
+
 void PictureFiles(Tour& tour) {
     tour.Choose("Alt+D", "F");
     tour.Await("pictureFileDialog");
-    const auto directory =
-        QString::fromStdString(tour.HostPath("Hangar\\Aircraft - Helicopters\\Quillon Rotor 3\\Images"));
-    tour.Use([=](QWidget& dialog) { dynamic_cast<QFileDialog&>(dialog).setDirectory(directory); });
+    ShowDirectory(tour, "Hangar\\Aircraft - Helicopters\\Quillon Rotor 3\\Images");
     tour.Photograph();
 }
 
@@ -305,9 +308,9 @@ void Road(Tour& tour) {
 
     tour.Press("Ctrl+O");
     tour.Await("zipFileDialog");
-    const auto archive =
-        QString::fromStdString(tour.HostPath(std::string("Downloads\\") + demo::NestedArchive));
-    tour.Use([=](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(archive); });
+    ShowDirectory(tour, "Downloads");
+    tour.Use(
+        [](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(demo::NestedArchive); });
     tour.PhotographAll("road_4_archive");
     tour.Press("Return");
     tour.AwaitMessage("Found another ZIP file");
