@@ -284,6 +284,8 @@ void Everything(Tour& tour) {
     tour.AwaitHangar();
     Imported(tour);
     tour.Click("cmdOK");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
     tour.AwaitHangar();
     tour.Photograph();
 }
