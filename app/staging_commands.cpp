@@ -199,6 +199,10 @@ void Program::EraseStaging(const std::string& copiedTo) {
                       MessageIcon::Exclamation);
         return !missing.empty();
     };
+    if (const auto entries = files.List(settings.locations.StagingDir); entries && entries->empty()) {
+        user.Tell("Staging is empty already.");
+        return;
+    }
     if (hasChanged() ||
         !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())
         return;

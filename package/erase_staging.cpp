@@ -116,6 +116,10 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
     const auto found = Eraser(context, tree).FilesOf(part);
     if (!found)
         return false;
+    if (found->empty()) {
+        context.user.Tell("Staging holds nothing of that kind.  Nothing was deleted.");
+        return false;
+    }
     std::vector<std::string> remaining;
     for (const auto& file : *found) {
         if (auto explained = DeleteOrExplain(context.files, file.path); !explained.empty())

@@ -34,7 +34,7 @@ void TellCompressed(CommandContext& context, const std::vector<std::string>& fai
         context.user.Tell("Done.");
     else
         context.user.Tell(ListNames(failures) +
-                              "\r\n\r\nWhat is named here is as it was.  Please run the command "
+                              "\r\n\r\nWhat is named here was left alone.  Please run the command "
                               "again when the cause is settled.",
                           MessageIcon::Exclamation);
 }

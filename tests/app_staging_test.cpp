@@ -356,7 +356,15 @@ TEST_F(StagingCommands, ErasingOneKindOfComponent) {
             EXPECT_FALSE(program->Package().PackageHasFile(LastPathComponent(file))) << file;
         }
         EXPECT_EQ(drive.Tree("Staging"), expected);
+
+        user.Expect(row.question, Answer::Yes)
+            .Expect("Staging holds nothing of that kind.  Nothing was deleted.", MessageIcon::None);
+        program->RunCommand(Side::Staging, row.code);
     }
+    user.Expect(Erase, Answer::Yes).Expect("Done.", MessageIcon::None);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    user.Expect("Staging is empty already.", MessageIcon::None);
+    program->RunCommand(Side::Staging, RemoveAllFromStaging);
 }
 
 TEST_F(StagingCommands, NothingIsErasedByAConfigurationThatCannotBeRead) {

@@ -383,6 +383,8 @@ TEST_F(DialogTest, UnusedGaugesAreSearchedOnceAndLeaveTheListWhenDeleted) {
         ASSERT_EQ(list.count(), 1);
         EXPECT_EQ(list.item(0)->text(), "fuel.gau");
         Click(window, "cmdDelete"); // what took the place of a deleted row is not selected
+        QTest::keyClick(&list, Qt::Key_Down);
+        EXPECT_TRUE(list.item(0)->isSelected());
         Click(window, "cmdOK");
     });
     dialogs.ShowUnusedGauges(form);

@@ -1,5 +1,6 @@
 #include "ui/frmUnusedGauges.h"
 
+#include "ui/list_keys.h"
 #include "ui/qt_text.h"
 #include "ui_frmUnusedGauges.h"
 
@@ -24,6 +25,7 @@ frmUnusedGauges::frmUnusedGauges(const UnusedGaugesForm& gaugesForm, QWidget* pa
     ui->cmdOK->setEnabled(false);
     connect(ui->cmdDelete, &QPushButton::clicked, this, &frmUnusedGauges::Delete);
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    SelectByFirstKey(*ui->lstFileList);
     ui->lstFileList->setFocus();
 }
 
