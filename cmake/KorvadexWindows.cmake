@@ -14,7 +14,8 @@ function(korvadex_add_runtime)
   foreach(library IN ITEMS "${standard_library}" "${compiler}/libgcc_s_seh-1.dll"
       /usr/x86_64-w64-mingw32/lib/libwinpthread-1.dll)
     cmake_path(GET library FILENAME name)
-    add_custom_command(OUTPUT "${bin}/${name}" COMMAND "${CMAKE_STRIP}" -o "${bin}/${name}" "${library}"
+    add_custom_command(OUTPUT "${bin}/${name}"
+      COMMAND "${CMAKE_COMMAND}" -E env SOURCE_DATE_EPOCH=0 "${CMAKE_STRIP}" -o "${bin}/${name}" "${library}"
       DEPENDS "${library}" VERBATIM)
     list(APPEND made "${bin}/${name}")
     install(FILES "${bin}/${name}" DESTINATION .)
