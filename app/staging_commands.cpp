@@ -200,6 +200,7 @@ void Program::EraseStaging(const std::string& copiedTo) {
         return !missing.empty();
     };
     if (const auto entries = files.List(settings.locations.StagingDir); entries && entries->empty()) {
+        LoadStaging(); // another program may have emptied it
         user.Tell("Staging is empty already.");
         return;
     }

@@ -118,7 +118,7 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
         return false;
     if (found->empty()) {
         context.user.Tell("Staging holds nothing of that kind.  Nothing was deleted.");
-        return false;
+        return true;
     }
     std::vector<std::string> remaining;
     for (const auto& file : *found) {
