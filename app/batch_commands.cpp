@@ -54,8 +54,8 @@ class LeftPackages {
 class BorrowersFirst {
   public:
     BorrowersFirst(CommandContext& command, const SimUsage& simUsage, std::vector<PackageInBatch> listed)
-        : context(command), aircraft(command.files, command.locations), usage(simUsage),
-          packages(std::move(listed)), isTaken(packages.size()) {
+        : context(command), aircraft(command.files, command.locations), usage(simUsage), packages(std::move(listed)),
+          isTaken(packages.size()) {
         for (std::size_t i = 0; i < packages.size(); ++i)
             if (const auto directory = Directory(packages[i]); !directory.empty())
                 byDirectory[FoldCase(directory)].push_back(i);
@@ -85,9 +85,7 @@ class BorrowersFirst {
         }
         ordered.push_back(packages[index]);
     }
-    std::string Directory(const PackageInBatch& package) const {
-        return aircraft.FindDirectory(package.name);
-    }
+    std::string Directory(const PackageInBatch& package) const { return aircraft.FindDirectory(package.name); }
 
     CommandContext& context;
     const SimAircraft aircraft;
@@ -178,20 +176,19 @@ void Program::CompressEach(const std::string& question, bool compress) {
 void Program::CompressAll() {
     Run([&] {
         CompressEach(
-            "Compress all packages in Hangar?  If you want to make sure all packages are compressed, "
-            "select 'Yes'.  Packages that are already compressed will be skipped.  Note that this "
-            "may take a while.  Please do not attempt to use Korvadex while compress process is "
-            "running.",
+            "Compress all packages in Hangar?  If you want to make sure all packages are compressed, select 'Yes'.  "
+            "Packages that are already compressed will be skipped.  Note that this may take a while.  "
+            "Please do not attempt to use Korvadex while compress process is running.",
             true);
     });
 }
 
 void Program::DecompressAll() {
     Run([&] {
-        CompressEach("Decompress all packages in the Hangar?  If you want to make sure all packages are "
-                     "decompressed, select 'Yes'.  Packages that are already decompressed will be skipped.  "
-                     "Note that this may take a while.  Please do not attempt to use Korvadex while compress "
-                     "process is running.",
+        CompressEach("Decompress all packages in the Hangar?  "
+                     "If you want to make sure all packages are decompressed, select 'Yes'.  "
+                     "Packages that are already decompressed will be skipped.  Note that this may take a while.  "
+                     "Please do not attempt to use Korvadex while compress process is running.",
                      false);
     });
 }
@@ -253,20 +250,17 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     ForEachPackage(BorrowersFirst(context, usage, packages).Take(), remove);
     memory.usage = nullptr;
     // Of two packages of one name the other one may have taken it out.
-    left.DropIf(
-        [&](const PackageInBatch& of) { return goneSimulator().empty() && installedName(of).empty(); });
+    left.DropIf([&](const PackageInBatch& of) { return goneSimulator().empty() && installedName(of).empty(); });
     left.Tell(user, "The following packages were kept",
               state.unseen.empty()
                   ? ""
                   : "\r\n\r\nThese could not be looked at, and may use what the packages have ...\r\n\r\n" +
                         state.unseen +
-                        "\r\n\r\nPlease make sure that they can be read, or delete what nobody needs, and "
-                        "try again.");
+                        "\r\n\r\nPlease make sure that they can be read, or delete what nobody needs, and try again.");
     TellRemainingGauges(context, state.remainingGauges);
     user.Tell("Done.");
-    std::string text = std::to_string(removed) + " removed, " + std::to_string(skipped) +
-                       " skipped (not installed), " + std::to_string(lenders.size()) +
-                       " kept because of an alias";
+    std::string text = std::to_string(removed) + " removed, " + std::to_string(skipped) + " skipped (not installed), " +
+                       std::to_string(lenders.size()) + " kept because of an alias";
     if (left.Count() > 0)
         text += ", " + std::to_string(left.Count()) + " kept for other reasons";
     ShowStatus(text + ".");
@@ -274,17 +268,17 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
 
 void Program::UninstallAll() {
     Run([&] {
-        UninstallEach("Uninstall all packages from Hangar?  If you want to make sure all packages are "
-                      "uninstalled, select 'Yes'.  Please do not attempt to use Korvadex while this process "
-                      "is running.",
+        UninstallEach("Uninstall all packages from Hangar?  "
+                      "If you want to make sure all packages are uninstalled, select 'Yes'.  "
+                      "Please do not attempt to use Korvadex while this process is running.",
                       false);
     });
 }
 
 void Program::UninstallCategory() {
     Run([&] {
-        UninstallEach("Uninstall all packages in current category from Hangar?  Please do not attempt to use "
-                      "Korvadex while this process is running.",
+        UninstallEach("Uninstall all packages in current category from Hangar?  "
+                      "Please do not attempt to use Korvadex while this process is running.",
                       true);
     });
 }

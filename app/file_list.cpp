@@ -60,8 +60,7 @@ void Program::RefreshFileList() {
 
 void Program::TellTooLong(const Overview& overview) {
     ShowStatus("\"" + overview.caption + "\" has " + std::to_string(overview.lines.size()) +
-               " lines and is not shown: the list window holds " + std::to_string(MaxOverviewLines) +
-               " at most.");
+               " lines and is not shown: the list window holds " + std::to_string(MaxOverviewLines) + " at most.");
 }
 
 void Program::ShowLines(Overview list) {
@@ -94,12 +93,10 @@ void Program::ChooseFileListLine(int row) {
         // Users of an alias that stand in the simulator are listed with blanks where their names may have
         // "_".
         const auto name = WithoutInstalledMarks(line.text);
-        const bool isFound = line.package.empty()
-                                 ? SelectPackage(name) || SelectPackage(SpacesToUnderscores(name))
-                                 : SelectPackage(line.category + "\\" + line.package);
+        const bool isFound = line.package.empty() ? SelectPackage(name) || SelectPackage(SpacesToUnderscores(name))
+                                                  : SelectPackage(line.category + "\\" + line.package);
         if (!isFound)
-            user.Tell("The package you've selected no longer seems to be in the Hangar.",
-                      MessageIcon::Exclamation);
+            user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
     });
 }
 

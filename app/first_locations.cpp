@@ -63,8 +63,7 @@ std::string FirstFit(const FileSystem& files, const std::string& directory,
                      const std::function<bool(const std::string&)>& serves) {
     for (int number = 1; number < 10; ++number) {
         const auto path = number == 1 ? directory : directory + " " + std::to_string(number);
-        if (files.Info(path).fault() == FileFault::NotFound ||
-            (files.IsDirectory(path) && serves(path + "\\")))
+        if (files.Info(path).fault() == FileFault::NotFound || (files.IsDirectory(path) && serves(path + "\\")))
             return path + "\\";
     }
     return "";
@@ -81,9 +80,8 @@ Locations ProposeLocations(const FileSystem& files, const UserPlaces& places) {
     proposed.StagingDir = FirstFit(files, ground + "Korvadex Staging", [&](const std::string& path) {
         return StagingIsEmpty(files, {.StagingDir = path, .HangarDir = "", .MsfsDir = ""});
     });
-    proposed.HangarDir = FirstFit(files, ground + "Korvadex Hangar", [&](const std::string& path) {
-        return FindNoHangarContent(files, path).empty();
-    });
+    proposed.HangarDir = FirstFit(files, ground + "Korvadex Hangar",
+                                  [&](const std::string& path) { return FindNoHangarContent(files, path).empty(); });
     return proposed;
 }
 

@@ -16,8 +16,7 @@ void Program::ShowPhotosForAll() {
 
 void Program::OpenGallery(bool isForAll) {
     if (!view.HangarSideShown)
-        return ShowStatus(
-            "The photo galleries show the packages of the Hangar.  Please go to the Hangar side first.");
+        return ShowStatus("The photo galleries show the packages of the Hangar.  Please go to the Hangar side first.");
     const auto category = SelectedCategory();
     GalleryView opened;
     opened.caption = isForAll ? "All Packages" : std::string(CategoryPackagesCaption) + category;
@@ -58,8 +57,7 @@ void Program::ChooseGalleryPicture(int row) {
     Run([&] {
         if (row < 0 || row >= static_cast<int>(gallery.pictures.size()))
             return;
-        const auto picture =
-            gallery.pictures[static_cast<std::size_t>(row)]; // the gallery may be filled anew
+        const auto picture = gallery.pictures[static_cast<std::size_t>(row)]; // the gallery may be filled anew
         const auto line = picture.category + "\\" + picture.package;
         bool isFound = SelectPackage(line);
         if (!isFound) {
@@ -70,8 +68,7 @@ void Program::ChooseGalleryPicture(int row) {
             ShowImage(picture.path);
             form.ComeToFront();
         } else {
-            user.Tell("The package you've selected no longer seems to be in the Hangar.",
-                      MessageIcon::Exclamation);
+            user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
         }
     });
 }

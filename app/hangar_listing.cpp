@@ -13,8 +13,7 @@ namespace {
 bool IsOfPackage(std::string_view name, bool isDirectory) {
     if (!isDirectory)
         return EqualNoCase(name, "aircraft.cfg") || EndsWithNoCase(name, ".air");
-    return std::ranges::any_of(ComponentGroupNames,
-                               [&](const auto& group) { return EqualNoCase(group, name); });
+    return std::ranges::any_of(ComponentGroupNames, [&](const auto& group) { return EqualNoCase(group, name); });
 }
 
 // levels: how many levels of directories come before the packages' own content.
@@ -25,9 +24,7 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
     std::erase_if(*entries, [](const DirectoryEntry& entry) {
         return IsScratchName(entry.name) || IsFileManagersFile(entry.name);
     });
-    const auto isDirectory = [&](const DirectoryEntry& entry) {
-        return IsSubdirectory(files, directory, entry);
-    };
+    const auto isDirectory = [&](const DirectoryEntry& entry) { return IsSubdirectory(files, directory, entry); };
     if (levels == 0) {
         const bool isPackage = entries->empty() || std::ranges::any_of(*entries, [&](const auto& entry) {
                                    return IsOfPackage(entry.name, isDirectory(entry));
@@ -37,8 +34,7 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
     for (const auto& entry : *entries) {
         if (!isDirectory(entry))
             return directory + entry.name;
-        if (auto found = FindNoHangarContent(files, directory + entry.name + "\\", levels - 1);
-            !found.empty())
+        if (auto found = FindNoHangarContent(files, directory + entry.name + "\\", levels - 1); !found.empty())
             return found;
     }
     return "";

@@ -33,7 +33,8 @@ int IndexOf(const std::vector<std::string>& lines, std::string_view name);
 std::string PackageLine(const HangarPackage& package);
 
 // What in a directory no Hangar would hold: a file that lies loose in it or in a category, what stands in a package
-// that has neither an aircraft nor a directory of a component group, a directory that cannot be read. Its path, or "" when there is none.
+// that has neither an aircraft nor a directory of a component group, a directory that cannot be read. Its path, or ""
+// when there is none.
 std::string FindNoHangarContent(const FileSystem& files, const std::string& directory);
 
 // "12 packages  -  3 installed in MSFS", "12 packages  -  MSFS is not there"

@@ -23,8 +23,8 @@ LocationWord Note(std::string text) {
 
 // The one of these directories in which the path lies; "" for none.
 std::string DirectoryAbove(const std::string& path, const std::vector<std::string>& directories) {
-    const auto found = std::ranges::find_if(
-        directories, [&](const std::string& directory) { return IsAtOrBelow(path, directory); });
+    const auto found =
+        std::ranges::find_if(directories, [&](const std::string& directory) { return IsAtOrBelow(path, directory); });
     return found == directories.end() ? "" : *found;
 }
 
@@ -45,15 +45,13 @@ bool IsSynchronised(const FileSystem& files, const UserPlaces& places, const std
 }
 
 // "" when new entries can be made in the directory and there is space for them.
-std::string TroubleWithGround(const FileSystem& files, const UserPlaces& places,
-                              const std::string& directory) {
+std::string TroubleWithGround(const FileSystem& files, const UserPlaces& places, const std::string& directory) {
     const Status writable = places.checkWritable(directory);
     if (writable.fault == FileFault::ReadOnlyDisk)
         return "This disk is in READ ONLY mode.";
     if (writable.fault == FileFault::Denied) {
         const auto programs = WithoutBackslash(LastPathComponent(DirectoryAbove(directory, places.programs)));
-        return programs.empty() ? "You may not write there."
-                                : "Only administrators may write into " + programs + ".";
+        return programs.empty() ? "You may not write there." : "Only administrators may write into " + programs + ".";
     }
     if (!writable)
         return "It cannot be looked at (" + DescribeFault(writable.fault) + ").";
@@ -67,12 +65,10 @@ std::string TroubleWithGround(const FileSystem& files, const UserPlaces& places,
 
 class Advice {
   public:
-    Advice(const FileSystem& fileSystem, const UserPlaces& userPlaces, const Settings& known,
-           const Locations& typed, bool mustBeEmpty)
-        : files(fileSystem), places(userPlaces), settings(known), entered(typed),
-          stagingMustBeEmpty(mustBeEmpty),
-          conflicts(FindConflicts(files,
-                                  {Judged(typed.StagingDir), Judged(typed.HangarDir), Judged(typed.MsfsDir)},
+    Advice(const FileSystem& fileSystem, const UserPlaces& userPlaces, const Settings& known, const Locations& typed,
+           bool mustBeEmpty)
+        : files(fileSystem), places(userPlaces), settings(known), entered(typed), stagingMustBeEmpty(mustBeEmpty),
+          conflicts(FindConflicts(files, {Judged(typed.StagingDir), Judged(typed.HangarDir), Judged(typed.MsfsDir)},
                                   settings.AppDir)) {}
 
     LocationWords OnAll() const {
@@ -86,9 +82,7 @@ class Advice {
         return std::ranges::any_of(drives, [&](const auto& drive) { return StartsWithNoCase(path, drive); });
     }
     // What is no path yet is in nobody's way.
-    std::string Judged(const std::string& path) const {
-        return IsLocationPath(path) && IsOnDrive(path) ? path : "";
-    }
+    std::string Judged(const std::string& path) const { return IsLocationPath(path) && IsOnDrive(path) ? path : ""; }
 
     // "" for a path that could be a location.
     std::string TroubleWithPath(const std::string& path, const std::string& example) const {
@@ -154,8 +148,7 @@ class Advice {
             }))
             return Trouble("There are files in it.  It does not look like a Hangar.");
         const auto count = SubdirectoryNames(files, path).size();
-        return Note("Good.  It holds " + std::to_string(count) +
-                    (count == 1 ? " category." : " categories."));
+        return Note("Good.  It holds " + std::to_string(count) + (count == 1 ? " category." : " categories."));
     }
 
     LocationWord OnMsfs(const std::string& path) const {

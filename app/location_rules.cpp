@@ -19,9 +19,8 @@ constexpr std::array MsfsPlaces = {"aircraft", "gauges", "effects", "modules", "
 bool IsKnown(const Settings& settings, const std::string& path, std::string Locations::*location,
              std::string LocationProfile::*column) {
     return EqualNoCase(path, settings.locations.*location) ||
-           std::ranges::any_of(settings.LocationProfiles, [&](const LocationProfile& profile) {
-               return EqualNoCase(path, profile.*column);
-           });
+           std::ranges::any_of(settings.LocationProfiles,
+                               [&](const LocationProfile& profile) { return EqualNoCase(path, profile.*column); });
 }
 
 class Conflicts {

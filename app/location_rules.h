@@ -32,8 +32,7 @@ enum class ConflictKind {
 struct LocationConflict {
     ConflictKind kind;
     LocationKind location;
-    std::string
-        other; // "Hangar location", "'gauges' subdirectory of your MSFS installation", "Korvadex program"
+    std::string other; // "Hangar location", "'gauges' subdirectory of your MSFS installation", "Korvadex program"
     std::optional<LocationKind> otherLocation;
 };
 

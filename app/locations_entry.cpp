@@ -17,15 +17,13 @@ struct OwnLocation {
 };
 constexpr OwnLocation StagingTexts = {
     "Please enter a valid directory for the Staging location (i.e. c:\\staging).",
-    "The directory you specified for the Staging location is invalid.  Please use browser or enter the "
-    "directory in "
-    "the proper format (i.e. c:\\staging).",
+    "The directory you specified for the Staging location is invalid.  "
+    "Please use browser or enter the directory in the proper format (i.e. c:\\staging).",
     "The directory you specified for the Staging location does not exist.  Create it now?"};
 constexpr OwnLocation HangarTexts = {
     "Please enter a valid directory for the Hangar location (i.e. c:\\hangar).",
-    "The directory you specified for the Hangar location is invalid.  Please use browser or enter the "
-    "directory in "
-    "the proper format (i.e. c:\\hangar).",
+    "The directory you specified for the Hangar location is invalid.  "
+    "Please use browser or enter the directory in the proper format (i.e. c:\\hangar).",
     "The directory you specified for the Hangar location does not exist.  Create it now?"};
 
 class LocationsCheck {
@@ -80,25 +78,23 @@ class LocationsCheck {
             return Refuse("The directory you specified for your MSFS installation is invalid.");
         if (!files.IsDirectory(path + "aircraft\\"))
             return Refuse("Cannot find an 'aircraft' subdirectory in the directory you specified for MSFS.  "
-                          "The directory "
-                          "you select must be the directory where you installed Flight Simulator.");
+                          "The directory you select must be the directory where you installed Flight Simulator.");
         return true;
     }
 
     bool CanBeKept(const Locations& locations) {
         if (!SettingsCanHold(locations.StagingDir))
             return Refuse(
-                "The directory you specified for the Staging location has a character in its name that "
-                "cannot "
-                "be kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\staging).");
+                "The directory you specified for the Staging location has a character in its name that cannot be "
+                "kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\staging).");
         if (!SettingsCanHold(locations.HangarDir))
             return Refuse(
-                "The directory you specified for the Hangar location has a character in its name that cannot "
-                "be kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\hangar).");
+                "The directory you specified for the Hangar location has a character in its name that cannot be "
+                "kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\hangar).");
         if (!SettingsCanHold(locations.MsfsDir))
             return Refuse(
-                "The directory you specified for your MSFS installation has a character in its name that "
-                "cannot be kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\fs2002).");
+                "The directory you specified for your MSFS installation has a character in its name that cannot be "
+                "kept in kx.ini.  Please use a directory with a simpler name (i.e. c:\\fs2002).");
         return true;
     }
 
@@ -130,12 +126,11 @@ class LocationsCheck {
         const auto found = FindNoHangarContent(files, path);
         return found.empty() ||
                user.AskYesNo(
-                   "The directory you specified for the Hangar location does not look like a Hangar.  "
-                   "It holds " +
+                   "The directory you specified for the Hangar location does not look like a Hangar.  It holds " +
                    found +
-                   ".\r\n\r\nKorvadex takes each directory there for a category and each directory in "
-                   "it for an aircraft, and renames, moves and deletes files in them.  Use it as the "
-                   "Hangar nevertheless?");
+                   ".\r\n\r\n"
+                   "Korvadex takes each directory there for a category and each directory in it for an aircraft, "
+                   "and renames, moves and deletes files in them.  Use it as the Hangar nevertheless?");
     }
 };
 
@@ -150,16 +145,15 @@ void TakeEntry(const LocationsEntry& entry, Settings& settings) {
 
 } // namespace
 
-bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Settings& settings,
-                      const Locations& locations, bool stagingMustBeEmpty) {
+bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Settings& settings, const Locations& locations,
+                      bool stagingMustBeEmpty) {
     return LocationsCheck(files, user, settings).AreGood(locations, stagingMustBeEmpty);
 }
 
 LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, ProgramDialogs& dialogs,
                                    const LocationsRequest& request, Settings& settings) {
     Settings entered = settings; // the settings themselves change only when all is good
-    bool showNow =
-        request.showDialog || (settings.AskLocationAtStart && !request.RestartedAfterLocationChange);
+    bool showNow = request.showDialog || (settings.AskLocationAtStart && !request.RestartedAfterLocationChange);
     const auto purpose = request.caller == LocationsCaller::Menu ? LocationsFor::Change
                          : request.showDialog                    ? LocationsFor::FirstStart
                                                                  : LocationsFor::Start;
@@ -178,8 +172,7 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
         }
         // What lies in a Staging directory that was in use before belongs there. In any other it would be renamed
         // and thinned out like the files of an add-on.
-        const bool mustBeEmpty =
-            request.showDialog || !IsKnownStaging(settings, entered.locations.StagingDir);
+        const bool mustBeEmpty = request.showDialog || !IsKnownStaging(settings, entered.locations.StagingDir);
         if (isEntered && AreGoodLocations(files, user, settings, entered.locations, mustBeEmpty)) {
             auto& profile = entered.ActiveProfile();
             profile.StagingDir = entered.locations.StagingDir;
@@ -188,9 +181,8 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
             settings = entered;
             return LocationsOutcome::Valid;
         }
-        if (!user.AskYesNo("Continue location entry?  If 'No', Korvadex will end since it needs valid "
-                           "directory locations "
-                           "to operate properly."))
+        if (!user.AskYesNo("Continue location entry?  "
+                           "If 'No', Korvadex will end since it needs valid directory locations to operate properly."))
             return LocationsOutcome::GivenUp;
         showNow = true;
     }

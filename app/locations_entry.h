@@ -14,8 +14,8 @@ namespace korvadex {
 // True when these three can serve together. Says everything that is wrong, in the order Staging, Hangar, MSFS,
 // offers to make a Staging or Hangar directory that is missing, and asks before it takes a Hangar that these settings
 // do not know and that holds what no Hangar would.
-bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Settings& settings,
-                      const Locations& locations, bool stagingMustBeEmpty);
+bool AreGoodLocations(FileSystem& files, UserDialogs& user, const Settings& settings, const Locations& locations,
+                      bool stagingMustBeEmpty);
 
 enum class LocationsOutcome {
     Valid,    // settings.locations are good and stand in the active profile

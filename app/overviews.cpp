@@ -34,8 +34,7 @@ Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wante
 } // namespace
 
 Overview BuildPackageList(const HangarListing& hangar) {
-    return ByCategory(PackageListCaption, hangar,
-                      [](const HangarCategory&, const HangarPackage&) { return true; });
+    return ByCategory(PackageListCaption, hangar, [](const HangarCategory&, const HangarPackage&) { return true; });
 }
 
 Overview BuildInstalledList(const HangarListing& hangar) {
@@ -49,13 +48,11 @@ Overview BuildInstalledList(const HangarListing& hangar) {
     return overview;
 }
 
-Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files,
-                           const std::string& HangarDir) {
-    return ByCategory(NoImagesListCaption, hangar,
-                      [&](const HangarCategory& category, const HangarPackage& package) {
-                          const auto directory = HangarDir + category.name + "\\" + package.name + "\\";
-                          return PackagePictures(files, directory, WalkLimits{}).empty();
-                      });
+Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const std::string& HangarDir) {
+    return ByCategory(NoImagesListCaption, hangar, [&](const HangarCategory& category, const HangarPackage& package) {
+        const auto directory = HangarDir + category.name + "\\" + package.name + "\\";
+        return PackagePictures(files, directory, WalkLimits{}).empty();
+    });
 }
 
 Overview BuildCategoryPackageList(const HangarListing& hangar, std::string_view category) {
@@ -74,8 +71,8 @@ Overview BuildCategoryList(const HangarListing& hangar) {
     return overview;
 }
 
-std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar,
-                                      const FileSystem& files, const std::string& HangarDir) {
+std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar, const FileSystem& files,
+                                      const std::string& HangarDir) {
     if (caption == PackageListCaption)
         return BuildPackageList(hangar);
     if (caption == InstalledListCaption)

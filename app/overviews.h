@@ -41,13 +41,12 @@ struct Overview {
 Overview BuildPackageList(const HangarListing& hangar);
 Overview BuildInstalledList(const HangarListing& hangar);
 // Looks into the pictures' directory of every package.
-Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files,
-                           const std::string& HangarDir);
+Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const std::string& HangarDir);
 Overview BuildCategoryPackageList(const HangarListing& hangar, std::string_view category);
 Overview BuildCategoryList(const HangarListing& hangar);
 
 // The one of that very caption; none when the caption is not an overview's.
-std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar,
-                                      const FileSystem& files, const std::string& HangarDir);
+std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar, const FileSystem& files,
+                                      const std::string& HangarDir);
 
 } // namespace korvadex

@@ -116,8 +116,8 @@ void Program::ImportImageClipboard() {
             return;
         const auto offered = dialogs.ClipboardPictures();
         if (offered.IsEmpty())
-            user.Tell("There is no picture on the clipboard.  Please copy one first, for example with the "
-                      "Print Screen key, and try again.",
+            user.Tell("There is no picture on the clipboard.  "
+                      "Please copy one first, for example with the Print Screen key, and try again.",
                       MessageIcon::Exclamation);
         else
             ImportImages(offered);

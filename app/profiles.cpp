@@ -15,8 +15,8 @@ std::array<std::string, 10> ProfileEditor::Names() const {
 bool ProfileEditor::CanModify(int slot) {
     if (slot != settings.CurrentProfile)
         return true;
-    user.Tell("You cannot modify a profile that is currently in use here.  Please use the 'Locations' option "
-              "to modify the current profile.",
+    user.Tell("You cannot modify a profile that is currently in use here.  "
+              "Please use the 'Locations' option to modify the current profile.",
               MessageIcon::Exclamation);
     return false;
 }

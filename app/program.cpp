@@ -20,18 +20,17 @@ namespace {
 
 // Those that ask whether the package is installed, or work in the simulator.
 bool NeedsSimulator(int hangarCommand) {
-    constexpr int others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences,
-                              CompressShownPackage, DecompressShownPackage};
+    constexpr int others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences, CompressShownPackage,
+                              DecompressShownPackage};
     return std::ranges::find(others, hangarCommand) == std::end(others);
 }
 
 } // namespace
 
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
-                 ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir,
-                 std::string runningExecutable)
-    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
-      form(mainForm), executable(std::move(runningExecutable)) {
+                 ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir, std::string runningExecutable)
+    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs), form(mainForm),
+      executable(std::move(runningExecutable)) {
     settings.AppDir = AddBackslash(appDir);
 }
 
@@ -152,16 +151,14 @@ void Program::SetFirstPackage() {
             return;
         const auto line = SelectedCategory() + "\\" + name;
         if (!SettingsCanHold(line)) {
-            user.Tell("The name of this package has a character that cannot be kept in kx.ini.  Please "
-                      "rename the package "
-                      "first.",
+            user.Tell("The name of this package has a character that cannot be kept in kx.ini.  "
+                      "Please rename the package first.",
                       MessageIcon::Exclamation);
             return;
         }
         settings.FirstPackage() = line;
         if (KeepSettings())
-            user.Tell("Done.\r\n\r\nThe " + line +
-                      " will be the first package you see when you start Korvadex");
+            user.Tell("Done.\r\n\r\nThe " + line + " will be the first package you see when you start Korvadex");
     });
 }
 

@@ -259,11 +259,10 @@ class Program : private MainWindow {
     HangarMemory memory;
     std::string lastPictureDirectory; // where picture files were last chosen from; "" at first
     std::string importedAircraft;     // set until Staging is shown with it: the gauges are still to come
-    std::string
-        stagedAircraft; // the one imported last in this run; a choice of configuration deletes its name file
-    bool isBatch = false; // packages are gone through: each is loaded only for its own command
-    modUnzip unzip;       // one for the run: it remembers the last right password
-    HangarListing hangar; // the shown categories, as last listed
+    std::string stagedAircraft; // the one imported last in this run; a choice of configuration deletes its name file
+    bool isBatch = false;       // packages are gone through: each is loaded only for its own command
+    modUnzip unzip;             // one for the run: it remembers the last right password
+    HangarListing hangar;       // the shown categories, as last listed
     // The Hangar or the simulator may have changed since: listed anew when the command is done.
     bool isHangarStale = false;
     Overview fileList;   // what frmFileList was given last

@@ -80,8 +80,8 @@ bool ReadProfileLine(std::string_view key, std::string_view value, SettingsValue
     return true;
 }
 
-bool ReadWindowLine(std::string_view key, std::string_view value, const ScreenSize& screen,
-                    SavedGeometry& mainWindow, WindowGeometry& list) {
+bool ReadWindowLine(std::string_view key, std::string_view value, const ScreenSize& screen, SavedGeometry& mainWindow,
+                    WindowGeometry& list) {
     if (key == "MTOP")
         mainWindow.top = Position(NumberIn(value));
     else if (key == "MLEFT")
@@ -105,8 +105,7 @@ bool ReadWindowLine(std::string_view key, std::string_view value, const ScreenSi
     return true;
 }
 
-bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& values,
-              SavedGeometry& mainWindow) {
+bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& values, SavedGeometry& mainWindow) {
     const auto equals = line.find('=');
     if (equals == std::string_view::npos)
         return false;
@@ -120,11 +119,9 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
     else if (key == "LOCATIONLASTZIP")
         values.LastZipPath = value;
     else if (key == "DIRMAX")
-        values.limits.DirMax =
-            IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : values.limits.DirMax;
+        values.limits.DirMax = IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : values.limits.DirMax;
     else if (key == "FILEMAX")
-        values.limits.FileMax =
-            IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : values.limits.FileMax;
+        values.limits.FileMax = IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : values.limits.FileMax;
     else
         return ReadWindowLine(key, value, screen, mainWindow, values.ListWindowGeometry);
     return true;
@@ -176,9 +173,8 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
         const auto& newProfile = onDisk.LocationProfiles[i];
         if (i == active && !IsNamed(newProfile))
             continue; // the profile in use stays
-        for (const auto part :
-             {&LocationProfile::name, &LocationProfile::StagingDir, &LocationProfile::HangarDir,
-              &LocationProfile::MsfsDir, &LocationProfile::firstPackage})
+        for (const auto part : {&LocationProfile::name, &LocationProfile::StagingDir, &LocationProfile::HangarDir,
+                                &LocationProfile::MsfsDir, &LocationProfile::firstPackage})
             take(values.LocationProfiles[i].*part, kept.LocationProfiles[i].*part, newProfile.*part);
     }
     if (IsNamed(onDisk.LocationProfiles[active]))
@@ -211,8 +207,7 @@ void AddGeometry(const WindowGeometry& window, WindowGeometry list, std::vector<
     lines.push_back("LWIDTH=" + IntegerText(list.width));
 }
 
-std::vector<std::string> Render(const SettingsValues& values,
-                                const std::optional<WindowGeometry>& mainWindow) {
+std::vector<std::string> Render(const SettingsValues& values, const std::optional<WindowGeometry>& mainWindow) {
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i) {
         const auto& profile = values.LocationProfiles[i];

@@ -149,15 +149,12 @@ void Program::ProposeName(std::string_view name) {
 }
 
 void Program::UpdateStatusCounts() {
-    const auto isThere = [&](Place place) {
-        return DescribeGone(files, settings.locations, {place}).empty();
-    };
+    const auto isThere = [&](Place place) { return DescribeGone(files, settings.locations, {place}).empty(); };
     const bool isHangarThere = isThere(Place::Hangar);
     view.isHangarEmpty = isHangarThere && std::ranges::all_of(hangar, [](const HangarCategory& category) {
                              return category.packages.empty();
                          });
-    view.statusCounts =
-        isHangarThere ? DescribeCounts(hangar, isThere(Place::Simulator)) : "The Hangar is not there";
+    view.statusCounts = isHangarThere ? DescribeCounts(hangar, isThere(Place::Simulator)) : "The Hangar is not there";
     view.statusCounts += !isThere(Place::Staging) ? "  -  Staging is not there"
                          : view.isStagingEmpty    ? "  -  Staging is empty"
                                                   : "  -  Staging contains files";
@@ -181,8 +178,8 @@ void Program::FillCategories() {
 void Program::FillPackages() {
     view.packages.clear();
     if (view.categoryIndex >= 0)
-        TakePackages(ListCategory(files, settings.locations, SelectedCategory(),
-                                  SimAircraft(files, settings.locations)));
+        TakePackages(
+            ListCategory(files, settings.locations, SelectedCategory(), SimAircraft(files, settings.locations)));
 }
 
 void Program::TakePackages(HangarCategory listing) {
@@ -276,8 +273,7 @@ bool Program::SelectPackageIn(int category, std::string_view name) {
     const auto& categoryName = view.categories[static_cast<std::size_t>(category)];
     if (!HasSubdirectory(files, settings.locations.HangarDir + categoryName + "\\", name))
         return false;
-    auto listing =
-        ListCategory(files, settings.locations, categoryName, SimAircraft(files, settings.locations));
+    auto listing = ListCategory(files, settings.locations, categoryName, SimAircraft(files, settings.locations));
     const auto found = std::ranges::find_if(
         listing.packages, [&](const HangarPackage& listed) { return EqualNoCase(listed.name, name); });
     if (found == listing.packages.end())

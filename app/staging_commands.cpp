@@ -19,8 +19,7 @@
 namespace korvadex {
 
 void Program::RunStagingCommand(int code, const std::string& archive) {
-    if (!IsShownThere() ||
-        (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
+    if (!IsShownThere() || (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
         (code == ImportIntoStaging && !ArePlacesThere({Place::Simulator})))
         return;
     state.CommandCode = code;
@@ -64,10 +63,9 @@ bool Program::CanCopyToHangar(const std::string& name) {
         for (auto& path : FilesOfOneName(group))
             twins.push_back(std::move(path));
     if (!twins.empty())
-        return refuse(
-            "Staging holds files of one name, which a package cannot.  Nothing was copied.\r\n\r\n" +
-            ListNames(twins) +
-            "\r\n\r\nPlease rename or delete all but one of them and show Staging again (F5).");
+        return refuse("Staging holds files of one name, which a package cannot.  Nothing was copied.\r\n\r\n" +
+                      ListNames(twins) +
+                      "\r\n\r\nPlease rename or delete all but one of them and show Staging again (F5).");
     if (name.empty())
         return refuse("Please enter a package name.");
     if (!CanBePackageName(name))
@@ -85,18 +83,19 @@ bool Program::CanCopyToHangar(const std::string& name) {
         const char* text;
     };
     constexpr std::array warnings = {
-        Warning{"aircraft.cfg", "The aircraft.cfg file is missing from the package.  You need this file if "
-                                "this package is an aircraft.  "
-                                "Are you sure you want to continue?"},
-        Warning{"model.cfg", "The model.cfg file is missing from the package.  You need this file if this "
-                             "package is an aircraft.  "
-                             "Are you sure you want to continue?"},
-        Warning{"panel.cfg", "The panel.cfg file is missing from the package.  You need this file if this "
-                             "package should contain a "
-                             "panel.  Are you sure you want to continue?"},
-        Warning{"sound.cfg", "The sound.cfg file is missing from the package.  You need this file if this "
-                             "package is an aircraft and "
-                             "should have sound.  Are you sure you want to continue?"}};
+        Warning{
+            "aircraft.cfg",
+            "The aircraft.cfg file is missing from the package.  You need this file if this package is an aircraft.  "
+            "Are you sure you want to continue?"},
+        Warning{"model.cfg",
+                "The model.cfg file is missing from the package.  You need this file if this package is an aircraft.  "
+                "Are you sure you want to continue?"},
+        Warning{"panel.cfg",
+                "The panel.cfg file is missing from the package.  "
+                "You need this file if this package should contain a panel.  Are you sure you want to continue?"},
+        Warning{"sound.cfg", "The sound.cfg file is missing from the package.  "
+                             "You need this file if this package is an aircraft and should have sound.  "
+                             "Are you sure you want to continue?"}};
     for (const auto& warning : warnings)
         if (!package.PackageHasFile(warning.file) && !user.AskOkCancel(warning.text))
             return false;
@@ -129,8 +128,7 @@ void Program::CopyToHangar() {
 
 bool Program::MayAddToStaging() {
     return StagingIsEmpty(files, settings.locations) ||
-           user.AskYesNo(
-               "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)");
+           user.AskYesNo("Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)");
 }
 
 void Program::ImportIntoStagingSide() {
@@ -171,10 +169,8 @@ bool Program::IsConfigurationChosen() {
     LoadStaging(ChoiceQuestion::Ask);
     ShowView();
     if (package.isChoiceOpen)
-        user.Tell(
-            "This aircraft has several configurations.  One of them has to be chosen first.  Nothing was "
-            "copied.",
-            MessageIcon::Exclamation);
+        user.Tell("This aircraft has several configurations.  One of them has to be chosen first.  Nothing was copied.",
+                  MessageIcon::Exclamation);
     return !package.isChoiceOpen;
 }
 
@@ -192,10 +188,8 @@ void Program::EraseStaging(const std::string& copiedTo) {
         }
         const auto missing = FirstNotCopied(context, package, CopyRoot::Hangar, copiedTo);
         if (!missing.empty())
-            user.Tell("The new package is not complete any more.  Staging was not cleared.\r\n\r\n" +
-                          missing +
-                          "\r\n\r\nPlease remove it from the Hangar and copy it again, or copy it under "
-                          "another name.",
+            user.Tell("The new package is not complete any more.  Staging was not cleared.\r\n\r\n" + missing +
+                          "\r\n\r\nPlease remove it from the Hangar and copy it again, or copy it under another name.",
                       MessageIcon::Exclamation);
         return !missing.empty();
     };
@@ -204,8 +198,8 @@ void Program::EraseStaging(const std::string& copiedTo) {
         user.Tell("Staging is empty already.");
         return;
     }
-    if (hasChanged() ||
-        !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") || hasChanged())
+    if (hasChanged() || !user.AskYesNo("Are you sure you want to erase everything in the staging directory?") ||
+        hasChanged())
         return;
     TellDeleted(context, DeleteTree(context, settings.locations.StagingDir));
     LoadStaging();

@@ -14,11 +14,11 @@ namespace {
 // Tells the next start that the program started it itself: the user has just chosen the locations.
 constexpr const char* MarkerName = "LocationChange";
 
-constexpr std::array DefaultCategories = {
-    "Aircraft - Heavy Jets",  "Aircraft - Heavy Props", "Aircraft - Light Jets", "Aircraft - Light Props",
-    "Aircraft - Helicopters", "Aircraft - Military",    "Panels - Heavy Jets",   "Panels - Light Jets",
-    "Panels - Heavy Props",   "Panels - Light Props",   "Sounds - Heavy Jets",   "Sounds - Light Jets",
-    "Sounds - Heavy Props",   "Sounds - Light Props"};
+constexpr std::array DefaultCategories = {"Aircraft - Heavy Jets",  "Aircraft - Heavy Props", "Aircraft - Light Jets",
+                                          "Aircraft - Light Props", "Aircraft - Helicopters", "Aircraft - Military",
+                                          "Panels - Heavy Jets",    "Panels - Light Jets",    "Panels - Heavy Props",
+                                          "Panels - Light Props",   "Sounds - Heavy Jets",    "Sounds - Light Jets",
+                                          "Sounds - Heavy Props",   "Sounds - Light Props"};
 
 } // namespace
 
@@ -31,28 +31,22 @@ void Program::StartUp() {
     const auto loaded = LoadSettings(files, form.Screen(), settings);
     if (!loaded) {
         isSaved = true; // what cannot be read is not written over
-        user.Tell("The settings file " + settings.AppDir + std::string(SettingsFileName) +
-                      " could not be read (" + DescribeFault(loaded.fault()) +
-                      ").  Korvadex will end so that nothing in it is lost.",
+        user.Tell("The settings file " + settings.AppDir + std::string(SettingsFileName) + " could not be read (" +
+                      DescribeFault(loaded.fault()) + ").  Korvadex will end so that nothing in it is lost.",
                   MessageIcon::Critical);
         throw ProgramEnd{};
     }
     const bool isFirstRun = !*loaded;
     if (isFirstRun)
         user.Tell(
-            "It appears as though this is the first time you are running Korvadex.  For Korvadex to function "
-            "properly you need to specify three directories:\r\n"
-            "\r\n"
-            "- Staging directory: A directory where you initially extract/import/copy/move files for a "
-            "single "
+            "It appears as though this is the first time you are running Korvadex.  "
+            "For Korvadex to function properly you need to specify three directories:\r\n\r\n"
+            "- Staging directory: A directory where you initially extract/import/copy/move files for a single "
             "aircraft into.\r\n"
-            "- Hangar directory: A 'collection' directory where the files from the Staging directory are "
-            "stored "
-            "when you choose to accept them into the Hangar.\r\n"
-            "- Microsoft Flight Simulator directory: The directory where Flight Simulator is installed.\r\n"
-            "\r\n"
-            "Note:  The Staging and Hangar directories should initially be empty.  See kxdoc.htm for more "
-            "info.",
+            "- Hangar directory: A 'collection' directory where the files from the Staging directory are stored when "
+            "you choose to accept them into the Hangar.\r\n"
+            "- Microsoft Flight Simulator directory: The directory where Flight Simulator is installed.\r\n\r\nNote:  "
+            "The Staging and Hangar directories should initially be empty.  See kxdoc.htm for more info.",
             MessageIcon::Information);
     form.ApplyGeometry(settings.mainWindow);
     form.ApplyListGeometry(settings.ListWindowGeometry);
@@ -134,8 +128,8 @@ void Program::Shutdown() {
 bool Program::KeepSettings() {
     const auto status = Save();
     if (!status)
-        user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) +
-                      " (" + DescribeFault(status.fault) + ").  Korvadex will try again when it ends.",
+        user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
+                      DescribeFault(status.fault) + ").  Korvadex will try again when it ends.",
                   MessageIcon::Exclamation);
     return bool(status);
 }
@@ -165,9 +159,8 @@ void Program::EndRun() {
     if (!isSaved) {
         isSaved = true;
         if (const auto status = Save(); !status)
-            user.Tell("The settings could not be saved in " + settings.AppDir +
-                          std::string(SettingsFileName) + " (" + DescribeFault(status.fault) +
-                          ").  The file is as it was.",
+            user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
+                          DescribeFault(status.fault) + ").  The file is as it was.",
                       MessageIcon::Exclamation);
     }
     form.EndProgram();
@@ -184,16 +177,15 @@ void Program::RestartWith(const Settings& oldSettings) {
         settings.locations = oldSettings.locations;
         settings.CurrentProfile = oldSettings.CurrentProfile;
         settings.LocationProfiles = oldSettings.LocationProfiles;
-        user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) +
-                      " (" + DescribeFault(status.fault) + ").  The locations stay as they were.",
+        user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
+                      DescribeFault(status.fault) + ").  The locations stay as they were.",
                   MessageIcon::Exclamation);
         return;
     }
     isSaved = true;
     if (!launcher.StartProgram(executable))
-        user.Tell(
-            "Korvadex could not be started again.  Please start it yourself; it will use the new locations.",
-            MessageIcon::Exclamation);
+        user.Tell("Korvadex could not be started again.  Please start it yourself; it will use the new locations.",
+                  MessageIcon::Exclamation);
     throw ProgramEnd{};
 }
 

@@ -41,18 +41,18 @@ void UpdateMarker(CommandContext& context, const std::string& packagePath, std::
     const std::string marker = packagePath + std::string(CompressionMarkerName);
     // A marker that cannot be written only costs the words beside the size.
     if (isPacked)
-        static_cast<void>(RewriteLines(
-            context.files, context.locations, marker,
-            {std::to_string(meg) + " Meg have been compressed.  All files with .bmp and .gau extentions "
-                                   "have been compressed by Korvadex.  Please do not remove this file."}));
+        static_cast<void>(RewriteLines(context.files, context.locations, marker,
+                                       {std::to_string(meg) +
+                                        " Meg have been compressed.  "
+                                        "All files with .bmp and .gau extentions have been compressed by Korvadex.  "
+                                        "Please do not remove this file."}));
     else
         DeleteFileForced(context.files, marker);
 }
 
 } // namespace
 
-std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath,
-                                         bool compress) {
+std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath, bool compress) {
     const Tree tree = WalkTree(context.files, packagePath);
     ListCut cut = ListCut::None;
     const std::vector<FileEntry> packable = Packable(tree, context.limits, cut);
@@ -83,9 +83,8 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
 
 bool HasFilesToPack(CommandContext& context, const std::string& packagePath) {
     ListCut cut = ListCut::None;
-    return std::ranges::any_of(
-        Packable(WalkTree(context.files, packagePath), context.limits, cut),
-        [&](const FileEntry& file) { return !ReadPackedMember(context.files, file.path); });
+    return std::ranges::any_of(Packable(WalkTree(context.files, packagePath), context.limits, cut),
+                               [&](const FileEntry& file) { return !ReadPackedMember(context.files, file.path); });
 }
 
 } // namespace korvadex

@@ -13,8 +13,7 @@ namespace korvadex {
 // when any of them is packed. What is in the wanted state already stays as it is, so that an interrupted run is
 // finished by the next. Gives back what was not done and why, a text for each file; a single text when a limit of the
 // walk would leave files out: then nothing was done.
-std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath,
-                                         bool compress);
+std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath, bool compress);
 
 // True when the directory holds a .bmp or .gau that is not packed.
 bool HasFilesToPack(CommandContext& context, const std::string& packagePath);

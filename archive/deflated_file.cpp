@@ -40,11 +40,10 @@ Packed PackByZlib(std::span<const std::byte> plain, int level, int memoryLevel, 
 
 Packed PackByLibdeflate(std::span<const std::byte> plain, int level, std::size_t limit) {
     Packed packed{std::make_unique_for_overwrite<std::byte[]>(limit), 0};
-    const std::unique_ptr<libdeflate_compressor, CompressorFreer> compressor(
-        libdeflate_alloc_compressor(level));
+    const std::unique_ptr<libdeflate_compressor, CompressorFreer> compressor(libdeflate_alloc_compressor(level));
     if (compressor)
-        packed.size = libdeflate_deflate_compress(compressor.get(), plain.data(), plain.size(),
-                                                  packed.bytes.get(), limit);
+        packed.size =
+            libdeflate_deflate_compress(compressor.get(), plain.data(), plain.size(), packed.bytes.get(), limit);
     return packed;
 }
 
@@ -72,9 +71,7 @@ Packed PackBest(std::span<const std::byte> plain) {
 // Only bytes that give the file back may take its place.
 bool GivesBack(const Packed& packed, std::span<const std::byte> plain) {
     struct Freer {
-        void operator()(libdeflate_decompressor* decompressor) const {
-            libdeflate_free_decompressor(decompressor);
-        }
+        void operator()(libdeflate_decompressor* decompressor) const { libdeflate_free_decompressor(decompressor); }
     };
     const std::unique_ptr<libdeflate_decompressor, Freer> decompressor(libdeflate_alloc_decompressor());
     const auto unpacked = std::make_unique_for_overwrite<std::byte[]>(plain.size());
@@ -89,8 +86,7 @@ bool GivesBack(const Packed& packed, std::span<const std::byte> plain) {
 bool DeflatedFile::Read(const FileInfo& info) {
     fileInfo = info;
     isInMemory = info.size <= MaxWholeSize;
-    return isInMemory ? ReadAll(static_cast<std::size_t>(info.size))
-                      : static_cast<bool>(files.OpenForReading(path));
+    return isInMemory ? ReadAll(static_cast<std::size_t>(info.size)) : static_cast<bool>(files.OpenForReading(path));
 }
 
 bool DeflatedFile::ReadAll(std::size_t size) {
@@ -115,8 +111,7 @@ void DeflatedFile::Pack(int level) {
         return;
     const std::span<const std::byte> plain(bytes.get(), byteCount);
     crc = libdeflate_crc32(0, plain.data(), plain.size());
-    Packed packed =
-        level == BestLevel ? PackBest(plain) : PackByZlib(plain, level, MAX_MEM_LEVEL, plain.size());
+    Packed packed = level == BestLevel ? PackBest(plain) : PackByZlib(plain, level, MAX_MEM_LEVEL, plain.size());
     if (packed.size == 0 || packed.size >= byteCount || !GivesBack(packed, plain))
         return;
     bytes = std::move(packed.bytes);
@@ -141,8 +136,8 @@ zip_int64_t DeflatedFile::Callback(void* self, void* data, zip_uint64_t length, 
 zip_int64_t DeflatedFile::Serve(void* data, zip_uint64_t length, zip_source_cmd_t command) {
     switch (command) {
     case ZIP_SOURCE_SUPPORTS:
-        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
-                                              ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
+        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                              ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
     case ZIP_SOURCE_OPEN: {
         position = 0;
         if (isInMemory)

@@ -15,8 +15,7 @@ namespace korvadex {
 // pack on the way. Must live until the archive is closed.
 class DeflatedFile {
   public:
-    DeflatedFile(const FileSystem& fileSystem, std::string filePath)
-        : files(fileSystem), path(std::move(filePath)) {}
+    DeflatedFile(const FileSystem& fileSystem, std::string filePath) : files(fileSystem), path(std::move(filePath)) {}
 
     // Reads the file. False when it cannot be read.
     bool Read(const FileInfo& info);

@@ -19,8 +19,8 @@ class Exchange {
     Exchange& operator=(const Exchange&) = delete;
     ~Exchange() { Release(); }
 
-    // A scratch directory of this exchange alone, on the file's volume, in which its name is free. It is the simulator's
-    // wherever that lies on the same volume.
+    // A scratch directory of this exchange alone, on the file's volume, in which its name is free. It is the
+    // simulator's wherever that lies on the same volume.
     Result<std::string> DirectoryFor(const std::string& path);
     // The file at directory & own name is to be deleted if it is still there.
     void Drop(const std::string& directory, const std::string& path);

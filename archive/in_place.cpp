@@ -79,8 +79,7 @@ Problem Unpack(CommandContext& context, const std::string& path, Exchange& excha
         if (const Status added = exchange.Add(*directory, path, *seen); !added)
             problem = ProblemOf(added);
     } else if (problem.code == UnzipCode::DiskFull) {
-        problem.cause =
-            unzip.uRefused.empty() ? DescribeFault(FileFault::DiskFull) : unzip.uRefused.front().reason;
+        problem.cause = unzip.uRefused.empty() ? DescribeFault(FileFault::DiskFull) : unzip.uRefused.front().reason;
     }
     if (problem.code != UnzipCode::Ok)
         exchange.Drop(*directory, path);
@@ -122,8 +121,7 @@ bool ReadPacked(const FileSystem& files, const std::string& path, InflateJob& jo
     return ReadFully(**file, rest) && ReadFully(**file, std::span(job.buffer.get(), job.packedSize));
 }
 
-std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::string& path,
-                                          Inflaters& inflaters) {
+std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::string& path, Inflaters& inflaters) {
     constexpr std::uint64_t maxBytes = 64u << 20;
     constexpr std::uint32_t stored = 0, deflated = 8;
     auto unpacking = std::make_unique<Unpacking>(path, inflaters);
@@ -171,8 +169,7 @@ Problem FinishUnpacking(CommandContext& context, Unpacking& unpacking, Exchange&
     const auto directory = exchange.DirectoryFor(unpacking.path);
     if (!directory)
         return ProblemOf(directory.status());
-    Status status =
-        WriteNew(context.files, *directory + LastPathComponent(unpacking.path), unpacking.job.Unpacked());
+    Status status = WriteNew(context.files, *directory + LastPathComponent(unpacking.path), unpacking.job.Unpacked());
     if (status)
         status = exchange.Add(*directory, unpacking.path, unpacking.seen);
     if (status)
@@ -184,8 +181,7 @@ Problem FinishUnpacking(CommandContext& context, Unpacking& unpacking, Exchange&
 // Goes through the paths in order, a few of them ahead of their turn and not too many bytes at once.
 template<class Job>
 void WorkAhead(const std::vector<std::string>& paths, const std::function<Job(const std::string&)>& begin,
-               const std::function<std::uint64_t(const Job&)>& bytesOf,
-               const std::function<void(Job&)>& finish) {
+               const std::function<std::uint64_t(const Job&)>& bytesOf, const std::function<void(Job&)>& finish) {
     constexpr std::uint64_t maxBytes = 128u << 20;
     const std::size_t maxJobs = ProcessorCount() + 1;
     std::deque<Job> ahead;
@@ -205,8 +201,7 @@ void WorkAhead(const std::vector<std::string>& paths, const std::function<Job(co
 // A file on its way into an archive.
 struct Packing {
     std::string path;
-    std::unique_ptr<DeflatedFile>
-        contents; // none when it is packed already, or is packed while it is written
+    std::unique_ptr<DeflatedFile> contents; // none when it is packed already, or is packed while it is written
     std::future<void> packed;
     bool isPackedAlready = false;
     FileInfo seen; // as it was before it was read
@@ -226,13 +221,11 @@ Packing BeginPacking(CommandContext& context, const std::string& path) {
         return packing;
     packing.size = info->size;
     packing.contents = std::move(contents);
-    packing.packed =
-        std::async(std::launch::async, [file = packing.contents.get()] { file->Pack(BestZipLevel); });
+    packing.packed = std::async(std::launch::async, [file = packing.contents.get()] { file->Pack(BestZipLevel); });
     return packing;
 }
 
-std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode,
-                    std::uint64_t size) {
+std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode, std::uint64_t size) {
     const auto space = context.files.FreeSpace(directory);
     switch (zipCode) {
     case ZipCode::NoMemory:
@@ -243,8 +236,7 @@ std::string CauseOf(const CommandContext& context, const std::string& directory,
     case ZipCode::CannotOpen:
         return "it could not be read";
     default:
-        return space && *space < size ? DescribeFault(FileFault::DiskFull)
-                                      : "the archive could not be written";
+        return space && *space < size ? DescribeFault(FileFault::DiskFull) : "the archive could not be written";
     }
 }
 
@@ -344,8 +336,7 @@ std::vector<FileFailure> ZipFilesInPlace(CommandContext& context, const std::vec
         });
     exchange.Commit();
     for (const Status& failed : exchange.Failures())
-        failures.push_back(
-            {failed.path, ZipProblem(failed.path, {ZipCode::WriteError, DescribeFault(failed.fault)})});
+        failures.push_back({failed.path, ZipProblem(failed.path, {ZipCode::WriteError, DescribeFault(failed.fault)})});
     return failures;
 }
 

@@ -46,8 +46,7 @@ int Inflaters::Inflate(const InflateJob& job, Decompressor& decompressor) {
             return UnzipCode::NoMemory;
         // Without a place for the actual size the library itself wants exactly the promised one.
         if (libdeflate_deflate_decompress(decompressor.get(), job.buffer.get(), job.packedSize,
-                                          job.buffer.get() + job.packedSize, job.size,
-                                          nullptr) != LIBDEFLATE_SUCCESS)
+                                          job.buffer.get() + job.packedSize, job.size, nullptr) != LIBDEFLATE_SUCCESS)
             return UnzipCode::Error;
     }
     const auto bytes = job.Unpacked();

@@ -143,8 +143,7 @@ MemberOutcome MemberFiles::Finish(FileTime time) {
         // A disk that does not take the time still holds the file.
         if (time != FileTime{})
             static_cast<void>(disk.files.SetTime(filePath, time));
-        status =
-            isReplacing ? disk.files.Replace(filePath, finalPath) : disk.files.Rename(filePath, finalPath);
+        status = isReplacing ? disk.files.Replace(filePath, finalPath) : disk.files.Rename(filePath, finalPath);
     }
     if (!status) {
         Abandon();

@@ -58,8 +58,8 @@ class MemberFiles {
     MemberOutcome MakeScratch();
 
     UnzipDisk disk;
-    std::string directory; // ends in a backslash
-    std::string root;      // the location it lies in: that one may be a link, nothing below may
+    std::string directory;                 // ends in a backslash
+    std::string root;                      // the location it lies in: that one may be a link, nothing below may
     std::unordered_set<std::string> known; // directories that stand, in lower case
     std::vector<std::string> made;         // in the order of making
     std::vector<std::string> finished;     // files

@@ -37,8 +37,7 @@ MemberName ReadMemberName(std::string_view stored) {
     MemberName name;
     name.text = IsValidUtf8(stored) ? std::string(stored) : FromCodePage437(stored);
     const std::string& text = name.text;
-    const bool hasDrive =
-        text.size() >= 2 && text[1] == ':' && std::isalpha(static_cast<unsigned char>(text[0])) != 0;
+    const bool hasDrive = text.size() >= 2 && text[1] == ':' && std::isalpha(static_cast<unsigned char>(text[0])) != 0;
     if (text.empty())
         name.refusal = "it has no name";
     else if (IsSeparator(text.front()) || hasDrive)
@@ -67,8 +66,7 @@ MemberName ReadMemberName(std::string_view stored) {
 std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes) {
     if (hostSystem != ZIP_OPSYS_UNIX && hostSystem != ZIP_OPSYS_OS_X)
         return "";
-    constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000,
-                            pipe = 0010000;
+    constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000, pipe = 0010000;
     const std::uint32_t kind = attributes >> 16 & kindMask;
     if (kind == link)
         return "it is a link";

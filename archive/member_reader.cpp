@@ -67,8 +67,7 @@ std::string WhyUnreadable(const Member& member) {
     const bool isKnown =
         zip_compression_method_supported(member.method, 0) != 0 && (member.hasCrc || IsAuthenticated(member));
     return isKnown ? ""
-                   : "It is packed with the method " + NameOfMethod(member.method) +
-                         ", which Korvadex cannot unpack.";
+                   : "It is packed with the method " + NameOfMethod(member.method) + ", which Korvadex cannot unpack.";
 }
 
 int UnzipCodeOf(int zipError) {
@@ -103,14 +102,13 @@ MemberReader::MemberReader(zip_t& openArchive, bool readsAhead)
     : archive(openArchive), maxJobs(ThreadCount(readsAhead) + 2), inflaters(ThreadCount(readsAhead)) {}
 
 bool MemberReader::FitsInOnePiece(const Member& member) {
-    return member.encryption == ZIP_EM_NONE &&
-           (member.method == ZIP_CM_DEFLATE || member.method == ZIP_CM_STORE) &&
+    return member.encryption == ZIP_EM_NONE && (member.method == ZIP_CM_DEFLATE || member.method == ZIP_CM_STORE) &&
            member.size <= MaxWholeSize && member.compressedSize <= MaxBuffers - member.size;
 }
 
 MemberReader::Buffer MemberReader::TakeBuffer(std::size_t size) {
-    const auto fitting = std::find_if(spare.begin(), spare.end(),
-                                      [&](const Buffer& buffer) { return buffer.capacity >= size; });
+    const auto fitting =
+        std::find_if(spare.begin(), spare.end(), [&](const Buffer& buffer) { return buffer.capacity >= size; });
     if (fitting != spare.end()) {
         Buffer buffer = std::move(*fitting);
         spare.erase(fitting);
@@ -147,12 +145,10 @@ int MemberReader::FailureOf(const Member& member, zip_file_t* file) const {
 }
 
 int MemberReader::ReadPacked(const Member& member, InflateJob& job) {
-    const std::unique_ptr<zip_file_t, FileCloser> file(
-        zip_fopen_index(&archive, member.index, ZIP_FL_COMPRESSED));
+    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(&archive, member.index, ZIP_FL_COMPRESSED));
     if (!file)
         return FailureOf(member, nullptr);
-    const zip_int64_t count =
-        job.packedSize == 0 ? 0 : zip_fread(file.get(), job.buffer.get(), job.packedSize);
+    const zip_int64_t count = job.packedSize == 0 ? 0 : zip_fread(file.get(), job.buffer.get(), job.packedSize);
     if (count < 0)
         return FailureOf(member, file.get());
     return static_cast<std::size_t>(count) == job.packedSize ? UnzipCode::Ok : UnzipCode::Truncated;
@@ -227,8 +223,7 @@ int MemberReader::Stream(const Member& member, const Sink& sink) {
         total += static_cast<std::uint64_t>(count);
         if (total > member.size)
             return UnzipCode::Error;
-        if (const int code = sink(std::span(piece.get(), static_cast<std::size_t>(count)));
-            code != UnzipCode::Ok)
+        if (const int code = sink(std::span(piece.get(), static_cast<std::size_t>(count))); code != UnzipCode::Ok)
             return code;
     }
 }
@@ -238,8 +233,7 @@ int MemberReader::StreamAuthenticated(const Member& member, zip_file_t* file, co
     std::uint32_t crc = 0;
     const auto take = [&](std::span<const std::byte> bytes) {
         total += bytes.size();
-        crc = static_cast<std::uint32_t>(
-            crc32_z(crc, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+        crc = static_cast<std::uint32_t>(crc32_z(crc, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
         return total > member.size ? UnzipCode::Error : sink(bytes);
     };
     PieceInflater inflater;
@@ -257,8 +251,7 @@ int MemberReader::StreamAuthenticated(const Member& member, zip_file_t* file, co
             return code;
     }
     const bool isWhole = member.method == ZIP_CM_STORE || inflater.IsAtEnd();
-    return isWhole && total == member.size && (!member.hasCrc || crc == member.crc) ? UnzipCode::Ok
-                                                                                    : UnzipCode::Error;
+    return isWhole && total == member.size && (!member.hasCrc || crc == member.crc) ? UnzipCode::Ok : UnzipCode::Error;
 }
 
 } // namespace korvadex

@@ -40,8 +40,8 @@ class MemberReader {
     // Reads a member that fits and begins to unpack it. False, and nothing done, while there is no room for it beside
     // those begun before.
     bool Begin(const Member& member);
-    // The whole member, which need not have been begun; the bytes stay until the next call of this or Begin. Members are to be asked
-    // for in the order in which they were begun; those passed over are dropped. An Info-ZIP code.
+    // The whole member, which need not have been begun; the bytes stay until the next call of this or Begin. Members
+    // are to be asked for in the order in which they were begun; those passed over are dropped. An Info-ZIP code.
     int ReadWhole(const Member& member, std::span<const std::byte>& bytes);
 
     // An encrypted member, or one of any size, piece by piece. Open tells a wrong password (mostly); Stream hands
@@ -68,8 +68,7 @@ class MemberReader {
 
     zip_t& archive;
     std::unique_ptr<zip_file_t, FileCloser> opened;
-    std::deque<std::unique_ptr<InflateJob>>
-        jobs; // in the order of the archive; the first may be the one handed out
+    std::deque<std::unique_ptr<InflateJob>> jobs; // in the order of the archive; the first may be the one handed out
     bool isFirstHandedOut = false;
     std::vector<Buffer> spare;
     std::size_t inUse = 0; // bytes in the buffers of the jobs

@@ -75,12 +75,11 @@ std::string LibraryInformation() {
 }
 
 std::string ArchiveInformation(const UnzipCallbacks& callbacks) {
-    return "Only Shows If uExtractList = 1 List Contents\r\nComment         : " +
-           std::to_string(callbacks.cchComment) +
+    return "Only Shows If uExtractList = 1 List Contents\r\nComment         : " + std::to_string(callbacks.cchComment) +
            "\r\nTotal Size Comp : " + std::to_string(callbacks.TotalSizeComp) +
            "\r\nTotal Size      : " + std::to_string(callbacks.TotalSize) + "\r\nCompress Factor : %" +
-           std::to_string(callbacks.CompFactor) +
-           "\r\nNum Of Members  : " + std::to_string(callbacks.NumMembers) + "\r\n";
+           std::to_string(callbacks.CompFactor) + "\r\nNum Of Members  : " + std::to_string(callbacks.NumMembers) +
+           "\r\n";
 }
 
 std::string Padded(std::string text, std::size_t width) {
@@ -129,9 +128,7 @@ int modUnzip::UnzipArchive(CommandContext& context) {
         uZipMessage += ListingLine(member.name, std::to_string(member.size), ShortDateTime(member.time));
     };
     callbacks.service = [](const std::string&, std::uint64_t) { return 0; };
-    callbacks.refused = [&](const std::string& name, const std::string& reason) {
-        uRefused.push_back({name, reason});
-    };
+    callbacks.refused = [&](const std::string& name, const std::string& reason) { uRefused.push_back({name, reason}); };
     callbacks.noRoom = [&](std::uint64_t needed, std::uint64_t free) {
         uRoomNeeded = needed;
         uRoomFree = free;
@@ -160,8 +157,8 @@ int modUnzip::UnzipArchive(CommandContext& context) {
     options.lpszZipFN = uZipFileName;
     options.lpszExtractDir = uExtractDir;
 
-    const int code = Wiz_SingleEntryUnzip({context.files, context.locations}, uNumberFiles, uZipNames,
-                                          uNumberXFiles, uExcludeNames, options, callbacks);
+    const int code = Wiz_SingleEntryUnzip({context.files, context.locations}, uNumberFiles, uZipNames, uNumberXFiles,
+                                          uExcludeNames, options, callbacks);
     uZipMessage += ArchiveInformation(callbacks);
     uExplanations = std::move(callbacks.explanations);
     uWritten = std::move(callbacks.written);

@@ -37,8 +37,7 @@ struct modUnzip {
 
     // 1 once the password prompt was shown; it is not shown again before this is 0.
     std::int16_t uPasswordAsked = 0;
-    std::string
-        uRightPassword; // the last one that fitted, tried before the prompt is shown; kept nowhere else
+    std::string uRightPassword; // the last one that fitted, tried before the prompt is shown; kept nowhere else
 
     // Filled by UnzipArchive: information on the library and the archive, with all that the library printed.
     std::string uZipMessage;

@@ -9,14 +9,13 @@ namespace korvadex {
 
 namespace {
 
-// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such as
-// a program with an archive behind it or an archive with a comment. What other programs forgive is no packed file.
+// The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such
+// as a program with an archive behind it or an archive with a comment. What other programs forgive is no packed file.
 std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
     const std::uint64_t size = SizeOf(source).value_or(0);
     if (size < ZipRecord::LocalSize + ZipRecord::CentralSize + ZipRecord::EndSize)
         return std::nullopt;
-    const auto start = BytesAt(source, 0, 4),
-               end = BytesAt(source, size - ZipRecord::EndSize, ZipRecord::EndSize);
+    const auto start = BytesAt(source, 0, 4), end = BytesAt(source, size - ZipRecord::EndSize, ZipRecord::EndSize);
     if (!start || !end || Little(*start, 0, 4) != ZipRecord::Local || Little(*end, 0, 4) != ZipRecord::End)
         return std::nullopt;
     const std::uint64_t directorySize = Little(*end, 12, 4), directoryOffset = Little(*end, 16, 4);

@@ -35,8 +35,7 @@ int PieceInflater::Inflate(std::span<const std::byte> packed,
             return UnzipCode::Error;
         isAtEnd = outcome == Z_STREAM_END;
         const std::size_t count = PieceSize - stream.avail_out;
-        if (const int code = count == 0 ? UnzipCode::Ok : sink(std::span(unpacked.get(), count));
-            code != UnzipCode::Ok)
+        if (const int code = count == 0 ? UnzipCode::Ok : sink(std::span(unpacked.get(), count)); code != UnzipCode::Ok)
             return code;
     } while (stream.avail_in > 0 || stream.avail_out == 0);
     return UnzipCode::Ok;

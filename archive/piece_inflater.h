@@ -16,9 +16,9 @@ class PieceInflater {
     PieceInflater(const PieceInflater&) = delete;
     PieceInflater& operator=(const PieceInflater&) = delete;
 
-    // Hands on what these further bytes unpack to, until the sink answers other than 0. An Info-ZIP code, or that answer.
-    int Inflate(std::span<const std::byte> packed,
-                const std::function<int(std::span<const std::byte>)>& sink);
+    // Hands on what these further bytes unpack to, until the sink answers other than 0. An Info-ZIP code, or that
+    // answer.
+    int Inflate(std::span<const std::byte> packed, const std::function<int(std::span<const std::byte>)>& sink);
     // True when the last byte has come.
     bool IsAtEnd() const { return isAtEnd; }
 

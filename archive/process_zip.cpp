@@ -47,13 +47,12 @@ bool UnpackAndReport(CommandContext& context, modUnzip& unzip) {
     const int code = unzip.UnzipArchive(context);
     std::string text;
     if (unzip.uRoomNeeded > 0)
-        text = "There is not enough room on the disk for the zip file(" + unzip.uZipFileName +
-               ").  It needs " + InMeg(unzip.uRoomNeeded) + " Meg, and " +
-               std::to_string(unzip.uRoomFree / 1'024'000) + " Meg are free. (code " + std::to_string(code) +
-               ")";
+        text = "There is not enough room on the disk for the zip file(" + unzip.uZipFileName + ").  It needs " +
+               InMeg(unzip.uRoomNeeded) + " Meg, and " + std::to_string(unzip.uRoomFree / 1'024'000) +
+               " Meg are free. (code " + std::to_string(code) + ")";
     else if (code != UnzipCode::Ok)
-        text = "There was a problem with the zip file(" + unzip.uZipFileName +
-               ").  It may be corrupt. (code " + std::to_string(code) + ")";
+        text = "There was a problem with the zip file(" + unzip.uZipFileName + ").  It may be corrupt. (code " +
+               std::to_string(code) + ")";
     for (const std::string& explanation : unzip.uExplanations)
         text += "\r\n\r\n" + explanation;
     if (!text.empty())
@@ -72,10 +71,9 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
     for (;;) {
         const FileList found =
             CollectFiles(WalkTree(context.files, target), "zip", FileMode::Extension, context.limits);
-        const auto next =
-            std::find_if(found.entries.begin(), found.entries.end(), [&](const FileEntry& entry) {
-                return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
-            });
+        const auto next = std::find_if(found.entries.begin(), found.entries.end(), [&](const FileEntry& entry) {
+            return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
+        });
         if (next == found.entries.end()) {
             context.window.ShowStatus(DescribeCut(found.cut, context.limits));
             return;
@@ -99,18 +97,16 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
 
 } // namespace
 
-bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath,
-                    const std::string& archive) {
+bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath, const std::string& archive) {
     std::string path = archive;
     if (path.empty())
         path = context.user.ChooseZipFile("Process ZIP File ...", lastZipPath).value_or("");
     if (path.empty())
         return false;
     if (const auto file = context.files.OpenForReading(path); !file) {
-        context.user.Tell(
-            "The zip file(" + path + ") could not be read (" + DescribeFault(file.fault()) +
-                ").  Please make sure that it is there and that you may read it, and try again.",
-            MessageIcon::Exclamation);
+        context.user.Tell("The zip file(" + path + ") could not be read (" + DescribeFault(file.fault()) +
+                              ").  Please make sure that it is there and that you may read it, and try again.",
+                          MessageIcon::Exclamation);
         return false;
     }
     lastZipPath = ParentDirectory(path);

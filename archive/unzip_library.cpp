@@ -28,13 +28,11 @@ struct Entry {
 };
 
 std::uint64_t AddBounded(std::uint64_t a, std::uint64_t b) {
-    return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max()
-                                                             : a + b;
+    return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
 }
 
 std::uint32_t Bounded(std::uint64_t value) {
-    return static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(value, std::numeric_limits<std::uint32_t>::max()));
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(value, std::numeric_limits<std::uint32_t>::max()));
 }
 
 // UTC from the field that Info-ZIP adds; else the local time of the directory, which knows two-second steps.
@@ -86,9 +84,8 @@ class Unzipper {
   public:
     Unzipper(zip_t& openArchive, const ZipDirectory& zipDirectory, UnzipDisk unzipDisk, const DCL& dcl,
              const Lists& nameLists, UnzipCallbacks& unzipCallbacks)
-        : archive(openArchive), directory(zipDirectory), options(dcl), lists(nameLists),
-          callbacks(unzipCallbacks), reader(openArchive, zip_get_num_entries(&openArchive, 0) > 1),
-          files(unzipDisk, dcl.lpszExtractDir) {}
+        : archive(openArchive), directory(zipDirectory), options(dcl), lists(nameLists), callbacks(unzipCallbacks),
+          reader(openArchive, zip_get_num_entries(&openArchive, 0) > 1), files(unzipDisk, dcl.lpszExtractDir) {}
 
     int Run();
     std::vector<std::string> Written() const { return files.Written(); }
@@ -107,8 +104,7 @@ class Unzipper {
     bool IsRight(const std::string& candidate, const Entry& entry);
     std::string FindPassword(const Entry& entry);
     void Explain(const std::string& text);
-    MemberOutcome StreamTo(const Entry& entry,
-                           const std::function<MemberOutcome(std::span<const std::byte>)>& sink);
+    MemberOutcome StreamTo(const Entry& entry, const std::function<MemberOutcome(std::span<const std::byte>)>& sink);
     void Advance(std::uint64_t bytes);
     void Print(const std::string& text);
 
@@ -148,15 +144,13 @@ std::optional<Entry> Unzipper::ReadEntry(std::uint64_t index) {
     Entry entry;
     const MemberKind kind =
         index < directory.members.size() ? directory.members[index] : MemberKind{info.comp_method, true};
-    entry.member = {index,      info.size, info.comp_size, info.crc, kind.method, info.encryption_method,
-                    kind.hasCrc};
+    entry.member = {index, info.size, info.comp_size, info.crc, kind.method, info.encryption_method, kind.hasCrc};
     entry.name = ReadMemberName(stored);
     entry.time = TimeOf(&archive, index, info);
     entry.refusal = entry.name.refusal;
     zip_uint8_t hostSystem = 0;
     zip_uint32_t attributes = 0;
-    if (entry.refusal.empty() &&
-        zip_file_get_external_attributes(&archive, index, 0, &hostSystem, &attributes) == 0)
+    if (entry.refusal.empty() && zip_file_get_external_attributes(&archive, index, 0, &hostSystem, &attributes) == 0)
         entry.refusal = RefusalOfKind(hostSystem, attributes);
     return entry;
 }
@@ -203,8 +197,7 @@ bool Unzipper::HasRoom() {
 int Unzipper::Run() {
     Verdict verdict;
     const zip_int64_t count = zip_get_num_entries(&archive, 0);
-    for (std::uint64_t index = 0; index < static_cast<std::uint64_t>(std::max<zip_int64_t>(count, 0));
-         ++index) {
+    for (std::uint64_t index = 0; index < static_cast<std::uint64_t>(std::max<zip_int64_t>(count, 0)); ++index) {
         auto entry = ReadEntry(index);
         if (!entry)
             verdict.Note(UnzipCode::BadArchive);
@@ -245,9 +238,8 @@ MemberOutcome Unzipper::Process(const Entry& entry) {
     const bool isTest = options.ntflag != 0;
     MemberOutcome outcome;
     if (isTest)
-        outcome = entry.name.isDirectory
-                      ? MemberOutcome{}
-                      : StreamTo(entry, [](std::span<const std::byte>) { return MemberOutcome{}; });
+        outcome = entry.name.isDirectory ? MemberOutcome{}
+                                         : StreamTo(entry, [](std::span<const std::byte>) { return MemberOutcome{}; });
     else if (!entry.refusal.empty())
         outcome.reason = entry.refusal;
     else
@@ -318,8 +310,7 @@ void Unzipper::Explain(const std::string& text) {
 
 bool Unzipper::IsRight(const std::string& candidate, const Entry& entry) {
     return reader.Open(entry.member, candidate) == UnzipCode::Ok &&
-           reader.Stream(entry.member, [](std::span<const std::byte>) { return UnzipCode::Ok; }) ==
-               UnzipCode::Ok;
+           reader.Stream(entry.member, [](std::span<const std::byte>) { return UnzipCode::Ok; }) == UnzipCode::Ok;
 }
 
 std::string Unzipper::FindPassword(const Entry& entry) {
@@ -327,8 +318,7 @@ std::string Unzipper::FindPassword(const Entry& entry) {
     if (!known.empty() && IsRight(known, entry))
         return known;
     std::string entered;
-    const bool isEntered =
-        callbacks.password && callbacks.password(entered, entry.name.text) == PasswordEntered;
+    const bool isEntered = callbacks.password && callbacks.password(entered, entry.name.text) == PasswordEntered;
     return isEntered ? entered : "";
 }
 
@@ -392,8 +382,7 @@ bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
 }
 
 std::span<const std::string> FirstOf(const NameList& list, std::int32_t count) {
-    return std::span(list).first(
-        std::clamp<std::size_t>(static_cast<std::size_t>(std::max(count, 0)), 0, list.size()));
+    return std::span(list).first(std::clamp<std::size_t>(static_cast<std::size_t>(std::max(count, 0)), 0, list.size()));
 }
 
 } // namespace
@@ -413,8 +402,8 @@ void UzpVersion2(UnzipVersion& version) {
 int Wiz_SingleEntryUnzip(UnzipDisk disk, std::int32_t includedCount, const NameList& included,
                          std::int32_t excludedCount, const NameList& excluded, const DCL& options,
                          UnzipCallbacks& callbacks) {
-    if (options.ExtractOnlyNewer != 0 || options.SpaceToUnderscore != 0 || options.ncflag != 0 ||
-        options.nfflag != 0 || options.naflag != 0 || options.nZIflag != 0 || options.fPrivilege != 0)
+    if (options.ExtractOnlyNewer != 0 || options.SpaceToUnderscore != 0 || options.ncflag != 0 || options.nfflag != 0 ||
+        options.naflag != 0 || options.nZIflag != 0 || options.fPrivilege != 0)
         return UnzipCode::BadParameter;
 
     ZipDirectory directory;
@@ -427,13 +416,11 @@ int Wiz_SingleEntryUnzip(UnzipDisk disk, std::int32_t includedCount, const NameL
             callbacks.explanations.push_back("There is no zip archive in it.");
         if (error.code() == ZIP_ER_MULTIDISK)
             callbacks.explanations.push_back(
-                "It is one part of an archive in several parts.  Please put them "
-                "together with another program first.");
+                "It is one part of an archive in several parts.  Please put them together with another program first.");
         return UnzipCodeOf(error.code());
     }
 
-    const Lists lists{FirstOf(included, includedCount), FirstOf(excluded, excludedCount),
-                      options.C_flag != 0};
+    const Lists lists{FirstOf(included, includedCount), FirstOf(excluded, excludedCount), options.C_flag != 0};
     Unzipper unzipper(*archive, directory, disk, options, lists, callbacks);
     const int code = unzipper.Run();
     callbacks.written = unzipper.Written();

@@ -15,8 +15,7 @@ bool IsPacked(CommandContext& context, const std::string& path) {
 }
 
 // Only under its own name can it be unpacked.
-Status Unpack(CommandContext& context, const std::string& path, const std::string& directory,
-              const std::string& copy) {
+Status Unpack(CommandContext& context, const std::string& path, const std::string& directory, const std::string& copy) {
     Status status = context.files.CreateDirectory(directory);
     if (status)
         status = context.files.Copy(path, copy);

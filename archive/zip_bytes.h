@@ -14,8 +14,7 @@ namespace korvadex {
 namespace ZipRecord {
 inline constexpr std::uint32_t Local = 0x04034B50, Central = 0x02014B50, End = 0x06054B50, End64 = 0x06064B50,
                                Locator64 = 0x07064B50;
-inline constexpr std::size_t LocalSize = 30, CentralSize = 46, EndSize = 22, End64Size = 56,
-                             Locator64Size = 20;
+inline constexpr std::size_t LocalSize = 30, CentralSize = 46, EndSize = 22, End64Size = 56, Locator64Size = 20;
 } // namespace ZipRecord
 
 // The number in these bytes, at most eight, the lowest first. They must be there.

@@ -157,13 +157,12 @@ std::string MemberRecord::Rewritten() const {
 std::string EndRecords(std::uint64_t count, std::uint64_t directoryAt, std::uint64_t directorySize) {
     const std::string apart(ZipRecord::EndSize + ZipRecord::Locator64Size + MaxComment, '\0');
     const std::string end64 = LittleBytes(ZipRecord::End64, 4) + LittleBytes(ZipRecord::End64Size - 12, 8) +
-                              LittleBytes(45, 2) + LittleBytes(45, 2) + LittleBytes(0, 8) +
-                              LittleBytes(count, 8) + LittleBytes(count, 8) + LittleBytes(directorySize, 8) +
-                              LittleBytes(directoryAt, 8);
+                              LittleBytes(45, 2) + LittleBytes(45, 2) + LittleBytes(0, 8) + LittleBytes(count, 8) +
+                              LittleBytes(count, 8) + LittleBytes(directorySize, 8) + LittleBytes(directoryAt, 8);
     return apart + end64 + LittleBytes(ZipRecord::Locator64, 4) + LittleBytes(0, 4) +
            LittleBytes(directoryAt + directorySize + apart.size(), 8) + LittleBytes(1, 4) +
-           LittleBytes(ZipRecord::End, 4) + LittleBytes(0, 4) + LittleBytes(Full16, 2) +
-           LittleBytes(Full16, 2) + LittleBytes(Full32, 4) + LittleBytes(Full32, 4) + LittleBytes(0, 2);
+           LittleBytes(ZipRecord::End, 4) + LittleBytes(0, 4) + LittleBytes(Full16, 2) + LittleBytes(Full16, 2) +
+           LittleBytes(Full32, 4) + LittleBytes(Full32, 4) + LittleBytes(0, 2);
 }
 
 // With the archive taken to begin there. False when no directory of that many members stands where it should.
@@ -171,8 +170,7 @@ bool ReadMembers(zip_source_t* file, const End& end, std::uint64_t begin, ZipDir
     const auto old = BytesAt(file, begin + end.directoryOffset, end.directorySize);
     if (!old)
         return false;
-    directory = {
-        .begin = begin, .size = end.at - begin, .records = {}, .comment = end.comment, .members = {}};
+    directory = {.begin = begin, .size = end.at - begin, .records = {}, .comment = end.comment, .members = {}};
     std::string_view rest = *old;
     for (MemberRecord member; member.Read(rest); member = {}) {
         directory.records += member.Rewritten();
@@ -191,8 +189,7 @@ bool ReadMembers(zip_source_t* file, const End& end, std::uint64_t begin, ZipDir
 int ReadArchive(zip_source_t* file, const End& end, ZipDirectory& directory) {
     if (end.isPartOfMany)
         return ZIP_ER_MULTIDISK;
-    if (end.directorySize > std::min(end.at, MaxDirectory) ||
-        end.directoryOffset > end.at - end.directorySize)
+    if (end.directorySize > std::min(end.at, MaxDirectory) || end.directoryOffset > end.at - end.directorySize)
         return ZIP_ER_INCONS;
     // What is left over stands before the archive, or between the directory and its end.
     const std::uint64_t left = end.at - end.directorySize - end.directoryOffset;

@@ -14,15 +14,15 @@ constexpr zip_uint16_t ExtendedTimestamp = 0x5455;
 constexpr zip_uint32_t DosArchive = 0x20, DosReadOnly = 0x01;
 
 bool IsOffered(const ZPOPT& options) {
-    const bool isPlain =
-        options.Date.empty() && options.szRootDir.empty() && options.szTempDir.empty() &&
-        options.fTemp == 0 && options.fSuffix == 0 && options.fEncrypt == 0 && options.fSystem == 0 &&
-        options.fVolume == 0 && options.fExtra == 0 && options.fNoDirEntries == 0 &&
-        options.fExcludeDate == 0 && options.fIncludeDate == 0 && options.fVerbose == 0 &&
-        options.fCRLF_LF == 0 && options.fLF_CRLF == 0 && options.fGrow == 0 && options.fForce == 0 &&
-        options.fMove == 0 && options.fDeleteEntries == 0 && options.fUpdate == 0 && options.fFreshen == 0 &&
-        options.fJunkSFX == 0 && options.fLatestTime == 0 && options.fComment == 0 && options.fOffsets == 0 &&
-        options.fPrivilege == 0 && options.fEncryption == 0 && options.fRecurse == 0 && options.fRepair == 0;
+    const bool isPlain = options.Date.empty() && options.szRootDir.empty() && options.szTempDir.empty() &&
+                         options.fTemp == 0 && options.fSuffix == 0 && options.fEncrypt == 0 && options.fSystem == 0 &&
+                         options.fVolume == 0 && options.fExtra == 0 && options.fNoDirEntries == 0 &&
+                         options.fExcludeDate == 0 && options.fIncludeDate == 0 && options.fVerbose == 0 &&
+                         options.fCRLF_LF == 0 && options.fLF_CRLF == 0 && options.fGrow == 0 && options.fForce == 0 &&
+                         options.fMove == 0 && options.fDeleteEntries == 0 && options.fUpdate == 0 &&
+                         options.fFreshen == 0 && options.fJunkSFX == 0 && options.fLatestTime == 0 &&
+                         options.fComment == 0 && options.fOffsets == 0 && options.fPrivilege == 0 &&
+                         options.fEncryption == 0 && options.fRecurse == 0 && options.fRepair == 0;
     return isPlain && options.fJunkDir == 1 && options.flevel >= '1' && options.flevel <= '9';
 }
 
@@ -30,8 +30,7 @@ bool IsOffered(const ZPOPT& options) {
 void SetMemberTime(zip_t* archive, zip_uint64_t index, FileTime time) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
     zip_file_set_mtime(archive, index, static_cast<time_t>(seconds), 0);
-    if (seconds < std::numeric_limits<std::int32_t>::min() ||
-        seconds > std::numeric_limits<std::int32_t>::max())
+    if (seconds < std::numeric_limits<std::int32_t>::min() || seconds > std::numeric_limits<std::int32_t>::max())
         return;
     std::array<zip_uint8_t, 5> field{1};
     for (std::size_t i = 0; i < 4; ++i)
@@ -82,15 +81,13 @@ int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile
     if (!archive)
         return error.code() == ZIP_ER_MEMORY ? ZipCode::NoMemory : ZipCode::CannotCreate;
     ZipSource source(contents.MakeSource(error));
-    const zip_int64_t index =
-        source ? zip_file_add(archive.get(), name.c_str(), source.get(), ZIP_FL_ENC_UTF_8) : -1;
+    const zip_int64_t index = source ? zip_file_add(archive.get(), name.c_str(), source.get(), ZIP_FL_ENC_UTF_8) : -1;
     if (index < 0)
         return ZipCode::NoMemory;
     static_cast<void>(source.release()); // belongs to the archive from here on
     const auto member = static_cast<zip_uint64_t>(index);
-    zip_set_file_compression(
-        archive.get(), member, contents.MethodForLibrary(),
-        contents.MethodForLibrary() != ZIP_CM_DEFLATE ? 0 : static_cast<zip_uint32_t>(level));
+    zip_set_file_compression(archive.get(), member, contents.MethodForLibrary(),
+                             contents.MethodForLibrary() != ZIP_CM_DEFLATE ? 0 : static_cast<zip_uint32_t>(level));
     SetMemberTime(archive.get(), member, info->time);
     zip_file_set_external_attributes(archive.get(), member, 0, ZIP_OPSYS_DOS,
                                      info->readOnly ? DosArchive | DosReadOnly : DosArchive);

@@ -30,13 +30,12 @@ inline constexpr int CannotOpen = 18; // the file to be packed
 struct ZPOPT {
     std::string Date;
     std::string szRootDir, szTempDir;
-    std::int32_t fTemp = 0, fSuffix = 0, fEncrypt = 0, fSystem = 0, fVolume = 0, fExtra = 0,
-                 fNoDirEntries = 0, fExcludeDate = 0, fIncludeDate = 0, fVerbose = 0, fQuiet = 0,
-                 fCRLF_LF = 0, fLF_CRLF = 0;
+    std::int32_t fTemp = 0, fSuffix = 0, fEncrypt = 0, fSystem = 0, fVolume = 0, fExtra = 0, fNoDirEntries = 0,
+                 fExcludeDate = 0, fIncludeDate = 0, fVerbose = 0, fQuiet = 0, fCRLF_LF = 0, fLF_CRLF = 0;
     std::int32_t fJunkDir = 0; // 1: the file without its directories, the only way here
-    std::int32_t fGrow = 0, fForce = 0, fMove = 0, fDeleteEntries = 0, fUpdate = 0, fFreshen = 0,
-                 fJunkSFX = 0, fLatestTime = 0, fComment = 0, fOffsets = 0, fPrivilege = 0, fEncryption = 0,
-                 fRecurse = 0, fRepair = 0;
+    std::int32_t fGrow = 0, fForce = 0, fMove = 0, fDeleteEntries = 0, fUpdate = 0, fFreshen = 0, fJunkSFX = 0,
+                 fLatestTime = 0, fComment = 0, fOffsets = 0, fPrivilege = 0, fEncryption = 0, fRecurse = 0,
+                 fRepair = 0;
     char flevel = '6'; // '1' to '9'
 };
 

@@ -10,8 +10,8 @@ namespace {
 class CleanArchive {
   public:
     CleanArchive(ZipSource archiveFile, const ZipDirectory& directory)
-        : file(std::move(archiveFile)), begin(directory.begin), membersEnd(directory.size),
-          records(directory.records) {}
+        : file(std::move(archiveFile)), begin(directory.begin), membersEnd(directory.size), records(directory.records) {
+    }
 
     // For zip_source_function_create, which takes over the object.
     static zip_int64_t Callback(void* self, void* data, zip_uint64_t length, zip_source_cmd_t command) {
@@ -37,9 +37,9 @@ class CleanArchive {
 zip_int64_t CleanArchive::Serve(void* data, zip_uint64_t length, zip_source_cmd_t command) {
     switch (command) {
     case ZIP_SOURCE_SUPPORTS:
-        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
-                                              ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE,
-                                              ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS, -1);
+        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                              ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL,
+                                              ZIP_SOURCE_SUPPORTS, -1);
     case ZIP_SOURCE_OPEN:
         position = 0;
         return zip_source_open(file.get());
@@ -48,8 +48,7 @@ zip_int64_t CleanArchive::Serve(void* data, zip_uint64_t length, zip_source_cmd_
     case ZIP_SOURCE_READ:
         return Read(static_cast<char*>(data), length);
     case ZIP_SOURCE_SEEK: {
-        const zip_int64_t target =
-            zip_source_seek_compute_offset(position, Size(), data, length, error.get());
+        const zip_int64_t target = zip_source_seek_compute_offset(position, Size(), data, length, error.get());
         if (target < 0)
             return -1;
         position = static_cast<std::uint64_t>(target);
@@ -80,8 +79,7 @@ zip_int64_t CleanArchive::Read(char* target, zip_uint64_t length) {
         position += count;
         return static_cast<zip_int64_t>(count);
     }
-    const bool isThere =
-        zip_source_seek(file.get(), static_cast<zip_int64_t>(begin + position), SEEK_SET) == 0;
+    const bool isThere = zip_source_seek(file.get(), static_cast<zip_int64_t>(begin + position), SEEK_SET) == 0;
     const zip_int64_t count =
         isThere ? zip_source_read(file.get(), target, std::min(length, membersEnd - position)) : -1;
     if (count < 0)
@@ -93,8 +91,7 @@ zip_int64_t CleanArchive::Read(char* target, zip_uint64_t length) {
 
 } // namespace
 
-ZipHandle OpenZip(const FileSystem& files, const std::string& path, ZipDirectory& directory,
-                  ZipError& error) {
+ZipHandle OpenZip(const FileSystem& files, const std::string& path, ZipDirectory& directory, ZipError& error) {
     ZipSource file = MakeZipSource(files, path, error);
     if (!file)
         return nullptr;

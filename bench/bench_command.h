@@ -24,9 +24,7 @@ class AgreeableUser : public UserDialogs {
         return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
     }
     std::optional<std::string> AskText(const std::string&, bool) override { return std::nullopt; }
-    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
-        return std::nullopt;
-    }
+    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override { return std::nullopt; }
     std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>&) override { return 0; }
     void ShowInstallStatus(const std::string&) override {}
     void ShowImportStatus(const std::string&) override {}
@@ -81,8 +79,8 @@ class TemporaryDrive {
         if (mkdtemp(pattern.data()) == nullptr)
             throw std::runtime_error("no temporary directory could be made");
         root = pattern;
-        for (const char* directory : {"App", "Staging", "Hangar/Bench", "FS/aircraft", "FS/gauges",
-                                      "FS/effects", "FS/modules", "FS/sound"})
+        for (const char* directory :
+             {"App", "Staging", "Hangar/Bench", "FS/aircraft", "FS/gauges", "FS/effects", "FS/modules", "FS/sound"})
             std::filesystem::create_directories(root / directory);
     }
     ~TemporaryDrive() { std::filesystem::remove_all(root); }
@@ -92,9 +90,8 @@ class TemporaryDrive {
     std::filesystem::path At(const std::string& relative) const { return root / relative; }
     // A settings file for a whole program that is started on the drive.
     void PutSettings() const {
-        Put(At("App/kx.ini"),
-            "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\\r\n"
-            "ALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+        Put(At("App/kx.ini"), "ALTLOCATION0=Bench\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\\r\n"
+                              "ALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
     }
     std::unique_ptr<FileSystem> Files() const {
         DriveMap map;

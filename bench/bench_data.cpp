@@ -32,8 +32,7 @@ void Put(const fs::path& path, const std::string& bytes) {
 // Drawn metal is smooth and packs to nothing; a painted one has dirt and scratches, in patches. With these a sheet
 // packs to a little more than a quarter, as liveries of that time do.
 std::string WornLivery(int sheet) {
-    const demo::Livery livery{
-        {240, 242, 244}, {24, static_cast<std::uint8_t>(40 + sheet * 2), 160}, {222, 226, 230}};
+    const demo::Livery livery{{240, 242, 244}, {24, static_cast<std::uint8_t>(40 + sheet * 2), 160}, {222, 226, 230}};
     std::string bytes = demo::Bitmap24(demo::DrawLivery(livery, sheet, SheetSize));
     std::uint32_t state = 0x9E3779B9u * static_cast<std::uint32_t>(sheet + 1);
     const std::size_t first = bytes.size() - std::size_t{3} * SheetSize * SheetSize;
@@ -60,8 +59,7 @@ void PutFrame(const fs::path& directory) {
     Put(directory / "bench.air", demo::FlightModel("bench"));
     Put(directory / "Panel/panel.cfg", demo::PanelCfg("bench_panel.bmp", {"Bench!Airspeed", "bench_clock"}));
     Put(directory / "Panel/bench_panel.bmp", demo::Bitmap8(demo::DrawPanel(livery, 8, 640, 240)));
-    Put(directory / "Gauges/Bench.cab",
-        demo::GaugeCabinet("Bench", demo::Bitmap8(demo::DrawPanel(livery, 1, 96, 96))));
+    Put(directory / "Gauges/Bench.cab", demo::GaugeCabinet("Bench", demo::Bitmap8(demo::DrawPanel(livery, 1, 96, 96))));
     Put(directory / "Gauges/bench_clock.gau", demo::GaugeLibrary("bench clock"));
     Put(directory / "Model/model.cfg", demo::ModelCfg("bench"));
     Put(directory / "Model/bench.mdl", demo::Model3D("bench"));

@@ -37,8 +37,7 @@ class Collection {
   private:
     void MakePackage(int number) const {
         const std::string name = "Package " + std::to_string(number);
-        const fs::path package =
-            drive.At("Hangar/Category " + std::to_string(number % Categories) + "/" + name);
+        const fs::path package = drive.At("Hangar/Category " + std::to_string(number % Categories) + "/" + name);
         Put(package / "aircraft.cfg", "[fltsim.0]\r\ntitle=" + name + "\r\n");
         Put(package / "Panel/panel.cfg", "[Window00]\r\n");
         if (number % PicturelessEvery != 0)
@@ -55,8 +54,7 @@ class Collection {
 
 class SilentUser : public AgreeableUser {
   public:
-    CheckedAnswer ShowMessage(const std::string& text, MessageButtons, MessageIcon,
-                              const MessageOptions&) override {
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons, MessageIcon, const MessageOptions&) override {
         throw std::runtime_error("unexpected: " + text);
     }
 };
@@ -123,8 +121,7 @@ int RunAll(int count, char** arguments) {
             Start(state, collection, isCold);
         })->Unit(benchmark::kMillisecond);
         for (const auto& list : lists)
-            benchmark::RegisterBenchmark((list.caption + suffix).c_str(), [&collection, list,
-                                                                           isCold](auto& state) {
+            benchmark::RegisterBenchmark((list.caption + suffix).c_str(), [&collection, list, isCold](auto& state) {
                 BuildList(state, collection, list.caption, isCold, list.lines);
             })->Unit(benchmark::kMillisecond);
     }

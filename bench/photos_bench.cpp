@@ -52,8 +52,7 @@ void MakePictures(const fs::path& category) {
             const int package = number / PackagePictureCount;
             const fs::path images = category / ("Plane " + std::to_string(1000 + package)) / "Images";
             fs::create_directories(images);
-            std::ofstream(images / ("shot" + std::to_string(1000 + number) + ".jpg"), std::ios::binary)
-                << bytes;
+            std::ofstream(images / ("shot" + std::to_string(1000 + number) + ".jpg"), std::ios::binary) << bytes;
         }
     }
 }
@@ -99,9 +98,8 @@ int Run() {
     MakePictures(drive.At("Hangar/Bench"));
     const auto files = drive.Files();
     // The size that a thumbnail has in the window as designed.
-    std::vector<std::string> montage = {"montage",   "-define",     "jpeg:size=294x220",
-                                        "-geometry", "147x150+4+4", "-tile",
-                                        "5x3",       "-label",      "%f"};
+    std::vector<std::string> montage = {
+        "montage", "-define", "jpeg:size=294x220", "-geometry", "147x150+4+4", "-tile", "5x3", "-label", "%f"};
     const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
     const auto gallery = CollectGalleryImages(*files, locations, "C:\\Hangar\\Bench\\", WalkLimits{});
     for (std::size_t i = 0; i < 15; ++i)
@@ -113,8 +111,7 @@ int Run() {
         Add(ours, "the first page", MeasureWork([&] { return OpenGallery(*files, false) == 1; }));
         Add(tool, "montage", MeasureTool(montage));
     }
-    Add(toTheEnd, "all pages",
-        MeasureWork([&] { return OpenGallery(*files, true) == (PictureCount + 14) / 15; }));
+    Add(toTheEnd, "all pages", MeasureWork([&] { return OpenGallery(*files, true) == (PictureCount + 14) / 15; }));
     Print(ours, "korvadex, first page");
     std::printf("\n");
     Print(tool, "montage of that page");

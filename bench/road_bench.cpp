@@ -90,17 +90,15 @@ Work LoadRoad(const Drive& drive) {
     const std::size_t count = SizeOf(package).files;
     return {"load",
             [] {},
-            {{"korvadex", Ours(drive,
-                               [count](Command& command) {
-                                   return ListedFiles(Load(command, ManyFilesPackage)) == count;
-                               })},
+            {{"korvadex",
+              Ours(drive, [count](Command& command) { return ListedFiles(Load(command, ManyFilesPackage)) == count; })},
              {"find -printf", Tool({"find", package, "-printf", "%p %s %T@\\n"}), 3.0}},
             [] { return true; }};
 }
 
 // limit: of the time of unzip with its files on the disk, as ours are when the command ends.
-Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& archive,
-                const fs::path& packed, double limit) {
+Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& archive, const fs::path& packed,
+                double limit) {
     const std::string path = drive.At(archive).string(), staging = drive.At("Staging").string();
     const TreeSize whole = SizeOf(packed);
     return {name,
@@ -109,12 +107,10 @@ Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& 
                                [archive](Command& command) {
                                    modUnzip unzip;
                                    std::string lastZipPath;
-                                   return ProcessZipFile(command.context, unzip, lastZipPath,
-                                                         "C:\\" + archive);
+                                   return ProcessZipFile(command.context, unzip, lastZipPath, "C:\\" + archive);
                                })},
              {"unzip, sync -f",
-              Tool({"sh", "-c", "unzip -q '" + path + "' -d '" + staging + "' && sync -f '" + staging + "'"}),
-              limit},
+              Tool({"sh", "-c", "unzip -q '" + path + "' -d '" + staging + "' && sync -f '" + staging + "'"}), limit},
              {"unzip", Tool({"unzip", "-q", path, "-d", staging})},
              {"bsdtar", Tool({"bsdtar", "-x", "-f", path, "-C", staging})}},
             [staging, whole] { return SizeOf(staging) == whole; }};
@@ -122,8 +118,7 @@ Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& 
 
 Work InstallRoad(const Drive& drive, const std::string& road, const char* name) {
     const std::string package = drive.Package(name).string();
-    const fs::path installed = drive.At("FS/aircraft") / SpacesToUnderscores(name),
-                   gauges = drive.At("FS/gauges");
+    const fs::path installed = drive.At("FS/aircraft") / SpacesToUnderscores(name), gauges = drive.At("FS/gauges");
     const TreeSize whole = SizeOf(package);
     const std::string copy = "cp -r '" + package + "' '" + installed.string() + "'";
     const auto shell = [](const std::string& script) { return Tool({"sh", "-c", script}); };
@@ -184,8 +179,7 @@ void Run(benchmark::State& state, const Work& road, std::vector<Line>& lines) {
     for (std::size_t i = 0; i < turns.size(); ++i) {
         const Contender& contender = road.contenders[i];
         const double ratio = turns[0].Median() / turns[i].Median();
-        lines.push_back(
-            {road.name, contender.name, turns[i].Median(), turns[i].peakMega, ratio, contender.limit});
+        lines.push_back({road.name, contender.name, turns[i].Median(), turns[i].peakMega, ratio, contender.limit});
         if (i > 0)
             state.counters["of " + contender.name] = ratio;
     }
@@ -195,8 +189,8 @@ void Run(benchmark::State& state, const Work& road, std::vector<Line>& lines) {
 void PrintTable(const std::vector<Line>& lines) {
     std::printf("\n%-9s %-13s %10s %9s   %s\n", "road", "program", "median ms", "peak MB", "korvadex takes");
     for (const Line& line : lines) {
-        std::printf("%-13s %-14s %10.1f %9.1f   ", line.road.c_str(), line.contender.c_str(),
-                    line.seconds * 1000, line.peakMega);
+        std::printf("%-13s %-14s %10.1f %9.1f   ", line.road.c_str(), line.contender.c_str(), line.seconds * 1000,
+                    line.peakMega);
         if (line.contender == "korvadex")
             std::printf("%s\n", line.peakMega > PeakLimit ? "more memory than 150 MB" : "");
         else if (line.limit > 0)
@@ -218,9 +212,8 @@ int RunAll(int count, char** arguments) {
     for (const Work& road :
          {LoadRoad(drive), UnpackRoad(drive, "unpack", "bitmaps.zip", drive.Package(BitmapPackage), 1.0),
           UnpackRoad(drive, "many", "many.zip", drive.Package(ManyFilesPackage), 1.5),
-          UnpackRoad(drive, "large", "large.zip", drive.At("Large"), 0),
-          InstallRoad(drive, "install", BitmapPackage), InstallRoad(drive, "install small", ManyFilesPackage),
-          RemoveRoad(drive)})
+          UnpackRoad(drive, "large", "large.zip", drive.At("Large"), 0), InstallRoad(drive, "install", BitmapPackage),
+          InstallRoad(drive, "install small", ManyFilesPackage), RemoveRoad(drive)})
         benchmark::RegisterBenchmark(road.name.c_str(),
                                      [road, &lines](benchmark::State& state) { Run(state, road, lines); })
             ->Iterations(Rounds)

@@ -120,9 +120,7 @@ Work CompressWork(const TemporaryDrive& drive) {
                      !command.user.isWarned;
           })},
          {"zip -9 -j",
-          Shell("find '" + package.string() +
-                "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
-                "zip -9 -j -q '" +
+          Shell("find '" + package.string() + "' -name '*.bmp' -o -name '*.gau' | while read -r f; do zip -9 -j -q '" +
                 byZip.string() + "'/\"${f##*/}\".zip \"$f\" || exit 1; done"),
           0.6}},
         [=] {
@@ -146,8 +144,8 @@ Work CompressWork(const TemporaryDrive& drive) {
 }
 
 Work DecompressWork(const TemporaryDrive& drive) {
-    const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"),
-                   package = drive.At("Hangar/Bench/Pictures"), unpacked = drive.At("ByUnzip");
+    const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"), package = drive.At("Hangar/Bench/Pictures"),
+                   unpacked = drive.At("ByUnzip");
     CopyFresh(plain, package);
     Command command(drive);
     CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true);
@@ -165,16 +163,14 @@ Work DecompressWork(const TemporaryDrive& drive) {
               })},
              {"unzip",
               Shell("find '" + package.string() +
-                    "' -name '*.bmp' -o -name '*.gau' | while read -r f; do "
-                    "unzip -o -q \"$f\" -d '" +
+                    "' -name '*.bmp' -o -name '*.gau' | while read -r f; do unzip -o -q \"$f\" -d '" +
                     unpacked.string() + "' || exit 1; done"),
               0.35}},
             [=] { return SizeOf(package) == SizeOf(plain); }};
 }
 
 Work UninstallWork(const TemporaryDrive& drive) {
-    const fs::path made = drive.At("Made"), aircraft = drive.At("FS/aircraft"),
-                   gauges = drive.At("FS/gauges");
+    const fs::path made = drive.At("Made"), aircraft = drive.At("FS/aircraft"), gauges = drive.At("FS/gauges");
     fs::remove_all(drive.At("Hangar/Bench"));
     for (int number = 0; number < InstalledCount; ++number) {
         const std::string name = "Plane" + std::to_string(number);
@@ -228,13 +224,11 @@ bool Run(const Work& work) {
     for (std::size_t i = 0; i < turns.size(); ++i) {
         const Contender& contender = work.contenders[i];
         const double ratio = turns[0].Median() / turns[i].Median();
-        std::printf("%-14s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(),
-                    turns[i].Median() * 1000);
+        std::printf("%-14s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(), turns[i].Median() * 1000);
         if (i > 0)
             std::printf("   korvadex takes %.2f of it", ratio);
         if (contender.limit > 0)
-            std::printf(" (at most %.2f: %s)", contender.limit,
-                        ratio <= contender.limit ? "reached" : "missed");
+            std::printf(" (at most %.2f: %s)", contender.limit, ratio <= contender.limit ? "reached" : "missed");
         std::printf("\n");
         std::fflush(stdout);
     }
@@ -245,11 +239,10 @@ bool Run(const Work& work) {
 
 bool RunAll(const std::string& only) {
     const TemporaryDrive drive;
-    const std::vector<std::pair<std::string, Work (*)(const TemporaryDrive&)>> works = {
-        {"gauges", UnusedGaugesWork},
-        {"compress", CompressWork},
-        {"decompress", DecompressWork},
-        {"uninstall", UninstallWork}};
+    const std::vector<std::pair<std::string, Work (*)(const TemporaryDrive&)>> works = {{"gauges", UnusedGaugesWork},
+                                                                                        {"compress", CompressWork},
+                                                                                        {"decompress", DecompressWork},
+                                                                                        {"uninstall", UninstallWork}};
     bool isGood = true;
     for (const auto& [name, make] : works)
         isGood = (only.empty() || only == name || (name == "compress" && only == "decompress"))

@@ -28,9 +28,7 @@ class UnseenForm : public MainForm {
 
 class UnseenDialogs : public ProgramDialogs {
   public:
-    std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override {
-        return std::nullopt;
-    }
+    std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override { return std::nullopt; }
     void ShowLocationProfiles(ProfileEditor&) override {}
     OfferedPictures ChoosePictures(const std::string&) override { return {}; }
     OfferedPictures ClipboardPictures() override { return {}; }

@@ -47,26 +47,24 @@ std::string AircraftCfg(const std::vector<Configuration>& configurations, const 
     for (std::size_t i = 0; i < configurations.size(); ++i) {
         const Configuration& entry = configurations[i];
         lines += "[fltsim." + std::to_string(i) + "]\n";
-        lines +=
-            "title=" + entry.title + "\nsim=" + type + "\nmodel=\npanel=\nsound=\ntexture=" + entry.texture;
+        lines += "title=" + entry.title + "\nsim=" + type + "\nmodel=\npanel=\nsound=\ntexture=" + entry.texture;
         lines += "\nkb_checklists=\nkb_reference=\natc_id=KX" + std::to_string(310 + i) + "\natc_airline=\n";
         lines += "atc_flight_number=\nui_manufacturer=" + maker + "\nui_type=" + type +
                  "\nui_variation=" + entry.variation + "\ndescription=Made for the example.\n\n";
     }
     lines += "[General]\natc_type=" + maker + "\natc_model=" + type +
-             "\nperformance=Cruise speed 120 kt\\nRange 480 nm\n\n"
-             "[WEIGHT_AND_BALANCE]\nmax_gross_weight = 2450\nempty_weight = 1500\n"
-             "reference_datum_position = 6.96, 0, 0\n\n"
-             "[GeneralEngineData]\nengine_type = 0 // piston\nEngine.0 = 3.6, 0, 0\n\n"
-             "[contact_points]\npoint.0=1, -0.56, 0, -3.8, 1600, 0, 0.5, 22, 0.25, 2.5, 0.7\n";
+             "\nperformance=Cruise speed 120 kt\\nRange 480 nm\n\n[WEIGHT_AND_BALANCE]\nmax_gross_weight = 2450\n"
+             "empty_weight = 1500\nreference_datum_position = 6.96, 0, 0\n\n[GeneralEngineData]\n"
+             "engine_type = 0 // piston\nEngine.0 = 3.6, 0, 0\n\n[contact_points]\n"
+             "point.0=1, -0.56, 0, -3.8, 1600, 0, 0.5, 22, 0.25, 2.5, 0.7\n";
     return Text(lines);
 }
 
 std::string PanelCfg(const std::string& bitmap, const std::vector<std::string>& gauges) {
-    std::string lines = "// Panel configuration\n[Window Titles]\nWindow00=Main Panel\n\n"
-                        "[VIEW]\nVIEW_FORWARD_DIR=2.0, 0.0, 0.0\n\n"
-                        "[Window00]\nfile=" +
-                        bitmap + "\nsize_mm=640\nwindow_size_ratio=1.000\nposition=7\nvisible=1\n";
+    std::string lines =
+        "// Panel configuration\n[Window Titles]\nWindow00=Main Panel\n\n[VIEW]\nVIEW_FORWARD_DIR=2.0, 0.0, 0.0\n\n"
+        "[Window00]\nfile=" +
+        bitmap + "\nsize_mm=640\nwindow_size_ratio=1.000\nposition=7\nvisible=1\n";
     for (std::size_t i = 0; i < gauges.size(); ++i) {
         const std::string number = std::to_string(i);
         lines += "gauge" + std::string(number.size() < 2 ? "0" : "") + number + "=" + gauges[i] + ",  " +
@@ -86,18 +84,15 @@ std::string ModelCfg(const std::string& model) {
 
 std::string SoundCfg(const std::string& wave) {
     return Text(
-        "[SOUND_ENGINE]\nnumber_of_engines=1\neng1_combustion=COMBUSTION.1.00\n\n"
-        "[COMBUSTION.1.00]\nfilename=" +
-        wave +
+        "[SOUND_ENGINE]\nnumber_of_engines=1\neng1_combustion=COMBUSTION.1.00\n\n[COMBUSTION.1.00]\nfilename=" + wave +
         "\nflags=0\nviewpoint=1\nrparams=0.0,0.5,1.0,1.6\nvparams=0.0,60,1.0,100\nlink=COMBUSTION.1.01\n");
 }
 
 std::string Checklist(const std::string& name) {
     return Text(name +
-                "\n\nBEFORE START\n  Seats and belts ... SET\n  Fuel selector ..... BOTH\n"
-                "  Brakes ............ SET\n\nSTART\n  Mixture ........... RICH\n  Master switch ..... ON\n"
-                "  Ignition .......... START\n\nTAKE-OFF\n  Flaps ............. 10\n  Full power\n"
-                "  Rotate at ......... 55 kt\n");
+                "\n\nBEFORE START\n  Seats and belts ... SET\n  Fuel selector ..... BOTH\n  Brakes ............ SET\n\n"
+                "START\n  Mixture ........... RICH\n  Master switch ..... ON\n  Ignition .......... START\n\nTAKE-OFF\n"
+                "  Flaps ............. 10\n  Full power\n  Rotate at ......... 55 kt\n");
 }
 
 std::string FlightModel(const std::string& name) {
@@ -114,18 +109,17 @@ std::string GaugeLibrary(const std::string& name) {
 
 std::string GaugeCabinet(const std::string& name, const std::string& bitmap) {
     const std::string face = name + "_Face.bmp";
-    return Cabinet({{"Airspeed.xml", Text("<Gauge Name=\"Airspeed\" Version=\"1.0\">\n  <Image Name=\"" +
-                                          face + "\"/>\n</Gauge>\n")},
-                    {"Compass.xml", Text("<Gauge Name=\"Compass\" Version=\"1.0\">\n  <Image Name=\"" + face +
-                                         "\"/>\n</Gauge>\n")},
+    return Cabinet({{"Airspeed.xml",
+                     Text("<Gauge Name=\"Airspeed\" Version=\"1.0\">\n  <Image Name=\"" + face + "\"/>\n</Gauge>\n")},
+                    {"Compass.xml",
+                     Text("<Gauge Name=\"Compass\" Version=\"1.0\">\n  <Image Name=\"" + face + "\"/>\n</Gauge>\n")},
                     {face, bitmap}});
 }
 
 std::string Effect(const std::string& texture) {
-    return Text("[Library Effect]\nLifetime=5\nVersion=1.00\nRadius=-1\nPriority=0\n\n"
-                "[Properties]\nIntensity=1\n\n"
-                "[Emitter.0]\nLifetime=0.00, 0.00\nDelay=0.00, 0.00\nBounce=0.00\n\n"
-                "[Particle.0]\nLifetime=0.80, 1.20\nType=19\nTexture=" +
+    return Text("[Library Effect]\nLifetime=5\nVersion=1.00\nRadius=-1\nPriority=0\n\n[Properties]\nIntensity=1\n\n"
+                "[Emitter.0]\nLifetime=0.00, 0.00\nDelay=0.00, 0.00\nBounce=0.00\n\n[Particle.0]\nLifetime=0.80, 1.20\n"
+                "Type=19\nTexture=" +
                 texture + "\n");
 }
 

@@ -38,8 +38,8 @@ void Cloud(Canvas& canvas, Point at, double size, double alpha) {
     } Puffs[] = {{-1.6, 0.2, 0.7}, {-0.8, -0.1, 1}, {0, -0.35, 1.2}, {0.9, -0.05, 1}, {1.7, 0.2, 0.7}};
     for (const auto& puff : Puffs)
         for (int ring = 3; ring >= 1; --ring) // several rings one over the other: a soft edge
-            canvas.Fill(Ellipse({at.x + puff.x * size, at.y + puff.y * size},
-                                puff.r * size * (0.6 + 0.18 * ring), puff.r * size * (0.32 + 0.10 * ring)),
+            canvas.Fill(Ellipse({at.x + puff.x * size, at.y + puff.y * size}, puff.r * size * (0.6 + 0.18 * ring),
+                                puff.r * size * (0.32 + 0.10 * ring)),
                         White, alpha / 3);
 }
 
@@ -60,8 +60,7 @@ void DrawScene(Canvas& canvas, Scene scene) {
     const SceneColors colors = ColorsOf(scene);
     const double width = canvas.Width(), height = canvas.Height(), horizon = height * colors.horizonAt;
     canvas.FillAll([&](double, double y) { return Mix(colors.zenith, colors.horizon, y / horizon); });
-    const Point sun =
-        scene == Scene::Dusk ? Point{width * 0.22, horizon * 0.86} : Point{width * 0.82, height * 0.14};
+    const Point sun = scene == Scene::Dusk ? Point{width * 0.22, horizon * 0.86} : Point{width * 0.82, height * 0.14};
     for (int ring = 6; ring >= 1; --ring)
         canvas.Fill(Ellipse(sun, height * 0.035 * ring, height * 0.035 * ring), colors.sun, 0.16);
     const double cloudAlpha = scene == Scene::Dusk ? 0.28 : 0.5;
@@ -70,11 +69,10 @@ void DrawScene(Canvas& canvas, Scene scene) {
     Cloud(canvas, {width * 0.93, height * 0.36}, height * 0.07, cloudAlpha * 0.7);
     Ridge(canvas, horizon + 2, height * 0.10, 3, Mix(colors.far, colors.horizon, 0.35));
     Ridge(canvas, horizon + height * 0.03, height * 0.07, 8, colors.far);
-    canvas.Fill(
-        {{0, horizon + height * 0.03}, {width, horizon + height * 0.03}, {width, height}, {0, height}},
-        [&](double, double y) {
-            return Mix(colors.near, Mix(colors.near, Black, 0.35), (y - horizon) / (height - horizon));
-        });
+    canvas.Fill({{0, horizon + height * 0.03}, {width, horizon + height * 0.03}, {width, height}, {0, height}},
+                [&](double, double y) {
+                    return Mix(colors.near, Mix(colors.near, Black, 0.35), (y - horizon) / (height - horizon));
+                });
     if (scene == Scene::Lake)
         for (int i = 0; i < 14; ++i) {
             const double y = horizon + height * (0.045 + 0.017 * i);
@@ -147,12 +145,10 @@ void DrawLightProp(Canvas& canvas, const Livery& livery) {
                         {420, 244},
                         {200, 212}}),
                 BodyPaint(livery, 88, 258, 182, 24));
-    canvas.Fill(Smooth({{560, 106}, {622, 100}, {670, 104}, {720, 142}, {640, 152}, {556, 152}}),
-                Glass(100, 152));
+    canvas.Fill(Smooth({{560, 106}, {622, 100}, {670, 104}, {720, 142}, {640, 152}, {556, 152}}), Glass(100, 152));
     canvas.Fill(Smooth({{470, 126}, {540, 108}, {540, 152}, {476, 158}}), Glass(100, 156));
     canvas.Line({640, 96}, {640, 154}, 6, livery.body);
-    canvas.Fill(Smooth({{60, 178}, {190, 176}, {214, 184}, {190, 192}, {60, 190}}),
-                Shaded(livery.body, 174, 194));
+    canvas.Fill(Smooth({{60, 178}, {190, 176}, {214, 184}, {190, 192}, {60, 190}}), Shaded(livery.body, 174, 194));
     canvas.Line({560, 96}, {604, 244}, 7, {206, 210, 214});
     canvas.Fill(Smooth({{452, 78}, {560, 62}, {690, 68}, {716, 82}, {690, 94}, {470, 94}}),
                 Shaded(livery.body, 60, 100));
@@ -163,8 +159,7 @@ void DrawLightProp(Canvas& canvas, const Livery& livery) {
 
 void DrawAmphibian(Canvas& canvas, const Livery& livery) {
     Fin(canvas, livery, {{150, 190}, {58, 34}, {120, 30}, {262, 178}}, 30, 190);
-    canvas.Fill(Smooth({{70, 60}, {30, 56}, {20, 66}, {120, 74}, {196, 68}, {150, 60}}),
-                Shaded(livery.body, 52, 78));
+    canvas.Fill(Smooth({{70, 60}, {30, 56}, {20, 66}, {120, 74}, {196, 68}, {150, 60}}), Shaded(livery.body, 52, 78));
     canvas.Fill(Smooth({{78, 184},
                         {270, 176},
                         {480, 128},
@@ -180,8 +175,7 @@ void DrawAmphibian(Canvas& canvas, const Livery& livery) {
                         {300, 236},
                         {130, 206}}),
                 BodyPaint(livery, 104, 292, 208, 22));
-    canvas.Fill(Smooth({{590, 122}, {650, 118}, {706, 130}, {766, 172}, {680, 178}, {584, 174}}),
-                Glass(116, 178));
+    canvas.Fill(Smooth({{590, 122}, {650, 118}, {706, 130}, {766, 172}, {680, 178}, {584, 174}}), Glass(116, 178));
     for (int i = 0; i < 3; ++i)
         canvas.Fill(Ellipse({380.0 + 56 * i, 196.0 - 5 * i}, 15, 14), Glass(170, 214));
     canvas.Fill({{430, 120}, {520, 106}, {520, 74}, {450, 74}}, Shaded(livery.body, 70, 122));
@@ -212,8 +206,7 @@ void DrawHeavyProp(Canvas& canvas, const Livery& livery) {
     for (int i = 0; i < 10; ++i)
         canvas.Fill(Ellipse({330.0 + 46 * i, 170}, 13, 15), Glass(156, 186));
     canvas.Fill(Smooth({{826, 148}, {862, 150}, {904, 182}, {850, 184}, {822, 180}}), Glass(146, 186));
-    canvas.Fill(Smooth({{30, 166}, {180, 160}, {214, 170}, {180, 182}, {40, 180}}),
-                Shaded(livery.body, 160, 184));
+    canvas.Fill(Smooth({{30, 166}, {180, 160}, {214, 170}, {180, 182}, {40, 180}}), Shaded(livery.body, 160, 184));
     Wheel(canvas, {560, 346}, 28, {552, 262});
     Wheel(canvas, {860, 330}, 22, {850, 252});
     canvas.Fill(Smooth({{420, 236}, {560, 214}, {700, 222}, {726, 240}, {690, 254}, {440, 254}}),
@@ -240,8 +233,7 @@ void DrawJet(Canvas& canvas, const Livery& livery) {
     for (int i = 0; i < 18; ++i)
         canvas.Fill(Ellipse({280.0 + 30 * i, 176}, 6, 8), Glass(166, 188));
     canvas.Fill(Smooth({{868, 162}, {896, 166}, {922, 184}, {884, 186}}), Glass(160, 188));
-    canvas.Fill(Smooth({{20, 160}, {150, 156}, {190, 166}, {140, 176}, {30, 172}}),
-                Shaded(livery.body, 154, 178));
+    canvas.Fill(Smooth({{20, 160}, {150, 156}, {190, 166}, {140, 176}, {30, 172}}), Shaded(livery.body, 154, 178));
     canvas.Fill({{360, 254}, {560, 222}, {664, 222}, {620, 236}, {400, 262}}, Shaded(livery.body, 220, 262));
     canvas.Fill(Smooth({{470, 256}, {560, 244}, {626, 248}, {636, 268}, {620, 288}, {540, 290}, {480, 278}}),
                 Shaded(livery.stripe, 244, 290));
@@ -263,8 +255,7 @@ void DrawHelicopter(Canvas& canvas, const Livery& livery) {
                         {480, 266},
                         {430, 214}}),
                 BodyPaint(livery, 116, 284, 214, 22));
-    canvas.Fill(Smooth({{664, 134}, {740, 148}, {806, 200}, {808, 222}, {740, 226}, {668, 210}}),
-                Glass(130, 226));
+    canvas.Fill(Smooth({{664, 134}, {740, 148}, {806, 200}, {808, 222}, {740, 226}, {668, 210}}), Glass(130, 226));
     canvas.Fill(Smooth({{556, 140}, {646, 132}, {650, 208}, {560, 206}}), Glass(130, 212));
     canvas.Fill({{556, 124}, {664, 118}, {648, 84}, {580, 84}}, Shaded(livery.stripe, 84, 124));
     canvas.Line({614, 88}, {614, 62}, 10, Dark);
@@ -323,8 +314,7 @@ Canvas DrawLivery(const Livery& livery, int sheet, int size) {
     }
     if (sheet % 2 == 0)
         for (int i = 0; i < 6; ++i)
-            canvas.Fill(Ellipse({s * (0.16 + 0.13 * i), s * 0.26}, s * 0.038, s * 0.05),
-                        Glass(s * 0.2, s * 0.32));
+            canvas.Fill(Ellipse({s * (0.16 + 0.13 * i), s * 0.26}, s * 0.038, s * 0.05), Glass(s * 0.2, s * 0.32));
     else
         canvas.Fill({{s * 0.62, s * 0.08}, {s * 0.94, s * 0.08}, {s * 0.86, s * 0.30}, {s * 0.54, s * 0.30}},
                     livery.stripe);
@@ -336,8 +326,7 @@ Canvas DrawPanel(const Livery& livery, int dials, int width, int height) {
     const Color sheet = Mix(livery.body, {70, 74, 80}, 0.82);
     canvas.FillAll([&](double x, double y) {
         const Color color = Mix(sheet, Dark, y / height * 0.6);
-        return (static_cast<int>(x) * 7 + static_cast<int>(y) * 13) % 5 == 0 ? Mix(color, White, 0.03)
-                                                                             : color;
+        return (static_cast<int>(x) * 7 + static_cast<int>(y) * 13) % 5 == 0 ? Mix(color, White, 0.03) : color;
     });
     canvas.Fill(Smooth({{-40.0, 0},
                         {width * 0.5, -8},
@@ -354,12 +343,11 @@ Canvas DrawPanel(const Livery& livery, int dials, int width, int height) {
         canvas.Fill(Ellipse(center, radius, radius), Black);
         for (const Point& tick : Ellipse({0, 0}, 1, 1)) // 64 steps around the dial
             canvas.Line({center.x + tick.x * radius * 0.84, center.y + tick.y * radius * 0.84},
-                        {center.x + tick.x * radius * 0.94, center.y + tick.y * radius * 0.94}, 1.2, White,
-                        0.55);
+                        {center.x + tick.x * radius * 0.94, center.y + tick.y * radius * 0.94}, 1.2, White, 0.55);
         const Outline around = Ellipse({0, 0}, 1, 1);
         const Point& hand = around[static_cast<std::size_t>(i * 11 + 37) % around.size()];
-        canvas.Line(center, {center.x + hand.x * radius * 0.78, center.y + hand.y * radius * 0.78},
-                    radius * 0.07, livery.stripe);
+        canvas.Line(center, {center.x + hand.x * radius * 0.78, center.y + hand.y * radius * 0.78}, radius * 0.07,
+                    livery.stripe);
         canvas.Fill(Ellipse(center, radius * 0.1, radius * 0.1), White);
     }
     return canvas;

@@ -41,8 +41,8 @@ void AddMember(zip_t* zip, const std::string& name, const std::string& bytes) {
     }
     Require(index >= 0, name.c_str());
     const auto at = static_cast<zip_uint64_t>(index);
-    Require(zip_file_set_dostime(zip, at, static_cast<zip_uint16_t>(DosTime),
-                                 static_cast<zip_uint16_t>(DosDate), 0) == 0,
+    Require(zip_file_set_dostime(zip, at, static_cast<zip_uint16_t>(DosTime), static_cast<zip_uint16_t>(DosDate), 0) ==
+                0,
             "a time");
     const zip_uint32_t attributes = name.ends_with('/') ? 0x10 : 0x20; // directory, archive
     Require(zip_file_set_external_attributes(zip, at, 0, ZIP_OPSYS_DOS, attributes) == 0, "attributes");

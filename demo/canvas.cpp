@@ -31,8 +31,8 @@ Outline Smooth(const Outline& points) {
         const Point& c = points[(i + 1) % count];
         const Point& d = points[(i + 2) % count];
         const auto at = [](double p, double q, double r, double s, double t) {
-            return 0.5 * (2 * q + (r - p) * t + (2 * p - 5 * q + 4 * r - s) * t * t +
-                          (3 * q - p - 3 * r + s) * t * t * t);
+            return 0.5 *
+                   (2 * q + (r - p) * t + (2 * p - 5 * q + 4 * r - s) * t * t + (3 * q - p - 3 * r + s) * t * t * t);
         };
         for (int step = 0; step < Steps; ++step) {
             const double t = step / static_cast<double>(Steps);

@@ -54,8 +54,7 @@ void Require(const Status& status) {
 
 class Writer {
   public:
-    Writer(FileSystem& fileSystem, std::string rootDirectory)
-        : files(fileSystem), root(std::move(rootDirectory)) {}
+    Writer(FileSystem& fileSystem, std::string rootDirectory) : files(fileSystem), root(std::move(rootDirectory)) {}
 
     // With the directories on the way; ends in a backslash.
     void MakeDirectory(const std::string& relative) {
@@ -122,24 +121,25 @@ PackageFiles PellmoorP12() {
             {"Images\\Pellmoor P12.jpg", Picture(AircraftKind::LightProp, livery, Scene::Day)},
             {"Images\\Pellmoor P12 at dusk.jpg", Picture(AircraftKind::LightProp, livery, Scene::Dusk)},
             {"Documentation\\readme.txt",
-             Text("Pellmoor P12\n\nA four-seat tourer for short strips.  Unpack it, choose "
-                  "a name and\na category for it, and fly.\n")},
+             Text("Pellmoor P12\n\nA four-seat tourer for short strips.  Unpack it, choose a name and\n"
+                  "a category for it, and fly.\n")},
             {"Miscellaneous\\pellmoor_dust.fx", Effect("fx_dust.bmp")}};
 }
 
 PackageFiles PellmoorP12Floats() {
     const Livery& livery = YellowOnBlue;
-    return {{"aircraft.cfg", AircraftCfg({{"Pellmoor P12 Floats", "", "On floats"}}, "Pellmoor", "P12 F")},
-            {"PellmoorP12F.air", FlightModel("pellmoor p12 floats")},
-            {"Panel\\panel.cfg", AliasCfg("Pellmoor P12\\panel")},
-            {"Model\\model.cfg", ModelCfg("PellmoorP12F")},
-            {"Model\\PellmoorP12F.mdl", Model3D("pellmoor p12 floats")},
-            {"Texture\\p12f_fuselage.bmp", Texture8(livery, 0)},
-            {"Texture\\p12f_floats.bmp", Texture8(livery, 1)},
-            {"Sound\\sound.cfg", AliasCfg("Pellmoor P12\\sound")},
-            {"Images\\p12 floats.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Lake)},
-            {"Documentation\\readme.txt", Text("Pellmoor P12 on floats\n\nPanel and sound are those of the "
-                                               "Pellmoor P12: install that one first.\n")}};
+    return {
+        {"aircraft.cfg", AircraftCfg({{"Pellmoor P12 Floats", "", "On floats"}}, "Pellmoor", "P12 F")},
+        {"PellmoorP12F.air", FlightModel("pellmoor p12 floats")},
+        {"Panel\\panel.cfg", AliasCfg("Pellmoor P12\\panel")},
+        {"Model\\model.cfg", ModelCfg("PellmoorP12F")},
+        {"Model\\PellmoorP12F.mdl", Model3D("pellmoor p12 floats")},
+        {"Texture\\p12f_fuselage.bmp", Texture8(livery, 0)},
+        {"Texture\\p12f_floats.bmp", Texture8(livery, 1)},
+        {"Sound\\sound.cfg", AliasCfg("Pellmoor P12\\sound")},
+        {"Images\\p12 floats.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Lake)},
+        {"Documentation\\readme.txt",
+         Text("Pellmoor P12 on floats\n\nPanel and sound are those of the Pellmoor P12: install that one first.\n")}};
 }
 
 PackageFiles OrvaneCourier() {
@@ -148,8 +148,8 @@ PackageFiles OrvaneCourier() {
             {"courier.air", FlightModel("orvane courier")},
             {"courier_ref.txt", Text("Orvane Courier\n\nCruise 210 kt   Climb 140 kt   Approach 105 kt\n")},
             // Nobody has orvane_radar.gau: the cross-check has something to say.
-            {"Panel\\panel.cfg", PanelCfg("orvane_panel.bmp", {"Orvane!Airspeed", "Orvane!Compass",
-                                                               "orvane_radar", "generic.clock"})},
+            {"Panel\\panel.cfg",
+             PanelCfg("orvane_panel.bmp", {"Orvane!Airspeed", "Orvane!Compass", "orvane_radar", "generic.clock"})},
             {"Panel\\orvane_panel.bmp", PanelBitmap(livery, 12)},
             {"Gauges\\Orvane.cab", Cab("Orvane", livery)},
             {"Model\\model.cfg", ModelCfg("courier")},
@@ -163,32 +163,31 @@ PackageFiles OrvaneCourier() {
 
 PackageFiles QuillonRotor3() {
     const Livery& livery = RedOnCream;
-    return {
-        {"aircraft.cfg", AircraftCfg({{"Quillon Rotor 3", "", "Rescue"}}, "Quillon", "Rotor 3")},
-        {"quillon3.air", FlightModel("quillon rotor 3")},
-        {"quillon3_check.txt", Checklist("Quillon Rotor 3")},
-        {"Panel\\panel.cfg", PanelCfg("quillon_panel.bmp", {"Quillon!Airspeed", "Quillon!Compass",
-                                                            "quillon_torque", "generic.clock"})},
-        {"Panel\\quillon_panel.bmp", PanelBitmap(livery, 8)},
-        {"Gauges\\Quillon.cab", Cab("Quillon", livery)},
-        {"Gauges\\quillon_torque.gau", GaugeLibrary("quillon torque")},
-        {"Model\\model.cfg", ModelCfg("quillon3")},
-        {"Model\\quillon3.mdl", Model3D("quillon rotor 3")},
-        {"Texture\\quillon_cabin.bmp", Texture8(livery, 1)},
-        {"Texture\\quillon_boom.bmp", Texture8(livery, 2)},
-        {"Sound\\sound.cfg", SoundCfg("quillon_rotor")},
-        {"Sound\\quillon_rotor.wav", EngineHum(22)},
-        {"Images\\quillon by day.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Day)},
-        {"Images\\quillon at the lake.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Lake)},
-        {"Images\\quillon at dusk.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Dusk)},
-        {"Documentation\\readme.txt", Text("Quillon Rotor 3\n\nA light helicopter for mountain rescue.\n")},
-        {"Documentation\\flying the rotor 3.htm",
-         Text("<html><head><title>Flying the Rotor 3</title></head>\n<body><h1>Flying the Rotor 3</h1>\n"
-              "<p>Raise the collective slowly and keep the nose level with the cyclic.</p></body></html>\n")},
-        {"Documentation\\Handbuch f\xC3\xBCr Anf\xC3\xA4nger.txt", // für Anfänger
-         Text("Quillon Rotor 3\n\nLangsam anheben, ruhig bleiben, weiter \xFC"
-              "ben.\n")},
-        {"Miscellaneous\\quillon_dust.fx", Effect("fx_dust.bmp")}};
+    return {{"aircraft.cfg", AircraftCfg({{"Quillon Rotor 3", "", "Rescue"}}, "Quillon", "Rotor 3")},
+            {"quillon3.air", FlightModel("quillon rotor 3")},
+            {"quillon3_check.txt", Checklist("Quillon Rotor 3")},
+            {"Panel\\panel.cfg",
+             PanelCfg("quillon_panel.bmp", {"Quillon!Airspeed", "Quillon!Compass", "quillon_torque", "generic.clock"})},
+            {"Panel\\quillon_panel.bmp", PanelBitmap(livery, 8)},
+            {"Gauges\\Quillon.cab", Cab("Quillon", livery)},
+            {"Gauges\\quillon_torque.gau", GaugeLibrary("quillon torque")},
+            {"Model\\model.cfg", ModelCfg("quillon3")},
+            {"Model\\quillon3.mdl", Model3D("quillon rotor 3")},
+            {"Texture\\quillon_cabin.bmp", Texture8(livery, 1)},
+            {"Texture\\quillon_boom.bmp", Texture8(livery, 2)},
+            {"Sound\\sound.cfg", SoundCfg("quillon_rotor")},
+            {"Sound\\quillon_rotor.wav", EngineHum(22)},
+            {"Images\\quillon by day.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Day)},
+            {"Images\\quillon at the lake.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Lake)},
+            {"Images\\quillon at dusk.jpg", Picture(AircraftKind::Helicopter, livery, Scene::Dusk)},
+            {"Documentation\\readme.txt", Text("Quillon Rotor 3\n\nA light helicopter for mountain rescue.\n")},
+            {"Documentation\\flying the rotor 3.htm",
+             Text("<html><head><title>Flying the Rotor 3</title></head>\n<body><h1>Flying the Rotor 3</h1>\n"
+                  "<p>Raise the collective slowly and keep the nose level with the cyclic.</p></body></html>\n")},
+            {"Documentation\\Handbuch f\xC3\xBCr Anf\xC3\xA4nger.txt", // für Anfänger
+             Text("Quillon Rotor 3\n\nLangsam anheben, ruhig bleiben, weiter \xFC"
+                  "ben.\n")},
+            {"Miscellaneous\\quillon_dust.fx", Effect("fx_dust.bmp")}};
 }
 
 // ---- the simulator
@@ -203,39 +202,34 @@ struct StockAircraft {
 void PutStockAircraft(Writer& writer, const StockAircraft& aircraft, const std::string& panelCfg) {
     const std::string directory = SimDirectory + ("aircraft\\" + aircraft.directory) + "\\";
     const std::string title = aircraft.maker + " " + aircraft.type;
-    writer.PutAll(
-        directory,
-        {{"aircraft.cfg", AircraftCfg({{title, "", "House colours"}, {title + " Night", "2", "Night mail"}},
-                                      aircraft.maker, aircraft.type)},
-         {aircraft.directory + ".air", FlightModel(aircraft.directory)},
-         {aircraft.directory + "_check.txt", Checklist(title)},
-         {"model\\model.cfg", ModelCfg(aircraft.directory)},
-         {"model\\" + aircraft.directory + ".mdl", Model3D(aircraft.directory)},
-         {"panel\\panel.cfg", panelCfg},
-         {"sound\\sound.cfg", SoundCfg(aircraft.wave)},
-         {"sound\\" + aircraft.wave + ".wav", EngineHum(aircraft.turns)},
-         {"texture\\" + aircraft.directory + "_1.bmp", Texture8(aircraft.livery, 0)},
-         {"texture.2\\" + aircraft.directory + "_1.bmp", Texture8(YellowOnBlue, 0)}});
+    writer.PutAll(directory,
+                  {{"aircraft.cfg", AircraftCfg({{title, "", "House colours"}, {title + " Night", "2", "Night mail"}},
+                                                aircraft.maker, aircraft.type)},
+                   {aircraft.directory + ".air", FlightModel(aircraft.directory)},
+                   {aircraft.directory + "_check.txt", Checklist(title)},
+                   {"model\\model.cfg", ModelCfg(aircraft.directory)},
+                   {"model\\" + aircraft.directory + ".mdl", Model3D(aircraft.directory)},
+                   {"panel\\panel.cfg", panelCfg},
+                   {"sound\\sound.cfg", SoundCfg(aircraft.wave)},
+                   {"sound\\" + aircraft.wave + ".wav", EngineHum(aircraft.turns)},
+                   {"texture\\" + aircraft.directory + "_1.bmp", Texture8(aircraft.livery, 0)},
+                   {"texture.2\\" + aircraft.directory + "_1.bmp", Texture8(YellowOnBlue, 0)}});
 }
 
 void PutSimulator(Writer& writer) {
     const std::string sim = SimDirectory;
     writer.BeginDay(1, 15);
     writer.Put(sim + "fs2002.exe", StandInProgram());
-    writer.Put(sim + "readme.txt",
-               Text("A stand-in for a flight simulator, just large enough to try Korvadex on.\n"));
-    PutStockAircraft(
-        writer, {"Velmora190", "Velmora", "190", "velmora_engine", AircraftKind::LightProp, BlueOnWhite, 40},
-        PanelCfg("velmora_panel.bmp", {"Velmora!Airspeed", "Velmora!Compass", "generic.clock"}));
+    writer.Put(sim + "readme.txt", Text("A stand-in for a flight simulator, just large enough to try Korvadex on.\n"));
+    PutStockAircraft(writer,
+                     {"Velmora190", "Velmora", "190", "velmora_engine", AircraftKind::LightProp, BlueOnWhite, 40},
+                     PanelCfg("velmora_panel.bmp", {"Velmora!Airspeed", "Velmora!Compass", "generic.clock"}));
     writer.Put(sim + "aircraft\\Velmora190\\panel\\velmora_panel.bmp", PanelBitmap(BlueOnWhite, 6));
     PutStockAircraft(
-        writer,
-        {"Brannock40", "Brannock", "Twin 40", "brannock_twin", AircraftKind::HeavyProp, RedOnCream, 34},
-        PanelCfg("brannock_panel.bmp",
-                 {"Brannock!Airspeed", "Brannock!Compass", "Brannock_Fuel", "generic.clock"}));
+        writer, {"Brannock40", "Brannock", "Twin 40", "brannock_twin", AircraftKind::HeavyProp, RedOnCream, 34},
+        PanelCfg("brannock_panel.bmp", {"Brannock!Airspeed", "Brannock!Compass", "Brannock_Fuel", "generic.clock"}));
     writer.Put(sim + "aircraft\\Brannock40\\panel\\brannock_panel.bmp", PanelBitmap(RedOnCream, 10));
-    PutStockAircraft(writer,
-                     {"Halden7", "Halden", "Jetliner 7", "halden_fan", AircraftKind::Jet, GreenOnWhite, 90},
+    PutStockAircraft(writer, {"Halden7", "Halden", "Jetliner 7", "halden_fan", AircraftKind::Jet, GreenOnWhite, 90},
                      AliasCfg("Brannock40\\panel"));
 
     writer.Put(sim + "gauges\\Velmora.cab", Cab("Velmora", BlueOnWhite));
@@ -268,83 +262,77 @@ void InstallInSimulator(Writer& writer, const std::string& packageDirectory, con
 
 Members Taymere60() {
     const Livery& livery = OrangeOnSilver;
-    return {
-        {"Gr\xC3\xBC\xC3\x9F"
-         "e vom Autor.txt",
-         Text("Viel Spa\xDF mit der Taymere 60!\n")},
-        {"Taymere 60.jpg", Picture(AircraftKind::LightProp, livery, Scene::Day)},
-        {"Effects/taymere_smoke.fx", Effect("fx_smoke.bmp")},
-        {"Gauges/Taymere.cab", Cab("Taymere", livery)},
-        {"Gauges/Taymere_ASI.gau", GaugeLibrary("taymere asi")},
-        {"Taymere 60/aircraft.cfg", AircraftCfg({{"Taymere 60", "", "Orange on silver"}}, "Taymere", "60")},
-        {"Taymere 60/Taymere60.AIR", FlightModel("taymere 60")},
-        {"Taymere 60/taymere60_check.txt", Checklist("Taymere 60")},
-        {"Taymere 60/Model/model.cfg", ModelCfg("Taymere60")},
-        {"Taymere 60/Model/Taymere60.mdl", Model3D("taymere 60")},
-        {"Taymere 60/Panel/panel.cfg", PanelCfg("Taymere_Panel.bmp", {"Taymere!Airspeed", "Taymere!Compass",
-                                                                      "Taymere_ASI", "generic.clock"})},
-        {"Taymere 60/Panel/Taymere_Panel.bmp", PanelBitmap(livery, 8)},
-        {"Taymere 60/Sound/sound.cfg", SoundCfg("Taymere hum")},
-        {"Taymere 60/Sound/Taymere hum.wav", EngineHum(42)},
-        {"Taymere 60/Sound/taymere_horn.wav", WarningHorn()},
-        {"Taymere 60/Texture/taymere_fuselage.bmp", Texture8(livery, 0)},
-        {"Taymere 60/Texture/Taymere_Wing.BMP", Texture24(livery, 1)}};
+    return {{"Gr\xC3\xBC\xC3\x9F"
+             "e vom Autor.txt",
+             Text("Viel Spa\xDF mit der Taymere 60!\n")},
+            {"Taymere 60.jpg", Picture(AircraftKind::LightProp, livery, Scene::Day)},
+            {"Effects/taymere_smoke.fx", Effect("fx_smoke.bmp")},
+            {"Gauges/Taymere.cab", Cab("Taymere", livery)},
+            {"Gauges/Taymere_ASI.gau", GaugeLibrary("taymere asi")},
+            {"Taymere 60/aircraft.cfg", AircraftCfg({{"Taymere 60", "", "Orange on silver"}}, "Taymere", "60")},
+            {"Taymere 60/Taymere60.AIR", FlightModel("taymere 60")},
+            {"Taymere 60/taymere60_check.txt", Checklist("Taymere 60")},
+            {"Taymere 60/Model/model.cfg", ModelCfg("Taymere60")},
+            {"Taymere 60/Model/Taymere60.mdl", Model3D("taymere 60")},
+            {"Taymere 60/Panel/panel.cfg",
+             PanelCfg("Taymere_Panel.bmp", {"Taymere!Airspeed", "Taymere!Compass", "Taymere_ASI", "generic.clock"})},
+            {"Taymere 60/Panel/Taymere_Panel.bmp", PanelBitmap(livery, 8)},
+            {"Taymere 60/Sound/sound.cfg", SoundCfg("Taymere hum")},
+            {"Taymere 60/Sound/Taymere hum.wav", EngineHum(42)},
+            {"Taymere 60/Sound/taymere_horn.wav", WarningHorn()},
+            {"Taymere 60/Texture/taymere_fuselage.bmp", Texture8(livery, 0)},
+            {"Taymere 60/Texture/Taymere_Wing.BMP", Texture24(livery, 1)}};
 }
 
 Members SkerrowAmphibian() {
     const Livery& livery = YellowOnBlue;
     const std::string inner = ZipArchive(
-        {{"Read Me.txt",
-          Text("Panel for the Skerrow Amphibian.  It belongs into the aircraft's panel directory.\n")},
+        {{"Read Me.txt", Text("Panel for the Skerrow Amphibian.  It belongs into the aircraft's panel directory.\n")},
          {"gauges/", ""},
          {"gauges/Skerrow.cab", Cab("Skerrow", livery)},
          {"gauges/skerrow_water.gau", GaugeLibrary("skerrow water")},
          {"panel/", ""},
-         {"panel/panel.cfg",
-          PanelCfg("skerrow_main.bmp", {"Skerrow!Airspeed", "Skerrow!Compass", "skerrow_water"})},
+         {"panel/panel.cfg", PanelCfg("skerrow_main.bmp", {"Skerrow!Airspeed", "Skerrow!Compass", "skerrow_water"})},
          {"panel/skerrow_main.bmp", PanelBitmap(livery, 6)}});
     const std::string directory = "FS2002/aircraft/Skerrow/";
-    return {
-        {"Read Me.txt", Text("Skerrow Amphibian, version 2\n\nThe panel comes as an archive of its own.\n")},
-        {"skerrow.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Day)},
-        {"skerrow on the lake.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Lake)},
-        {InnerArchive, inner},
-        {directory, ""},
-        {directory + "aircraft.cfg",
-         AircraftCfg({{"Skerrow Amphibian", "", "Lake"}}, "Skerrow", "Amphibian")},
-        {directory + "skerrow.air", FlightModel("skerrow")},
-        {directory + "model/", ""},
-        {directory + "model/model.cfg", ModelCfg("skerrow")},
-        {directory + "model/skerrow.mdl", Model3D("skerrow")},
-        {directory + "sound/", ""},
-        {directory + "sound/sound.cfg", SoundCfg("skerrow_engine")},
-        {directory + "sound/skerrow_engine.wav", EngineHum(36)},
-        {directory + "texture/", ""},
-        {directory + "texture/skerrow_hull.bmp", Texture8(livery, 0)},
-        {directory + "texture/skerrow_wing.bmp", Texture8(livery, 1)}};
+    return {{"Read Me.txt", Text("Skerrow Amphibian, version 2\n\nThe panel comes as an archive of its own.\n")},
+            {"skerrow.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Day)},
+            {"skerrow on the lake.jpg", Picture(AircraftKind::Amphibian, livery, Scene::Lake)},
+            {InnerArchive, inner},
+            {directory, ""},
+            {directory + "aircraft.cfg", AircraftCfg({{"Skerrow Amphibian", "", "Lake"}}, "Skerrow", "Amphibian")},
+            {directory + "skerrow.air", FlightModel("skerrow")},
+            {directory + "model/", ""},
+            {directory + "model/model.cfg", ModelCfg("skerrow")},
+            {directory + "model/skerrow.mdl", Model3D("skerrow")},
+            {directory + "sound/", ""},
+            {directory + "sound/sound.cfg", SoundCfg("skerrow_engine")},
+            {directory + "sound/skerrow_engine.wav", EngineHum(36)},
+            {directory + "texture/", ""},
+            {directory + "texture/skerrow_hull.bmp", Texture8(livery, 0)},
+            {directory + "texture/skerrow_wing.bmp", Texture8(livery, 1)}};
 }
 
 Members Brindle8() {
-    return {
-        {"brindle8_blue.jpg", Picture(AircraftKind::Jet, BlueOnWhite, Scene::Day)},
-        {"brindle8_red.jpg", Picture(AircraftKind::Jet, RedOnCream, Scene::Dusk)},
-        {"brindle8.htm",
-         Text("<html><body><h1>Brindle 8</h1>\n<p>One jet, two liveries: blue and red.</p></body></html>\n")},
-        {"Brindle8/aircraft.cfg",
-         AircraftCfg({{FirstLivery, "", "Blue"}, {SecondLivery, "red", "Red"}}, "Brindle", "8")},
-        {"Brindle8/brindle8.air", FlightModel("brindle 8")},
-        {"Brindle8/gauges/Brindle.cab", Cab("Brindle", BlueOnWhite)},
-        {"Brindle8/model/model.cfg", ModelCfg("brindle8")},
-        {"Brindle8/model/brindle8.mdl", Model3D("brindle 8")},
-        {"Brindle8/panel/panel.cfg", PanelCfg("brindle8_panel.bmp", {"Brindle!Airspeed", "Brindle!Compass",
-                                                                     "brindle_radar", "generic.clock"})},
-        {"Brindle8/panel/brindle8_panel.bmp", PanelBitmap(BlueOnWhite, 12)},
-        {"Brindle8/sound/sound.cfg", SoundCfg("brindle8_turbine")},
-        {"Brindle8/sound/brindle8_turbine.wav", EngineHum(96)},
-        {"Brindle8/texture/brindle8_fuselage.bmp", Texture8(BlueOnWhite, 0)},
-        {"Brindle8/texture/brindle8_tail.bmp", Texture8(BlueOnWhite, 1)},
-        {"Brindle8/texture.red/brindle8_fuselage.bmp", Texture8(RedOnCream, 0)},
-        {"Brindle8/texture.red/brindle8_tail.bmp", Texture8(RedOnCream, 1)}};
+    return {{"brindle8_blue.jpg", Picture(AircraftKind::Jet, BlueOnWhite, Scene::Day)},
+            {"brindle8_red.jpg", Picture(AircraftKind::Jet, RedOnCream, Scene::Dusk)},
+            {"brindle8.htm",
+             Text("<html><body><h1>Brindle 8</h1>\n<p>One jet, two liveries: blue and red.</p></body></html>\n")},
+            {"Brindle8/aircraft.cfg",
+             AircraftCfg({{FirstLivery, "", "Blue"}, {SecondLivery, "red", "Red"}}, "Brindle", "8")},
+            {"Brindle8/brindle8.air", FlightModel("brindle 8")},
+            {"Brindle8/gauges/Brindle.cab", Cab("Brindle", BlueOnWhite)},
+            {"Brindle8/model/model.cfg", ModelCfg("brindle8")},
+            {"Brindle8/model/brindle8.mdl", Model3D("brindle 8")},
+            {"Brindle8/panel/panel.cfg",
+             PanelCfg("brindle8_panel.bmp", {"Brindle!Airspeed", "Brindle!Compass", "brindle_radar", "generic.clock"})},
+            {"Brindle8/panel/brindle8_panel.bmp", PanelBitmap(BlueOnWhite, 12)},
+            {"Brindle8/sound/sound.cfg", SoundCfg("brindle8_turbine")},
+            {"Brindle8/sound/brindle8_turbine.wav", EngineHum(96)},
+            {"Brindle8/texture/brindle8_fuselage.bmp", Texture8(BlueOnWhite, 0)},
+            {"Brindle8/texture/brindle8_tail.bmp", Texture8(BlueOnWhite, 1)},
+            {"Brindle8/texture.red/brindle8_fuselage.bmp", Texture8(RedOnCream, 0)},
+            {"Brindle8/texture.red/brindle8_tail.bmp", Texture8(RedOnCream, 1)}};
 }
 
 // ---- settings
@@ -353,8 +341,8 @@ std::string SettingsFile(const std::string& root) {
     const auto bytes =
         JoinLines({std::string("ALTLOCATION0=") + ProfileName, "ALTSTAGINGDIR0=" + root + StagingDirectory,
                    "ALTHANGARDIR0=" + root + HangarDirectory, "ALTMSFSDIR0=" + root + SimDirectory,
-                   std::string("ALTFIRSTPACKAGE0=") + LightPropsCategory + "\\" + CompletePackage,
-                   "LOCATIONLAST=0", "LOCATIONLASTZIP=" + root + DownloadsDirectory});
+                   std::string("ALTFIRSTPACKAGE0=") + LightPropsCategory + "\\" + CompletePackage, "LOCATIONLAST=0",
+                   "LOCATIONLASTZIP=" + root + DownloadsDirectory});
     if (!bytes)
         throw std::runtime_error(root + ": the code page has no byte for a character of this path");
     return *bytes;
@@ -363,10 +351,10 @@ std::string SettingsFile(const std::string& root) {
 void PutHangar(Writer& writer) {
     const std::string hangar = HangarDirectory;
     for (const char* category :
-         {"Aircraft - Heavy Jets", "Aircraft - Heavy Props", "Aircraft - Light Jets",
-          "Aircraft - Light Props", "Aircraft - Helicopters", "Aircraft - Military", "Panels - Heavy Jets",
-          "Panels - Light Jets", "Panels - Heavy Props", "Panels - Light Props", "Sounds - Heavy Jets",
-          "Sounds - Light Jets", "Sounds - Heavy Props", "Sounds - Light Props"})
+         {"Aircraft - Heavy Jets", "Aircraft - Heavy Props", "Aircraft - Light Jets", "Aircraft - Light Props",
+          "Aircraft - Helicopters", "Aircraft - Military", "Panels - Heavy Jets", "Panels - Light Jets",
+          "Panels - Heavy Props", "Panels - Light Props", "Sounds - Heavy Jets", "Sounds - Light Jets",
+          "Sounds - Heavy Props", "Sounds - Light Props"})
         writer.MakeDirectory(hangar + category + "\\");
     const auto directoryOf = [&](const char* category, const char* package) {
         return hangar + category + "\\" + package + "\\";

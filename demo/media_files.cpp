@@ -21,8 +21,7 @@ void PutBig16(std::string& bytes, unsigned value) {
 // ---- bitmaps
 
 std::string BitmapHeaders(const Canvas& picture, unsigned bits, unsigned colors, std::size_t rowLength) {
-    const auto pixelBytes =
-        static_cast<std::uint32_t>(rowLength * static_cast<std::size_t>(picture.Height()));
+    const auto pixelBytes = static_cast<std::uint32_t>(rowLength * static_cast<std::size_t>(picture.Height()));
     const std::uint32_t start = 14 + 40 + 4 * colors;
     std::string bytes = "BM";
     PutLittle(bytes, start + pixelBytes, 4);
@@ -55,19 +54,19 @@ unsigned Dither(std::uint8_t value, unsigned levels, int x, int y) {
 
 // ---- JPEG
 
-constexpr std::array<std::uint8_t, 64> ZigZag = {
-    0,  1,  8,  16, 9,  2,  3,  10, 17, 24, 32, 25, 18, 11, 4,  5,  12, 19, 26, 33, 40, 48,
-    41, 34, 27, 20, 13, 6,  7,  14, 21, 28, 35, 42, 49, 56, 57, 50, 43, 36, 29, 22, 15, 23,
-    30, 37, 44, 51, 58, 59, 52, 45, 38, 31, 39, 46, 53, 60, 61, 54, 47, 55, 62, 63};
+constexpr std::array<std::uint8_t, 64> ZigZag = {0,  1,  8,  16, 9,  2,  3,  10, 17, 24, 32, 25, 18, 11, 4,  5,
+                                                 12, 19, 26, 33, 40, 48, 41, 34, 27, 20, 13, 6,  7,  14, 21, 28,
+                                                 35, 42, 49, 56, 57, 50, 43, 36, 29, 22, 15, 23, 30, 37, 44, 51,
+                                                 58, 59, 52, 45, 38, 31, 39, 46, 53, 60, 61, 54, 47, 55, 62, 63};
 
 constexpr std::array<std::uint8_t, 64> LumaSteps = {
     16, 11,  10,  16, 24, 40, 51, 61, 12,  12,  14,  19,  26, 58, 60, 55,  14,  13,  16,  24, 40, 57,
     69, 56,  14,  17, 22, 29, 51, 87, 80,  62,  18,  22,  37, 56, 68, 109, 103, 77,  24,  35, 55, 64,
     81, 104, 113, 92, 49, 64, 78, 87, 103, 121, 120, 101, 72, 92, 95, 98,  112, 100, 103, 99};
-constexpr std::array<std::uint8_t, 64> ChromaSteps = {
-    17, 18, 24, 47, 99, 99, 99, 99, 18, 21, 26, 66, 99, 99, 99, 99, 24, 26, 56, 99, 99, 99,
-    99, 99, 47, 66, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99,
-    99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99};
+constexpr std::array<std::uint8_t, 64> ChromaSteps = {17, 18, 24, 47, 99, 99, 99, 99, 18, 21, 26, 66, 99, 99, 99, 99,
+                                                      24, 26, 56, 99, 99, 99, 99, 99, 47, 66, 99, 99, 99, 99, 99, 99,
+                                                      99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99,
+                                                      99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99};
 
 // cos(k pi / 16) for k = 0..7, times 2^12.
 constexpr std::array<std::int32_t, 8> Cosine = {4096, 4017, 3784, 3406, 2896, 2276, 1567, 799};
@@ -76,8 +75,7 @@ constexpr std::int32_t CosineOf(int k) {
     k %= 32;
     if (k > 16)
         k = 32 - k;
-    return k < 8 ? Cosine[static_cast<std::size_t>(k)]
-                 : (k == 8 ? 0 : -Cosine[static_cast<std::size_t>(16 - k)]);
+    return k < 8 ? Cosine[static_cast<std::size_t>(k)] : (k == 8 ? 0 : -Cosine[static_cast<std::size_t>(16 - k)]);
 }
 
 // A code table: how many codes there are of each length from 1 to 16 bits, and the symbols in their order.
@@ -118,8 +116,7 @@ CodeTable AcTable() {
             weighed.emplace_back(run + 3 * (size - 1), static_cast<std::uint8_t>(run << 4 | size));
     weighed.emplace_back(-1, std::uint8_t{0x00});
     weighed.emplace_back(12, std::uint8_t{0xF0});
-    std::stable_sort(weighed.begin(), weighed.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::stable_sort(weighed.begin(), weighed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     // 162 symbols; no code may consist of ones alone, which the room left in the last length sees to.
     table.counts = {0, 1, 2, 3, 3, 4, 5, 6, 8, 0, 130, 0, 0, 0, 0, 0};
     for (const auto& entry : weighed)

@@ -73,8 +73,7 @@ std::string Objection(const ConfigText& config, const InfoField& field, const st
         return "The " + name + " has a line break or another character that cannot be kept in one line.";
     if (const std::string letter = FirstForeignLetter(config, text); !letter.empty())
         return "The " + name + " has a character that cannot be kept in aircraft.cfg:  " + letter;
-    if (std::string back = text;
-        field.hasLines && EscapeConfigText(EscapeConfigText(back, false), true) != text)
+    if (std::string back = text; field.hasLines && EscapeConfigText(EscapeConfigText(back, false), true) != text)
         return "The " + name +
                " has a \\ before one of n, t, s and /.  In aircraft.cfg these two stand for something else.";
     return "";
@@ -118,8 +117,8 @@ class InfoEditor {
         const ConfigInfo now = ReadAircraftInfo(*before);
         if (now.hasConfiguration != opened.hasConfiguration || !before->IsText())
             return Refuse("The sections of " + path +
-                          " were changed by another program.  Nothing was written.  Please choose "
-                          "'Cancel' and open this window again.");
+                          " were changed by another program.  Nothing was written.  "
+                          "Please choose 'Cancel' and open this window again.");
         if (now.info != opened.info &&
             !context.user.AskYesNo("This information was changed by another program in " + path +
                                    ".  Do you want to replace it with what you have entered?"))
@@ -146,9 +145,10 @@ class InfoEditor {
         if (bytes == before.Bytes())
             return true;
         const Status status = RewriteBytes(context.files, context.locations, path, bytes);
-        return status || Refuse("The file " + path + " could not be written (" + DescribeFault(status.fault) +
-                                ").  It was left as it is.  Please make sure that it can be written and that "
-                                "the disk has room, and choose 'Apply' again.");
+        return status ||
+               Refuse("The file " + path + " could not be written (" + DescribeFault(status.fault) +
+                      ").  It was left as it is.  "
+                      "Please make sure that it can be written and that the disk has room, and choose 'Apply' again.");
     }
 
     bool Refuse(const std::string& text) {
@@ -163,8 +163,7 @@ class InfoEditor {
 };
 
 bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
-                .empty();
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
 }
 
 } // namespace
@@ -174,8 +173,7 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
     if (!context.files.Info(context.locations.MsfsDir + "fs2002.exe"))
         return tell("This information is for FS2002 only.");
     if (package.isChoiceOpen)
-        return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please "
-                    "press F5.");
+        return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
     const std::string path = package.FindComponentFile("aircraft.cfg");
     if (path.empty() || package.aircraftCfg.text.lines.empty())
         return tell("Aircraft configuration file not found.");
@@ -184,13 +182,13 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
         return tell("The file " + path + " could not be read (" + DescribeFault(text.fault()) + ").");
     if (!text->IsText())
         return tell("The file " + path +
-                    " is no plain text, so it cannot be changed here.  Please open it in an editor and save "
-                    "it as plain text (ANSI).");
+                    " is no plain text, so it cannot be changed here.  "
+                    "Please open it in an editor and save it as plain text (ANSI).");
     if (!package.isStaging && IsInstalled(context))
-        context.user.Tell("This package is currently installed in Flight Simulator.  Any changes to this "
-                          "information will not have an effect until the package is reinstalled with "
-                          "Korvadex.",
-                          MessageIcon::Information);
+        context.user.Tell(
+            "This package is currently installed in Flight Simulator.  "
+            "Any changes to this information will not have an effect until the package is reinstalled with Korvadex.",
+            MessageIcon::Information);
     const std::string name = package.isStaging ? "Staging" : CurrentPackageName(context.window);
     InfoEditor editor(context, name + "  -  " + package.aircraftTitle, path, ReadAircraftInfo(*text));
     context.user.ShowInfo(editor.Form());

@@ -12,8 +12,7 @@ namespace {
 // Goes down from the Hangar, or from a category, one level at a time.
 class GalleryWalk {
   public:
-    GalleryWalk(const FileSystem& fileSystem, const WalkLimits& walkLimits)
-        : files(fileSystem), limits(walkLimits) {}
+    GalleryWalk(const FileSystem& fileSystem, const WalkLimits& walkLimits) : files(fileSystem), limits(walkLimits) {}
 
     void AddHangar(const std::string& directory) {
         for (const auto& category : Level(directory))
@@ -54,8 +53,8 @@ class GalleryWalk {
 
 } // namespace
 
-Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations,
-                             const std::string& directory, const WalkLimits& limits) {
+Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations, const std::string& directory,
+                             const WalkLimits& limits) {
     GalleryWalk walk(files, limits);
     if (EqualNoCase(directory, locations.HangarDir))
         walk.AddHangar(directory);

@@ -22,8 +22,8 @@ struct Gallery {
 
 // The pictures of every package below the Hangar or a category directory (which ends in a backslash), package by
 // package.
-Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations,
-                             const std::string& directory, const WalkLimits& limits);
+Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations, const std::string& directory,
+                             const WalkLimits& limits);
 
 // What the gallery leaves out and why, in one sentence; "" when it is whole.
 std::string DescribeGaps(const Gallery& gallery, const WalkLimits& limits);

@@ -205,8 +205,7 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
 } // namespace
 
 std::string& EscapeConfigText(std::string& text, bool decode) {
-    constexpr std::pair<std::string_view, std::string_view> marks[] = {
-        {"\\n", "\r\n"}, {"\\t", "\t"}, {"\\s", ";"}};
+    constexpr std::pair<std::string_view, std::string_view> marks[] = {{"\\n", "\r\n"}, {"\\t", "\t"}, {"\\s", ";"}};
     for (const auto& [inFile, inDialog] : marks)
         ReplaceAll(text, decode ? inFile : inDialog, decode ? inDialog : inFile);
     if (decode) {

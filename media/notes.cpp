@@ -61,10 +61,10 @@ void CreateNotes(CommandContext& context, const LoadedPackage& package) {
     const std::string directory = ShownDirectory(context, package) + "Documentation";
     const std::string path = directory + "\\" + std::string(NotesName);
     if (const Status status = MakeNotes(context.files, directory, path); !status) {
-        context.user.Tell("The notes file " + path + " could not be created (" + DescribeFault(status.fault) +
-                              ").  Please make sure that the directory can be written and that the disk has "
-                              "room, and try again.",
-                          MessageIcon::Exclamation);
+        context.user.Tell(
+            "The notes file " + path + " could not be created (" + DescribeFault(status.fault) +
+                ").  Please make sure that the directory can be written and that the disk has room, and try again.",
+            MessageIcon::Exclamation);
         return;
     }
     OpenInEditor(context, path);
@@ -96,9 +96,9 @@ void ExplorePackage(CommandContext& context, const LoadedPackage& package) {
     if (!package.isStaging && !name.empty() &&
         !FindSimAircraftDirectory(context.files, context.locations, name).empty())
         context.user.Tell(
-            "WARNING:  This package is currently installed in MSFS.  Any manual changes to this "
-            "package may prevent unused gauges from being removed when you choose to remove "
-            "the package from MSFS.",
+            "WARNING:  This package is currently installed in MSFS.  "
+            "Any manual changes to this package may prevent unused gauges from being removed when you choose to "
+            "remove the package from MSFS.",
             MessageIcon::Exclamation);
     OpenInFileManager(context, ShownDirectory(context, package));
 }

@@ -52,15 +52,12 @@ class PictureImport {
 
     void AddFile(PictureConverter& converter, const std::string& path);
     void AddBytes(const std::string& subject, const std::string& base, const std::string& jpeg);
-    void Refuse(const std::string& subject, const std::string& reason) {
-        failures.push_back(subject + ": " + reason);
-    }
+    void Refuse(const std::string& subject, const std::string& reason) { failures.push_back(subject + ": " + reason); }
     std::vector<std::string> Finish();
 
   private:
     using Write = std::function<Status(const std::string& path)>;
-    void Add(const std::string& subject, const std::string& base, const std::string& extension,
-             const Write& write);
+    void Add(const std::string& subject, const std::string& base, const std::string& extension, const Write& write);
     void FlushImported();
     Result<std::string> Place(const std::string& base, const std::string& extension, const Write& write);
     Status MakeDirectory();
@@ -86,8 +83,7 @@ Status PictureImport::MakeDirectory() {
     return {info && info->kind == EntryKind::Link ? FileFault::IsLink : FileFault::Exists, directory, 0};
 }
 
-Result<std::string> PictureImport::Place(const std::string& base, const std::string& extension,
-                                         const Write& write) {
+Result<std::string> PictureImport::Place(const std::string& base, const std::string& extension, const Write& write) {
     if (Status status = MakeDirectory(); !status)
         return status;
     const auto scratch = MakeScratchName(files, context.locations, directory + "picture" + extension);
@@ -140,8 +136,8 @@ void PictureImport::FlushImported() {
             unsure.push_back(flushed.path + ": " + DescribeFault(flushed.fault));
     }
     if (!unsure.empty())
-        context.user.Tell("Not all that was imported could be written to the disk:\r\n\r\n" +
-                              ListNames(unsure) + "\r\n\r\nPlease import it again when that is settled.",
+        context.user.Tell("Not all that was imported could be written to the disk:\r\n\r\n" + ListNames(unsure) +
+                              "\r\n\r\nPlease import it again when that is settled.",
                           MessageIcon::Exclamation);
 }
 

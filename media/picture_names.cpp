@@ -32,9 +32,8 @@ std::string PictureNames::Free(std::string base, const std::string& extension) c
             return name;
 }
 
-Result<std::string> PictureNames::Move(FileSystem& files, const std::string& from,
-                                       const std::string& directory, const std::string& base,
-                                       const std::string& extension) {
+Result<std::string> PictureNames::Move(FileSystem& files, const std::string& from, const std::string& directory,
+                                       const std::string& base, const std::string& extension) {
     while (true) {
         const auto name = Free(base, extension);
         Status status = files.Rename(from, directory + name);

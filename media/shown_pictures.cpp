@@ -50,16 +50,16 @@ bool DeleteImage(CommandContext& context, const std::string& path) {
         return false;
     if (const auto now = context.files.Info(path); now && (!asked || *now != *asked)) {
         context.user.Tell("The picture " + path +
-                              " was changed by another program meanwhile.  It was not deleted.  Please look "
-                              "at it and delete it again.",
+                              " was changed by another program meanwhile.  It was not deleted.  "
+                              "Please look at it and delete it again.",
                           MessageIcon::Exclamation);
         return true;
     }
     static_cast<void>(context.files.ClearAttributes(path));
     const Status status = context.files.Delete(path);
     if (!status && status.fault != FileFault::NotFound)
-        context.user.Tell("The picture " + path + " could not be deleted because " +
-                              DescribeFault(status.fault) + ".  Please try again when that is settled.",
+        context.user.Tell("The picture " + path + " could not be deleted because " + DescribeFault(status.fault) +
+                              ".  Please try again when that is settled.",
                           MessageIcon::Exclamation);
     return true;
 }

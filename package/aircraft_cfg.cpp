@@ -82,11 +82,10 @@ Status Write(CommandContext& context, const AircraftCfg& cfg, const ConfigText& 
 }
 
 void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const Status& status) {
-    context.user.Tell(
-        "The file " + cfg.path + " could not be written (" + DescribeFault(status.fault) +
-            ").  It was left as it is.  Please make sure that it can be written and that the disk has "
-            "room, and show Staging again.",
-        MessageIcon::Exclamation);
+    context.user.Tell("The file " + cfg.path + " could not be written (" + DescribeFault(status.fault) +
+                          ").  It was left as it is.  "
+                          "Please make sure that it can be written and that the disk has room, and show Staging again.",
+                      MessageIcon::Exclamation);
 }
 
 // Which directories belong to which configuration can be told from a whole listing only.
@@ -97,8 +96,8 @@ bool CanReduce(CommandContext& context, const AircraftCfg& cfg, const Tree& tree
                                    ? "The directory " + tree.unreadable.front() + " could not be read."
                                    : "";
     if (!reason.empty())
-        context.user.Tell("The configurations of " + cfg.path +
-                              " cannot be told apart.  Nothing was changed.\r\n\r\n" + reason,
+        context.user.Tell("The configurations of " + cfg.path + " cannot be told apart.  Nothing was changed.\r\n\r\n" +
+                              reason,
                           MessageIcon::Exclamation);
     return reason.empty();
 }
@@ -158,8 +157,7 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
     std::size_t chosen = 0;
     Tree now = tree;
     if (asks) {
-        const auto picked =
-            context.user.ChooseConfiguration(ConfigurationRows(tree, cfg.path, configurations));
+        const auto picked = context.user.ChooseConfiguration(ConfigurationRows(tree, cfg.path, configurations));
         if (!picked)
             return std::nullopt;
         chosen = static_cast<std::size_t>(*picked);
@@ -167,8 +165,7 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
         if (ReadAircraftCfg(context.files, cfg.path).text.Bytes() != cfg.text.Bytes()) {
             context.user.Tell(
                 "The file " + cfg.path +
-                    " was changed by another program.  Nothing was changed here.  Please press F5 and "
-                    "choose again.",
+                    " was changed by another program.  Nothing was changed here.  Please press F5 and choose again.",
                 MessageIcon::Exclamation);
             return std::nullopt;
         }
@@ -194,8 +191,7 @@ std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, co
 }
 
 bool HasTitle(const AircraftCfg& cfg) {
-    return std::ranges::any_of(cfg.text.lines,
-                               [](const ConfigLine& line) { return HasKey(line.text, "title"); });
+    return std::ranges::any_of(cfg.text.lines, [](const ConfigLine& line) { return HasKey(line.text, "title"); });
 }
 
 std::optional<ConfigText> WithTitle(const AircraftCfg& cfg, const std::string& title) {

@@ -33,8 +33,7 @@ struct KeptConfiguration {
     std::string title;
     bool wasAsked = false;
 };
-std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg,
-                                                     const Tree& tree);
+std::optional<KeptConfiguration> ChooseConfiguration(CommandContext& context, const AircraftCfg& cfg, const Tree& tree);
 
 bool HasTitle(const AircraftCfg& cfg);
 // The text with the new title in every line that has one; none when the title has a letter that the file cannot hold.

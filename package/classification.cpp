@@ -21,8 +21,7 @@ constexpr std::array<FilePattern, 9> AircraftPatterns = {{{"aircraft.cfg", FileM
 constexpr std::array<FilePattern, 5> PanelPatterns = {
     {{"panel.cfg", FileMode::Name}, {"oldpanel.cfg", FileMode::Name}, {"nel"}, {"adl"}, {"clk"}}};
 constexpr std::array<FilePattern, 2> GaugePatterns = {{{"gau"}, {"cab"}}};
-constexpr std::array<FilePattern, 4> ModelPatterns = {
-    {{"model.cfg", FileMode::Name}, {"mdl"}, {"mpi"}, {"nmp"}}};
+constexpr std::array<FilePattern, 4> ModelPatterns = {{{"model.cfg", FileMode::Name}, {"mdl"}, {"mpi"}, {"nmp"}}};
 constexpr std::array<FilePattern, 6> TexturePatterns = {{{"af"}, {"cf"}, {"tx"}, {"r8"}, {"txr"}, {"bm6"}}};
 constexpr std::array<FilePattern, 3> SoundPatterns = {
     {{"sound.cfg", FileMode::Name}, {"oldsound.cfg", FileMode::Name}, {"wav"}}};
@@ -79,8 +78,7 @@ std::span<const FilePattern> PatternsOf(Group group) {
     return {};
 }
 
-FileList CollectGroup(const Tree& tree, Group group, const PanelBitmapNames& names,
-                      const WalkLimits& limits) {
+FileList CollectGroup(const Tree& tree, Group group, const PanelBitmapNames& names, const WalkLimits& limits) {
     FileList list;
     const auto append = [&list](FileList more) {
         if (list.cut == ListCut::None)

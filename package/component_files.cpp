@@ -27,10 +27,9 @@ bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package,
     const std::string installed =
         FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window));
     if (!package.isStaging && !installed.empty()) {
-        context.user.Tell(
-            "This package is currently installed in Flight Simulator.  File deletion while the package is "
-            "installed in MSFS is not allowed.",
-            MessageIcon::Information);
+        context.user.Tell("This package is currently installed in Flight Simulator.  "
+                          "File deletion while the package is installed in MSFS is not allowed.",
+                          MessageIcon::Information);
         return false;
     }
     if (positions.empty()) {

@@ -38,10 +38,8 @@ Detected Detect(std::string_view bytes) {
 // --- letters of two bytes
 
 char16_t UnitAt(std::string_view bytes, std::size_t at, ConfigEncoding encoding) {
-    const auto first = static_cast<unsigned char>(bytes[at]),
-               second = static_cast<unsigned char>(bytes[at + 1]);
-    return static_cast<char16_t>(encoding == ConfigEncoding::Utf16Le ? first | (second << 8)
-                                                                     : (first << 8) | second);
+    const auto first = static_cast<unsigned char>(bytes[at]), second = static_cast<unsigned char>(bytes[at + 1]);
+    return static_cast<char16_t>(encoding == ConfigEncoding::Utf16Le ? first | (second << 8) : (first << 8) | second);
 }
 
 void AppendUnit(std::string& bytes, char32_t unit, ConfigEncoding encoding) {
@@ -185,8 +183,8 @@ bool ConfigText::SetText(std::size_t number, std::string_view text) {
 }
 
 bool ConfigText::IsText() const {
-    return std::ranges::none_of(
-        lines, [](const ConfigLine& line) { return line.text.find('\0') != std::string::npos; });
+    return std::ranges::none_of(lines,
+                                [](const ConfigLine& line) { return line.text.find('\0') != std::string::npos; });
 }
 
 ConfigText ParseConfig(std::string_view bytes) {

@@ -47,8 +47,7 @@ struct UnusedGauge {
 struct UnusedGaugesForm {
     // To be called once, when the window stands: the search, which moves the window's progress bar (from 1 to
     // maximum) on its way.
-    std::function<std::vector<UnusedGauge>(const std::function<void(int value, int maximum)>& progress)>
-        search;
+    std::function<std::vector<UnusedGauge>(const std::function<void(int value, int maximum)>& progress)> search;
     // cmdDelete with the selected rows; what the list is to show from then on.
     std::function<std::vector<UnusedGauge>(const std::vector<int>& rows)> remove;
 };
@@ -98,8 +97,7 @@ class UserDialogs {
     // One line of text (shown as dots when secret); none when the user cancelled.
     virtual std::optional<std::string> AskText(const std::string& prompt, bool isSecret) = 0;
     // An existing zip archive; the directory to open on may be "". None when the user cancelled.
-    virtual std::optional<std::string> ChooseZipFile(const std::string& title,
-                                                     const std::string& directory) = 0;
+    virtual std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) = 0;
 
     // frmMultipleCfg: the row picked, from 0. A dialog that was closed picks nothing.
     virtual std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) = 0;

@@ -17,8 +17,8 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::array<std::string_view, 13> DocumentEndings = {
-    ".diz", ".doc", ".hlp", ".htm", ".html", ".pdf", ".txt", ".1st", ".rtf", ".wri", ".xls", ".jpg", ".gif"};
+constexpr std::array<std::string_view, 13> DocumentEndings = {".diz", ".doc", ".hlp", ".htm", ".html", ".pdf", ".txt",
+                                                              ".1st", ".rtf", ".wri", ".xls", ".jpg",  ".gif"};
 // A configuration of fewer bytes is taken for an alias stub where the other one is a whole file.
 constexpr std::uint64_t StubLimit = 70;
 constexpr std::uint64_t WholeFile = 1001;
@@ -103,8 +103,7 @@ class Settling {
 };
 
 std::string Described(const FileEntry& file) {
-    return file.path + "  (Size: " + std::to_string(file.info.size) +
-           " Date: " + ShortDateTime(file.info.time) + ")";
+    return file.path + "  (Size: " + std::to_string(file.info.size) + " Date: " + ShortDateTime(file.info.time) + ")";
 }
 
 bool IsStubFor(const FileEntry& stub, const FileEntry& whole) {
@@ -112,8 +111,7 @@ bool IsStubFor(const FileEntry& stub, const FileEntry& whole) {
            whole.info.size >= WholeFile;
 }
 
-bool KeepsFirst(CommandContext& context, DuplicateChoice& choice, const FileEntry& first,
-                const FileEntry& second) {
+bool KeepsFirst(CommandContext& context, DuplicateChoice& choice, const FileEntry& first, const FileEntry& second) {
     if (SameBytes(context.files, first.path, second.path))
         return true;
     if (IsStubFor(first, second))
@@ -123,8 +121,8 @@ bool KeepsFirst(CommandContext& context, DuplicateChoice& choice, const FileEntr
     if (choice.keepFirst)
         return *choice.keepFirst;
     const CheckedAnswer answer = context.user.ShowMessage(
-        "A duplicate filename condition has occurred.\r\n\r\nShould I use this file:\r\n\r\n" +
-            Described(first) + "\r\n\r\nInstead of this file? :\r\n\r\n" + Described(second),
+        "A duplicate filename condition has occurred.\r\n\r\nShould I use this file:\r\n\r\n" + Described(first) +
+            "\r\n\r\nInstead of this file? :\r\n\r\n" + Described(second),
         MessageButtons::YesNo, MessageIcon::None, {.checkBox = "Do this for all further duplicates"});
     const bool keepsFirst = answer.answer == Answer::Yes;
     if (answer.isChecked)
@@ -167,9 +165,8 @@ std::vector<std::size_t> FirstsOfEqualBytes(CommandContext& context, const std::
         if (!hash)
             continue;
         auto& others = different[{size, *hash}];
-        const auto equal = std::ranges::find_if(others, [&](std::size_t other) {
-            return SameBytes(context.files, files[other].path, files[index].path);
-        });
+        const auto equal = std::ranges::find_if(
+            others, [&](std::size_t other) { return SameBytes(context.files, files[other].path, files[index].path); });
         if (equal == others.end())
             others.push_back(index);
         else
@@ -257,11 +254,11 @@ std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files) {
 
 void StopOnHangarDuplicate(CommandContext& context, const std::vector<std::string>& twins) {
     context.user.Tell(
-        "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred "
-        "while loading components for a package:\r\n\r\n" +
+        "Your Hangar directory location seems to be invalid as a duplicate filename condition occurred while "
+        "loading components for a package:\r\n\r\n" +
             twins[0] + "\r\n\r\n" + twins[1] +
-            "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  Please restart "
-            "Korvadex and double check the Hangar location.",
+            "\r\n\r\nThis is a dangerous situation.  Korvadex will now stop.  "
+            "Please restart Korvadex and double check the Hangar location.",
         MessageIcon::Critical);
     throw ProgramEnd{};
 }

@@ -22,9 +22,9 @@ const char* QuestionFor(StagingPart part) {
     case StagingPart::Sound:
         break;
     }
-    return "Are you sure you want to erase the sound components from the staging directory?  (Please note "
-           "that some sounds are embedded in gauges.  If so they will not be removed until you remove the "
-           "panel.)";
+    return "Are you sure you want to erase the sound components from the staging directory?  "
+           "(Please note that some sounds are embedded in gauges.  "
+           "If so they will not be removed until you remove the panel.)";
 }
 
 // One look at Staging; what to delete is known before the first file goes, as the configurations that tell go
@@ -108,8 +108,7 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
         return false;
     const Tree tree = WalkTree(context.files, context.locations.StagingDir, WalkFor::Search);
     if (!tree.unreadable.empty()) {
-        context.user.Tell("The directory " + tree.unreadable.front() +
-                              " could not be read.  Nothing was deleted.",
+        context.user.Tell("The directory " + tree.unreadable.front() + " could not be read.  Nothing was deleted.",
                           MessageIcon::Exclamation);
         return false;
     }
@@ -133,8 +132,8 @@ bool ErasePartOfStaging(CommandContext& context, StagingPart part) {
             MessageIcon::Information);
     if (part == StagingPart::Aircraft)
         context.user.Tell(
-            "There may be images of the aircraft remaining because there is no way of knowing what an image "
-            "is associated with.  Check the Images tab and remove any that are unwanted.",
+            "There may be images of the aircraft remaining because there is no way of knowing what an image is "
+            "associated with.  Check the Images tab and remove any that are unwanted.",
             MessageIcon::Information);
     TellDeleted(context, remaining);
     return true;

@@ -20,8 +20,8 @@ std::string Explained(const std::string& path, FileFault fault) {
 }
 
 bool HoldsAny(const std::string& directory, const std::vector<std::string>& paths) {
-    return std::ranges::any_of(
-        paths, [&](const std::string& path) { return path.starts_with(AddBackslash(directory)); });
+    return std::ranges::any_of(paths,
+                               [&](const std::string& path) { return path.starts_with(AddBackslash(directory)); });
 }
 
 // The name of a package's directory among those that the simulator has.
@@ -39,8 +39,7 @@ bool MayBeDeleted(const Locations& locations, const std::string& path) {
     if (!IsFullTreePath(path) || locations.RootOf(path).empty())
         return false;
     if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
-        EqualNoCase(path, locations.MsfsDir + "aircraft\\") ||
-        EqualNoCase(path, locations.MsfsDir + "gauges\\"))
+        EqualNoCase(path, locations.MsfsDir + "aircraft\\") || EqualNoCase(path, locations.MsfsDir + "gauges\\"))
         return false;
     const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
     return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
@@ -56,8 +55,7 @@ bool DeleteFileForced(FileSystem& files, const std::string& path) {
 
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths) {
     const auto outcomes = files.Flush(paths);
-    const auto failure =
-        std::find_if(outcomes.begin(), outcomes.end(), [](const Status& status) { return !status; });
+    const auto failure = std::find_if(outcomes.begin(), outcomes.end(), [](const Status& status) { return !status; });
     return failure == outcomes.end() ? Status{} : *failure;
 }
 
@@ -69,8 +67,7 @@ std::string DeleteOrExplain(FileSystem& files, const std::string& path) {
 
 std::string DeleteListed(FileSystem& files, const FileEntry& listed) {
     const auto now = files.Info(listed.path);
-    if (now &&
-        (now->kind != listed.info.kind || now->size != listed.info.size || now->time != listed.info.time))
+    if (now && (now->kind != listed.info.kind || now->size != listed.info.size || now->time != listed.info.time))
         return listed.path + " (it was changed by another program meanwhile)";
     return DeleteOrExplain(files, listed.path);
 }
@@ -86,14 +83,12 @@ bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {
     return bool(files.RemoveDirectory(path));
 }
 
-std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path,
-                                    const std::string& last) {
+std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path, const std::string& last) {
     FileSystem& files = context.files;
     if (!MayBeDeleted(context.locations, path)) {
-        context.user.Tell(
-            "Critical error.  Please restart Korvadex and verify that your Staging, Hangar and MSFS "
-            "directory locations are set up correctly.",
-            MessageIcon::Critical);
+        context.user.Tell("Critical error.  Please restart Korvadex and verify that your Staging, "
+                          "Hangar and MSFS directory locations are set up correctly.",
+                          MessageIcon::Critical);
         throw ProgramEnd{};
     }
     std::vector<std::string> remaining;
@@ -130,10 +125,11 @@ void TellDeleted(CommandContext& context, const std::vector<std::string>& remain
     if (remaining.empty())
         context.user.Tell("Done.");
     else
-        context.user.Tell("The following could not be deleted ...\r\n\r\n" + ListNames(remaining) +
-                              "\r\n\r\nPlease close the program that uses them, or make sure that you may "
-                              "write there, and try again.",
-                          MessageIcon::Exclamation);
+        context.user.Tell(
+            "The following could not be deleted ...\r\n\r\n" + ListNames(remaining) +
+                "\r\n\r\n"
+                "Please close the program that uses them, or make sure that you may write there, and try again.",
+            MessageIcon::Exclamation);
 }
 
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path) {
@@ -155,8 +151,7 @@ bool StagingIsEmpty(const FileSystem& files, const Locations& locations) {
     const auto entries = files.List(locations.StagingDir);
     if (!entries)
         return entries.fault() == FileFault::NotFound;
-    return std::all_of(entries->begin(), entries->end(),
-                       [](const DirectoryEntry& entry) { return IsLeftOut(entry); });
+    return std::all_of(entries->begin(), entries->end(), [](const DirectoryEntry& entry) { return IsLeftOut(entry); });
 }
 
 std::string SpacesToUnderscores(std::string_view text) {
@@ -171,15 +166,12 @@ std::string UnderscoresToSpaces(std::string_view text) {
     return result;
 }
 
-std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
-                                     std::string_view name) {
-    return NameInSim(name, [&](std::string_view candidate) {
-        return HasSubdirectory(files, std::string(directory), candidate);
-    });
+std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory, std::string_view name) {
+    return NameInSim(
+        name, [&](std::string_view candidate) { return HasSubdirectory(files, std::string(directory), candidate); });
 }
 
-std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations,
-                                     std::string_view name) {
+std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations, std::string_view name) {
     return FindSimAircraftDirectory(files, locations.MsfsDir + "aircraft\\", name);
 }
 
@@ -190,9 +182,8 @@ SimAircraft::SimAircraft(const FileSystem& fileSystem, const Locations& location
     if (!entries)
         return;
     for (const auto& entry : *entries) {
-        const bool isDirectory = entry.info.kind == EntryKind::Link
-                                     ? files.IsDirectory(directory + entry.name)
-                                     : entry.info.kind == EntryKind::Directory;
+        const bool isDirectory = entry.info.kind == EntryKind::Link ? files.IsDirectory(directory + entry.name)
+                                                                    : entry.info.kind == EntryKind::Directory;
         if (isDirectory)
             names.insert(FoldCase(entry.name));
     }

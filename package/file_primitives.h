@@ -31,8 +31,7 @@ bool MayBeDeleted(const Locations& locations, const std::string& path);
 // location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
 // The directory itself stays. The file `last` (a full path) goes when all the rest has gone. Gives what could not be
 // deleted, each with the reason.
-std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path,
-                                    const std::string& last = {});
+std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path, const std::string& last = {});
 
 // "Done.", or what could not be deleted and what to do about it.
 void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining);
@@ -48,11 +47,9 @@ std::string UnderscoresToSpaces(std::string_view text);
 
 // The name under which a package stands below the simulator's aircraft directory: its own, or with blanks as
 // "_" (which overrides when both exist); "" when it is not there.
-std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations,
-                                     std::string_view name);
+std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations, std::string_view name);
 // The same with the two parts of the path given: directory ends in a backslash.
-std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory,
-                                     std::string_view name);
+std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view directory, std::string_view name);
 
 // The same answers for many packages, from one listing of the simulator's aircraft directory.
 class SimAircraft {

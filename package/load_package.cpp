@@ -148,8 +148,7 @@ void Loader::LoadAircraft() {
         return;
     const std::string path = file->path;
     package.aircraftCfg = ReadAircraftCfg(context.files, path);
-    package.aircraftTitle =
-        package.isChoiceOpen ? ChoiceOpenTitle : keptTitle.value_or(package.aircraftCfg.title);
+    package.aircraftTitle = package.isChoiceOpen ? ChoiceOpenTitle : keptTitle.value_or(package.aircraftCfg.title);
     if (settles && !keptTitle && package.aircraftCfg.title != MultipleTitle) {
         ClearVariationValues(context, package.aircraftCfg);
         RefreshInfo(path);
@@ -172,24 +171,23 @@ void Loader::WarnOfExecutables() {
     const FileList executables = CollectFiles(package.tree, "exe", FileMode::Extension, context.limits);
     if (!package.isStaging || executables.entries.empty())
         return;
-    context.user.Tell("An executable file was found in the Staging directory.  It may be an installation "
-                      "executable.  If it is, "
-                      "please execute it and install into MSFS as instructed.  Then select the 'Remove all "
-                      "from Staging option' to "
-                      "clear the Staging directory.  After this you can use the 'Import package from MSFS' "
-                      "option if you'd like to "
-                      "import the aircraft you've just installed.",
-                      MessageIcon::Information);
+    context.user.Tell(
+        "An executable file was found in the Staging directory.  It may be an installation executable.  "
+        "If it is, please execute it and install into MSFS as instructed.  "
+        "Then select the 'Remove all from Staging option' to clear the Staging directory.  "
+        "After this you can use the 'Import package from MSFS' option if you'd like to import the aircraft you've "
+        "just installed.",
+        MessageIcon::Information);
 }
 
 void Loader::SetTexts() {
     const auto text = [](const std::string& alias, bool isEmpty, const char* none, const char* original) {
         return !alias.empty() ? alias : std::string(isEmpty ? none : original);
     };
-    package.panelText = text(package.PackagePanelAlias, FilesOf(package, Panel).empty(), "None  (No panel)",
-                             "None  (Original panel)");
-    package.soundText = text(package.PackageSoundAlias, FilesOf(package, Sound).empty(), "None  (No sound)",
-                             "None  (Original sound)");
+    package.panelText =
+        text(package.PackagePanelAlias, FilesOf(package, Panel).empty(), "None  (No panel)", "None  (Original panel)");
+    package.soundText =
+        text(package.PackageSoundAlias, FilesOf(package, Sound).empty(), "None  (No sound)", "None  (Original sound)");
     package.pictures = ListPictures(FilesOf(package, Images));
 }
 
@@ -223,8 +221,8 @@ LoadOutcome Loader::Run() {
 
 } // namespace
 
-LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging,
-                        LoadedPackage& package, ChoiceQuestion question) {
+LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging, LoadedPackage& package,
+                        ChoiceQuestion question) {
     package = LoadedPackage{};
     package.path = AddBackslash(path);
     package.isStaging = isStaging;
@@ -246,27 +244,24 @@ void CheckSingleAircraftCfg(CommandContext& context) {
     if (!hasSeveral())
         return;
     context.launcher.OpenInFileManager(staging, WindowState::Minimised);
-    context.user.Tell("More than one aircraft configuration file (aircraft.cfg) was detected in the Staging "
-                      "Directory.  Korvadex can "
-                      "only handle one aircraft configuration file at a time.  Please remove the components "
-                      "for the other aircraft "
-                      "from the Staging directory so that only one is left and hit 'OK' to continue.  For "
-                      "your convenience a "
-                      "Minimized Windows Explorer session has been opened to the Staging directory.",
-                      MessageIcon::Exclamation);
+    context.user.Tell(
+        "More than one aircraft configuration file (aircraft.cfg) was detected in the Staging Directory.  "
+        "Korvadex can only handle one aircraft configuration file at a time.  "
+        "Please remove the components for the other aircraft from the Staging directory so that only one is left and "
+        "hit 'OK' to continue.  "
+        "For your convenience a Minimized Windows Explorer session has been opened to the Staging directory.",
+        MessageIcon::Exclamation);
     if (!hasSeveral())
         return;
-    if (context.user.AskYesNo(
-            "Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  Would you "
-            "like to remove all files from the Staging directory?",
-            MessageIcon::Exclamation)) {
+    if (context.user.AskYesNo("Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  "
+                              "Would you like to remove all files from the Staging directory?",
+                              MessageIcon::Exclamation)) {
         if (const auto remaining = DeleteTree(context, staging); !remaining.empty())
             TellDeleted(context, remaining);
         return;
     }
     context.user.Tell(
-        "Korvadex will now terminate since it cannot handle more than one aircraft.cfg file in the "
-        "Staging directory",
+        "Korvadex will now terminate since it cannot handle more than one aircraft.cfg file in the Staging directory",
         MessageIcon::Exclamation);
     throw ProgramEnd{};
 }

@@ -12,8 +12,7 @@ constexpr std::uint64_t BytesPerMeg = 1'024'000;
 
 const FileEntry* FindByName(const std::vector<FileEntry>& files, std::string_view name) {
     const std::string key = FoldCase(name);
-    const auto found =
-        std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return file.key == key; });
+    const auto found = std::find_if(files.begin(), files.end(), [&](const FileEntry& file) { return file.key == key; });
     return found == files.end() ? nullptr : &*found;
 }
 

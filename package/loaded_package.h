@@ -11,18 +11,7 @@
 
 namespace korvadex {
 
-enum Group : int {
-    Images,
-    Aircraft,
-    Panel,
-    Gauges,
-    Model,
-    Texture,
-    Sound,
-    Documentation,
-    Miscellaneous,
-    Unrecognized
-};
+enum Group : int { Images, Aircraft, Panel, Gauges, Model, Texture, Sound, Documentation, Miscellaneous, Unrecognized };
 inline constexpr int GroupCount = 10;
 // Also the names of a package's sub-directories in the Hangar.
 inline constexpr std::array<std::string_view, GroupCount> ComponentGroupNames = {

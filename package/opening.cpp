@@ -31,9 +31,8 @@ void TellNotOpened(UserDialogs& user, const FailedOpening& failed) {
     case OpenedIn::FileManager:
         return tell("The directory " + failed.path + " could not be opened.");
     case OpenedIn::ItsProgram:
-        return tell(
-            "I don't know what action to take with the selected file type.  Try associating it with a "
-            "program in Windows Explorer.");
+        return tell("I don't know what action to take with the selected file type.  "
+                    "Try associating it with a program in Windows Explorer.");
     }
 }
 

@@ -63,9 +63,9 @@ bool CheckPackageName(CommandContext& context, const std::string& name, const st
     if (FindName(context.files, context.locations.MsfsDir + "aircraft\\", name, ownDirectory).empty())
         return true;
     return context.user.AskOkCancel(
-        "Package name already exists in MSFS.  This is OK if this package was imported from MSFS because the "
-        "name has "
-        "to be the same so that you can uninstall it.  Otherwise, select Cancel and use another name.");
+        "Package name already exists in MSFS.  "
+        "This is OK if this package was imported from MSFS because the name has to be the same so that you can "
+        "uninstall it.  Otherwise, select Cancel and use another name.");
 }
 
 } // namespace korvadex

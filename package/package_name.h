@@ -18,8 +18,8 @@ bool CanBePackageName(std::string_view name);
 // The name to propose for an aircraft of that title: cleaned, without quotes around it; "" when it can be none.
 std::string NameFromTitle(std::string_view title);
 
-// Refuses, with a message, a name that a category already holds; asks when the simulator has it. A blank and "_" are one
-// letter here, as they are in the simulator. The directory that is to be renamed does not count. True to go on.
+// Refuses, with a message, a name that a category already holds; asks when the simulator has it. A blank and "_" are
+// one letter here, as they are in the simulator. The directory that is to be renamed does not count. True to go on.
 bool CheckPackageName(CommandContext& context, const std::string& name, const std::string& ownDirectory = "");
 
 } // namespace korvadex

@@ -5,8 +5,8 @@ namespace korvadex {
 namespace {
 
 std::string DescribeUnlisted(const std::string& directory, FileFault fault) {
-    return directory + (fault == FileFault::NotFound ? " is not there"
-                                                     : " cannot be read (" + DescribeFault(fault) + ")");
+    return directory +
+           (fault == FileFault::NotFound ? " is not there" : " cannot be read (" + DescribeFault(fault) + ")");
 }
 
 std::string DescribeGone(const FileSystem& files, const std::string& what, const std::string& directory) {
@@ -25,11 +25,9 @@ std::string DescribeGoneSimulator(const FileSystem& files, const std::string& di
 
 } // namespace
 
-std::string DescribeGone(const FileSystem& files, const Locations& locations,
-                         std::initializer_list<Place> places) {
+std::string DescribeGone(const FileSystem& files, const Locations& locations, std::initializer_list<Place> places) {
     for (const Place place : places) {
-        const std::string gone = place == Place::Staging
-                                     ? DescribeGone(files, "Staging", locations.StagingDir)
+        const std::string gone = place == Place::Staging  ? DescribeGone(files, "Staging", locations.StagingDir)
                                  : place == Place::Hangar ? DescribeGone(files, "Hangar", locations.HangarDir)
                                                           : DescribeGoneSimulator(files, locations.MsfsDir);
         if (!gone.empty())
@@ -39,17 +37,15 @@ std::string DescribeGone(const FileSystem& files, const Locations& locations,
 }
 
 std::string GoneAdvice() {
-    return ".  Please make sure that its drive is connected and can be read, or choose another directory "
-           "with "
-           "'Locations' in the File menu.";
+    return ".  Please make sure that its drive is connected and can be read, "
+           "or choose another directory with 'Locations' in the File menu.";
 }
 
 std::string DescribeGonePackage(const FileSystem& files, const std::string& directory) {
     const FileFault fault = files.List(directory).fault();
     if (fault == FileFault::None)
         return "";
-    return fault == FileFault::NotFound ? "it no longer seems to be in the Hangar"
-                                        : DescribeUnlisted(directory, fault);
+    return fault == FileFault::NotFound ? "it no longer seems to be in the Hangar" : DescribeUnlisted(directory, fault);
 }
 
 } // namespace korvadex

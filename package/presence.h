@@ -13,8 +13,7 @@ enum class Place { Staging, Hangar, Simulator };
 
 // Of the first of these places that cannot be looked at: "The Hangar directory C:\Hangar\ is not there". ""
 // when all can.
-std::string DescribeGone(const FileSystem& files, const Locations& locations,
-                         std::initializer_list<Place> places);
+std::string DescribeGone(const FileSystem& files, const Locations& locations, std::initializer_list<Place> places);
 // The end of such a sentence, and what to do.
 std::string GoneAdvice();
 

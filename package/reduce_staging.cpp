@@ -142,15 +142,13 @@ bool HoldsWhatIsKept(const DirectoryList& saved, const std::string& directory, c
     };
     return IsAtOrBelow(cfgPath, place) ||
            std::ranges::any_of(used, [&](const auto& path) { return IsAtOrBelow(path, place); }) ||
-           std::ranges::any_of(saved.paths, [&](const std::string& path) {
-               return IsAtOrBelow(path, place) && isNamed(path);
-           });
+           std::ranges::any_of(saved.paths,
+                               [&](const std::string& path) { return IsAtOrBelow(path, place) && isNamed(path); });
 }
 
 // The kept configuration has a directory of its own; without it, the plain one is what it will use.
 bool HasOwnDirectory(const DirectoryList& saved, const Kind& kind, const Configuration& kept) {
-    return std::ranges::any_of(saved.paths,
-                               [&](const std::string& path) { return IsNamed(path, kind, kept); });
+    return std::ranges::any_of(saved.paths, [&](const std::string& path) { return IsNamed(path, kind, kept); });
 }
 
 // The words that tell a configuration from the others: those of its texture and of its title alone.
@@ -177,9 +175,8 @@ std::set<std::string> OwnWords(const std::vector<Configuration>& configurations,
 }
 
 // The first picture in the configuration's directories, or one with a word of its own in the name.
-std::string PictureOf(const std::vector<std::string>& pictures, const DirectoryList& saved,
-                      const std::string& cfgPath, const std::vector<Configuration>& configurations,
-                      std::size_t row) {
+std::string PictureOf(const std::vector<std::string>& pictures, const DirectoryList& saved, const std::string& cfgPath,
+                      const std::vector<Configuration>& configurations, std::size_t row) {
     for (const Kind& kind : Kinds) {
         const std::string directory =
             FindWholeName(saved, DirectoryFor(kind.word, configurations[row].*kind.value), cfgPath);
@@ -212,8 +209,7 @@ std::vector<ConfigurationRow> ConfigurationRows(const Tree& tree, const std::str
     std::vector<FileEntry> images;
     for (const char* extension : {"jpg", "gif"})
         std::ranges::copy_if(tree.files, std::back_inserter(images), [&](const FileEntry& file) {
-            return file.info.kind == EntryKind::File &&
-                   MatchesPattern(file.key, extension, FileMode::Extension);
+            return file.info.kind == EntryKind::File && MatchesPattern(file.key, extension, FileMode::Extension);
         });
     const auto pictures = ListPictures(images);
     std::vector<ConfigurationRow> rows;
@@ -247,8 +243,7 @@ Reduction::Reduction(CommandContext& command, const Tree& tree, const std::strin
             const std::string directory = FindWholeName(saved, DirectoryFor(kind.word, value), cfgPath);
             if (directory.empty())
                 continue;
-            if (kind.value == &Configuration::panel &&
-                value.empty()) { // its gauges and bitmaps may be shared
+            if (kind.value == &Configuration::panel && value.empty()) { // its gauges and bitmaps may be shared
                 if (std::ranges::find(aliases.used, directory) == aliases.used.end())
                     files.push_back(directory + "\\panel.cfg");
             } else if (!HoldsWhatIsKept(saved, directory, cfgPath, kept, aliases.used)) {
@@ -285,8 +280,7 @@ bool Reduction::SetAside() {
     context.user.Tell(
         status.path + " belongs to a configuration that is not kept, and could not be removed (" +
             DescribeFault(status.fault) +
-            ").  Nothing was changed.  Please close the programs that use its files, press F5 and "
-            "choose again.",
+            ").  Nothing was changed.  Please close the programs that use its files, press F5 and choose again.",
         MessageIcon::Exclamation);
     return false;
 }
@@ -296,8 +290,7 @@ void Reduction::PutBack() {
         if (context.files.Rename(entry->scratch, entry->path))
             ReleaseScratch(context.files, entry->scratch);
         else
-            context.user.Tell(entry->path + " could not be put back to its place.  It is now called " +
-                                  entry->scratch +
+            context.user.Tell(entry->path + " could not be put back to its place.  It is now called " + entry->scratch +
                                   "\r\n\r\nPlease move it back before Korvadex is started again.",
                               MessageIcon::Critical);
     }

@@ -20,9 +20,9 @@ class Renaming {
           cfgPath(package.aircraftCfg.path) {}
 
     RenameForm Form() {
-        return {.entry = {packageName, title},
-                .hasTitle = hasTitle,
-                .accept = [this](const RenameEntry& entered) { return Accept(entered); }};
+        return {.entry = {packageName, title}, .hasTitle = hasTitle, .accept = [this](const RenameEntry& entered) {
+                    return Accept(entered);
+                }};
     }
     const std::string& Name() const { return packageName; }
 
@@ -38,8 +38,7 @@ class Renaming {
             return Refuse("Invalid aircraft name.");
         const std::string newName = CleanPackageName(entered.packageName);
         const bool isNewTitle = hasTitle && Trim(entered.aircraftTitle) != Trim(title);
-        return (!isNewTitle || CanHoldTitle(entered.aircraftTitle)) &&
-               (newName == packageName || IsFree(newName)) &&
+        return (!isNewTitle || CanHoldTitle(entered.aircraftTitle)) && (newName == packageName || IsFree(newName)) &&
                Change(newName, isNewTitle, entered.aircraftTitle);
     }
 
@@ -53,8 +52,8 @@ class Renaming {
     }
 
     void TellProblem() {
-        context.user.Tell("A problem occurred during the rename process.  The file or directories involved "
-                          "may be set to READ ONLY mode (i.e. they're on a CD ROM).",
+        context.user.Tell("A problem occurred during the rename process.  "
+                          "The file or directories involved may be set to READ ONLY mode (i.e. they're on a CD ROM).",
                           MessageIcon::Exclamation);
     }
 
@@ -62,8 +61,8 @@ class Renaming {
 
     bool CanHoldTitle(const std::string& newTitle) {
         return WithTitle(ReadAircraftCfg(context.files, cfgPath), newTitle) ||
-               Refuse("The aircraft name has a character that cannot be kept in aircraft.cfg.  Please use "
-                      "another name.");
+               Refuse(
+                   "The aircraft name has a character that cannot be kept in aircraft.cfg.  Please use another name.");
     }
 
     bool IsFree(const std::string& newName) {

@@ -61,8 +61,7 @@ Status RewriteThrough(FileSystem& files, const Locations& locations, const std::
 
 } // namespace
 
-Result<std::string> MakeScratchName(FileSystem& files, const Locations& locations,
-                                    const std::string& target) {
+Result<std::string> MakeScratchName(FileSystem& files, const Locations& locations, const std::string& target) {
     const std::string parent = ParentDirectory(target);
     const std::string root = locations.RootOf(target);
     const std::string base = root.empty() || !files.SameVolume(root, parent) ? parent : root;
@@ -107,22 +106,18 @@ void CleanScratch(FileSystem& files, const Locations& locations) {
         clean(category + "\\");
 }
 
-Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path,
-                    std::string_view bytes) {
-    return RewriteThrough(files, locations, path, [&](const std::string& scratch) {
-        return WriteBytesWhole(files, path, bytes, scratch);
-    });
+Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path, std::string_view bytes) {
+    return RewriteThrough(files, locations, path,
+                          [&](const std::string& scratch) { return WriteBytesWhole(files, path, bytes, scratch); });
 }
 
 Status RewriteLines(FileSystem& files, const Locations& locations, const std::string& path,
                     const std::vector<std::string>& lines) {
-    return RewriteThrough(files, locations, path, [&](const std::string& scratch) {
-        return WriteLinesWhole(files, path, lines, scratch);
-    });
+    return RewriteThrough(files, locations, path,
+                          [&](const std::string& scratch) { return WriteLinesWhole(files, path, lines, scratch); });
 }
 
-Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from,
-                     const std::string& to) {
+Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from, const std::string& to) {
     return RewriteThrough(files, locations, to, [&](const std::string& scratch) {
         const Status status = files.Copy(from, scratch);
         return status ? files.Replace(scratch, to) : status;

@@ -24,12 +24,10 @@ void CleanScratch(FileSystem& files, const Locations& locations);
 void CleanScratchIn(FileSystem& files, const std::string& directory);
 
 // Text or bytes in place whole, through a scratch name of the right location.
-Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path,
-                    std::string_view bytes);
+Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path, std::string_view bytes);
 Status RewriteLines(FileSystem& files, const Locations& locations, const std::string& path,
                     const std::vector<std::string>& lines);
 // A copy of the file `from`, with its time and attributes, in the place of the file `to`.
-Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from,
-                     const std::string& to);
+Status ReplaceByCopy(FileSystem& files, const Locations& locations, const std::string& from, const std::string& to);
 
 } // namespace korvadex

@@ -43,8 +43,7 @@ bool IsInFamily(std::string_view key, std::string_view letters) {
 }
 
 bool HasExtension(std::string_view key, std::string_view extension) {
-    return key.size() > extension.size() && key.ends_with(extension) &&
-           key[key.size() - extension.size() - 1] == '.';
+    return key.size() > extension.size() && key.ends_with(extension) && key[key.size() - extension.size() - 1] == '.';
 }
 
 bool MatchesExtension(std::string_view key, std::string_view pattern) {
@@ -109,16 +108,14 @@ void Tree::Rename(const std::map<std::string, std::string>& renamed) {
             }
         }
         if (isChanged)
-            std::stable_sort(begin, end, [](const FileEntry& a, const FileEntry& b) {
-                return LessNoCase(a.Name(), b.Name());
-            });
+            std::stable_sort(begin, end,
+                             [](const FileEntry& a, const FileEntry& b) { return LessNoCase(a.Name(), b.Name()); });
         begin = end;
     }
 }
 
 bool IsLeftOut(const DirectoryEntry& entry) {
-    return IsScratchName(entry.name) ||
-           (entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name)) ||
+    return IsScratchName(entry.name) || (entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name)) ||
            (entry.info.kind == EntryKind::Directory && IsFileManagersDirectory(entry.name));
 }
 
@@ -202,8 +199,7 @@ bool MatchesPattern(std::string_view key, std::string_view pattern, FileMode mod
 
 FileList CollectFiles(const Tree& tree, std::string_view pattern, FileMode mode, const WalkLimits& limits) {
     return Filter(tree, limits, [&](const FileEntry& file) {
-        return (file.info.kind == EntryKind::File || mode == FileMode::All) &&
-               MatchesPattern(file.key, pattern, mode);
+        return (file.info.kind == EntryKind::File || mode == FileMode::All) && MatchesPattern(file.key, pattern, mode);
     });
 }
 
@@ -219,12 +215,10 @@ std::string DescribeCut(ListCut cut, const WalkLimits& limits) {
     switch (cut) {
     case ListCut::DirMax:
         return "There are more than " + std::to_string(limits.DirMax) +
-               " directories; the rest is not shown.  "
-               "Please end Korvadex, raise DIRMAX in kx.ini and start it again.";
+               " directories; the rest is not shown.  Please end Korvadex, raise DIRMAX in kx.ini and start it again.";
     case ListCut::FileMax:
         return "There are more than " + std::to_string(limits.FileMax) +
-               " files; the rest is not shown.  "
-               "Please end Korvadex, raise FILEMAX in kx.ini and start it again.";
+               " files; the rest is not shown.  Please end Korvadex, raise FILEMAX in kx.ini and start it again.";
     case ListCut::Level:
         return "A directory holds more than " + std::to_string(MaxSubdirectoriesPerLevel) +
                " directories; the rest is not looked at.";

@@ -86,10 +86,9 @@ DirectoryList CollectDirectories(const Tree& tree, const WalkLimits& limits);
 
 // How CollectFiles reads its pattern.
 enum class FileMode {
-    Extension =
-        0,    // an extension without the dot; "af", "cf" and "tx" stand for a family, "bmp" is split (below)
-    Name = 1, // a whole file name
-    All = 2,  // every file
+    Extension = 0,  // an extension without the dot; "af", "cf" and "tx" stand for a family, "bmp" is split (below)
+    Name = 1,       // a whole file name
+    All = 2,        // every file
     CheckText = 3,  // names ending in _check.txt
     KeysText = 4,   // ... _keys.txt
     NotesText = 5,  // ... _notes.txt

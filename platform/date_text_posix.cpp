@@ -16,8 +16,8 @@ using LocaleHandle = std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&
 } // namespace
 
 std::string ShortDateTime(FileTime time) {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(
-        std::chrono::time_point_cast<std::chrono::system_clock::duration>(time));
+    const std::time_t seconds =
+        std::chrono::system_clock::to_time_t(std::chrono::time_point_cast<std::chrono::system_clock::duration>(time));
     std::tm local{};
     localtime_r(&seconds, &local);
     const LocaleHandle user(newlocale(LC_TIME_MASK, "", nullptr), &freelocale);

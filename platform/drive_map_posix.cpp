@@ -43,8 +43,7 @@ DriveMap DriveMapFromEnvironment() {
     if (DriveMap map = ReadDrives(prefix + "/dosdevices"); !map.directories.empty())
         return map;
 
-    const std::string data =
-        Variable("XDG_DATA_HOME").empty() ? home + "/.local/share" : Variable("XDG_DATA_HOME");
+    const std::string data = Variable("XDG_DATA_HOME").empty() ? home + "/.local/share" : Variable("XDG_DATA_HOME");
     const fs::path drive = fs::path(data) / "korvadex" / "drive_c";
     std::error_code error;
     fs::create_directories(drive, error);

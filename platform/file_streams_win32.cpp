@@ -10,8 +10,7 @@ constexpr std::size_t MaxChunk = 16 << 20; // bytes for one call of the system
 
 class WindowsInputFile final : public InputFile {
   public:
-    WindowsInputFile(UniqueHandle file, std::string filePath)
-        : handle(std::move(file)), path(std::move(filePath)) {}
+    WindowsInputFile(UniqueHandle file, std::string filePath) : handle(std::move(file)), path(std::move(filePath)) {}
 
     Result<std::size_t> Read(std::span<std::byte> buffer) override {
         std::size_t total = 0;
@@ -34,8 +33,7 @@ class WindowsInputFile final : public InputFile {
 
 class WindowsOutputFile final : public OutputFile {
   public:
-    WindowsOutputFile(UniqueHandle file, std::string filePath)
-        : handle(std::move(file)), path(std::move(filePath)) {}
+    WindowsOutputFile(UniqueHandle file, std::string filePath) : handle(std::move(file)), path(std::move(filePath)) {}
 
     Status Write(std::span<const std::byte> bytes) override {
         while (!bytes.empty()) {

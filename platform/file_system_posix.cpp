@@ -77,8 +77,7 @@ FileTime TimeOf(const timespec& time) {
 
 timespec TimeOf(FileTime time) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-    return {static_cast<time_t>(seconds.time_since_epoch().count()),
-            static_cast<long>((time - seconds).count())};
+    return {static_cast<time_t>(seconds.time_since_epoch().count()), static_cast<long>((time - seconds).count())};
 }
 
 FileInfo InfoOf(const struct stat& info) {
@@ -152,8 +151,7 @@ class PosixOutput : public OutputFile {
 
 // Copies the rest of one file to another with what the system has for it, or through a buffer where it has
 // nothing.
-Status CopyContents(int from, int to, std::uint64_t size, const std::string& source,
-                    const std::string& target) {
+Status CopyContents(int from, int to, std::uint64_t size, const std::string& source, const std::string& target) {
     std::uint64_t copied = 0;
     while (copied < size) {
         const ssize_t count =
@@ -172,8 +170,7 @@ Status CopyContents(int from, int to, std::uint64_t size, const std::string& sou
             return Failure(source);
         if (count == 0)
             return {};
-        if (auto status = WriteAll(to, std::span(buffer).first(static_cast<std::size_t>(count)), target);
-            !status)
+        if (auto status = WriteAll(to, std::span(buffer).first(static_cast<std::size_t>(count)), target); !status)
             return status;
     }
 }
@@ -378,13 +375,11 @@ Status DriveFileSystem::Copy(const std::string& from, const std::string& to) {
     auto output = CreateFile(to, target);
     if (!output)
         return output.status();
-    Status status =
-        CopyContents(input->get(), output->get(), static_cast<std::uint64_t>(info.st_size), from, to);
+    Status status = CopyContents(input->get(), output->get(), static_cast<std::uint64_t>(info.st_size), from, to);
     if (status) {
         CopyDosAttributes(input->get(), output->get());
         const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
-        if (futimens(output->get(), times.data()) != 0 || !SetMode(output->get(), info.st_mode) ||
-            output->Close() != 0)
+        if (futimens(output->get(), times.data()) != 0 || !SetMode(output->get(), info.st_mode) || output->Close() != 0)
             status = Failure(to);
     }
     if (!status) {
@@ -545,8 +540,7 @@ Status DriveFileSystem::SetReadOnly(const std::string& path, bool readOnly) {
     if (InfoOf(info).kind == EntryKind::Link)
         return {FileFault::IsLink, path, ELOOP};
     const mode_t mode = info.st_mode & 07777;
-    const mode_t wanted =
-        readOnly ? mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH) : mode | S_IWUSR;
+    const mode_t wanted = readOnly ? mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH) : mode | S_IWUSR;
     return wanted == mode ? Status{} : Outcome(chmod(hostPath->c_str(), wanted), path);
 }
 

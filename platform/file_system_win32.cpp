@@ -63,8 +63,7 @@ FileInfo MakeInfo(DWORD attributes, DWORD tag, DWORD sizeHigh, DWORD sizeLow, co
 // could match another one: the callers have seen the entry before.
 std::optional<WIN32_FIND_DATAW> FindRecord(const std::wstring& native) {
     WIN32_FIND_DATAW record{};
-    const HANDLE find =
-        FindFirstFileExW(native.c_str(), FindExInfoBasic, &record, FindExSearchNameMatch, nullptr, 0);
+    const HANDLE find = FindFirstFileExW(native.c_str(), FindExInfoBasic, &record, FindExSearchNameMatch, nullptr, 0);
     if (find == INVALID_HANDLE_VALUE)
         return std::nullopt;
     UniqueFind(find).reset();
@@ -164,8 +163,8 @@ Status EnsureCase(const std::wstring& target, const std::string& path) {
 }
 
 // Told by CopyFileExW once the target stands there as a file of ours: only then may a failure remove it.
-DWORD CALLBACK NoteTarget(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE,
-                          HANDLE, LPVOID targetIsOurs) {
+DWORD CALLBACK NoteTarget(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE, HANDLE,
+                          LPVOID targetIsOurs) {
     *static_cast<bool*>(targetIsOurs) = true;
     return PROGRESS_CONTINUE;
 }
@@ -206,8 +205,8 @@ Result<std::vector<DirectoryEntry>> WindowsFileSystem::List(const std::string& d
         return native.status();
     WIN32_FIND_DATAW record{};
     const std::wstring pattern = native->ends_with(L'\\') ? *native + L"*" : *native + L"\\*";
-    UniqueFind find(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &record, FindExSearchNameMatch,
-                                     nullptr, FIND_FIRST_EX_LARGE_FETCH));
+    UniqueFind find(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &record, FindExSearchNameMatch, nullptr,
+                                     FIND_FIRST_EX_LARGE_FETCH));
     std::vector<DirectoryEntry> entries;
     if (find.get() == INVALID_HANDLE_VALUE) {
         (void)find.release();
@@ -249,16 +248,14 @@ bool WindowsFileSystem::IsDirectory(const std::string& path) const {
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
         return true;
     // A link bears the flag of what it was made for; whether that is there, only following it tells.
-    return Open(*native, FILE_READ_ATTRIBUTES, ShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS) !=
-           nullptr;
+    return Open(*native, FILE_READ_ATTRIBUTES, ShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS) != nullptr;
 }
 
 Result<std::unique_ptr<InputFile>> WindowsFileSystem::OpenForReading(const std::string& path) const {
     const Result<Entry> entry = OnlyFile(EntryAt(NativeSource(path), path), path);
     if (!entry)
         return entry.status();
-    UniqueHandle handle =
-        Open(entry->native, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    UniqueHandle handle = Open(entry->native, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
     if (!handle)
         return NativeFault(path);
     return MakeInputFile(std::move(handle), path);
@@ -269,8 +266,8 @@ Result<std::unique_ptr<OutputFile>> WindowsFileSystem::CreateNew(const std::stri
     if (!native)
         return native.status();
     // Without the flag for links, a link that leads nowhere would have its target made.
-    UniqueHandle handle = Open(*native, GENERIC_WRITE, FILE_SHARE_READ, CREATE_NEW,
-                               FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT);
+    UniqueHandle handle =
+        Open(*native, GENERIC_WRITE, FILE_SHARE_READ, CREATE_NEW, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT);
     if (!handle) {
         const DWORD code = GetLastError();
         // A directory of that name is told as "access denied".
@@ -530,13 +527,11 @@ std::optional<std::string> WindowsFileSystem::PathFromHost(const std::string& ho
     const std::wstring full = FullPath(*wide);
     // What is there has one name of its own, whatever junction, short name or substituted drive led there. A
     // share has none below a drive and keeps the one it was called by.
-    const UniqueHandle handle =
-        Open(full, FILE_READ_ATTRIBUTES, ShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    const UniqueHandle handle = Open(full, FILE_READ_ATTRIBUTES, ShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     if (handle) {
         std::wstring final(32768, L'\0');
-        final.resize(
-            std::min(final.size(), static_cast<std::size_t>(GetFinalPathNameByHandleW(
-                                       handle.get(), final.data(), static_cast<DWORD>(final.size()), 0))));
+        final.resize(std::min(final.size(), static_cast<std::size_t>(GetFinalPathNameByHandleW(
+                                                handle.get(), final.data(), static_cast<DWORD>(final.size()), 0))));
         if (const auto path = PlainDrivePath(final))
             return path;
     }

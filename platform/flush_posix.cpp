@@ -63,8 +63,7 @@ std::vector<int> FlushTogether(std::span<const std::string> hostPaths) {
     }
     // A disk takes about as long to confirm one file as to confirm many that it is asked for at the same time.
     std::vector<int> faults(hostPaths.size());
-    ForEachTogether(single.size(),
-                    [&](std::size_t i) { faults[single[i]] = FlushOne(hostPaths[single[i]]); });
+    ForEachTogether(single.size(), [&](std::size_t i) { faults[single[i]] = FlushOne(hostPaths[single[i]]); });
     return faults;
 }
 

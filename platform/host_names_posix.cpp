@@ -76,8 +76,7 @@ std::string HostSpelling(std::string_view shownName) {
 Result<HostName> HostNames::Resolve(const std::string& path) {
     if (!IsDrivePath(path))
         return Status{FileFault::BadName, path, 0};
-    const auto drive =
-        map.directories.find(static_cast<char>(std::tolower(static_cast<unsigned char>(path[0]))));
+    const auto drive = map.directories.find(static_cast<char>(std::tolower(static_cast<unsigned char>(path[0]))));
     const auto components = Components(path);
     if (drive == map.directories.end() || !components)
         return Status{FileFault::BadName, path, 0};

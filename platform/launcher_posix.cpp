@@ -36,8 +36,8 @@ bool IsOnPath(const std::string& program) {
 
 // Starts a program that the desktop's init collects: a shell starts it in the background and ends at once.
 bool StartDetached(const std::vector<std::string>& command, const std::string& directory = ".") {
-    std::vector<std::string> words = {
-        "sh", "-c", "cd -- \"$1\" && shift && { \"$@\" </dev/null >/dev/null 2>&1 & }", "sh", directory};
+    std::vector<std::string> words = {"sh", "-c", "cd -- \"$1\" && shift && { \"$@\" </dev/null >/dev/null 2>&1 & }",
+                                      "sh", directory};
     words.insert(words.end(), command.begin(), command.end());
     std::vector<char*> arguments;
     for (auto& word : words)
@@ -87,24 +87,23 @@ class PosixLauncher : public Launcher {
         std::erase_if(openings, [&](const Opening& opening) {
             int result = 0;
             const pid_t ended = waitpid(opening.process, &result, WNOHANG);
-            if (ended == opening.process && WIFEXITED(result) && WEXITSTATUS(result) != 0 &&
-                opening.IsRecent())
+            if (ended == opening.process && WIFEXITED(result) && WEXITSTATUS(result) != 0 && opening.IsRecent())
                 failures.push_back(opening.opened);
             return ended != 0;
         });
         return failures;
     }
     bool IsWaiting() const override {
-        return std::any_of(openings.begin(), openings.end(),
-                           [](const Opening& opening) { return opening.IsRecent(); });
+        return std::any_of(openings.begin(), openings.end(), [](const Opening& opening) { return opening.IsRecent(); });
     }
     bool StartProgram(const std::string& hostPath) override {
         return access(hostPath.c_str(), X_OK) == 0 && StartDetached({hostPath});
     }
     std::string RunSimulator(const std::string& path) override {
         if (!IsOnPath("wine"))
-            return "Flight Simulator is a program for Windows.  Wine, which runs such programs on this "
-                   "system, is not installed.  Please install the package wine first.";
+            return "Flight Simulator is a program for Windows.  "
+                   "Wine, which runs such programs on this system, is not installed.  "
+                   "Please install the package wine first.";
         const std::string hostPath = files.HostPath(path);
         const std::string directory = hostPath.substr(0, hostPath.rfind('/') + 1);
         // Wine's own "start" knows the state of the window, and ends when the program runs.

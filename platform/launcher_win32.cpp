@@ -17,15 +17,14 @@ std::wstring WindowsDirectory() {
 
 // Runs `program` (a whole path, so that no program of that name in the current directory is taken for it)
 // with the command line; the program's parts are told apart by the marks around them.
-bool Start(const std::wstring& program, std::wstring commandLine, const wchar_t* workingDirectory,
-           WORD show) {
+bool Start(const std::wstring& program, std::wstring commandLine, const wchar_t* workingDirectory, WORD show) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESHOWWINDOW;
     startup.wShowWindow = show;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        workingDirectory, &startup, &started))
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, workingDirectory,
+                        &startup, &started))
         return false;
     UniqueHandle(started.hProcess).reset();
     UniqueHandle(started.hThread).reset();
@@ -53,8 +52,8 @@ class WindowsLauncher final : public Launcher {
   public:
     bool OpenInEditor(const std::string& path) override {
         const std::optional<std::wstring> wide = ToWide(path);
-        return wide && Start(WindowsDirectory() + L"notepad.exe", L"Notepad.exe " + Quoted(*wide), nullptr,
-                             SW_SHOWNORMAL);
+        return wide &&
+               Start(WindowsDirectory() + L"notepad.exe", L"Notepad.exe " + Quoted(*wide), nullptr, SW_SHOWNORMAL);
     }
 
     bool OpenInFileManager(const std::string& directory, WindowState state) override {
@@ -65,16 +64,16 @@ class WindowsLauncher final : public Launcher {
 
     bool ShowInFileManager(const std::string& path) override {
         const std::optional<std::wstring> wide = ToWide(path);
-        return wide && Start(WindowsDirectory() + L"explorer.exe", L"Explorer.exe /select," + Quoted(*wide),
-                             nullptr, SW_SHOWNORMAL);
+        return wide && Start(WindowsDirectory() + L"explorer.exe", L"Explorer.exe /select," + Quoted(*wide), nullptr,
+                             SW_SHOWNORMAL);
     }
 
     int OpenDocument(const std::string& path) override {
         const std::optional<std::wstring> wide = ToWide(path);
         if (!wide)
             return ERROR_FILE_NOT_FOUND;
-        return static_cast<int>(reinterpret_cast<INT_PTR>(
-            ShellExecuteW(nullptr, L"open", wide->c_str(), nullptr, nullptr, SW_SHOWNORMAL)));
+        return static_cast<int>(
+            reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, L"open", wide->c_str(), nullptr, nullptr, SW_SHOWNORMAL)));
     }
 
     bool StartProgram(const std::string& hostPath) override {

@@ -81,8 +81,7 @@ std::optional<std::string> JoinLines(const std::vector<std::string>& lines) {
     return bytes;
 }
 
-Status WriteBytesWhole(FileSystem& files, const std::string& path, std::string_view bytes,
-                       const std::string& scratch) {
+Status WriteBytesWhole(FileSystem& files, const std::string& path, std::string_view bytes, const std::string& scratch) {
     auto file = files.CreateNew(scratch);
     if (!file)
         return file.status(); // a file of that name is not ours to delete

@@ -44,8 +44,7 @@ std::optional<std::string> JoinLines(const std::vector<std::string>& lines);
 // Puts a file in place whole: written as `scratch` (a free name on the same volume), flushed, read back and
 // compared, then renamed over `path`, which keeps its attributes but read-only. Whatever fails, `path` is as
 // it was and the scratch file is gone.
-Status WriteBytesWhole(FileSystem& files, const std::string& path, std::string_view bytes,
-                       const std::string& scratch);
+Status WriteBytesWhole(FileSystem& files, const std::string& path, std::string_view bytes, const std::string& scratch);
 // BadName when a line has a character that the code page cannot hold.
 Status WriteLinesWhole(FileSystem& files, const std::string& path, const std::vector<std::string>& lines,
                        const std::string& scratch);

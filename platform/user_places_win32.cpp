@@ -39,8 +39,8 @@ void ForEachSubkey(HKEY key, REGSAM access, const std::function<void(HKEY)>& rou
 std::string PathValue(HKEY key, const wchar_t* name) {
     std::wstring text(32768, L'\0');
     DWORD bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-    if (RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ, nullptr, text.data(),
-                     &bytes) != ERROR_SUCCESS)
+    if (RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ, nullptr, text.data(), &bytes) !=
+        ERROR_SUCCESS)
         return "";
     text.resize(text.find(L'\0'));
     std::erase(text, L'"');
@@ -61,8 +61,7 @@ std::vector<std::string> SimulatorsInRegistry() {
                                                L"cfs.exe",    L"fltsim98.exe", L"fltsim95.exe"};
         for (const std::wstring program : programs)
             if (const auto key = OpenKey(
-                    root, (L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + program).c_str(),
-                    ReadOld))
+                    root, (L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + program).c_str(), ReadOld))
                 Add(simulators, PathValue(key.get(), L""));
         // ...\Flight Simulator\8.0 and the like
         const auto games = OpenKey(root, L"SOFTWARE\\Microsoft\\Microsoft Games", ReadOld);
@@ -94,16 +93,14 @@ std::vector<std::string> SynchronisedDirectories() {
     AddVariables(directories, {L"OneDrive", L"OneDriveConsumer", L"OneDriveCommercial"});
     constexpr REGSAM access = KEY_READ | KEY_WOW64_64KEY;
     const auto services =
-        OpenKey(HKEY_LOCAL_MACHINE,
-                L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\SyncRootManager", access);
+        OpenKey(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\SyncRootManager", access);
     if (!services)
         return directories;
     ForEachSubkey(services.get(), access, [&](HKEY service) {
         const auto users = OpenKey(service, L"UserSyncRoots", access);
         std::array<wchar_t, 256> name{};
-        for (DWORD i = 0, length = name.size();
-             users && RegEnumValueW(users.get(), i, name.data(), &length, nullptr, nullptr, nullptr,
-                                    nullptr) == ERROR_SUCCESS;
+        for (DWORD i = 0, length = name.size(); users && RegEnumValueW(users.get(), i, name.data(), &length, nullptr,
+                                                                       nullptr, nullptr, nullptr) == ERROR_SUCCESS;
              ++i, length = name.size())
             Add(directories, PathValue(users.get(), name.data()));
     });
@@ -116,14 +113,13 @@ Status CheckWritable(const std::string& directory) {
         return {FileFault::BadName, directory, 0};
     // The system grants the rights that are asked for, or refuses; opening alone changes nothing.
     const HANDLE opened = CreateFileW(native->c_str(), FILE_ADD_FILE | FILE_ADD_SUBDIRECTORY,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (opened == INVALID_HANDLE_VALUE)
         return NativeFault(directory);
     const UniqueHandle handle(opened);
     DWORD flags = 0;
-    const bool isKnown =
-        GetVolumeInformationByHandleW(handle.get(), nullptr, 0, nullptr, nullptr, &flags, nullptr, 0);
+    const bool isKnown = GetVolumeInformationByHandleW(handle.get(), nullptr, 0, nullptr, nullptr, &flags, nullptr, 0);
     const bool isReadOnly = isKnown && (flags & FILE_READ_ONLY_VOLUME) != 0;
     return {isReadOnly ? FileFault::ReadOnlyDisk : FileFault::None, directory, 0};
 }

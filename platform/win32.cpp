@@ -117,12 +117,12 @@ Status NativeFault(const std::string& path, DWORD code) {
 }
 
 FileTime FromNativeTime(const FILETIME& time) {
-    const std::uint64_t ticks = (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) |
-                                static_cast<std::uint64_t>(time.dwLowDateTime);
+    const std::uint64_t ticks =
+        (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | static_cast<std::uint64_t>(time.dwLowDateTime);
     constexpr std::int64_t bound = std::numeric_limits<std::int64_t>::max() / 100;
-    const std::int64_t sinceEpoch =
-        ticks >= UnixEpoch ? static_cast<std::int64_t>(std::min<std::uint64_t>(ticks - UnixEpoch, bound))
-                           : -static_cast<std::int64_t>(std::min<std::uint64_t>(UnixEpoch - ticks, bound));
+    const std::int64_t sinceEpoch = ticks >= UnixEpoch
+                                        ? static_cast<std::int64_t>(std::min<std::uint64_t>(ticks - UnixEpoch, bound))
+                                        : -static_cast<std::int64_t>(std::min<std::uint64_t>(UnixEpoch - ticks, bound));
     return FileTime(std::chrono::nanoseconds(sinceEpoch * 100));
 }
 

@@ -70,8 +70,7 @@ std::string FoldCase(std::string_view text) {
         const std::uint8_t first = Byte(folded[i]);
         if (first < 0x80) {
             folded[i] = static_cast<char>(FoldLetter(first));
-        } else if (first >= 0xC2 && first <= 0xDF && i + 1 < folded.size() &&
-                   (Byte(folded[i + 1]) & 0xC0) == 0x80) {
+        } else if (first >= 0xC2 && first <= 0xDF && i + 1 < folded.size() && (Byte(folded[i + 1]) & 0xC0) == 0x80) {
             const char32_t letter =
                 FoldLetter((static_cast<char32_t>(first & 0x1F) << 6) | (Byte(folded[i + 1]) & 0x3F));
             folded[i] = static_cast<char>(0xC0 | (letter >> 6));
@@ -137,13 +136,12 @@ std::string ParentDirectory(std::string_view path) {
 }
 
 bool IsAtOrBelow(std::string_view path, std::string_view directory) {
-    return !directory.empty() &&
-           (StartsWithNoCase(path, directory) || EqualNoCase(AddBackslash(path), directory));
+    return !directory.empty() && (StartsWithNoCase(path, directory) || EqualNoCase(AddBackslash(path), directory));
 }
 
 bool IsDrivePath(std::string_view path) {
-    return path.size() >= 3 && FoldLetter(Byte(path[0])) >= 'a' && FoldLetter(Byte(path[0])) <= 'z' &&
-           path[1] == ':' && path[2] == '\\';
+    return path.size() >= 3 && FoldLetter(Byte(path[0])) >= 'a' && FoldLetter(Byte(path[0])) <= 'z' && path[1] == ':' &&
+           path[2] == '\\';
 }
 
 bool IsDeviceName(std::string_view name) {
@@ -165,8 +163,7 @@ bool IsStorableName(std::string_view name) {
     const auto isForbidden = [](char c) {
         return Byte(c) < 0x20 || std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
     };
-    return std::none_of(name.begin(), name.end(), isForbidden) && !IsDeviceName(name) &&
-           UnitsOf(name) <= mostUnits;
+    return std::none_of(name.begin(), name.end(), isForbidden) && !IsDeviceName(name) && UnitsOf(name) <= mostUnits;
 }
 
 bool IsScratchName(std::string_view name) {

@@ -33,9 +33,8 @@ bool Mentions(std::string_view line, std::string_view alias) {
     const std::string_view ending = alias.substr(alias.rfind('\\'));
     for (std::size_t at = line.find(ending); at != std::string_view::npos; at = line.find(ending, at + 1)) {
         const std::size_t end = at + ending.size();
-        if (end >= alias.size() &&
-            std::ranges::equal(line.substr(end - alias.size(), alias.size()), alias,
-                               [](char a, char b) { return (a == ' ' ? '_' : a) == b; }))
+        if (end >= alias.size() && std::ranges::equal(line.substr(end - alias.size(), alias.size()), alias,
+                                                      [](char a, char b) { return (a == ' ' ? '_' : a) == b; }))
             return true;
     }
     return false;

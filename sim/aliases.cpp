@@ -109,17 +109,15 @@ class Configuration {
 };
 
 bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
-                .empty();
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
 }
 
 void TellOutcome(CommandContext& context, const std::string& kind, const Status& status) {
     if (status)
         context.user.Tell("Done.");
     else
-        context.user.Tell("The " + kind + ".cfg file of this package could not be replaced.\r\n\r\n" +
-                              status.path + "\r\n\r\nThe reason: " + DescribeFault(status.fault) +
-                              ".  Nothing was lost.",
+        context.user.Tell("The " + kind + ".cfg file of this package could not be replaced.\r\n\r\n" + status.path +
+                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  Nothing was lost.",
                           MessageIcon::Exclamation);
 }
 
@@ -132,30 +130,29 @@ void HeldAliases::FollowPackage(const std::string& name, const std::string& newN
     }
 }
 
-void CreateAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
-                 HeldAliases& held) {
+void CreateAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package, HeldAliases& held) {
     if (!package.PackageHasFile(kind + ".cfg")) {
-        context.user.Tell("The current package does not contain a " + kind + ".cfg file.  Cannot create " +
-                              kind + " alias.",
+        context.user.Tell("The current package does not contain a " + kind + ".cfg file.  Cannot create " + kind +
+                              " alias.",
                           MessageIcon::Exclamation);
         return;
     }
     if (!AliasOf(package, kind).empty()) {
         context.user.Tell(
             kind == "panel"
-                ? "This package uses a panel alias as shown.  Panel aliases can only be created for original "
-                  "panel configurations.  Select the package that's used for the panel alias so that you can "
-                  "create an alias to it."
-                : "This package uses a sound alias as shown.  Sound aliases can only be created for original "
-                  "sound configurations.  Select the package that's used for the sound alias so that you can "
-                  "create an alias to it.",
+                ? "This package uses a panel alias as shown.  "
+                  "Panel aliases can only be created for original panel configurations.  "
+                  "Select the package that's used for the panel alias so that you can create an alias to it."
+                : "This package uses a sound alias as shown.  "
+                  "Sound aliases can only be created for original sound configurations.  "
+                  "Select the package that's used for the sound alias so that you can create an alias to it.",
             MessageIcon::Information);
         return;
     }
     held.Of(kind) = CurrentPackageName(context.window) + "\\" + kind;
     context.user.Tell("Done.\r\n\r\nNow you can easily create a new " + kind +
-                      ".cfg file containing the created alias for any package (aircraft) by selecting the "
-                      "package and picking the 'Paste " +
+                      ".cfg file containing the created alias for any package (aircraft) "
+                      "by selecting the package and picking the 'Paste " +
                       kind + " alias' option.  The current " + kind +
                       ".cfg file for that package, if it exists, will be renamed to old" + kind +
                       ".cfg and can be easily restored by picking the 'Restore old " + kind + "' option.");
@@ -165,15 +162,15 @@ void PasteAlias(CommandContext& context, const std::string& kind, const LoadedPa
                 const std::string& heldAlias) {
     const auto refuse = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
     if (heldAlias.empty())
-        return refuse("You'll have to use the 'Create " + kind +
-                      " alias' option on a package with the required " + kind + " configuration first.");
+        return refuse("You'll have to use the 'Create " + kind + " alias' option on a package with the required " +
+                      kind + " configuration first.");
     if (EqualNoCase(SpacesToUnderscores(heldAlias),
                     SpacesToUnderscores(CurrentPackageName(context.window)) + "\\" + kind))
         return refuse("You cannot paste a " + kind + " alias to the package where you got the alias.");
     if (IsInstalled(context))
-        return refuse("This package is installed in Flight Simulator.  Please remove it from MSFS before "
-                      "replacing the " +
-                      kind + ".cfg file.");
+        return refuse(
+            "This package is installed in Flight Simulator.  Please remove it from MSFS before replacing the " + kind +
+            ".cfg file.");
     TellOutcome(context, kind, Configuration(context, kind, package).WriteAlias(heldAlias));
 }
 
@@ -183,9 +180,9 @@ void RestoreOldConfig(CommandContext& context, const std::string& kind, const Lo
     if (!configuration.HasBackup())
         return refuse("This package does not contain an old" + kind + ".cfg file to restore.");
     if (IsInstalled(context))
-        return refuse("This package is installed in Flight Simulator.  Please remove it from MSFS before "
-                      "restoring the " +
-                      kind + ".cfg file.");
+        return refuse(
+            "This package is installed in Flight Simulator.  Please remove it from MSFS before restoring the " + kind +
+            ".cfg file.");
     TellOutcome(context, kind, configuration.RestoreBackup());
 }
 

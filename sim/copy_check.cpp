@@ -9,8 +9,7 @@ std::string FirstNotCopied(CommandContext& context, const LoadedPackage& package
     const auto holds = [&](const std::string& copy, const std::string& source) {
         const auto made = context.files.Info(copy), from = context.files.Info(source);
         return made && from && made->kind == EntryKind::File &&
-               (made->size == from->size ||
-                made->size == UnpackedSize(context.files, FileEntry(source, *from)));
+               (made->size == from->size || made->size == UnpackedSize(context.files, FileEntry(source, *from)));
     };
     for (const PlannedFile& file : PlanCopy(context, package, root).files) {
         if (!holds(destination + file.relative, file.source))

@@ -85,9 +85,9 @@ class PackageCopy {
         const auto free = context.files.FreeSpace(root);
         if (!free || *free >= plan.bytes)
             return true;
-        return Refuse("There is not enough room for the package: it needs " +
-                      std::to_string(plan.bytes / Meg + 1) + " Meg and the disk has " +
-                      std::to_string(*free / Meg) + " Meg left.  " + NextStep(FileFault::DiskFull));
+        return Refuse("There is not enough room for the package: it needs " + std::to_string(plan.bytes / Meg + 1) +
+                      " Meg and the disk has " + std::to_string(*free / Meg) + " Meg left.  " +
+                      NextStep(FileFault::DiskFull));
     }
 
     bool Refuse(const std::string& reason) { return korvadex::Refuse(context, reason); }
@@ -177,8 +177,7 @@ class PackageCopy {
     Status Record(const Tree& tree) {
         InstallRecord record{RecordedName(context.locations, package), {}};
         for (const FileEntry& file : tree.files) {
-            auto placed =
-                RecordFile(context.files, AircraftKind, file.path.substr(tree.root.size()), file.path);
+            auto placed = RecordFile(context.files, AircraftKind, file.path.substr(tree.root.size()), file.path);
             if (!placed)
                 return placed.status();
             record.files.push_back(std::move(*placed));
@@ -245,8 +244,7 @@ class PackageCopy {
         if (kind == CopyRoot::Staging)
             return true;
         // A simulator without an effects directory has no use for effects.
-        return (!context.files.IsDirectory(root + "effects") ||
-                PlaceBeside(status, "effects\\", plan.effects)) &&
+        return (!context.files.IsDirectory(root + "effects") || PlaceBeside(status, "effects\\", plan.effects)) &&
                PlaceBeside(status, "modules\\", plan.modules);
     }
 
@@ -294,12 +292,11 @@ bool CheckCopySource(CommandContext& context, const LoadedPackage& package) {
     if (!package.tree.unreadable.empty())
         return Refuse(context, "The directory " + package.tree.unreadable.front() +
                                    " could not be read, so that the copy would not be complete.");
-    const auto link = std::ranges::find_if(
-        package.tree.files, [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });
+    const auto link = std::ranges::find_if(package.tree.files,
+                                           [](const FileEntry& file) { return file.info.kind == EntryKind::Link; });
     if (link != package.tree.files.end())
-        return Refuse(context,
-                      "The package contains a link to another place, which cannot be copied:\r\n\r\n" +
-                          link->path + "\r\n\r\nPlease replace it by the files that it stands for.");
+        return Refuse(context, "The package contains a link to another place, which cannot be copied:\r\n\r\n" +
+                                   link->path + "\r\n\r\nPlease replace it by the files that it stands for.");
     return true;
 }
 
@@ -308,10 +305,9 @@ bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::s
     const std::string root = context.locations.RootOf(destination);
     const auto kind = KindOfRoot(context.locations, root);
     if (!kind) {
-        context.user.Tell(
-            destination +
-                " lies in none of the Staging, Hangar and MSFS directories.\r\n\r\nNothing was copied.",
-            MessageIcon::Exclamation);
+        context.user.Tell(destination +
+                              " lies in none of the Staging, Hangar and MSFS directories.\r\n\r\nNothing was copied.",
+                          MessageIcon::Exclamation);
         return false;
     }
     const std::string below = destination.substr(root.size());

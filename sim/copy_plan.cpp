@@ -42,8 +42,7 @@ class Planner {
             AddDirectory(group);
 
         const std::vector<FileEntry>& files = package.ComponentFiles[static_cast<std::size_t>(group)];
-        const std::vector<std::string> gaugeLines =
-            group == Gauges ? PanelGaugeLines() : std::vector<std::string>{};
+        const std::vector<std::string> gaugeLines = group == Gauges ? PanelGaugeLines() : std::vector<std::string>{};
         for (const FileEntry& file : files) {
             // A checklist stands in two groups and is one file: that of its first group.
             if (IsProgramFile(file) || !planned.insert(file.path).second)
@@ -126,17 +125,16 @@ class Planner {
     std::vector<std::string> PanelGaugeLines() {
         std::vector<std::string> gaugeLines;
         bool hasPanelGauges = false;
-        const auto unseen =
-            VisitConfigFiles(context, package.tree, {.fileName = "panel.cfg", .isEnding = true},
-                             [&](const FileEntry& file, const LowerLines& lines) {
-                                 for (const std::string_view line : lines) {
-                                     if (!IsGaugeLine(line))
-                                         continue;
-                                     gaugeLines.emplace_back(line);
-                                     hasPanelGauges |= file.key == "panel.cfg";
-                                 }
-                                 return Visit::Continue;
-                             });
+        const auto unseen = VisitConfigFiles(context, package.tree, {.fileName = "panel.cfg", .isEnding = true},
+                                             [&](const FileEntry& file, const LowerLines& lines) {
+                                                 for (const std::string_view line : lines) {
+                                                     if (!IsGaugeLine(line))
+                                                         continue;
+                                                     gaugeLines.emplace_back(line);
+                                                     hasPanelGauges |= file.key == "panel.cfg";
+                                                 }
+                                                 return Visit::Continue;
+                                             });
         if (!unseen.empty() || package.tree.isLevelCut || !hasPanelGauges)
             gaugeLines.clear();
         return gaugeLines;

@@ -52,8 +52,8 @@ std::string DescribeRemaining(const Status& status) {
 }
 
 void TellIncompleteRemoval(CommandContext& context, const Status& status) {
-    context.user.Tell("The package could not be removed completely.\r\n\r\n" + DescribeRemaining(status) +
-                          ".\r\n\r\n" + NextStep(status.fault),
+    context.user.Tell("The package could not be removed completely.\r\n\r\n" + DescribeRemaining(status) + ".\r\n\r\n" +
+                          NextStep(status.fault),
                       MessageIcon::Exclamation);
 }
 

@@ -54,9 +54,8 @@ class GaugeStock {
             const auto named = pathsByName.find(LastPathComponent(ending));
             if (named == pathsByName.end())
                 continue;
-            const auto path = std::ranges::find_if(named->second, [&](const std::string& candidate) {
-                return EndsWithNoCase(candidate, ending);
-            });
+            const auto path = std::ranges::find_if(
+                named->second, [&](const std::string& candidate) { return EndsWithNoCase(candidate, ending); });
             if (path != named->second.end())
                 paths.push_back(*path);
         }
@@ -78,8 +77,7 @@ std::string JoinText(std::initializer_list<std::string_view> lines) {
 
 } // namespace
 
-std::string CrossCheckPanel(CommandContext& context, const std::string& path,
-                            std::vector<std::string>& usedGauges) {
+std::string CrossCheckPanel(CommandContext& context, const std::string& path, std::vector<std::string>& usedGauges) {
     usedGauges.clear();
     const auto lines = ReadConfigLines(context.files, path);
     if (!lines) {
@@ -120,8 +118,7 @@ std::string MissingLender(const CommandContext& context, const std::string& pane
     if (alias.empty() || !FindSimAircraftDirectory(context.files, context.locations, alias).empty())
         return "";
     return JoinText({"", "", "The panel " + alias + ", which it uses via alias,",
-                     "is not installed in MSFS.  Please install",
-                     "the package that contains this panel or it"}) +
+                     "is not installed in MSFS.  Please install", "the package that contains this panel or it"}) +
            "will not be visible in MSFS.";
 }
 
@@ -133,9 +130,8 @@ std::string InstallStatusText(std::string_view package, std::string_view report)
         return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) + "Installation complete.";
     return heading +
            JoinText({"Possible problem ...", "", "This package uses the following gauge files",
-                     "which aren't currently installed in MSFS.",
-                     "Please install the package(s) which contains", "these gauge files or they will not be",
-                     "visible when panel is loaded in MSFS ...", ""}) +
+                     "which aren't currently installed in MSFS.", "Please install the package(s) which contains",
+                     "these gauge files or they will not be", "visible when panel is loaded in MSFS ...", ""}) +
            std::string(report) + JoinText({""}) + "Installation complete with warning.";
 }
 
@@ -144,15 +140,12 @@ std::string ImportStatusText(std::string_view aircraft, std::string_view report)
     if (report.empty())
         return heading + JoinText({"Crosscheck complete.  PASSED.", ""}) + "Import will now continue ...";
     if (report == PanelNoGauges)
-        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) +
-               "Import will now continue ...";
+        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) + "Import will now continue ...";
     return heading +
            JoinText({"Possible problem ...", "", "This package uses the following gauge files",
-                     "which aren't currently installed in MSFS", "and therefore will not be imported ...",
-                     ""}) +
+                     "which aren't currently installed in MSFS", "and therefore will not be imported ...", ""}) +
            std::string(report) +
-           JoinText({"", "Import will now continue despite warning",
-                     "but it is recommended that you redo import",
+           JoinText({"", "Import will now continue despite warning", "but it is recommended that you redo import",
                      "once all needed gauges are installed in"}) +
            "MSFS.";
 }
@@ -167,8 +160,7 @@ void ShowInstallCheck(CommandContext& context, const std::string& package, const
 
 void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
     const std::string& staging = context.locations.StagingDir;
-    const FileList panels =
-        CollectFiles(WalkTree(context.files, staging), "panel.cfg", FileMode::Name, context.limits);
+    const FileList panels = CollectFiles(WalkTree(context.files, staging), "panel.cfg", FileMode::Name, context.limits);
     std::vector<std::string> usedGauges;
     if (!panels.entries.empty()) {
         const std::string& panel = panels.entries.front().path;
@@ -187,8 +179,7 @@ void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
         context.user.Tell("Done.");
     else
         context.user.Tell("The gauges could not be copied to Staging.\r\n\r\n" + status.path +
-                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  " +
-                              NextStep(status.fault),
+                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  " + NextStep(status.fault),
                           MessageIcon::Exclamation);
 }
 

@@ -46,9 +46,7 @@ class BroughtGauges {
         return gauges;
     }
 
-    std::string PathOf(const RecordedFile& gauge) const {
-        return context.locations.MsfsDir + "gauges\\" + gauge.name;
-    }
+    std::string PathOf(const RecordedFile& gauge) const { return context.locations.MsfsDir + "gauges\\" + gauge.name; }
 
     // The only copy of a gauge that somebody has taken out of the package stays.
     bool IsInHangar(const RecordedFile& gauge) const {
@@ -64,8 +62,7 @@ class BroughtGauges {
         std::vector<RecordedFile> gauges;
         for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
             const std::string name = gauge.Name();
-            if (std::ranges::none_of(found,
-                                     [&](const std::string& other) { return EqualNoCase(other, name); }))
+            if (std::ranges::none_of(found, [&](const std::string& other) { return EqualNoCase(other, name); }))
                 gauges.push_back({.kind = std::string(GaugeKind), .name = name, .isPlaced = true});
         }
         return gauges;
@@ -171,19 +168,18 @@ class GaugeUsers {
             names.push_back(GaugeName(gauge.name));
         NameMatcher matcher(names);
         // What could not be looked at may use any of them.
-        isComplete =
-            VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
-                             {.fileName = "panel.cfg", .leaveOut = directory},
-                             [&](const FileEntry& file, const LowerLines& lines) {
-                                 for (const std::string_view line : lines) {
-                                     if (IsGaugeLine(line))
-                                         matcher.Search(line);
-                                 }
-                                 for (const std::size_t name : matcher.TakeFound())
-                                     panels[names[name]].push_back(file.path);
-                                 return Visit::Continue;
-                             })
-                .empty();
+        isComplete = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
+                                      {.fileName = "panel.cfg", .leaveOut = directory},
+                                      [&](const FileEntry& file, const LowerLines& lines) {
+                                          for (const std::string_view line : lines) {
+                                              if (IsGaugeLine(line))
+                                                  matcher.Search(line);
+                                          }
+                                          for (const std::size_t name : matcher.TakeFound())
+                                              panels[names[name]].push_back(file.path);
+                                          return Visit::Continue;
+                                      })
+                         .empty();
     }
 
     bool AreThere(const RecordedFile& gauge) const {

@@ -19,8 +19,8 @@ constexpr std::array<std::string_view, 15> StockGauges = {
     "spitfire_mki.gau", "a6m2_zero.gau",    "a6m5_zero.gau",
     "cfs2hud.gau",      "f4f4_wildcat.gau", "f6f3_hellcat.gau",
     "minicontrols.gau", "n1k2j_george.gau", "p38f_lightning.gau"};
-constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopwith.", "cessna_182.",
-                                                             "cessna_182_rg.", "generic."};
+constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopwith.", "cessna_182.", "cessna_182_rg.",
+                                                             "generic."};
 
 } // namespace
 
@@ -52,27 +52,23 @@ bool IsStockGauge(std::string_view fileName) {
 std::string DeleteGauge(CommandContext& context, const std::string& path) {
     static_cast<void>(context.files.ClearAttributes(path));
     const FileFault fault = context.files.Delete(path).fault;
-    return fault == FileFault::None || fault == FileFault::NotFound
-               ? ""
-               : path + " (" + DescribeFault(fault) + ")";
+    return fault == FileFault::None || fault == FileFault::NotFound ? "" : path + " (" + DescribeFault(fault) + ")";
 }
 
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining) {
     if (remaining.empty())
         return;
-    context.user.Tell(
-        "The following gauges could not be removed ...\r\n\r\n" + ListNames(remaining) +
-            "\r\n\r\nPlease close the program that uses them (Flight Simulator, perhaps), or make "
-            "sure that you may write there, and delete them from the list of unused gauges.",
-        MessageIcon::Exclamation);
+    context.user.Tell("The following gauges could not be removed ...\r\n\r\n" + ListNames(remaining) +
+                          "\r\n\r\nPlease close the program that uses them (Flight Simulator, perhaps), "
+                          "or make sure that you may write there, and delete them from the list of unused gauges.",
+                      MessageIcon::Exclamation);
 }
 
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
     if (context.files.IsDirectory(root + "gauges"))
         return true;
-    context.user.Tell(
-        root + "gauges directory does not exist.  Please verify Flight Simulator directory location.",
-        MessageIcon::Exclamation);
+    context.user.Tell(root + "gauges directory does not exist.  Please verify Flight Simulator directory location.",
+                      MessageIcon::Exclamation);
     return false;
 }
 

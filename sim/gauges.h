@@ -32,8 +32,7 @@ bool CheckGaugesDirectory(CommandContext& context, const std::string& root);
 
 // Puts the package's gauges into root & "gauges\"; existing ones stay as they are. False, after a message, when that
 // directory is missing or a copy failed; what was added then is still listed in `placed`.
-bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
-                   SharedFiles& placed);
+bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root, SharedFiles& placed);
 
 // Tells of gauges that could not be deleted, if there are any, and what can be done about it.
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);
@@ -46,8 +45,7 @@ inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";
 
 // Looks up each gauge that a panel.cfg names in MsfsDir & "gauges\". Gives a line for each missing one (""
 // when all are there) or PanelNoGauges; usedGauges becomes the paths of the files found, each once.
-std::string CrossCheckPanel(CommandContext& context, const std::string& path,
-                            std::vector<std::string>& usedGauges);
+std::string CrossCheckPanel(CommandContext& context, const std::string& path, std::vector<std::string>& usedGauges);
 
 // frmInstallStatus for the panel.cfg of an aircraft in the simulator: what CrossCheckPanel found, and whether the
 // aircraft is missing whose panel it uses.

@@ -11,8 +11,8 @@ namespace korvadex {
 namespace {
 
 std::string ShownDirectory(const CommandContext& context) {
-    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
-           CurrentPackageName(context.window) + "\\";
+    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" + CurrentPackageName(context.window) +
+           "\\";
 }
 
 void CompressShown(CommandContext& context, CommandState& state, bool compress) {
@@ -33,14 +33,13 @@ void TellCompressed(CommandContext& context, const std::vector<std::string>& fai
     if (failures.empty())
         context.user.Tell("Done.");
     else
-        context.user.Tell(ListNames(failures) +
-                              "\r\n\r\nWhat is named here was left alone.  Please run the command "
-                              "again when the cause is settled.",
-                          MessageIcon::Exclamation);
+        context.user.Tell(
+            ListNames(failures) +
+                "\r\n\r\nWhat is named here was left alone.  Please run the command again when the cause is settled.",
+            MessageIcon::Exclamation);
 }
 
-void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
-                      LoadedPackage& package) {
+void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory, LoadedPackage& package) {
     if (context.window.SelectedPackageText().empty()) {
         context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
         return;

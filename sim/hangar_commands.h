@@ -36,8 +36,7 @@ struct HangarMemory {
 };
 
 // Carries out state.CommandCode on the shown package; a code without a command does nothing.
-void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory,
-                      LoadedPackage& package);
+void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory, LoadedPackage& package);
 
 // "Done.", or what was not compressed or decompressed: the texts that CompressPackage gives.
 void TellCompressed(CommandContext& context, const std::vector<std::string>& failures);

@@ -18,8 +18,8 @@ namespace korvadex {
 namespace {
 
 std::string PackageDirectory(const CommandContext& context) {
-    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
-           CurrentPackageName(context.window) + "\\";
+    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" + CurrentPackageName(context.window) +
+           "\\";
 }
 
 // What lies on a drive that is mounted there is not the Hangar's own, as what a link leads to.
@@ -32,8 +32,7 @@ bool IsMountPoint(const CommandContext& context, const std::string& directory) {
 }
 
 bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window))
-                .empty();
+    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
 }
 
 // The users of the shown package's panel (kind "panel") or sound in the Hangar; those found are listed.
@@ -53,9 +52,8 @@ bool WantsToKeep(CommandContext& context, const std::string& kind, const std::st
     if (!users.paths.empty())
         return context.user.AskYesNo(question);
     std::erase_if(users.unseen, [&](const Unseen& thing) { return !asked.insert(thing.path).second; });
-    return !users.unseen.empty() &&
-           context.user.AskYesNo("WARNING!  " + DescribeUnseenUsers(kind, users.unseen) +
-                                 "\r\n\r\nDo you want to cancel this command?");
+    return !users.unseen.empty() && context.user.AskYesNo("WARNING!  " + DescribeUnseenUsers(kind, users.unseen) +
+                                                          "\r\n\r\nDo you want to cancel this command?");
 }
 
 // False, after a message, when another package needs it, or may.
@@ -64,8 +62,7 @@ bool MayRename(CommandContext& context, const std::string& kind, const std::stri
     if (!users.paths.empty())
         context.user.Tell(refusal, MessageIcon::Information);
     else if (!users.unseen.empty())
-        context.user.Tell("Cannot rename.  " + DescribeUnseenUsers(kind, users.unseen),
-                          MessageIcon::Exclamation);
+        context.user.Tell("Cannot rename.  " + DescribeUnseenUsers(kind, users.unseen), MessageIcon::Exclamation);
     return users.AreNone();
 }
 
@@ -78,10 +75,8 @@ bool IsSecondAircraft(CommandContext& context, const LoadedPackage& package) {
     if (staged.entries.empty())
         return false;
     context.user.Tell(
-        "Staging can hold one aircraft only, and another one is there already:\r\n\r\n" +
-            staged.entries.front().path +
-            "\r\n\r\nNothing was copied.  Please copy what is in Staging to the Hangar, or clear "
-            "Staging, first.",
+        "Staging can hold one aircraft only, and another one is there already:\r\n\r\n" + staged.entries.front().path +
+            "\r\n\r\nNothing was copied.  Please copy what is in Staging to the Hangar, or clear Staging, first.",
         MessageIcon::Exclamation);
     return true;
 }
@@ -92,8 +87,7 @@ std::string DescribePlaceOfOthers(const CommandContext& context, const std::stri
     const Locations& locations = context.locations;
     const std::string place = OneName(context.files, directory);
     // The Hangar itself may lie in the simulator's directory.
-    const bool isOwn =
-        IsAtOrBelow(AddBackslash(place), AddBackslash(OneName(context.files, locations.HangarDir)));
+    const bool isOwn = IsAtOrBelow(AddBackslash(place), AddBackslash(OneName(context.files, locations.HangarDir)));
     if (!IsOnePlace(context.files, directory, locations.StagingDir) &&
         (isOwn || !IsOnePlace(context.files, directory, locations.MsfsDir)))
         return "";
@@ -104,8 +98,8 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
                       const std::function<bool()>& lastLook) {
     const std::string directory = PackageDirectory(context);
     if (IsMountPoint(context, directory)) {
-        context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " +
-                              directory + ".\r\n\r\nPlease unmount that drive first.",
+        context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " + directory +
+                              ".\r\n\r\nPlease unmount that drive first.",
                           MessageIcon::Exclamation);
         return false;
     }
@@ -119,8 +113,7 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     if (IsInstalled(context) &&
         context.user.AskYesNo(
             "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
-            "(If you choose No, the only way to use Korvadex to remove it from MSFS in the future would be "
-            "to "
+            "(If you choose No, the only way to use Korvadex to remove it from MSFS in the future would be to "
             "import it from MSFS and then remove it.)"))
         removeFromSim();
     // The list was filled anew: where the package has gone meanwhile, it stands on another one.
@@ -129,27 +122,26 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     std::set<std::string> asked;
     if (WantsToKeep(
             context, "panel",
-            "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
-            "shown.  Do you want to cancel this command?",
+            "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
+            "Do you want to cancel this command?",
             asked) ||
         WantsToKeep(
             context, "sound",
-            "WARNING!  The sound configuration in this package is used (via alias) by an aircraft(s) in the "
-            "Hangar as shown.  Do you want to cancel this command?",
+            "WARNING!  "
+            "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
+            "Do you want to cancel this command?",
             asked))
         return false;
     // A directory in another place that stands in the Hangar as a link stays where it is.
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
     if (!context.user.AskYesNo(
             "Are you sure you want to remove this package from the hangar?" +
-            (place.empty() ? ""
-                           : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
+            (place.empty() ? "" : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
         context.window.RefreshPackageDisplay();
         return false;
     }
     if (IsLinkedDirectory(context, directory) == place.empty()) {
-        context.user.Tell(directory + " has changed meanwhile.  Nothing was removed.",
-                          MessageIcon::Exclamation);
+        context.user.Tell(directory + " has changed meanwhile.  Nothing was removed.", MessageIcon::Exclamation);
         return false;
     }
     if (lastLook && !lastLook())
@@ -157,10 +149,9 @@ bool RemoveFromHangar(CommandContext& context, const std::function<void()>& remo
     const Status status = DeleteDirectory(context, directory);
     context.window.RefreshPackageList();
     if (status)
-        context.user.Tell(place.empty()
-                              ? "Done."
-                              : "Done.\r\n\r\nThe link was removed.  The files of the package are still in " +
-                                    place + ".");
+        context.user.Tell(place.empty() ? "Done."
+                                        : "Done.\r\n\r\nThe link was removed.  The files of the package are still in " +
+                                              place + ".");
     else
         TellIncompleteRemoval(context, status);
     context.window.RefreshPackageDisplay();
@@ -172,8 +163,7 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
     if (IsSecondAircraft(context, package))
         return;
     if (!StagingIsEmpty(context.files, context.locations) &&
-        (!context.user.AskYesNo("The staging area is not clear.  Are you sure?") ||
-         IsSecondAircraft(context, package)))
+        (!context.user.AskYesNo("The staging area is not clear.  Are you sure?") || IsSecondAircraft(context, package)))
         return;
     const std::string name = CurrentPackageName(context.window);
     std::string destination = context.locations.StagingDir + "aircraft\\" + name;
@@ -182,8 +172,7 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
     context.window.NoteStaged(name);
     if (const std::string missing = FirstNotCopied(context, package, CopyRoot::Staging, destination);
         !missing.empty()) {
-        context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" +
-                              missing,
+        context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" + missing,
                           MessageIcon::Exclamation);
         return;
     }
@@ -199,27 +188,28 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
                                           ? package.path
                                           : FirstNotCopied(context, package, CopyRoot::Staging, destination);
         if (!different.empty())
-            context.user.Tell("The package is not in Staging as it is in the Hangar any more.  It was not "
-                              "removed.\r\n\r\n" +
-                                  different + "\r\n\r\nPlease clear Staging and copy the package again.",
-                              MessageIcon::Exclamation);
+            context.user.Tell(
+                "The package is not in Staging as it is in the Hangar any more.  It was not removed.\r\n\r\n" +
+                    different + "\r\n\r\nPlease clear Staging and copy the package again.",
+                MessageIcon::Exclamation);
         return different.empty();
     });
 }
 
 std::string RenameInHangar(CommandContext& context, const LoadedPackage& package) {
     if (IsInstalled(context)) {
-        context.user.Tell("Sorry, no renaming allowed while package is installed in MSFS.  Remove package "
-                          "from MSFS first.",
-                          MessageIcon::Exclamation);
+        context.user.Tell(
+            "Sorry, no renaming allowed while package is installed in MSFS.  Remove package from MSFS first.",
+            MessageIcon::Exclamation);
         return CurrentPackageName(context.window);
     }
     if (!MayRename(context, "panel",
-                   "Cannot rename.  The panel in this package is used (via alias) by an aircraft(s) in "
-                   "the Hangar as shown.") ||
-        !MayRename(context, "sound",
-                   "Cannot rename.  The sound configuration in this package is used (via alias) by an "
-                   "aircraft(s) in the Hangar as shown."))
+                   "Cannot rename.  "
+                   "The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.") ||
+        !MayRename(
+            context, "sound",
+            "Cannot rename.  "
+            "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown."))
         return CurrentPackageName(context.window);
     const std::string name = RenamePackage(context, package);
     context.window.RefreshPackageDisplay();
@@ -230,16 +220,15 @@ void CheckReferences(CommandContext& context) {
     const AliasUsers panel = ShowUsersInHangar(context, "panel");
     const bool isPanelUsed = !panel.paths.empty();
     if (isPanelUsed) {
-        context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as "
-                          "shown.");
+        context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
         if (!context.user.AskYesNo("Continue on to sound alias check?"))
             return;
     }
     const AliasUsers sound = ShowUsersInHangar(context, "sound");
     const bool isSoundUsed = !sound.paths.empty();
     if (isSoundUsed)
-        context.user.Tell("The sound configuration in this package is used (via alias) by an aircraft(s) in "
-                          "the Hangar as shown.");
+        context.user.Tell(
+            "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
     const std::vector<Unseen>& unseen = isPanelUsed || panel.unseen.empty() ? sound.unseen : panel.unseen;
     if (isPanelUsed || isSoundUsed)
         context.user.Tell("Done.");
@@ -252,8 +241,7 @@ void CheckReferences(CommandContext& context) {
 
 void CheckInstalledGauges(CommandContext& context) {
     if (!IsInstalled(context)) {
-        context.user.Tell("This package is not currently installed in Flight Simulator.",
-                          MessageIcon::Information);
+        context.user.Tell("This package is not currently installed in Flight Simulator.", MessageIcon::Information);
         return;
     }
     const std::string name = CurrentPackageName(context.window);

@@ -9,8 +9,8 @@
 
 namespace korvadex {
 
-// "the Hangar leads by a link to C:\FS\aircraft\Lear, ..." where the package's directory (ends in a backslash) belongs to
-// the simulator or to Staging, "" elsewhere.
+// "the Hangar leads by a link to C:\FS\aircraft\Lear, ..." where the package's directory (ends in a backslash) belongs
+// to the simulator or to Staging, "" elsewhere.
 std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory);
 
 // An installed package is offered to removeFromSim first; either answer goes on. Directly before the deletion

@@ -45,8 +45,7 @@ class Import {
   public:
     Import(CommandContext& command, const std::string& aircraft)
         : context(command), files(command.files), name(aircraft),
-          source(command.locations.MsfsDir + "aircraft\\" + aircraft + "\\"),
-          staging(command.locations.StagingDir) {}
+          source(command.locations.MsfsDir + "aircraft\\" + aircraft + "\\"), staging(command.locations.StagingDir) {}
 
     // False, after a message, when nothing was copied. wasImported: Staging holds an earlier import of it.
     bool Run(bool wasImported) {
@@ -57,8 +56,8 @@ class Import {
             wasImported &&
             context.user.AskYesNo(
                 "Staging still holds what an earlier import of " + name +
-                " has brought.  Should Staging be cleared first?  (Select 'No' to keep what you "
-                "have added: then only the files that the aircraft has are replaced.)");
+                " has brought.  Should Staging be cleared first?  "
+                "(Select 'No' to keep what you have added: then only the files that the aircraft has are replaced.)");
         if (!CheckRoom(tree, clears) || (clears && !ClearStaging()))
             return false;
         WriteNameFile();
@@ -67,11 +66,10 @@ class Import {
         DeleteFileForced(files, staging + "Documentation\\" + std::string(ImportNameFile));
         static_cast<void>(files.CreateDirectory(staging + "gauges"));
         if (!notCopied.empty())
-            context.user.Tell("The import is not complete.  The following files could not be copied to "
-                              "Staging ...\r\n\r\n" +
-                                  ListNames(notCopied) +
-                                  "\r\n\r\nThe aircraft in Flight Simulator is as it was.",
-                              MessageIcon::Exclamation);
+            context.user.Tell(
+                "The import is not complete.  The following files could not be copied to Staging ...\r\n\r\n" +
+                    ListNames(notCopied) + "\r\n\r\nThe aircraft in Flight Simulator is as it was.",
+                MessageIcon::Exclamation);
         return true;
     }
 
@@ -83,8 +81,7 @@ class Import {
 
     bool CheckListing(const Tree& tree) {
         if (IsOnePlace(files, source, staging))
-            return Refuse(source +
-                          " leads to Staging itself.  Please move the aircraft out of Staging first.");
+            return Refuse(source + " leads to Staging itself.  Please move the aircraft out of Staging first.");
         const FileList list = CollectFiles(tree, "", FileMode::All, context.limits);
         const ListCut cut = tree.isLevelCut ? ListCut::Level : list.cut;
         if (cut != ListCut::None)
@@ -97,8 +94,7 @@ class Import {
     bool CheckRoom(const Tree& tree, bool isToBeCleared) {
         const std::uint64_t freed = isToBeCleared ? BytesOf(WalkTree(files, staging)) : 0;
         if (const auto space = files.FreeSpace(staging); space && *space + freed < BytesOf(tree))
-            return Refuse("There is not enough room for the aircraft in Staging.  " +
-                          NextStep(FileFault::DiskFull));
+            return Refuse("There is not enough room for the aircraft in Staging.  " + NextStep(FileFault::DiskFull));
         return true;
     }
 
@@ -189,8 +185,7 @@ class Import {
 
     // Those below the first letters of the path, which are there.
     void MakeDirectoriesOf(const std::string& path, std::size_t there) {
-        for (std::size_t end = path.find('\\', there); end != std::string::npos;
-             end = path.find('\\', end + 1))
+        for (std::size_t end = path.find('\\', there); end != std::string::npos; end = path.find('\\', end + 1))
             static_cast<void>(files.CreateDirectory(path.substr(0, end)));
     }
 
@@ -208,14 +203,13 @@ std::string ImportFromSim(CommandContext& context, std::string_view before) {
     const std::vector<std::string> names = Candidates(context);
     const auto accept = [&](int row) {
         if (row < 0 || row >= std::ssize(names)) {
-            context.user.Tell(
-                "Please pick a package by selecting it and selecting 'OK' or by double clicking it.");
+            context.user.Tell("Please pick a package by selecting it and selecting 'OK' or by double clicking it.");
             return false;
         }
         const std::string& name = names[static_cast<std::size_t>(row)];
-        const bool wasImported = !StagingIsEmpty(context.files, context.locations) &&
-                                 (EqualNoCase(name, before) ||
-                                  EqualNoCase(name, ReadImportName(context.files, context.locations)));
+        const bool wasImported =
+            !StagingIsEmpty(context.files, context.locations) &&
+            (EqualNoCase(name, before) || EqualNoCase(name, ReadImportName(context.files, context.locations)));
         if (Import(context, name).Run(wasImported))
             imported = name;
         return true;

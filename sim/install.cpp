@@ -46,14 +46,12 @@ class AliasLines {
 
     void Follow(const std::string& alias, const std::string& directory, const std::string& configFile) {
         const std::string installed = FindInSim(context, alias);
-        if (alias.empty() || installed.empty() || installed == alias ||
-            !context.files.Info(directory + configFile))
+        if (alias.empty() || installed.empty() || installed == alias || !context.files.Info(directory + configFile))
             return;
         const Status status = RewriteAliasLine(context, installed, directory + configFile);
         if (!status)
             failures.push_back(configFile + " could not be changed to " + installed + ".\r\n\r\n" +
-                               "The reason: " + DescribeFault(status.fault) +
-                               ".  Please change it with an editor.");
+                               "The reason: " + DescribeFault(status.fault) + ".  Please change it with an editor.");
     }
     void TellFailures(const std::string& directory) {
         for (const std::string& failure : failures)
@@ -76,19 +74,17 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
     if (!package.PackagePanelAlias.empty() && !IsInSim(context, package.PackagePanelAlias)) {
         context.user.Tell(
             "This package uses a panel via alias (" + package.PackagePanelAlias +
-                ") which is not installed in MSFS.  Please install the package that contains this panel "
-                "first." +
+                ") which is not installed in MSFS.  Please install the package that contains this panel first." +
                 OwnAliasHint(name, package.PackagePanelAlias, "panel"),
             MessageIcon::Information);
         return;
     }
     if (!package.PackageSoundAlias.empty() && !IsInSim(context, package.PackageSoundAlias)) {
-        context.user.Tell(
-            "This package uses a sound configuration via alias (" + package.PackageSoundAlias +
-                ") which is not installed in MSFS.  Please install the package that contains this sound "
-                "configuration first." +
-                OwnAliasHint(name, package.PackageSoundAlias, "sound"),
-            MessageIcon::Information);
+        context.user.Tell("This package uses a sound configuration via alias (" + package.PackageSoundAlias +
+                              ") which is not installed in MSFS.  "
+                              "Please install the package that contains this sound configuration first." +
+                              OwnAliasHint(name, package.PackageSoundAlias, "sound"),
+                          MessageIcon::Information);
         return;
     }
     std::string destination = context.locations.MsfsDir + "aircraft\\" + name;

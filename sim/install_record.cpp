@@ -15,10 +15,9 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::string_view Heading = "Korvadex needs this file to remove the aircraft again.  Please do not "
-                                     "change or remove it.";
-constexpr std::string_view PackageWord = "package", PlacedWord = "placed", FoundWord = "found",
-                           OfWord = " of ";
+constexpr std::string_view Heading =
+    "Korvadex needs this file to remove the aircraft again.  Please do not change or remove it.";
+constexpr std::string_view PackageWord = "package", PlacedWord = "placed", FoundWord = "found", OfWord = " of ";
 
 // A name with a line break in it would end the line; such a file is compared with the package as if there were no
 // record.
@@ -132,11 +131,9 @@ std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const st
     return record;
 }
 
-Status WriteInstallRecord(CommandContext& context, const std::string& directory,
-                          const InstallRecord& record) {
+Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record) {
     // In UTF-8: names need not fit into the code page.
-    std::string text =
-        std::string(Heading) + "\r\n" + std::string(PackageWord) + "\t" + record.package + "\r\n";
+    std::string text = std::string(Heading) + "\r\n" + std::string(PackageWord) + "\t" + record.package + "\r\n";
     for (const RecordedFile& file : record.files) {
         if (FitsOnLine(file.name) && FitsOnLine(file.origin))
             text += LineOf(file) + "\r\n";

@@ -22,28 +22,26 @@ namespace korvadex {
 
 namespace {
 
-// False, after a message, when the panel (kind "panel") or the sound of the package is needed by another aircraft of the
-// simulator, or may be. In a batch what may need it is named at its end.
-bool IsFree(CommandContext& context, CommandState& state, const std::string& name,
-            const std::string& directory, const std::string& kind, const SimUsage* usage) {
+// False, after a message, when the panel (kind "panel") or the sound of the package is needed by another aircraft of
+// the simulator, or may be. In a batch what may need it is named at its end.
+bool IsFree(CommandContext& context, CommandState& state, const std::string& name, const std::string& directory,
+            const std::string& kind, const SimUsage* usage) {
     const std::string root = context.locations.MsfsDir + "aircraft\\";
-    const AliasUsers users = usage ? usage->FindUsers(name, kind, directory)
-                                   : FindAliasUsers(context, root, name, kind, directory);
+    const AliasUsers users =
+        usage ? usage->FindUsers(name, kind, directory) : FindAliasUsers(context, root, name, kind, directory);
     ShowAliasUsers(context, root, kind, users.paths);
     if (!users.paths.empty()) {
-        context.user.Tell(kind == "panel" ? "Cannot remove.  The panel in this package is used (via alias) "
-                                            "by an aircraft(s) in the Flight "
-                                            "Simulator directory as shown."
-                                          : "Cannot remove.  This sound in this package is used (via alias) "
-                                            "by an aircraft(s) in the Flight "
-                                            "Simulator directory as shown.",
+        context.user.Tell(kind == "panel"
+                              ? "Cannot remove.  The panel in this package is used (via alias) by an aircraft(s) "
+                                "in the Flight Simulator directory as shown."
+                              : "Cannot remove.  This sound in this package is used (via alias) by an aircraft(s) "
+                                "in the Flight Simulator directory as shown.",
                           MessageIcon::Information);
     } else if (!users.unseen.empty() && state.QuietMode) {
         state.keptPackages.push_back(name + ": it could not be found out whether another aircraft uses it");
         state.unseen = ListUnseen(users.unseen);
     } else if (!users.unseen.empty()) {
-        context.user.Tell("Cannot remove.  " + DescribeUnseenUsers(kind, users.unseen),
-                          MessageIcon::Exclamation);
+        context.user.Tell("Cannot remove.  " + DescribeUnseenUsers(kind, users.unseen), MessageIcon::Exclamation);
     }
     return users.AreNone();
 }
@@ -51,12 +49,10 @@ bool IsFree(CommandContext& context, CommandState& state, const std::string& nam
 // The installation adapts the alias line of such a file to the names of the simulator, and nothing else.
 bool IsRewrittenAlias(CommandContext& context, const LoadedPackage& package, const FileEntry& installed,
                       const std::string& source) {
-    const std::string& alias =
-        installed.key == "panel.cfg" ? package.PackagePanelAlias : package.PackageSoundAlias;
+    const std::string& alias = installed.key == "panel.cfg" ? package.PackagePanelAlias : package.PackageSoundAlias;
     if (alias.empty() || (installed.key != "panel.cfg" && installed.key != "sound.cfg"))
         return false;
-    const auto text = ReadConfigText(context.files, installed.path),
-               own = ReadConfigText(context.files, source);
+    const auto text = ReadConfigText(context.files, installed.path), own = ReadConfigText(context.files, source);
     const auto expected = own ? WithAlias(*own, SpacesToUnderscores(alias)) : std::nullopt;
     // Their ends and indentation may be others than the package's.
     return text && expected &&
@@ -115,9 +111,8 @@ class PackageFiles {
             }
         }
         const auto [begin, end] = bySize.equal_range(installed.info.size);
-        return std::any_of(begin, end, [&](const auto& file) {
-            return HoldsUnpackedBytes(context, file.second, installed.path);
-        });
+        return std::any_of(begin, end,
+                           [&](const auto& file) { return HoldsUnpackedBytes(context, file.second, installed.path); });
     }
 
     CommandContext& context;
@@ -161,8 +156,7 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
         if (recorded != placed.end() && IsUnchanged(context.files, recorded->second, file.path))
             continue;
         if (!own.Hold(file, relative))
-            others.push_back(recorded != placed.end() || own.HasSource(relative) ? relative + "  (changed)"
-                                                                                 : relative);
+            others.push_back(recorded != placed.end() || own.HasSource(relative) ? relative + "  (changed)" : relative);
     }
     for (const std::string& unreadable : installed.unreadable)
         others.push_back(unreadable.substr(directory.size()) + " (a directory that could not be read)");
@@ -171,8 +165,8 @@ std::vector<std::string> FilesOfOthers(CommandContext& context, const LoadedPack
 
 // Packages are asked about, or in a batch kept and named at its end, when removing would lose files that only
 // the simulator has. False to keep the package.
-bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                   const std::string& name, const std::string& directory) {
+bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPackage& package, const std::string& name,
+                   const std::string& directory) {
     if (package.cut != ListCut::None) {
         const std::string reason = DescribeCut(package.cut, context.limits);
         if (state.QuietMode)
@@ -185,27 +179,26 @@ bool ConfirmLosses(CommandContext& context, CommandState& state, const LoadedPac
     if (others.empty())
         return true;
     if (state.QuietMode) {
-        state.keptPackages.push_back(name + ": " + directory +
-                                     " holds files that the package doesn't have, such as " + others.front());
+        state.keptPackages.push_back(name + ": " + directory + " holds files that the package doesn't have, such as " +
+                                     others.front());
         return false;
     }
-    if (!context.user.AskYesNo(
-            directory + " holds files that this package doesn't have ...\r\n\r\n" + ListNames(others) +
-                "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
-            MessageIcon::Exclamation))
+    if (!context.user.AskYesNo(directory + " holds files that this package doesn't have ...\r\n\r\n" +
+                                   ListNames(others) +
+                                   "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
+                               MessageIcon::Exclamation))
         return false;
     if (FilesOfOthers(context, package, directory) == others)
         return true;
-    context.user.Tell(directory +
-                          ", or the package in the Hangar, has changed meanwhile.  Nothing was removed.",
+    context.user.Tell(directory + ", or the package in the Hangar, has changed meanwhile.  Nothing was removed.",
                       MessageIcon::Exclamation);
     return false;
 }
 
-// False, after a message, when there is no copy of the aircraft in the Hangar: the package has gone, or the Hangar leads
-// to the installed directory itself.
-bool HasOtherCopy(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                  const std::string& name, const std::string& directory) {
+// False, after a message, when there is no copy of the aircraft in the Hangar: the package has gone, or the Hangar
+// leads to the installed directory itself.
+bool HasOtherCopy(CommandContext& context, CommandState& state, const LoadedPackage& package, const std::string& name,
+                  const std::string& directory) {
     std::string reason, advice;
     if (!IsLinkedDirectory(context, directory) && IsOnePlace(context.files, package.path, directory)) {
         reason = directory + " is the package itself, to which the Hangar leads by a link";
@@ -225,8 +218,8 @@ bool HasOtherCopy(CommandContext& context, CommandState& state, const LoadedPack
 
 // The gauges that came with the aircraft go, while the record that knows them is there. False, after a word, when they
 // could not, and then nothing has changed.
-bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                  const std::string& name, const std::string& directory, const SimUsage* usage) {
+bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPackage& package, const std::string& name,
+                  const std::string& directory, const SimUsage* usage) {
     // Where no file is left an earlier removal has come to its end, but for the directory.
     if (!IsLinkedDirectory(context, directory) && WalkTree(context.files, directory).files.empty())
         return true;
@@ -244,8 +237,7 @@ bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPack
         state.keptPackages.push_back(name + ": " + reason);
     else
         context.user.Tell(
-            "The package was not removed.  Another aircraft has gauges of it, which were to be handed "
-            "on.\r\n\r\n" +
+            "The package was not removed.  Another aircraft has gauges of it, which were to be handed on.\r\n\r\n" +
                 reason + ".\r\n\r\n" + NextStep(status.fault),
             MessageIcon::Exclamation);
     return false;
@@ -253,19 +245,16 @@ bool RemoveGauges(CommandContext& context, CommandState& state, const LoadedPack
 
 } // namespace
 
-void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                   SimUsage* usage) {
+void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package, SimUsage* usage) {
     const std::string name = CurrentPackageName(context.window);
     const std::string installedName = FindSimAircraftDirectory(context.files, context.locations, name);
     if (installedName.empty()) {
         if (!state.QuietMode)
-            context.user.Tell("This package is not currently installed in Flight Simulator.",
-                              MessageIcon::Information);
+            context.user.Tell("This package is not currently installed in Flight Simulator.", MessageIcon::Information);
         return;
     }
     if (!state.QuietMode &&
-        !context.user.AskYesNo("Are you sure you want to remove this package from the Flight "
-                               "Simulator directory?"))
+        !context.user.AskYesNo("Are you sure you want to remove this package from the Flight Simulator directory?"))
         return;
 
     const std::string directory = context.locations.MsfsDir + "aircraft\\" + installedName + "\\";

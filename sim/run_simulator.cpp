@@ -22,9 +22,8 @@ std::string FindSimulatorProgram(const FileSystem& files, const std::string& dir
 void RunSimulator(CommandContext& context) {
     const std::string path = FindSimulatorProgram(context.files, context.locations.MsfsDir);
     if (path.empty()) {
-        context.user.Tell(
-            "Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
-            MessageIcon::Exclamation);
+        context.user.Tell("Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
+                          MessageIcon::Exclamation);
         return;
     }
     const std::string reason = context.launcher.RunSimulator(path);

@@ -53,8 +53,7 @@ bool HoldsUnpackedBytes(CommandContext& context, const std::string& packageFile,
     if (!scratch || !context.files.CreateDirectory(*scratch))
         return false;
     const std::string copy = AddBackslash(*scratch) + LastPathComponent(packageFile);
-    const bool isSame = context.files.Copy(packageFile, copy) &&
-                        UnzipFileInPlace(context, copy) == UnzipCode::Ok &&
+    const bool isSame = context.files.Copy(packageFile, copy) && UnzipFileInPlace(context, copy) == UnzipCode::Ok &&
                         SameBytes(context.files, copy, file);
     ReleaseScratch(context.files, *scratch);
     return isSame;
@@ -185,9 +184,8 @@ std::string NextStep(FileFault fault) {
 }
 
 void TellCopyFailed(CommandContext& context, const Status& failure) {
-    context.user.Tell("The package could not be copied, and nothing of it was left behind.\r\n\r\n" +
-                          failure.path + "\r\n\r\n" + "The reason: " + DescribeFault(failure.fault) + ".  " +
-                          NextStep(failure.fault),
+    context.user.Tell("The package could not be copied, and nothing of it was left behind.\r\n\r\n" + failure.path +
+                          "\r\n\r\n" + "The reason: " + DescribeFault(failure.fault) + ".  " + NextStep(failure.fault),
                       MessageIcon::Exclamation);
 }
 

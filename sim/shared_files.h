@@ -19,8 +19,8 @@ class SharedFiles {
     Status EnsureDirectory(const std::string& directory);
 
     // Copies each source into the directory (ends in a backslash) under its own name, unless a file of that
-    // name is there; one without a single byte, as a power cut leaves them, is replaced. Packed files with the ending are unpacked on the way. They appear when all of them are
-    // complete.
+    // name is there; one without a single byte, as a power cut leaves them, is replaced. Packed files with the ending
+    // are unpacked on the way. They appear when all of them are complete.
     Status Place(const std::string& directory, const std::vector<std::string>& sources,
                  std::string_view packedEnding = {}, const std::function<void()>& afterEach = {});
 
@@ -45,8 +45,8 @@ class SharedFiles {
     std::vector<std::string> directories; // made here
 };
 
-// Unpacks a copy of the package's file `source` if it is packed. A damaged one is reported and stays as it is; Failed when a
-// sound one could not be unpacked.
+// Unpacks a copy of the package's file `source` if it is packed. A damaged one is reported and stays as it is; Failed
+// when a sound one could not be unpacked.
 Status UnpackCopy(CommandContext& context, const std::string& path, const std::string& source);
 
 // True when the file holds the bytes of the package's file, unpacked where that one is packed. The package is

@@ -22,28 +22,27 @@ SimUsage::SimUsage(CommandContext& context, const std::vector<std::string>& pack
     Read(context, "sound", packageNames, {});
 }
 
-void SimUsage::Read(CommandContext& context, const std::string& kind,
-                    const std::vector<std::string>& packageNames, const std::vector<std::string>& gauges) {
+void SimUsage::Read(CommandContext& context, const std::string& kind, const std::vector<std::string>& packageNames,
+                    const std::vector<std::string>& gauges) {
     std::vector<std::string> texts;
     for (const std::string& name : packageNames)
         texts.push_back(AliasText(name, kind));
     NameMatcher aliasMatcher(texts), gaugeMatcher(gauges);
     aliasMatcher.TakeBlanksForUnderscores();
-    unseen[kind] =
-        VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
-                         {.fileName = kind + ".cfg"}, [&](const FileEntry& file, const LowerLines& lines) {
-                             for (const std::string_view line : lines) {
-                                 aliasMatcher.Search(line);
-                                 if (IsGaugeLine(line))
-                                     gaugeMatcher.Search(line);
-                             }
-                             for (const std::size_t text : aliasMatcher.TakeFound())
-                                 aliasUsers[texts[text]].push_back(files.size());
-                             for (const std::size_t gauge : gaugeMatcher.TakeFound())
-                                 gaugeUsers[gauges[gauge]].push_back(files.size());
-                             files.push_back({file.path});
-                             return Visit::Continue;
-                         });
+    unseen[kind] = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
+                                    {.fileName = kind + ".cfg"}, [&](const FileEntry& file, const LowerLines& lines) {
+                                        for (const std::string_view line : lines) {
+                                            aliasMatcher.Search(line);
+                                            if (IsGaugeLine(line))
+                                                gaugeMatcher.Search(line);
+                                        }
+                                        for (const std::size_t text : aliasMatcher.TakeFound())
+                                            aliasUsers[texts[text]].push_back(files.size());
+                                        for (const std::size_t gauge : gaugeMatcher.TakeFound())
+                                            gaugeUsers[gauges[gauge]].push_back(files.size());
+                                        files.push_back({file.path});
+                                        return Visit::Continue;
+                                    });
 }
 
 AliasUsers SimUsage::FindUsers(std::string_view packageName, const std::string& kind,
@@ -55,13 +54,11 @@ AliasUsers SimUsage::FindUsers(std::string_view packageName, const std::string& 
 
 bool SimUsage::IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const {
     const auto isElsewhere = [&](const std::string& path) { return !IsAtOrBelow(path, leaveOut); };
-    return !gaugeUsers.contains(gaugeName) ||
-           std::ranges::any_of(unseen.at("panel"), isElsewhere, &Unseen::path) ||
+    return !gaugeUsers.contains(gaugeName) || std::ranges::any_of(unseen.at("panel"), isElsewhere, &Unseen::path) ||
            !PanelsWithGauge(gaugeName, leaveOut).empty();
 }
 
-std::vector<std::string> SimUsage::PanelsWithGauge(const std::string& gaugeName,
-                                                   const std::string& leaveOut) const {
+std::vector<std::string> SimUsage::PanelsWithGauge(const std::string& gaugeName, const std::string& leaveOut) const {
     return Remaining(gaugeUsers, gaugeName, leaveOut);
 }
 

@@ -18,10 +18,9 @@ class SimUsage {
     SimUsage(CommandContext& context, const std::vector<std::string>& packageNames);
 
     // As FindAliasUsers below MsfsDir & "aircraft\".
-    AliasUsers FindUsers(std::string_view packageName, const std::string& kind,
-                         const std::string& leaveOut) const;
-    // By a panel outside of the directory leaveOut, for the gauges that the simulator had; any other counts as used, and
-    // each one while something there could not be looked at.
+    AliasUsers FindUsers(std::string_view packageName, const std::string& kind, const std::string& leaveOut) const;
+    // By a panel outside of the directory leaveOut, for the gauges that the simulator had; any other counts as used,
+    // and each one while something there could not be looked at.
     bool IsGaugeUsed(const std::string& gaugeName, const std::string& leaveOut) const;
     // Those panels, full paths.
     std::vector<std::string> PanelsWithGauge(const std::string& gaugeName, const std::string& leaveOut) const;
@@ -36,8 +35,7 @@ class SimUsage {
               const std::vector<std::string>& gauges);
 
     // The files that have the text and are still there, outside of leaveOut.
-    std::vector<std::string> Remaining(const Users& users, const std::string& text,
-                                       const std::string& leaveOut) const;
+    std::vector<std::string> Remaining(const Users& users, const std::string& text, const std::string& leaveOut) const;
 
     struct File {
         std::string path;

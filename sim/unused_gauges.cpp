@@ -26,11 +26,11 @@ std::vector<FileEntry> CollectGauges(CommandContext& context) {
 }
 
 void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen) {
-    context.user.Tell("Not every panel.cfg file below " + context.locations.MsfsDir +
-                          "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken "
-                          "as used.\r\n\r\n" +
-                          ListUnseen(unseen),
-                      MessageIcon::Exclamation);
+    context.user.Tell(
+        "Not every panel.cfg file below " + context.locations.MsfsDir +
+            "aircraft\\ could be looked at.  To be on the safe side, every gauge is taken as used.\r\n\r\n" +
+            ListUnseen(unseen),
+        MessageIcon::Exclamation);
 }
 
 std::vector<FileEntry> FindUnused(CommandContext& context,
@@ -43,8 +43,7 @@ std::vector<FileEntry> FindUnused(CommandContext& context,
     // The time goes into the panels; the bar shows it in gauges.
     const int count = static_cast<int>(gauges.size());
     const ConfigProgress inGauges = [&](int done, int total) {
-        progress(std::max(1, static_cast<int>(static_cast<std::int64_t>(count) * done / total)),
-                 std::max(1, count));
+        progress(std::max(1, static_cast<int>(static_cast<std::int64_t>(count) * done / total)), std::max(1, count));
     };
     NameMatcher used(names);
     const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used, inGauges);
@@ -131,8 +130,7 @@ class GaugeList {
             context.user.Tell("Done.");
         if (!kept.empty())
             context.user.Tell("The following gauges were not removed ...\r\n\r\n" + ListNames(kept) +
-                                  "\r\n\r\nPlease open the list of unused gauges again to see what is "
-                                  "unused now.",
+                                  "\r\n\r\nPlease open the list of unused gauges again to see what is unused now.",
                               MessageIcon::Exclamation);
         TellRemainingGauges(context, remaining);
     }
@@ -146,8 +144,8 @@ class GaugeList {
 
 void ListUnusedGauges(CommandContext& context) {
     if (!context.user.AskOkCancel(
-            "This may take a minute or two.  During this time it will appear that the application is locked "
-            "up.  Please be patient.  This process looks at every gauge to see if it is being utilized."))
+            "This may take a minute or two.  During this time it will appear that the application is locked up.  "
+            "Please be patient.  This process looks at every gauge to see if it is being utilized."))
         return;
     if (!CheckGaugesDirectory(context, context.locations.MsfsDir))
         return;

@@ -29,9 +29,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     expected = drive.Tree();
     Select("Jets", 1);
     program->GoToStaging();
-    user.Expect(AskUninstallAll, Answer::No).Then([&] {
-        EXPECT_EQ(form.view.header, std::string(HangarHeader));
-    });
+    user.Expect(AskUninstallAll, Answer::No).Then([&] { EXPECT_EQ(form.view.header, std::string(HangarHeader)); });
     program->UninstallAll();
     EXPECT_EQ(drive.Tree(), expected);
 
@@ -42,8 +40,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
             .Expect("Cannot remove.  The panel in this package...")
             .Expect("The following packages were kept ...\n\nA Jet" + unknown + "B Jet" + unknown +
                         "\nThese could not be looked at, and may use what the packages have ...\n\n" +
-                        drive.At("FS\\aircraft\\Mine\\odd") +
-                        "  (a link that leads nowhere)\n\nPlease make sure...",
+                        drive.At("FS\\aircraft\\Mine\\odd") + "  (a link that leads nowhere)\n\nPlease make sure...",
                     MessageIcon::Exclamation)
             .Expect("Done.");
         program->UninstallAll();
@@ -60,8 +57,8 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     program->UninstallAll();
     std::erase_if(expected, [](const auto& entry) { return entry.first.starts_with("FS\\aircraft\\A_Jet"); });
     EXPECT_EQ(drive.Tree(), expected);
-    EXPECT_EQ(form.status, "1 removed, 1 skipped (not installed), 1 kept because of an alias, 1 kept for "
-                           "other reasons.");
+    EXPECT_EQ(form.status,
+              "1 removed, 1 skipped (not installed), 1 kept because of an alias, 1 kept for other reasons.");
     EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "< B Jet >", "C Jet"}));
     EXPECT_EQ(form.view.packageIndex, 1);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\B Jet\\"));
@@ -89,9 +86,7 @@ TEST_F(BatchCommands, UninstallTakesBorrowersBeforeTheirLenders) {
     put("Cub", "alias=A Jet\\panel\r\n");
     drive.Put("FS\\aircraft\\Mine\\panel\\panel.cfg", "alias=B Jet\\panel");
     Start();
-    user.Expect(AskUninstallAll, Answer::Yes)
-        .Expect("Cannot remove.  The panel in this package...")
-        .Expect("Done.");
+    user.Expect(AskUninstallAll, Answer::Yes).Expect("Cannot remove.  The panel in this package...").Expect("Done.");
     program->UninstallAll();
     EXPECT_EQ(form.status, "3 removed, 0 skipped (not installed), 1 kept because of an alias.");
     EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
@@ -106,8 +101,7 @@ TEST_F(BatchCommands, WhatCannotBeGoneThroughIsLeftAndNamed) {
     const std::string twins = "Jets\\B Jet: it holds two files of one name, " +
                               drive.At("Hangar\\Jets\\B Jet\\a\\x.mdl") + " and " +
                               drive.At("Hangar\\Jets\\B Jet\\b\\x.mdl"),
-                      mine = ": " +
-                             drive.At("FS\\aircraft\\A_Jet\\ holds files that the package doesn't have...");
+                      mine = ": " + drive.At("FS\\aircraft\\A_Jet\\ holds files that the package doesn't have...");
     Start();
     Select("Jets", 0);
     auto before = drive.Tree();
@@ -131,11 +125,10 @@ TEST_F(BatchCommands, WhatCannotBeGoneThroughIsLeftAndNamed) {
     EXPECT_TRUE(drive.Has("Hangar\\Props\\Cub\\kx_compression.txt"));
     EXPECT_EQ(form.ends, 0);
 
-    user.Expect(
-        "Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
-            drive.At("Hangar\\Jets\\B Jet\\a\\x.mdl") + "\n\n" + drive.At("Hangar\\Jets\\B Jet\\b\\x.mdl") +
-            "\n\nThis is a dangerous situation.  Korvadex will now stop...",
-        MessageIcon::Critical);
+    user.Expect("Your Hangar directory location seems to be invalid as a duplicate filename condition...\n\n" +
+                    drive.At("Hangar\\Jets\\B Jet\\a\\x.mdl") + "\n\n" + drive.At("Hangar\\Jets\\B Jet\\b\\x.mdl") +
+                    "\n\nThis is a dangerous situation.  Korvadex will now stop...",
+                MessageIcon::Critical);
     program->ChoosePackage(1);
     EXPECT_EQ(form.ends, 1);
 }
@@ -223,8 +216,7 @@ TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
     drive.Put("FS\\aircraft\\Twin\\aircraft.cfg",
               "[fltsim.0]\r\ntitle=One\r\nmodel=\r\n[fltsim.1]\r\ntitle=Two\r\nmodel=2\r\n");
     drive.MakeDirectory("FS\\aircraft\\Twin\\model");
-    const char* add =
-        "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
+    const char* add = "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
     const auto staged = drive.Tree("Staging");
     user.Expect(add, Answer::No);
     program->RunCommand(Side::Staging, ImportIntoStaging);

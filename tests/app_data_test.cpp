@@ -28,8 +28,8 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
         program->CreateNotes();
         program->PressToolbarKey("ReadNotes");
         program->Explore();
-        EXPECT_EQ(launcher.started, (std::vector<std::string>{"edit " + notes, "edit " + notes,
-                                                              "explore " + drive.At(directory)}));
+        EXPECT_EQ(launcher.started,
+                  (std::vector<std::string>{"edit " + notes, "edit " + notes, "explore " + drive.At(directory)}));
         program->DeleteNotes();
         EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
         user.Expect("No notes exist for this package.");

@@ -6,8 +6,8 @@ namespace {
 class GalleryCommands : public ProgramTest {
   protected:
     GalleryCommands() {
-        drive.Fill("Hangar", "Jets\\Lear\\Images\\lear.jpg=x, Jets\\Lear\\Images\\other.jpg=x, "
-                             "None\\Lear\\, Props\\Lear\\Images\\lear.jpg=x");
+        drive.Fill("Hangar", "Jets\\Lear\\Images\\lear.jpg=x, Jets\\Lear\\Images\\other.jpg=x, None\\Lear\\, "
+                             "Props\\Lear\\Images\\lear.jpg=x");
     }
     std::size_t Count() const { return form.gallery.pictures.size(); }
 };

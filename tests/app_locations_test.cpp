@@ -17,11 +17,9 @@ constexpr const char* InvalidMsfs = "The directory you specified for your MSFS i
 constexpr const char* NotEmpty = "You must specify an empty directory for the Staging location.";
 constexpr const char* CreateStaging = "...for the Staging location does not exist.  Create it now?";
 constexpr const char* CreateHangar = "...for the Hangar location does not exist.  Create it now?";
-constexpr const char* NoHangar =
-    "The directory you specified for the Hangar location does not look like a Hangar...";
+constexpr const char* NoHangar = "The directory you specified for the Hangar location does not look like a Hangar...";
 constexpr const char* NoAircraft = "Cannot find an 'aircraft' subdirectory in the directory you specified...";
-constexpr const char* NoStaging =
-    "Please enter a valid directory for the Staging location (i.e. c:\\staging).";
+constexpr const char* NoStaging = "Please enter a valid directory for the Staging location (i.e. c:\\staging).";
 
 // What is typed into the three boxes: a path of the test's drive; after "!" the text as it stands.
 struct Entry {
@@ -33,9 +31,7 @@ class LocationsEntryTest : public CommandTest {
     std::string Path(std::string_view text) const {
         return text.starts_with('!') ? std::string(text.substr(1)) : drive.At(text);
     }
-    Locations Typed(const Entry& entry) const {
-        return {Path(entry.staging), Path(entry.hangar), Path(entry.msfs)};
-    }
+    Locations Typed(const Entry& entry) const { return {Path(entry.staging), Path(entry.hangar), Path(entry.msfs)}; }
     LocationsOutcome Validate(const LocationsRequest& request) {
         return ValidateLocations(drive.Files(), user, dialogs, request, settings);
     }
@@ -65,41 +61,33 @@ TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
         {{"Staging", "Hangar\\", "FS\\\\"}, {InvalidMsfs}},
         {{"Staging", "STAGING", "FS"},
          {"...for the Staging location is the same as the one for the Hangar location..."}},
-        {{"Staging", "FS", "fs\\"},
-         {"...for the Hangar location is the same as the one for the MSFS installation..."}},
-        {{"Nested\\inner", "Nested", "FS"},
-         {"...for the Staging location is inside of the Hangar location..."}},
+        {{"Staging", "FS", "fs\\"}, {"...for the Hangar location is the same as the one for the MSFS installation..."}},
+        {{"Nested\\inner", "Nested", "FS"}, {"...for the Staging location is inside of the Hangar location..."}},
         {{"Staging", "Other", "Other\\FS"}, {NoAircraft}},
-        {{"Staging", "Sims", "Sims\\FS98"},
-         {"...for the MSFS installation is inside of the Hangar location..."}},
+        {{"Staging", "Sims", "Sims\\FS98"}, {"...for the MSFS installation is inside of the Hangar location..."}},
         {{"Sims\\FS98\\aircraft\\s", "Hangar", "Sims\\FS98"},
-         {"...for the Staging location is inside of the 'aircraft' subdirectory of your MSFS "
-          "installation..."}},
+         {"...for the Staging location is inside of the 'aircraft' subdirectory of your MSFS installation..."}},
         {{"Staging", "Sims\\FS98\\GAUGES", "Sims\\FS98"},
          {"...for the Hangar location is inside of the 'gauges' subdirectory of your MSFS installation..."}},
         {{"Sims\\FS98\\effects\\s", "Hangar", "Sims\\FS98"},
          {"...for the Staging location is inside of the 'effects'..."}},
-        {{"Sims\\FS98\\sound", "Hangar", "Sims\\FS98"},
-         {"...for the Staging location is inside of the 'sound'..."}},
+        {{"Sims\\FS98\\sound", "Hangar", "Sims\\FS98"}, {"...for the Staging location is inside of the 'sound'..."}},
         {{"Staging", "Sims\\FS98\\modules", "Sims\\FS98"},
          {"...for the Hangar location is inside of the 'modules'..."}},
         {{"App\\Korvadex", "Hangar", "FS"},
          {"...for the Staging location is the same as the one for the Korvadex program..."}},
         {{"Staging", "App\\korvadex", "FS"},
          {"...for the Hangar location is the same as the one for the Korvadex program..."}},
-        {{"Staging", "App", "FS"},
-         {"...for the Hangar location holds the directory of the Korvadex program, ..."}},
+        {{"Staging", "App", "FS"}, {"...for the Hangar location holds the directory of the Korvadex program, ..."}},
         {{"Staging", "Full", "FS"}, {NoHangar}},
         {{"Staging", "Papers", "FS"}, {NoHangar}},
         {{"Staging", "Books", "FS"}, {NoHangar}},
         {{"Staging", "Ж", "FS"},
          {"...for the Hangar location has a character in its name that cannot be kept in kx.ini..."}},
     };
-    drive.Fill(
-        "",
-        "Full\\file.txt=x, Nested\\inner\\, Other\\FS\\, Sims\\FS98\\aircraft\\s\\, "
-        "Sims\\FS98\\gauges\\, Sims\\FS98\\effects\\s\\, Sims\\FS98\\sound\\, Sims\\FS98\\modules\\, Ж\\, "
-        "App\\Korvadex\\, Papers\\2001\\a.txt=x, Books\\2001\\Spring\\a.txt=x");
+    drive.Fill("", "Full\\file.txt=x, Nested\\inner\\, Other\\FS\\, Sims\\FS98\\aircraft\\s\\, "
+                   "Sims\\FS98\\gauges\\, Sims\\FS98\\effects\\s\\, Sims\\FS98\\sound\\, Sims\\FS98\\modules\\, Ж\\, "
+                   "App\\Korvadex\\, Papers\\2001\\a.txt=x, Books\\2001\\Spring\\a.txt=x");
     settings.AppDir = drive.At("App\\Korvadex\\");
     const auto before = drive.Tree();
     for (const auto& [entry, messages] : rows) {
@@ -181,8 +169,7 @@ TEST_F(LocationsEntryTest, ClosingTheDialog) {
 
 TEST_F(LocationsEntryTest, TheProfileOfThatNameBecomesActive) {
     drive.Put("Staging\\~kx~scratch\\1", "x"); // of the program itself: that directory is empty
-    drive.Fill("Hangar\\Jets",
-               "New\\, Lear\\readme.txt=x, Lear\\PANEL\\panel.cfg=x, Cub\\cub.AIR=x, Thumbs.db=x");
+    drive.Fill("Hangar\\Jets", "New\\, Lear\\readme.txt=x, Lear\\PANEL\\panel.cfg=x, Cub\\cub.AIR=x, Thumbs.db=x");
     // The last of two, none of that name, no name at all.
     for (const auto& [text, expected] : {std::pair("Twice", 7u), std::pair("twice", 2u), std::pair("", 2u)}) {
         SCOPED_TRACE(text);
@@ -207,27 +194,21 @@ TEST_F(LocationsEntryTest, TheWordUnderEachField) {
         {{"Staging", "Hangar", "FS2002"}, {"Good.", "Good.  It is empty.", "Good.  It holds fs2002.exe."}},
         {{"New", "Cats", "FS"}, {"Not there yet.", "Good.  It holds 2 categories.", "!No program of Flight"}},
         {{"!q", "!c:\\", "!q:\\a"},
-         {"!Enter a whole path that begins with a drive", "!A drive alone is no location",
-          "!There is no drive q:"}},
-        {{"a*b", "NUL", "Ж"},
-         {"!No directory can have such", "!No directory can have", "!The name has a character"}},
+         {"!Enter a whole path that begins with a drive", "!A drive alone is no location", "!There is no drive q:"}},
+        {{"a*b", "NUL", "Ж"}, {"!No directory can have such", "!No directory can have", "!The name has a character"}},
         {{"Hangar", "hangar", "Nowhere"},
          {"!The same as the Hangar location.", "!The same as the Staging location.", "!There is no such"}},
         {{"Cats\\A", "Cats", "Cats\\B"},
          {"!Inside of the Hangar location.", "Good.", "!Inside of the Hangar location."}},
         {{"FS\\aircraft\\s", "FS\\Hangar", "FS"},
-         {"!Inside of the 'aircraft' subdirectory of your MSFS", "!Inside of the MSFS installation.",
-          "!No program"}},
+         {"!Inside of the 'aircraft' subdirectory of your MSFS", "!Inside of the MSFS installation.", "!No program"}},
         {{"App", "Full", "Hangar"},
-         {"!The Korvadex program lies in it.", "!There are files in it.  It does not",
-          "!No 'aircraft' directory"}},
-        {{"Full", "Known", "FS"},
-         {"!There are files in it.  Choose an", "Good.  It holds 0 categories.", ""}},
+         {"!The Korvadex program lies in it.", "!There are files in it.  It does not", "!No 'aircraft' directory"}},
+        {{"Full", "Known", "FS"}, {"!There are files in it.  Choose an", "Good.  It holds 0 categories.", ""}},
         {{"Gone\\s", "Full\\file.txt", "FS"},
          {"!Not there, and neither is the directory above", "!A file of this name", ""}},
         {{"Programs\\s", "Locked", "Locked\\FS"},
-         {"!Only administrators may write into Programs.  Choose", "!You may not write there.",
-          "!Inside of"}},
+         {"!Only administrators may write into Programs.  Choose", "!You may not write there.", "!Inside of"}},
         {{"Disc\\s", "Cloud\\h", "Programs\\FS"},
          {"!This disk is in READ ONLY mode.", "!It is synchronised",
           "!Only administrators may write into Programs.  Ins"}},
@@ -235,8 +216,8 @@ TEST_F(LocationsEntryTest, TheWordUnderEachField) {
     };
     drive.Fill("",
                "FS2002\\aircraft\\, FS2002\\fs2002.exe=x, Cats\\A\\, Cats\\B\\, Full\\file.txt=x, App\\in\\, "
-               "Known\\a.txt=x, Programs\\FS\\aircraft\\, Locked\\FS\\aircraft\\, Disc\\, Cloud\\, "
-               "OneDrive - Firm\\, Shared\\.stfolder\\, Shared\\a\\");
+               "Known\\a.txt=x, Programs\\FS\\aircraft\\, Locked\\FS\\aircraft\\, Disc\\, Cloud\\, OneDrive - Firm\\, "
+               "Shared\\.stfolder\\, Shared\\a\\");
     settings.AppDir = drive.At("App\\in\\");
     settings.LocationProfiles[3].HangarDir = drive.At("Known\\");
     UserPlaces places;
@@ -282,11 +263,7 @@ TEST_F(LocationsEntryTest, WhatAFirstStartProposes) {
         std::vector<const char*> homes;
         Entry proposed;
     } rows[] = {
-        {"nothing but a home",
-         "Home\\",
-         "",
-         {"Home"},
-         {"Home\\Korvadex Staging", "Home\\Korvadex Hangar", "!"}},
+        {"nothing but a home", "Home\\", "", {"Home"}, {"Home\\Korvadex Staging", "Home\\Korvadex Hangar", "!"}},
         {"the newest simulator; what serves is taken",
          "FS98\\aircraft\\, FS98\\fltsim98.exe=x, Games\\FS2000\\aircraft\\, Games\\FS2000\\fs2000.exe=x, "
          "FS2002\\aircraft\\, Home\\Korvadex Hangar\\Jets\\Lear\\Panel\\, Home\\Korvadex Staging\\a.txt=x",

@@ -14,8 +14,7 @@ class Overviews : public ProgramTest {
     Overviews() {
         drive.Fill("Hangar", "Empty\\a file is no package.txt=x, Jets\\Big Bird\\Images\\bird.JPG=x, "
                              "Jets\\concorde\\Images\\readme.txt=x, Jets\\Lear\\, Jets\\~kx~scratch\\, "
-                             "Props\\Cessna\\images\\cessna.gif=x, "
-                             "Props\\Lear\\Lear.jpg=not where pictures are kept");
+                             "Props\\Cessna\\images\\cessna.gif=x, Props\\Lear\\Lear.jpg=not where pictures are kept");
         drive.Fill("FS\\aircraft", "Big_Bird\\, LEAR\\, Cessna=a file");
     }
     void ExpectShown(const std::string& caption, const Names& lines) {
@@ -32,8 +31,8 @@ TEST_F(Overviews, LinesAndWhatAClickOnEachDoes) {
     } rows[] = {
         {"Package List",
          &Program::ListAllPackages,
-         {"", " -->  Jets", "", "< Big Bird >@Jets\\Big Bird", "concorde@Jets\\concorde",
-          "< Lear >@Jets\\Lear", "", " -->  Props", "", "Cessna@Props\\Cessna", "< Lear >@Props\\Lear"}},
+         {"", " -->  Jets", "", "< Big Bird >@Jets\\Big Bird", "concorde@Jets\\concorde", "< Lear >@Jets\\Lear", "",
+          " -->  Props", "", "Cessna@Props\\Cessna", "< Lear >@Props\\Lear"}},
         {"Packages with no Images",
          &Program::ListPackagesNoImages,
          {"", " -->  Jets", "", "concorde@Jets\\concorde", "< Lear >@Jets\\Lear", "", " -->  Props", "",
@@ -57,9 +56,8 @@ TEST_F(Overviews, LinesAndWhatAClickOnEachDoes) {
             lines.push_back(row.lines[i].substr(0, at));
             Select("Empty", 0);
             program->ChooseFileListLine(static_cast<int>(i));
-            EXPECT_EQ(Shown(), at == std::string::npos
-                                   ? ""
-                                   : drive.At("Hangar\\" + row.lines[i].substr(at + 1) + "\\"));
+            EXPECT_EQ(Shown(),
+                      at == std::string::npos ? "" : drive.At("Hangar\\" + row.lines[i].substr(at + 1) + "\\"));
         }
         ExpectShown(row.caption, lines);
     }
@@ -103,8 +101,7 @@ TEST_F(Overviews, AnOverviewOfMoreThanTwoThousandLinesIsNotShown) {
     drive.MakeDirectory("Hangar\\Many\\one more");
     program->Refresh();
     ExpectShown("Package List", {}); // what stood there is no longer true
-    EXPECT_EQ(form.status,
-              "\"Package List\" has 2001 lines and is not shown: the list window holds 2000 at most.");
+    EXPECT_EQ(form.status, "\"Package List\" has 2001 lines and is not shown: the list window holds 2000 at most.");
     program->ListCategories();
     program->ListAllPackages();
     EXPECT_EQ(form.listCaption, "Package Categories");
@@ -158,8 +155,7 @@ TEST_F(Overviews, WhatTheSimulatorHolds) {
     const bool hasLink = drive.MakeLink("FS\\aircraft\\Linked", "Hangar\\Jets");
     const SimAircraft simAircraft(drive.Files(), locations);
     for (const char* name : {"My Plane", "my plane", "BIG BIRD", "Big_Bird", "lear", "Cessna", "", "Linked"})
-        EXPECT_EQ(simAircraft.FindDirectory(name), FindSimAircraftDirectory(drive.Files(), locations, name))
-            << name;
+        EXPECT_EQ(simAircraft.FindDirectory(name), FindSimAircraftDirectory(drive.Files(), locations, name)) << name;
     EXPECT_EQ(simAircraft.Holds("Linked"), hasLink);
 }
 

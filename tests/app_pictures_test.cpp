@@ -71,8 +71,7 @@ TEST_F(PictureCommandsTest, OnlyThePictureThatIsSeenIsDeleted) {
     const std::string a = "Hangar\\Jets\\Lear\\Images\\a.jpg", gone = "Hangar\\Jets\\Lear\\Images\\(c).jpg";
     Select("Jets", 0);
     ASSERT_TRUE(drive.Files().Delete(drive.At(gone)));
-    user.Expect("The picture " + drive.At(gone) + " is no longer there.", Answer::Ok,
-                MessageIcon::Exclamation);
+    user.Expect("The picture " + drive.At(gone) + " is no longer there.", Answer::Ok, MessageIcon::Exclamation);
     program->DeleteImage();
     EXPECT_EQ(Picture(), "a.jpg");
     // Another program puts another one in its place, before the question and after it.

@@ -20,18 +20,16 @@ std::string Lines(std::string_view text) {
     return lines;
 }
 
-constexpr const char* ExampleFile = "ALTLOCATION0=FS2002\n"
-                                    "ALTSTAGINGDIR0=C:\\Staging\\\n"
-                                    "ALTHANGARDIR0=C:\\Hangar\\\n"
-                                    "ALTMSFSDIR0=C:\\Program Files\\Microsoft Games\\FS2002\\\n"
-                                    "ALTFIRSTPACKAGE0=\n"
-                                    "ALTLOCATION2=CFS2\n"
-                                    "ALTSTAGINGDIR2=D:\\Staging2\\\n"
-                                    "ALTHANGARDIR2=D:\\H\xE4ngar2\\\n" // one byte of the code page
-                                    "ALTMSFSDIR2=D:\\CFS2\\\n"
-                                    "ALTFIRSTPACKAGE2=Jets\\Lear\n"
-                                    "LOCATIONLAST=0\n"
-                                    "LOCATIONLASTZIP=C:\\Downloads\\\n";
+constexpr const char* ExampleFile =
+    "ALTLOCATION0=FS2002\n"
+    "ALTSTAGINGDIR0=C:\\Staging\\\n"
+    "ALTHANGARDIR0=C:\\Hangar\\\n"
+    "ALTMSFSDIR0=C:\\Program Files\\Microsoft Games\\FS2002\\\n"
+    "ALTFIRSTPACKAGE0=\n"
+    "ALTLOCATION2=CFS2\n"
+    "ALTSTAGINGDIR2=D:\\Staging2\\\n"
+    "ALTHANGARDIR2=D:\\H\xE4ngar2\\\n" // one byte of the code page
+    "ALTMSFSDIR2=D:\\CFS2\\\nALTFIRSTPACKAGE2=Jets\\Lear\nLOCATIONLAST=0\nLOCATIONLASTZIP=C:\\Downloads\\\n";
 constexpr WindowGeometry MainWindowGeometry{.top = 1200, .left = 900.5, .height = 7200, .width = 9600};
 
 // What the rows of the table below are about.
@@ -46,8 +44,8 @@ std::string Describe(const Settings& settings) {
     };
     text << "profile=" << settings.CurrentProfile << " "
          << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].name;
-    text << "|hangar=" << settings.locations.HangarDir << "|first="
-         << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage;
+    text << "|hangar=" << settings.locations.HangarDir
+         << "|first=" << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].firstPackage;
     text << "|ask=" << settings.AskLocationAtStart;
     add("|main=", settings.mainWindow);
     add("|list=", settings.ListWindowGeometry);
@@ -86,8 +84,7 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"a negative profile", "ALTLOCATION0=Main\nLOCATIONLAST=-1\n", "profile=0 Main|"},
         {"no profile at all", "LOCATIONLAST=4\n", none},
         {"0 is free, 3 is named", "ALTLOCATION3=Spare\nLOCATIONLAST=0\n", "profile=3 Spare|"},
-        {"a free slot above 0 stays", "ALTLOCATION3=Spare\nLOCATIONLAST=4\n",
-         "profile=4 A Location Profile|"},
+        {"a free slot above 0 stays", "ALTLOCATION3=Spare\nLOCATIONLAST=4\n", "profile=4 A Location Profile|"},
         {"a backslash is appended", "ALTLOCATION1=x\nALTHANGARDIR1=C:\\H\n", "profile=1 x|hangar=C:\\H\\|"},
         {"a slot without a name is emptied", "ALTHANGARDIR0=C:\\H\\\n", none},
         {"marked as UTF-8",
@@ -141,8 +138,7 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
 
     const Row rows[] = {
         {"minimised", [](Settings&) {}, example},
-        {"not minimised", [](Settings&) {}, example + window + "LTOP=0\nLLEFT=0\nLHEIGHT=4000\nLWIDTH=5000\n",
-         false},
+        {"not minimised", [](Settings&) {}, example + window + "LTOP=0\nLLEFT=0\nLHEIGHT=4000\nLWIDTH=5000\n", false},
         {"a list window that is too small",
          [](Settings& s) { s.ListWindowGeometry = {.top = 10, .left = 20, .height = 900, .width = 1999}; },
          example + window + "LTOP=10\nLLEFT=20\nLHEIGHT=4000\nLWIDTH=5000\n", false},
@@ -152,16 +148,14 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
         {"raised limits", [](Settings& s) { s.limits = {.DirMax = 800, .FileMax = 100000}; },
          example + "DIRMAX=800\nFILEMAX=100000\n"},
         {"asking at every start", [](Settings& s) { s.AskLocationAtStart = true; }, asking},
-        {"blanks around a profile's values", [](Settings& s) { s.LocationProfiles[0].name = "  FS2002 "; },
-         example},
-        {"an archive directory that the file cannot hold",
-         [](Settings& s) { s.LastZipPath = "C:\\\xD0\x96\\"; }, unstorableZip},
+        {"blanks around a profile's values", [](Settings& s) { s.LocationProfiles[0].name = "  FS2002 "; }, example},
+        {"an archive directory that the file cannot hold", [](Settings& s) { s.LastZipPath = "C:\\\xD0\x96\\"; },
+         unstorableZip},
         {"no Hangar", [](Settings& s) { s.locations.HangarDir = ""; }, ""},
-        {"a character without a byte",
-         [](Settings& s) { s.LocationProfiles[2].HangarDir = "D:\\\xD0\x96\\"; }, "", true,
-         FileFault::BadName},
-        {"a value of two lines", [](Settings& s) { s.LocationProfiles[0].name = "a\r\nLOCATIONLAST=7"; }, "",
+        {"a character without a byte", [](Settings& s) { s.LocationProfiles[2].HangarDir = "D:\\\xD0\x96\\"; }, "",
          true, FileFault::BadName},
+        {"a value of two lines", [](Settings& s) { s.LocationProfiles[0].name = "a\r\nLOCATIONLAST=7"; }, "", true,
+         FileFault::BadName},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

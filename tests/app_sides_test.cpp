@@ -11,10 +11,9 @@ using Names = std::vector<std::string>;
 class Sides : public ProgramTest {
   protected:
     Sides() {
-        drive.Fill("Hangar",
-                   "Empty\\a file is no package.txt=x, Jets\\Big Bird\\x.air=x, Jets\\Concorde\\x.air=x, "
-                   "Jets\\Lear\\x.air=x, Jets\\~kx~scratch\\1~Half\\Half.air=x, "
-                   "Props\\Cessna\\x.air=x, Props\\Lear\\x.air=x");
+        drive.Fill("Hangar", "Empty\\a file is no package.txt=x, Jets\\Big Bird\\x.air=x, Jets\\Concorde\\x.air=x, "
+                             "Jets\\Lear\\x.air=x, Jets\\~kx~scratch\\1~Half\\Half.air=x, "
+                             "Props\\Cessna\\x.air=x, Props\\Lear\\x.air=x");
         drive.MakeDirectory("FS\\aircraft\\Big_Bird");
     }
 };
@@ -72,9 +71,7 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
 }
 
 TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
-    const auto hangarCommand = [this](int code) {
-        return [=, this] { program->RunCommand(Side::Hangar, code); };
-    };
+    const auto hangarCommand = [this](int code) { return [=, this] { program->RunCommand(Side::Hangar, code); }; };
     std::vector<std::function<void()>> commands;
     for (int code = InstallPackage; code <= DecompressShownPackage; ++code)
         if (code != 10)
@@ -114,20 +111,16 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
             EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde"}));
         });
     expectAnswer(WithoutBackslash(locations.HangarDir),
-                 "The Hangar directory " + locations.HangarDir + " is not there...",
-                 hangarCommand(InstallPackage));
+                 "The Hangar directory " + locations.HangarDir + " is not there...", hangarCommand(InstallPackage));
     const std::string noSim = "The MSFS directory " + locations.MsfsDir + " is not there...";
-    for (const int code :
-         {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, CopyPackageToStaging})
+    for (const int code : {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, CopyPackageToStaging})
         expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, hangarCommand(code));
     expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, [&] { program->EditInformation(); });
 
     program->GoToStaging();
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
-    for (const int code :
-         {CopyStagingToHangar, ProcessZipIntoStaging, ImportIntoStaging, RemoveAllFromStaging}) {
-        user.Expect("The Staging directory " + locations.StagingDir + " is not there...",
-                    MessageIcon::Exclamation);
+    for (const int code : {CopyStagingToHangar, ProcessZipIntoStaging, ImportIntoStaging, RemoveAllFromStaging}) {
+        user.Expect("The Staging directory " + locations.StagingDir + " is not there...", MessageIcon::Exclamation);
         program->RunCommand(Side::Staging, code);
     }
     EXPECT_TRUE(form.view.statusCounts.ends_with("Staging is not there"));
@@ -280,8 +273,7 @@ TEST_F(Sides, APackedFileIsOpenedAsAnUnpackedCopy) {
     program->OpenComponent(Texture, 0);
     EXPECT_THAT(launcher.started.back(), testing::HasSubstr("Staging"));
     full.FailOn("Copy", "panel.bmp", FileFault::DiskFull);
-    user.Expect("The file " + drive.At("Hangar\\Jets\\Concorde\\Texture\\panel.bmp") +
-                " is packed, and no...");
+    user.Expect("The file " + drive.At("Hangar\\Jets\\Concorde\\Texture\\panel.bmp") + " is packed, and no...");
     ASSERT_TRUE(Make(full).Start());
     Select("Jets", 1);
     program->OpenComponent(Texture, 0);

@@ -52,8 +52,7 @@ TEST_F(StagingCommands, EveryRefusalOfACopyLeavesTheTreeAsItIs) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.typed);
-        user.Expect(row.message, row.answer,
-                    row.answer == Answer::Ok ? MessageIcon::Exclamation : MessageIcon::None);
+        user.Expect(row.message, row.answer, row.answer == Answer::Ok ? MessageIcon::Exclamation : MessageIcon::None);
         Copy(row.typed);
         EXPECT_EQ(form.view.packageName, row.cleaned);
         EXPECT_EQ(drive.Tree(), before);
@@ -132,8 +131,7 @@ TEST_F(StagingCommands, WhatCannotBeCopiedIsSaidBeforeAnythingIsAsked) {
 }
 
 TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
-    drive.Put("Staging\\aircraft.cfg",
-              "[fltsim.0]\r\ntitle=Blue\r\n[fltsim.1]\r\ntitle=\"Red\"\r\ntexture=red\r\n");
+    drive.Put("Staging\\aircraft.cfg", "[fltsim.0]\r\ntitle=Blue\r\n[fltsim.1]\r\ntitle=\"Red\"\r\ntexture=red\r\n");
     drive.Fill("Staging", "texture\\skin.bmp=x, texture.red\\skin.bmp=x, model.cfg=, panel.cfg=, sound.cfg=");
     const auto expectQuestion = [&](std::optional<int> row) {
         user.ExpectConfigurations({"Blue  (fltsim.0)", "Red  (fltsim.1)"}, row);
@@ -147,8 +145,7 @@ TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
     program->Refresh();
     program->CreateNotes(); // what loads Staging by the way does not ask
     drive.Put("FS\\fs2002.exe", "MZ");
-    user.Expect(
-        "This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
+    user.Expect("This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
     program->EditInformation();
     program->DeleteNotes();
     expectQuestion(std::nullopt);
@@ -204,11 +201,10 @@ TEST_F(StagingCommands, EachMissingFileIsAskedFor) {
     drive.Put("Staging\\readme.txt", "x");
     Start();
     program->GoToStaging();
-    const char* const questions[] = {
-        "The aircraft.cfg file is missing...Are you sure you want to continue?",
-        "The model.cfg file is missing...if this package is an aircraft...",
-        "The panel.cfg file is missing...if this package should contain a panel...",
-        "The sound.cfg file is missing...and should have sound..."};
+    const char* const questions[] = {"The aircraft.cfg file is missing...Are you sure you want to continue?",
+                                     "The model.cfg file is missing...if this package is an aircraft...",
+                                     "The panel.cfg file is missing...if this package should contain a panel...",
+                                     "The sound.cfg file is missing...and should have sound..."};
     const auto before = drive.Tree();
     for (const char* cancelled : questions) {
         for (const char* question : questions) {
@@ -371,8 +367,7 @@ TEST_F(StagingCommands, NothingIsErasedByAConfigurationThatCannotBeRead) {
     PackageBuilder(drive, "Staging\\");
     const auto expectRefusal = [&](StagingPart part, const std::string& message) {
         const auto before = drive.Names();
-        user.Expect("Are you sure you want to erase the...", Answer::Yes)
-            .Expect(message, MessageIcon::Exclamation);
+        user.Expect("Are you sure you want to erase the...", Answer::Yes).Expect(message, MessageIcon::Exclamation);
         EXPECT_FALSE(ErasePartOfStaging(context, part));
         EXPECT_EQ(drive.Names(), before);
     };

@@ -19,8 +19,7 @@ TEST_F(StartUp, FindsItsOwnFilesPortableAndInstalled) {
         {"bin\\korvadex=x, share\\korvadex\\kx.ini=x", "share\\korvadex", "bin\\", "bin\\"},
         {"bin\\korvadex=x, share\\korvadex\\kxdoc.htm=x", "home\\data\\korvadex", "home\\data\\korvadex\\",
          "share\\korvadex\\"},
-        {"bin\\korvadex=x, bin\\kx.ini=x, share\\korvadex\\kxdoc.htm=x", "home", "bin\\",
-         "share\\korvadex\\"},
+        {"bin\\korvadex=x, bin\\kx.ini=x, share\\korvadex\\kxdoc.htm=x", "home", "bin\\", "share\\korvadex\\"},
     };
     for (const auto& row : rows) {
         TemporaryDrive own;
@@ -42,8 +41,7 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     user.Expect(FirstRun, MessageIcon::Information);
     dialogs.Enter(locations);
     drive.Put("Hangar\\a file is no category.txt", "x");
-    user.Expect("...does not look like a Hangar.  It holds " + drive.At("Hangar\\a file is no category.txt") +
-                    "...",
+    user.Expect("...does not look like a Hangar.  It holds " + drive.At("Hangar\\a file is no category.txt") + "...",
                 Answer::Yes, MessageIcon::None);
     ASSERT_TRUE(Make(drive.Files()).Start());
 
@@ -52,8 +50,8 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     EXPECT_EQ(form.view.header, "H A N G A R");
     EXPECT_EQ(form.view.caption, "Korvadex");
     EXPECT_EQ(form.view.packageIndex, -1);
-    EXPECT_THAT(SavedSettings(), testing::StartsWith("ALTLOCATION0=A Location Profile\r\nALTSTAGINGDIR0=" +
-                                                     locations.StagingDir));
+    EXPECT_THAT(SavedSettings(),
+                testing::StartsWith("ALTLOCATION0=A Location Profile\r\nALTSTAGINGDIR0=" + locations.StagingDir));
 
     program->Shutdown();
     EXPECT_EQ(form.ends, 1);
@@ -165,8 +163,7 @@ TEST_F(StartUp, GivingUpTheEntryEndsWithoutATrace) {
 
 TEST_F(StartUp, ASettingsFileThatCannotBeReadIsNotWrittenOver) {
     drive.Put("App\\kx.ini\\inside", "x");
-    user.Expect("The settings file " + drive.At("App\\kx.ini") + " could not be read (...",
-                MessageIcon::Critical);
+    user.Expect("The settings file " + drive.At("App\\kx.ini") + " could not be read (...", MessageIcon::Critical);
     EXPECT_FALSE(Make(drive.Files()).Start());
     EXPECT_EQ(drive.Get("App\\kx.ini\\inside"), "x");
 }
@@ -176,8 +173,7 @@ TEST_F(StartUp, ASaveThatFailsLeavesTheFileAndIsSaid) {
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Write", "kx.ini", FileFault::DiskFull);
     ASSERT_TRUE(Make(faulty).Start());
-    user.Expect("The settings could not be saved in " + drive.At("App\\kx.ini") + " (...",
-                MessageIcon::Exclamation);
+    user.Expect("The settings could not be saved in " + drive.At("App\\kx.ini") + " (...", MessageIcon::Exclamation);
     program->Shutdown();
     EXPECT_EQ(form.ends, 1);
     EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Gone"));

@@ -11,8 +11,8 @@ class CompressionTest : public CommandTest {
   protected:
     const std::string directory = "Hangar\\Jets\\Lear\\", path = drive.At(directory);
     const std::string marker =
-        "2 Meg have been compressed.  All files with .bmp and .gau extentions have been compressed by "
-        "Korvadex.  Please do not remove this file.\r\n";
+        "2 Meg have been compressed.  All files with .bmp and .gau extentions have been compressed by Korvadex.  "
+        "Please do not remove this file.\r\n";
 
     CompressionTest() {
         int hours = 0;
@@ -111,17 +111,16 @@ TEST_F(CompressionTest, WhatFailsIsNamedAndTheMarkerTellsWhatIsPacked) {
     EXPECT_TRUE(State() == plain);
 
     FaultyFiles full(drive.Files());
-    full.FailWhere([](auto& change, auto&) {
-        return change == "CreateDirectory" ? FileFault::DiskFull : FileFault::None;
-    });
+    full.FailWhere(
+        [](auto& change, auto&) { return change == "CreateDirectory" ? FileFault::DiskFull : FileFault::None; });
     CommandContext onFull = On(full);
     EXPECT_EQ(CompressPackage(onFull, path, true).size(), 4u);
     EXPECT_TRUE(State() == plain) << "nothing is packed, so nothing says so";
 
     limits.FileMax = 2;
-    EXPECT_THAT(CompressPackage(context, path, true),
-                testing::ElementsAre(
-                    testing::AllOf(testing::StartsWith(path), testing::EndsWith("Nothing was changed."))));
+    EXPECT_THAT(
+        CompressPackage(context, path, true),
+        testing::ElementsAre(testing::AllOf(testing::StartsWith(path), testing::EndsWith("Nothing was changed."))));
 }
 
 TEST_F(CompressionTest, APackedFileThatIsDamagedStaysAndIsNamed) {

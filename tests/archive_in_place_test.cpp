@@ -148,8 +148,7 @@ TEST_F(InPlaceTest, AStopAtAnyPointLeavesTheFileWhole) {
                                           : "There was a problem unzipping file " + path + ". (code ")));
                 }
                 const std::string now = drive.Get(relative);
-                EXPECT_TRUE(now == plain || UnzipFileInPlace(context, path, true) == 0)
-                    << "neither whole nor packed";
+                EXPECT_TRUE(now == plain || UnzipFileInPlace(context, path, true) == 0) << "neither whole nor packed";
                 EXPECT_EQ(now == plain, packs != isDone);
                 EXPECT_TRUE(packs || (code == 0) == isDone);
                 EXPECT_TRUE(drive.Files().Info(path)->readOnly);

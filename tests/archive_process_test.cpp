@@ -31,8 +31,7 @@ class ProcessTest : public CommandTest {
                            Answer::Ok, MessageIcon::Exclamation);
     }
     ScriptedUser& ExpectRefusals(const std::string& relative, const std::string& lines) {
-        return user.Expect("Some files in the zip file(" + drive.At(relative) + ") were not unpacked:\n\n" +
-                               lines,
+        return user.Expect("Some files in the zip file(" + drive.At(relative) + ") were not unpacked:\n\n" + lines,
                            Answer::Ok, MessageIcon::Exclamation);
     }
     ScriptedUser& ExpectQuestion(const std::string& nested, Answer answer) {
@@ -52,14 +51,13 @@ constexpr const char* WrongPassword =
 // flat.txt (deflated) and kept.txt (stored) as another program encrypts them, with the second kind of AES.
 std::string AesArchive() {
     constexpr std::string_view digits =
-        "504b03043300010063000000210000000000330000006801000008000b00666c61742e74787401990700020041450108"
-        "00720021d3cc2e0777c2ee136c5b5b954e99277c97535f4b3d66778a56d257504526d76ef0ceb59e416c5be5657c21ac"
-        "a2562ffe504b030433000100630000002100000000002a0000001600000008000b006b6570742e747874019907000200"
-        "41450100004390a1778cc543fd27c13dd5e3cdefaca98b1972dcfee249b95cc546195f8d249c70a9088a6da6d8536b50"
-        "4b01023f033300010063000000210000000000330000006801000008000b000000000000002080a48100000000666c61"
-        "742e7478740199070002004145010800504b01023f0333000100630000002100000000002a0000001600000008000b00"
-        "0000000000002080a481640000006b6570742e7478740199070002004145010000504b05060000000002000200820000"
-        "00bf0000000000";
+        "504b03043300010063000000210000000000330000006801000008000b00666c61742e747874019907000200414501080072"
+        "0021d3cc2e0777c2ee136c5b5b954e99277c97535f4b3d66778a56d257504526d76ef0ceb59e416c5be5657c21aca2562ffe"
+        "504b030433000100630000002100000000002a0000001600000008000b006b6570742e747874019907000200414501000043"
+        "90a1778cc543fd27c13dd5e3cdefaca98b1972dcfee249b95cc546195f8d249c70a9088a6da6d8536b504b01023f03330001"
+        "0063000000210000000000330000006801000008000b000000000000002080a48100000000666c61742e7478740199070002"
+        "004145010800504b01023f0333000100630000002100000000002a0000001600000008000b000000000000002080a4816400"
+        "00006b6570742e7478740199070002004145010000504b0506000000000200020082000000bf0000000000";
     std::string bytes;
     for (std::size_t i = 0; i < digits.size(); i += 2)
         bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
@@ -130,15 +128,13 @@ TEST_F(ProcessTest, WhatOtherProgramsReadIsRead) {
         {"behind a program", stub + Zip("a.txt"), "a.txt=x"},
         {"with a comment and a rest", stub + ZipBuilder(usual).Comment("PK\5\6 mine").Bytes() + "rest",
          "a.txt=1, ZIP_p.zip\\d\\b.txt=" + std::string(500, 'b')},
-        {"one byte of padding",
-         ZipBuilder().Add("a.txt", "x", {.unixTime = 951786061, .padding = "1"}).Bytes(), "a.txt=x"},
-        {"three bytes of padding", ZipBuilder().Add("a.txt", "x", {.padding = {3, '\0'}}).Bytes(), "a.txt=x"},
-        {"a field longer than all", ZipBuilder().Add("a.txt", "x", {.padding = "ab\x9\1"}).Bytes(),
+        {"one byte of padding", ZipBuilder().Add("a.txt", "x", {.unixTime = 951786061, .padding = "1"}).Bytes(),
          "a.txt=x"},
+        {"three bytes of padding", ZipBuilder().Add("a.txt", "x", {.padding = {3, '\0'}}).Bytes(), "a.txt=x"},
+        {"a field longer than all", ZipBuilder().Add("a.txt", "x", {.padding = "ab\x9\1"}).Bytes(), "a.txt=x"},
         {"from a pipe", ZipBuilder().Add("-", "x", {.unixMode = 0010600}).Bytes(), "-=x"},
         {"no UTF-8", ZipBuilder().Add("gr\x81n.txt", "x", {.hasUtf8Flag = true}).Bytes(), "grün.txt=x"},
-        {"a stored archive in it", ZipBuilder().Add("n.bin", nested, {.isStored = true}).Bytes(),
-         "n.bin=" + nested},
+        {"a stored archive in it", ZipBuilder().Add("n.bin", nested, {.isStored = true}).Bytes(), "n.bin=" + nested},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -151,8 +147,7 @@ TEST_F(ProcessTest, WhatIsAuthenticatedIsReadAndTheForgedRefused) {
     std::string flat;
     for (int i = 0; i < 40; ++i)
         flat += "Korvadex ";
-    const std::string flatFile = "ZIP_p.zip\\flat.txt=" + flat,
-                      keptFile = "ZIP_p.zip\\kept.txt=twenty bytes and a few";
+    const std::string flatFile = "ZIP_p.zip\\flat.txt=" + flat, keptFile = "ZIP_p.zip\\kept.txt=twenty bytes and a few";
     const struct {
         const char* name;
         std::size_t changed; // the byte of the archive
@@ -176,8 +171,7 @@ TEST_F(ProcessTest, WhatIsAuthenticatedIsReadAndTheForgedRefused) {
 }
 
 TEST_F(ProcessTest, NestedArchivesAreUnpackedUntilNoneIsLeft) {
-    const std::string inner =
-        ZipBuilder().Add("inner.zip", Zip("deepest.txt", "3")).Add("panel.cfg", "2").Bytes();
+    const std::string inner = ZipBuilder().Add("inner.zip", Zip("deepest.txt", "3")).Add("panel.cfg", "2").Bytes();
     ExpectQuestion("A no.ZIP", Answer::No);
     ExpectQuestion("a.zip", Answer::Yes);
     ExpectQuestion("inner.zip", Answer::Yes);
@@ -200,8 +194,7 @@ TEST_F(ProcessTest, ANestedArchiveThatFailedIsKeptAndAskedAboutOnce) {
     ExpectQuestion("b.zip", Answer::Yes);
     ExpectRefusals("Staging\\ZIP_p.zip\\b.zip", "../evil.txt  (its name leads out of the directory)");
     EXPECT_EQ(Unpack(ZipBuilder().Add("a.zip", "no archive").Add("b.zip", hostile)),
-              "ZIP_p.zip\\NestedZIP2_b.zip\\good.txt=y, ZIP_p.zip\\a.zip=no archive, ZIP_p.zip\\b.zip=" +
-                  hostile);
+              "ZIP_p.zip\\NestedZIP2_b.zip\\good.txt=y, ZIP_p.zip\\a.zip=no archive, ZIP_p.zip\\b.zip=" + hostile);
 }
 
 TEST_F(ProcessTest, AnArchiveThatCannotBeDeletedIsNotOfferedAgain) {
@@ -225,8 +218,7 @@ TEST_F(ProcessTest, AnExistingFileIsReplacedOnlyAfterAYes) {
     ZipBuilder zip;
     zip.Add("keep.txt", "new").Add("take.txt", "new");
     zip.Add("Panel/B17.bmp", "first").Add("PANEL/b17.BMP", "second");
-    EXPECT_EQ(Unpack(zip),
-              "ZIP_p.zip\\Panel\\B17.bmp=first, ZIP_p.zip\\Take.txt=new, ZIP_p.zip\\keep.txt=old");
+    EXPECT_EQ(Unpack(zip), "ZIP_p.zip\\Panel\\B17.bmp=first, ZIP_p.zip\\Take.txt=new, ZIP_p.zip\\keep.txt=old");
 }
 
 TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
@@ -237,8 +229,8 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
     };
     const Row rows[] = {
         {"its name leads out of the directory",
-         {"../out.txt", "a/../../out.txt", "a\\..\\..\\out.txt", "/abs.txt", "\\abs.txt", "C:/drive.txt",
-          "c:drive.txt", "//host/share/unc.txt", "\\\\host\\share\\unc.txt"}},
+         {"../out.txt", "a/../../out.txt", "a\\..\\..\\out.txt", "/abs.txt", "\\abs.txt", "C:/drive.txt", "c:drive.txt",
+          "//host/share/unc.txt", "\\\\host\\share\\unc.txt"}},
         {"its name has a colon", {"texture/stream.bmp:evil"}},
         {"its name is that of a device", {"NUL", "panel/com1.txt", "aux/file.txt"}},
         {"its name cannot be stored", {"trailing.", "blank ", "dir /file.txt", "star*.txt"}},
@@ -273,8 +265,7 @@ TEST_F(ProcessTest, WhatStandsInTheWayIsNeitherReplacedNorWrittenThrough) {
     const bool hasLinks = drive.MakeLink("Staging\\ZIP_p.zip\\link.txt", "outside\\target.txt") &&
                           drive.MakeLink("Staging\\ZIP_p.zip\\linked", "outside");
     const auto before = drive.Tree("Staging");
-    std::vector<std::pair<const char*, const char*>> members = {{"file/in.txt", "file"},
-                                                                {"directory", "directory"}};
+    std::vector<std::pair<const char*, const char*>> members = {{"file/in.txt", "file"}, {"directory", "directory"}};
     if (hasLinks)
         members.insert(members.end(),
                        {{"link.txt", "link"}, {"linked/new.txt", "link"}, {"linked/target.txt", "link"}});
@@ -282,8 +273,7 @@ TEST_F(ProcessTest, WhatStandsInTheWayIsNeitherReplacedNorWrittenThrough) {
     std::string reasons;
     for (const auto& [name, obstacle] : members) {
         zip.Add(name, "evil");
-        reasons +=
-            std::string(reasons.empty() ? "" : "\n") + name + "  (a " + obstacle + " stands in its way)";
+        reasons += std::string(reasons.empty() ? "" : "\n") + name + "  (a " + obstacle + " stands in its way)";
     }
     ExpectRefusals("in\\p.zip", reasons);
     Unpack(zip);
@@ -321,9 +311,8 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
         {"promises more", damaged({.size = 9000}), 2, true},
         {"cut behind an archive in it", cut, 51},
         {"unknown method", damaged({.method = 6}), 81, true,
-         "It is packed with the method implode, which Korvadex cannot unpack.  Please unpack it into Staging "
-         "with "
-         "another program."},
+         "It is packed with the method implode, which Korvadex cannot unpack.  "
+         "Please unpack it into Staging with another program."},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -353,13 +342,11 @@ TEST_F(ProcessTest, APasswordIsAskedForOnceForEachArchiveThatTheLastOneDoesNotOp
     user.ExpectText("Please Enter The Password!", "Cub");
     EXPECT_EQ(Unpack(ZipBuilder().Add("a.zip", zip.Bytes()).Add("b.zip", other)),
               "ZIP_p.zip\\NestedZIP1_a.zip\\" + files +
-                  ", ZIP_p.zip\\NestedZIP1_a.zip\\b.txt=secret, "
-                  "ZIP_p.zip\\NestedZIP2_b.zip\\c.txt=x");
+                  ", ZIP_p.zip\\NestedZIP1_a.zip\\b.txt=secret, ZIP_p.zip\\NestedZIP2_b.zip\\c.txt=x");
 }
 
 TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
-    const std::string bytes =
-        ZipBuilder().Add("d/a.txt", std::string(3000, 's'), {.password = "Lear"}).Bytes();
+    const std::string bytes = ZipBuilder().Add("d/a.txt", std::string(3000, 's'), {.password = "Lear"}).Bytes();
     // Among so many passwords the first check takes some for right.
     std::vector<std::optional<std::string>> answers = {std::nullopt, "", "lear"};
     for (int i = 0; i < 600; ++i)
@@ -368,8 +355,7 @@ TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
         SCOPED_TRACE(answer.value_or("cancelled"));
         user.ExpectText("Please Enter The Password!", answer);
         ExpectProblem("in\\p.zip", 82,
-                      answer.value_or("").empty() ? "It needs a password, and none was entered."
-                                                  : WrongPassword);
+                      answer.value_or("").empty() ? "It needs a password, and none was entered." : WrongPassword);
         ASSERT_EQ(Unpack(bytes), "");
     }
 }
@@ -408,9 +394,8 @@ TEST_F(ProcessTest, MembersUnpackedAheadKeepTheirPlaces) {
 TEST_F(ProcessTest, AFullDiskIsSaidAndNoHalfFileStays) {
     FaultyFiles faulty(drive.Files());
     CommandContext onFaulty = On(faulty);
-    drive.Put(
-        "in\\p.zip",
-        ZipBuilder().Add("a.txt", std::string(4000000, 'a')).Add("b.txt", "b").Add("c.txt", "c").Bytes());
+    drive.Put("in\\p.zip",
+              ZipBuilder().Add("a.txt", std::string(4000000, 'a')).Add("b.txt", "b").Add("c.txt", "c").Bytes());
     faulty.freeSpace = 1'024'000;
     user.Expect("There is not enough room on the disk for the zip file(" + drive.At("in\\p.zip") +
                     ").  It needs 4 Meg, and 1 Meg are free. (code 50)",
@@ -434,8 +419,7 @@ TEST_F(ProcessTest, NoMemberStandsHalfUnderItsName) {
         CommandContext stopped = On(faulty);
         EXPECT_TRUE(Process(stopped, "in\\p.zip"));
         for (const auto& [name, bytes] : drive.Tree("Staging"))
-            EXPECT_TRUE(name.ends_with('\\') || name.find("~kx~") != std::string::npos ||
-                        bytes.starts_with("whole "))
+            EXPECT_TRUE(name.ends_with('\\') || name.find("~kx~") != std::string::npos || bytes.starts_with("whole "))
                 << name;
         EmptyStaging();
     });

@@ -21,12 +21,11 @@ using DriveTree = std::map<std::string, std::string>;
 constexpr struct {
     const char *category, *name, *panelAlias, *status;
     std::size_t gauges, pictures;
-} Packages[] = {
-    {demo::LightPropsCategory, demo::CompletePackage, "", "Crosscheck complete.  PASSED...", 2, 2},
-    // Needs the one before.
-    {demo::LightPropsCategory, demo::AliasPackage, "pellmoor p12\\panel", "Panel alias used...", 0, 1},
-    {demo::HeavyPropsCategory, demo::MissingGaugePackage, "", "Possible problem...", 1, 1},
-    {demo::HelicoptersCategory, demo::InstalledPackage, "", "Crosscheck complete.  PASSED...", 2, 3}};
+} Packages[] = {{demo::LightPropsCategory, demo::CompletePackage, "", "Crosscheck complete.  PASSED...", 2, 2},
+                // Needs the one before.
+                {demo::LightPropsCategory, demo::AliasPackage, "pellmoor p12\\panel", "Panel alias used...", 0, 1},
+                {demo::HeavyPropsCategory, demo::MissingGaugePackage, "", "Possible problem...", 1, 1},
+                {demo::HelicoptersCategory, demo::InstalledPackage, "", "Crosscheck complete.  PASSED...", 2, 3}};
 
 class ExampleTest : public CommandTest {
   protected:
@@ -104,17 +103,14 @@ TEST_F(ExampleTest, HasMediaThatCanBeOpened) {
         const char* extension;
         bool (*isWhole)(const std::string&);
         int least;
-    } Kinds[] = {{".bmp", IsWholeBitmap, 20},
-                 {".jpg", IsWholeJpeg, 10},
-                 {".wav", IsWholeWave, 8},
-                 {".cab", IsWholeCabinet, 5}};
+    } Kinds[] = {
+        {".bmp", IsWholeBitmap, 20}, {".jpg", IsWholeJpeg, 10}, {".wav", IsWholeWave, 8}, {".cab", IsWholeCabinet, 5}};
     // With what the archives hold.
     modUnzip unzip;
     std::string lastZipPath;
     user.Expect("Found another ZIP file called skerrow panel.zip...", Answer::Yes);
     for (const char* archive : {demo::PlainArchive, demo::NestedArchive, demo::TwoLiveriesArchive})
-        EXPECT_TRUE(ProcessZipFile(context, unzip, lastZipPath, root + demo::DownloadsDirectory + archive))
-            << archive;
+        EXPECT_TRUE(ProcessZipFile(context, unzip, lastZipPath, root + demo::DownloadsDirectory + archive)) << archive;
     const DriveTree tree = drive.Tree("Example");
     for (const auto& kind : Kinds) {
         int count = 0;
@@ -194,8 +190,7 @@ TEST_F(ExampleRoundTrip, LeavesTheSimulatorAsItWas) {
     const auto hangar = drive.States("Example\\Hangar");
     for (const bool compress : {true, false}) {
         for (const auto& row : Packages)
-            EXPECT_THAT(CompressPackage(context, Directory(row.category, row.name), compress),
-                        testing::IsEmpty());
+            EXPECT_THAT(CompressPackage(context, Directory(row.category, row.name), compress), testing::IsEmpty());
         EXPECT_EQ(drive.States("Example\\Hangar") == hangar, !compress);
         EXPECT_THAT(InstallAndRemove(), testing::IsEmpty());
     }

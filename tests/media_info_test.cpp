@@ -68,11 +68,9 @@ const FileRow FileRows[] = {
      "; mine\r\n\r\n[fltsim.0]\r\ntitle=Caf\xE9\r\n//atc_id=no\r\n;description=no\r\nsim=a\r\n" CFG
      "\r\n[General]\r\n  key = v \r\n" GEN "\r\n[other]\r\natc_id=kept\r\neditable=kept\r\n"},
     {"OddCaseTabsAndBlanks",
-     "[FLTSIM.0]\r\n\tATC_ID\t=\tA\r\nAtc_Heavy= 1\r\natc_id=B\r\nUI_Type = C\r\nDescription = "
-     "\"x\"\r\n\t\r\n"
+     "[FLTSIM.0]\r\n\tATC_ID\t=\tA\r\nAtc_Heavy= 1\r\natc_id=B\r\nUI_Type = C\r\nDescription = \"x\"\r\n\t\r\n"
      "[GENERAL]\r\nAtc_Model=B\r\n",
-     "[FLTSIM.0]\r\n\tATC_ID\t=\tN1\r\nDescription = \"One\\s\\nTwo\\/\xE9\"\r\n\t\r\n[GENERAL]\r\n" GEN
-     "\r\n"},
+     "[FLTSIM.0]\r\n\tATC_ID\t=\tN1\r\nDescription = \"One\\s\\nTwo\\/\xE9\"\r\n\t\r\n[GENERAL]\r\n" GEN "\r\n"},
     {"MixedLineEnds", "[fltsim.0]\ntitle=a\r\nb=\r[General]\r\nc=1\n\r\n\n",
      "[fltsim.0]\ntitle=a\r\nb=\r" CFG "\r\n[General]\r\nc=1\n" GEN "\r\n\n"},
     {"LineFeeds", "[fltsim.0]\na=1\n[General]\n",
@@ -83,11 +81,10 @@ const FileRow FileRows[] = {
     {"AKeyAsTheUnendedLastLine", "[fltsim.0]\r\ntitle=a\r\nui_type=X",
      "[fltsim.0]\r\ntitle=a\r\n" CFG "\r\n[General]\r\n" GEN "\r\n"},
     {"SectionsTwice",
-     "[fltsim.0]\r\natc_id=A\r\n[General]\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n[general]"
-     "\r\n"
+     "[fltsim.0]\r\natc_id=A\r\n[General]\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n[general]\r\n"
      "editable=1\r\n",
-     "[fltsim.0]\r\n" CFG "\r\n[General]\r\n" GEN "\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n"
-     "[general]\r\neditable=1\r\n"},
+     "[fltsim.0]\r\n" CFG "\r\n[General]\r\n" GEN
+     "\r\n[fltsim.0]\r\natc_id=B\r\n[fltsim.1]\r\natc_id=C\r\n[general]\r\neditable=1\r\n"},
     {"AnIndentedSection", "[fltsim.0]\r\ntitle=a\r\n\t[fltsim.1]\r\natc_id=B\r\n",
      "[fltsim.0]\r\ntitle=a\r\n" CFG "\r\n\t[fltsim.1]\r\natc_id=B\r\n[General]\r\n" GEN "\r\n"},
     {"TheSameValuesAsTheyWereSpelt",
@@ -147,12 +144,12 @@ TEST_F(InfoTest, OpensAfterItsChecks) {
     EditAircraftInfo(context, {});
 
     drive.MakeDirectory("FS\\aircraft\\Lear");
-    user.Expect("This package is currently installed in Flight Simulator.  Any changes to this information "
-                "will not have an effect until the package is reinstalled with Korvadex.",
-                Answer::Ok, MessageIcon::Information);
+    user.Expect(
+        "This package is currently installed in Flight Simulator.  "
+        "Any changes to this information will not have an effect until the package is reinstalled with Korvadex.",
+        Answer::Ok, MessageIcon::Information);
     Apply(true);
-    EXPECT_EQ(File(),
-              "[fltsim.0]\r\ntitle=Lear\r\natc_id=N1\r\nui_type=45\r\n\r\n[General]\r\neditable=0\r\n\r\n");
+    EXPECT_EQ(File(), "[fltsim.0]\r\ntitle=Lear\r\natc_id=N1\r\nui_type=45\r\n\r\n[General]\r\neditable=0\r\n\r\n");
 
     drive.Put("Staging\\x\\Aircraft.cfg", file);
     LoadPackage(context, locations.StagingDir, true, package);
@@ -253,8 +250,7 @@ TEST_F(InfoTest, AFileThatChangesMeanwhileLosesNothing) {
 class PatientUser : public ScriptedUser {
   public:
     int messages = 0;
-    CheckedAnswer ShowMessage(const std::string&, MessageButtons, MessageIcon,
-                              const MessageOptions&) override {
+    CheckedAnswer ShowMessage(const std::string&, MessageButtons, MessageIcon, const MessageOptions&) override {
         ++messages;
         return {Answer::Ok, false};
     }
@@ -291,11 +287,11 @@ TEST_F(InfoTest, AFaultLeavesTheOldFile) {
 }
 
 TEST_F(InfoTest, OffersWhatOthersUse) {
-    drive.Put("Hangar\\Props\\Cub\\aircraft.cfg",
-              "[fltsim.0]\natc_airline=Zeta Air\nui_manufacturer=\"Orvane\"\n[fltsim.1]\n ATC_Airline=alpha\n"
-              "[General]\natc_type=orvane\natc_model=\n");
-    drive.Put("FS\\aircraft\\Mine\\Aircraft.CFG",
-              "ui_manufacturer=ORVANE\r\natc_type=Tern\r\natc_airline=ALPHA");
+    drive.Put(
+        "Hangar\\Props\\Cub\\aircraft.cfg",
+        "[fltsim.0]\natc_airline=Zeta Air\nui_manufacturer=\"Orvane\"\n[fltsim.1]\n ATC_Airline=alpha\n[General]\n"
+        "atc_type=orvane\natc_model=\n");
+    drive.Put("FS\\aircraft\\Mine\\Aircraft.CFG", "ui_manufacturer=ORVANE\r\natc_type=Tern\r\natc_airline=ALPHA");
     drive.Put("FS\\aircraft\\Empty\\aircraft.cfg", "");
     drive.MakeDirectory("FS\\aircraft\\None");
     InfoOfferSearch search(drive.Files(), locations);

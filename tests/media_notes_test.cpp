@@ -88,10 +88,11 @@ TEST_P(NotesTest, TheDirectoryIsShownInTheFileManager) {
     ExplorePackage(context, package);
     drive.MakeDirectory("FS\\aircraft\\Lear");
     if (!GetParam())
-        user.Expect("WARNING:  This package is currently installed in MSFS.  Any manual changes to this "
-                    "package may prevent unused gauges from being removed when you choose to remove the "
-                    "package from MSFS.",
-                    Answer::Ok, MessageIcon::Exclamation);
+        user.Expect(
+            "WARNING:  This package is currently installed in MSFS.  "
+            "Any manual changes to this package may prevent unused gauges from being removed when you choose to "
+            "remove the package from MSFS.",
+            Answer::Ok, MessageIcon::Exclamation);
     ExplorePackage(context, package);
     EXPECT_EQ(launcher.started, Started(2, "explore " + drive.At(directory)));
 
@@ -115,9 +116,8 @@ TEST_P(NotesTest, OnlyTheHangarWantsASelection) {
     EXPECT_EQ(drive.Tree() == before, !GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Sides, NotesTest, testing::Bool(), [](const auto& side) {
-    return side.param ? std::string("Staging") : std::string("Hangar");
-});
+INSTANTIATE_TEST_SUITE_P(Sides, NotesTest, testing::Bool(),
+                         [](const auto& side) { return side.param ? std::string("Staging") : std::string("Hangar"); });
 
 } // namespace
 } // namespace korvadex::test

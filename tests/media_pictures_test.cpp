@@ -59,10 +59,7 @@ TEST_F(PicturesTest, OnePictureIsMadeTheFirst) {
     } rows[] = {
         {"the only mark", {"a.jpg", "b.GIF"}, "b.GIF", {{"a.jpg", "a.jpg"}, {"(b).GIF", "b.GIF"}}},
         {"it has the mark", {"(a).jpg", "b.jpg"}, "(a).jpg", {{"(a).jpg", "(a).jpg"}, {"b.jpg", "b.jpg"}}},
-        {"its own plain name",
-         {"(a).jpg", "A.jpg"},
-         "A.jpg",
-         {{"A(1).jpg", "(a).jpg"}, {"(A).jpg", "A.jpg"}}},
+        {"its own plain name", {"(a).jpg", "A.jpg"}, "A.jpg", {{"A(1).jpg", "(a).jpg"}, {"(A).jpg", "A.jpg"}}},
         {"plain names are taken",
          {"(a).jpg", "a.jpg", "a(1).jpg", "c.jpg"},
          "c.jpg",
@@ -127,8 +124,8 @@ TEST_F(PicturesTest, ImportsTakeFreeNames) {
     for (const char* name : {"ONE.jpg", "shot.jpeg", "flat.png", "(mark).gif", "note.txt", "a.b.jpg"})
         drive.Put("from\\" + std::string(name), "new " + std::string(name));
     const std::string own = package.pictures[1]; // one.jpg
-    user.Expect("These pictures were not imported:\n\n" + drive.At("from\\note.txt") + ": no picture.\n" +
-                    own + ": it is a picture of this package already.",
+    user.Expect("These pictures were not imported:\n\n" + drive.At("from\\note.txt") + ": no picture.\n" + own +
+                    ": it is a picture of this package already.",
                 Answer::Ok, MessageIcon::Exclamation);
     OfferedPictures offered{.files = {}, .jpeg = "pasted", .problem = ""};
     for (const char* name : {"ONE.jpg", "note.txt", "shot.jpeg", "flat.png", "(mark).gif", "a.b.jpg"})

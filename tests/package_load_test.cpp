@@ -19,9 +19,7 @@ constexpr const char* Duplicate = "A duplicate filename condition has occurred..
 class LoadTest : public CommandTest {
   protected:
     LoadOutcome LoadStaging() { return LoadPackage(context, locations.StagingDir, true, package); }
-    LoadOutcome LoadHangar() {
-        return LoadPackage(context, locations.HangarDir + "Jets\\Lear\\", false, package);
-    }
+    LoadOutcome LoadHangar() { return LoadPackage(context, locations.HangarDir + "Jets\\Lear\\", false, package); }
 
     void PutAtNoon(const std::string& relative, const std::string& bytes) {
         drive.Put(relative, bytes);
@@ -35,13 +33,15 @@ class LoadTest : public CommandTest {
 
 TEST_F(LoadTest, DocumentsOfOneNameAreAllKept) {
     // The air file stands before a document, and after its new name.
-    drive.Fill("Staging", "a\\readme.txt=one, b\\README.TXT=two, c\\readme.txt=one, d\\readme.txt=three, "
-                          "d\\readme(1).txt=taken, b\\readme.air=four, a\\index.html=1, b\\index.html=2");
+    drive.Fill("Staging",
+               "a\\readme.txt=one, b\\README.TXT=two, c\\readme.txt=one, d\\readme.txt=three, d\\readme(1).txt=taken, "
+               "b\\readme.air=four, a\\index.html=1, b\\index.html=2");
     LoadStaging();
     // Every text is still there, the last keeps its name, and no rename replaces a file.
-    EXPECT_EQ(drive.Outline("Staging"),
-              "a\\index(1).html=1, a\\readme(3).txt=one, b\\README(2).TXT=two, b\\index.html=2, "
-              "b\\readme.air=four, c\\, d\\readme(1).txt=taken, d\\readme.txt=three");
+    EXPECT_EQ(
+        drive.Outline("Staging"),
+        "a\\index(1).html=1, a\\readme(3).txt=one, b\\README(2).TXT=two, b\\index.html=2, b\\readme.air=four, c\\, "
+        "d\\readme(1).txt=taken, d\\readme.txt=three");
     EXPECT_EQ(package.ComponentFiles[Documentation].size(), 6u);
     ExpectTrueListing();
 }
@@ -88,8 +88,8 @@ TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
                 Answer::No);
     user.Expect(Duplicate, Answer::Yes);
     LoadStaging();
-    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\late.gau", "a\\odd.gau",
-                                                    "a\\sound.cfg", "b\\", "b\\X.MDL", "b\\panel.cfg"));
+    EXPECT_THAT(drive.Names("Staging"), ElementsAre("a\\", "a\\gyro.gau", "a\\late.gau", "a\\odd.gau", "a\\sound.cfg",
+                                                    "b\\", "b\\X.MDL", "b\\panel.cfg"));
     EXPECT_EQ(package.panelText, "None  (Original panel)") << "the stub that went has no say";
     ExpectTrueListing();
 }
@@ -105,8 +105,8 @@ TEST_F(LoadTest, OneAnswerCanServeAllFurtherDuplicates) {
 TEST_F(LoadTest, DuplicateInTheHangarIsFoundBeforeAnythingIsRenamed) {
     drive.Fill("Hangar\\Jets\\Lear", "a\\readme.txt=1, b\\readme.txt=2, a\\x.gau=same, b\\x.gau=same");
     const auto before = drive.Tree();
-    EXPECT_THAT(LoadHangar().twins, ElementsAre(drive.At("Hangar\\Jets\\Lear\\a\\x.gau"),
-                                                drive.At("Hangar\\Jets\\Lear\\b\\x.gau")));
+    EXPECT_THAT(LoadHangar().twins,
+                ElementsAre(drive.At("Hangar\\Jets\\Lear\\a\\x.gau"), drive.At("Hangar\\Jets\\Lear\\b\\x.gau")));
     EXPECT_TRUE(package.ComponentFiles[Documentation].empty());
     EXPECT_EQ(drive.Tree(), before);
 }
@@ -151,15 +151,12 @@ TEST_F(LoadTest, KeysAreFoundHoweverTheyAreSpelt) {
     const struct {
         const char *name, *before, *title, *after;
     } rows[] = {
-        {"blanks and tabs",
-         "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture = 11\n\tmodel=\tx\rsound=s",
+        {"blanks and tabs", "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture = 11\n\tmodel=\tx\rsound=s",
          "Lear 45 ; mine", "\n [fltsim.0]\r\n\tTitle\t= Lear 45 ; mine\t\r\n  Texture =\n\tmodel=\rsound="},
         {"quotes", "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\"11\"\n", "The \"Lear\"",
          "[fltsim.0]\ntitle=\" The \"Lear\" \"\ntexture=\n"},
-        {"comments",
-         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel=a;b",
-         "A // B",
-         "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel="},
+        {"comments", "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel=a;b",
+         "A // B", "[fltsim.0]\n; title=no\n//title=no\ntitle=A // B\ntexture= ;plain\npanel=\t// plain\nmodel="},
         {"other keys", "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n", "A",
          "[fltsim.0]\ntitle=A\ntitled=B\nthe title=C\ntextures=11\n"},
     };
@@ -202,11 +199,10 @@ TEST_F(LoadTest, AFileIsWrittenOnlyWhereItChangesAndKeepsLinesBeyondTheLimit) {
 class ConfigurationTest : public LoadTest {
   protected:
     void PutAll() {
-        drive.Put(
-            "Staging\\P\\aircraft.cfg",
-            "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n"
-            "[fltsim.1]\r\ntitle = Lear red \r\ntexture = red ; not blue\r\nmodel=\r\n\tpanel=ifr\r\n\r\n"
-            "\t[General]\r\n; not of [fltsim.2]\r\nmodel=kept\r\n");
+        drive.Put("Staging\\P\\aircraft.cfg",
+                  "; mine\r\n[fltsim.0]\r\ntitle=Lear\r\ntexture=\r\nmodel=\r\npanel=\r\n\r\n[fltsim.1]\r\n"
+                  "title = Lear red \r\ntexture = red ; not blue\r\nmodel=\r\n\tpanel=ifr\r\n\r\n\t[General]\r\n"
+                  "; not of [fltsim.2]\r\nmodel=kept\r\n");
         drive.Fill("Staging", "extras\\texture\\other.bmp=of nobody here, KX_MSFSImportName.txt=Lear");
         drive.Fill("Staging\\P", "texture\\skin.bmp=x, texture.red\\skin2.bmp=x, oldtexture.red\\keep.bmp=x, "
                                  "model\\x.mdl=x, panel\\panel.cfg=x, panel\\main.bmp=x, panel.ifr\\p.nel=x, "
@@ -304,8 +300,8 @@ TEST_F(LoadTest, ThePlainDirectoryStaysWhileTheKeptConfigurationHasNoOther) {
 TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     PutAll();
     // Equal in both, a document of one name, and two that differ: none of them is a duplicate yet.
-    drive.Fill("Staging\\P", "texture.red\\skin.bmp=red, texture\\shot.jpg=x, texture\\notes.txt=a, "
-                             "texture.red\\notes.txt=b");
+    drive.Fill("Staging\\P",
+               "texture.red\\skin.bmp=red, texture\\shot.jpg=x, texture\\notes.txt=a, texture.red\\notes.txt=b");
     const auto before = drive.Tree();
     const auto expectOpen = [&] {
         EXPECT_TRUE(package.isChoiceOpen);
@@ -330,8 +326,7 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
         const char *change, *part, *message;
     } rows[] = {
         {"Write", "aircraft.cfg", "The file ...\\Staging\\P\\aircraft.cfg could not be written (another..."},
-        {"Rename", "texture.red",
-         "...\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
+        {"Rename", "texture.red", "...\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
         {"Rename", "panel.ifr", "...\\Staging\\P\\panel.ifr belongs to a configuration that is not kept..."},
     };
     for (const auto& row : rows) {
@@ -349,8 +344,7 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     EXPECT_EQ(drive.Get("Staging\\P\\aircraft.cfg"), "[fltsim.1]");
 
     drive.Put("Staging\\P\\aircraft.cfg", before.at("Staging\\P\\aircraft.cfg"));
-    ASSERT_TRUE(
-        drive.Files().Rename(drive.At("Staging\\P\\texture.red\\shot.jpg"), drive.At("Staging\\a_RED.jpg")));
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Staging\\P\\texture.red\\shot.jpg"), drive.At("Staging\\a_RED.jpg")));
     user.ExpectConfigurations(items, 1);
     EXPECT_TRUE(LoadStaging().isConfigurationChosen);
     EXPECT_EQ(drive.Outline("Staging\\P\\texture.red"), "notes.txt=b, skin.bmp=red, skin2.bmp=x");
@@ -374,8 +368,8 @@ TEST_F(LoadTest, AnAliasOfTheKeptConfigurationToItsOwnAircraftCountsAsUse) {
         SCOPED_TRACE(row.alias);
         const std::string place = std::string("Staging\\") + row.place;
         drive.Put(place + "aircraft.cfg",
-                  "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\npanel=1\r\nsound=1\r\n"
-                  "[fltsim.2]\r\ntitle=C\r\npanel=2\r\nsound=2\r\n");
+                  "[fltsim.0]\r\ntitle=A\r\n[fltsim.1]\r\ntitle=B\r\npanel=1\r\nsound=1\r\n[fltsim.2]\r\ntitle=C\r\n"
+                  "panel=2\r\nsound=2\r\n");
         for (const std::string kind : {"panel", "sound"}) {
             std::string alias = std::string("[fltsim]\r\nalias=") + row.alias;
             if (kind == "sound")
@@ -400,9 +394,9 @@ TEST_F(LoadTest, AnAliasOfTheKeptConfigurationToItsOwnAircraftCountsAsUse) {
 }
 
 TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
-    drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg",
-              "[Window00]\nfile=MAIN.bmp\n file_1024=sub\\big.BMP ; "
-              "x.bmp\n[fltsim]\n  Alias= Other\\Panel \nalias=second");
+    drive.Put(
+        "Hangar\\Jets\\Lear\\Panel\\panel.cfg",
+        "[Window00]\nfile=MAIN.bmp\n file_1024=sub\\big.BMP ; x.bmp\n[fltsim]\n  Alias= Other\\Panel \nalias=second");
     drive.Put("Hangar\\Jets\\Lear\\Panel\\oldpanel.cfg", "alias=never\r\nfile=older.bmp");
     drive.Put("Hangar\\Jets\\Lear\\KX_Compression.txt", "12 Meg have been compressed. ...\r\n");
     for (const char* bitmap : {"main.bmp", "big.bmp", "older.bmp", "skin.bmp"})
@@ -418,9 +412,8 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
     EXPECT_EQ(package.SizeInMeg(), 2) << "1,600,000 bytes and a little";
 
     drive.Fill("Staging", "wing.air=x, setup.exe=x, sub\\other.EXE=x");
-    user.Expect(
-        "An executable file was found in the Staging directory.  It may be an installation executable...",
-        MessageIcon::Information);
+    user.Expect("An executable file was found in the Staging directory.  It may be an installation executable...",
+                MessageIcon::Information);
     LoadStaging();
     EXPECT_EQ(package.PackagePanelAlias, "");
     EXPECT_FALSE(package.isCompressed);
@@ -428,8 +421,8 @@ TEST_F(LoadTest, AliasesBitmapsMarkerAndSize) {
 }
 
 TEST_F(LoadTest, APanelOfTwoByteLettersHasAliasAndBitmaps) {
-    for (const char* alias : {"alias=Other\\Panel", "alias = \"Other\\Panel\" ; \"",
-                              "\tAlias\t=\tOther\\Panel\t// the other one"}) {
+    for (const char* alias :
+         {"alias=Other\\Panel", "alias = \"Other\\Panel\" ; \"", "\tAlias\t=\tOther\\Panel\t// the other one"}) {
         drive.Put("Hangar\\Jets\\Lear\\Panel\\panel.cfg",
                   TwoByteText("[Window00]\nfile\t=\tmain.bmp\n" + std::string(alias)));
         drive.Put("Hangar\\Jets\\Lear\\main.bmp", "x");

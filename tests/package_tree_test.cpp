@@ -94,16 +94,13 @@ TEST_F(TreeTest, EveryNameLandsInItsGroups) {
 }
 
 TEST_F(TreeTest, DeleteTreeRefusesEveryDangerousPath) {
-    drive.Fill("", "FS\\aircraft\\Lear\\aircraft.cfg=x, Hangar\\Jets\\Lear\\aircraft.cfg=x, "
-                   "other\\file.txt=x");
+    drive.Fill("", "FS\\aircraft\\Lear\\aircraft.cfg=x, Hangar\\Jets\\Lear\\aircraft.cfg=x, other\\file.txt=x");
     const auto before = drive.Tree();
     const std::string aircraft = locations.MsfsDir + "aircraft\\", lear = locations.HangarDir + "Jets\\Lear";
-    for (const auto& path :
-         {std::string(), std::string("C:\\"), std::string("C:\\\\x\\"), std::string("C:\\ x\\"),
-          std::string("\\\\server\\share\\"), locations.HangarDir, locations.MsfsDir, aircraft,
-          aircraft + "\\", lear, drive.At("other\\"), drive.Root()}) {
-        user.Expect("Critical error.  Please restart Korvadex and verify...", Answer::Ok,
-                    MessageIcon::Critical);
+    for (const auto& path : {std::string(), std::string("C:\\"), std::string("C:\\\\x\\"), std::string("C:\\ x\\"),
+                             std::string("\\\\server\\share\\"), locations.HangarDir, locations.MsfsDir, aircraft,
+                             aircraft + "\\", lear, drive.At("other\\"), drive.Root()}) {
+        user.Expect("Critical error.  Please restart Korvadex and verify...", Answer::Ok, MessageIcon::Critical);
         EXPECT_THROW(DeleteTree(context, path), ProgramEnd) << path;
     }
     locations.HangarDir = drive.At("Staging\\Hangar\\");
@@ -166,8 +163,8 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
     launcher.documentCode = 31;
     user.Expect("I don't know what action to take...", Answer::Ok, MessageIcon::Exclamation);
     OpenComponentFile(context, package.ComponentFiles[Documentation][0].path);
-    EXPECT_THAT(launcher.started, ElementsAre("edit " + drive.At(directory) + "b.DIZ",
-                                              "open " + drive.At(directory) + "a.txt"));
+    EXPECT_THAT(launcher.started,
+                ElementsAre("edit " + drive.At(directory) + "b.DIZ", "open " + drive.At(directory) + "a.txt"));
 
     user.Expect("Select a file to delete first.", Answer::Ok)
         .Expect("Are you sure you want to delete the 2 files selected?", Answer::No);

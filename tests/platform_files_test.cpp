@@ -125,8 +125,7 @@ TEST_F(Files, AreCopiedWithTimeAndAttributes) {
 
 TEST_F(Files, KeepTimeAndAttributesWhenTheyAreGiven) {
     drive.Fill("", "a=1, b=22, dir\\");
-    for (const FileTime time :
-         {FileTime(std::chrono::sys_days(std::chrono::year(1969) / 12 / 31)) + 100ns, SomeTime}) {
+    for (const FileTime time : {FileTime(std::chrono::sys_days(std::chrono::year(1969) / 12 / 31)) + 100ns, SomeTime}) {
         EXPECT_TRUE(files.SetTime(drive.At("A"), time));
         EXPECT_EQ(files.Info(drive.At("a"))->time, time);
         EXPECT_EQ(files.List(drive.Root())->at(0).info.time, time);

@@ -71,8 +71,7 @@ TEST_F(PosixHost, LeavesNoHalfCopyBehind) {
     const rlimit small = {1 << 20, former.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     const Status copied = files.Copy(drive.At("big.bin"), drive.At("copy.bin"));
-    const Status written =
-        WriteBytesWhole(files, drive.At("big.bin"), std::string(3 << 20, 'y'), drive.At("~kx~1"));
+    const Status written = WriteBytesWhole(files, drive.At("big.bin"), std::string(3 << 20, 'y'), drive.At("~kx~1"));
     setrlimit(RLIMIT_FSIZE, &former);
     std::signal(SIGXFSZ, formerHandler);
     EXPECT_FALSE(copied);
@@ -166,18 +165,17 @@ TEST_F(PosixHost, WhatNoDriveLeadsToCanBeReadOnly) {
     EXPECT_EQ(mapped->Info(path + "x").fault(), FileFault::NotFound);
 
     const auto before = drive.Tree();
-    for (const Status& status : {mapped->Delete(path), mapped->CreateNew(path + "x").status(),
-                                 mapped->Copy("C:\\a.zip", path + "x"), mapped->Rename(path, "C:\\b.zip"),
-                                 mapped->Rename("C:\\a.zip", path + "x"), mapped->Replace("C:\\a.zip", path),
-                                 mapped->SetReadOnly(path, true), mapped->CreateDirectory(path + "x")})
+    for (const Status& status :
+         {mapped->Delete(path), mapped->CreateNew(path + "x").status(), mapped->Copy("C:\\a.zip", path + "x"),
+          mapped->Rename(path, "C:\\b.zip"), mapped->Rename("C:\\a.zip", path + "x"),
+          mapped->Replace("C:\\a.zip", path), mapped->SetReadOnly(path, true), mapped->CreateDirectory(path + "x")})
         EXPECT_EQ(status.fault, FileFault::BadName);
     EXPECT_EQ(drive.Tree(), before);
 }
 
 TEST_F(PosixHost, AFailureToOpenComesLater) {
     // Stands for the desktop's own, which looks for the right program and may find none.
-    drive.Put("bin\\xdg-open",
-              "#!/bin/sh\ncase $1 in *none*) sleep 0.1; exit 3;; *viewer*) exec sleep 1;; esac\n");
+    drive.Put("bin\\xdg-open", "#!/bin/sh\ncase $1 in *none*) sleep 0.1; exit 3;; *viewer*) exec sleep 1;; esac\n");
     fs::permissions(Host("bin\\xdg-open"), fs::perms::owner_all);
     for (const char* name : {"none.xyz", "viewer.txt", "fine.txt"})
         drive.Put(name, "x");

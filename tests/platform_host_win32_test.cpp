@@ -12,9 +12,7 @@ namespace {
 
 class WindowsFiles : public testing::Test {
   protected:
-    DWORD Attributes(const char* relative) {
-        return GetFileAttributesW(ExtendedPath(drive.At(relative))->c_str());
-    }
+    DWORD Attributes(const char* relative) { return GetFileAttributesW(ExtendedPath(drive.At(relative))->c_str()); }
     void SetAttributes(const char* relative, DWORD attributes) {
         ASSERT_TRUE(SetFileAttributesW(ExtendedPath(drive.At(relative))->c_str(), attributes));
     }
@@ -48,8 +46,8 @@ TEST_F(WindowsFiles, KeepHiddenAndSystemUntilTheyAreCleared) {
 TEST_F(WindowsFiles, InUseAreLeftAlone) {
     drive.Put("used.txt", "used");
     drive.Put("new.txt", "new");
-    const UniqueHandle user(CreateFileW(ExtendedPath(drive.At("used.txt"))->c_str(), GENERIC_READ, 0, nullptr,
-                                        OPEN_EXISTING, 0, nullptr));
+    const UniqueHandle user(
+        CreateFileW(ExtendedPath(drive.At("used.txt"))->c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_NE(user.get(), INVALID_HANDLE_VALUE);
     EXPECT_EQ(files.OpenForReading(drive.At("used.txt")).fault(), FileFault::InUse);
     EXPECT_EQ(files.Delete(drive.At("used.txt")).fault, FileFault::InUse);

@@ -70,19 +70,18 @@ TEST(WindowsPath, KnowsWhatLiesBelow) {
 }
 
 TEST(WindowsPath, KnowsWhichNamesCanBeStored) {
-    for (const char* name :
-         {"con", "NUL", "nul.txt", "Aux.tar.gz", "COM1", "lpt9.cfg", "com¹", "PRN .txt", "conin$"}) {
+    for (const char* name : {"con", "NUL", "nul.txt", "Aux.tar.gz", "COM1", "lpt9.cfg", "com¹", "PRN .txt", "conin$"}) {
         EXPECT_TRUE(IsDeviceName(name)) << name;
         EXPECT_FALSE(IsStorableName(name)) << name;
     }
-    for (const char* name : {"", ".", "..", "a.", "a ", "...", " ", "a\\b", "a/b", "a:b", "a*", "a?", "\"a\"",
-                             "<", ">", "a|b", "a\tb", "a\x01"})
+    for (const char* name : {"", ".", "..", "a.", "a ", "...", " ", "a\\b", "a/b", "a:b", "a*", "a?", "\"a\"", "<", ">",
+                             "a|b", "a\tb", "a\x01"})
         EXPECT_FALSE(IsStorableName(name)) << name;
     EXPECT_FALSE(IsStorableName(std::string_view("a\0b", 3)));
     EXPECT_TRUE(IsStorableName(std::string(252, 'x') + "ß😀"));
     EXPECT_FALSE(IsStorableName(std::string(253, 'x') + "ß😀"));
-    for (const char* name : {"a", ".cfg", " a", "com", "COM0", "com10", "Console", "nul1", "auxiliary.txt",
-                             "a..b", "Größe Ω 日本.txt", "a'b`~!@#$%^&()[]{}+=,;"}) {
+    for (const char* name : {"a", ".cfg", " a", "com", "COM0", "com10", "Console", "nul1", "auxiliary.txt", "a..b",
+                             "Größe Ω 日本.txt", "a'b`~!@#$%^&()[]{}+=,;"}) {
         EXPECT_FALSE(IsDeviceName(name)) << name;
         EXPECT_TRUE(IsStorableName(name)) << name;
     }

@@ -125,11 +125,10 @@ TEST(DateText, ReadsTheLocalTimeOfArchives) {
     EXPECT_THAT(ShortDateTime(read), testing::AllOf(HasSubstr("17"), HasSubstr("45")));
     // Archives without a date hold zeros, broken ones anything: some time comes out of it, near the range of
     // these.
-    for (const auto& [someDate, someTime] :
-         {std::pair(0u, 0u), std::pair(0xFFFFu, 0xFFFFu), std::pair(0x5FDFu, 0u)}) {
-        const auto year = std::chrono::year_month_day(
-                              std::chrono::floor<std::chrono::days>(FileTimeFromDos(someDate, someTime)))
-                              .year();
+    for (const auto& [someDate, someTime] : {std::pair(0u, 0u), std::pair(0xFFFFu, 0xFFFFu), std::pair(0x5FDFu, 0u)}) {
+        const auto year =
+            std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(FileTimeFromDos(someDate, someTime)))
+                .year();
         EXPECT_GE(year, std::chrono::year(1979));
         EXPECT_LE(year, std::chrono::year(2109));
     }

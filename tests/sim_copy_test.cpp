@@ -127,9 +127,9 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
     FileFault fault = FileFault::None;
     files.FailWhere([&](const std::string& change, const std::string& path) {
         if (change == "Rename" && path == drive.At("Hangar\\Jets\\Lear")) {
-            EXPECT_THAT(flushed, testing::UnorderedElementsAre(
-                                     testing::EndsWith("Model\\a.mdl"), testing::EndsWith("b.air"),
-                                     testing::EndsWith("Model"), testing::EndsWith("Lear")));
+            EXPECT_THAT(flushed,
+                        testing::UnorderedElementsAre(testing::EndsWith("Model\\a.mdl"), testing::EndsWith("b.air"),
+                                                      testing::EndsWith("Model"), testing::EndsWith("Lear")));
             flushed.clear();
         }
         if (change == "Flush")

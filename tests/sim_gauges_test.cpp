@@ -32,15 +32,11 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
          "\tgauge00\t=\t\"Cessna!Airspeed, 10,20\"\r\ngauge01 = myclock ; mine\r\n",
          "",
          {"Cessna.CAB", "myclock.gau"}},
-        {"letters of two bytes",
-         TwoByteText("gauge00=myclock,1\r\ngauge01=zulu\r\n"),
-         "zulu.gau\r\n",
-         {"myclock.gau"}},
+        {"letters of two bytes", TwoByteText("gauge00=myclock,1\r\ngauge01=zulu\r\n"), "zulu.gau\r\n", {"myclock.gau"}},
         {"a file without a byte", "gauge00=hollow,1", "hollow.gau\r\n", {}},
     };
-    drive.Fill(
-        "FS\\gauges",
-        "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, hollow.gau=, not.txt=x");
+    drive.Fill("FS\\gauges",
+               "Cessna.CAB=x, myclock.gau=x, both.cab=x, both.gau=x, sub\\deep.gau=x, hollow.gau=, not.txt=x");
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         drive.Put("panel.cfg", row.panel);
@@ -56,8 +52,7 @@ TEST_F(SimTest, TheCheckOfAPanelByAliasNamesALenderThatIsMissing) {
     drive.Put("Hangar\\Jets\\Floats\\x.air", "x");
     drive.Put("FS\\aircraft\\Floats\\panel\\panel.cfg", "[fltsim]\r\nalias=Lear 45\\panel\r\n");
     Select("Floats");
-    const std::string bypassed =
-        "Floats ...\n\nPanel alias used.  Crosscheck bypassed.\n\nInstallation complete.";
+    const std::string bypassed = "Floats ...\n\nPanel alias used.  Crosscheck bypassed.\n\nInstallation complete.";
     user.ExpectInstallStatus(bypassed + "\n\nThe panel lear 45\\panel, which it uses via alias,\n...");
     Run(CheckPackageGauges);
     drive.MakeDirectory("FS\\aircraft\\Lear_45\\panel");
@@ -98,11 +93,9 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
 
 TEST_F(SimTest, ImportCopiesTheGaugesThatThePanelUses) {
     drive.Put("Staging\\panel\\panel.cfg", "gauge00=clock,1\ngauge01=cabinet!x\ngauge02=gone\n");
-    drive.Fill(
-        "", "Staging\\gauges\\Cabinet.cab=own, FS\\gauges\\Clock.gau=clock, FS\\gauges\\cabinet.cab=cabinet");
-    user.ExpectImportStatus(
-            "My_Lear ...\n\nPossible problem ...\n\nThis...will not be imported ...\n\ngone.gau\n\n"
-            "Import will now continue despite warning...")
+    drive.Fill("", "Staging\\gauges\\Cabinet.cab=own, FS\\gauges\\Clock.gau=clock, FS\\gauges\\cabinet.cab=cabinet");
+    user.ExpectImportStatus("My_Lear ...\n\nPossible problem ...\n\nThis...will not be imported ...\n\ngone.gau\n\n"
+                            "Import will now continue despite warning...")
         .Then([&] { EXPECT_FALSE(drive.Has("Staging\\gauges\\Clock.gau")); });
     user.Expect("Done.");
     RunImportGaugeStep(context, "My_Lear");

@@ -34,9 +34,9 @@ TEST_F(HangarTest, RemovalAsksAtEveryStep) {
     AddUser("panel");
     AddUser("sound");
     const Tree before = drive.Tree();
-    const std::string questions[] = {
-        "WARNING!  The panel in this package...Do you want to cancel this command?",
-        "WARNING!  The sound configuration...Do you want to cancel this command?", AskRemove};
+    const std::string questions[] = {"WARNING!  The panel in this package...Do you want to cancel this command?",
+                                     "WARNING!  The sound configuration...Do you want to cancel this command?",
+                                     AskRemove};
     for (const std::string& last : questions) {
         for (const std::string& question : questions) {
             const bool isLast = question == last;
@@ -76,8 +76,7 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
     Run(CopyPackageToStaging);
     EXPECT_EQ(drive.Tree(), before);
 
-    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes)
-        .Expect(AskRemoveCopied, Answer::No);
+    user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes).Expect(AskRemoveCopied, Answer::No);
     Run(CopyPackageToStaging);
     EXPECT_EQ(window.staged, "Lear");
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
@@ -128,10 +127,9 @@ TEST_F(HangarTest, OnlyWhatIsWholeInStagingGoesFromTheHangar) {
                 ASSERT_TRUE(drive.Files().Delete(drive.At(row.changed)));
             before = drive.Tree();
         });
-        user.Expect(
-            "The package is not in Staging as it is in the Hangar any more.  It was not removed.\n\n" +
-                drive.At(row.named) + "\n\n...",
-            MessageIcon::Exclamation);
+        user.Expect("The package is not in Staging as it is in the Hangar any more.  It was not removed.\n\n" +
+                        drive.At(row.named) + "\n\n...",
+                    MessageIcon::Exclamation);
         Run(CopyPackageToStaging);
         EXPECT_EQ(drive.Tree(), before);
         EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty());
@@ -148,10 +146,8 @@ TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
     };
     const std::string used = " in this package is used (via alias) by an aircraft(s) in the Hangar as shown.";
     const Tree before = drive.Tree();
-    isTold({CheckPackageReferences},
-           "Done checking for panel and sound aliases to this package.  None found.");
-    isTold({CheckPackageGauges, RemovePackageFromSim},
-           "This package is not currently installed in Flight Simulator.");
+    isTold({CheckPackageReferences}, "Done checking for panel and sound aliases to this package.  None found.");
+    isTold({CheckPackageGauges, RemovePackageFromSim}, "This package is not currently installed in Flight Simulator.");
     EXPECT_EQ(drive.Tree(), before);
 
     AddUser("sound");
@@ -168,8 +164,7 @@ TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
     isTold({CheckPackageGauges}, "This package doesn't contain a panel to do a gauge crosscheck with.");
     isTold({RenameHangarPackage}, "Sorry, no renaming allowed while package is installed in MSFS...");
     drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=none,1");
-    user.ExpectInstallStatus(
-        "Lear ...\n\nPossible problem...none.gau\n\nInstallation complete with warning.");
+    user.ExpectInstallStatus("Lear ...\n\nPossible problem...none.gau\n\nInstallation complete with warning.");
     Run(CheckPackageGauges);
     window.packageText = "";
     isTold({InstallPackage, CompressShownPackage, DecompressShownPackage, CheckPackageGauges},
@@ -197,9 +192,8 @@ TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
         {{std::string(300, 'x'), "Lear 45"}, "\"xxx..."},
         {{"tAKEN", "New title"}, "Package name already exists in Props.  Please use another name."},
         {{"my own_plane", "Lear 45"},
-         "Package name already exists in Props.  Please use another name.  (\"My own Plane\" and \"my "
-         "own_plane\" are "
-         "one name in Flight Simulator.)"},
+         "Package name already exists in Props.  Please use another name.  "
+         "(\"My own Plane\" and \"my own_plane\" are one name in Flight Simulator.)"},
         {{"Also_in Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
         {{"Other", "Lear 45 "}, "Package name already exists in Jets.  Please use another name."},
         {{"In Sim", "Lear 45"}, "Package name already exists in MSFS...", Answer::Cancel},
@@ -216,14 +210,12 @@ TEST_F(HangarTest, RenamingRefusesAndKeepsTheDialogOpen) {
 }
 
 TEST_F(HangarTest, RenamingChangesWhatIsNew) {
-    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg",
-              "[fltsim.0]\r\n  Title=A\r\n ; x\r\n[fltsim.1]\r\ntitle=B\r\n");
+    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", "[fltsim.0]\r\n  Title=A\r\n ; x\r\n[fltsim.1]\r\ntitle=B\r\n");
     Select("Lear");
     Tree hangar = drive.Tree("Hangar");
     user.ExpectRename({"Lear", "MULTI"}, true, {{"Lear", "New: *"}});
     Run(RenameHangarPackage);
-    hangar["Jets\\Lear\\aircraft.cfg"] =
-        "[fltsim.0]\r\n  Title=New: *\r\n ; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
+    hangar["Jets\\Lear\\aircraft.cfg"] = "[fltsim.0]\r\n  Title=New: *\r\n ; x\r\n[fltsim.1]\r\ntitle=New: *\r\n";
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
 
     Select("Lear");
@@ -263,16 +255,15 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     FaultyFiles readOnly(drive.Files());
     readOnly.StopAt(1, FileFault::ReadOnlyDisk);
     user.ExpectRename({"Panel only", ""}, false, {{"New", ""}})
-        .Expect("A problem occurred during the rename process.  The file or directories involved may be set "
-                "to READ ONLY mode (i.e. they're on a CD ROM).",
+        .Expect("A problem occurred during the rename process.  "
+                "The file or directories involved may be set to READ ONLY mode (i.e. they're on a CD ROM).",
                 MessageIcon::Exclamation);
     Run(RenameHangarPackage, readOnly);
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Panel only\\Panel\\panel.cfg"));
 }
 
 TEST_F(HangarTest, AHeldAliasFollowsItsPackage) {
-    user.Expect("Done.\n\nNow you can easily...")
-        .ExpectRename({"Lear", "Lear 45"}, true, {{"Lear 2", "Lear 45"}});
+    user.Expect("Done.\n\nNow you can easily...").ExpectRename({"Lear", "Lear 45"}, true, {{"Lear 2", "Lear 45"}});
     Run(CreateSoundAlias);
     Run(RenameHangarPackage);
     EXPECT_EQ(memory.held.HeldSoundAlias, "Lear 2\\sound");
@@ -301,9 +292,8 @@ TEST_F(HangarTest, UsersAreFoundUnderEitherSpelling) {
         drive.Put(std::string("Hangar\\Jets\\") + file, "");
     if (!drive.MakeLink("Hangar\\Jets\\C\\x", "gone"))
         GTEST_SKIP() << "no links on this machine";
-    const std::string unseen = "It could not be found out whether another aircraft uses the panel in this "
-                               "package, because these could not be "
-                               "looked at ...\n\n" +
+    const std::string unseen = "It could not be found out whether another aircraft uses the panel in this package, "
+                               "because these could not be looked at ...\n\n" +
                                drive.At("Hangar\\Jets\\C\\x") + "  (a link that leads nowhere)\n\n...";
     user.Expect("Cannot rename.  " + unseen).Expect(unseen);
     Run(RenameHangarPackage);

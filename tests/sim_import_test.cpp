@@ -14,8 +14,7 @@ class ImportTest : public SimTest {
             .With("kx_gauges.txt", "clock.gau\r\n")
             .With("kx_installed.txt", "package\tJets\\My Plane\r\n")
             .With("Documentation\\kx_msfsimportname.txt", "older\r\n");
-        drive.Fill("FS\\aircraft",
-                   "Paint\\texture\\a.bmp=x, In_Hangar\\Panel\\, Same\\MODEL\\, Zeppelin\\MODEL\\");
+        drive.Fill("FS\\aircraft", "Paint\\texture\\a.bmp=x, In_Hangar\\Panel\\, Same\\MODEL\\, Zeppelin\\MODEL\\");
         drive.Fill("Hangar", "Jets\\In Hangar\\, Props\\same\\");
     }
     std::map<std::string, std::string> Expected() {
@@ -124,8 +123,7 @@ TEST_F(ImportTest, APartialImportIsSaid) {
     CommandContext full = On(faulty);
     user.ExpectImport({"My_Plane", "Zeppelin"}, {0})
         .Expect("The import is not complete.  The following files could not be copied to Staging ...\n\n"
-                "Lear.air (a file or directory of that name is already there)\n"
-                "Sound\\Engine.wav (the disk is full)\n\n"
+                "Lear.air (a file or directory of that name is already there)\nSound\\Engine.wav (the disk is full)\n\n"
                 "The aircraft in Flight Simulator is as it was.",
                 MessageIcon::Exclamation);
     EXPECT_EQ(ImportFromSim(full), "My_Plane");

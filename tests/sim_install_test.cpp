@@ -13,8 +13,7 @@ using Entries = std::map<std::string, std::string>;
 
 // Adds what an install puts there; a name that stands there already, in whatever case, keeps its bytes.
 void AddNew(Entries& tree, const std::string& path, const std::string& bytes) {
-    const bool isThere =
-        std::ranges::any_of(tree, [&](const auto& entry) { return EqualNoCase(entry.first, path); });
+    const bool isThere = std::ranges::any_of(tree, [&](const auto& entry) { return EqualNoCase(entry.first, path); });
     if (!isThere)
         tree[path] = bytes;
 }
@@ -70,8 +69,7 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
          "gauges\\LEARCLOCK.GAU=MZ clock, gauges\\learcab.cab=MSCF cabinet",
          {}},
         {"other files of these names",
-         "effects\\smoke.fx=thicker smoke, modules\\helper.dll=MZ newer helper, sound\\click.wav=RIFF "
-         "another, "
+         "effects\\smoke.fx=thicker smoke, modules\\helper.dll=MZ newer helper, sound\\click.wav=RIFF another, "
          "gauges\\learclock.gau=MZ another clock, gauges\\learcab.CAB=MSCF another",
          {}},
     };
@@ -83,8 +81,7 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
         SCOPED_TRACE(row.name);
         locations.MsfsDir = drive.At(row.name + "\\");
         drive.Fill(row.name, row.before);
-        drive.Put(row.name + "\\aircraft\\Cessna\\panel\\Panel.cfg",
-                  "gauge00=Altimeter,1,1\r\nGAUGE01=x!LEARCLOCK,1");
+        drive.Put(row.name + "\\aircraft\\Cessna\\panel\\Panel.cfg", "gauge00=Altimeter,1,1\r\nGAUGE01=x!LEARCLOCK,1");
         const Entries before = drive.Tree(row.name);
         const auto states = drive.States(row.name);
         Select("My Lear");
@@ -117,23 +114,19 @@ TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\gauges")));
     PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
     Select("Lear");
-    user.Expect(
-        drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
-        MessageIcon::Exclamation);
+    user.Expect(drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
+                MessageIcon::Exclamation);
     Run(InstallPackage);
     EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
 }
 
 TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
-        .WithoutAll()
-        .With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").WithoutAll().With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
     Select("Lear");
     user.Expect("Done.");
     Run(InstallPackage);
-    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"),
-              (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\", "aircraft.cfg",
-                                        "kx_installed.txt"}));
+    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"), (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\",
+                                                                           "aircraft.cfg", "kx_installed.txt"}));
 }
 
 TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
@@ -158,8 +151,7 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     builder.With("Texture\\torn.bmp", torn);
     // Under the name of its member, as a packed file is.
     std::string tornGauge = torn;
-    for (std::size_t at = tornGauge.find("torn.bmp"); at != std::string::npos;
-         at = tornGauge.find("torn.bmp"))
+    for (std::size_t at = tornGauge.find("torn.bmp"); at != std::string::npos; at = tornGauge.find("torn.bmp"))
         tornGauge.replace(at, 8, "torn.gau");
     builder.With("Gauges\\torn.gau", tornGauge);
     const Entries hangar = drive.Tree("Hangar");
@@ -187,9 +179,7 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
 TEST_F(SimTest, AnAliasNeedsItsTarget) {
     const auto panelMissing = [](const std::string& target, const std::string& more) {
         return "This package uses a panel via alias (" + target +
-               ") which is not installed in MSFS.  Please install the package that contains this panel "
-               "first." +
-               more;
+               ") which is not installed in MSFS.  Please install the package that contains this panel first." + more;
     };
     const struct {
         const char *name, *target, *file, *text; // what stands in the simulator, what the package's file says
@@ -199,20 +189,18 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         {"panel missing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
          panelMissing("big jet\\panel", "")},
         {"sound missing", "Big_Jet\\panel", "Sound\\sound.cfg", "alias=Big Jet\\sound\r\n",
-         "This package uses a sound configuration via alias (big jet\\sound) which is not installed in "
-         "MSFS..."},
+         "This package uses a sound configuration via alias (big jet\\sound) which is not installed in MSFS..."},
         {"panel of itself", "", "Panel\\panel.cfg", "alias=LEAR\\Panel",
          panelMissing("lear\\panel", "\n\nThe alias leads to this package itself....")},
         {"panel of nothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
         {"panel under another name", "Big_Jet\\panel", "Panel\\panel.cfg",
-         "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "",
-         "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
-        {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound",
-         "", "[fltsim]\nalias=big_jet\\sound"},
+         "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "", "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
+        {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound", "",
+         "[fltsim]\nalias=big_jet\\sound"},
         {"panel of one with blanks", "Big Jet\\panel", "Panel\\panel.cfg", "alias=big_jet\\panel ; lent", "",
          "alias=Big Jet\\panel ; lent"},
-        {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n",
-         "", "[fltsim]\nalias=BigJet\\Panel\n"},
+        {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n", "",
+         "[fltsim]\nalias=BigJet\\Panel\n"},
     };
     drive.Put("Hangar\\Jets\\Big Jet\\Panel\\panel.cfg", "alias=Lear\\panel"); // a circle
     for (const auto& row : rows) {
@@ -221,9 +209,7 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         locations.MsfsDir = drive.At(msfs);
         drive.Fill(msfs, "gauges\\, aircraft\\");
         drive.MakeDirectory(msfs + "aircraft\\" + row.target);
-        PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
-            .Without("Panel\\LearPanel.bmp")
-            .With(row.file, row.text);
+        PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
         Select("Lear");
         if (row.refusal.empty())
             user.ExpectInstallStatus("Lear ...");
@@ -241,9 +227,7 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
 // Every single change of the disk fails once: the aircraft is then there as a whole or not at all, and
 // nothing else has changed.
 TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
-    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
-        .Packed("Texture\\Lear_t.bmp")
-        .Packed("Gauges\\LearClock.gau");
+    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\").Packed("Texture\\Lear_t.bmp").Packed("Gauges\\LearClock.gau");
     const Entries hangar = drive.Tree("Hangar");
     user.isPatient = true;
     Select("My Lear");
@@ -281,11 +265,9 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
 }
 
 TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
-    const char* before = "aircraft\\, effects\\smoke.fx=, gauges\\LearClock.gau=, modules\\helper.dll=, "
-                         "sound\\Click.wav=";
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
-        .Packed("Gauges\\LearClock.gau")
-        .With("Gauges\\none.gau", "");
+    const char* before =
+        "aircraft\\, effects\\smoke.fx=, gauges\\LearClock.gau=, modules\\helper.dll=, sound\\Click.wav=";
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Packed("Gauges\\LearClock.gau").With("Gauges\\none.gau", "");
     drive.Fill("FS", before);
     Select("Lear");
     FaultyFiles faulty(drive.Files());
@@ -334,8 +316,7 @@ TEST_F(SimTest, FullDiskIsSeenBeforehand) {
     FaultyFiles faulty(drive.Files());
     faulty.freeSpace = 5;
     user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
-                "Please free some "
-                "space...Nothing was copied.",
+                "Please free some space...Nothing was copied.",
                 MessageIcon::Exclamation);
     Run(InstallPackage, faulty);
     EXPECT_EQ(faulty.Changes(), 0);

@@ -26,10 +26,7 @@ TEST_F(PasteTest, ConfigurationsChangePlacesByRenaming) {
         HangarCommand command;
         Tree before, after;
     } rows[] = {
-        {"over its own",
-         PastePanelAlias,
-         {{"panel.cfg", Own}},
-         {{"oldpanel.cfg", Own}, {"panel.cfg", Pasted}}},
+        {"over its own", PastePanelAlias, {{"panel.cfg", Own}}, {{"oldpanel.cfg", Own}, {"panel.cfg", Pasted}}},
         {"over an alias",
          PastePanelAlias,
          {{"panel.cfg", "[FLTSIM]\r\n alias=other\\panel"}, {"oldpanel.cfg", Own}},
@@ -45,10 +42,7 @@ TEST_F(PasteTest, ConfigurationsChangePlacesByRenaming) {
           {"oldpanel.cfg", Own},
           {"oldpanel(1).cfg", "x"},
           {"oldpanel(2).cfg", "mine, and\r\nalias=x\r\n"}}},
-        {"back over an alias",
-         RestoreOldPanel,
-         {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}},
-         {{"panel.cfg", Own}}},
+        {"back over an alias", RestoreOldPanel, {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
         {"back over another",
          RestoreOldPanel,
          {{"panel.cfg", "mine"}, {"oldpanel.cfg", Own}},
@@ -84,26 +78,22 @@ TEST_F(PasteTest, EveryRefusalLeavesTheTreeAsItIs) {
     };
     const auto nothing = [] {};
     const Row rows[] = {
-        {CreateSoundAlias,
-         "The current package does not contain a sound.cfg file.  Cannot create sound alias.",
+        {CreateSoundAlias, "The current package does not contain a sound.cfg file.  Cannot create sound alias.",
          MessageIcon::Exclamation, nothing},
         {CreatePanelAlias, "This package uses a panel alias as shown.  Panel aliases can only be created...",
          MessageIcon::Information, nothing},
-        {PastePanelAlias, "You'll have to use the 'Create panel alias' option...", MessageIcon::Exclamation,
-         nothing},
+        {PastePanelAlias, "You'll have to use the 'Create panel alias' option...", MessageIcon::Exclamation, nothing},
         {PasteSoundAlias, "You cannot paste a sound alias to the package where you got the alias.",
          MessageIcon::Exclamation, [&] { memory.held.HeldSoundAlias = "My Lear\\sound"; }},
-        {RestoreOldSound, "This package does not contain an oldsound.cfg file to restore.",
-         MessageIcon::Exclamation, nothing},
-        {PastePanelAlias,
-         "This package is installed in Flight Simulator...before replacing the panel.cfg file.",
+        {RestoreOldSound, "This package does not contain an oldsound.cfg file to restore.", MessageIcon::Exclamation,
+         nothing},
+        {PastePanelAlias, "This package is installed in Flight Simulator...before replacing the panel.cfg file.",
          MessageIcon::Exclamation,
          [&] {
              memory.held.HeldPanelAlias = "x\\panel";
              drive.MakeDirectory("FS\\aircraft\\My_Lear");
          }},
-        {RestoreOldPanel,
-         "This package is installed in Flight Simulator...before restoring the panel.cfg file.",
+        {RestoreOldPanel, "This package is installed in Flight Simulator...before restoring the panel.cfg file.",
          MessageIcon::Exclamation, nothing},
     };
     Put("My Lear", {{"panel.cfg", "alias=Other\\panel"}, {"oldpanel.cfg", Own}});

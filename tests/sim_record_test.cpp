@@ -58,8 +58,7 @@ TEST_F(RecordTest, AGaugeGoesWithTheLastPackageThatHasIt) {
 
 TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
     const std::string inPackage = "Hangar\\Jets\\A\\Gauges\\one.gau", inSim = "FS\\gauges\\one.gau",
-                      recordOfB = "FS\\aircraft\\B\\kx_installed.txt",
-                      brought = "one.gau=gauge gauge gauge gauge";
+                      recordOfB = "FS\\aircraft\\B\\kx_installed.txt", brought = "one.gau=gauge gauge gauge gauge";
     const struct {
         const char *name, *out;  // A brings it; "!" where the file changes
         std::string file, bytes; // no bytes: deleted
@@ -171,8 +170,7 @@ TEST_F(RecordTest, NamesWhatWasPlacedAndWhatWasFound) {
 }
 
 TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
-    drive.Fill("Hangar\\Jets\\A",
-               "aircraft.cfg=a, Gauges\\one.gau=1, Gauges\\two.gau=2, Gauges\\three.gau=3");
+    drive.Fill("Hangar\\Jets\\A", "aircraft.cfg=a, Gauges\\one.gau=1, Gauges\\two.gau=2, Gauges\\three.gau=3");
     drive.Fill("Hangar\\Jets\\B", "aircraft.cfg=b, Gauges\\one.gau=1, Panel\\panel.cfg=gauge00=three");
     drive.Fill("FS\\gauges", "two.gau=2");
     FaultyFiles faulty(drive.Files());
@@ -183,8 +181,7 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
     const auto before = drive.Tree("FS");
     user.isPatient = false;
     ExpectRemoval().Expect(
-        "The package was not removed.  Another aircraft has gauges of it, which were to be "
-        "handed on.\n\n" +
+        "The package was not removed.  Another aircraft has gauges of it, which were to be handed on.\n\n" +
         drive.At("FS\\aircraft\\B\\kx_installed.txt could not be written (access was denied)...."));
     Run(RemovePackageFromSim, faulty);
     EXPECT_EQ(drive.Tree("FS"), before);

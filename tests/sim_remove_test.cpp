@@ -19,12 +19,9 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
         const char *name, *file, *text; // below the simulator's aircraft directory
         const char *kind, *user;        // what is in use, and how the list names the user
     } rows[] = {
-        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_own_lear\\PANEL", "panel",
-         "< Big Jet >"},
-        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Own Lear\\panel", "panel",
-         "< Big Jet >"},
-        {"panel by half of both", "Jet\\panel\\panel.cfg", "alias = \"my_own Lear\\panel\"", "panel",
-         "< Jet >"},
+        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_own_lear\\PANEL", "panel", "< Big Jet >"},
+        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Own Lear\\panel", "panel", "< Big Jet >"},
+        {"panel by half of both", "Jet\\panel\\panel.cfg", "alias = \"my_own Lear\\panel\"", "panel", "< Jet >"},
         {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Own Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
         {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Own_Lear\\sound", "sound", "< Jet >"},
         {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY OWN LEAR\\sound", "sound", "< Jet >"},
@@ -35,10 +32,10 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
         const std::string file = std::string("FS\\aircraft\\") + row.file;
         drive.Put(file, row.text);
         const auto before = drive.Tree("FS");
-        ExpectRemoval().Expect("Cannot remove.  Th... " + std::string(row.kind) +
-                                   "... in this package is used (via alias) by an aircraft(s) in the Flight "
-                                   "Simulator directory as shown.",
-                               MessageIcon::Information);
+        ExpectRemoval().Expect(
+            "Cannot remove.  Th... " + std::string(row.kind) +
+                "... in this package is used (via alias) by an aircraft(s) in the Flight Simulator directory as shown.",
+            MessageIcon::Information);
         Run(RemovePackageFromSim);
         EXPECT_EQ(drive.Tree("FS"), before);
         EXPECT_EQ(window.listCaption, std::string(row.kind) + " used in ...");
@@ -58,15 +55,14 @@ TEST_F(RemoveTest, NamesWhatItCouldNotLookAt) {
     for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
         drive.MakeDirectory("FS\\aircraft\\A" + std::to_string(i));
     drive.MakeDirectory("FS\\aircraft\\Z");
-    if (!drive.MakeLink("FS\\aircraft\\Z\\panel.2", "gone") ||
-        !drive.MakeLink("FS\\aircraft\\Z\\t.bmp", "gone"))
+    if (!drive.MakeLink("FS\\aircraft\\Z\\panel.2", "gone") || !drive.MakeLink("FS\\aircraft\\Z\\t.bmp", "gone"))
         GTEST_SKIP() << "no links on this machine";
     const std::string large = "FS\\aircraft\\Z\\panel\\panel.cfg";
     drive.Put(large, std::string(MaxConfigBytes + 1, ' '));
     const auto before = drive.Tree("FS");
     ExpectRemoval().Expect(
-        "Cannot remove.  It could not be found out whether another aircraft uses the panel in this "
-        "package, because these could not be looked at ...\n\n" +
+        "Cannot remove.  It could not be found out whether another aircraft uses the panel in this package, "
+        "because these could not be looked at ...\n\n" +
         drive.At("FS\\aircraft\\Z\\panel.2") + "  (a link that leads nowhere)\n" + drive.At(large) +
         "  (too large for a configuration file)\n\nPlease make sure that...");
     Run(RemovePackageFromSim);
@@ -118,8 +114,7 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     ExpectRemoval().Expect(question, Answer::No, MessageIcon::Exclamation);
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS"), before);
-    EXPECT_THAT(user.transcript.back(),
-                testing::HasSubstr("flights\\28.flt\n... and 3 more\n\nThey will be lost."));
+    EXPECT_THAT(user.transcript.back(), testing::HasSubstr("flights\\28.flt\n... and 3 more\n\nThey will be lost."));
 
     state.QuietMode = true;
     Run(RemovePackageFromSim);
@@ -135,8 +130,7 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
 
 TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
     drive.Put("FS\\aircraft\\Big_Jet\\panel\\panel.cfg", "x");
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
-        .With("Panel\\panel.cfg", "[fltsim]\n alias=Big Jet\\panel\n");
+    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").With("Panel\\panel.cfg", "[fltsim]\n alias=Big Jet\\panel\n");
     Select("Lear");
     const auto install = [&] {
         user.ExpectInstallStatus("Lear ...\n\nPanel alias used....");
@@ -156,10 +150,11 @@ TEST_F(RemoveTest, AConfigurationInThePlaceOfAnAliasIsAskedAbout) {
     const FileTime time = drive.Files().Info(model)->time;
     drive.Put("Hangar\\Jets\\Lear\\Model\\lear.mdl", "");
     ASSERT_TRUE(drive.Files().SetTime(model, time));
-    ExpectRemoval().Expect(locations.MsfsDir +
-                               "aircraft\\Lear\\ holds files that this package doesn't have ...\n\n"
-                               "Model\\lear.mdl  (changed)\nPanel\\panel.cfg  (changed)\n\nThey...",
-                           Answer::No);
+    ExpectRemoval().Expect(
+        locations.MsfsDir +
+            "aircraft\\Lear\\ holds files that this package doesn't have ...\n\nModel\\lear.mdl  (changed)\n"
+            "Panel\\panel.cfg  (changed)\n\nThey...",
+        Answer::No);
     Run(RemovePackageFromSim);
 }
 
@@ -232,10 +227,10 @@ TEST_F(RemoveTest, TheOnlyCopyStays) {
     // Another add-on has come under its name.
     drive.Fill("Hangar\\Jets\\Lear", "aircraft.cfg=[fltsim.0], Other.air=other");
     Select("Lear");
-    ExpectRemoval().Expect(locations.MsfsDir +
-                               "aircraft\\Lear\\ holds files that this package doesn't have ...\n\n"
-                               "aircraft.cfg  (changed)\nLear.air\n...",
-                           Answer::No);
+    ExpectRemoval().Expect(
+        locations.MsfsDir +
+            "aircraft\\Lear\\ holds files that this package doesn't have ...\n\naircraft.cfg  (changed)\nLear.air\n...",
+        Answer::No);
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS"), before);
 
@@ -244,11 +239,10 @@ TEST_F(RemoveTest, TheOnlyCopyStays) {
     if (!drive.MakeLink("Hangar\\Jets", "FS\\aircraft"))
         GTEST_SKIP() << "no links on this machine";
     Select("Lear");
-    ExpectRemoval().Expect(drive.At("FS\\aircraft\\Lear\\ is the package itself, ..."),
-                           MessageIcon::Exclamation);
+    ExpectRemoval().Expect(drive.At("FS\\aircraft\\Lear\\ is the package itself, ..."), MessageIcon::Exclamation);
     Run(RemovePackageFromSim);
-    user.Expect("The package cannot be removed: the Hangar leads by a link to " +
-                drive.At("FS\\aircraft\\Lear") + ", which...");
+    user.Expect("The package cannot be removed: the Hangar leads by a link to " + drive.At("FS\\aircraft\\Lear") +
+                ", which...");
     Run(RemovePackageFromHangar);
     user.Expect(drive.At("Hangar\\Jets\\Lear\\ cannot be compressed: the Hangar leads by a link to ") +
                     drive.At("FS\\aircraft\\Lear, which..."),

@@ -42,8 +42,7 @@ TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
 
 class UnusedGaugesTest : public SimTest {
   protected:
-    const std::vector<std::string> Unused = {"clock.gau", "two.parts.gau", "z.gau", "sub\\clock.gau",
-                                             "lock.cab"};
+    const std::vector<std::string> Unused = {"clock.gau", "two.parts.gau", "z.gau", "sub\\clock.gau", "lock.cab"};
 
     UnusedGaugesTest() {
         for (const char* gauge :
@@ -121,10 +120,10 @@ TEST_F(UnusedGaugesTest, WhatCannotBeSeenOrDeletedIsSaid) {
         user.Expect(Warning).ExpectUnusedGauges({"clock.gau", "two.parts.gau", "sub\\clock.gau"}, {});
         ListUnusedGauges(context);
         EXPECT_TRUE(drive.Files().Rename(drive.At("Panels"), drive.At("Away")));
-        user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect(
-            "Not every panel.cfg file below...as used.\n\n" + drive.At("FS\\aircraft\\E\\panel") +
-                "  (a link that leads nowhere)",
-            MessageIcon::Exclamation);
+        user.Expect(Warning).ExpectUnusedGauges({}, {}).Expect("Not every panel.cfg file below...as used.\n\n" +
+                                                                   drive.At("FS\\aircraft\\E\\panel") +
+                                                                   "  (a link that leads nowhere)",
+                                                               MessageIcon::Exclamation);
         ListUnusedGauges(context);
     }
 

@@ -21,9 +21,7 @@ class DialogTest : public testing::Test {
     ModalUser user;
 
     std::string Host(const char* relative) { return drive.Files().HostPath(drive.At(relative)); }
-    Answer Ask(MessageButtons buttons) {
-        return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {}).answer;
-    }
+    Answer Ask(MessageButtons buttons) { return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {}).answer; }
 };
 
 QAbstractButton* Button(QWidget& window, const QString& caption) {
@@ -153,8 +151,8 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
     EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", drive.At("Downloads\\")),
               drive.At("Downloads\\Taymere 60.ZIP"));
     // Where nothing was chosen yet, or that is no longer there.
-    drive.Fill("", "Photos\\, user-dirs.dirs=XDG_DOWNLOAD_DIR=\"" + Host("Downloads") +
-                       "\"\nXDG_PICTURES_DIR=\"" + Host("Photos") + "\"\n");
+    drive.Fill("", "Photos\\, user-dirs.dirs=XDG_DOWNLOAD_DIR=\"" + Host("Downloads") + "\"\nXDG_PICTURES_DIR=\"" +
+                       Host("Photos") + "\"\n");
     qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(Host("")));
     for (const char* directory : {"", "C:\\gone\\"}) {
         const auto opensOn = [&](QStandardPaths::StandardLocation place) {
@@ -173,8 +171,8 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
 
 TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
     const std::vector<std::string> items = {"Brindle 8 Blue", "Brindle 8 Red"};
-    const std::vector<ConfigurationRow> configurations = {
-        {"Brindle 8 Blue", "Texture: blue", drive.At("gone.jpg")}, {"Brindle 8 Red", "", ""}};
+    const std::vector<ConfigurationRow> configurations = {{"Brindle 8 Blue", "Texture: blue", drive.At("gone.jpg")},
+                                                          {"Brindle 8 Red", "", ""}};
     const auto import = [&] {
         std::optional<int> picked;
         dialogs.ShowMSFSImport({.names = items, .accept = [&](int row) {
@@ -193,9 +191,7 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
                 {"frmMSFSImport", "lstPackages", import}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.form);
-        const auto list = [&](QWidget& window) -> QListWidget& {
-            return Control<QListWidget>(window, row.list);
-        };
+        const auto list = [&](QWidget& window) -> QListWidget& { return Control<QListWidget>(window, row.list); };
         user.Expect(row.form, [&](QWidget& window) {
             EXPECT_EQ(list(window).item(1)->text(), "Brindle 8 Red");
             Click(window, "cmdOK"); // nothing is selected
@@ -280,20 +276,19 @@ TEST_F(DialogTest, InformationIsGivenBackAsItIsTyped) {
     AircraftInfo entered;
     int applied = 0, asked = 0;
     bool isGathered = false;
-    const InfoForm form = {
-        .aircraft = "Lear",
-        .info = shown,
-        .offers = {.manufacturers = {"Homebuilt"}},
-        .gather = [&]() -> std::optional<InfoOffers> {
-            isGathered = true;
-            return InfoOffers{.atcAirlines = {"Alpha", "ZETA"}, .manufacturers = {"Orvane"}};
-        },
-        .accept =
-            [&](const AircraftInfo& entry) {
-                entered = entry;
-                return ++applied > 1;
-            },
-        .mayClose = [&](const AircraftInfo&) { return ++asked > 1; }};
+    const InfoForm form = {.aircraft = "Lear",
+                           .info = shown,
+                           .offers = {.manufacturers = {"Homebuilt"}},
+                           .gather = [&]() -> std::optional<InfoOffers> {
+                               isGathered = true;
+                               return InfoOffers{.atcAirlines = {"Alpha", "ZETA"}, .manufacturers = {"Orvane"}};
+                           },
+                           .accept =
+                               [&](const AircraftInfo& entry) {
+                                   entered = entry;
+                                   return ++applied > 1;
+                               },
+                           .mayClose = [&](const AircraftInfo&) { return ++asked > 1; }};
     user.Expect("frmInfo", [&](QWidget& window) {
         EXPECT_EQ(window.windowTitle(), "FS2002 Information  -  Lear");
         auto& maker = Control<QComboBox>(window, "cboUIManufacturer");
@@ -483,8 +478,8 @@ TEST_F(LocationsTest, BrowsingFillsTheTextBoxAndCancelLeavesIt) {
     name("staging");
     user.ExpectMessage(
         QString::fromStdString("The directory " + drive.At("New\\staging\\") +
-                               " could not be made (a file or directory of that name is already "
-                               "there).  Please choose another name or another place."),
+                               " could not be made (a file or directory of that name is already there).  "
+                               "Please choose another name or another place."),
         "OK");
     name("Made");
     EXPECT_FALSE(dialogs.ShowLocations(settings, {}));
@@ -525,9 +520,7 @@ TEST_F(LocationsTest, AProfileIsEnteredCorrectedAndCleared) {
     drive.Fill("", "S7\\, H7\\, CFS\\aircraft\\");
     ProfileEditor profiles(drive.Files(), dialogs, settings);
     const auto at = [&](const char* name) { return QString::fromStdString(drive.At(name)); };
-    const auto text = [](const QWidget& window, const char* box) {
-        return Control<QLineEdit>(window, box).text();
-    };
+    const auto text = [](const QWidget& window, const char* box) { return Control<QLineEdit>(window, box).text(); };
     user.Expect("frmLocationProfiles", [&](QWidget& window) {
         EXPECT_EQ(text(window, "txtLocationProfile_0") + text(window, "txtLocationProfile_9"), "FS2002");
         Click(window, "cmdModifyProfile_0"); // in use

@@ -28,9 +28,7 @@ class PhotosTest : public testing::Test {
     void WaitForPage() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return window.IsPageComplete(); }));
     }
-    PhotoView& Photo(int index) {
-        return Control<PhotoView>(window, ("imgPhoto_" + std::to_string(index)).c_str());
-    }
+    PhotoView& Photo(int index) { return Control<PhotoView>(window, ("imgPhoto_" + std::to_string(index)).c_str()); }
     std::string Label(const char* name) { return Control<QLabel>(window, name).text().toStdString(); }
     bool IsEnabled(const char* button) { return Control<QPushButton>(window, button).isEnabled(); }
 
@@ -107,16 +105,16 @@ TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
         QByteArray bytes;
         const char* trouble;
         bool isSeen = false;
-    } rows[] = {{"damaged", sound.left(40), "the file is damaged"},
-                {"empty", "", "the file is empty"},
-                {"huge", huge, "the picture is too large (20000 x 20000 pixels)"},
-                {"drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>",
-                 "the file holds no picture"},
-                {"no picture", "text", "the file holds no picture"},
-                {"of another format", Picture({200, 100}, "PNG"), "", true},
-                {"gone", sound, "the file is no longer there"},
-                {"cut off", sound.chopped(20), "the file is damaged", true},
-                {"sound", sound, "", true}};
+    } rows[] = {
+        {"damaged", sound.left(40), "the file is damaged"},
+        {"empty", "", "the file is empty"},
+        {"huge", huge, "the picture is too large (20000 x 20000 pixels)"},
+        {"drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>", "the file holds no picture"},
+        {"no picture", "text", "the file holds no picture"},
+        {"of another format", Picture({200, 100}, "PNG"), "", true},
+        {"gone", sound, "the file is no longer there"},
+        {"cut off", sound.chopped(20), "the file is damaged", true},
+        {"sound", sound, "", true}};
     for (const auto& row : rows)
         Add(row.name, row.bytes);
     ASSERT_TRUE(drive.Files().Delete(gallery.pictures[6].path));

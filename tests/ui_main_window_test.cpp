@@ -75,17 +75,15 @@ TEST(MenuTree, EntriesGiveTheirCodeToTheirProcessor) {
           "mnuRemovePanelFromStaging", "mnuRemoveAircraftFromStaging", "mnuRemoveSoundFromStaging"}},
         {Side::Hangar,
          {"mnuHangarToMsfs", "mnuRemoveFromMsfs", "mnuRemoveFromHangar", "mnuRename", "mnuCreatePanelAlias",
-          "mnuCreateSoundAlias", "mnuPastePanelAlias", "mnuPasteSoundAlias", "mnuRestoreOldPanel",
-          "mnuRestoreOldSound", nullptr, "mnuCheckRefs", "mnuGaugeCrosscheck", "mnuCopyToStaging",
-          "mnuCompress", "mnuDecompress"}}};
+          "mnuCreateSoundAlias", "mnuPastePanelAlias", "mnuPasteSoundAlias", "mnuRestoreOldPanel", "mnuRestoreOldSound",
+          nullptr, "mnuCheckRefs", "mnuGaugeCrosscheck", "mnuCopyToStaging", "mnuCompress", "mnuDecompress"}}};
     for (const auto& [side, entries] : rows)
         for (int code = 0; code < int(entries.size()); ++code)
             if (const char* name = entries[std::size_t(code)]) {
                 commands.clear();
                 Control<QAction>(bar, name).trigger();
                 ASSERT_EQ(commands.size(), 1) << name;
-                EXPECT_EQ(std::pair(commands[0][0].value<Side>(), commands[0][1].toInt()),
-                          std::pair(side, code))
+                EXPECT_EQ(std::pair(commands[0][0].value<Side>(), commands[0][1].toInt()), std::pair(side, code))
                     << name;
             }
 }
@@ -150,8 +148,8 @@ TEST_F(HangarWindow, TheWheelChangesOnlyWhatHasTheFocus) {
     auto& chooser = Control<QComboBox>(window, "cboPackageCategory");
     const auto turn = [&] {
         const QPointF at = chooser.rect().center();
-        QWheelEvent event(at, chooser.mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
+        QWheelEvent event(at, chooser.mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
         QApplication::sendEvent(&chooser, &event);
         return chooser.currentText();
     };
@@ -208,9 +206,7 @@ TEST_F(HangarWindow, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
         Press(Qt::Key_Up);
     EXPECT_EQ(Shown(), "Beaver");
 
-    const auto below = [&] {
-        return Control<QWidget>(window, "txtAircraftName").mapTo(&window, QPoint()).y();
-    };
+    const auto below = [&] { return Control<QWidget>(window, "txtAircraftName").mapTo(&window, QPoint()).y(); };
     const int place = below();
     Click(window, "cmdGoToStaging");
     QCoreApplication::processEvents();
@@ -220,8 +216,7 @@ TEST_F(HangarWindow, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
 
 TEST_F(HangarWindow, AProposedNameIsMarkedSoThatTypingReplacesIt) {
     Start();
-    drive.Put("Downloads\\zipped.zip",
-              ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear 45\r\n").Bytes());
+    drive.Put("Downloads\\zipped.zip", ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear 45\r\n").Bytes());
     program.ProcessArchives({drive.At("Downloads\\zipped.zip")});
     auto& field = Control<QLineEdit>(window, "txtPackageName");
     EXPECT_EQ(field.selectedText(), "Lear 45");
@@ -262,8 +257,7 @@ TEST_F(WindowTest, AnEmptyWindowInvites) {
 
 TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
     ShowPackage("Super cub");
-    user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?",
-                       "No");
+    user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?", "No");
     Press(Qt::Key_U, Qt::ControlModifier);
     user.ExpectMessage("This package is already installed in Flight Simulator.", "OK");
     Press(Qt::Key_I, Qt::ControlModifier);
@@ -310,9 +304,9 @@ TEST_F(HangarWindow, TheOtherMenusReachTheirCommands) {
     Click(window, "cmdExplore");
     const auto package = drive.At("Hangar\\Jets\\Beaver\\");
     const auto notes = package + "Documentation\\kx_note.txt";
-    EXPECT_EQ(launcher.started, (std::vector<std::string>{
-                                    "run " + drive.At("FS\\fs2002.exe"), "open " + drive.At("App\\kxdoc.htm"),
-                                    "edit " + notes, "edit " + notes, "explore " + package}));
+    EXPECT_EQ(launcher.started,
+              (std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe"), "open " + drive.At("App\\kxdoc.htm"),
+                                        "edit " + notes, "edit " + notes, "explore " + package}));
     ChooseEntry("mnuDeleteNotes");
     EXPECT_FALSE(drive.Files().Info(notes));
     user.ExpectMessage("Aircraft configuration file not found.", "OK");
@@ -337,9 +331,8 @@ TEST_F(HangarWindow, ListAndGalleryStandBesideTheWindow) {
     drive.Put("Hangar\\Props\\Dakota\\Images\\dakota.jpg", PictureBytes({40, 30}));
     const auto gallery = [] {
         const auto windows = QApplication::topLevelWidgets();
-        return *std::find_if(windows.begin(), windows.end(), [](const QWidget* top) {
-            return top->objectName() == "frmPhotos" && top->isVisible();
-        });
+        return *std::find_if(windows.begin(), windows.end(),
+                             [](const QWidget* top) { return top->objectName() == "frmPhotos" && top->isVisible(); });
     };
     ChooseEntry("mnuPhotosForAll");
     EXPECT_EQ(gallery()->windowTitle(), "All Packages");
@@ -367,8 +360,7 @@ TEST_F(HangarWindow, FilesAreOpenedShownAndDeletedByKeyAndMenu) {
         QCoreApplication::sendEvent(&target, &event);
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_TRUE(menu);
-        QTest::mouseClick(menu, Qt::LeftButton, {},
-                          menu->actionGeometry(&Control<QAction>(*menu, entry)).center());
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(&Control<QAction>(*menu, entry)).center());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         user.Finish();
     };
@@ -383,9 +375,9 @@ TEST_F(HangarWindow, FilesAreOpenedShownAndDeletedByKeyAndMenu) {
     choose("mnuShowComponentInFolder", QContextMenuEvent::Keyboard, {-500, -500});
     QTest::keyClick(&list, Qt::Key_Down);
     QTest::keyClick(&list, Qt::Key_Return);
-    EXPECT_EQ(launcher.started, (std::vector<std::string>{"open " + drive.At(directory) + "b.txt",
-                                                          "explore " + drive.At(directory),
-                                                          "open " + drive.At(directory) + "c.txt"}));
+    EXPECT_EQ(launcher.started,
+              (std::vector<std::string>{"open " + drive.At(directory) + "b.txt", "explore " + drive.At(directory),
+                                        "open " + drive.At(directory) + "c.txt"}));
     launcher.failures = {{OpenedIn::ItsProgram, "c.txt"}};
     user.ExpectMessage("I don't know what action to take with the selected file type.*", "OK");
     EXPECT_TRUE(QTest::qWaitFor([&] { return launcher.failures.empty(); }));

@@ -21,9 +21,7 @@ class RoadTest : public WindowTest {
     }
 
     std::string Line(const char* control) { return Control<QLineEdit>(window, control).text().toStdString(); }
-    std::string ShownPackage() {
-        return Control<QComboBox>(window, "cboPackageName").currentText().toStdString();
-    }
+    std::string ShownPackage() { return Control<QComboBox>(window, "cboPackageName").currentText().toStdString(); }
     int Count(int group) {
         return Control<QListWidget>(window, QString("lstComponents_%1").arg(group).toLatin1()).count();
     }
@@ -81,8 +79,7 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
         Type(dialog, "txtMSFSDir", QString::fromStdString(drive.At("FS2002")));
         Click(dialog, "cmdAccept");
     });
-    user.ExpectMessage("The directory you specified for the Hangar location does not exist.  Create it now?",
-                       "Yes");
+    user.ExpectMessage("The directory you specified for the Hangar location does not exist.  Create it now?", "Yes");
     ASSERT_TRUE(program.Start());
     window.show();
     user.Finish();
@@ -100,8 +97,7 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
                           Qt::LeftButton);
     });
     user.ExpectMessage(
-        "Found another ZIP file called skerrow panel.zip.  Should I unzip it as well?  (Usually pick 'Yes')",
-        "Yes");
+        "Found another ZIP file called skerrow panel.zip.  Should I unzip it as well?  (Usually pick 'Yes')", "Yes");
     PressToolbar("ProcessZip");
     ExpectNewBelow(staging + "ZIP_Skerrow_Amphibian_v2.zip\\", 26);
     EXPECT_EQ(Text("lblHeader"), "S T A G I N G");
@@ -174,18 +170,16 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
     lists.setCurrentIndex(Texture);
     auto& textures = Control<QListWidget>(window, "lstComponents_5");
     ClickRow(textures, 0);
-    user.ExpectMessage(
-        "This package is currently installed in Flight Simulator.  File deletion while the package is "
-        "installed in MSFS is not allowed.",
-        "OK");
+    user.ExpectMessage("This package is currently installed in Flight Simulator.  "
+                       "File deletion while the package is installed in MSFS is not allowed.",
+                       "OK");
     QTest::keyClick(&textures, Qt::Key_Delete);
     user.ExpectMessage("This package is already installed in Flight Simulator.", "OK");
     PressToolbar("Install");
     EXPECT_EQ(Changes(), Names());
 
     // And out again: the drive is what it was.
-    user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?",
-                       "Yes");
+    user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?", "Yes");
     user.ExpectMessage("Done.", "OK");
     PressToolbar("Uninstall");
     EXPECT_THAT(Changes(), testing::ContainerEq(Each("-", installed)));
@@ -206,8 +200,8 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
 
     // First package, and the end: the settings are saved for the next run.
     user.ExpectMessage(
-        "Done.\n\nThe Aircraft - Light Props\\Skerrow_ Amphibian v2_0 will be the first package you see "
-        "when you start Korvadex",
+        "Done.\n\n"
+        "The Aircraft - Light Props\\Skerrow_ Amphibian v2_0 will be the first package you see when you start Korvadex",
         "OK");
     Click(window, "cmdFirstPackage");
     QSignalSpy ended(&window, &frmHangar::Ended);

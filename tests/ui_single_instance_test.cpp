@@ -13,8 +13,7 @@ using Outcome = SingleInstance::Outcome;
 // Another process, as far as the two can tell.
 Outcome ClaimBeside(const QString& directory) {
     Outcome outcome{};
-    const std::unique_ptr<QThread> thread(
-        QThread::create([&] { outcome = SingleInstance(directory).Claim(); }));
+    const std::unique_ptr<QThread> thread(QThread::create([&] { outcome = SingleInstance(directory).Claim(); }));
     thread->start();
     EXPECT_TRUE(QTest::qWaitFor([&] { return thread->isFinished(); }, 20000));
     thread->wait();

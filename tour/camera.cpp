@@ -41,8 +41,7 @@ void PaintFrame(QPainter& painter, const QWidget& window) {
     const QRect title = QRect(frame.topLeft(), QSize(frame.width(), TitleHeight)).adjusted(1, 1, -1, 0);
     painter.fillRect(title, bar);
 
-    const QString text =
-        window.windowTitle().isEmpty() ? QCoreApplication::applicationName() : window.windowTitle();
+    const QString text = window.windowTitle().isEmpty() ? QCoreApplication::applicationName() : window.windowTitle();
     painter.setFont(window.font());
     painter.setPen(colors.color(QPalette::Active, QPalette::WindowText));
     painter.drawText(title.adjusted(22, 0, -20, 0), Qt::AlignCenter,
@@ -92,8 +91,8 @@ QImage PictureOf(const QList<QWidget*>& windows) {
 
 bool IsLoaded(const QWidget& window) {
     const auto photos = window.findChildren<PhotoView*>();
-    return std::ranges::none_of(
-        photos, [](const PhotoView* photo) { return photo->isVisible() && photo->IsLoading(); });
+    return std::ranges::none_of(photos,
+                                [](const PhotoView* photo) { return photo->isVisible() && photo->IsLoading(); });
 }
 
 } // namespace korvadex::tour

@@ -20,11 +20,9 @@ namespace {
 constexpr const char* Usage =
     "usage: tour [--into DIRECTORY] [--scale FACTOR] [--dark] [--show] [--ground DRIVE] [--only STEP...]\n\n"
     "  --into    where the pictures go (else the current directory)\n"
-    "  --scale   as on a screen with so many pixels for one, for example 2\n"
-    "  --dark    in dark colours\n"
+    "  --scale   as on a screen with so many pixels for one, for example 2\n  --dark    in dark colours\n"
     "  --show    on the display, to be watched\n"
-    "  --ground  an empty drive, \"K:\\\", that keeps what one step makes of the example\n"
-    "  --only    these steps:";
+    "  --ground  an empty drive, \"K:\\\", that keeps what one step makes of the example\n  --only    these steps:";
 
 struct Options {
     QDir directory = QDir::current();
@@ -83,8 +81,7 @@ void PrepareSurroundings(const Options& options) {
 }
 
 QPalette DarkPalette() {
-    const QColor window(0x2b, 0x2d, 0x31), base(0x1e, 0x1f, 0x22), text(0xe6, 0xe6, 0xe6),
-        faint(0x80, 0x82, 0x86);
+    const QColor window(0x2b, 0x2d, 0x31), base(0x1e, 0x1f, 0x22), text(0xe6, 0xe6, 0xe6), faint(0x80, 0x82, 0x86);
     QPalette palette(text, window, window.lighter(150), window.darker(150), window.darker(120), text, base);
     palette.setColor(QPalette::Button, window.lighter(115));
     palette.setColor(QPalette::AlternateBase, window);

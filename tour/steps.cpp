@@ -311,8 +311,7 @@ void Road(Tour& tour) {
     tour.Press("Ctrl+O");
     tour.Await("zipFileDialog");
     ShowDirectory(tour, "Downloads");
-    tour.Use(
-        [](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(demo::NestedArchive); });
+    tour.Use([](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(demo::NestedArchive); });
     tour.PhotographAll("road_4_archive");
     tour.Press("Return");
     tour.AwaitMessage("Found another ZIP file");

@@ -28,8 +28,9 @@ namespace {
 constexpr int EqualLooks = 8;
 
 // Sizes in twips, as the program keeps them: the main window as users find it on a small screen, the list beside it.
-constexpr const char* WindowLines = "MTOP=450\r\nMLEFT=2400\r\nMHEIGHT=10800\r\nMWIDTH=15600\r\n"
-                                    "LTOP=1200\r\nLLEFT=9000\r\nLHEIGHT=6000\r\nLWIDTH=5400\r\n";
+constexpr const char* WindowLines =
+    "MTOP=450\r\nMLEFT=2400\r\nMHEIGHT=10800\r\nMWIDTH=15600\r\nLTOP=1200\r\nLLEFT=9000\r\nLHEIGHT=6000\r\n"
+    "LWIDTH=5400\r\n";
 
 // No other program is to appear.
 class NoLauncher : public Launcher {
@@ -277,9 +278,8 @@ void Tour::Take(const std::function<QList<QWidget*>()>& windows, const QSize& pa
     person.Until("rest in the window", [&] {
         const auto shown = windows();
         const QImage now = PictureOf(shown);
-        equal = std::ranges::all_of(shown, [](QWidget* one) { return IsLoaded(*one); }) && now == picture
-                    ? equal + 1
-                    : 0;
+        equal =
+            std::ranges::all_of(shown, [](QWidget* one) { return IsLoaded(*one); }) && now == picture ? equal + 1 : 0;
         picture = now;
         return equal == EqualLooks;
     });

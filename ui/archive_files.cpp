@@ -13,8 +13,7 @@ QStringList ArchiveFilesIn(const QMimeData* data) {
     QStringList archives;
     for (const QUrl& url : data ? data->urls() : QList<QUrl>()) {
         const QString name = url.fileName();
-        const bool isArchive =
-            name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);
+        const bool isArchive = name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);
         if (url.isLocalFile() && isArchive)
             archives.append(url.toLocalFile());
     }

@@ -137,11 +137,11 @@ void ComponentLists::ShowMenu(int group, const QPoint& at) {
         [=, this] { emit ShowInFolderRequested(group, row); });
     menu->addSeparator();
     const auto count = positions.size();
-    add("mnuDeleteComponents", count == 1 ? QString("&Delete") : QString("&Delete %1 files").arg(count),
-        Qt::Key_Delete, [=, this] { emit DeleteRequested(group, positions); });
+    add("mnuDeleteComponents", count == 1 ? QString("&Delete") : QString("&Delete %1 files").arg(count), Qt::Key_Delete,
+        [=, this] { emit DeleteRequested(group, positions); });
     const QRect inside = list->viewport()->rect();
-    menu->popup(list->viewport()->mapToGlobal(QPoint(std::clamp(at.x(), inside.left(), inside.right()),
-                                                     std::clamp(at.y(), inside.top(), inside.bottom()))));
+    menu->popup(list->viewport()->mapToGlobal(
+        QPoint(std::clamp(at.x(), inside.left(), inside.right()), std::clamp(at.y(), inside.top(), inside.bottom()))));
 }
 
 } // namespace korvadex

@@ -52,8 +52,7 @@ class KeptException {
 };
 
 // Where a file dialog opens: where the user was the last time, while that is there.
-QString StartDirectory(const FileSystem& files, const std::string& last,
-                       QStandardPaths::StandardLocation first) {
+QString StartDirectory(const FileSystem& files, const std::string& last, QStandardPaths::StandardLocation first) {
     for (const QString& directory :
          {last.empty() ? QString() : ToQt(files.HostPath(last)), QStandardPaths::writableLocation(first)})
         if (!directory.isEmpty() && QDir(directory).exists())
@@ -90,8 +89,7 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
-    QFileDialog dialog(Parent(), ToQt(title),
-                       StartDirectory(files, directory, QStandardPaths::DownloadLocation),
+    QFileDialog dialog(Parent(), ToQt(title), StartDirectory(files, directory, QStandardPaths::DownloadLocation),
                        ArchiveFileFilter());
     dialog.setObjectName("zipFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -119,9 +117,7 @@ void Dialogs::ShowImportStatus(const std::string& text) {
 void Dialogs::ShowRename(const RenameForm& form) {
     KeptException kept;
     RenameForm guarded = form;
-    guarded.accept = [&](const RenameEntry& entered) {
-        return kept.Guard([&] { return form.accept(entered); }, true);
-    };
+    guarded.accept = [&](const RenameEntry& entered) { return kept.Guard([&] { return form.accept(entered); }, true); };
     frmRename(guarded, Parent()).exec();
     kept.Rethrow();
 }
@@ -155,9 +151,7 @@ void Dialogs::ShowMSFSImport(const ImportForm& form) {
 void Dialogs::ShowInfo(const InfoForm& form) {
     KeptException kept;
     InfoForm guarded = form;
-    guarded.gather = [&] {
-        return kept.Guard([&] { return form.gather(); }, std::optional<InfoOffers>(InfoOffers()));
-    };
+    guarded.gather = [&] { return kept.Guard([&] { return form.gather(); }, std::optional<InfoOffers>(InfoOffers())); };
     guarded.accept = [&](const AircraftInfo& entered) {
         return kept.Guard([&] { return form.accept(entered); }, true);
     };
@@ -181,8 +175,7 @@ void Dialogs::ShowLocationProfiles(ProfileEditor& profiles) {
 
 OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {
     QFileDialog dialog(Parent(), "Import image files",
-                       StartDirectory(files, directory, QStandardPaths::PicturesLocation),
-                       PictureFileFilter());
+                       StartDirectory(files, directory, QStandardPaths::PicturesLocation), PictureFileFilter());
     dialog.setObjectName("pictureFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted)

@@ -33,14 +33,12 @@ QTreeWidgetItem* NewItem(const QString& text, const std::string& path, const QIc
 } // namespace
 
 frmDirSelect::frmDirSelect(FileSystem& fileSystem, std::string startDir, QWidget* parent)
-    : QDialog(parent), files(fileSystem), result(std::move(startDir)),
-      ui(std::make_unique<Ui::frmDirSelect>()) {
+    : QDialog(parent), files(fileSystem), result(std::move(startDir)), ui(std::make_unique<Ui::frmDirSelect>()) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     for (const auto& drive : files.Drives())
         ui->Drive1->addItem(ToQt(drive));
-    connect(ui->Drive1, &QComboBox::currentTextChanged, this,
-            [this](const QString& root) { ShowDrive(FromQt(root)); });
+    connect(ui->Drive1, &QComboBox::currentTextChanged, this, [this](const QString& root) { ShowDrive(FromQt(root)); });
     connect(ui->Dir1, &QTreeWidget::itemExpanded, this, &frmDirSelect::ReadSubdirectories);
     connect(ui->cmdNewDirectory, &QPushButton::clicked, this, &frmDirSelect::MakeDirectory);
     connect(ui->cmdOk, &QPushButton::clicked, this, &frmDirSelect::TakeResult);
@@ -114,8 +112,7 @@ void frmDirSelect::MakeDirectory() {
         return;
     const std::string name = FromQt(box.Text().trimmed()), path = above + name + "\\";
     const bool isName = IsStorableName(name) && !IsScratchName(name);
-    if (const auto fault = isName ? files.CreateDirectory(path).fault : FileFault::BadName;
-        fault != FileFault::None) {
+    if (const auto fault = isName ? files.CreateDirectory(path).fault : FileFault::BadName; fault != FileFault::None) {
         const auto text = "The directory " + path + " could not be made (" + DescribeFault(fault) +
                           ").  Please choose another name or another place.";
         MessageBox(ToQt(text), MessageButtons::Ok, MessageIcon::Exclamation, {}, this).Ask();

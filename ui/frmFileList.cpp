@@ -127,9 +127,9 @@ void frmFileList::ApplyGeometry(const WindowGeometry& geometry) {
         return;
     // A run that never showed the window saves no place for it: it stands over the main window.
     const bool hasPlace = geometry.top != 0 || geometry.left != 0;
-    SetGeometryInTwips(*this, {hasPlace ? std::optional(geometry.top) : std::nullopt,
-                               hasPlace ? std::optional(geometry.left) : std::nullopt, geometry.height,
-                               geometry.width});
+    SetGeometryInTwips(*this,
+                       {hasPlace ? std::optional(geometry.top) : std::nullopt,
+                        hasPlace ? std::optional(geometry.left) : std::nullopt, geometry.height, geometry.width});
     lastGeometry = geometry;
 }
 

@@ -128,8 +128,7 @@ void frmHangar::ConnectControls() {
     connect(ui->txtPackageName, &QLineEdit::textEdited, this,
             [this](const QString& text) { Run([&](Program& to) { to.SetPackageName(FromQt(text)); }); });
     const auto press = [this](QPushButton* button, void (Program::*command)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, command] { Run([=](Program& to) { (to.*command)(); }); });
+        connect(button, &QPushButton::clicked, this, [this, command] { Run([=](Program& to) { (to.*command)(); }); });
     };
     press(ui->cmdGoToHangar, &Program::GoToHangar);
     press(ui->cmdGoToStaging, &Program::GoToStaging);
@@ -138,22 +137,18 @@ void frmHangar::ConnectControls() {
     press(ui->cmdFirstPackage, &Program::SetFirstPackage);
     press(ui->cmdPackageNames, &Program::ListPackagesInCategory);
     press(ui->cmdPackageCategories, &Program::ListCategories);
-    connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, ui->cmdRefresh,
-            &QPushButton::click);
+    connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, ui->cmdRefresh, &QPushButton::click);
 
-    connect(ui->tabComponents, &ComponentLists::OpenRequested, this, [this](int group, int position) {
-        Run([=](Program& to) { to.OpenComponent(group, position); });
-    });
-    connect(ui->tabComponents, &ComponentLists::ShowInFolderRequested, this, [this](int group, int position) {
-        Run([=](Program& to) { to.ShowComponentInFolder(group, position); });
-    });
+    connect(ui->tabComponents, &ComponentLists::OpenRequested, this,
+            [this](int group, int position) { Run([=](Program& to) { to.OpenComponent(group, position); }); });
+    connect(ui->tabComponents, &ComponentLists::ShowInFolderRequested, this,
+            [this](int group, int position) { Run([=](Program& to) { to.ShowComponentInFolder(group, position); }); });
     connect(ui->tabComponents, &ComponentLists::DeleteRequested, this,
             [this](int group, const std::vector<int>& positions) {
                 Run([&](Program& to) { to.DeleteComponents(group, positions); });
             });
     const auto onPicture = [this](void (PictureBox::*signal)(), void (Program::*command)()) {
-        connect(ui->picPackage, signal, this,
-                [this, command] { Run([=](Program& to) { (to.*command)(); }); });
+        connect(ui->picPackage, signal, this, [this, command] { Run([=](Program& to) { (to.*command)(); }); });
     };
     onPicture(&PictureBox::NextRequested, &Program::ShowNextImage);
     onPicture(&PictureBox::PreviousRequested, &Program::ShowPreviousImage);
@@ -288,8 +283,7 @@ void frmHangar::MarkPackageName() {
 
 bool frmHangar::eventFilter(QObject* watched, QEvent* event) {
     // By itself the label would leave the field as it is where it has the focus already.
-    if (watched != ui->lblPackageName || event->type() != QEvent::Shortcut ||
-        !ui->txtPackageName->isVisible())
+    if (watched != ui->lblPackageName || event->type() != QEvent::Shortcut || !ui->txtPackageName->isVisible())
         return QMainWindow::eventFilter(watched, event);
     MarkPackageName();
     return true;
@@ -312,10 +306,9 @@ void frmHangar::ShowPicture(const MainView& view, const LoadedPackage& package) 
 
 void frmHangar::ShowFilterCount() {
     const PackageChooser* chooser = ui->cboPackageName;
-    const bool isShown =
-        ui->txtPackageFilter->isEnabled() && !ui->txtPackageFilter->text().trimmed().isEmpty();
-    ui->lblFilterCount->setText(
-        isShown ? QString("%1 of %2").arg(chooser->OfferedCount()).arg(chooser->count()) : QString());
+    const bool isShown = ui->txtPackageFilter->isEnabled() && !ui->txtPackageFilter->text().trimmed().isEmpty();
+    ui->lblFilterCount->setText(isShown ? QString("%1 of %2").arg(chooser->OfferedCount()).arg(chooser->count())
+                                        : QString());
 }
 
 void frmHangar::ShowSide(bool isHangarSide) {

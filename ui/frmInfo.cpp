@@ -42,8 +42,7 @@ void SetItems(QComboBox* box, const std::vector<std::string>& texts) {
     // Filling must not touch what the user types, nor where.
     QLineEdit* field = box->lineEdit();
     const QString typed = field->text();
-    const int cursor = field->cursorPosition(), start = field->selectionStart(),
-              length = field->selectionLength();
+    const int cursor = field->cursorPosition(), start = field->selectionStart(), length = field->selectionLength();
     box->clear();
     box->addItems(items);
     box->setCurrentIndex(int(items.indexOf(typed)));
@@ -67,8 +66,7 @@ frmInfo::frmInfo(const InfoForm& infoForm, QWidget* parent)
     for (QWidget* control : std::initializer_list<QWidget*>{
              ui->txtAtcID, ui->cboAtcAirline, ui->txtAtcFlightNumber, ui->chkAtcHeavy, ui->cboUIManufacturer,
              ui->txtUIType, ui->txtUIVariation, ui->txtUIDescription, ui->lblAtcID, ui->lblAtcAirline,
-             ui->lblAtcFlightNumber, ui->lblUIManufacturer, ui->lblUIType, ui->lblUIVariation,
-             ui->lblUIDescription})
+             ui->lblAtcFlightNumber, ui->lblUIManufacturer, ui->lblUIType, ui->lblUIVariation, ui->lblUIDescription})
         control->setEnabled(form.hasConfiguration);
     ui->lblNoConfiguration->setVisible(!form.hasConfiguration);
     for (QPlainTextEdit* box : {ui->txtUIDescription, ui->txtUIPerformance}) {

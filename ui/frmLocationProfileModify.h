@@ -18,8 +18,7 @@ class frmLocationProfileModify : public QDialog {
     Q_OBJECT
 
   public:
-    frmLocationProfileModify(FileSystem& files, ProfileEditor& profiles, int ProfileBeingEdited,
-                             QWidget* parent);
+    frmLocationProfileModify(FileSystem& files, ProfileEditor& profiles, int ProfileBeingEdited, QWidget* parent);
     ~frmLocationProfileModify() override;
 
   private:

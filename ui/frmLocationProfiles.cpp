@@ -8,10 +8,8 @@
 
 namespace korvadex {
 
-frmLocationProfiles::frmLocationProfiles(FileSystem& fileSystem, ProfileEditor& profileEditor,
-                                         QWidget* parent)
-    : QDialog(parent), files(fileSystem), profiles(profileEditor),
-      ui(std::make_unique<Ui::frmLocationProfiles>()) {
+frmLocationProfiles::frmLocationProfiles(FileSystem& fileSystem, ProfileEditor& profileEditor, QWidget* parent)
+    : QDialog(parent), files(fileSystem), profiles(profileEditor), ui(std::make_unique<Ui::frmLocationProfiles>()) {
     ui->setupUi(this);
     for (int slot = 0; slot < int(txtLocationProfile.size()); ++slot)
         AddSlot(slot);
@@ -59,8 +57,7 @@ void frmLocationProfiles::ShowNames() {
     for (std::size_t slot = 0; slot < names.size(); ++slot) {
         const QString name = ToQt(names[slot]);
         txtLocationProfile[slot]->setText(name);
-        cmdModifyProfile[slot]->setAccessibleName(
-            QString("Modify profile %1 %2").arg(slot + 1).arg(name).trimmed());
+        cmdModifyProfile[slot]->setAccessibleName(QString("Modify profile %1 %2").arg(slot + 1).arg(name).trimmed());
     }
 }
 

@@ -18,8 +18,7 @@ constexpr int OpeningsInterval = 200; // ms
 
 } // namespace
 
-frmLocations::frmLocations(FileSystem& files, Settings& currentSettings, const LocationsForm& form,
-                           QWidget* parent)
+frmLocations::frmLocations(FileSystem& files, Settings& currentSettings, const LocationsForm& form, QWidget* parent)
     : QDialog(parent), settings(currentSettings), ui(std::make_unique<Ui::frmLocations>()) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
@@ -85,8 +84,7 @@ void frmLocations::ConnectHelp(const LocationsForm& form) {
             openReadMe();
         check->start();
     });
-    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, ui->cmdHelp,
-            &QPushButton::click);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, ui->cmdHelp, &QPushButton::click);
 }
 
 void frmLocations::ChooseProfile(int index) {

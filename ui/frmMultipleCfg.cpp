@@ -27,8 +27,8 @@ QIcon Framed(const QImage& image, qreal ratio) {
 
 } // namespace
 
-frmMultipleCfg::frmMultipleCfg(std::vector<ConfigurationRow> offered, const FileSystem& files,
-                               UserDialogs& dialogs, QWidget* parent)
+frmMultipleCfg::frmMultipleCfg(std::vector<ConfigurationRow> offered, const FileSystem& files, UserDialogs& dialogs,
+                               QWidget* parent)
     : QDialog(parent), rows(std::move(offered)), user(dialogs), ui(std::make_unique<Ui::frmMultipleCfg>()),
       pictures(files) {
     ui->setupUi(this);

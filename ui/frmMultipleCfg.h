@@ -20,8 +20,7 @@ class frmMultipleCfg : public QDialog {
     Q_OBJECT
 
   public:
-    frmMultipleCfg(std::vector<ConfigurationRow> rows, const FileSystem& files, UserDialogs& user,
-                   QWidget* parent);
+    frmMultipleCfg(std::vector<ConfigurationRow> rows, const FileSystem& files, UserDialogs& user, QWidget* parent);
     ~frmMultipleCfg() override;
 
     // The selected row, from 0; -1 for none.

@@ -161,8 +161,8 @@ void frmPhotos::ShowMarked() {
     const auto* picture = Marked();
     ui->lblPackage->setText(picture ? ToQt(picture->package) : QString());
     ui->lblPicture->setText(picture ? Whereabouts(*picture) : Hint);
-    ui->grdPhotos->setAccessibleDescription(
-        picture ? ui->lblPackage->text() + "  -  " + ui->lblPicture->text() : QString());
+    ui->grdPhotos->setAccessibleDescription(picture ? ui->lblPackage->text() + "  -  " + ui->lblPicture->text()
+                                                    : QString());
     ui->cmdShowPackage->setEnabled(picture);
     ShowLarge();
     LoadPictures();

@@ -11,9 +11,7 @@ namespace {
 
 class FirstKey : public QObject {
   public:
-    explicit FirstKey(QListWidget& watched) : QObject(&watched), list(watched) {
-        list.installEventFilter(this);
-    }
+    explicit FirstKey(QListWidget& watched) : QObject(&watched), list(watched) { list.installEventFilter(this); }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() != QEvent::KeyPress || list.count() == 0 || !list.selectedItems().isEmpty())

@@ -48,8 +48,8 @@ UserPlaces FindPlaces(const FileSystem& files) {
 
 LocationAdvisor::LocationAdvisor(const FileSystem& files, const Settings& settings, bool stagingMustBeEmpty,
                                  QObject* parent)
-    : QObject(parent), ground(std::make_shared<Ground>(files, settings, stagingMustBeEmpty)),
-      link(new Link{{}, this}), pause(new QTimer(this)) {
+    : QObject(parent), ground(std::make_shared<Ground>(files, settings, stagingMustBeEmpty)), link(new Link{{}, this}),
+      pause(new QTimer(this)) {
     pause->setSingleShot(true);
     pause->setInterval(Pause);
     connect(pause, &QTimer::timeout, this, &LocationAdvisor::Look);
@@ -71,8 +71,7 @@ void LocationAdvisor::Look() {
         return; // and again when it has come back
     isAskedAgain = false;
     const auto look = [to = link, on = ground, what = entered] {
-        const LocationWords words =
-            AdviseOn(*on->files, on->places, on->settings, what, on->stagingMustBeEmpty);
+        const LocationWords words = AdviseOn(*on->files, on->places, on->settings, what, on->stagingMustBeEmpty);
         const std::lock_guard lock(to->mutex);
         if (LocationAdvisor* advisor = to->advisor)
             QMetaObject::invokeMethod(

@@ -20,8 +20,7 @@ class LocationAdvisor : public QObject {
 
   public:
     // Keeps what it needs of the settings: see AdviseOn.
-    LocationAdvisor(const FileSystem& files, const Settings& settings, bool stagingMustBeEmpty,
-                    QObject* parent);
+    LocationAdvisor(const FileSystem& files, const Settings& settings, bool stagingMustBeEmpty, QObject* parent);
     ~LocationAdvisor() override;
 
     // Looks when nothing else was asked for a moment; only the answer to the last question comes.

@@ -10,8 +10,7 @@
 
 namespace korvadex {
 
-LocationFields::LocationFields(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::LocationFields>()) {
+LocationFields::LocationFields(QWidget* parent) : QWidget(parent), ui(std::make_unique<Ui::LocationFields>()) {
     ui->setupUi(this);
     setFocusProxy(ui->txtStagingDir);
     // The words have their places before there are any.
@@ -58,9 +57,8 @@ void LocationFields::ShowWord(const LocationWord& word, QLineEdit* box, QLabel* 
     const QString text = ToQt(word.text);
     label->setText(text);
     label->setToolTip(PlainToolTip(text));
-    image->setPixmap(word.isTrouble
-                         ? style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(image->width())
-                         : QPixmap());
+    image->setPixmap(word.isTrouble ? style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(image->width())
+                                    : QPixmap());
     box->setAccessibleDescription(text);
 }
 

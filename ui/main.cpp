@@ -35,8 +35,8 @@ Result<std::string> NamedDirectory(const FileSystem& files, const QString& home)
 std::string AppDirectory(FileSystem& files) {
     const QString home = qEnvironmentVariable("KORVADEX_HOME");
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/korvadex";
-    const auto directory = home.isEmpty() ? SettingsDirectory(files, RunningExecutable(), FromQt(data))
-                                          : NamedDirectory(files, home);
+    const auto directory =
+        home.isEmpty() ? SettingsDirectory(files, RunningExecutable(), FromQt(data)) : NamedDirectory(files, home);
     if (directory)
         return *directory;
     const auto [fault, path, nativeCode] = directory.status();
@@ -68,9 +68,8 @@ int RunProgram() {
     SingleInstance instance(ToQt(files->HostPath(appDir)));
     const auto place = instance.Claim();
     if (place == SingleInstance::Outcome::Busy)
-        MessageBox(
-            "Korvadex is running already and busy at the moment.  Please wait until its command has ended.",
-            MessageButtons::Ok, MessageIcon::Information, {}, nullptr)
+        MessageBox("Korvadex is running already and busy at the moment.  Please wait until its command has ended.",
+                   MessageButtons::Ok, MessageIcon::Information, {}, nullptr)
             .Ask();
     if (place != SingleInstance::Outcome::First)
         return 0;
@@ -88,8 +87,7 @@ int RunProgram() {
     QObject::connect(&instance, &SingleInstance::Asked, [&] { ComeToFront(hangar); });
     OnEndSignal(&hangar, [&] { program.EndSession(); });
     QObject::connect(
-        qApp, &QGuiApplication::commitDataRequest, &hangar, [&] { program.SaveForSessionEnd(); },
-        Qt::DirectConnection);
+        qApp, &QGuiApplication::commitDataRequest, &hangar, [&] { program.SaveForSessionEnd(); }, Qt::DirectConnection);
 
     frmSplash splash([&] {
         try {

@@ -27,9 +27,7 @@ std::vector<Branch> MenuTree() {
     return {
         {{"mnuFile", "&File"},
          {},
-         {{"mnuLocations", "&Locations"},
-          {"mnuLocationProfiles", "Location &profiles"},
-          {"mnuExit", "&Exit"}}},
+         {{"mnuLocations", "&Locations"}, {"mnuLocationProfiles", "Location &profiles"}, {"mnuExit", "&Exit"}}},
         {{"mnuTools", "&Tools"},
          {},
          {{"mnuAllPackages", "&List all packages in Hangar"},
@@ -112,12 +110,10 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
                 continue;
             entry->setShortcut(QKeySequence(row.shortcut));
             if (row.code && branch.processor)
-                connect(entry, &QAction::triggered, this, [this, side = *branch.processor, code = *row.code] {
-                    emit CommandChosen(side, code);
-                });
-            else
                 connect(entry, &QAction::triggered, this,
-                        [this, entry] { emit EntryChosen(entry->objectName()); });
+                        [this, side = *branch.processor, code = *row.code] { emit CommandChosen(side, code); });
+            else
+                connect(entry, &QAction::triggered, this, [this, entry] { emit EntryChosen(entry->objectName()); });
         }
         if (branch.processor)
             (*branch.processor == Side::Staging ? stagingOptions : hangarOptions) = menu;

@@ -67,8 +67,8 @@ class YesFirstStyle : public QProxyStyle {
 
 } // namespace
 
-MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon,
-                       const QString& checkText, QWidget* parent)
+MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const QString& checkText,
+                       QWidget* parent)
     : QMessageBox(parent), mustBeAnswered(buttons == MessageButtons::YesNo) {
     setObjectName("messageBox");
     setTextFormat(Qt::PlainText);
@@ -82,8 +82,8 @@ MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon 
         setCheckBox(box);
     }
     if (mustBeAnswered)
-        setWindowFlags((windowFlags() | Qt::CustomizeWindowHint | Qt::WindowTitleHint) &
-                       ~Qt::WindowCloseButtonHint & ~Qt::WindowSystemMenuHint);
+        setWindowFlags((windowFlags() | Qt::CustomizeWindowHint | Qt::WindowTitleHint) & ~Qt::WindowCloseButtonHint &
+                       ~Qt::WindowSystemMenuHint);
     OrderButtons();
     KeepWithinScreen();
 }

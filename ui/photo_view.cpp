@@ -67,8 +67,8 @@ QRectF PhotoView::Placed(const QSizeF& size) const {
 QString PhotoView::Trouble() const {
     if (picture.trouble.isEmpty())
         return {};
-    const char* said = picture.image.isNull() ? "This picture cannot be shown: "
-                                              : "This picture cannot be shown as a whole: ";
+    const char* said =
+        picture.image.isNull() ? "This picture cannot be shown: " : "This picture cannot be shown as a whole: ";
     return said + picture.trouble + (captionLines ? QString(".") : ".  " + picture.advice);
 }
 
@@ -116,8 +116,8 @@ void PhotoView::PaintCaption(QPainter& painter) const {
         if (!line.isValid())
             break;
         line.setLineWidth(area.width());
-        const QString text = number < captionLines ? caption.mid(line.textStart(), line.textLength())
-                                                   : caption.mid(line.textStart());
+        const QString text =
+            number < captionLines ? caption.mid(line.textStart(), line.textLength()) : caption.mid(line.textStart());
         const int height = fontMetrics().lineSpacing();
         painter.drawText(QRect(area.left(), area.bottom() + 3 + (number - 1) * height, area.width(), height),
                          Qt::AlignCenter | Qt::TextSingleLine,
@@ -150,8 +150,7 @@ void PhotoView::PaintPicture(QPainter& painter) const {
 
 void PhotoView::PaintPlaceholder(QPainter& painter) const {
     const QRectF area = PictureArea();
-    const QRectF frame =
-        Placed(QSizeF(4, 3).scaled(area.size(), Qt::KeepAspectRatio)).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF frame = Placed(QSizeF(4, 3).scaled(area.size(), Qt::KeepAspectRatio)).adjusted(0.5, 0.5, -0.5, -0.5);
     QColor quiet = TextColor();
     quiet.setAlphaF(0.5F);
     painter.setPen(QPen(quiet, 1, content == Content::Loading ? Qt::DotLine : Qt::SolidLine));

@@ -8,8 +8,7 @@
 
 namespace korvadex {
 
-PictureLoader::PictureLoader(const FileSystem& fileSystem, QObject* parent)
-    : QObject(parent), files(fileSystem) {
+PictureLoader::PictureLoader(const FileSystem& fileSystem, QObject* parent) : QObject(parent), files(fileSystem) {
     pool.setMaxThreadCount(1);
 }
 
@@ -20,9 +19,8 @@ PictureLoader::~PictureLoader() {
 void PictureLoader::Want(const std::vector<std::string>& newPaths, const QSize& newBox) {
     paths = newPaths;
     box = newBox;
-    std::erase_if(entries, [&](const auto& entry) {
-        return std::find(paths.begin(), paths.end(), entry.first) == paths.end();
-    });
+    std::erase_if(entries,
+                  [&](const auto& entry) { return std::find(paths.begin(), paths.end(), entry.first) == paths.end(); });
     ContinueLater();
 }
 
@@ -53,8 +51,7 @@ void PictureLoader::Continue() {
     if (next == paths.end() || box.isEmpty())
         return;
     const std::string path = *next;
-    if (const PictureBytes read = ReadPictureBytes(ToQt(files.HostPath(path)));
-        read.failure.trouble.isEmpty())
+    if (const PictureBytes read = ReadPictureBytes(ToQt(files.HostPath(path))); read.failure.trouble.isEmpty())
         Decode(path, read.bytes);
     else
         Take(path, box, read.failure);

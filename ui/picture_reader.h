@@ -22,8 +22,7 @@ enum class PictureFormats { Photographs, All };
 
 // Goes by the content, not by the name. The picture fits into the box (pixels; an invalid one sets no bound) and is
 // never enlarged. One whose decoding would take too much memory is trouble. Safe in any thread.
-LoadedPicture DecodePicture(QIODevice& device, const QSize& box,
-                            PictureFormats formats = PictureFormats::Photographs);
+LoadedPicture DecodePicture(QIODevice& device, const QSize& box, PictureFormats formats = PictureFormats::Photographs);
 
 // The whole file, which is closed again at once: another program, or a command, may want to rename or delete it.
 struct PictureBytes {

@@ -43,9 +43,7 @@ QPoint FrameOf(const QWidget& window) {
 // The frame of a maximised window may be thinner: the normal one is remembered whenever the window is entered.
 class FrameKeeper : public QObject {
   public:
-    explicit FrameKeeper(QWidget& watched) : QObject(&watched), window(watched) {
-        window.installEventFilter(this);
-    }
+    explicit FrameKeeper(QWidget& watched) : QObject(&watched), window(watched) { window.installEventFilter(this); }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::WindowActivate && IsNormal(window))

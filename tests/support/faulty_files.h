@@ -50,9 +50,7 @@ class FaultyFiles : public FileSystem {
     }
     Result<FileInfo> Info(Path path) const override { return real.Info(path); }
     bool IsDirectory(Path path) const override { return real.IsDirectory(path); }
-    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override {
-        return real.OpenForReading(path);
-    }
+    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override { return real.OpenForReading(path); }
     Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override;
     Status Copy(Path from, Path to) override { return Change("Copy", to, &FileSystem::Copy, from, to); }
     Status Rename(Path from, Path to) override { return Move("Rename", from, to, &FileSystem::Rename); }
@@ -84,9 +82,7 @@ class FaultyFiles : public FileSystem {
     bool SameVolume(Path a, Path b) const override { return !CrossesVolumes(a, b) && real.SameVolume(a, b); }
     std::vector<std::string> Drives() const override { return real.Drives(); }
     std::string HostPath(Path path) const override { return real.HostPath(path); }
-    std::optional<std::string> PathFromHost(Path hostPath) const override {
-        return real.PathFromHost(hostPath);
-    }
+    std::optional<std::string> PathFromHost(Path hostPath) const override { return real.PathFromHost(hostPath); }
     std::string SourceFromHost(Path hostPath) const override { return real.SourceFromHost(hostPath); }
 
   private:

@@ -1,5 +1,5 @@
-// Mouse and keyboard on real windows. What a person could not do throws std::runtime_error: it is not there, not shown or
-// not enabled.
+// Mouse and keyboard on real windows. What a person could not do throws std::runtime_error: it is not there, not shown
+// or not enabled.
 #pragma once
 
 #include <QString>

@@ -14,8 +14,8 @@ const std::map<std::string, std::string>& PackageBuilder::Files() {
         {"Lear_check.txt", "checklist"},
         {"Model\\model.cfg", "[models]\r\nnormal=lear\r\n"},
         {"Model\\lear.mdl", "three dimensions"},
-        {"Panel\\panel.cfg", "[Window00]\r\nfile=LearPanel.bmp\r\ngauge00=LearClock, 10,20\r\n"
-                             "gauge01=LearCab!Altimeter, 30,20\r\n"},
+        {"Panel\\panel.cfg",
+         "[Window00]\r\nfile=LearPanel.bmp\r\ngauge00=LearClock, 10,20\r\ngauge01=LearCab!Altimeter, 30,20\r\n"},
         {"Panel\\LearPanel.bmp", "BM panel"},
         {"Texture\\Lear_t.bmp", "BM texture"},
         {"Texture\\lear.r8", "texture"},

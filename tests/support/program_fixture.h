@@ -21,8 +21,7 @@ class ProgramTest : public CommandTest {
     std::string SettingsText(const std::string& firstPackage = "", const std::string& more = "") const {
         return "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=" + locations.StagingDir +
                "\r\nALTHANGARDIR0=" + locations.HangarDir + "\r\nALTMSFSDIR0=" + locations.MsfsDir +
-               "\r\nALTFIRSTPACKAGE0=" + firstPackage + "\r\n" + more +
-               "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n";
+               "\r\nALTFIRSTPACKAGE0=" + firstPackage + "\r\n" + more + "LOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n";
     }
     void PutSettings(const std::string& firstPackage = "", const std::string& more = "") {
         form.geometry.reset();
@@ -31,8 +30,7 @@ class ProgramTest : public CommandTest {
     std::string SavedSettings() const { return drive.Get("App\\kx.ini"); }
 
     Program& Make(FileSystem& files) {
-        program = std::make_unique<Program>(files, launcher, user, dialogs, form, drive.At("App\\"),
-                                            "the executable");
+        program = std::make_unique<Program>(files, launcher, user, dialogs, form, drive.At("App\\"), "the executable");
         return *program;
     }
     // Starts with the settings file of PutSettings.

@@ -27,8 +27,7 @@ class AddonMaker {
         AddPanels();
         AddSounds();
         for (const auto& [directory, users] : UsersByDirectory("model", &Livery::model)) {
-            Add(directory + "/" + Cased("model.cfg"), Assigned("normal", "kestrel") + "\r\n" + Filler(),
-                users);
+            Add(directory + "/" + Cased("model.cfg"), Assigned("normal", "kestrel") + "\r\n" + Filler(), users);
             Add(directory + "/kestrel.mdl", Filler(), users);
         }
         Add(addon.directory + Cased("aircraft.cfg"), AircraftCfg(), {}, Kind::AircraftCfg);
@@ -53,8 +52,7 @@ class AddonMaker {
         liveries.resize(dice.OneIn(3) ? 1 : 2 + dice.Below(3));
         for (std::size_t i = 0; i < liveries.size(); ++i) {
             const std::string number = std::to_string(i + 1);
-            liveries[i].texture =
-                i == 0 && dice.OneIn(2) ? "" : dice.Of<std::string>({"red", "Blue", number});
+            liveries[i].texture = i == 0 && dice.OneIn(2) ? "" : dice.Of<std::string>({"red", "Blue", number});
             if (i > 0 && dice.OneIn(3))
                 liveries[i].panel = dice.Of<std::string>({"vc", number});
             if (i > 0 && dice.OneIn(4))
@@ -82,14 +80,12 @@ class AddonMaker {
     std::string AircraftCfg() {
         std::string text = dice.OneIn(3) ? "; made by hand\r\n\r\n" : "";
         for (std::size_t i = 0; i < liveries.size(); ++i) {
-            const std::string values[] = {liveries[i].model, liveries[i].panel, liveries[i].sound,
-                                          liveries[i].texture};
+            const std::string values[] = {liveries[i].model, liveries[i].panel, liveries[i].sound, liveries[i].texture};
             text += Cased("[fltsim." + std::to_string(i) + "]") + "\r\n";
             text += Spaced("title", addon.titles[i]) + "\r\nsim=kestrel\r\n";
             for (std::size_t word = 0; word < 4; ++word)
                 if (!values[word].empty() || dice.OneIn(2))
-                    text +=
-                        Assigned(Words[word], dice.OneIn(3) ? FoldCase(values[word]) : values[word]) + "\r\n";
+                    text += Assigned(Words[word], dice.OneIn(3) ? FoldCase(values[word]) : values[word]) + "\r\n";
             text += "atc_id=" + std::to_string(dice.Below(1000)) + "\r\n\r\n";
         }
         text += "[General]\r\n" + Spaced("editable", "1");
@@ -128,8 +124,7 @@ class AddonMaker {
             } else {
                 const std::string text = PanelCfg(directory, users, named);
                 Add(directory + "/" + Cased("panel.cfg"), text, users);
-                Add(directory + "/" + Cased("background" + std::to_string(directory.size()) + ".bmp"),
-                    Filler(), users);
+                Add(directory + "/" + Cased("background" + std::to_string(directory.size()) + ".bmp"), Filler(), users);
             }
             for (const std::size_t user : users)
                 addon.gauges[user].insert(named.begin(), named.end());
@@ -145,16 +140,15 @@ class AddonMaker {
 
     std::string PanelCfg(const std::string& directory, const Users& users, std::set<std::string>& named) {
         std::string text = "[Window Titles]\r\nWindow00=Main\r\n\r\n[Window00]\r\n" +
-                           Assigned("file", "background" + std::to_string(directory.size()) + ".bmp") +
-                           "\r\n";
+                           Assigned("file", "background" + std::to_string(directory.size()) + ".bmp") + "\r\n";
         for (const auto& [name, versions] : pool) {
             if (!dice.OneIn(3))
                 continue;
             const std::string stem = name.substr(0, name.find('.'));
             const bool isCabinet = name.ends_with(".cab");
-            text += Spaced("gauge" + std::to_string(10 + named.size()),
-                           Cased(stem) + (isCabinet ? "!Altimeter" : "") +
-                               dice.Of<std::string>({",", ", ", " , "}) + "10,20") +
+            text += Spaced("gauge" + std::to_string(10 + named.size()), Cased(stem) + (isCabinet ? "!Altimeter" : "") +
+                                                                            dice.Of<std::string>({",", ", ", " , "}) +
+                                                                            "10,20") +
                     "\r\n";
             named.insert(FoldCase(stem));
             if (!dice.OneIn(4)) // else it is hoped to be in the simulator
@@ -183,8 +177,8 @@ class AddonMaker {
                 Add(directory + "/" + Cased("sound.cfg"), Alias("sound"), users, Kind::AliasStub);
                 continue;
             }
-            Add(directory + "/" + Cased("sound.cfg"),
-                Ended("[SOUND_ENGINE.1]\r\n" + Spaced("filename", "engine")), users);
+            Add(directory + "/" + Cased("sound.cfg"), Ended("[SOUND_ENGINE.1]\r\n" + Spaced("filename", "engine")),
+                users);
             Add(directory + "/Engine.wav", Filler(), users);
             if (dice.OneIn(3))
                 Add(directory + "/gear_warning.wav", Filler(), users);
@@ -196,9 +190,8 @@ class AddonMaker {
         for (const char* path : {"Readme.txt", "docs/readme.TXT", "docs/more/ReadMe.txt"})
             if (!dice.OneIn(3))
                 Add((dice.OneIn(2) ? addon.directory : "") + path, dice.OneIn(3) ? twin : Filler());
-        for (const char* path :
-             {"file_id.diz", "flight_model.cfg", "screenshot.jpg", "docs/kestrel_ref.txt",
-              "effects/kestrel_smoke.fx", "Modules/kestrel.dll", "setup.exe", "kestrel.xyz"})
+        for (const char* path : {"file_id.diz", "flight_model.cfg", "screenshot.jpg", "docs/kestrel_ref.txt",
+                                 "effects/kestrel_smoke.fx", "Modules/kestrel.dll", "setup.exe", "kestrel.xyz"})
             if (dice.OneIn(3))
                 Add(addon.directory + path, Filler());
         if (dice.OneIn(4))
@@ -236,8 +229,7 @@ class AddonMaker {
 
     // Bytes that no other file has.
     std::string Filler() {
-        return "kestrel " + std::to_string(dice.Below(1'000'000'000)) +
-               std::string(20 + dice.Below(200), ' ');
+        return "kestrel " + std::to_string(dice.Below(1'000'000'000)) + std::string(20 + dice.Below(200), ' ');
     }
     std::string Cased(std::string text) {
         const std::size_t way = dice.Below(4);
@@ -250,8 +242,7 @@ class AddonMaker {
     }
     std::string Spaced(const std::string& key, const std::string& value) {
         return dice.Of<std::string>({"", "", " ", "\t"}) + Cased(key) +
-               dice.Of<std::string>({"=", "=", " = ", "\t=\t", "= "}) + value +
-               dice.Of<std::string>({"", "", "  "});
+               dice.Of<std::string>({"=", "=", " = ", "\t=\t", "= "}) + value + dice.Of<std::string>({"", "", "  "});
     }
     // For values that end at a comment and may stand in quotes.
     std::string Assigned(const std::string& key, const std::string& value) {
@@ -259,8 +250,7 @@ class AddonMaker {
                dice.Of<std::string>({"", "", "", " ; as before", "\t// mine"});
     }
     std::string Alias(const std::string& kind) {
-        std::string own =
-            addon.directory.empty() ? addon.name : addon.directory.substr(0, addon.directory.size() - 1);
+        std::string own = addon.directory.empty() ? addon.name : addon.directory.substr(0, addon.directory.size() - 1);
         own = own.substr(own.rfind('/') + 1);
         return Ended("[fltsim]\r\n" + Spaced("alias", own + "\\" + kind));
     }
@@ -288,11 +278,9 @@ class AddonMaker {
 
 GaugePool MakeGaugePool(Dice& dice) {
     GaugePool pool;
-    for (const char* name :
-         {"Avio_Alt.gau", "Avio_Clock.gau", "Brass.cab", "Bronze.gau", "FuelLeft.gau", "Tacho.CAB"})
+    for (const char* name : {"Avio_Alt.gau", "Avio_Clock.gau", "Brass.cab", "Bronze.gau", "FuelLeft.gau", "Tacho.CAB"})
         for (std::size_t version = 0; version <= dice.Below(2); ++version)
-            pool[name].push_back(std::string("MZ ") + name + " " + std::to_string(version) +
-                                 std::string(60, '.'));
+            pool[name].push_back(std::string("MZ ") + name + " " + std::to_string(version) + std::string(60, '.'));
     return pool;
 }
 

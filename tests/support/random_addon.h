@@ -52,8 +52,7 @@ struct RandomAddon {
     std::string archiveName; // "Kestrel_7.ZIP"
     std::string directory;   // of the aircraft in the archive: "", "Kestrel 7/", "Aircraft/Kestrel 7/"
     std::vector<std::string> titles;
-    std::vector<std::set<std::string>>
-        gauges; // that each configuration's panel names, lower case, no extension
+    std::vector<std::set<std::string>> gauges; // that each configuration's panel names, lower case, no extension
     std::vector<AddonFile> files;
 
     std::string Archive() const; // its bytes

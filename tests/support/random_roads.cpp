@@ -151,8 +151,7 @@ class Road : private RoadGround {
         std::erase_if(addon.files, [&](const AddonFile& file) {
             const bool isBelow = !file.isNested && file.path.starts_with(addon.directory);
             const std::string path = AsWindowsPath(file.path.substr(isBelow ? addon.directory.size() : 0));
-            const std::string target =
-                file.kind == Kind::Gauge ? "FS\\gauges\\" + file.Name() : InstalledPath() + path;
+            const std::string target = file.kind == Kind::Gauge ? "FS\\gauges\\" + file.Name() : InstalledPath() + path;
             const bool isTaken = drive.Has(target);
             if (!isTaken)
                 PutInSimulator(target, file.bytes);
@@ -259,8 +258,7 @@ class Road : private RoadGround {
     void CopyToHangar() {
         category = dice.Of<std::string>({"Jets", "Props"});
         const std::string proposed = program->View().packageName;
-        const bool isTaken =
-            drive.Has("Hangar\\Jets\\" + proposed) || drive.Has("Hangar\\Props\\" + proposed);
+        const bool isTaken = drive.Has("Hangar\\Jets\\" + proposed) || drive.Has("Hangar\\Props\\" + proposed);
         if (!user.toImport.empty())
             package = user.toImport;
         else if (proposed.empty() || isTaken || dice.OneIn(3))
@@ -290,8 +288,7 @@ class Road : private RoadGround {
         Do("show in the Hangar", [&] {
             program->GoToHangar();
             program->ChooseCategory(IndexOf(program->View().categories, category));
-            program->ChoosePackage(
-                IndexOf(program->View().packages, IsInstalled() ? "< " + package + " >" : package));
+            program->ChoosePackage(IndexOf(program->View().packages, IsInstalled() ? "< " + package + " >" : package));
         });
         if (program->Package().path != drive.At(PackagePath()))
             Violation("the Hangar does not show " + PackagePath());
@@ -306,8 +303,7 @@ class Road : private RoadGround {
         beforePacking = drive.States(PackagePath());
         isPacked = true;
         Attempt(
-            "compress", [&] { program->RunCommand(Side::Hangar, CompressShownPackage); },
-            [&] { return HasMarker(); });
+            "compress", [&] { program->RunCommand(Side::Hangar, CompressShownPackage); }, [&] { return HasMarker(); });
     }
     void Decompress() {
         if (!isPacked)

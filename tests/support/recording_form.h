@@ -63,9 +63,7 @@ class RecordingForm : public MainForm {
 // A dialog that was not expected, and an expected one that did not come, both fail.
 class ScriptedLocations : public ProgramDialogs {
   public:
-    ~ScriptedLocations() override {
-        EXPECT_TRUE(answers.empty()) << "the locations dialog was not shown again";
-    }
+    ~ScriptedLocations() override { EXPECT_TRUE(answers.empty()) << "the locations dialog was not shown again"; }
 
     ScriptedLocations& Enter(Locations locations, std::string profile = "") {
         answers.push_back(LocationsEntry{std::move(profile), std::move(locations)});

@@ -35,8 +35,7 @@ bool IsJunk(const std::string& path) {
 std::string PlainName(const std::string& path) {
     std::string name = FoldCase(LastPathComponent(path));
     const std::size_t dot = std::min(name.rfind('.'), name.size()), open = name.rfind('(', dot);
-    if (open != name.npos && name.find_first_not_of("0123456789", open + 1) + 1 == dot &&
-        name[dot - 1] == ')')
+    if (open != name.npos && name.find_first_not_of("0123456789", open + 1) + 1 == dot && name[dot - 1] == ')')
         name.erase(open, dot - open);
     return name;
 }
@@ -73,24 +72,21 @@ void AutomaticUser::ShowMSFSImport(const ImportForm& form) {
 }
 
 RoadGround::RoadGround(std::string roadTitle, std::uint64_t diceSeed, Mood roadMood, RoadReport& roadReport)
-    : title(std::move(roadTitle)), dice(diceSeed), pool(MakeGaugePool(dice)), mood(roadMood),
-      report(roadReport), user(dice, [this](const Said& said) { Judge(said); }) {
+    : title(std::move(roadTitle)), dice(diceSeed), pool(MakeGaugePool(dice)), mood(roadMood), report(roadReport),
+      user(dice, [this](const Said& said) { Judge(said); }) {
     drive.Fill("", "Staging\\, Hangar\\Jets\\, Hangar\\Props\\, FS\\aircraft\\, FS\\gauges\\, Packed\\");
     drive.Put("App\\kx.ini", "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=" + drive.At("Staging\\") +
-                                 "\r\nALTHANGARDIR0=" + drive.At("Hangar\\") +
-                                 "\r\nALTMSFSDIR0=" + drive.At("FS\\") +
+                                 "\r\nALTHANGARDIR0=" + drive.At("Hangar\\") + "\r\nALTMSFSDIR0=" + drive.At("FS\\") +
                                  "\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
     std::string panel = "[Window00]\r\nfile=stock.bmp\r\n";
     for (const auto& [name, versions] : pool) {
         if (dice.OneIn(3) && stock.insert("gauges\\" + name).second)
-            panel +=
-                "gauge0" + std::to_string(stock.size()) + "=" + name.substr(0, name.find('.')) + ",1,2\r\n";
+            panel += "gauge0" + std::to_string(stock.size()) + "=" + name.substr(0, name.find('.')) + ",1,2\r\n";
         if (dice.OneIn(3))
             PutInSimulator("FS\\gauges\\" + name, dice.Of(versions));
     }
     drive.Put("FS\\aircraft\\Stock_1\\panel\\panel.cfg", panel);
-    drive.Fill("FS",
-               "aircraft\\Stock_1\\aircraft.cfg=[fltsim.0], sound\\stock.wav=RIFF, modules\\stock.dll=MZ");
+    drive.Fill("FS", "aircraft\\Stock_1\\aircraft.cfg=[fltsim.0], sound\\stock.wav=RIFF, modules\\stock.dll=MZ");
     if (dice.OneIn(2))
         drive.MakeDirectory("FS\\effects");
     simulator = drive.States("FS");
@@ -212,8 +208,7 @@ void RoadGround::Judge(const Said& said) {
         JudgeLeftBehind(said.text);
     } else if (has("Would you like to clear the Staging area")) {
         const Contents staged = ContentsOf(drive.Tree("Staging")),
-                       copy =
-                           ContentsOf(drive.Tree("Hangar\\" + category + "\\" + program->View().packageName));
+                       copy = ContentsOf(drive.Tree("Hangar\\" + category + "\\" + program->View().packageName));
         ExpectHolds("the package", copy, staged);
         ExpectHolds("what is in the package: Staging", staged, copy);
     } else if (has("Would you like to remove this package from the hangar?")) {
@@ -254,8 +249,7 @@ void RoadGround::JudgeLeftBehind(const std::string& text) {
 void RoadGround::Count(const Said& said) {
     static const std::regex path(R"([A-Z]:\\[^\r\n]*?(?=\r|$|  |\)| exists| holds))"), number(R"(\d+)");
     std::string text = said.text;
-    for (const std::string& name :
-         {package, SimName(package), addon.archiveName, addon.name, SimName(addon.name)})
+    for (const std::string& name : {package, SimName(package), addon.archiveName, addon.name, SimName(addon.name)})
         for (std::size_t at; !name.empty() && (at = text.find(name)) != text.npos;)
             text.replace(at, name.size(), "<name>");
     text = OneLine(std::regex_replace(std::regex_replace(text, path, "<path>"), number, "#"));

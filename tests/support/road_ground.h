@@ -82,8 +82,8 @@ class RoadGround {
     void Do(const std::string& what, const std::function<void()>& command);
     // The same, and with the answers Yes once more where the first time did not do it. A command that was declined
     // changes nothing (unless it has done a part before it asks).
-    void Attempt(const std::string& what, const std::function<void()>& command,
-                 const std::function<bool()>& isDone, bool asksFirst = true);
+    void Attempt(const std::string& what, const std::function<void()>& command, const std::function<bool()>& isDone,
+                 bool asksFirst = true);
     void Violation(const std::string& text);
     // Notes a violation for each file of `wanted` that is not there.
     void ExpectHolds(const std::string& where, const Contents& there, const Contents& wanted);

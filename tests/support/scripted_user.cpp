@@ -55,8 +55,7 @@ ScriptedUser::~ScriptedUser() {
 }
 
 ScriptedUser& ScriptedUser::Expect(std::string text, Answer answer, bool isChecked) {
-    script.push_back(
-        {.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
+    script.push_back({.kind = Kind::Message, .text = std::move(text), .answer = answer, .isChecked = isChecked});
     return *this;
 }
 
@@ -94,17 +93,14 @@ ScriptedUser& ScriptedUser::ExpectImportStatus(std::string text) {
 
 ScriptedUser& ScriptedUser::ExpectRename(RenameEntry shown, bool hasTitle, std::vector<RenameEntry> entries) {
     entries.insert(entries.begin(), std::move(shown));
-    script.push_back(
-        {.kind = Kind::Rename, .text = hasTitle ? "rename" : "rename...", .entries = std::move(entries)});
+    script.push_back({.kind = Kind::Rename, .text = hasTitle ? "rename" : "rename...", .entries = std::move(entries)});
     return *this;
 }
 
 ScriptedUser& ScriptedUser::ExpectUnusedGauges(std::vector<std::string> names,
                                                std::vector<std::vector<int>> deletions) {
-    script.push_back({.kind = Kind::UnusedGauges,
-                      .text = "unused gauges",
-                      .items = std::move(names),
-                      .rows = std::move(deletions)});
+    script.push_back(
+        {.kind = Kind::UnusedGauges, .text = "unused gauges", .items = std::move(names), .rows = std::move(deletions)});
     return *this;
 }
 
@@ -165,8 +161,7 @@ std::optional<std::string> ScriptedUser::AskText(const std::string& prompt, bool
     return step ? step->typed : std::nullopt;
 }
 
-std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title,
-                                                       const std::string& /*directory*/) {
+std::optional<std::string> ScriptedUser::ChooseZipFile(const std::string& title, const std::string& /*directory*/) {
     const auto step = Take(Kind::ZipFile, title);
     return step ? step->typed : std::nullopt;
 }

@@ -19,9 +19,7 @@ class ScriptedUser : public UserDialogs {
     ScriptedUser& Expect(std::string text, Answer answer = Answer::Ok, bool isChecked = false);
     // The same and the icon is compared too.
     ScriptedUser& Expect(std::string text, Answer answer, MessageIcon icon);
-    ScriptedUser& Expect(std::string text, MessageIcon icon) {
-        return Expect(std::move(text), Answer::Ok, icon);
-    }
+    ScriptedUser& Expect(std::string text, MessageIcon icon) { return Expect(std::move(text), Answer::Ok, icon); }
     ScriptedUser& ExpectText(std::string prompt, std::optional<std::string> answer); // input box
     ScriptedUser& ExpectZipFile(std::optional<std::string> answer);                  // file choice
     ScriptedUser& ExpectConfigurations(std::vector<std::string> items, std::optional<int> answer);

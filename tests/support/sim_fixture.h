@@ -39,8 +39,8 @@ class SimTest : public CommandTest {
         Run(InstallPackage);
     }
     ScriptedUser& ExpectRemoval() {
-        return user.Expect(
-            "Are you sure you want to remove this package from the Flight Simulator directory?", Answer::Yes);
+        return user.Expect("Are you sure you want to remove this package from the Flight Simulator directory?",
+                           Answer::Yes);
     }
 
     LoadedPackage package;

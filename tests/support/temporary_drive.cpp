@@ -15,8 +15,8 @@ namespace {
 
 void Require(const Status& status, std::string_view what) {
     if (!status)
-        ADD_FAILURE() << what << " " << status.path << ": " << DescribeFault(status.fault) << " ("
-                      << status.nativeCode << ")";
+        ADD_FAILURE() << what << " " << status.path << ": " << DescribeFault(status.fault) << " (" << status.nativeCode
+                      << ")";
 }
 
 void AddTree(const FileSystem& files, const std::string& directory, const std::string& relative,
@@ -117,8 +117,7 @@ std::map<std::string, std::string> TemporaryDrive::Tree(std::string_view relativ
     return tree;
 }
 
-std::map<std::string, std::pair<std::string, FileInfo>>
-TemporaryDrive::States(std::string_view relative) const {
+std::map<std::string, std::pair<std::string, FileInfo>> TemporaryDrive::States(std::string_view relative) const {
     std::map<std::string, std::pair<std::string, FileInfo>> states;
     for (const auto& [name, bytes] : Tree(relative)) {
         if (!name.ends_with('\\'))

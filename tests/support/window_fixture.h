@@ -33,9 +33,9 @@ class WindowTest : public testing::Test {
     // Starts with a settings file that names Staging, Hangar and FS; what is missing there is made.
     void Start(const std::string& firstPackage = "") {
         drive.Fill("", "Staging\\, Hangar\\, FS\\aircraft\\, FS\\gauges\\");
-        drive.Put("App\\kx.ini", "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=" + drive.At("Staging\\") +
-                                     "\r\nALTHANGARDIR0=" + drive.At("Hangar\\") + "\r\nALTMSFSDIR0=" +
-                                     drive.At("FS\\") + "\r\nALTFIRSTPACKAGE0=" + firstPackage + "\r\n");
+        drive.Put("App\\kx.ini", "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=" + drive.At("Staging\\") + "\r\nALTHANGARDIR0=" +
+                                     drive.At("Hangar\\") + "\r\nALTMSFSDIR0=" + drive.At("FS\\") +
+                                     "\r\nALTFIRSTPACKAGE0=" + firstPackage + "\r\n");
         ASSERT_TRUE(program.Start());
         window.show();
         Activate();

@@ -73,8 +73,7 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
     Member member;
     member.name = name;
     member.options = options;
-    const auto realCrc =
-        static_cast<std::uint32_t>(crc32(0, BytesOf(bytes), static_cast<uInt>(bytes.size())));
+    const auto realCrc = static_cast<std::uint32_t>(crc32(0, BytesOf(bytes), static_cast<uInt>(bytes.size())));
     member.crc = options.crc.value_or(realCrc);
     member.size = options.size.value_or(static_cast<std::uint32_t>(bytes.size()));
     const bool isStored = options.isStored || bytes.empty();
