@@ -8,14 +8,14 @@ namespace korvadex {
 void Program::CreateNotes() {
     Run([&] {
         if (IsShownThere())
-            korvadex::CreateNotes(context, package);
+            Refresh(korvadex::CreateNotes(context, package));
     });
 }
 
 void Program::DeleteNotes() {
     Run([&] {
         if (IsShownThere())
-            korvadex::DeleteNotes(context, package);
+            Refresh(korvadex::DeleteNotes(context, package));
     });
 }
 

@@ -1,8 +1,5 @@
-// The picture gallery beside the main window.
-#include "app/overviews.h"
+// The commands of the picture gallery beside the main window.
 #include "app/program.h"
-
-#include <utility>
 
 namespace korvadex {
 
@@ -17,55 +14,29 @@ void Program::ShowPhotosForAll() {
 void Program::OpenGallery(bool isForAll) {
     if (!view.HangarSideShown)
         return ShowStatus("The photo galleries show the packages of the Hangar.  Please go to the Hangar side first.");
-    const auto category = SelectedCategory();
-    GalleryView opened;
-    opened.caption = isForAll ? "All Packages" : std::string(CategoryPackagesCaption) + category;
-    if (isForAll)
-        opened.directory = settings.locations.HangarDir;
-    else if (!category.empty()) // a Hangar without categories has no pictures either
-        opened.directory = settings.locations.HangarDir + category + "\\";
-    FillGallery(opened);
-    if (opened.pictures.empty()) {
-        user.Tell("There are no images to show.");
-        ShowStatus(opened.notice);
+    const auto& category = selection.Category();
+    const auto& hangar = settings.locations.HangarDir;
+    const auto notice = isForAll ? gallery.Open("All Packages", hangar)
+                                 : gallery.Open(std::string(CategoryPackagesCaption) + category,
+                                                category.empty() ? "" : hangar + category + "\\");
+    if (!notice)
         return;
-    }
-    gallery = std::move(opened);
-    form.ShowGallery(gallery);
-}
-
-void Program::FillGallery(GalleryView& filled) const {
-    Gallery found;
-    if (!filled.directory.empty())
-        found = CollectGalleryImages(files, settings.locations, filled.directory, settings.limits);
-    filled.notice = DescribeGaps(found, settings.limits);
-    filled.pictures = std::move(found.pictures);
-}
-
-void Program::RefreshGallery() {
-    if (!form.IsGalleryVisible())
-        return;
-    auto now = gallery;
-    FillGallery(now);
-    if (now == gallery)
-        return;
-    gallery = std::move(now);
-    form.UpdateGallery(gallery);
+    user.Tell("There are no images to show.");
+    ShowStatus(*notice);
 }
 
 void Program::ChooseGalleryPicture(int row) {
     Run([&] {
-        if (row < 0 || row >= static_cast<int>(gallery.pictures.size()))
+        const auto picture = gallery.PictureAt(row);
+        if (!picture)
             return;
-        const auto picture = gallery.pictures[static_cast<std::size_t>(row)]; // the gallery may be filled anew
-        const auto line = picture.category + "\\" + picture.package;
-        bool isFound = SelectPackage(line);
+        bool isFound = GoToPackage(picture->package);
         if (!isFound) {
-            FillCategories(); // its category may be new
-            isFound = SelectPackage(line);
+            RefreshSelection(); // its category may be new
+            isFound = GoToPackage(picture->package);
         }
         if (isFound) {
-            ShowImage(picture.path);
+            ShowImage(picture->path);
             form.ComeToFront();
         } else {
             user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);

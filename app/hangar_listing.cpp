@@ -46,9 +46,6 @@ HangarCategory ListCategory(const FileSystem& files, const Locations& locations,
                             const SimAircraft& simAircraft) {
     HangarCategory listing{category, {}};
     for (auto& name : SubdirectoryNames(files, locations.HangarDir + category + "\\")) {
-        // Nobody could tell it from an installed package of the name within.
-        if (WithoutInstalledMarks(name) != name)
-            continue;
         const bool isInstalled = simAircraft.Holds(name);
         listing.packages.push_back({std::move(name), isInstalled});
     }
@@ -62,18 +59,6 @@ HangarListing ListHangar(const FileSystem& files, const Locations& locations,
     for (const auto& category : categories)
         hangar.push_back(ListCategory(files, locations, category, simAircraft));
     return hangar;
-}
-
-int IndexOf(const std::vector<std::string>& lines, std::string_view name) {
-    auto found = std::ranges::find(lines, name, WithoutInstalledMarks);
-    if (found == lines.end())
-        found = std::ranges::find_if(
-            lines, [&](const std::string& line) { return EqualNoCase(WithoutInstalledMarks(line), name); });
-    return found == lines.end() ? -1 : static_cast<int>(found - lines.begin());
-}
-
-std::string PackageLine(const HangarPackage& package) {
-    return package.isInstalled ? WithInstalledMarks(package.name) : package.name;
 }
 
 std::string FindNoHangarContent(const FileSystem& files, const std::string& directory) {

@@ -26,12 +26,6 @@ HangarCategory ListCategory(const FileSystem& files, const Locations& locations,
 HangarListing ListHangar(const FileSystem& files, const Locations& locations,
                          const std::vector<std::string>& categories);
 
-// The place of a name among the lines of a chooser, whatever its case and marks; -1 when it is not there.
-int IndexOf(const std::vector<std::string>& lines, std::string_view name);
-
-// "Lear", "< Lear >"
-std::string PackageLine(const HangarPackage& package);
-
 // What in a directory no Hangar would hold: a file that lies loose in it or in a category, what stands in a package
 // that has neither an aircraft nor a directory of a component group, a directory that cannot be read. Its path, or ""
 // when there is none.

@@ -1,9 +1,11 @@
 // What the main window shows at the moment, apart from the loaded package itself.
 #pragma once
 
+#include "app/hangar_listing.h"
 #include "app/settings.h"
 #include "media/gallery.h"
 #include "media/picture_import.h"
+#include "package/command_context.h"
 #include "package/loaded_package.h"
 
 #include <functional>
@@ -22,7 +24,7 @@ struct MainView {
     std::string header = HangarHeader;
     std::vector<std::string> categories;
     int categoryIndex = -1;
-    std::vector<std::string> packages; // "< name >" when installed in the simulator
+    std::vector<HangarPackage> packages; // of the category
     int packageIndex = -1;
     std::string packageName;  // the text of txtPackageName
     std::string proposedName; // what the program itself put there last, to be typed over
@@ -57,7 +59,7 @@ class MainForm {
     virtual void HideProgress() = 0;
     // frmFileList: the users of a panel or sound, or an overview. Opens the window. With the caption that it
     // shows already, the place in the list stays where it can.
-    virtual void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) = 0;
+    virtual void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) = 0;
     virtual bool IsFileListVisible() const = 0;
     // frmPhotos. Opens the window or brings it to the front; with the caption that it shows already, page and
     // mark stay where they can.

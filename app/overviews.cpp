@@ -9,8 +9,12 @@ namespace korvadex {
 
 namespace {
 
-OverviewLine CategoryLine(const HangarCategory& category) {
-    return {std::string(CategoryMark) + category.name, category.name};
+ListLine Heading(const HangarCategory& category) {
+    return {.package = {category.name, ""}};
+}
+
+ListLine LineOf(const HangarCategory& category, const HangarPackage& package) {
+    return {{category.name, package.name}, package.isInstalled};
 }
 
 // The packages that are wanted, below the lines of their categories; a category without any does not appear.
@@ -20,11 +24,11 @@ Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wante
     auto& lines = overview.lines;
     for (const auto& category : hangar) {
         const std::size_t before = lines.size();
-        lines.insert(lines.end(), {OverviewLine{""}, CategoryLine(category), OverviewLine{""}});
+        lines.insert(lines.end(), {ListLine{}, Heading(category), ListLine{}});
         const std::size_t heading = lines.size();
         for (const auto& package : category.packages)
             if (isWanted(category, package))
-                lines.push_back({PackageLine(package), category.name, package.name});
+                lines.push_back(LineOf(category, package));
         if (lines.size() == heading)
             lines.resize(before);
     }
@@ -32,6 +36,12 @@ Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wante
 }
 
 } // namespace
+
+std::string LineText(const ListLine& line) {
+    if (line.package.name.empty())
+        return line.IsHeading() ? " -->  " + line.package.category : "";
+    return line.isInstalled ? "< " + line.package.name + " >" : line.package.name;
+}
 
 Overview BuildPackageList(const HangarListing& hangar) {
     return ByCategory(PackageListCaption, hangar, [](const HangarCategory&, const HangarPackage&) { return true; });
@@ -42,16 +52,16 @@ Overview BuildInstalledList(const HangarListing& hangar) {
     for (const auto& category : hangar)
         for (const auto& package : category.packages)
             if (package.isInstalled)
-                overview.lines.push_back({PackageLine(package), category.name, package.name});
+                overview.lines.push_back(LineOf(category, package));
     // Of two packages of one name the category that comes first stays first.
-    std::ranges::stable_sort(overview.lines, LessNoCase, &OverviewLine::package);
+    std::ranges::stable_sort(overview.lines, LessNoCase, [](const ListLine& line) { return line.package.name; });
     return overview;
 }
 
-Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const std::string& HangarDir) {
+Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const Locations& locations) {
     return ByCategory(NoImagesListCaption, hangar, [&](const HangarCategory& category, const HangarPackage& package) {
-        const auto directory = HangarDir + category.name + "\\" + package.name + "\\";
-        return PackagePictures(files, directory, WalkLimits{}).empty();
+        return PackagePictures(files, PackageRef{category.name, package.name}.Directory(locations), WalkLimits{})
+            .empty();
     });
 }
 
@@ -60,25 +70,25 @@ Overview BuildCategoryPackageList(const HangarListing& hangar, std::string_view 
     for (const auto& listed : hangar)
         if (listed.name == category)
             for (const auto& package : listed.packages)
-                overview.lines.push_back({package.name, listed.name, package.name});
+                overview.lines.push_back({.package = {listed.name, package.name}});
     return overview;
 }
 
 Overview BuildCategoryList(const HangarListing& hangar) {
     Overview overview{std::string(CategoryListCaption), {}};
     for (const auto& category : hangar)
-        overview.lines.push_back(CategoryLine(category));
+        overview.lines.push_back(Heading(category));
     return overview;
 }
 
 std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar, const FileSystem& files,
-                                      const std::string& HangarDir) {
+                                      const Locations& locations) {
     if (caption == PackageListCaption)
         return BuildPackageList(hangar);
     if (caption == InstalledListCaption)
         return BuildInstalledList(hangar);
     if (caption == NoImagesListCaption)
-        return BuildNoImagesList(hangar, files, HangarDir);
+        return BuildNoImagesList(hangar, files, locations);
     if (caption == CategoryListCaption)
         return BuildCategoryList(hangar);
     if (caption.starts_with(CategoryPackagesCaption))

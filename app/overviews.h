@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/hangar_listing.h"
+#include "package/command_context.h"
 
 #include <optional>
 #include <string>
@@ -21,19 +22,12 @@ inline constexpr std::string_view CategoryListCaption = "Package Categories";
 // How many lines an overview may have.
 inline constexpr std::size_t MaxOverviewLines = 2000;
 
-// Begins a category's line; a package's never begins with a blank.
-inline constexpr std::string_view CategoryMark = " -->  ";
+// As the list window shows it: "Lear", "< Lear >" when installed, " -->  Jets" for a category.
+std::string LineText(const ListLine& line);
 
-struct OverviewLine {
-    std::string text;
-    // What the line stands for; both "" in a separator, and in a line that only its text describes.
-    std::string category = {}, package = {};
-
-    bool operator==(const OverviewLine&) const = default;
-};
 struct Overview {
     std::string caption;
-    std::vector<OverviewLine> lines;
+    std::vector<ListLine> lines;
 
     bool IsTooLong() const { return lines.size() > MaxOverviewLines; }
 };
@@ -41,12 +35,12 @@ struct Overview {
 Overview BuildPackageList(const HangarListing& hangar);
 Overview BuildInstalledList(const HangarListing& hangar);
 // Looks into the pictures' directory of every package.
-Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const std::string& HangarDir);
+Overview BuildNoImagesList(const HangarListing& hangar, const FileSystem& files, const Locations& locations);
 Overview BuildCategoryPackageList(const HangarListing& hangar, std::string_view category);
 Overview BuildCategoryList(const HangarListing& hangar);
 
 // The one of that very caption; none when the caption is not an overview's.
 std::optional<Overview> BuildOverview(std::string_view caption, const HangarListing& hangar, const FileSystem& files,
-                                      const std::string& HangarDir);
+                                      const Locations& locations);
 
 } // namespace korvadex

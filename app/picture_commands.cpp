@@ -47,7 +47,7 @@ void Program::DeleteImage() {
         const int index = view.imageIndex;
         if (!korvadex::DeleteImage(context, path))
             return;
-        RefreshPackageDisplay();
+        Refresh({.package = true});
         RemoveEmptyImagesDirectory(files, package);
         if (ShownImage() != path) // its neighbour follows
             view.imageIndex = std::min(index, static_cast<int>(package.pictures.size()));
@@ -60,7 +60,7 @@ void Program::MakeFirstImage() {
         if (!IsStillThere(path))
             return;
         const auto marked = korvadex::MakeFirstImage(context, package, path);
-        RefreshPackageDisplay(); // the gallery has the old names
+        Refresh({.package = true}); // the gallery has the old names
         if (!marked)
             return;
         ShowImage(*marked);
@@ -83,7 +83,7 @@ bool Program::CanTakeImages() {
 
 // For a picture that has no name of its own.
 std::string Program::NameForImage() const {
-    auto name = view.HangarSideShown ? CurrentPackageName(*this) : CleanPackageName(view.packageName);
+    auto name = view.HangarSideShown ? package.ref.name : CleanPackageName(view.packageName);
     if (name.empty() && !package.isChoiceOpen && package.aircraftTitle != MultipleTitle)
         name = CleanPackageName(package.aircraftTitle);
     return name.empty() ? "screenshot" : name;
@@ -93,7 +93,7 @@ void Program::ImportImages(const OfferedPictures& offered) {
     const auto imported = ImportPictures(context, dialogs, package, offered, NameForImage());
     if (imported.empty())
         return;
-    RefreshPackageDisplay();
+    Refresh({.package = true});
     ShowImage(imported.front());
     ShowStatus(imported.size() == 1 ? LastPathComponent(imported.front()) + " was imported."
                                     : std::to_string(imported.size()) + " pictures were imported.");

@@ -46,10 +46,14 @@ void Program::Run(const std::function<void()>& command) {
     try {
         ShowStatus("");
         command();
+        // What is selected is what is shown, also where a package has gone and its neighbour has followed.
+        if (view.HangarSideShown && package.ref != selection.Package())
+            LoadSelectedPackage();
         if (isHangarStale) {
             TakeStock();
-            RefreshFileList();
-            RefreshGallery();
+            if (const auto problem = fileList.Refresh(selection.Hangar()); !problem.empty())
+                ShowStatus(problem);
+            gallery.Refresh();
         }
         UpdateCaption();
         UpdateStatusCounts();
@@ -65,6 +69,21 @@ void Program::Run(const std::function<void()>& command) {
     }
 }
 
+void Program::Refresh(const Changes& changes) {
+    if (changes.hangar || changes.simulator)
+        selection.ReadPackages();
+    if (changes.renamed && !changes.renamed->IsNone())
+        selection.Select(*changes.renamed);
+    if (!changes.staged.empty() && Trim(view.packageName).empty())
+        ProposeName(changes.staged);
+    // Pictures may have come or gone.
+    isHangarStale = isHangarStale || changes.hangar || changes.simulator || (changes.package && view.HangarSideShown);
+    if (changes.package)
+        LoadShownSide();
+    UpdateCaption();
+    ShowView();
+}
+
 bool Program::ArePlacesThere(std::initializer_list<Place> places) {
     const auto gone = DescribeGone(files, settings.locations, places);
     if (!gone.empty())
@@ -75,7 +94,7 @@ bool Program::ArePlacesThere(std::initializer_list<Place> places) {
 bool Program::IsShownThere(std::initializer_list<Place> alsoNeeded) {
     if (!view.HangarSideShown)
         return ArePlacesThere({Place::Staging});
-    const auto directory = SelectedPackagePath();
+    const auto directory = selection.Package().Directory(settings.locations);
     if (directory.empty())
         return true; // each command says so
     auto gone = DescribeGone(files, settings.locations, {Place::Hangar});
@@ -91,29 +110,33 @@ bool Program::IsShownThere(std::initializer_list<Place> alsoNeeded) {
     } else {
         return true;
     }
-    FillCategories();
-    RefreshPackageList();
+    RefreshSelection();
     LoadShownSide();
     user.Tell(gone, MessageIcon::Exclamation);
     return false;
 }
 
 void Program::ShowView() {
+    view.categories = selection.Categories();
+    view.categoryIndex = selection.CategoryIndex();
+    view.packages = selection.Packages();
+    view.packageIndex = selection.PackageIndex();
     form.ShowView(view, package);
 }
 
 // --- the main window's own controls
 
 void Program::ChooseCategory(int index) {
-    Run([&] { SelectCategory(index); });
+    Run([&] {
+        if (selection.SelectCategory(index) && view.HangarSideShown)
+            LoadSelectedPackage();
+    });
 }
 
 void Program::ChoosePackage(int index) {
     Run([&] {
-        if (!view.HangarSideShown || index < 0 || index >= static_cast<int>(view.packages.size()))
-            return;
-        view.packageIndex = index;
-        LoadSelectedPackage();
+        if (view.HangarSideShown && selection.SelectPackageAt(index))
+            LoadSelectedPackage();
     });
 }
 
@@ -134,22 +157,20 @@ void Program::GoToStaging() {
 
 void Program::Refresh() {
     Run([&] {
-        FillCategories();
-        RefreshPackageList();
+        RefreshSelection();
         LoadShownSide(ChoiceQuestion::Ask);
     });
 }
 
 void Program::SetFirstPackage() {
     Run([&] {
-        const auto name = view.HangarSideShown ? CurrentPackageName(*this) : "";
-        if (name.empty()) {
+        if (package.ref.IsNone()) {
             user.Tell("Please select a package in the Hangar first.");
             return;
         }
         if (!IsShownThere())
             return;
-        const auto line = SelectedCategory() + "\\" + name;
+        const auto line = package.ref.Text();
         if (!SettingsCanHold(line)) {
             user.Tell("The name of this package has a character that cannot be kept in kx.ini.  "
                       "Please rename the package first.",
@@ -206,9 +227,8 @@ bool Program::CheckOpenings() {
 
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
     Run([&] {
-        if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}) &&
-            DeleteComponentFiles(context, package, group, positions))
-            RefreshPackageDisplay();
+        if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}))
+            Refresh(DeleteComponentFiles(context, package, group, positions));
     });
 }
 
@@ -230,8 +250,7 @@ void Program::RunHangarSideCommand(int code) {
         return;
     if (code != RemovePackageFromSim)
         ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
-    state.CommandCode = code;
-    RunHangarCommand(context, state, memory, package);
+    Refresh(RunHangarCommand(context, code, package, held));
 }
 
 void Program::PressToolbarKey(const std::string& key) {
@@ -313,11 +332,11 @@ void Program::ChangeLocations() {
         }
         KeepSettings();
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
-            RefreshPackageList(); // other packages are installed there
+            Refresh({.simulator = true}); // other packages are installed there
         if (settings.locations.StagingDir != before.locations.StagingDir)
             ForgetStaging();
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)
-            LoadStaging(ChoiceQuestion::Ask); // what is shown is no longer Staging
+            LoadStagedFiles(ChoiceQuestion::Ask); // what is shown is no longer Staging
     });
 }
 
@@ -360,7 +379,7 @@ LocationsRequest Program::RequestLocations(LocationsCaller caller, bool showDial
                 }};
 }
 
-// --- what commands do with the main window
+// --- where commands show what they do
 
 void Program::ShowProgress(int minimum, int maximum) {
     form.ShowProgress(minimum, maximum);
@@ -379,12 +398,8 @@ void Program::ShowStatus(const std::string& text) {
     form.ShowStatus(text);
 }
 
-std::string Program::SelectedCategory() const {
-    return view.categoryIndex < 0 ? "" : view.categories[static_cast<std::size_t>(view.categoryIndex)];
-}
-
-std::string Program::SelectedPackageText() const {
-    return view.packageIndex < 0 ? "" : view.packages[static_cast<std::size_t>(view.packageIndex)];
+void Program::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {
+    fileList.Show({caption, lines});
 }
 
 } // namespace korvadex

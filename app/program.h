@@ -2,9 +2,11 @@
 // can give.
 #pragma once
 
+#include "app/gallery_window.h"
+#include "app/list_window.h"
 #include "app/locations_entry.h"
 #include "app/main_view.h"
-#include "app/overviews.h"
+#include "app/selection.h"
 #include "app/settings.h"
 #include "archive/mod_unzip.h"
 #include "package/command_context.h"
@@ -35,14 +37,9 @@ enum StagingCommand : int {
     RemoveSoundFromStaging = 7
 };
 
-// One of those that a command for many goes through.
-struct PackageInBatch {
-    std::string category, name;
-};
-
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
-class Program : private MainWindow {
+class Program : private CommandDisplay {
   public:
     // appDir ends in a backslash; executable is started again after a change of the Hangar location.
     Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs, MainForm& form,
@@ -128,24 +125,20 @@ class Program : private MainWindow {
     const Settings& GetSettings() const { return settings; }
 
   private:
-    // What CommandContext lets commands do with the main window.
+    // Where commands show what they do.
     void ShowProgress(int minimum, int maximum) override;
     void SetProgress(int value) override;
     void HideProgress() override;
     void ShowStatus(const std::string& text) override;
-    std::string SelectedCategory() const override;
-    std::string SelectedPackageText() const override;
-    void RefreshPackageList() override;
-    void SelectPackageNamed(const std::string& name) override;
-    void NoteStaged(const std::string& packageName) override;
-    void RefreshPackageDisplay() override;
-    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+    void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override;
 
     // The file at a position of a component list; none when there is no such position.
     std::optional<std::string> ComponentPath(int group, int position) const;
 
     // program.cpp: one command from the window's event to the window's new state.
     void Run(const std::function<void()>& command);
+    // Brings choosers, lists and the loaded package to what a command has left, and shows it.
+    void Refresh(const Changes& changes);
     void ShowView();
     void RunHangarSideCommand(int code);
     // False, after a message, when one of the places is gone.
@@ -153,22 +146,15 @@ class Program : private MainWindow {
     // The same of what is shown, Staging or a package of the Hangar; then the lists are filled anew.
     bool IsShownThere(std::initializer_list<Place> alsoNeeded = {});
 
-    // file_list.cpp
+    // list_commands.cpp
     void ListFromMenu(std::string_view caption);
     void ListOverview(std::string_view caption);
-    // Builds the overview that the open list window shows from what the Hangar holds now.
-    void RefreshFileList();
-    void TellTooLong(const Overview& overview);
-    void ShowLines(Overview list);
 
     void ShowReadMe();
     LocationsRequest RequestLocations(LocationsCaller caller, bool showDialog);
 
     // gallery_commands.cpp
     void OpenGallery(bool isForAll);
-    void FillGallery(GalleryView& filled) const;
-    // Shows in the open gallery what the Hangar holds now.
-    void RefreshGallery();
 
     // startup.cpp
     void StartUp();
@@ -188,25 +174,19 @@ class Program : private MainWindow {
     // For a command of the Hangar: the user sees what it is about before it asks.
     void EnsureHangarSide();
     void LoadShownSide(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
-    // Gives the two files of one name that keep the package from being loaded; outside of a batch they end the
-    // program.
-    std::vector<std::string> LoadSelectedPackage();
-    void LoadStaging(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
+    // Two files of one name in the package end the program.
+    void LoadSelectedPackage();
+    void LoadStagedFiles(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
+    void ShowLoaded();
     void ClearPackageDisplay();
     void ReloadWhenChanged();
-    void FillCategories();
-    // Lists the shown category anew; the selection is kept by name.
-    void RefreshSelection();
-    void FillPackages();
-    void TakePackages(HangarCategory listing);
     // Lists the whole Hangar.
     void TakeStock();
-    void UpdateStatusCounts();
-    void SelectCategory(int index);
-    bool SelectPackage(std::string_view line);
-    bool SelectPackageIn(int category, std::string_view name);
-    std::string SelectedPackagePath() const;
+    // Lists the Hangar's categories, and the packages of the selected one, anew.
+    void RefreshSelection();
+    bool GoToPackage(const PackageRef& wanted);
     void UpdateCaption();
+    void UpdateStatusCounts();
     void ForgetStaging();
     void ProposeName(std::string_view name);
 
@@ -237,10 +217,7 @@ class Program : private MainWindow {
     void EditPackageInformation();
 
     // batch_commands.cpp
-    std::vector<PackageInBatch> PackagesInBatch(bool isCategoryOnly);
-    void ForEachPackage(const std::vector<PackageInBatch>& packages,
-                        const std::function<void(const PackageInBatch&)>& command);
-    std::string LoadForBatch(const PackageInBatch& selected, std::initializer_list<Place> places);
+    std::vector<PackageRef> PackagesInBatch(bool isCategoryOnly);
     void CompressEach(const std::string& question, bool compress);
     void UninstallEach(const std::string& question, bool isCategoryOnly);
 
@@ -255,18 +232,16 @@ class Program : private MainWindow {
     MainView view;
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
-    CommandState state;
-    HangarMemory memory;
+    Selection selection{files, settings.locations};
+    HeldAliases held;
     std::string lastPictureDirectory; // where picture files were last chosen from; "" at first
     std::string importedAircraft;     // set until Staging is shown with it: the gauges are still to come
     std::string stagedAircraft; // the one imported last in this run; a choice of configuration deletes its name file
-    bool isBatch = false;       // packages are gone through: each is loaded only for its own command
     modUnzip unzip;             // one for the run: it remembers the last right password
-    HangarListing hangar;       // the shown categories, as last listed
-    // The Hangar or the simulator may have changed since: listed anew when the command is done.
+    // The Hangar or the simulator may have changed since it was listed: that is done anew after the command.
     bool isHangarStale = false;
-    Overview fileList;   // what frmFileList was given last
-    GalleryView gallery; // the same of frmPhotos
+    ListWindow fileList{form, files, settings.locations};
+    GalleryWindow gallery{form, files, settings.locations, settings.limits};
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

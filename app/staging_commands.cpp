@@ -22,7 +22,6 @@ void Program::RunStagingCommand(int code, const std::string& archive) {
     if (!IsShownThere() || (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
         (code == ImportIntoStaging && !ArePlacesThere({Place::Simulator})))
         return;
-    state.CommandCode = code;
     UpdateCaption(); // a name for what is no longer there goes
     view.packageName = CleanPackageName(view.packageName);
     ShowView(); // the user sees the name that will be used
@@ -70,7 +69,7 @@ bool Program::CanCopyToHangar(const std::string& name) {
         return refuse("Please enter a package name.");
     if (!CanBePackageName(name))
         return refuse("\"" + name + "\" cannot be the name of a package.  Please use another name.");
-    const auto category = SelectedCategory();
+    const auto& category = selection.Category();
     if (category.empty())
         return refuse("Please select a package category.");
     if (!files.IsDirectory(settings.locations.HangarDir + category))
@@ -117,13 +116,14 @@ void Program::CopyToHangar() {
     const auto name = view.packageName;
     if (!CanCopyToHangar(name))
         return;
-    auto destination = settings.locations.HangarDir + SelectedCategory() + "\\" + name;
-    if (!CopyPackageTo(context, package, destination))
+    const PackageRef made{selection.Category(), name};
+    const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
+    if (!copy)
         return;
-    SelectPackageNamed(name); // what the user will want to see in the Hangar
+    Refresh({.hangar = true, .renamed = made}); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
-    EraseStaging(destination);
+    EraseStaging(*copy);
 }
 
 bool Program::MayAddToStaging() {
@@ -139,14 +139,14 @@ void Program::ImportIntoStagingSide() {
         return;
     stagedAircraft = importedAircraft;
     view.packageName.clear(); // it gives its own
-    LoadStaging(ChoiceQuestion::Ask);
+    LoadStagedFiles(ChoiceQuestion::Ask);
 }
 
 void Program::AddArchive(const std::string& archive) {
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
     if (!MayAddToStaging() || !ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         return;
-    LoadStaging(ChoiceQuestion::Ask);
+    LoadStagedFiles(ChoiceQuestion::Ask);
     if (wasEmpty && Trim(view.packageName).empty())
         ProposeName(NameForArchive());
 }
@@ -166,7 +166,7 @@ std::string Program::NameForArchive() const {
 bool Program::IsConfigurationChosen() {
     if (!package.isChoiceOpen)
         return true;
-    LoadStaging(ChoiceQuestion::Ask);
+    LoadStagedFiles(ChoiceQuestion::Ask);
     ShowView();
     if (package.isChoiceOpen)
         user.Tell("This aircraft has several configurations.  One of them has to be chosen first.  Nothing was copied.",
@@ -181,7 +181,7 @@ void Program::EraseStaging(const std::string& copiedTo) {
         if (copiedTo.empty())
             return false;
         if (HasChangedOnDisk(files, package)) {
-            LoadStaging();
+            LoadStagedFiles();
             user.Tell("The Staging directory has changed since the package was copied.  It was not cleared.",
                       MessageIcon::Exclamation);
             return true;
@@ -194,7 +194,7 @@ void Program::EraseStaging(const std::string& copiedTo) {
         return !missing.empty();
     };
     if (const auto entries = files.List(settings.locations.StagingDir); entries && entries->empty()) {
-        LoadStaging(); // another program may have emptied it
+        LoadStagedFiles(); // another program may have emptied it
         user.Tell("Staging is empty already.");
         return;
     }
@@ -202,12 +202,12 @@ void Program::EraseStaging(const std::string& copiedTo) {
         hasChanged())
         return;
     TellDeleted(context, DeleteTree(context, settings.locations.StagingDir));
-    LoadStaging();
+    LoadStagedFiles();
 }
 
 void Program::EraseFromStaging(StagingPart part) {
     if (ErasePartOfStaging(context, part))
-        LoadStaging();
+        LoadStagedFiles();
 }
 
 } // namespace korvadex

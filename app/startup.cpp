@@ -62,7 +62,7 @@ void Program::StartUp() {
     CleanScratch(files, settings.locations);
     CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();
-    FillCategories();
+    RefreshSelection();
     ShowFirstPackage();
     hasStarted = true;
 }
@@ -89,7 +89,7 @@ void Program::CreateDefaultCategories() {
 void Program::ShowFirstPackage() {
     auto& first = settings.FirstPackage();
     try {
-        if (!first.empty() && SelectPackage(first))
+        if (!first.empty() && GoToPackage(PackageRefOf(first)))
             return;
         if (!first.empty() && IsGone(first))
             first.clear();

@@ -63,9 +63,9 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
     std::vector<std::string> paths;
     for (const FileEntry& file : packable)
         paths.push_back(file.path);
-    context.window.ShowProgress(0, static_cast<int>(paths.size()));
+    context.display.ShowProgress(0, static_cast<int>(paths.size()));
     int done = 0;
-    const auto step = [&] { context.window.SetProgress(++done); };
+    const auto step = [&] { context.display.SetProgress(++done); };
     const std::vector<FileFailure> failures =
         compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
     const auto isStillPacked = [&](const FileFailure& failure) {
@@ -74,7 +74,7 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
     UpdateMarker(context, packagePath, meg,
                  compress ? failures.size() < paths.size() || paths.empty()
                           : std::ranges::any_of(failures, isStillPacked));
-    context.window.HideProgress();
+    context.display.HideProgress();
     std::vector<std::string> texts;
     for (const FileFailure& failure : failures)
         texts.push_back(failure.text);

@@ -29,7 +29,7 @@ std::string FirstLetters(const std::string& text, std::size_t count) {
 // The bar of the main window while an archive is unpacked.
 class ProgressBar {
   public:
-    explicit ProgressBar(MainWindow& mainWindow) : window(mainWindow) {}
+    explicit ProgressBar(CommandDisplay& mainWindow) : window(mainWindow) {}
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
     ~ProgressBar() {
@@ -48,7 +48,7 @@ class ProgressBar {
     }
 
   private:
-    MainWindow& window;
+    CommandDisplay& window;
     int shown = -1;
 };
 
@@ -98,7 +98,7 @@ int modUnzip::UnzipArchive(CommandContext& context) {
     uZipMessage = LibraryInformation();
     uRefused.clear();
     uRoomNeeded = uRoomFree = 0;
-    ProgressBar progress(context.window);
+    ProgressBar progress(context.display);
     int listed = 0;
 
     UnzipCallbacks callbacks;

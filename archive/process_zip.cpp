@@ -75,7 +75,7 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
             return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
         });
         if (next == found.entries.end()) {
-            context.window.ShowStatus(DescribeCut(found.cut, context.limits));
+            context.display.ShowStatus(DescribeCut(found.cut, context.limits));
             return;
         }
         const std::string path = next->path;

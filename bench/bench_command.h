@@ -39,21 +39,13 @@ class AgreeableUser : public UserDialogs {
     std::size_t unusedGauges = 0;
 };
 
-class UnseenWindow : public MainWindow {
+class UnseenDisplay : public CommandDisplay {
   public:
-    std::string category = "Bench", package;
-
     void ShowProgress(int, int) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
     void ShowStatus(const std::string&) override {}
-    std::string SelectedCategory() const override { return category; }
-    std::string SelectedPackageText() const override { return package; }
-    void RefreshPackageList() override {}
-    void SelectPackageNamed(const std::string&) override {}
-    void NoteStaged(const std::string&) override {}
-    void RefreshPackageDisplay() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    void ShowFileList(const std::string&, const std::vector<ListLine>&) override {}
 };
 
 class NoLauncher : public Launcher {
@@ -110,9 +102,9 @@ struct Command {
     Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
     WalkLimits limits;
     AgreeableUser user;
-    UnseenWindow window;
+    UnseenDisplay display;
     NoLauncher launcher;
-    CommandContext context{*files, launcher, locations, limits, user, window};
+    CommandContext context{*files, launcher, locations, limits, user, display};
 };
 
 } // namespace korvadex::bench

@@ -11,6 +11,7 @@
 #include "package/file_primitives.h"
 #include "package/load_package.h"
 #include "sim/install.h"
+#include "sim/remove.h"
 
 #include <benchmark/benchmark.h>
 
@@ -52,9 +53,8 @@ class Drive : public TemporaryDrive {
 };
 
 LoadedPackage Load(Command& command, const std::string& name) {
-    command.window.package = name;
     LoadedPackage package;
-    LoadPackage(command.context, command.locations.HangarDir + "Bench\\" + name + "\\", false, package);
+    LoadPackage(command.context, {"Bench", name}, package);
     return package;
 }
 
@@ -149,8 +149,7 @@ Work RemoveRoad(const Drive& drive) {
             },
             {{"korvadex", Ours(drive,
                                [](Command& command) {
-                                   CommandState state;
-                                   RemoveFromSim(command.context, state, Load(command, BitmapPackage));
+                                   RemoveFromSim(command.context, Load(command, BitmapPackage));
                                    return true;
                                })},
              {"rm -r", Tool({"rm", "-r", installed.string()})}},

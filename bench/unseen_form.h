@@ -12,7 +12,7 @@ class UnseenForm : public MainForm {
     void ShowProgress(int, int) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
-    void ShowFileList(const std::string&, const std::vector<std::string>&) override {}
+    void ShowFileList(const std::string&, const std::vector<ListLine>&) override {}
     bool IsFileListVisible() const override { return false; }
     void ShowGallery(const GalleryView&) override {}
     void UpdateGallery(const GalleryView&) override {}

@@ -162,10 +162,6 @@ class InfoEditor {
     InfoOfferSearch search;
 };
 
-bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
-}
-
 } // namespace
 
 void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
@@ -184,12 +180,12 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
         return tell("The file " + path +
                     " is no plain text, so it cannot be changed here.  "
                     "Please open it in an editor and save it as plain text (ANSI).");
-    if (!package.isStaging && IsInstalled(context))
+    if (IsInstalled(context.files, context.locations, package.ref))
         context.user.Tell(
             "This package is currently installed in Flight Simulator.  "
             "Any changes to this information will not have an effect until the package is reinstalled with Korvadex.",
             MessageIcon::Information);
-    const std::string name = package.isStaging ? "Staging" : CurrentPackageName(context.window);
+    const std::string name = package.isStaging ? "Staging" : package.ref.name;
     InfoEditor editor(context, name + "  -  " + package.aircraftTitle, path, ReadAircraftInfo(*text));
     context.user.ShowInfo(editor.Form());
 }

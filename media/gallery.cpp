@@ -21,7 +21,7 @@ class GalleryWalk {
     void AddCategory(const std::string& directory, const std::string& category) {
         for (const auto& package : Level(directory))
             for (auto& path : PackagePictures(files, directory + package + "\\", limits))
-                gallery.pictures.push_back({std::move(path), category, package});
+                gallery.pictures.push_back({std::move(path), {category, package}});
     }
 
     Gallery gallery;

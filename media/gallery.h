@@ -1,7 +1,7 @@
 // The picture gallery: the pictures of a category or of the whole Hangar, fifteen to a page, one of them marked.
 #pragma once
 
-#include "package/locations.h"
+#include "package/package_ref.h"
 #include "package/walk.h"
 #include "platform/file_system.h"
 
@@ -11,7 +11,8 @@
 namespace korvadex {
 
 struct GalleryPicture {
-    std::string path, category, package;
+    std::string path;
+    PackageRef package;
     bool operator==(const GalleryPicture&) const = default;
 };
 struct Gallery {

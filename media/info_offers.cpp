@@ -67,7 +67,7 @@ InfoOfferSearch::InfoOfferSearch(const FileSystem& fileSystem, const Locations& 
         values[common.key].emplace(FoldCase(common.text), common.text);
     for (const auto& name : SubdirectoryNames(files, locations.HangarDir))
         categories.push_back(locations.HangarDir + name + "\\");
-    categories.push_back(locations.MsfsDir + "aircraft\\");
+    categories.push_back(locations.Aircraft());
 }
 
 bool InfoOfferSearch::Continue(std::chrono::milliseconds time) {

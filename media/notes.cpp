@@ -8,16 +8,8 @@ namespace korvadex {
 
 namespace {
 
-// Staging, or the directory of the package that the main window shows.
-std::string ShownDirectory(const CommandContext& context, const LoadedPackage& package) {
-    if (package.isStaging)
-        return context.locations.StagingDir;
-    return context.locations.HangarDir + AddBackslash(context.window.SelectedCategory()) +
-           AddBackslash(CurrentPackageName(context.window));
-}
-
 bool IsPackageSelected(CommandContext& context, const LoadedPackage& package) {
-    if (package.isStaging || !CurrentPackageName(context.window).empty())
+    if (package.isStaging || !package.ref.IsNone())
         return true;
     context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
     return false;
@@ -51,56 +43,57 @@ Status MakeNotes(FileSystem& files, const std::string& directory, const std::str
 
 } // namespace
 
-void CreateNotes(CommandContext& context, const LoadedPackage& package) {
+Changes CreateNotes(CommandContext& context, const LoadedPackage& package) {
     if (!IsPackageSelected(context, package))
-        return;
+        return {};
     if (!package.FindComponentFile(NotesName).empty()) {
         context.user.Tell("Notes already exist for this package.", MessageIcon::Exclamation);
-        return;
+        return {};
     }
-    const std::string directory = ShownDirectory(context, package) + "Documentation";
+    const std::string directory = package.path + "Documentation";
     const std::string path = directory + "\\" + std::string(NotesName);
     if (const Status status = MakeNotes(context.files, directory, path); !status) {
         context.user.Tell(
             "The notes file " + path + " could not be created (" + DescribeFault(status.fault) +
                 ").  Please make sure that the directory can be written and that the disk has room, and try again.",
             MessageIcon::Exclamation);
-        return;
+        return {};
     }
     OpenInEditor(context, path);
-    context.window.RefreshPackageDisplay();
+    return {.package = true};
 }
 
-void ReadNotes(CommandContext& context, const LoadedPackage& package) {
+Changes ReadNotes(CommandContext& context, const LoadedPackage& package) {
     if (const std::string path = ListedNotes(context, package); !path.empty())
         OpenInEditor(context, path);
+    return {};
 }
 
-void DeleteNotes(CommandContext& context, const LoadedPackage& package) {
+Changes DeleteNotes(CommandContext& context, const LoadedPackage& package) {
     const std::string path = ListedNotes(context, package);
     if (path.empty())
-        return;
+        return {};
     if (!DeleteFileForced(context.files, path))
         context.user.Tell("The notes file " + path +
                               " could not be deleted.  Please close the program that uses it and try again.",
                           MessageIcon::Exclamation);
     // The directory may have been made for the notes alone: left empty, it would be a file that Staging contains.
     const std::string directory = WithoutBackslash(ParentDirectory(path));
-    if (EqualNoCase(directory, ShownDirectory(context, package) + "Documentation"))
+    if (EqualNoCase(directory, package.path + "Documentation"))
         RemoveEmptyDirectory(context.files, directory);
-    context.window.RefreshPackageDisplay();
+    return {.package = true};
 }
 
 void ExplorePackage(CommandContext& context, const LoadedPackage& package) {
-    const std::string name = CurrentPackageName(context.window);
-    if (!package.isStaging && !name.empty() &&
-        !FindSimAircraftDirectory(context.files, context.locations, name).empty())
+    if (IsInstalled(context.files, context.locations, package.ref))
         context.user.Tell(
             "WARNING:  This package is currently installed in MSFS.  "
             "Any manual changes to this package may prevent unused gauges from being removed when you choose to "
             "remove the package from MSFS.",
             MessageIcon::Exclamation);
-    OpenInFileManager(context, ShownDirectory(context, package));
+    const bool isNone = !package.isStaging && package.ref.IsNone();
+    OpenInFileManager(context,
+                      isNone ? context.locations.HangarDir + AddBackslash(package.ref.category) : package.path);
 }
 
 } // namespace korvadex

@@ -12,13 +12,13 @@ inline constexpr std::string_view NotesName = "kx_note.txt";
 
 // Makes an empty notes file in the package's directory "Documentation", which is made where it is missing, and
 // opens it. A file that stands there, listed or not, keeps what it holds.
-void CreateNotes(CommandContext& context, const LoadedPackage& package);
+Changes CreateNotes(CommandContext& context, const LoadedPackage& package);
 
 // These work on the notes file that the package lists, wherever it lies.
-void ReadNotes(CommandContext& context, const LoadedPackage& package);
-void DeleteNotes(CommandContext& context, const LoadedPackage& package);
+Changes ReadNotes(CommandContext& context, const LoadedPackage& package);
+Changes DeleteNotes(CommandContext& context, const LoadedPackage& package);
 
-// Opens the directory of the package, or Staging, in the file manager.
+// Opens the directory of the package, of the category where none is loaded, or Staging, in the file manager.
 void ExplorePackage(CommandContext& context, const LoadedPackage& package);
 
 } // namespace korvadex

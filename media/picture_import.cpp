@@ -162,14 +162,14 @@ std::vector<std::string> ImportPictures(CommandContext& context, PictureConverte
     PictureImport import(context, package);
     const int count = static_cast<int>(offered.files.size());
     if (count > 1)
-        context.window.ShowProgress(0, count);
+        context.display.ShowProgress(0, count);
     for (int i = 0; i < count; ++i) {
         import.AddFile(converter, offered.files[static_cast<std::size_t>(i)]);
         if (count > 1)
-            context.window.SetProgress(i + 1);
+            context.display.SetProgress(i + 1);
     }
     if (count > 1)
-        context.window.HideProgress();
+        context.display.HideProgress();
     const std::string subject = "The picture on the clipboard";
     if (!offered.problem.empty())
         import.Refuse(subject, offered.problem);

@@ -22,23 +22,21 @@ void OpenComponentFile(CommandContext& context, const std::string& path) {
         OpenWithItsProgram(context, path);
 }
 
-bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package, int group,
-                          const std::vector<int>& positions) {
-    const std::string installed =
-        FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window));
-    if (!package.isStaging && !installed.empty()) {
+Changes DeleteComponentFiles(CommandContext& context, const LoadedPackage& package, int group,
+                             const std::vector<int>& positions) {
+    if (IsInstalled(context.files, context.locations, package.ref)) {
         context.user.Tell("This package is currently installed in Flight Simulator.  "
                           "File deletion while the package is installed in MSFS is not allowed.",
                           MessageIcon::Information);
-        return false;
+        return {};
     }
     if (positions.empty()) {
         context.user.Tell("Select a file to delete first.", MessageIcon::Exclamation);
-        return false;
+        return {};
     }
     if (!context.user.AskYesNo("Are you sure you want to delete the " + std::to_string(positions.size()) +
                                " files selected?"))
-        return false;
+        return {};
     const auto& listed = package.ComponentFiles[static_cast<std::size_t>(group)];
     std::vector<std::string> remaining;
     for (const int position : positions) {
@@ -50,7 +48,7 @@ bool DeleteComponentFiles(CommandContext& context, const LoadedPackage& package,
         context.user.Tell("The following files were not deleted ...\r\n\r\n" + ListNames(remaining) +
                               "\r\n\r\nPlease look at them and delete them again.",
                           MessageIcon::Exclamation);
-    return true;
+    return {.package = true};
 }
 
 } // namespace korvadex

@@ -180,7 +180,7 @@ void SettleRun(CommandContext& context, bool isStaging, std::vector<FileEntry>& 
                std::size_t end, Settling& settling) {
     std::optional<ProgressBar> progress;
     if (end - begin >= LongRun)
-        progress.emplace(context.window, static_cast<int>(2 * (end - begin)));
+        progress.emplace(context.display, static_cast<int>(2 * (end - begin)));
     const auto step = [&] {
         if (progress)
             progress->Step();

@@ -39,7 +39,7 @@ bool MayBeDeleted(const Locations& locations, const std::string& path) {
     if (!IsFullTreePath(path) || locations.RootOf(path).empty())
         return false;
     if (EqualNoCase(path, locations.HangarDir) || EqualNoCase(path, locations.MsfsDir) ||
-        EqualNoCase(path, locations.MsfsDir + "aircraft\\") || EqualNoCase(path, locations.MsfsDir + "gauges\\"))
+        EqualNoCase(path, locations.Aircraft()) || EqualNoCase(path, locations.Gauges()))
         return false;
     const std::string* all[] = {&locations.StagingDir, &locations.HangarDir, &locations.MsfsDir};
     return std::none_of(std::begin(all), std::end(all), [&](const std::string* location) {
@@ -172,11 +172,11 @@ std::string FindSimAircraftDirectory(const FileSystem& files, std::string_view d
 }
 
 std::string FindSimAircraftDirectory(const FileSystem& files, const Locations& locations, std::string_view name) {
-    return FindSimAircraftDirectory(files, locations.MsfsDir + "aircraft\\", name);
+    return FindSimAircraftDirectory(files, locations.Aircraft(), name);
 }
 
 SimAircraft::SimAircraft(const FileSystem& fileSystem, const Locations& locations)
-    : files(fileSystem), directory(locations.MsfsDir + "aircraft\\") {
+    : files(fileSystem), directory(locations.Aircraft()) {
     const auto entries = files.List(directory);
     isListed = bool(entries);
     if (!entries)
@@ -193,20 +193,6 @@ std::string SimAircraft::FindDirectory(std::string_view name) const {
     if (!isListed)
         return FindSimAircraftDirectory(files, directory, name);
     return NameInSim(name, [&](std::string_view candidate) { return names.contains(FoldCase(candidate)); });
-}
-
-std::string WithInstalledMarks(std::string_view name) {
-    return "< " + std::string(name) + " >";
-}
-
-std::string WithoutInstalledMarks(std::string_view text) {
-    if (text.size() >= 4 && text.starts_with("< ") && text.ends_with(" >"))
-        text = text.substr(2, text.size() - 4);
-    return std::string(text);
-}
-
-std::string CurrentPackageName(const MainWindow& window) {
-    return WithoutInstalledMarks(window.SelectedPackageText());
 }
 
 } // namespace korvadex

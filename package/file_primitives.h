@@ -65,10 +65,4 @@ class SimAircraft {
     std::set<std::string> names; // in lower case
 };
 
-// "< Lear >" -> "Lear", "Lear" -> "Lear"
-std::string WithoutInstalledMarks(std::string_view text);
-std::string WithInstalledMarks(std::string_view name);
-// The package that the main window shows, without marks; "" when none is selected.
-std::string CurrentPackageName(const MainWindow& window);
-
 } // namespace korvadex

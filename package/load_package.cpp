@@ -221,11 +221,17 @@ LoadOutcome Loader::Run() {
 
 } // namespace
 
-LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging, LoadedPackage& package,
-                        ChoiceQuestion question) {
+LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package) {
     package = LoadedPackage{};
-    package.path = AddBackslash(path);
-    package.isStaging = isStaging;
+    package.path = ref.Directory(context.locations);
+    package.ref = ref;
+    return Loader(context, package, ChoiceQuestion::LeaveOpen).Run();
+}
+
+LoadOutcome LoadStaging(CommandContext& context, LoadedPackage& package, ChoiceQuestion question) {
+    package = LoadedPackage{};
+    package.path = context.locations.StagingDir;
+    package.isStaging = true;
     return Loader(context, package, question).Run();
 }
 

@@ -16,11 +16,11 @@ struct LoadOutcome {
 // Whether a load of Staging asks which of several configurations to keep.
 enum class ChoiceQuestion { Ask, LeaveOpen };
 
-// Loads the directory `path` (ends in a backslash) into package, from nothing. In Staging it reduces the aircraft
-// to one configuration, then settles duplicate names, and warns of executables; as long as none of several
-// configurations is kept, everything is listed as it is.
-LoadOutcome LoadPackage(CommandContext& context, const std::string& path, bool isStaging, LoadedPackage& package,
-                        ChoiceQuestion question = ChoiceQuestion::Ask);
+// Loads a package of the Hangar, from nothing.
+LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package);
+// The same of Staging. It reduces the aircraft to one configuration, then settles duplicate names, and warns of
+// executables; as long as none of several configurations is kept, everything is listed as it is.
+LoadOutcome LoadStaging(CommandContext& context, LoadedPackage& package, ChoiceQuestion question = ChoiceQuestion::Ask);
 
 // True when the tree on disk is no longer the one that was loaded (names, sizes or times).
 bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "package/config_text.h"
+#include "package/package_ref.h"
 #include "package/walk.h"
 
 #include <array>
@@ -31,6 +32,7 @@ inline constexpr std::string_view UnknownCompression = "9999";
 struct LoadedPackage {
     std::string path; // with a trailing backslash; "" when nothing is loaded
     bool isStaging = false;
+    PackageRef ref; // none in Staging
     // By group; the entry at position p is shown at position p of lstComponents(group).
     std::array<std::vector<FileEntry>, GroupCount> ComponentFiles;
     Tree tree; // as on disk after loading: every file

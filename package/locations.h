@@ -12,6 +12,10 @@ struct Locations {
     std::string HangarDir;
     std::string MsfsDir;
 
+    // Of the simulator; each ends in a backslash.
+    std::string Aircraft() const { return MsfsDir + "aircraft\\"; }
+    std::string Gauges() const { return MsfsDir + "gauges\\"; }
+
     // The longest of the three that the path lies in; "" when it lies in none.
     std::string RootOf(std::string_view path) const;
 };

@@ -60,7 +60,7 @@ bool CheckPackageName(CommandContext& context, const std::string& name, const st
         context.user.Tell(text, MessageIcon::Exclamation);
         return false;
     }
-    if (FindName(context.files, context.locations.MsfsDir + "aircraft\\", name, ownDirectory).empty())
+    if (FindName(context.files, context.locations.Aircraft(), name, ownDirectory).empty())
         return true;
     return context.user.AskOkCancel(
         "Package name already exists in MSFS.  "

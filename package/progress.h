@@ -8,21 +8,21 @@ namespace korvadex {
 // Shown from 0 to maximum while the object lives, hidden when it goes, however the work ends.
 class ProgressBar {
   public:
-    ProgressBar(MainWindow& shownIn, int maximum) : window(shownIn) { window.ShowProgress(0, maximum); }
-    ~ProgressBar() { window.HideProgress(); }
+    ProgressBar(CommandDisplay& shownIn, int maximum) : display(shownIn) { display.ShowProgress(0, maximum); }
+    ~ProgressBar() { display.HideProgress(); }
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
     void Set(int newValue) {
         value = newValue;
-        window.SetProgress(value);
+        display.SetProgress(value);
     }
     void Step() { Set(value + 1); }
     // Sets the value again: keeps the window painted in the middle of a long step.
-    void Touch() { window.SetProgress(value); }
+    void Touch() { display.SetProgress(value); }
 
   private:
-    MainWindow& window;
+    CommandDisplay& display;
     int value = 0;
 };
 

@@ -14,17 +14,16 @@ namespace {
 class Renaming {
   public:
     Renaming(CommandContext& command, const LoadedPackage& package)
-        : context(command), packageName(CurrentPackageName(command.window)), title(package.aircraftTitle),
-          hasTitle(HasTitle(package.aircraftCfg)),
-          categoryPath(command.locations.HangarDir + command.window.SelectedCategory() + "\\"),
+        : context(command), ref(package.ref), title(package.aircraftTitle), hasTitle(HasTitle(package.aircraftCfg)),
           cfgPath(package.aircraftCfg.path) {}
 
     RenameForm Form() {
-        return {.entry = {packageName, title}, .hasTitle = hasTitle, .accept = [this](const RenameEntry& entered) {
+        return {.entry = {ref.name, title}, .hasTitle = hasTitle, .accept = [this](const RenameEntry& entered) {
                     return Accept(entered);
                 }};
     }
-    const std::string& Name() const { return packageName; }
+    // The package by the name that it has by now.
+    const PackageRef& Ref() const { return ref; }
 
   private:
     bool Accept(const RenameEntry& entered) {
@@ -38,8 +37,12 @@ class Renaming {
             return Refuse("Invalid aircraft name.");
         const std::string newName = CleanPackageName(entered.packageName);
         const bool isNewTitle = hasTitle && Trim(entered.aircraftTitle) != Trim(title);
-        return (!isNewTitle || CanHoldTitle(entered.aircraftTitle)) && (newName == packageName || IsFree(newName)) &&
+        return (!isNewTitle || CanHoldTitle(entered.aircraftTitle)) && (newName == ref.name || IsFree(newName)) &&
                Change(newName, isNewTitle, entered.aircraftTitle);
+    }
+
+    std::string Path(const std::string& name) const {
+        return context.locations.HangarDir + PackageRef{ref.category, name}.Text();
     }
 
     bool Refuse(const std::string& text) {
@@ -68,16 +71,16 @@ class Renaming {
     bool IsFree(const std::string& newName) {
         if (!CanBePackageName(newName))
             return RefuseName(newName);
-        return CheckPackageName(context, newName, categoryPath + packageName);
+        return CheckPackageName(context, newName, Path(ref.name));
     }
 
     // --- the name goes first: a directory that another program uses is the likelier to resist, and is named back
 
     // False when the dialog is to stay open.
     bool Change(const std::string& newName, bool isNewTitle, const std::string& newTitle) {
-        const std::string from = categoryPath + packageName, to = categoryPath + newName;
+        const std::string from = Path(ref.name), to = Path(newName);
         const std::string relative = cfgPath.substr(std::min(from.size(), cfgPath.size()));
-        if (newName != packageName) {
+        if (newName != ref.name) {
             const Status status = context.files.Rename(from, to);
             if (status.fault == FileFault::BadName)
                 return RefuseName(newName);
@@ -88,11 +91,10 @@ class Renaming {
         }
         const bool isDone =
             !isNewTitle || RewriteTitle(context, ReadAircraftCfg(context.files, to + relative), newTitle);
-        const bool isBack = !isDone && newName != packageName && context.files.Rename(to, from);
-        if (newName != packageName && !isBack) {
-            packageName = newName;
+        const bool isBack = !isDone && newName != ref.name && context.files.Rename(to, from);
+        if (newName != ref.name && !isBack) {
+            ref.name = newName;
             cfgPath = to + relative;
-            context.window.SelectPackageNamed(newName);
         }
         if (isDone)
             title = isNewTitle ? newTitle : title;
@@ -102,18 +104,23 @@ class Renaming {
     }
 
     CommandContext& context;
-    std::string packageName, title;
+    PackageRef ref;
+    std::string title;
     const bool hasTitle;
-    const std::string categoryPath;
     std::string cfgPath;
 };
 
 } // namespace
 
-std::string RenamePackage(CommandContext& context, const LoadedPackage& package) {
+Changes RenamePackage(CommandContext& context, const LoadedPackage& package) {
     Renaming renaming(context, package);
     context.user.ShowRename(renaming.Form());
-    return renaming.Name();
+    Changes changes{.package = true};
+    if (renaming.Ref() != package.ref) {
+        changes.hangar = true;
+        changes.renamed = renaming.Ref();
+    }
+    return changes;
 }
 
 } // namespace korvadex

@@ -6,8 +6,8 @@
 
 namespace korvadex {
 
-// Shows frmRename for the package that the main window shows, and carries out what was entered: both the name and the
-// title, or neither. Nothing takes the place of an existing directory. Gives the name that the package has afterwards.
-std::string RenamePackage(CommandContext& context, const LoadedPackage& package);
+// Shows frmRename for the package, and carries out what was entered: both the name and the title, or neither. Nothing
+// takes the place of an existing directory.
+Changes RenamePackage(CommandContext& context, const LoadedPackage& package);
 
 } // namespace korvadex

@@ -21,11 +21,12 @@ std::string OwnerOf(const std::string& path, const std::string& root) {
     return path.substr(std::min(root.size(), path.size()));
 }
 
-std::string UserLine(const CommandContext& context, const std::string& path, const std::string& root) {
-    const std::string owner = OwnerOf(path, root);
-    if (FindSimAircraftDirectory(context.files, context.locations, owner).empty())
-        return owner;
-    return WithInstalledMarks(UnderscoresToSpaces(owner));
+ListLine UserLine(const CommandContext& context, const std::string& path, const std::string& root) {
+    PackageRef owner{.category = "", .name = OwnerOf(path, root)};
+    const bool isInstalled = IsInstalled(context.files, context.locations, owner);
+    if (isInstalled)
+        owner.name = UnderscoresToSpaces(owner.name);
+    return {owner, isInstalled};
 }
 
 // True when the line has the text of AliasText in it. Few lines have as much as its ending.
@@ -62,11 +63,11 @@ AliasUsers FindAliasUsers(CommandContext& context, const std::string& root, std:
 
 void ShowAliasUsers(CommandContext& context, const std::string& root, const std::string& kind,
                     const std::vector<std::string>& paths) {
-    std::vector<std::string> lines;
+    std::vector<ListLine> lines;
     for (const std::string& path : paths)
         lines.push_back(UserLine(context, path, root));
     if (!lines.empty())
-        context.window.ShowFileList(kind + " used in ...", lines);
+        context.display.ShowFileList(kind + " used in ...", lines);
 }
 
 std::string DescribeUnseenUsers(const std::string& kind, const std::vector<Unseen>& unseen) {

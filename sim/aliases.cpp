@@ -85,8 +85,7 @@ class Configuration {
             if (const std::string path = package.FindComponentFile(name); !path.empty())
                 return ParentDirectory(path);
         }
-        return context.locations.HangarDir + context.window.SelectedCategory() + "\\" +
-               CurrentPackageName(context.window) + "\\" + kind + "\\";
+        return package.ref.Directory(context.locations) + kind + "\\";
     }
 
     bool Exists(const std::string& path) const { return bool(context.files.Info(path)); }
@@ -108,25 +107,22 @@ class Configuration {
     const std::string kind, directory, current, backup;
 };
 
-bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
-}
-
-void TellOutcome(CommandContext& context, const std::string& kind, const Status& status) {
+Changes TellOutcome(CommandContext& context, const std::string& kind, const Status& status) {
     if (status)
         context.user.Tell("Done.");
     else
         context.user.Tell("The " + kind + ".cfg file of this package could not be replaced.\r\n\r\n" + status.path +
                               "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  Nothing was lost.",
                           MessageIcon::Exclamation);
+    return {.package = true};
 }
 
 } // namespace
 
-void HeldAliases::FollowPackage(const std::string& name, const std::string& newName) {
-    for (const std::string kind : {"panel", "sound"}) {
-        if (EqualNoCase(Of(kind), name + "\\" + kind))
-            Of(kind) = newName.empty() ? "" : newName + "\\" + kind;
+void HeldAliases::FollowPackage(const PackageRef& package, const PackageRef& renamed) {
+    for (PackageRef* held : {&HeldPanelAlias, &HeldSoundAlias}) {
+        if (*held == package)
+            *held = renamed;
     }
 }
 
@@ -149,7 +145,7 @@ void CreateAlias(CommandContext& context, const std::string& kind, const LoadedP
             MessageIcon::Information);
         return;
     }
-    held.Of(kind) = CurrentPackageName(context.window) + "\\" + kind;
+    held.Of(kind) = package.ref;
     context.user.Tell("Done.\r\n\r\nNow you can easily create a new " + kind +
                       ".cfg file containing the created alias for any package (aircraft) "
                       "by selecting the package and picking the 'Paste " +
@@ -158,32 +154,37 @@ void CreateAlias(CommandContext& context, const std::string& kind, const LoadedP
                       ".cfg and can be easily restored by picking the 'Restore old " + kind + "' option.");
 }
 
-void PasteAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
-                const std::string& heldAlias) {
-    const auto refuse = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
-    if (heldAlias.empty())
+Changes PasteAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
+                   const PackageRef& lender) {
+    const auto refuse = [&](const std::string& text) {
+        context.user.Tell(text, MessageIcon::Exclamation);
+        return Changes{};
+    };
+    if (lender.IsNone())
         return refuse("You'll have to use the 'Create " + kind + " alias' option on a package with the required " +
                       kind + " configuration first.");
-    if (EqualNoCase(SpacesToUnderscores(heldAlias),
-                    SpacesToUnderscores(CurrentPackageName(context.window)) + "\\" + kind))
+    if (EqualNoCase(SpacesToUnderscores(lender.name), SpacesToUnderscores(package.ref.name)))
         return refuse("You cannot paste a " + kind + " alias to the package where you got the alias.");
-    if (IsInstalled(context))
+    if (IsInstalled(context.files, context.locations, package.ref))
         return refuse(
             "This package is installed in Flight Simulator.  Please remove it from MSFS before replacing the " + kind +
             ".cfg file.");
-    TellOutcome(context, kind, Configuration(context, kind, package).WriteAlias(heldAlias));
+    return TellOutcome(context, kind, Configuration(context, kind, package).WriteAlias(lender.name + "\\" + kind));
 }
 
-void RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package) {
-    const auto refuse = [&](const std::string& text) { context.user.Tell(text, MessageIcon::Exclamation); };
+Changes RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package) {
+    const auto refuse = [&](const std::string& text) {
+        context.user.Tell(text, MessageIcon::Exclamation);
+        return Changes{};
+    };
     Configuration configuration(context, kind, package);
     if (!configuration.HasBackup())
         return refuse("This package does not contain an old" + kind + ".cfg file to restore.");
-    if (IsInstalled(context))
+    if (IsInstalled(context.files, context.locations, package.ref))
         return refuse(
             "This package is installed in Flight Simulator.  Please remove it from MSFS before restoring the " + kind +
             ".cfg file.");
-    TellOutcome(context, kind, configuration.RestoreBackup());
+    return TellOutcome(context, kind, configuration.RestoreBackup());
 }
 
 } // namespace korvadex

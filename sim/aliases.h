@@ -11,22 +11,21 @@
 
 namespace korvadex {
 
-// What the last create command of each kind holds for a later paste: "Lear\panel". Empty at start, never saved.
+// The package that the last create command of each kind has taken, for a later paste. None at start, never saved.
 struct HeldAliases {
-    std::string HeldPanelAlias, HeldSoundAlias;
+    PackageRef HeldPanelAlias, HeldSoundAlias;
 
-    const std::string& Of(std::string_view kind) const { return kind == "panel" ? HeldPanelAlias : HeldSoundAlias; }
-    std::string& Of(std::string_view kind) { return kind == "panel" ? HeldPanelAlias : HeldSoundAlias; }
-    // The package has another name now; "" when it is gone.
-    void FollowPackage(const std::string& name, const std::string& newName);
+    const PackageRef& Of(std::string_view kind) const { return kind == "panel" ? HeldPanelAlias : HeldSoundAlias; }
+    PackageRef& Of(std::string_view kind) { return kind == "panel" ? HeldPanelAlias : HeldSoundAlias; }
+    // The package has another name now, or none when it is gone.
+    void FollowPackage(const PackageRef& package, const PackageRef& renamed);
 };
 
-// All work on the package that the main window shows.
 void CreateAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package, HeldAliases& held);
 // Nothing that the package has is lost: its configuration becomes old<kind>.cfg, or, where another one bears
 // that name already and this is no alias file, old<kind>(1).cfg.
-void PasteAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
-                const std::string& heldAlias);
-void RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package);
+Changes PasteAlias(CommandContext& context, const std::string& kind, const LoadedPackage& package,
+                   const PackageRef& lender);
+Changes RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package);
 
 } // namespace korvadex

@@ -156,7 +156,7 @@ std::vector<Unseen> VisitConfigFiles(CommandContext& context, const Tree& tree, 
     const int total = static_cast<int>(found.entries.size());
     std::optional<ProgressBar> bar;
     if (!search.progress)
-        bar.emplace(context.window, total);
+        bar.emplace(context.display, total);
     int done = 0;
     ConfigReader reader;
     for (const FileEntry& entry : found.entries) {

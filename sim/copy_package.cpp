@@ -93,7 +93,7 @@ class PackageCopy {
     bool Refuse(const std::string& reason) { return korvadex::Refuse(context, reason); }
 
     bool CopyAll() {
-        ProgressBar progress(context.window, GroupCount - 1);
+        ProgressBar progress(context.display, GroupCount - 1);
         if (const Status status = MakeDirectories(); !status)
             return Fail(status);
         const auto scratch = MakeScratchName(context.files, context.locations, destination);
@@ -175,7 +175,7 @@ class PackageCopy {
     }
 
     Status Record(const Tree& tree) {
-        InstallRecord record{RecordedName(context.locations, package), {}};
+        InstallRecord record{package.ref.Text(), {}};
         for (const FileEntry& file : tree.files) {
             auto placed = RecordFile(context.files, AircraftKind, file.path.substr(tree.root.size()), file.path);
             if (!placed)
@@ -239,7 +239,7 @@ class PackageCopy {
             return true;
         if (!PlaceBeside(status, "sound\\", plan.sounds))
             return false;
-        if (!InstallGauges(context, package, root, added))
+        if (!InstallGauges(context, package.ComponentFiles[Gauges], root, added))
             return false;
         if (kind == CopyRoot::Staging)
             return true;
@@ -275,13 +275,23 @@ class PackageCopy {
     CopyPlan plan;
 };
 
-// The location that the path lies in; the longest one where they lie in one another.
-std::optional<CopyRoot> KindOfRoot(const Locations& locations, const std::string& root) {
-    if (root.empty())
-        return std::nullopt;
-    if (root == locations.HangarDir)
-        return CopyRoot::Hangar;
-    return root == locations.StagingDir ? CopyRoot::Staging : CopyRoot::Msfs;
+// Where a location keeps its aircraft, or its packages.
+std::string DirectoryIn(const Locations& locations, CopyRoot root, std::string_view name) {
+    switch (root) {
+    case CopyRoot::Hangar:
+        return locations.HangarDir + std::string(name) + "\\";
+    case CopyRoot::Staging:
+        return locations.StagingDir + "aircraft\\" + std::string(name) + "\\";
+    case CopyRoot::Msfs:
+        break;
+    }
+    return locations.Aircraft() + SpacesToUnderscores(name) + "\\";
+}
+
+const std::string& RootDirectory(const Locations& locations, CopyRoot root) {
+    return root == CopyRoot::Hangar    ? locations.HangarDir
+           : root == CopyRoot::Staging ? locations.StagingDir
+                                       : locations.MsfsDir;
 }
 
 } // namespace
@@ -300,19 +310,11 @@ bool CheckCopySource(CommandContext& context, const LoadedPackage& package) {
     return true;
 }
 
-bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination,
-                   const Adaption& adapt) {
-    const std::string root = context.locations.RootOf(destination);
-    const auto kind = KindOfRoot(context.locations, root);
-    if (!kind) {
-        context.user.Tell(destination +
-                              " lies in none of the Staging, Hangar and MSFS directories.\r\n\r\nNothing was copied.",
-                          MessageIcon::Exclamation);
-        return false;
-    }
-    const std::string below = destination.substr(root.size());
-    destination = AddBackslash(root + (*kind == CopyRoot::Msfs ? SpacesToUnderscores(below) : below));
-    return PackageCopy(context, package, root, *kind, destination, adapt).Run();
+std::optional<std::string> CopyPackageTo(CommandContext& context, const LoadedPackage& package, CopyRoot root,
+                                         std::string_view name, const Adaption& adapt) {
+    const std::string destination = DirectoryIn(context.locations, root, name);
+    PackageCopy copy(context, package, RootDirectory(context.locations, root), root, destination, adapt);
+    return copy.Run() ? std::optional(destination) : std::nullopt;
 }
 
 std::string GetInstalledFile(const FileSystem& files, const Locations& locations, const std::string& package,
@@ -320,7 +322,7 @@ std::string GetInstalledFile(const FileSystem& files, const Locations& locations
     const std::string name = FindSimAircraftDirectory(files, locations, package);
     if (name.empty())
         return "";
-    const std::string path = locations.MsfsDir + "aircraft\\" + name + relative;
+    const std::string path = locations.Aircraft() + name + relative;
     const auto info = files.Info(path);
     return info && info->kind != EntryKind::Directory ? path : "";
 }

@@ -3,9 +3,12 @@
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
+#include "sim/copy_plan.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace korvadex {
 
@@ -13,13 +16,13 @@ namespace korvadex {
 // message, when the package can be copied nowhere.
 bool CheckCopySource(CommandContext& context, const LoadedPackage& package);
 
-// Copies to the directory `destination` (below one of the three locations), which comes back as it was used:
-// under MSFS with
-// "_" for blanks, with a trailing backslash. The new directory appears whole or not at all. False, after a
-// message, when it was refused or failed. Before it appears it is handed to adapt, under the name of its own that it
-// has until then.
-bool CopyPackageTo(CommandContext& context, const LoadedPackage& package, std::string& destination,
-                   const std::function<void(const std::string& directory)>& adapt = {});
+// Copies to a directory of this name in one of the three locations: "Jets\Lear" in the Hangar; "My Lear" among the
+// aircraft of Staging, and among those of the simulator, where it gets "_" for blanks. Gives the new directory (ends in
+// a backslash), which appears whole or not at all; none, after a message, when it was refused or failed. Before it
+// appears it is handed to adapt, under the name of its own that it has until then.
+std::optional<std::string> CopyPackageTo(CommandContext& context, const LoadedPackage& package, CopyRoot root,
+                                         std::string_view name,
+                                         const std::function<void(const std::string& directory)>& adapt = {});
 
 // The full path of a file such as "\panel\panel.cfg" inside the installed directory of a package; "" when the
 // package is not installed or has no such file.

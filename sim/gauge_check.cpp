@@ -33,11 +33,11 @@ std::optional<std::string> GaugeOnLine(std::string_view line) {
 class GaugeStock {
   public:
     explicit GaugeStock(CommandContext& context) {
-        const Tree tree = WalkTree(context.files, context.locations.MsfsDir + "gauges\\");
+        const Tree tree = WalkTree(context.files, context.locations.Gauges());
         for (const std::string_view extension : {"gau", "cab"}) {
             const FileList found = CollectFiles(tree, extension, FileMode::Extension, context.limits);
             if (found.cut != ListCut::None)
-                context.window.ShowStatus(DescribeCut(found.cut, context.limits));
+                context.display.ShowStatus(DescribeCut(found.cut, context.limits));
             for (const FileEntry& entry : found.entries) {
                 if (entry.info.size > 0) // a power cut leaves some without a byte, which show nothing
                     pathsByName[entry.key].push_back(entry.path);
@@ -77,16 +77,15 @@ std::string JoinText(std::initializer_list<std::string_view> lines) {
 
 } // namespace
 
-std::string CrossCheckPanel(CommandContext& context, const std::string& path, std::vector<std::string>& usedGauges) {
-    usedGauges.clear();
+PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path) {
+    PanelCheck check;
     const auto lines = ReadConfigLines(context.files, path);
     if (!lines) {
         context.user.Tell(path + " could not be read (" + DescribeFault(lines.fault()) +
                               "), so that its gauges were not checked.",
                           MessageIcon::Exclamation);
-        return std::string(PanelNoGauges);
+        return check;
     }
-    std::string report;
     std::set<std::string> seen;
     std::optional<GaugeStock> stock; // read at the first gauge line: an alias file needs none
     for (const std::string& line : *lines) {
@@ -95,17 +94,18 @@ std::string CrossCheckPanel(CommandContext& context, const std::string& path, st
             continue;
         if (!stock)
             stock.emplace(context);
+        check.PanelNoGauges = false;
         if (gauge->empty() || !seen.insert(*gauge).second)
             continue;
         const std::vector<std::string> found = stock->Find(*gauge);
         for (const std::string& used : found) {
-            if (std::ranges::find(usedGauges, used) == usedGauges.end())
-                usedGauges.push_back(used);
+            if (std::ranges::find(check.used, used) == check.used.end())
+                check.used.push_back(used);
         }
         if (found.empty())
-            report += JoinText({*gauge + ".gau"});
+            check.missing.push_back(*gauge + ".gau");
     }
-    return stock ? report : std::string(PanelNoGauges);
+    return check;
 }
 
 namespace {
@@ -122,29 +122,40 @@ std::string MissingLender(const CommandContext& context, const std::string& pane
            "will not be visible in MSFS.";
 }
 
-std::string InstallStatusText(std::string_view package, std::string_view report) {
-    const std::string heading = JoinText({std::string(package) + " ...", ""});
-    if (report.empty())
-        return heading + JoinText({"Crosscheck complete.  PASSED.", ""}) + "Installation complete.";
-    if (report == PanelNoGauges)
-        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) + "Installation complete.";
+// The beginning of a report, and what it says where no gauge is missing.
+std::string StatusHeading(std::string_view name, const PanelCheck& check) {
+    const std::string heading = JoinText({std::string(name) + " ...", ""});
+    if (check.PanelNoGauges)
+        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""});
+    return check.missing.empty() ? heading + JoinText({"Crosscheck complete.  PASSED.", ""}) : heading;
+}
+
+std::string MissingGauges(const PanelCheck& check) {
+    std::string lines;
+    for (const std::string& gauge : check.missing)
+        lines += JoinText({gauge});
+    return lines;
+}
+
+std::string InstallStatusText(std::string_view package, const PanelCheck& check) {
+    const std::string heading = StatusHeading(package, check);
+    if (check.missing.empty())
+        return heading + "Installation complete.";
     return heading +
            JoinText({"Possible problem ...", "", "This package uses the following gauge files",
                      "which aren't currently installed in MSFS.", "Please install the package(s) which contains",
                      "these gauge files or they will not be", "visible when panel is loaded in MSFS ...", ""}) +
-           std::string(report) + JoinText({""}) + "Installation complete with warning.";
+           MissingGauges(check) + JoinText({""}) + "Installation complete with warning.";
 }
 
-std::string ImportStatusText(std::string_view aircraft, std::string_view report) {
-    const std::string heading = JoinText({std::string(aircraft) + " ...", ""});
-    if (report.empty())
-        return heading + JoinText({"Crosscheck complete.  PASSED.", ""}) + "Import will now continue ...";
-    if (report == PanelNoGauges)
-        return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""}) + "Import will now continue ...";
+std::string ImportStatusText(std::string_view aircraft, const PanelCheck& check) {
+    const std::string heading = StatusHeading(aircraft, check);
+    if (check.missing.empty())
+        return heading + "Import will now continue ...";
     return heading +
            JoinText({"Possible problem ...", "", "This package uses the following gauge files",
                      "which aren't currently installed in MSFS", "and therefore will not be imported ...", ""}) +
-           std::string(report) +
+           MissingGauges(check) +
            JoinText({"", "Import will now continue despite warning", "but it is recommended that you redo import",
                      "once all needed gauges are installed in"}) +
            "MSFS.";
@@ -153,9 +164,8 @@ std::string ImportStatusText(std::string_view aircraft, std::string_view report)
 } // namespace
 
 void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel) {
-    std::vector<std::string> usedGauges;
-    const std::string report = CrossCheckPanel(context, panel, usedGauges);
-    context.user.ShowInstallStatus(InstallStatusText(package, report) + MissingLender(context, panel));
+    const PanelCheck check = CrossCheckPanel(context, panel);
+    context.user.ShowInstallStatus(InstallStatusText(package, check) + MissingLender(context, panel));
 }
 
 void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
@@ -164,8 +174,9 @@ void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
     std::vector<std::string> usedGauges;
     if (!panels.entries.empty()) {
         const std::string& panel = panels.entries.front().path;
-        const std::string report = CrossCheckPanel(context, panel, usedGauges);
-        context.user.ShowImportStatus(ImportStatusText(aircraft, report) + MissingLender(context, panel));
+        const PanelCheck check = CrossCheckPanel(context, panel);
+        context.user.ShowImportStatus(ImportStatusText(aircraft, check) + MissingLender(context, panel));
+        usedGauges = check.used;
     }
 
     SharedFiles imported(context);

@@ -19,16 +19,11 @@ namespace korvadex {
 
 namespace {
 
-bool HasGauge(const LoadedPackage& package, const std::string& name) {
-    return std::ranges::any_of(package.ComponentFiles[Gauges],
-                               [&](const FileEntry& gauge) { return EqualNoCase(gauge.Name(), name); });
-}
-
 // The gauges that the aircraft in a directory has brought, as they stand in the simulator now.
 class BroughtGauges {
   public:
-    BroughtGauges(CommandContext& command, const LoadedPackage& loaded, const std::string& installed)
-        : context(command), package(loaded), directory(installed) {}
+    BroughtGauges(CommandContext& command, const std::vector<FileEntry>& gaugesOfPackage, const std::string& installed)
+        : context(command), own(gaugesOfPackage), directory(installed) {}
 
     std::vector<RecordedFile> Find() const {
         std::vector<RecordedFile> gauges;
@@ -46,12 +41,13 @@ class BroughtGauges {
         return gauges;
     }
 
-    std::string PathOf(const RecordedFile& gauge) const { return context.locations.MsfsDir + "gauges\\" + gauge.name; }
+    std::string PathOf(const RecordedFile& gauge) const { return context.locations.Gauges() + gauge.name; }
 
     // The only copy of a gauge that somebody has taken out of the package stays.
     bool IsInHangar(const RecordedFile& gauge) const {
         if (gauge.origin.empty())
-            return HasGauge(package, gauge.name);
+            return std::ranges::any_of(own,
+                                       [&](const FileEntry& file) { return EqualNoCase(file.Name(), gauge.name); });
         return IsOfPackage(gauge.name, PathOf(gauge)) || IsOfOrigin(gauge);
     }
 
@@ -60,7 +56,7 @@ class BroughtGauges {
     std::vector<RecordedFile> ByPackage() const {
         const std::vector<std::string> found = ReadFoundGauges(context.files, directory);
         std::vector<RecordedFile> gauges;
-        for (const FileEntry& gauge : package.ComponentFiles[Gauges]) {
+        for (const FileEntry& gauge : own) {
             const std::string name = gauge.Name();
             if (std::ranges::none_of(found, [&](const std::string& other) { return EqualNoCase(other, name); }))
                 gauges.push_back({.kind = std::string(GaugeKind), .name = name, .isPlaced = true});
@@ -76,7 +72,7 @@ class BroughtGauges {
 
     // A gauge of the same name with other bytes came from elsewhere.
     bool IsOfPackage(const std::string& name, const std::string& path) const {
-        return std::ranges::any_of(package.ComponentFiles[Gauges], [&](const FileEntry& gauge) {
+        return std::ranges::any_of(own, [&](const FileEntry& gauge) {
             return EqualNoCase(gauge.Name(), name) && HoldsUnpackedBytes(context, gauge.path, path);
         });
     }
@@ -91,7 +87,7 @@ class BroughtGauges {
     }
 
     CommandContext& context;
-    const LoadedPackage& package;
+    const std::vector<FileEntry>& own; // of the package
     const std::string directory;
 };
 
@@ -110,7 +106,7 @@ class HandOver {
 
     // To an aircraft with one of the panels, if there is one that has a record.
     void ToUser(const RecordedFile& gauge, const std::vector<std::string>& panels) {
-        const std::size_t root = (context.locations.MsfsDir + "aircraft\\").size();
+        const std::size_t root = context.locations.Aircraft().size();
         static_cast<void>(std::ranges::any_of(panels, [&](const std::string& panel) {
             return Note(gauge, panel.substr(0, panel.find('\\', root)) + "\\", true);
         }));
@@ -168,7 +164,7 @@ class GaugeUsers {
             names.push_back(GaugeName(gauge.name));
         NameMatcher matcher(names);
         // What could not be looked at may use any of them.
-        isComplete = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
+        isComplete = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.Aircraft()),
                                       {.fileName = "panel.cfg", .leaveOut = directory},
                                       [&](const FileEntry& file, const LowerLines& lines) {
                                           for (const std::string_view line : lines) {
@@ -204,7 +200,7 @@ class GaugeUsers {
 } // namespace
 
 GaugeOwners::GaugeOwners(CommandContext& context) {
-    const std::string root = context.locations.MsfsDir + "aircraft\\";
+    const std::string root = context.locations.Aircraft();
     const auto entries = context.files.List(root);
     if (!entries)
         return;
@@ -227,17 +223,18 @@ const std::vector<std::string>& GaugeOwners::Of(std::string_view gauge) const {
     return found == owners.end() ? none : found->second;
 }
 
-Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
-                                               const std::string& directory, const SimUsage* usage) {
+Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const PackageRef& package,
+                                               const std::vector<FileEntry>& ownGauges, const std::string& directory,
+                                               const SimUsage* usage) {
     std::vector<std::string> remaining;
-    const BroughtGauges brought(context, package, directory);
+    const BroughtGauges brought(context, ownGauges, directory);
     std::vector<RecordedFile> gauges = brought.Find();
     if (gauges.empty())
         return remaining;
     std::optional<GaugeOwners> owners;
     if (!usage)
         owners.emplace(context);
-    HandOver handOver(context, usage ? usage->Owners() : *owners, RecordedName(context.locations, package));
+    HandOver handOver(context, usage ? usage->Owners() : *owners, package.Text());
     std::erase_if(gauges, [&](const RecordedFile& gauge) { return handOver.ToOwner(gauge, directory); });
     if (!gauges.empty()) {
         const GaugeUsers users(context, gauges, directory, usage);
@@ -248,7 +245,7 @@ Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const Lo
     if (Status status = handOver.Write(); !status)
         return status;
     std::erase_if(gauges, [&](const RecordedFile& gauge) { return !brought.IsInHangar(gauge); });
-    ProgressBar progress(context.window, static_cast<int>(gauges.size()));
+    ProgressBar progress(context.display, static_cast<int>(gauges.size()));
     for (const RecordedFile& gauge : gauges) {
         progress.Step();
         remaining.push_back(DeleteGauge(context, brought.PathOf(gauge)));

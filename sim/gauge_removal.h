@@ -3,7 +3,7 @@
 #pragma once
 
 #include "package/command_context.h"
-#include "package/loaded_package.h"
+#include "package/walk.h"
 
 #include <string>
 #include <string_view>
@@ -26,11 +26,12 @@ class GaugeOwners {
 };
 
 // Takes out the gauges that came with the aircraft installed in the directory (ends in a backslash), before it goes
-// itself: its own panel does not count any more. One that another aircraft's record has, or that another panel names,
-// stays and is handed on to the record of that aircraft; without a record it stays for good. The usage, where it is
-// given, knows the panels and the records. Gives the gauges that could not be deleted, each with the reason; a failure
-// when one could not be handed on, and then none was deleted.
-Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const LoadedPackage& package,
-                                               const std::string& directory, const SimUsage* usage);
+// itself: its own panel does not count any more. ownGauges are those of its package. One that another aircraft's record
+// has, or that another panel names, stays and is handed on to the record of that aircraft; without a record it stays
+// for good. The usage, where it is given, knows the panels and the records. Gives the gauges that could not be deleted,
+// each with the reason; a failure when one could not be handed on, and then none was deleted.
+Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const PackageRef& package,
+                                               const std::vector<FileEntry>& ownGauges, const std::string& directory,
+                                               const SimUsage* usage);
 
 } // namespace korvadex

@@ -72,14 +72,14 @@ bool CheckGaugesDirectory(CommandContext& context, const std::string& root) {
     return false;
 }
 
-bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root,
+bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges, const std::string& root,
                    SharedFiles& placed) {
     if (!CheckGaugesDirectory(context, root))
         return false;
     std::vector<std::string> sources;
-    for (const FileEntry& gauge : package.ComponentFiles[Gauges])
+    for (const FileEntry& gauge : gauges)
         sources.push_back(gauge.path);
-    ProgressBar progress(context.window, static_cast<int>(sources.size()));
+    ProgressBar progress(context.display, static_cast<int>(sources.size()));
     const Status status = placed.Place(root + "gauges\\", sources, ".gau", [&] { progress.Step(); });
     if (!status)
         TellCopyFailed(context, status);

@@ -32,7 +32,8 @@ bool CheckGaugesDirectory(CommandContext& context, const std::string& root);
 
 // Puts the package's gauges into root & "gauges\"; existing ones stay as they are. False, after a message, when that
 // directory is missing or a copy failed; what was added then is still listed in `placed`.
-bool InstallGauges(CommandContext& context, const LoadedPackage& package, const std::string& root, SharedFiles& placed);
+bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges, const std::string& root,
+                   SharedFiles& placed);
 
 // Tells of gauges that could not be deleted, if there are any, and what can be done about it.
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);
@@ -40,12 +41,15 @@ void TellRemainingGauges(CommandContext& context, const std::vector<std::string>
 // "" when the gauge was deleted, else its path and the reason.
 std::string DeleteGauge(CommandContext& context, const std::string& path);
 
-// The answer of CrossCheckPanel for a panel.cfg without any gauge line.
-inline constexpr std::string_view PanelNoGauges = "PanelNoGauges";
+// What a panel.cfg names against what the simulator has.
+struct PanelCheck {
+    bool PanelNoGauges = true;        // without any gauge line, as a panel that only leads to another one
+    std::vector<std::string> missing; // file names of gauges: "clock.gau"
+    std::vector<std::string> used;    // the paths of the files found, each once
+};
 
-// Looks up each gauge that a panel.cfg names in MsfsDir & "gauges\". Gives a line for each missing one (""
-// when all are there) or PanelNoGauges; usedGauges becomes the paths of the files found, each once.
-std::string CrossCheckPanel(CommandContext& context, const std::string& path, std::vector<std::string>& usedGauges);
+// Looks up each gauge that a panel.cfg names among the simulator's. One that cannot be read is told of, and has none.
+PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path);
 
 // frmInstallStatus for the panel.cfg of an aircraft in the simulator: what CrossCheckPanel found, and whether the
 // aircraft is missing whose panel it uses.

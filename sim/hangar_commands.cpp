@@ -1,33 +1,21 @@
 #include "sim/hangar_commands.h"
 
 #include "archive/compression.h"
-#include "package/file_primitives.h"
 #include "package/name_list.h"
 #include "sim/hangar_package.h"
 #include "sim/install.h"
+#include "sim/remove.h"
 
 namespace korvadex {
 
-namespace {
-
-std::string ShownDirectory(const CommandContext& context) {
-    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" + CurrentPackageName(context.window) +
-           "\\";
+std::optional<std::vector<std::string>> CompressInHangar(CommandContext& context, const LoadedPackage& package,
+                                                         bool compress) {
+    if (compress && package.isCompressed && !HasFilesToPack(context, package.path))
+        return std::nullopt;
+    const std::string others = compress ? DescribePlaceOfOthers(context, package.path) : "";
+    return others.empty() ? CompressPackage(context, package.path, compress)
+                          : std::vector{package.path + " cannot be compressed: " + others};
 }
-
-void CompressShown(CommandContext& context, CommandState& state, bool compress) {
-    const std::string directory = ShownDirectory(context);
-    const std::string others = compress ? DescribePlaceOfOthers(context, directory) : "";
-    const auto failures = others.empty() ? CompressPackage(context, directory, compress)
-                                         : std::vector{directory + " cannot be compressed: " + others};
-    if (state.BatchMode)
-        state.notCompressed.insert(state.notCompressed.end(), failures.begin(), failures.end());
-    else
-        TellCompressed(context, failures);
-    context.window.RefreshPackageDisplay();
-}
-
-} // namespace
 
 void TellCompressed(CommandContext& context, const std::vector<std::string>& failures) {
     if (failures.empty())
@@ -39,65 +27,68 @@ void TellCompressed(CommandContext& context, const std::vector<std::string>& fai
             MessageIcon::Exclamation);
 }
 
-void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory, LoadedPackage& package) {
-    if (context.window.SelectedPackageText().empty()) {
-        context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
-        return;
-    }
-    const auto runAgainAs = [&](HangarCommand command) {
-        return [&, command] {
-            state.CommandCode = command;
-            RunHangarCommand(context, state, memory, package);
-        };
-    };
-    const std::string name = CurrentPackageName(context.window);
-    const auto removeFromHangar = [&](const std::function<bool()>& lastLook) {
-        if (RemoveFromHangar(context, runAgainAs(RemovePackageFromSim), lastLook))
-            memory.held.FollowPackage(name, "");
-    };
-    const auto paste = [&](const std::string& kind) {
-        PasteAlias(context, kind, package, memory.held.Of(kind));
-        context.window.RefreshPackageDisplay();
-    };
-    const auto restore = [&](const std::string& kind) {
-        RestoreOldConfig(context, kind, package);
-        context.window.RefreshPackageDisplay();
-    };
+namespace {
 
-    // The branches are tested one after another, not as a switch: one may change the command code and run the
-    // processor again, so that a later branch sees the changed code. The order is 0, 1, 2, 13, 3, 4, 6, 8, 5,
-    // 7, 9, 14, 15, 11, 12.
-    if (state.CommandCode == InstallPackage)
-        InstallIntoSim(context, package);
-    if (state.CommandCode == RemovePackageFromSim)
-        RemoveFromSim(context, state, package, memory.usage);
-    if (state.CommandCode == RemovePackageFromHangar)
-        removeFromHangar({});
-    if (state.CommandCode == CopyPackageToStaging)
-        CopyToStaging(context, package, removeFromHangar);
-    if (state.CommandCode == RenameHangarPackage)
-        memory.held.FollowPackage(name, RenameInHangar(context, package));
-    if (state.CommandCode == CreatePanelAlias)
-        CreateAlias(context, "panel", package, memory.held);
-    if (state.CommandCode == PastePanelAlias)
-        paste("panel");
-    if (state.CommandCode == RestoreOldPanel)
-        restore("panel");
-    if (state.CommandCode == CreateSoundAlias)
-        CreateAlias(context, "sound", package, memory.held);
-    if (state.CommandCode == PasteSoundAlias)
-        paste("sound");
-    if (state.CommandCode == RestoreOldSound)
-        restore("sound");
-    if (state.CommandCode == CompressShownPackage &&
-        (!package.isCompressed || HasFilesToPack(context, ShownDirectory(context))))
-        CompressShown(context, state, true);
-    if (state.CommandCode == DecompressShownPackage)
-        CompressShown(context, state, false);
-    if (state.CommandCode == CheckPackageReferences)
-        CheckReferences(context);
-    if (state.CommandCode == CheckPackageGauges)
-        CheckInstalledGauges(context);
+Changes Compress(CommandContext& context, const LoadedPackage& package, bool compress) {
+    const auto failures = CompressInHangar(context, package, compress);
+    if (!failures)
+        return {};
+    TellCompressed(context, *failures);
+    return {.package = true};
+}
+
+Changes Carry(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held) {
+    switch (CommandCode) {
+    case InstallPackage:
+        return InstallIntoSim(context, package);
+    case RemovePackageFromSim:
+        return RemoveFromSim(context, package).changes;
+    case RemovePackageFromHangar:
+        return RemoveFromHangar(context, package);
+    case RenameHangarPackage:
+        return RenameInHangar(context, package);
+    case CreatePanelAlias:
+        CreateAlias(context, "panel", package, held);
+        break;
+    case CreateSoundAlias:
+        CreateAlias(context, "sound", package, held);
+        break;
+    case PastePanelAlias:
+        return PasteAlias(context, "panel", package, held.HeldPanelAlias);
+    case PasteSoundAlias:
+        return PasteAlias(context, "sound", package, held.HeldSoundAlias);
+    case RestoreOldPanel:
+        return RestoreOldConfig(context, "panel", package);
+    case RestoreOldSound:
+        return RestoreOldConfig(context, "sound", package);
+    case CheckPackageReferences:
+        CheckReferences(context, package.ref);
+        break;
+    case CheckPackageGauges:
+        CheckInstalledGauges(context, package.ref);
+        break;
+    case CopyPackageToStaging:
+        return CopyToStaging(context, package);
+    case CompressShownPackage:
+    case DecompressShownPackage:
+        return Compress(context, package, CommandCode == CompressShownPackage);
+    default:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+Changes RunHangarCommand(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held) {
+    if (package.ref.IsNone()) {
+        context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
+        return {};
+    }
+    const Changes changes = Carry(context, CommandCode, package, held);
+    if (changes.renamed)
+        held.FollowPackage(package.ref, *changes.renamed);
+    return changes;
 }
 
 } // namespace korvadex

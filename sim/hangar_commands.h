@@ -1,11 +1,11 @@
-// The commands on the package of the Hangar that the main window shows.
+// The commands on a package of the Hangar, by their codes.
 #pragma once
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
 #include "sim/aliases.h"
-#include "sim/sim_usage.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,16 +29,15 @@ enum HangarCommand : int {
     DecompressShownPackage = 15
 };
 
-// What the commands of the Hangar side know of each other.
-struct HangarMemory {
-    HeldAliases held;
-    SimUsage* usage = nullptr; // during a batch of removals
-};
+// Carries out a command on the loaded package of the Hangar; a code without a command does nothing. The held aliases
+// follow a package that is renamed or goes.
+Changes RunHangarCommand(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held);
 
-// Carries out state.CommandCode on the shown package; a code without a command does nothing.
-void RunHangarCommand(CommandContext& context, CommandState& state, HangarMemory& memory, LoadedPackage& package);
-
-// "Done.", or what was not compressed or decompressed: the texts that CompressPackage gives.
+// Packs or unpacks the package's bitmaps and gauges. Gives what could not be, with the reason; nothing where there is
+// nothing to pack.
+std::optional<std::vector<std::string>> CompressInHangar(CommandContext& context, const LoadedPackage& package,
+                                                         bool compress);
+// "Done.", or what was not compressed or decompressed.
 void TellCompressed(CommandContext& context, const std::vector<std::string>& failures);
 
 } // namespace korvadex

@@ -9,6 +9,7 @@
 #include "sim/copy_package.h"
 #include "sim/delete_directory.h"
 #include "sim/gauges.h"
+#include "sim/remove.h"
 
 #include <algorithm>
 #include <set>
@@ -16,11 +17,6 @@
 namespace korvadex {
 
 namespace {
-
-std::string PackageDirectory(const CommandContext& context) {
-    return context.locations.HangarDir + context.window.SelectedCategory() + "\\" + CurrentPackageName(context.window) +
-           "\\";
-}
 
 // What lies on a drive that is mounted there is not the Hangar's own, as what a link leads to.
 bool IsMountPoint(const CommandContext& context, const std::string& directory) {
@@ -31,24 +27,19 @@ bool IsMountPoint(const CommandContext& context, const std::string& directory) {
            });
 }
 
-bool IsInstalled(const CommandContext& context) {
-    return !FindSimAircraftDirectory(context.files, context.locations, CurrentPackageName(context.window)).empty();
-}
-
-// The users of the shown package's panel (kind "panel") or sound in the Hangar; those found are listed.
-AliasUsers ShowUsersInHangar(CommandContext& context, const std::string& kind) {
+// The users of the package's panel (kind "panel") or sound in the Hangar; those found are listed.
+AliasUsers ShowUsersInHangar(CommandContext& context, const PackageRef& package, const std::string& kind) {
     const std::string& root = context.locations.HangarDir;
-    AliasUsers users =
-        FindAliasUsers(context, root, CurrentPackageName(context.window), kind, PackageDirectory(context));
+    AliasUsers users = FindAliasUsers(context, root, package.name, kind, package.Directory(context.locations));
     ShowAliasUsers(context, root, kind, users.paths);
     return users;
 }
 
 // True when the user would rather keep what another package needs, or may need. What could not be looked at is asked
 // about once.
-bool WantsToKeep(CommandContext& context, const std::string& kind, const std::string& question,
-                 std::set<std::string>& asked) {
-    AliasUsers users = ShowUsersInHangar(context, kind);
+bool WantsToKeep(CommandContext& context, const PackageRef& package, const std::string& kind,
+                 const std::string& question, std::set<std::string>& asked) {
+    AliasUsers users = ShowUsersInHangar(context, package, kind);
     if (!users.paths.empty())
         return context.user.AskYesNo(question);
     std::erase_if(users.unseen, [&](const Unseen& thing) { return !asked.insert(thing.path).second; });
@@ -57,8 +48,9 @@ bool WantsToKeep(CommandContext& context, const std::string& kind, const std::st
 }
 
 // False, after a message, when another package needs it, or may.
-bool MayRename(CommandContext& context, const std::string& kind, const std::string& refusal) {
-    const AliasUsers users = ShowUsersInHangar(context, kind);
+bool MayRename(CommandContext& context, const PackageRef& package, const std::string& kind,
+               const std::string& refusal) {
+    const AliasUsers users = ShowUsersInHangar(context, package, kind);
     if (!users.paths.empty())
         context.user.Tell(refusal, MessageIcon::Information);
     else if (!users.unseen.empty())
@@ -94,99 +86,97 @@ std::string DescribePlaceOfOthers(const CommandContext& context, const std::stri
     return "the Hangar leads by a link to " + place + ", which belongs to Flight Simulator or to Staging.";
 }
 
-bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
-                      const std::function<bool()>& lastLook) {
-    const std::string directory = PackageDirectory(context);
+Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, const std::function<bool()>& lastLook) {
+    const std::string directory = package.ref.Directory(context.locations);
+    Changes changes;
     if (IsMountPoint(context, directory)) {
         context.user.Tell("The package cannot be removed: another drive is mounted as its directory, " + directory +
                               ".\r\n\r\nPlease unmount that drive first.",
                           MessageIcon::Exclamation);
-        return false;
+        return changes;
     }
     const std::string others = DescribePlaceOfOthers(context, directory);
     if (!others.empty() && !IsLinkedDirectory(context, directory)) {
         context.user.Tell("The package cannot be removed: " + others +
                               "\r\n\r\nPlease remove it there, or remove the link.",
                           MessageIcon::Exclamation);
-        return false;
+        return changes;
     }
-    if (IsInstalled(context) &&
+    if (IsInstalled(context.files, context.locations, package.ref) &&
         context.user.AskYesNo(
             "WARNING!  This package is currently installed in MSFS.  Should it be removed from MSFS first?  "
             "(If you choose No, the only way to use Korvadex to remove it from MSFS in the future would be to "
-            "import it from MSFS and then remove it.)"))
-        removeFromSim();
-    // The list was filled anew: where the package has gone meanwhile, it stands on another one.
-    if (PackageDirectory(context) != directory)
-        return false;
+            "import it from MSFS and then remove it.)")) {
+        changes = RemoveFromSim(context, package).changes;
+        if (context.files.Info(WithoutBackslash(directory)).fault() == FileFault::NotFound) // it has gone meanwhile
+            return changes;
+    }
     std::set<std::string> asked;
     if (WantsToKeep(
-            context, "panel",
+            context, package.ref, "panel",
             "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
             "Do you want to cancel this command?",
             asked) ||
         WantsToKeep(
-            context, "sound",
+            context, package.ref, "sound",
             "WARNING!  "
             "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
             "Do you want to cancel this command?",
             asked))
-        return false;
+        return changes;
     // A directory in another place that stands in the Hangar as a link stays where it is.
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
     if (!context.user.AskYesNo(
             "Are you sure you want to remove this package from the hangar?" +
             (place.empty() ? "" : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
-        context.window.RefreshPackageDisplay();
-        return false;
+        changes.package = true;
+        return changes;
     }
     if (IsLinkedDirectory(context, directory) == place.empty()) {
         context.user.Tell(directory + " has changed meanwhile.  Nothing was removed.", MessageIcon::Exclamation);
-        return false;
+        return changes;
     }
     if (lastLook && !lastLook())
-        return false;
+        return changes;
     const Status status = DeleteDirectory(context, directory);
-    context.window.RefreshPackageList();
-    if (status)
+    changes.hangar = changes.package = true;
+    if (status) {
+        changes.renamed = PackageRef{};
         context.user.Tell(place.empty() ? "Done."
                                         : "Done.\r\n\r\nThe link was removed.  The files of the package are still in " +
                                               place + ".");
-    else
+    } else {
         TellIncompleteRemoval(context, status);
-    context.window.RefreshPackageDisplay();
-    return bool(status);
+    }
+    return changes;
 }
 
-void CopyToStaging(CommandContext& context, const LoadedPackage& package,
-                   const std::function<void(const std::function<bool()>&)>& removeFromHangar) {
+Changes CopyToStaging(CommandContext& context, const LoadedPackage& package) {
     if (IsSecondAircraft(context, package))
-        return;
+        return {};
     if (!StagingIsEmpty(context.files, context.locations) &&
         (!context.user.AskYesNo("The staging area is not clear.  Are you sure?") || IsSecondAircraft(context, package)))
-        return;
-    const std::string name = CurrentPackageName(context.window);
-    std::string destination = context.locations.StagingDir + "aircraft\\" + name;
-    if (!CopyPackageTo(context, package, destination))
-        return;
-    context.window.NoteStaged(name);
-    if (const std::string missing = FirstNotCopied(context, package, CopyRoot::Staging, destination);
-        !missing.empty()) {
+        return {};
+    const auto copy = CopyPackageTo(context, package, CopyRoot::Staging, package.ref.name);
+    if (!copy)
+        return {};
+    Changes changes{.staged = package.ref.name};
+    if (const std::string missing = FirstNotCopied(context, package, CopyRoot::Staging, *copy); !missing.empty()) {
         context.user.Tell("The package was not copied completely.  This file is missing in Staging:\r\n\r\n" + missing,
                           MessageIcon::Exclamation);
-        return;
+        return changes;
     }
     // What has come into the package since it was listed is in no copy of it.
     if (HasChangedOnDisk(context.files, package)) {
         context.user.Tell("Done.");
-        return;
+        return changes;
     }
     if (!context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
-        return;
-    removeFromHangar([&] {
+        return changes;
+    changes += RemoveFromHangar(context, package, [&] {
         const std::string different = HasChangedOnDisk(context.files, package)
                                           ? package.path
-                                          : FirstNotCopied(context, package, CopyRoot::Staging, destination);
+                                          : FirstNotCopied(context, package, CopyRoot::Staging, *copy);
         if (!different.empty())
             context.user.Tell(
                 "The package is not in Staging as it is in the Hangar any more.  It was not removed.\r\n\r\n" +
@@ -194,37 +184,36 @@ void CopyToStaging(CommandContext& context, const LoadedPackage& package,
                 MessageIcon::Exclamation);
         return different.empty();
     });
+    return changes;
 }
 
-std::string RenameInHangar(CommandContext& context, const LoadedPackage& package) {
-    if (IsInstalled(context)) {
+Changes RenameInHangar(CommandContext& context, const LoadedPackage& package) {
+    if (IsInstalled(context.files, context.locations, package.ref)) {
         context.user.Tell(
             "Sorry, no renaming allowed while package is installed in MSFS.  Remove package from MSFS first.",
             MessageIcon::Exclamation);
-        return CurrentPackageName(context.window);
+        return {};
     }
-    if (!MayRename(context, "panel",
+    if (!MayRename(context, package.ref, "panel",
                    "Cannot rename.  "
                    "The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.") ||
         !MayRename(
-            context, "sound",
+            context, package.ref, "sound",
             "Cannot rename.  "
             "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown."))
-        return CurrentPackageName(context.window);
-    const std::string name = RenamePackage(context, package);
-    context.window.RefreshPackageDisplay();
-    return name;
+        return {};
+    return RenamePackage(context, package);
 }
 
-void CheckReferences(CommandContext& context) {
-    const AliasUsers panel = ShowUsersInHangar(context, "panel");
+void CheckReferences(CommandContext& context, const PackageRef& package) {
+    const AliasUsers panel = ShowUsersInHangar(context, package, "panel");
     const bool isPanelUsed = !panel.paths.empty();
     if (isPanelUsed) {
         context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
         if (!context.user.AskYesNo("Continue on to sound alias check?"))
             return;
     }
-    const AliasUsers sound = ShowUsersInHangar(context, "sound");
+    const AliasUsers sound = ShowUsersInHangar(context, package, "sound");
     const bool isSoundUsed = !sound.paths.empty();
     if (isSoundUsed)
         context.user.Tell(
@@ -239,18 +228,17 @@ void CheckReferences(CommandContext& context) {
         context.user.Tell("Done checking for panel and sound aliases to this package.  None found.");
 }
 
-void CheckInstalledGauges(CommandContext& context) {
-    if (!IsInstalled(context)) {
+void CheckInstalledGauges(CommandContext& context, const PackageRef& package) {
+    if (!IsInstalled(context.files, context.locations, package)) {
         context.user.Tell("This package is not currently installed in Flight Simulator.", MessageIcon::Information);
         return;
     }
-    const std::string name = CurrentPackageName(context.window);
-    const std::string panel = GetInstalledFile(context.files, context.locations, name, "\\panel\\panel.cfg");
+    const std::string panel = GetInstalledFile(context.files, context.locations, package.name, "\\panel\\panel.cfg");
     if (panel.empty()) {
         context.user.Tell("This package doesn't contain a panel to do a gauge crosscheck with.");
         return;
     }
-    ShowInstallCheck(context, name, panel);
+    ShowInstallCheck(context, package.name, panel);
 }
 
 } // namespace korvadex

@@ -13,23 +13,22 @@ namespace korvadex {
 // to the simulator or to Staging, "" elsewhere.
 std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory);
 
-// An installed package is offered to removeFromSim first; either answer goes on. Directly before the deletion
-// lastLook may keep the package, after a message of its own. True when the package has gone.
-bool RemoveFromHangar(CommandContext& context, const std::function<void()>& removeFromSim,
-                      const std::function<bool()>& lastLook = {});
+// An installed package is offered to be removed from the simulator first; either answer goes on. Directly before the
+// deletion lastLook may keep the package, after a message of its own.
+Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package,
+                         const std::function<bool()>& lastLook = {});
 
-// Refused for an aircraft when Staging holds one. removeFromHangar runs when the user wants that, after every
-// file has been copied and counted; its lastLook tells whether all of that is still so.
-void CopyToStaging(CommandContext& context, const LoadedPackage& package,
-                   const std::function<void(const std::function<bool()>& lastLook)>& removeFromHangar);
+// Refused for an aircraft when Staging holds one. The package is removed from the Hangar when the user wants that,
+// after every file has been copied and counted, and while all of that is still so.
+Changes CopyToStaging(CommandContext& context, const LoadedPackage& package);
 
-// frmRename, unless the package is installed or another one of the Hangar uses its panel or sound. Gives the name that
-// the package has afterwards.
-std::string RenameInHangar(CommandContext& context, const LoadedPackage& package);
+// frmRename, unless the package is installed or another one of the Hangar uses its panel or sound.
+Changes RenameInHangar(CommandContext& context, const LoadedPackage& package);
 
-void CheckReferences(CommandContext& context);
+// Lists who uses the package's panel or sound via alias.
+void CheckReferences(CommandContext& context, const PackageRef& package);
 
 // frmInstallStatus for the installed package.
-void CheckInstalledGauges(CommandContext& context);
+void CheckInstalledGauges(CommandContext& context, const PackageRef& package);
 
 } // namespace korvadex

@@ -25,7 +25,7 @@ bool HasAircraftParts(const CommandContext& context, const std::string& director
 
 std::vector<std::string> Candidates(CommandContext& context) {
     const std::string& hangar = context.locations.HangarDir;
-    const std::string aircraft = context.locations.MsfsDir + "aircraft\\";
+    const std::string aircraft = context.locations.Aircraft();
     const std::vector<std::string> categories = SubdirectoryNames(context.files, hangar);
     const auto isInHangar = [&](const std::string& name) {
         return std::ranges::any_of(categories, [&](const std::string& category) {
@@ -45,7 +45,7 @@ class Import {
   public:
     Import(CommandContext& command, const std::string& aircraft)
         : context(command), files(command.files), name(aircraft),
-          source(command.locations.MsfsDir + "aircraft\\" + aircraft + "\\"), staging(command.locations.StagingDir) {}
+          source(command.locations.Aircraft() + aircraft + "\\"), staging(command.locations.StagingDir) {}
 
     // False, after a message, when nothing was copied. wasImported: Staging holds an earlier import of it.
     bool Run(bool wasImported) {
@@ -124,7 +124,7 @@ class Import {
         const auto scratch = MakeScratchName(files, context.locations, staging + name);
         const std::string aside = scratch ? AddBackslash(*scratch) : "";
         std::vector<std::string> relatives, copies;
-        ProgressBar progress(context.window, static_cast<int>(tree.files.size()));
+        ProgressBar progress(context.display, static_cast<int>(tree.files.size()));
         for (const FileEntry& file : tree.files) {
             progress.Step();
             const std::string relative = file.path.substr(source.size());

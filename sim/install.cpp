@@ -17,7 +17,7 @@ std::string FindInSim(const CommandContext& context, const std::string& alias) {
     const std::size_t end = alias.find('\\');
     if (!found.empty() || end == std::string::npos)
         return found;
-    const std::string root = context.locations.MsfsDir + "aircraft\\";
+    const std::string root = context.locations.Aircraft();
     for (const std::string& aircraft : SubdirectoryNames(context.files, root)) {
         if (EqualNoCase(SpacesToUnderscores(aircraft), SpacesToUnderscores(alias.substr(0, end))) &&
             HasSubdirectory(context.files, root + aircraft, alias.substr(end)))
@@ -65,11 +65,11 @@ class AliasLines {
 
 } // namespace
 
-void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
-    const std::string name = CurrentPackageName(context.window);
+Changes InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
+    const std::string& name = package.ref.name;
     if (IsInSim(context, name)) {
         context.user.Tell("This package is already installed in Flight Simulator.", MessageIcon::Information);
-        return;
+        return {};
     }
     if (!package.PackagePanelAlias.empty() && !IsInSim(context, package.PackagePanelAlias)) {
         context.user.Tell(
@@ -77,7 +77,7 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
                 ") which is not installed in MSFS.  Please install the package that contains this panel first." +
                 OwnAliasHint(name, package.PackagePanelAlias, "panel"),
             MessageIcon::Information);
-        return;
+        return {};
     }
     if (!package.PackageSoundAlias.empty() && !IsInSim(context, package.PackageSoundAlias)) {
         context.user.Tell("This package uses a sound configuration via alias (" + package.PackageSoundAlias +
@@ -85,18 +85,16 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
                               "Please install the package that contains this sound configuration first." +
                               OwnAliasHint(name, package.PackageSoundAlias, "sound"),
                           MessageIcon::Information);
-        return;
+        return {};
     }
-    std::string destination = context.locations.MsfsDir + "aircraft\\" + name;
     AliasLines aliases(context);
-    const bool isCopied = CopyPackageTo(context, package, destination, [&](const std::string& directory) {
+    const auto installed = CopyPackageTo(context, package, CopyRoot::Msfs, name, [&](const std::string& directory) {
         aliases.Follow(package.PackageSoundAlias, directory, "Sound\\sound.cfg");
         aliases.Follow(package.PackagePanelAlias, directory, "Panel\\panel.cfg");
     });
-    if (!isCopied)
-        return;
-    context.window.RefreshPackageList();
-    aliases.TellFailures(destination);
+    if (!installed)
+        return {};
+    aliases.TellFailures(*installed);
 
     const std::string panel = GetInstalledFile(context.files, context.locations, name, "\\panel\\panel.cfg");
     if (panel.empty()) {
@@ -104,7 +102,7 @@ void InstallIntoSim(CommandContext& context, const LoadedPackage& package) {
     } else {
         ShowInstallCheck(context, name, panel);
     }
-    context.window.RefreshPackageDisplay();
+    return {.simulator = true, .package = true};
 }
 
 } // namespace korvadex

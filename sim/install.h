@@ -1,4 +1,4 @@
-// Installing the shown package into the simulator, and removing it from there.
+// Putting a package into the simulator.
 #pragma once
 
 #include "package/command_context.h"
@@ -6,14 +6,8 @@
 
 namespace korvadex {
 
-class SimUsage;
-
-void InstallIntoSim(CommandContext& context, const LoadedPackage& package);
-
-// In QuietMode nothing is asked, reported or said to be done; a package that is kept for the sake of files
-// that only the simulator has joins state.keptPackages.
-// usage, where it is given, spares the search for users.
-void RemoveFromSim(CommandContext& context, CommandState& state, const LoadedPackage& package,
-                   SimUsage* usage = nullptr);
+// Copies the package to the simulator's aircraft, with its gauges, sounds, effects and modules beside those of others,
+// unless it is installed, or the package whose panel or sound it uses via alias is not. Then its gauges are checked.
+Changes InstallIntoSim(CommandContext& context, const LoadedPackage& package);
 
 } // namespace korvadex

@@ -80,10 +80,6 @@ RecordedFile* InstallRecord::Find(std::string_view kind, std::string_view name) 
     return found == files.end() ? nullptr : &*found;
 }
 
-std::string RecordedName(const Locations& locations, const LoadedPackage& package) {
-    return WithoutBackslash(package.path.substr(std::min(locations.HangarDir.size(), package.path.size())));
-}
-
 Result<RecordedFile> RecordFile(const FileSystem& files, std::string_view kind, const std::string& name,
                                 const std::string& path) {
     const auto info = files.Info(path);

@@ -40,9 +40,6 @@ struct InstallRecord {
     RecordedFile* Find(std::string_view kind, std::string_view name);
 };
 
-// How a record names a package of the Hangar.
-std::string RecordedName(const Locations& locations, const LoadedPackage& package);
-
 // The file at the path as one that was placed.
 Result<RecordedFile> RecordFile(const FileSystem& files, std::string_view kind, const std::string& name,
                                 const std::string& path);

@@ -28,7 +28,7 @@ void RunSimulator(CommandContext& context) {
     }
     const std::string reason = context.launcher.RunSimulator(path);
     if (reason.empty())
-        context.window.ShowStatus(path + " is being started."); // which takes Wine some seconds
+        context.display.ShowStatus(path + " is being started."); // which takes Wine some seconds
     else
         context.user.Tell(reason, MessageIcon::Exclamation);
 }

@@ -12,7 +12,7 @@ namespace korvadex {
 
 SimUsage::SimUsage(CommandContext& context, const std::vector<std::string>& packageNames) : owners(context) {
     std::vector<std::string> gauges;
-    if (const auto entries = context.files.List(context.locations.MsfsDir + "gauges\\")) {
+    if (const auto entries = context.files.List(context.locations.Gauges())) {
         for (const DirectoryEntry& entry : *entries)
             gauges.push_back(GaugeName(entry.name));
     }
@@ -29,7 +29,7 @@ void SimUsage::Read(CommandContext& context, const std::string& kind, const std:
         texts.push_back(AliasText(name, kind));
     NameMatcher aliasMatcher(texts), gaugeMatcher(gauges);
     aliasMatcher.TakeBlanksForUnderscores();
-    unseen[kind] = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.MsfsDir + "aircraft\\"),
+    unseen[kind] = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.Aircraft()),
                                     {.fileName = kind + ".cfg"}, [&](const FileEntry& file, const LowerLines& lines) {
                                         for (const std::string_view line : lines) {
                                             aliasMatcher.Search(line);

@@ -14,12 +14,12 @@ namespace korvadex {
 namespace {
 
 std::vector<FileEntry> CollectGauges(CommandContext& context) {
-    const Tree tree = WalkTree(context.files, context.locations.MsfsDir + "gauges\\");
+    const Tree tree = WalkTree(context.files, context.locations.Gauges());
     std::vector<FileEntry> gauges;
     for (const std::string_view extension : {"gau", "cab"}) {
         const FileList list = CollectFiles(tree, extension, FileMode::Extension, context.limits);
         if (list.cut != ListCut::None)
-            context.window.ShowStatus(DescribeCut(list.cut, context.limits));
+            context.display.ShowStatus(DescribeCut(list.cut, context.limits));
         gauges.insert(gauges.end(), list.entries.begin(), list.entries.end());
     }
     return gauges;
@@ -64,7 +64,7 @@ std::vector<UnusedGauge> Shown(const CommandContext& context, const std::vector<
     std::map<std::string, int> sameName;
     for (const FileEntry& gauge : gauges)
         ++sameName[gauge.key];
-    const std::size_t root = (context.locations.MsfsDir + "gauges\\").size();
+    const std::size_t root = context.locations.Gauges().size();
     std::vector<UnusedGauge> shown;
     for (const FileEntry& gauge : gauges)
         shown.push_back({sameName[gauge.key] > 1 ? gauge.path.substr(root) : gauge.Name(), gauge.path});

@@ -59,7 +59,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     EXPECT_EQ(drive.Tree(), expected);
     EXPECT_EQ(form.status,
               "1 removed, 1 skipped (not installed), 1 kept because of an alias, 1 kept for other reasons.");
-    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "< B Jet >", "C Jet"}));
+    EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "< B Jet >", "C Jet"}));
     EXPECT_EQ(form.view.packageIndex, 1);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\B Jet\\"));
 
@@ -237,13 +237,13 @@ TEST_F(BatchCommands, TheWindowFollowsARenameACopyAndARemoval) {
     Select("Jets", 1);
     user.ExpectRename({"B Jet", ""}, false, {{"Zeta", ""}});
     program->RunCommand(Side::Hangar, RenameHangarPackage);
-    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "C Jet", "Zeta"}));
+    EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet", "Zeta"}));
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Zeta\\"));
     user.Expect("Done.\n\nWould you like to remove this package from the hangar?", Answer::Yes)
         .Expect("Are you sure you want to remove this package from the hangar?", Answer::Yes)
         .Expect("Done.");
     program->RunCommand(Side::Hangar, CopyPackageToStaging);
-    EXPECT_EQ(form.view.packages, (std::vector<std::string>{"A Jet", "C Jet"}));
+    EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet"}));
     EXPECT_EQ(form.view.packageName, "Zeta");
     EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
     EXPECT_TRUE(drive.Has("Staging\\aircraft\\Zeta\\Texture\\t.bmp"));

@@ -24,7 +24,7 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
     EXPECT_EQ(Count(), 3U);
     program->ChooseGalleryPicture(2); // installed, and of two of that name the right one
     EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Lear\\"));
-    EXPECT_EQ(program->View().packages[0], "< Lear >");
+    EXPECT_EQ(form.PackageLines()[0], "< Lear >");
 
     Select("None", 0);
     user.Expect("There are no images to show.", MessageIcon::None);

@@ -23,7 +23,7 @@ TEST_F(Sides, ChoosingACategoryFillsThePackages) {
     EXPECT_EQ(form.view.categories, (Names{"Empty", "Jets", "Props"}));
 
     Select("Jets", 2);
-    EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde", "Lear"}));
+    EXPECT_EQ(form.PackageLines(), (Names{"< Big Bird >", "Concorde", "Lear"}));
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
 
     // The place in the list is kept where the other list has one, else the first is taken.
@@ -57,7 +57,7 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
     program->Refresh();
     EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
     EXPECT_EQ(form.view.categoryIndex, 2);
-    EXPECT_EQ(form.view.packages, (Names{"Airbus", "< Big Bird >", "Concorde", "< Lear >"}));
+    EXPECT_EQ(form.PackageLines(), (Names{"Airbus", "< Big Bird >", "Concorde", "< Lear >"}));
     // Both packages called Lear are the simulator's lear.
     EXPECT_EQ(form.view.statusCounts, "6 packages  -  3 installed in MSFS  -  Staging is empty");
     EXPECT_EQ(form.view.packageIndex, 3);
@@ -108,7 +108,7 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
     for (const auto& command : commands)
         expectAnswer(lear, "The package you've selected no longer seems to be in the Hangar.", [&] {
             command();
-            EXPECT_EQ(form.view.packages, (Names{"< Big Bird >", "Concorde"}));
+            EXPECT_EQ(form.PackageLines(), (Names{"< Big Bird >", "Concorde"}));
         });
     expectAnswer(WithoutBackslash(locations.HangarDir),
                  "The Hangar directory " + locations.HangarDir + " is not there...", hangarCommand(InstallPackage));
@@ -204,7 +204,7 @@ TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
     Start();
     EXPECT_EQ(form.view.categories, Names{"Gliders"});
     Select("Gliders", 0);
-    EXPECT_EQ(form.view.packages, (Names{"Linked", "Wing"}));
+    EXPECT_EQ(form.PackageLines(), (Names{"Linked", "Wing"}));
     EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
 
     user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
@@ -217,7 +217,7 @@ TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
                 Answer::Yes);
     user.Expect("Done.\n\nThe link was removed.  The files of the package are still in " + place + ".");
     program->RunCommand(Side::Hangar, RemovePackageFromHangar);
-    EXPECT_EQ(form.view.packages, Names{"Wing"});
+    EXPECT_EQ(form.PackageLines(), Names{"Wing"});
     EXPECT_EQ(drive.Get("Elsewhere\\Cub\\Cub.air"), "y");
 
     drive.MakeLink("Hangar\\Gone", "Nowhere");

@@ -236,7 +236,7 @@ TEST_F(StagingCommands, WhatWasCopiedToTheHangarIsCleared) {
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Lear 45\\Documentation\\late.txt"));
     EXPECT_TRUE(drive.Names("Staging").empty());
     EXPECT_EQ(form.view.caption, "Korvadex");
-    EXPECT_EQ(form.view.packages, Names{"Lear 45"});
+    EXPECT_EQ(form.PackageLines(), Names{"Lear 45"});
 }
 
 TEST_F(StagingCommands, WhatArrivesDuringTheCopyIsNotCleared) {

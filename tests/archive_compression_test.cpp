@@ -41,7 +41,7 @@ TEST_F(CompressionTest, ARoundTripGivesEverythingBackWhereverItWasInterrupted) {
         EXPECT_EQ(packed.at(name).first == state.first, !isPackable) << name;
         EXPECT_EQ(packed.at(name).second.time, state.second.time) << name;
     }
-    EXPECT_FALSE(window.isProgressVisible);
+    EXPECT_FALSE(display.isProgressVisible);
     ASSERT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
     EXPECT_EQ(drive.Get(directory + "Texture\\p.bmp"), packed.at("Texture\\p.bmp").first);
 

@@ -193,7 +193,7 @@ TEST_F(InPlaceTest, ASecondKorvadexDoesNotMixUpFilesOfOneName) {
             ZipFileInPlace(context, drive.At(other));
         return FileFault::None;
     });
-    CommandContext sharing{shared, launcher, locations, limits, user, window};
+    CommandContext sharing{shared, launcher, locations, limits, user, display};
     ZipFileInPlace(sharing, path);
     EXPECT_EQ(UnzipFileInPlace(context, path), 0);
     EXPECT_EQ(UnzipFileInPlace(context, drive.At(other)), 0);

@@ -368,8 +368,8 @@ TEST_F(ProcessTest, AMemberTooBigForMemoryStreams) {
     EXPECT_TRUE(Process(context, "in\\p.zip"));
     EXPECT_THAT(drive.Names("Staging"), testing::ElementsAre("ZIP_p.zip\\", "ZIP_p.zip\\big.bmp"));
     EXPECT_TRUE(drive.Get("Staging\\ZIP_p.zip\\big.bmp") == zeros);
-    EXPECT_EQ(window.progressShown, 1);
-    EXPECT_FALSE(window.isProgressVisible);
+    EXPECT_EQ(display.progressShown, 1);
+    EXPECT_FALSE(display.isProgressVisible);
 }
 
 TEST_F(ProcessTest, MembersUnpackedAheadKeepTheirPlaces) {

@@ -8,6 +8,7 @@
 #include "package/load_package.h"
 #include "platform/windows_path.h"
 #include "sim/install.h"
+#include "sim/remove.h"
 #include "tests/support/command_fixture.h"
 
 #include <algorithm>
@@ -37,10 +38,8 @@ class ExampleTest : public CommandTest {
     }
 
     LoadedPackage Load(const std::string& category, const std::string& name) {
-        window.category = category;
-        window.packageText = name;
         LoadedPackage package;
-        LoadPackage(context, Directory(category, name), false, package);
+        LoadPackage(context, {category, name}, package);
         return package;
     }
     std::string Directory(const std::string& category, const std::string& name) const {
@@ -165,10 +164,8 @@ class ExampleRoundTrip : public ExampleTest {
         InstallIntoSim(context, Load(row.category, row.name));
     }
     void Remove(std::size_t index) {
-        CommandState state;
-        state.QuietMode = true;
-        RemoveFromSim(context, state, Load(Packages[index].category, Packages[index].name));
-        EXPECT_THAT(state.keptPackages, testing::IsEmpty());
+        const auto package = Load(Packages[index].category, Packages[index].name);
+        EXPECT_EQ(RemoveFromSim(context, package, nullptr, true).kept, "");
     }
 };
 

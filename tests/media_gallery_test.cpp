@@ -14,9 +14,8 @@ class GalleryTest : public CommandTest {
         gallery = CollectGalleryImages(drive.Files(), locations, locations.HangarDir + below, limits);
         Names names;
         for (const auto& picture : gallery.pictures) {
-            EXPECT_TRUE(picture.path.starts_with(locations.HangarDir + picture.category + "\\" + picture.package +
-                                                 "\\Images\\"));
-            names.push_back(picture.category + "\\" + picture.package + picture.path.substr(picture.path.rfind('\\')));
+            EXPECT_TRUE(picture.path.starts_with(locations.HangarDir + picture.package.Text() + "\\Images\\"));
+            names.push_back(picture.package.Text() + picture.path.substr(picture.path.rfind('\\')));
         }
         return names;
     }

@@ -152,14 +152,14 @@ TEST_F(InfoTest, OpensAfterItsChecks) {
     EXPECT_EQ(File(), "[fltsim.0]\r\ntitle=Lear\r\natc_id=N1\r\nui_type=45\r\n\r\n[General]\r\neditable=0\r\n\r\n");
 
     drive.Put("Staging\\x\\Aircraft.cfg", file);
-    LoadPackage(context, locations.StagingDir, true, package);
+    LoadStaging(context, package);
     Apply(true);
     EXPECT_TRUE(drive.Get("Staging\\x\\Aircraft.cfg").starts_with("[fltsim.0]\r\ntitle=Lear\r\natc_id=N1"));
 }
 
 TEST_F(InfoTest, WithoutAChangeNothingIsWritten) {
     FaultyFiles faulty(drive.Files());
-    CommandContext counted{faulty, launcher, locations, limits, user, window};
+    CommandContext counted{faulty, launcher, locations, limits, user, display};
     user.ExpectInfo([](const InfoForm& form) {
         EXPECT_EQ(form.aircraft, "Lear  -  Lear");
         AircraftInfo entered = form.info;
@@ -265,7 +265,7 @@ TEST_F(InfoTest, AFaultLeavesTheOldFile) {
             drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file);
             FaultyFiles disk(drive.Files());
             PatientUser patient;
-            CommandContext broken{disk, launcher, locations, limits, patient, window};
+            CommandContext broken{disk, launcher, locations, limits, patient, display};
             bool isTaken = false;
             patient.ExpectInfo([&](const InfoForm& form) {
                 AircraftInfo entered = form.info;

@@ -16,7 +16,7 @@ class NotesTest : public SimTest, public testing::WithParamInterface<bool> {
     }
     void Load() {
         if (GetParam())
-            LoadPackage(context, locations.StagingDir, true, package);
+            LoadStaging(context, package);
         else
             Select("Lear");
     }
@@ -30,12 +30,11 @@ TEST_P(NotesTest, AreCreatedReadAndDeleted) {
         user.Expect("No notes exist for this package.", Answer::Ok, MessageIcon::Exclamation);
         command(context, package);
     }
-    CreateNotes(context, package);
+    EXPECT_TRUE(CreateNotes(context, package).package);
     auto expected = before;
     expected[directory + "Documentation\\"] = "";
     expected[notes] = "";
     EXPECT_EQ(drive.Tree(), expected);
-    EXPECT_EQ(window.displayRefreshes, 1);
 
     drive.Put(notes, "Nosewheel steers badly.");
     Load();
@@ -46,9 +45,8 @@ TEST_P(NotesTest, AreCreatedReadAndDeleted) {
     EXPECT_EQ(drive.Get(notes), "Nosewheel steers badly.");
 
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At(notes), true));
-    DeleteNotes(context, package);
+    EXPECT_TRUE(DeleteNotes(context, package).package);
     EXPECT_EQ(drive.Tree(), before) << "no directory is left, for which Staging would count as filled";
-    EXPECT_EQ(window.displayRefreshes, 2);
 }
 
 TEST_P(NotesTest, AFileThatIsThereIsNeverEmptied) {
@@ -105,7 +103,7 @@ TEST_P(NotesTest, TheDirectoryIsShownInTheFileManager) {
 
 TEST_P(NotesTest, OnlyTheHangarWantsASelection) {
     const auto before = drive.Tree();
-    window.packageText.clear();
+    package.ref = {};
     for (const auto command : {CreateNotes, ReadNotes, DeleteNotes}) {
         if (!GetParam())
             user.Expect("Please select a package first.", Answer::Ok, MessageIcon::Exclamation);

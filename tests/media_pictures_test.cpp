@@ -23,13 +23,13 @@ class PicturesTest : public CommandTest {
             drive.Put("Hangar\\Jets\\Lear\\" + name, name);
         Load();
     }
-    void Load() { LoadPackage(context, drive.At("Hangar\\Jets\\Lear\\"), false, package); }
+    void Load() { LoadPackage(context, {"Jets", "Lear"}, package); }
     std::map<std::string, std::string> Content() const { return drive.Tree("Hangar\\Jets\\Lear"); }
     Names Import(FileSystem& files, const Names& sources) {
         OfferedPictures offered;
         for (const auto& name : sources)
             offered.files.push_back(drive.At(name));
-        CommandContext with{files, launcher, locations, limits, user, window};
+        CommandContext with{files, launcher, locations, limits, user, display};
         return ImportPictures(with, converter, package, offered, "Lear");
     }
 
@@ -92,7 +92,7 @@ TEST_F(PicturesTest, APictureThatCannotBeRenamedStaysAndIsNamed) {
     const auto before = Content();
     FaultyFiles faulty(drive.Files());
     faulty.FailAt(1, FileFault::Denied);
-    CommandContext with{faulty, launcher, locations, limits, user, window};
+    CommandContext with{faulty, launcher, locations, limits, user, display};
     user.Expect("The picture " + package.pictures[0] + " could not be renamed because access was denied...",
                 Answer::Ok);
     EXPECT_FALSE(MakeFirstImage(with, package, package.pictures[1]));

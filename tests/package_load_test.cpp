@@ -18,8 +18,8 @@ constexpr const char* Duplicate = "A duplicate filename condition has occurred..
 
 class LoadTest : public CommandTest {
   protected:
-    LoadOutcome LoadStaging() { return LoadPackage(context, locations.StagingDir, true, package); }
-    LoadOutcome LoadHangar() { return LoadPackage(context, locations.HangarDir + "Jets\\Lear\\", false, package); }
+    LoadOutcome LoadStaging() { return korvadex::LoadStaging(context, package); }
+    LoadOutcome LoadHangar() { return LoadPackage(context, {"Jets", "Lear"}, package); }
 
     void PutAtNoon(const std::string& relative, const std::string& bytes) {
         drive.Put(relative, bytes);
@@ -63,11 +63,11 @@ TEST_F(LoadTest, EachOfManyDocumentsOfOneNameIsReadAFewTimesOnly) {
         drive.Put("Staging\\" + std::to_string(i) + "\\readme.txt", std::to_string(1000 + i % 250));
     CountingFiles files(drive.Files());
     CommandContext counted = On(files);
-    LoadPackage(counted, locations.StagingDir, true, package);
+    korvadex::LoadStaging(counted, package);
     EXPECT_EQ(package.ComponentFiles[Documentation].size(), 250u);
     EXPECT_LT(files.opened, 4 * Count);
-    EXPECT_EQ(window.progressShown, 1);
-    EXPECT_FALSE(window.isProgressVisible);
+    EXPECT_EQ(display.progressShown, 1);
+    EXPECT_FALSE(display.isProgressVisible);
     ExpectTrueListing();
 }
 
@@ -116,7 +116,7 @@ TEST_F(LoadTest, HangarDocumentsNeverEndTheProgram) {
     FaultyFiles readOnly(drive.Files());
     readOnly.StopAt(1, FileFault::ReadOnlyDisk);
     CommandContext onDisc = On(readOnly);
-    LoadPackage(onDisc, locations.HangarDir + "Jets\\Lear\\", false, package);
+    LoadPackage(onDisc, {"Jets", "Lear"}, package);
     EXPECT_EQ(package.ComponentFiles[Documentation].size(), 2u);
     EXPECT_EQ(package.ComponentFiles[Images].size(), 2u);
     LoadHangar();
@@ -250,8 +250,8 @@ struct PickingUser : ScriptedUser {
 
 TEST_F(ConfigurationTest, WhicheverChangeFailsTheKeptOneIsWhole) {
     const auto load = [&](FileSystem& files, PickingUser& picking) {
-        CommandContext disk{files, launcher, locations, limits, picking, window};
-        return LoadPackage(disk, locations.StagingDir, true, package).isConfigurationChosen;
+        CommandContext disk{files, launcher, locations, limits, picking, display};
+        return korvadex::LoadStaging(disk, package).isConfigurationChosen;
     };
     for (const int row : {0, 1}) {
         PickingUser picking(row);
@@ -314,7 +314,7 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     user.ExpectConfigurations(items, std::nullopt);
     EXPECT_FALSE(LoadStaging().isConfigurationChosen);
     expectOpen();
-    LoadPackage(context, locations.StagingDir, true, package, ChoiceQuestion::LeaveOpen);
+    korvadex::LoadStaging(context, package, ChoiceQuestion::LeaveOpen);
     expectOpen();
     limits.DirMax = 3;
     user.Expect("The configurations of " + drive.At("Staging\\P\\aircraft.cfg") + " cannot be told apart...");
@@ -335,7 +335,7 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
         faulty.FailOn(row.change, row.part, FileFault::InUse);
         CommandContext busy = On(faulty);
         user.ExpectConfigurations(items, 0).Expect(row.message, MessageIcon::Exclamation);
-        EXPECT_FALSE(LoadPackage(busy, locations.StagingDir, true, package).isConfigurationChosen);
+        EXPECT_FALSE(korvadex::LoadStaging(busy, package).isConfigurationChosen);
         expectOpen();
     }
     user.ExpectConfigurations(items, 1).Then([&] { drive.Put("Staging\\P\\aircraft.cfg", "[fltsim.1]"); });

@@ -54,7 +54,7 @@ TEST_F(TreeTest, ADiskThatIsMountedInStagingIsNotErased) {
     drive.Put("Staging\\a.txt", "x");
     drive.Put("Staging\\m\\disk\\mine.txt", "mine");
     WithDiskInStaging files(drive.Files());
-    CommandContext mounted{files, launcher, locations, limits, user, window};
+    CommandContext mounted{files, launcher, locations, limits, user, display};
     static_cast<void>(DeleteTree(mounted, locations.StagingDir));
     EXPECT_THAT(drive.Names("Staging"), ElementsAre("m\\", "m\\disk\\", "m\\disk\\mine.txt"));
 }
@@ -154,10 +154,8 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
     const std::string directory = "Hangar\\Jets\\Lear\\Documentation\\";
     drive.Put(directory + "a.txt", "x");
     drive.Put(directory + "b.DIZ", "x");
-    window.category = "Jets";
-    window.packageText = "< Lear >";
     LoadedPackage package;
-    LoadPackage(context, locations.HangarDir + "Jets\\Lear\\", false, package);
+    LoadPackage(context, {"Jets", "Lear"}, package);
 
     OpenComponentFile(context, package.ComponentFiles[Documentation][1].path);
     launcher.documentCode = 31;
@@ -168,15 +166,15 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
 
     user.Expect("Select a file to delete first.", Answer::Ok)
         .Expect("Are you sure you want to delete the 2 files selected?", Answer::No);
-    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {}));
-    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0, 1}));
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {}).package);
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0, 1}).package);
     drive.MakeDirectory("FS\\aircraft\\Lear");
     user.Expect("This package is currently installed...", Answer::Ok, MessageIcon::Information);
-    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0}));
+    EXPECT_FALSE(DeleteComponentFiles(context, package, Documentation, {0}).package);
     EXPECT_EQ(drive.Outline(directory), "a.txt=x, b.DIZ=x");
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\aircraft\\Lear")));
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
-    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {1}));
+    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {1}).package);
     EXPECT_EQ(drive.Outline(directory), "a.txt=x");
 
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes)
@@ -184,7 +182,7 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
         .Expect("The following files were not deleted ...\n\n" + drive.At(directory) +
                     "a.txt (it was changed by another program meanwhile)\n\n...",
                 MessageIcon::Exclamation);
-    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {0}));
+    EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {0}).package);
     EXPECT_EQ(drive.Outline(directory), "a.txt=written meanwhile");
 }
 

@@ -12,11 +12,11 @@ class CopyTest : public SimTest {
     CopyTest() { drive.MakeDirectory("Hangar\\Jets"); }
 
     bool CopyStaging(const std::string& name) {
-        LoadPackage(context, locations.StagingDir, true, package);
-        std::string destination = locations.HangarDir + "Jets\\" + name;
-        const bool isCopied = CopyPackageTo(context, package, destination);
-        EXPECT_EQ(destination, locations.HangarDir + "Jets\\" + name + "\\");
-        return isCopied;
+        LoadStaging(context, package);
+        const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, "Jets\\" + name);
+        EXPECT_EQ(copy.value_or(locations.HangarDir + "Jets\\" + name + "\\"),
+                  locations.HangarDir + "Jets\\" + name + "\\");
+        return bool(copy);
     }
     Entries Files(const std::string& directory) const {
         Entries files = drive.Tree(directory);
@@ -79,20 +79,18 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
         .Packed("Texture\\Lear_t.bmp")
         .Packed("Gauges\\LearClock.gau");
     Select("My Lear");
-    std::string destination = locations.StagingDir + "aircraft\\My Lear";
-    EXPECT_TRUE(CopyPackageTo(context, package, destination));
-    EXPECT_EQ(destination, locations.StagingDir + "aircraft\\My Lear\\");
+    const std::string destination = locations.StagingDir + "aircraft\\My Lear\\";
+    EXPECT_EQ(CopyPackageTo(context, package, CopyRoot::Staging, "My Lear"), destination);
     EXPECT_EQ(drive.Outline("Staging\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock");
     EXPECT_EQ(drive.Outline("Staging\\sound"), "Click.wav=RIFF gauge click");
     EXPECT_EQ(drive.Get("Staging\\aircraft\\My Lear\\Texture\\Lear_t.bmp"), "BM texture");
 
     // The same again meets itself, and another package its own gauge of that name.
     user.Expect(destination + " exists already.  Please remove or rename it first.\n\nNothing was copied.");
-    EXPECT_FALSE(CopyPackageTo(context, package, destination));
+    EXPECT_FALSE(CopyPackageTo(context, package, CopyRoot::Staging, "My Lear"));
     drive.Put("Staging\\gauges\\LearCab.cab", "another");
-    destination = locations.StagingDir + "aircraft\\Other";
     user.Expect("Staging already contains another gauge of the same name:...");
-    EXPECT_FALSE(CopyPackageTo(context, package, destination));
+    EXPECT_FALSE(CopyPackageTo(context, package, CopyRoot::Staging, "Other"));
     drive.Put("Staging\\gauges\\LearCab.cab", "MSCF cabinet");
 
     EXPECT_TRUE(CopyStaging("Again"));
@@ -104,7 +102,7 @@ TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
 // As by a second Korvadex, which cleans up when it starts.
 TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
     drive.Fill("Staging", "a.mdl=a, b.mdl=b");
-    LoadPackage(context, locations.StagingDir, true, package);
+    LoadStaging(context, package);
     FaultyFiles shared(drive.Files());
     shared.FailWhere([&](const std::string& change, const std::string& path) {
         const bool isSecond = change == "Copy" && path.ends_with("b.mdl");
@@ -112,16 +110,15 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
         return FileFault::None;
     });
     CommandContext sharing = On(shared);
-    std::string destination = locations.HangarDir + "Jets\\Lear";
     user.Expect("The package could not be copied, and nothing of it was left behind....");
-    EXPECT_FALSE(CopyPackageTo(sharing, package, destination));
+    EXPECT_FALSE(CopyPackageTo(sharing, package, CopyRoot::Hangar, "Jets\\Lear"));
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
 
 // Staging may be cleared next, and then the power fails.
 TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
     drive.Fill("Staging", "a.mdl=a, b.air=b");
-    LoadPackage(context, locations.StagingDir, true, package);
+    LoadStaging(context, package);
     FaultyFiles files(drive.Files());
     std::vector<std::string> flushed;
     FileFault fault = FileFault::None;
@@ -137,14 +134,12 @@ TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
         return change == "Flush" ? fault : FileFault::None;
     });
     CommandContext flushing = On(files);
-    std::string destination = locations.HangarDir + "Jets\\Lear";
-    EXPECT_TRUE(CopyPackageTo(flushing, package, destination));
+    EXPECT_TRUE(CopyPackageTo(flushing, package, CopyRoot::Hangar, "Jets\\Lear"));
     EXPECT_EQ(flushed, std::vector<std::string>{drive.At("Hangar\\Jets")});
 
     fault = FileFault::Failed;
-    destination = locations.HangarDir + "Jets\\Other";
     user.Expect("The package could not be copied, and nothing of it was left behind....");
-    EXPECT_FALSE(CopyPackageTo(flushing, package, destination));
+    EXPECT_FALSE(CopyPackageTo(flushing, package, CopyRoot::Hangar, "Jets\\Other"));
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Other"));
 }
 

@@ -40,11 +40,15 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         drive.Put("panel.cfg", row.panel);
-        std::vector<std::string> used = {"from the last check"}, expected;
-        EXPECT_EQ(CrossCheckPanel(context, drive.At("panel.cfg"), used), row.report);
+        const PanelCheck check = CrossCheckPanel(context, drive.At("panel.cfg"));
+        std::string report = check.PanelNoGauges ? "PanelNoGauges" : "";
+        for (const std::string& gauge : check.missing)
+            report += gauge + "\r\n";
+        EXPECT_EQ(report, row.report);
+        std::vector<std::string> expected;
         for (const std::string& gauge : row.used)
             expected.push_back(drive.At("FS\\gauges\\" + gauge));
-        EXPECT_EQ(used, expected);
+        EXPECT_EQ(check.used, expected);
     }
 }
 
@@ -86,7 +90,8 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
         drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", row.otherPanel);
         drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=learclock");
         Select("Lear");
-        EXPECT_TRUE(bool(TakeOutGauges(context, package, drive.At("FS\\aircraft\\Lear\\"), nullptr)));
+        EXPECT_TRUE(bool(TakeOutGauges(context, package.ref, package.ComponentFiles[Gauges],
+                                       drive.At("FS\\aircraft\\Lear\\"), nullptr)));
         EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
     }
 }

@@ -47,7 +47,7 @@ TEST_F(HangarTest, RemovalAsksAtEveryStep) {
         Run(RemovePackageFromHangar);
         EXPECT_EQ(drive.Tree(), before);
     }
-    EXPECT_EQ(window.listLines, std::vector<std::string>{"Big Jet"});
+    EXPECT_EQ(display.listLines, std::vector<ListLine>{{PackageRefOf("Big Jet")}});
     user.Expect(questions[0], Answer::No).Expect(questions[1], Answer::No).Expect(AskRemove, Answer::Yes);
     user.Expect("Done.");
     Run(RemovePackageFromHangar);
@@ -78,7 +78,7 @@ TEST_F(HangarTest, CopiesToStagingAndRemovesOnlyWhatIsThere) {
 
     user.Expect("The staging area is not clear.  Are you sure?", Answer::Yes).Expect(AskRemoveCopied, Answer::No);
     Run(CopyPackageToStaging);
-    EXPECT_EQ(window.staged, "Lear");
+    EXPECT_EQ(changes.staged, "Lear");
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
     // A second aircraft is refused, also when the first comes during the question.
     const Tree staged = drive.Tree();
@@ -153,7 +153,7 @@ TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
     AddUser("sound");
     user.Expect("The sound configuration" + used).Expect("Done.");
     Run(CheckPackageReferences);
-    EXPECT_EQ(window.listCaption, "sound used in ...");
+    EXPECT_EQ(display.listCaption, "sound used in ...");
     isTold({RenameHangarPackage}, "Cannot rename.  The sound configuration" + used);
     AddUser("panel");
     user.Expect("The panel" + used).Expect("Continue on to sound alias check?", Answer::No);
@@ -166,7 +166,7 @@ TEST_F(HangarTest, ReferencesGaugesAndGuardsAreTold) {
     drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=none,1");
     user.ExpectInstallStatus("Lear ...\n\nPossible problem...none.gau\n\nInstallation complete with warning.");
     Run(CheckPackageGauges);
-    window.packageText = "";
+    package.ref = {};
     isTold({InstallPackage, CompressShownPackage, DecompressShownPackage, CheckPackageGauges},
            "Please select a package first.");
 }
@@ -221,7 +221,7 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
     Select("Lear");
     user.ExpectRename({"Lear", "MULTI"}, true, {{"\"LEAR\" 4.5*", "MULTI"}});
     Run(RenameHangarPackage);
-    EXPECT_EQ(window.packageText, "'LEAR' 4_5_");
+    EXPECT_EQ(changes.renamed, PackageRefOf("Jets\\'LEAR' 4_5_"));
     Tree renamed;
     for (const auto& [name, bytes] : hangar)
         renamed[name.starts_with("Jets\\Lear\\") ? "Jets\\'LEAR' 4_5_" + name.substr(9) : name] = bytes;
@@ -244,7 +244,7 @@ TEST_F(HangarTest, RenamingChangesWhatIsNew) {
             .Expect("A problem occurred during the rename process...", MessageIcon::Exclamation);
         Run(RenameHangarPackage, faulty);
         EXPECT_EQ(drive.Tree("Hangar"), hangar) << change;
-        EXPECT_EQ(window.packageText, "Other");
+        EXPECT_FALSE(changes.renamed);
     };
     fails("Rename", "Jets\\New", {both});
     fails("Replace", "aircraft.cfg", {both, {"Other", "Other"}});
@@ -266,11 +266,11 @@ TEST_F(HangarTest, AHeldAliasFollowsItsPackage) {
     user.Expect("Done.\n\nNow you can easily...").ExpectRename({"Lear", "Lear 45"}, true, {{"Lear 2", "Lear 45"}});
     Run(CreateSoundAlias);
     Run(RenameHangarPackage);
-    EXPECT_EQ(memory.held.HeldSoundAlias, "Lear 2\\sound");
+    EXPECT_EQ(held.HeldSoundAlias, PackageRefOf("Jets\\Lear 2"));
     Select("Lear 2");
     user.Expect(AskRemove, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromHangar);
-    EXPECT_EQ(memory.held.HeldSoundAlias, "");
+    EXPECT_TRUE(held.HeldSoundAlias.IsNone());
 }
 
 TEST_F(HangarTest, UsersAreFoundUnderEitherSpelling) {
@@ -284,8 +284,9 @@ TEST_F(HangarTest, UsersAreFoundUnderEitherSpelling) {
     drive.MakeDirectory("FS\\aircraft\\b_jet");
     user.Expect("Cannot rename.  The panel in this package is used...");
     Run(RenameHangarPackage);
-    EXPECT_EQ(window.listCaption, "panel used in ...");
-    EXPECT_EQ(window.listLines, (std::vector<std::string>{"A_Jet", "< B Jet >", "Jets\\C\\panel.cfg"}));
+    EXPECT_EQ(display.listCaption, "panel used in ...");
+    EXPECT_EQ(display.listLines,
+              (std::vector<ListLine>{{{"", "A_Jet"}}, {{"", "B Jet"}, true}, {{"", "Jets\\C\\panel.cfg"}}}));
 
     // What could not be looked at may be a user as well.
     for (const char* file : {"A_Jet\\Panel\\panel.cfg", "B Jet\\Panel\\panel.cfg", "C\\panel.cfg"})
@@ -310,7 +311,7 @@ TEST_F(HangarTest, RunsTheFirstSimulatorOfTheList) {
     drive.Fill("FS", "fs2002.exe\\, fltsim98.exe=MZ, CFS2.EXE=MZ");
     RunSimulator(context);
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
-    EXPECT_EQ(window.status, drive.At("FS\\cfs2.exe is being started."));
+    EXPECT_EQ(display.status, drive.At("FS\\cfs2.exe is being started."));
     launcher.simulatorRefusal = "Wine is not installed.";
     user.Expect("Wine is not installed.", MessageIcon::Exclamation);
     RunSimulator(context);

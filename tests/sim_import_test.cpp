@@ -47,7 +47,7 @@ TEST_F(ImportTest, EveryAircraftIsOffered) {
     EXPECT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\A1099")));
     user.ExpectImport({"A1099", "My_Plane", "Zeppelin"}, {});
     EXPECT_EQ(ImportFromSim(context), "");
-    EXPECT_EQ(window.status, "");
+    EXPECT_EQ(display.status, "");
 }
 
 TEST_F(ImportTest, AnotherImportOfItReplacesOrClearsFirst) {

@@ -49,7 +49,7 @@ TEST_F(PasteTest, ConfigurationsChangePlacesByRenaming) {
          {{"panel.cfg", Own}, {"oldpanel(1).cfg", "mine"}}},
         {"back alone", RestoreOldPanel, {{"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
     };
-    memory.held.HeldPanelAlias = "Big Jet\\panel";
+    held.HeldPanelAlias = {"Jets", "Big Jet"};
     user.isPatient = true;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -84,13 +84,16 @@ TEST_F(PasteTest, EveryRefusalLeavesTheTreeAsItIs) {
          MessageIcon::Information, nothing},
         {PastePanelAlias, "You'll have to use the 'Create panel alias' option...", MessageIcon::Exclamation, nothing},
         {PasteSoundAlias, "You cannot paste a sound alias to the package where you got the alias.",
-         MessageIcon::Exclamation, [&] { memory.held.HeldSoundAlias = "My Lear\\sound"; }},
+         MessageIcon::Exclamation,
+         [&] {
+             held.HeldSoundAlias = {"Jets", "My Lear"};
+         }},
         {RestoreOldSound, "This package does not contain an oldsound.cfg file to restore.", MessageIcon::Exclamation,
          nothing},
         {PastePanelAlias, "This package is installed in Flight Simulator...before replacing the panel.cfg file.",
          MessageIcon::Exclamation,
          [&] {
-             memory.held.HeldPanelAlias = "x\\panel";
+             held.HeldPanelAlias = {"Jets", "x"};
              drive.MakeDirectory("FS\\aircraft\\My_Lear");
          }},
         {RestoreOldPanel, "This package is installed in Flight Simulator...before restoring the panel.cfg file.",
@@ -118,7 +121,7 @@ TEST_F(PasteTest, AnAliasGoesFromOnePackageToAnother) {
     user.Expect("Done.");
     Run(PasteSoundAlias);
     EXPECT_EQ(drive.Tree(), expected);
-    EXPECT_EQ(window.displayRefreshes, 1);
+    EXPECT_TRUE(changes.package);
     Select("My Lear");
     EXPECT_EQ(package.PackageSoundAlias, "lear 45\\sound");
 }

@@ -18,10 +18,9 @@ class RecordTest : public SimTest {
     }
     void Remove(const std::string& name) {
         Select(name);
-        state.QuietMode = true; // so that a question would keep it
-        state.keptPackages.clear();
+        QuietMode = true; // so that a question would keep it
         Run(RemovePackageFromSim);
-        EXPECT_EQ(state.keptPackages, std::vector<std::string>{});
+        EXPECT_EQ(removal.kept, "");
         EXPECT_FALSE(drive.Has("FS\\aircraft\\" + name));
     }
 };
@@ -84,7 +83,7 @@ TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
             Select("A");
             Run(CompressShownPackage); // packed it is the same
             SimUsage usage(context, {"A", "B", "C"});
-            memory.usage = isBatch ? &usage : nullptr;
+            knownUsage = isBatch ? &usage : nullptr;
             for (const char step : std::string_view(row.out)) {
                 EXPECT_TRUE(drive.Has(inSim));
                 if (step != '!')
@@ -94,7 +93,7 @@ TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
                 else
                     ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
             }
-            memory.usage = nullptr;
+            knownUsage = nullptr;
             EXPECT_EQ(drive.Outline("FS\\gauges"), row.left);
             static_cast<void>(drive.Files().Delete(drive.At(inSim)));
         }
@@ -125,15 +124,13 @@ TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
         else
             ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
         Select("Lear");
-        state.QuietMode = true;
-        state.keptPackages.clear();
+        QuietMode = true;
         Run(RemovePackageFromSim);
         EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), row.isLost);
         // The only copy of a gauge that was taken out of the package stays.
         EXPECT_EQ(drive.Has("FS\\gauges\\LearClock.gau"), row.isLost || row.file.ends_with(".gau"));
         if (row.isLost) {
-            ASSERT_EQ(state.keptPackages.size(), 1u);
-            EXPECT_THAT(state.keptPackages[0], testing::HasSubstr(LastPathComponent(row.file)));
+            EXPECT_THAT(removal.kept, testing::HasSubstr(LastPathComponent(row.file)));
             ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
             Remove("Lear");
         }
@@ -192,7 +189,7 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
         Install("A");
         Install("B");
         Select("A");
-        state.QuietMode = true;
+        QuietMode = true;
         Run(RemovePackageFromSim, stopped);
         if (drive.Has("FS\\aircraft\\A"))
             Remove("A");

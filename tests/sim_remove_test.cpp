@@ -17,14 +17,27 @@ class RemoveTest : public SimTest {
 TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
     const struct {
         const char *name, *file, *text; // below the simulator's aircraft directory
-        const char *kind, *user;        // what is in use, and how the list names the user
+        const char* kind;               // what is in use
+        ListLine user;
     } rows[] = {
-        {"panel by installed name", "Big_Jet\\Panel\\panel.cfg", "alias=my_own_lear\\PANEL", "panel", "< Big Jet >"},
-        {"panel by Hangar name", "Big Jet\\panel\\PANEL.CFG", "alias=My Own Lear\\panel", "panel", "< Big Jet >"},
-        {"panel by half of both", "Jet\\panel\\panel.cfg", "alias = \"my_own Lear\\panel\"", "panel", "< Jet >"},
-        {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Own Lear\\panel", "panel", "Jet\\x\\panel.cfg"},
-        {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Own_Lear\\sound", "sound", "< Jet >"},
-        {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY OWN LEAR\\sound", "sound", "< Jet >"},
+        {"panel by installed name",
+         "Big_Jet\\Panel\\panel.cfg",
+         "alias=my_own_lear\\PANEL",
+         "panel",
+         {{"", "Big Jet"}, true}},
+        {"panel by Hangar name",
+         "Big Jet\\panel\\PANEL.CFG",
+         "alias=My Own Lear\\panel",
+         "panel",
+         {{"", "Big Jet"}, true}},
+        {"panel by half of both",
+         "Jet\\panel\\panel.cfg",
+         "alias = \"my_own Lear\\panel\"",
+         "panel",
+         {{"", "Jet"}, true}},
+        {"panel mentioned", "Jet\\x\\panel.cfg", "; see My Own Lear\\panel", "panel", {{"", "Jet\\x\\panel.cfg"}}},
+        {"sound by installed name", "Jet\\sound\\sound.cfg", "alias=My_Own_Lear\\sound", "sound", {{"", "Jet"}, true}},
+        {"sound by Hangar name", "Jet\\Sound\\Sound.cfg", "alias=MY OWN LEAR\\sound", "sound", {{"", "Jet"}, true}},
     };
     Install("My Own Lear");
     for (const auto& row : rows) {
@@ -38,8 +51,8 @@ TEST_F(RemoveTest, KeepsWhatAnotherAircraftUses) {
             MessageIcon::Information);
         Run(RemovePackageFromSim);
         EXPECT_EQ(drive.Tree("FS"), before);
-        EXPECT_EQ(window.listCaption, std::string(row.kind) + " used in ...");
-        EXPECT_EQ(window.listLines, std::vector<std::string>{row.user});
+        EXPECT_EQ(display.listCaption, std::string(row.kind) + " used in ...");
+        EXPECT_EQ(display.listLines, std::vector<ListLine>{row.user});
         ASSERT_TRUE(drive.Files().Delete(drive.At(file)));
     }
     drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", "alias=Lear\\panel");            // of another
@@ -67,20 +80,19 @@ TEST_F(RemoveTest, NamesWhatItCouldNotLookAt) {
         "  (too large for a configuration file)\n\nPlease make sure that...");
     Run(RemovePackageFromSim);
     SimUsage usage(context, {"Lear"});
-    memory.usage = &usage;
-    state.QuietMode = true;
+    knownUsage = &usage;
+    QuietMode = true;
     Run(RemovePackageFromSim);
-    EXPECT_EQ(state.keptPackages,
-              std::vector<std::string>{"Lear: it could not be found out whether another aircraft uses it"});
+    EXPECT_EQ(removal.kept, "it could not be found out whether another aircraft uses it");
     EXPECT_EQ(drive.Tree("FS"), before);
-    EXPECT_EQ(window.listCaption, "");
-    memory.usage = nullptr;
-    state.QuietMode = false;
+    EXPECT_EQ(display.listCaption, "");
+    knownUsage = nullptr;
+    QuietMode = false;
 
     drive.Put(large, "alias=Lear\\panel");
     ExpectRemoval().Expect("Cannot remove.  The panel in this package...as shown.");
     Run(RemovePackageFromSim);
-    EXPECT_EQ(window.listLines, std::vector<std::string>{"< Z >"});
+    EXPECT_EQ(display.listLines, (std::vector<ListLine>{{{"", "Z"}, true}}));
     ASSERT_TRUE(drive.Files().Delete(drive.At(large)));
     ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Z\\panel.2")));
     limits.FileMax = 40; // fewer than there are
@@ -92,7 +104,7 @@ TEST_F(RemoveTest, NamesWhatItCouldNotLookAt) {
 TEST_F(RemoveTest, AGaugeOfTwoPackagesGoesWithTheSecond) {
     Install("Lear");
     Install("Lear Two");
-    state.QuietMode = true;
+    QuietMode = true;
     for (const char* name : {"Lear", "Lear Two"}) {
         EXPECT_TRUE(drive.Has("FS\\gauges\\LearCab.cab"));
         Select(name);
@@ -116,13 +128,12 @@ TEST_F(RemoveTest, FilesThatOnlyTheSimulatorHasAreAskedAbout) {
     EXPECT_EQ(drive.Tree("FS"), before);
     EXPECT_THAT(user.transcript.back(), testing::HasSubstr("flights\\28.flt\n... and 3 more\n\nThey will be lost."));
 
-    state.QuietMode = true;
+    QuietMode = true;
     Run(RemovePackageFromSim);
     EXPECT_EQ(drive.Tree("FS"), before);
-    ASSERT_EQ(state.keptPackages.size(), 1u);
-    EXPECT_TRUE(state.keptPackages[0].starts_with("Lear: "));
+    EXPECT_THAT(removal.kept, testing::HasSubstr("Lear.air"));
 
-    state.QuietMode = false;
+    QuietMode = false;
     ExpectRemoval().Expect(question, Answer::Yes).Expect("Done.");
     Run(RemovePackageFromSim);
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear"));
@@ -198,7 +209,7 @@ TEST_F(RemoveTest, NothingIsLostOnAReadOnlyDisk) {
         .Expect("The following gauges could not be removed ...")
         .Expect("The package could not be removed completely.\n\n...");
     run(RemovePackageFromSim);
-    window.packageText = "Other";
+    Select("Other");
     user.Expect("The package could not be copied, and nothing of it was left behind.\n\n...");
     run(InstallPackage);
 }

@@ -577,8 +577,9 @@ TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
     list.hide();
     list.ApplyGeometry({1500, 3000, 6000, 4500});
     QSignalSpy chosen(&list, &frmFileList::LineChosen);
-    std::vector<std::string> lines = {"", " -->  Jets",  "", "< B 17 >", "Orvane Courier",
-                                      "", " -->  Props", "", "< B 17 >", "Pinehill Courier"};
+    const std::vector<ListLine> lines = {
+        {}, {{"Jets", ""}},  {}, {{"Jets", "B 17"}, true},  {{"Jets", "Orvane Courier"}},
+        {}, {{"Props", ""}}, {}, {{"Props", "B 17"}, true}, {{"Props", "Pinehill Courier"}}};
     list.ShowLines("Package List", lines);
     EXPECT_EQ(list.windowTitle(), "Package List");
     EXPECT_EQ(list.size(), QSize(300, 400)); // 15 twips to the pixel
@@ -607,7 +608,7 @@ TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
         rows.push_back(signal[0].toInt());
     EXPECT_EQ(rows, std::vector({3, 4, 9, 3, 8}));
 
-    list.ShowLines("Package Categories", {" -->  Jets", " -->  Props"});
+    list.ShowLines("Package Categories", {{{"Jets", ""}}, {{"Props", ""}}});
     Type(list, "txtFilter", "prop");
     EXPECT_EQ(list.Seen(), QStringList(" -->  Props"));
 
@@ -620,9 +621,9 @@ TEST_F(DialogTest, TheListWindowTellsWhichLineWasChosen) {
 
 TEST_F(DialogTest, ARefreshedListKeepsThePlaceAndTheFilter) {
     ListWindow list;
-    std::vector<std::string> lines;
+    std::vector<ListLine> lines;
     for (int i = 0; i < 2000; ++i)
-        lines.push_back("Package " + std::to_string(i));
+        lines.push_back({{"Jets", "Package " + std::to_string(i)}});
     list.ShowLines("Package List", lines);
     list.lines.setCurrentRow(1500);
     auto& scroll = *list.lines.verticalScrollBar();
@@ -630,7 +631,7 @@ TEST_F(DialogTest, ARefreshedListKeepsThePlaceAndTheFilter) {
     ASSERT_GT(place, 0);
 
     lines.erase(lines.begin() + 3);
-    lines[1499] = "< Package 1500 >";
+    lines[1499].isInstalled = true;
     list.ShowLines("Package List", lines);
     EXPECT_EQ(list.lines.currentItem()->text(), "< Package 1500 >");
     EXPECT_EQ(scroll.value(), place);

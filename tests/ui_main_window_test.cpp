@@ -25,7 +25,7 @@ class HangarWindow : public WindowTest {
 
     void ShowPackage(const char* name) {
         int index = 0;
-        while (WithoutInstalledMarks(program.View().packages[std::size_t(index)]) != name)
+        while (program.View().packages[std::size_t(index)].name != name)
             ++index;
         program.ChoosePackage(index);
     }

@@ -1,7 +1,6 @@
 #include "ui/frmFileList.h"
 
 #include "app/overviews.h"
-#include "package/file_primitives.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmFileList.h"
@@ -13,18 +12,6 @@
 #include <algorithm>
 
 namespace korvadex {
-
-namespace {
-
-bool IsHeading(const QString& line) {
-    return line.startsWith(QLatin1String(CategoryMark.data(), qsizetype(CategoryMark.size())));
-}
-
-QString Name(const QString& line) {
-    return ToQt(WithoutInstalledMarks(FromQt(line)));
-}
-
-} // namespace
 
 frmFileList::frmFileList(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::frmFileList>()) {
     ui->setupUi(this);
@@ -43,15 +30,15 @@ frmFileList::frmFileList(QWidget* parent) : QDialog(parent), ui(std::make_unique
 
 frmFileList::~frmFileList() = default;
 
-void frmFileList::ShowLines(const QString& caption, const std::vector<std::string>& lines) {
+void frmFileList::ShowLines(const QString& caption, const std::vector<ListLine>& newLines) {
     const bool isRefreshed = isVisible() && caption == windowTitle();
     if (isRefreshed) {
         const int row = ui->lstFileList->currentRow();
-        const QString text = row >= 0 ? ui->lstFileList->item(row)->text() : QString();
+        const ListLine line = row >= 0 ? lines[std::size_t(row)] : ListLine{};
         const int scrolled = ui->lstFileList->verticalScrollBar()->value();
-        FillList(lines);
+        FillList(newLines);
         if (row >= 0)
-            ui->lstFileList->setCurrentRow(RowNow(row, text));
+            ui->lstFileList->setCurrentRow(RowNow(row, line));
         ApplyFilter();
         ui->lstFileList->doItemsLayout(); // the range of the scroll bar, now
         ui->lstFileList->verticalScrollBar()->setValue(scrolled);
@@ -59,7 +46,7 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<std::strin
     }
     setWindowTitle(caption);
     ui->lstFileList->setAccessibleName(caption);
-    FillList(lines);
+    FillList(newLines);
     ui->txtFilter->clear();
     ui->lstFileList->scrollToTop();
     ui->lstFileList->setFocus();
@@ -67,21 +54,25 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<std::strin
     raise();
 }
 
-void frmFileList::FillList(const std::vector<std::string>& lines) {
+void frmFileList::FillList(const std::vector<ListLine>& newLines) {
+    lines = newLines;
     QStringList texts;
     for (const auto& line : lines)
-        texts.append(ToQt(line));
+        texts.append(ToQt(LineText(line)));
     ui->lstFileList->clear();
     ui->lstFileList->addItems(texts);
 }
 
-int frmFileList::RowNow(int row, const QString& text) const {
+int frmFileList::RowNow(int row, const ListLine& line) const {
     // The nearest of that name, which may have been installed or removed meanwhile; else the same place.
-    const int count = ui->lstFileList->count();
-    const QString name = Name(text);
+    const int count = int(lines.size());
+    const auto isSame = [&](int at) {
+        const auto& other = lines[std::size_t(at)];
+        return other.package.name == line.package.name && (other.IsHeading() ? other == line : !line.IsHeading());
+    };
     for (int distance = 0; distance < std::max(count, row + 1); ++distance)
         for (const int at : {row - distance, row + distance})
-            if (at >= 0 && at < count && Name(ui->lstFileList->item(at)->text()) == name)
+            if (at >= 0 && at < count && isSame(at))
                 return at;
     return std::min(row, count - 1);
 }
@@ -94,19 +85,19 @@ void frmFileList::ApplyFilter() {
     int first = -1;
     for (int row = ui->lstFileList->count() - 1; row >= 0; --row) {
         auto* item = ui->lstFileList->item(row);
-        const QString text = item->text();
-        const bool isHeading = IsHeading(text);
+        const ListLine& line = lines[std::size_t(row)];
+        const bool isHeading = line.IsHeading(), isPackage = !line.package.name.empty();
         bool isMatch = false;
         if (isHeading && !hasPackages)
-            isMatch = matches(QStringView(text).sliced(qsizetype(CategoryMark.size())));
-        else if (!isHeading && !text.isEmpty())
-            isMatch = matches(text);
+            isMatch = matches(ToQt(line.package.category));
+        else if (isPackage)
+            isMatch = matches(item->text());
         if (isMatch)
             first = row;
         item->setHidden(!filter.isEmpty() && !isMatch && !(isHeading && isAnySeen));
         if (isHeading)
             hasPackages = isAnySeen = false;
-        else if (!text.isEmpty()) {
+        else if (isPackage) {
             hasPackages = true;
             isAnySeen = isAnySeen || isMatch;
         }

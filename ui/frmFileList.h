@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/settings.h"
+#include "package/command_context.h"
 
 #include <QDialog>
 
@@ -25,7 +26,7 @@ class frmFileList : public QDialog {
     ~frmFileList() override;
 
     // Opens the window. With the caption that it shows already, the filter and the place in the list stay.
-    void ShowLines(const QString& caption, const std::vector<std::string>& lines);
+    void ShowLines(const QString& caption, const std::vector<ListLine>& lines);
 
     // Height and width of 0 leave the size as designed.
     void ApplyGeometry(const WindowGeometry& geometry);
@@ -41,13 +42,14 @@ class frmFileList : public QDialog {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void FillList(const std::vector<std::string>& lines);
-    // Where the line that stood at this row, with this text, stands now; -1 in an empty list.
-    int RowNow(int row, const QString& text) const;
+    void FillList(const std::vector<ListLine>& newLines);
+    // Where the line that stood at this row stands now; -1 in an empty list.
+    int RowNow(int row, const ListLine& line) const;
     void ApplyFilter();
     bool IsSeen(int row) const;
 
     std::unique_ptr<Ui::frmFileList> ui;
+    std::vector<ListLine> lines; // a row for each
     std::optional<WindowGeometry> lastGeometry;
 };
 

@@ -247,7 +247,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ui->lblHeader->setText(ToQt(view.header));
     ShowSide(view.HangarSideShown);
     Fill(ui->cboPackageCategory, view.categories, view.categoryIndex);
-    Fill(ui->cboPackageName, view.packages, view.packageIndex);
+    ui->cboPackageName->ShowPackages(view.packages, view.packageIndex);
     ui->cboPackageName->SetFilter(ui->txtPackageFilter->text());
     ShowFilterCount();
     ShowPackageName(view);
@@ -362,7 +362,7 @@ void frmHangar::HideProgress() {
     prbProgress->hide();
 }
 
-void frmHangar::ShowFileList(const std::string& caption, const std::vector<std::string>& lines) {
+void frmHangar::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {
     fileList->ShowLines(ToQt(caption), lines);
 }
 

@@ -42,7 +42,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void ShowProgress(int minimum, int maximum) override;
     void SetProgress(int value) override;
     void HideProgress() override;
-    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override;
+    void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override;
     bool IsFileListVisible() const override;
     void ShowGallery(const GalleryView& gallery) override;
     void UpdateGallery(const GalleryView& gallery) override;

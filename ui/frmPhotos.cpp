@@ -43,7 +43,7 @@ std::optional<GalleryStep> StepOf(int key) {
 
 // "Jets  -  (shot1).jpg"
 QString Whereabouts(const GalleryPicture& picture) {
-    return ToQt(picture.category + "  -  " + LastPathComponent(picture.path));
+    return ToQt(picture.package.category + "  -  " + LastPathComponent(picture.path));
 }
 
 } // namespace
@@ -151,15 +151,15 @@ void frmPhotos::ShowThumbnail(int index) {
     const auto* picture = PictureAt(pages.At(index));
     if (!picture)
         return photo.ShowNothing();
-    photo.ShowPicture(thumbnails->Find(picture->path), ToQt(picture->package));
-    photo.setToolTip(PlainToolTip(ToQt(picture->package) + "\n" + Whereabouts(*picture)));
+    photo.ShowPicture(thumbnails->Find(picture->path), ToQt(picture->package.name));
+    photo.setToolTip(PlainToolTip(ToQt(picture->package.name) + "\n" + Whereabouts(*picture)));
 }
 
 void frmPhotos::ShowMarked() {
     for (int index = 0; index < GalleryPages::PageSize; ++index)
         ui->grdPhotos->Photo(index).SetMarked(pages.Marked() && pages.At(index) == pages.Marked());
     const auto* picture = Marked();
-    ui->lblPackage->setText(picture ? ToQt(picture->package) : QString());
+    ui->lblPackage->setText(picture ? ToQt(picture->package.name) : QString());
     ui->lblPicture->setText(picture ? Whereabouts(*picture) : Hint);
     ui->grdPhotos->setAccessibleDescription(picture ? ui->lblPackage->text() + "  -  " + ui->lblPicture->text()
                                                     : QString());
@@ -175,7 +175,7 @@ void frmPhotos::ShowLarge() {
     // Until it is there, the thumbnail stands for it.
     const LoadedPicture* loaded = large->Find(picture->path);
     ui->imgHangar->ShowPicture(loaded ? loaded : thumbnails->Find(picture->path), {});
-    ui->imgHangar->setAccessibleName(ToQt(picture->package));
+    ui->imgHangar->setAccessibleName(ToQt(picture->package.name));
 }
 
 void frmPhotos::LoadPictures() {

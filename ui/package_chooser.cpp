@@ -1,6 +1,6 @@
 #include "ui/package_chooser.h"
 
-#include "package/file_primitives.h"
+#include "app/overviews.h"
 #include "ui/qt_text.h"
 
 #include <QListView>
@@ -17,13 +17,27 @@ constexpr int LinesAtOnce = 20;
 
 } // namespace
 
+void PackageChooser::ShowPackages(const std::vector<HangarPackage>& packages, int index) {
+    QStringList texts, shown;
+    for (const auto& package : packages)
+        texts.append(ToQt(LineText({PackageRefOf(package.name), package.isInstalled})));
+    for (int row = 0; row < count(); ++row)
+        shown.append(itemText(row));
+    if (texts != shown) {
+        clear();
+        for (qsizetype row = 0; row < texts.size(); ++row)
+            addItem(texts[row], ToQt(packages[std::size_t(row)].name));
+    }
+    setCurrentIndex(index);
+}
+
 void PackageChooser::SetFilter(const QString& filter) {
     const QString part = filter.trimmed();
     auto* rows = qobject_cast<QStandardItemModel*>(model());
     auto* list = qobject_cast<QListView*>(view());
     int offered = 0, linesNeeded = 0;
     for (int row = 0; row < count(); ++row) {
-        const QString name = ToQt(WithoutInstalledMarks(FromQt(itemText(row))));
+        const QString name = itemData(row).toString();
         const bool isOffered = name.contains(part, Qt::CaseInsensitive);
         if (IsOffered(row) != isOffered)
             rows->item(row)->setEnabled(isOffered); // arrow keys and wheel pass over it

@@ -1,7 +1,11 @@
 // The list to choose a package from, and the part of it that is offered while something stands in the filter field.
 #pragma once
 
+#include "app/hangar_listing.h"
+
 #include <QComboBox>
+
+#include <vector>
 
 namespace korvadex {
 
@@ -11,6 +15,9 @@ class PackageChooser : public QComboBox {
 
   public:
     using QComboBox::QComboBox;
+
+    // A row for each, with marks where it is installed. The current row is given by its index, -1 for none.
+    void ShowPackages(const std::vector<HangarPackage>& packages, int index);
 
     // Offers only the packages whose names contain this, without case; all for "". To be called again after the
     // rows have changed.

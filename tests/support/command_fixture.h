@@ -1,5 +1,5 @@
 // Everything that a command works with, on a drive of its own: three locations, a scripted user and a
-// recording window.
+// recording display.
 #pragma once
 
 #include "package/command_context.h"
@@ -11,12 +11,12 @@
 
 namespace korvadex::test {
 
-// A window that remembers what it was told; the selection is set by the test.
-class RecordingWindow : public MainWindow {
+// Remembers what it was told to show.
+class RecordingDisplay : public CommandDisplay {
   public:
-    std::string category, packageText, status, listCaption, staged;
-    std::vector<std::string> listLines;
-    int progressShown = 0, listRefreshes = 0, displayRefreshes = 0;
+    std::string status, listCaption;
+    std::vector<ListLine> listLines;
+    int progressShown = 0;
     bool isProgressVisible = false;
 
     void ShowProgress(int, int) override {
@@ -26,13 +26,7 @@ class RecordingWindow : public MainWindow {
     void SetProgress(int) override {}
     void HideProgress() override { isProgressVisible = false; }
     void ShowStatus(const std::string& text) override { status = text; }
-    std::string SelectedCategory() const override { return category; }
-    std::string SelectedPackageText() const override { return packageText; }
-    void RefreshPackageList() override { ++listRefreshes; }
-    void SelectPackageNamed(const std::string& name) override { packageText = name; }
-    void NoteStaged(const std::string& packageName) override { staged = packageName; }
-    void RefreshPackageDisplay() override { ++displayRefreshes; }
-    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
+    void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override {
         listCaption = caption;
         listLines = lines;
     }
@@ -79,15 +73,15 @@ class CommandTest : public testing::Test {
     }
 
     // The context of the test, on another disk.
-    CommandContext On(FileSystem& files) { return {files, launcher, locations, limits, user, window}; }
+    CommandContext On(FileSystem& files) { return {files, launcher, locations, limits, user, display}; }
 
     TemporaryDrive drive;
     Locations locations;
     WalkLimits limits;
     ScriptedUser user;
-    RecordingWindow window;
+    RecordingDisplay display;
     RecordingLauncher launcher;
-    CommandContext context{drive.Files(), launcher, locations, limits, user, window};
+    CommandContext context{drive.Files(), launcher, locations, limits, user, display};
 };
 
 } // namespace korvadex::test

@@ -288,7 +288,7 @@ class Road : private RoadGround {
         Do("show in the Hangar", [&] {
             program->GoToHangar();
             program->ChooseCategory(IndexOf(program->View().categories, category));
-            program->ChoosePackage(IndexOf(program->View().packages, IsInstalled() ? "< " + package + " >" : package));
+            program->ChoosePackage(IndexOf(form.PackageLines(), IsInstalled() ? "< " + package + " >" : package));
         });
         if (program->Package().path != drive.At(PackagePath()))
             Violation("the Hangar does not show " + PackagePath());

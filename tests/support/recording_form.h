@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/main_view.h"
+#include "app/overviews.h"
 #include "tests/support/fake_converter.h"
 
 #include <gtest/gtest.h>
@@ -30,13 +31,22 @@ class RecordingForm : public MainForm {
         if (onShow)
             onShow();
     }
+    // The packages to choose from, as the window shows them.
+    std::vector<std::string> PackageLines() const {
+        std::vector<std::string> lines;
+        for (const HangarPackage& package : view.packages)
+            lines.push_back(LineText({PackageRefOf(package.name), package.isInstalled}));
+        return lines;
+    }
     void ShowStatus(const std::string& text) override { status = text; }
     void ShowProgress(int, int) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
-    void ShowFileList(const std::string& caption, const std::vector<std::string>& lines) override {
+    void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override {
         listCaption = caption;
-        listLines = lines;
+        listLines.clear();
+        for (const ListLine& line : lines)
+            listLines.push_back(LineText(line));
         isListVisible = true;
         ++listShows;
     }

@@ -3,6 +3,8 @@
 
 #include "package/load_package.h"
 #include "sim/hangar_commands.h"
+#include "sim/remove.h"
+#include "sim/sim_usage.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/package_builder.h"
 
@@ -20,18 +22,18 @@ class SimTest : public CommandTest {
   protected:
     SimTest() { drive.MakeDirectory("FS\\gauges"); }
 
-    // Selects and loads a package of the category Jets.
-    void Select(const std::string& name) {
-        window.category = "Jets";
-        window.packageText = name;
-        LoadPackage(context, locations.HangarDir + "Jets\\" + name + "\\", false, package);
-    }
+    // Loads a package of the category Jets.
+    void Select(const std::string& name) { LoadPackage(context, {"Jets", name}, package); }
     void Run(HangarCommand command) { Run(command, drive.Files()); }
     void Run(HangarCommand command, FileSystem& files) {
         CommandContext disk = On(files);
-        state.CommandCode = command;
-        RunHangarCommand(disk, state, memory, package);
-        EXPECT_FALSE(window.isProgressVisible);
+        if (command == RemovePackageFromSim) {
+            removal = RemoveFromSim(disk, package, knownUsage, QuietMode);
+            changes = removal.changes;
+        } else {
+            changes = RunHangarCommand(disk, command, package, held);
+        }
+        EXPECT_FALSE(display.isProgressVisible);
     }
     // Puts the selected package into the simulator; its panel finds all its gauges.
     void Install() {
@@ -44,8 +46,12 @@ class SimTest : public CommandTest {
     }
 
     LoadedPackage package;
-    CommandState state;
-    HangarMemory memory;
+    HeldAliases held;
+    Changes changes; // of the last command
+    // What a batch gives to a removal, and what the last one has told it.
+    SimUsage* knownUsage = nullptr;
+    bool QuietMode = false;
+    RemovalOutcome removal;
 };
 
 } // namespace korvadex::test

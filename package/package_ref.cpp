@@ -1,0 +1,26 @@
+#include "package/package_ref.h"
+
+#include "package/file_primitives.h"
+
+namespace korvadex {
+
+std::string PackageRef::Text() const {
+    return category.empty() ? name : category + "\\" + name;
+}
+
+std::string PackageRef::Directory(const Locations& locations) const {
+    return IsNone() ? "" : locations.HangarDir + Text() + "\\";
+}
+
+PackageRef PackageRefOf(std::string_view text) {
+    const std::size_t bar = text.find('\\');
+    if (bar == std::string_view::npos)
+        return {"", std::string(text)};
+    return {std::string(text.substr(0, bar)), std::string(text.substr(bar + 1))};
+}
+
+bool IsInstalled(const FileSystem& files, const Locations& locations, const PackageRef& package) {
+    return !FindSimAircraftDirectory(files, locations, package.name).empty();
+}
+
+} // namespace korvadex
