@@ -90,12 +90,4 @@ void Program::UninstallCategory() {
     });
 }
 
-void Program::ListUnusedGauges() {
-    Run([&] { korvadex::ListUnusedGauges(context); });
-}
-
-void Program::RunSimulator() {
-    Run([&] { korvadex::RunSimulator(context); });
-}
-
 } // namespace korvadex

@@ -5,24 +5,24 @@
 
 namespace korvadex {
 
-void Program::CreateNotes() {
+void Program::CreatePackageNotes() {
     Run([&] {
         if (IsShownThere())
-            Refresh(korvadex::CreateNotes(context, package));
+            Refresh(CreateNotes(context, package));
     });
 }
 
-void Program::DeleteNotes() {
+void Program::DeletePackageNotes() {
     Run([&] {
         if (IsShownThere())
-            Refresh(korvadex::DeleteNotes(context, package));
+            Refresh(DeleteNotes(context, package));
     });
 }
 
-void Program::ReadNotes() {
+void Program::ReadPackageNotes() {
     Run([&] {
         if (IsShownThere())
-            korvadex::ReadNotes(context, package);
+            ReadNotes(context, package);
     });
 }
 
@@ -34,14 +34,12 @@ void Program::Explore() {
 }
 
 void Program::EditInformation() {
-    Run([&] { EditPackageInformation(); });
-}
-
-void Program::EditPackageInformation() {
-    if (!IsShownThere() || !ArePlacesThere({Place::Simulator}))
-        return;
-    ReloadWhenChanged(); // what is edited must be what is there
-    EditAircraftInfo(context, package);
+    Run([&] {
+        if (!IsShownThere() || !ArePlacesThere({Place::Simulator}))
+            return;
+        ReloadWhenChanged(); // what is edited must be what is there
+        EditAircraftInfo(context, package);
+    });
 }
 
 } // namespace korvadex

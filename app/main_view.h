@@ -69,6 +69,7 @@ class MainForm {
     virtual bool IsGalleryVisible() const = 0;
     // The main window itself, before the gallery.
     virtual void ComeToFront() = 0;
+    virtual void ShowAbout() = 0; // frmAbout
 
     virtual ScreenSize Screen() const = 0;
     virtual void ApplyGeometry(const SavedGeometry& geometry) = 0;

@@ -39,13 +39,13 @@ void Program::ShowPreviousImage() {
     Run([&] { view.imageIndex = PreviousImage(package, view.imageIndex); });
 }
 
-void Program::DeleteImage() {
+void Program::DeleteShownImage() {
     Run([&] {
         const auto path = ShownImage();
         if (!IsStillThere(path))
             return;
         const int index = view.imageIndex;
-        if (!korvadex::DeleteImage(context, path))
+        if (!DeleteImage(context, path))
             return;
         Refresh({.package = true});
         RemoveEmptyImagesDirectory(files, package);
@@ -54,12 +54,12 @@ void Program::DeleteImage() {
     });
 }
 
-void Program::MakeFirstImage() {
+void Program::MakeShownImageFirst() {
     Run([&] {
         const auto path = ShownImage();
         if (!IsStillThere(path))
             return;
-        const auto marked = korvadex::MakeFirstImage(context, package, path);
+        const auto marked = MakeFirstImage(context, package, path);
         Refresh({.package = true}); // the gallery has the old names
         if (!marked)
             return;

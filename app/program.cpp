@@ -1,5 +1,6 @@
 #include "app/program.h"
 
+#include "app/commands.h"
 #include "app/own_files.h"
 #include "app/profiles.h"
 #include "archive/viewing_copy.h"
@@ -8,24 +9,12 @@
 #include "package/file_primitives.h"
 #include "package/opening.h"
 #include "platform/windows_path.h"
-#include "sim/hangar_commands.h"
 #include "sim/run_simulator.h"
 #include "sim/unused_gauges.h"
 
 #include <algorithm>
 
 namespace korvadex {
-
-namespace {
-
-// Those that ask whether the package is installed, or work in the simulator.
-bool NeedsSimulator(int hangarCommand) {
-    constexpr int others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences, CompressShownPackage,
-                              DecompressShownPackage};
-    return std::ranges::find(others, hangarCommand) == std::end(others);
-}
-
-} // namespace
 
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
                  ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir, std::string runningExecutable)
@@ -234,87 +223,24 @@ void Program::DeleteComponents(int group, const std::vector<int>& positions) {
 
 // --- menus and toolbar
 
-void Program::RunCommand(Side processor, int code) {
-    Run([&] {
-        if (view.HangarSideShown != (processor == Side::Hangar))
-            return;
-        if (processor == Side::Hangar)
-            RunHangarSideCommand(code);
-        else
-            RunStagingCommand(code);
-    });
+void Program::RunCommand(std::string_view entryOrKey) {
+    const auto keys = ToolbarKeys();
+    if (entryOrKey.empty() || std::ranges::find(keys, entryOrKey) == keys.end())
+        return (this->*CommandOfEntry(entryOrKey).routine)();
+    if (const Command* command = CommandOfKey(entryOrKey, view.HangarSideShown ? Side::Hangar : Side::Staging))
+        (this->*command->routine)();
 }
 
-void Program::RunHangarSideCommand(int code) {
-    if (!(NeedsSimulator(code) ? IsShownThere({Place::Simulator}) : IsShownThere()))
-        return;
-    if (code != RemovePackageFromSim)
-        ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
-    Refresh(RunHangarCommand(context, code, package, held));
+void Program::ShowUnusedGauges() {
+    Run([&] { ListUnusedGauges(context); });
 }
 
-void Program::PressToolbarKey(const std::string& key) {
-    Run([&] {
-        if (key == "ProcessZip") {
-            if (view.HangarSideShown)
-                ShowStagingSide();
-            RunStagingCommand(ProcessZipIntoStaging);
-        } else if (key == "ImportFromMSFS") {
-            if (view.HangarSideShown)
-                ShowStagingSide();
-            RunStagingCommand(ImportIntoStaging);
-        } else if (key == "Compress" || key == "Decompress") {
-            EnsureHangarSide();
-            RunHangarSideCommand(key == "Compress" ? CompressShownPackage : DecompressShownPackage);
-        } else if (key == "UnusedGauges") {
-            korvadex::ListUnusedGauges(context);
-        } else if (key == "RunMSFS") {
-            korvadex::RunSimulator(context);
-        } else if (key == "ReadNotes") {
-            if (IsShownThere())
-                korvadex::ReadNotes(context, package);
-        } else if (key == "Information") {
-            EditPackageInformation();
-        } else if (key == "Install") {
-            if (view.HangarSideShown)
-                RunHangarSideCommand(InstallPackage);
-            else
-                RunStagingCommand(CopyStagingToHangar);
-        } else if (key == "Uninstall") {
-            if (view.HangarSideShown)
-                RunHangarSideCommand(RemovePackageFromSim);
-        } else if (key == "RemovePackage") {
-            if (view.HangarSideShown)
-                RunHangarSideCommand(RemovePackageFromHangar);
-            else
-                RunStagingCommand(RemoveAllFromStaging);
-        } else if (key == "ListAllPackages") {
-            ListFromMenu(PackageListCaption);
-        } else if (key == "ListInstalledPackages") {
-            ListFromMenu(InstalledListCaption);
-        } else if (key == "PhotoGalleryCategory" || key == "PhotoGalleryAll") {
-            OpenGallery(key == "PhotoGalleryAll");
-        }
-    });
+void Program::StartSimulator() {
+    Run([&] { RunSimulator(context); });
 }
 
-void Program::ProcessArchives(const std::vector<std::string>& paths) {
-    Run([&] {
-        if (view.HangarSideShown)
-            ShowStagingSide();
-        if (!IsShownThere())
-            return;
-        std::string which; // the questions do not name the archive
-        for (std::size_t i = 0; i < paths.size(); ++i) {
-            if (paths.size() > 1)
-                which = LastPathComponent(paths[i]) + "  (" + std::to_string(i + 1) + " of " +
-                        std::to_string(paths.size()) + ")";
-            ShowStatus(which);
-            RunStagingCommand(ProcessZipIntoStaging, paths[i]);
-        }
-        if (view.status == which)
-            ShowStatus("");
-    });
+void Program::ShowAbout() {
+    form.ShowAbout();
 }
 
 void Program::ChangeLocations() {

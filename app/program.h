@@ -23,20 +23,6 @@
 
 namespace korvadex {
 
-// Which processor a menu entry's code goes to.
-enum class Side { Staging, Hangar };
-
-// Codes of the Staging processor (those of the Hangar's: sim/hangar_commands.h).
-enum StagingCommand : int {
-    CopyStagingToHangar = 0,
-    ProcessZipIntoStaging = 1,
-    ImportIntoStaging = 2,
-    RemoveAllFromStaging = 4,
-    RemovePanelFromStaging = 5,
-    RemoveAircraftFromStaging = 6,
-    RemoveSoundFromStaging = 7
-};
-
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
 class Program : private CommandDisplay {
@@ -74,8 +60,8 @@ class Program : private CommandDisplay {
     // --- the pictures of the shown package
     void ShowNextImage();
     void ShowPreviousImage();
-    void DeleteImage();
-    void MakeFirstImage();
+    void DeleteShownImage();
+    void MakeShownImageFirst();
     void ImportImageFiles(); // asks which
     void ImportImageClipboard();
     void ImportDroppedImages(const OfferedPictures& offered);
@@ -95,30 +81,59 @@ class Program : private CommandDisplay {
     // Goes to the package of the picture at this position of those that the window was given last.
     void ChooseGalleryPicture(int row);
 
-    // --- menus and toolbar
-    // A code that no command has, or one of the side that is not shown, does nothing.
-    void RunCommand(Side processor, int code);
-    // A key of the toolbar, as in its table; an unknown key does nothing.
-    void PressToolbarKey(const std::string& key);
-    // Archives that were not chosen in the dialog (dropped on the window), one after the other; goes to the
-    // Staging side first. One that the user declines to add is left out.
-    void ProcessArchives(const std::vector<std::string>& paths);
+    // --- menus and toolbar; app/commands.cpp says which entry and which button starts what
+    // By the name of the menu entry, or by the key of the button as it is on the side that is shown.
+    void RunCommand(std::string_view entryOrKey);
+
     void ChangeLocations();
     void EditLocationProfiles();
-    void OpenReadMe();
-    void CreateNotes();
-    void DeleteNotes();
-    void ReadNotes();
-    void Explore(); // cmdExplore
-    void EditInformation();
+    void ShowUnusedGauges();
+    void StartSimulator();
     // These four go to the Hangar side first.
     void CompressAll();
     void DecompressAll();
-    void UninstallAll();
     void UninstallCategory();
-    // These stay on the side that is shown.
-    void ListUnusedGauges();
-    void RunSimulator();
+    void UninstallAll();
+
+    // On what stands in Staging; nothing on the Hangar side, from where only these two go to the Staging side first.
+    void ProcessZipIntoStaging();
+    void ImportIntoStaging();
+    void CopyStagingToHangar();
+    void RemoveAllFromStaging();
+    void RemovePanelFromStaging();
+    void RemoveAircraftFromStaging();
+    void RemoveSoundFromStaging();
+    // Archives that were not chosen in the dialog (dropped on the window), one after the other; goes to the Staging
+    // side first. One that the user declines to add is left out.
+    void ProcessArchives(const std::vector<std::string>& paths);
+
+    // On the package of the Hangar that is shown; nothing on the Staging side, from where only these two go to the
+    // Hangar side first.
+    void CompressShownPackage();
+    void DecompressShownPackage();
+    void InstallPackage();
+    void RemovePackageFromSim();
+    void RemovePackageFromHangar();
+    void RenamePackage();
+    void CreatePanelAlias();
+    void PastePanelAlias();
+    void RestoreOldPanel();
+    void CreateSoundAlias();
+    void PasteSoundAlias();
+    void RestoreOldSound();
+    void CheckPackageReferences();
+    void CheckPackageGauges();
+    void CopyPackageToStaging();
+
+    // On what the shown side shows.
+    void CreatePackageNotes();
+    void DeletePackageNotes();
+    void ReadPackageNotes();
+    void EditInformation();
+    void Explore(); // cmdExplore
+
+    void OpenReadMe();
+    void ShowAbout();
 
     const MainView& View() const { return view; }
     const LoadedPackage& Package() const { return package; }
@@ -140,7 +155,6 @@ class Program : private CommandDisplay {
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
     void Refresh(const Changes& changes);
     void ShowView();
-    void RunHangarSideCommand(int code);
     // False, after a message, when one of the places is gone.
     bool ArePlacesThere(std::initializer_list<Place> places);
     // The same of what is shown, Staging or a package of the Hangar; then the lists are filled anew.
@@ -173,6 +187,7 @@ class Program : private CommandDisplay {
     void SwitchToHangar(); // with the packages as they are now
     // For a command of the Hangar: the user sees what it is about before it asks.
     void EnsureHangarSide();
+    void EnsureStagingSide();
     void LoadShownSide(ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
     // Two files of one name in the package end the program.
     void LoadSelectedPackage();
@@ -190,6 +205,11 @@ class Program : private CommandDisplay {
     void ForgetStaging();
     void ProposeName(std::string_view name);
 
+    // hangar_commands.cpp
+    // Does nothing on the Staging side, unless it goes to the Hangar side first; nor, after a message, when the package
+    // or the simulator is gone.
+    void RunOnPackage(HangarCommand command, bool goesThere = false);
+
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none
     void ShowImage(const std::string& path); // where the package has it
@@ -200,7 +220,9 @@ class Program : private CommandDisplay {
     std::string NameForImage() const;
 
     // staging_commands.cpp
-    void RunStagingCommand(int code, const std::string& archive = "");
+    // Does nothing on the Hangar side, nor, after a message, when one of the places is gone.
+    void RunStagingCommand(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command);
+    bool IsStagingReady(std::initializer_list<Place> alsoNeeded = {});
     void CopyToHangar();
     bool CanCopyToHangar(const std::string& name);
     void AddArchive(const std::string& archive);
@@ -211,10 +233,7 @@ class Program : private CommandDisplay {
     // Asks which configuration to keep where that is still open; false, after a message, when it stays so.
     bool IsConfigurationChosen();
     std::string NameForArchive() const;
-    void ImportIntoStagingSide();
-
-    // data_commands.cpp
-    void EditPackageInformation();
+    void ImportAircraft();
 
     // batch_commands.cpp
     std::vector<PackageRef> PackagesInBatch(bool isCategoryOnly);

@@ -51,6 +51,11 @@ void Program::EnsureHangarSide() {
     ShowView();
 }
 
+void Program::EnsureStagingSide() {
+    if (view.HangarSideShown)
+        ShowStagingSide();
+}
+
 void Program::ShowStagingSide() {
     view.HangarSideShown = false;
     view.header = StagingHeader;

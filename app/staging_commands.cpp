@@ -18,38 +18,75 @@
 
 namespace korvadex {
 
-void Program::RunStagingCommand(int code, const std::string& archive) {
-    if (!IsShownThere() || (code == CopyStagingToHangar && !ArePlacesThere({Place::Hangar, Place::Simulator})) ||
-        (code == ImportIntoStaging && !ArePlacesThere({Place::Simulator})))
-        return;
+bool Program::IsStagingReady(std::initializer_list<Place> alsoNeeded) {
+    if (view.HangarSideShown || !IsShownThere() || !ArePlacesThere(alsoNeeded))
+        return false;
     UpdateCaption(); // a name for what is no longer there goes
     view.packageName = CleanPackageName(view.packageName);
     ShowView(); // the user sees the name that will be used
-    switch (code) {
-    case CopyStagingToHangar:
-        CopyToHangar();
-        break;
-    case ProcessZipIntoStaging:
-        AddArchive(archive);
-        break;
-    case ImportIntoStaging:
-        ImportIntoStagingSide();
-        break;
-    case RemoveAllFromStaging:
-        EraseStaging();
-        break;
-    case RemovePanelFromStaging:
-        EraseFromStaging(StagingPart::Panel);
-        break;
-    case RemoveAircraftFromStaging:
-        EraseFromStaging(StagingPart::Aircraft);
-        break;
-    case RemoveSoundFromStaging:
-        EraseFromStaging(StagingPart::Sound);
-        break;
-    default:
-        break;
-    }
+    return true;
+}
+
+void Program::RunStagingCommand(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command) {
+    Run([&] {
+        if (IsStagingReady(alsoNeeded))
+            command();
+    });
+}
+
+void Program::CopyStagingToHangar() {
+    RunStagingCommand({Place::Hangar, Place::Simulator}, [&] { CopyToHangar(); });
+}
+
+void Program::ProcessZipIntoStaging() {
+    Run([&] {
+        EnsureStagingSide();
+        if (IsStagingReady())
+            AddArchive("");
+    });
+}
+
+void Program::ProcessArchives(const std::vector<std::string>& paths) {
+    Run([&] {
+        EnsureStagingSide();
+        if (!IsShownThere())
+            return;
+        std::string which; // the questions do not name the archive
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            if (paths.size() > 1)
+                which = LastPathComponent(paths[i]) + "  (" + std::to_string(i + 1) + " of " +
+                        std::to_string(paths.size()) + ")";
+            ShowStatus(which);
+            if (IsStagingReady())
+                AddArchive(paths[i]);
+        }
+        if (view.status == which)
+            ShowStatus("");
+    });
+}
+
+void Program::ImportIntoStaging() {
+    Run([&] {
+        EnsureStagingSide();
+        if (IsStagingReady({Place::Simulator}))
+            ImportAircraft();
+    });
+}
+
+void Program::RemoveAllFromStaging() {
+    RunStagingCommand({}, [&] { EraseStaging(); });
+}
+
+void Program::RemovePanelFromStaging() {
+    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Panel); });
+}
+
+void Program::RemoveAircraftFromStaging() {
+    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Aircraft); });
+}
+
+void Program::RemoveSoundFromStaging() {
+    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Sound); });
 }
 
 bool Program::CanCopyToHangar(const std::string& name) {
@@ -131,7 +168,7 @@ bool Program::MayAddToStaging() {
            user.AskYesNo("Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)");
 }
 
-void Program::ImportIntoStagingSide() {
+void Program::ImportAircraft() {
     if (!MayAddToStaging())
         return;
     importedAircraft = ImportFromSim(context, stagedAircraft);

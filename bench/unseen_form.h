@@ -18,6 +18,7 @@ class UnseenForm : public MainForm {
     void UpdateGallery(const GalleryView&) override {}
     bool IsGalleryVisible() const override { return false; }
     void ComeToFront() override {}
+    void ShowAbout() override {}
     ScreenSize Screen() const override { return {15000, 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }

@@ -37,7 +37,7 @@ Changes Compress(CommandContext& context, const LoadedPackage& package, bool com
     return {.package = true};
 }
 
-Changes Carry(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held) {
+Changes Carry(CommandContext& context, HangarCommand CommandCode, const LoadedPackage& package, HeldAliases& held) {
     switch (CommandCode) {
     case InstallPackage:
         return InstallIntoSim(context, package);
@@ -80,7 +80,8 @@ Changes Carry(CommandContext& context, int CommandCode, const LoadedPackage& pac
 
 } // namespace
 
-Changes RunHangarCommand(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held) {
+Changes RunHangarCommand(CommandContext& context, HangarCommand CommandCode, const LoadedPackage& package,
+                         HeldAliases& held) {
     if (package.ref.IsNone()) {
         context.user.Tell("Please select a package first.", MessageIcon::Exclamation);
         return {};

@@ -29,9 +29,10 @@ enum HangarCommand : int {
     DecompressShownPackage = 15
 };
 
-// Carries out a command on the loaded package of the Hangar; a code without a command does nothing. The held aliases
+// Carries out a command on the loaded package of the Hangar. The held aliases
 // follow a package that is renamed or goes.
-Changes RunHangarCommand(CommandContext& context, int CommandCode, const LoadedPackage& package, HeldAliases& held);
+Changes RunHangarCommand(CommandContext& context, HangarCommand CommandCode, const LoadedPackage& package,
+                         HeldAliases& held);
 
 // Packs or unpacks the package's bitmaps and gauges. Gives what could not be, with the reason; nothing where there is
 // nothing to pack.

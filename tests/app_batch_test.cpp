@@ -174,16 +174,16 @@ TEST_F(BatchCommands, CompressAllDoesWhatIsLeftToDo) {
         return names;
     };
     EXPECT_THAT(unpacked(), testing::IsEmpty());
-    program->PressToolbarKey("Compress"); // nothing is left to do: nothing is said
+    program->RunCommand("Compress"); // nothing is left to do: nothing is said
     drive.Put("Hangar\\Jets\\C Jet\\texture\\new.bmp", std::string(900, 'n'));
     user.Expect("Done.");
-    program->PressToolbarKey("Compress");
+    program->RunCommand("Compress");
     EXPECT_THAT(unpacked(), testing::IsEmpty());
     ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\C Jet\\texture\\new.bmp")));
 
     user.Expect("Done.").Then([&] { EXPECT_EQ(form.view.header, std::string(HangarHeader)); });
     program->GoToStaging();
-    program->PressToolbarKey("Decompress"); // of the Hangar on either side
+    program->RunCommand("Decompress"); // of the Hangar on either side
     EXPECT_EQ(form.view.sizeText, "0 Meg");
 
     user.Expect("Decompress all packages in the Hangar?...", Answer::Yes).Expect("Done.");
@@ -203,7 +203,7 @@ TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
         .ExpectImportStatus("My_Plane ...\n\nPossible problem ...\n\n...")
         .Expect("Done.");
     program->SetPackageName("The last package"); // the name that is still there is not this one's
-    program->PressToolbarKey("ImportFromMSFS");
+    program->RunCommand("ImportFromMSFS");
     EXPECT_EQ(drive.Outline("Staging\\gauges"), "both.cab=both.cab, both.gau=both.gau");
     EXPECT_EQ(form.view.packageName, "My_Plane");
     program->SetPackageName("Mine");
@@ -219,15 +219,15 @@ TEST_F(BatchCommands, AnImportBringsItsGaugesAndItsName) {
     const char* add = "Staging currently contains files.  Proceed?  (select 'Yes' if you are adding to a package)";
     const auto staged = drive.Tree("Staging");
     user.Expect(add, Answer::No);
-    program->RunCommand(Side::Staging, ImportIntoStaging);
+    program->ImportIntoStaging();
     EXPECT_EQ(drive.Tree("Staging"), staged);
     user.Expect("Are you sure you want to erase everything in the staging directory?", Answer::Yes)
         .Expect("Done.")
         .ExpectImport({"My_Plane", "Twin"}, {1})
         .ExpectConfigurations({"One  (fltsim.0)", "Two  (fltsim.1)"}, 0)
         .Expect("Done.");
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
-    program->RunCommand(Side::Staging, ImportIntoStaging);
+    program->RemoveAllFromStaging();
+    program->ImportIntoStaging();
     EXPECT_EQ(form.view.packageName, "One");
     EXPECT_FALSE(drive.Has("Staging\\KX_MSFSImportName.txt"));
 }
@@ -236,22 +236,22 @@ TEST_F(BatchCommands, TheWindowFollowsARenameACopyAndARemoval) {
     Start();
     Select("Jets", 1);
     user.ExpectRename({"B Jet", ""}, false, {{"Zeta", ""}});
-    program->RunCommand(Side::Hangar, RenameHangarPackage);
+    program->RenamePackage();
     EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet", "Zeta"}));
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Zeta\\"));
     user.Expect("Done.\n\nWould you like to remove this package from the hangar?", Answer::Yes)
         .Expect("Are you sure you want to remove this package from the hangar?", Answer::Yes)
         .Expect("Done.");
-    program->RunCommand(Side::Hangar, CopyPackageToStaging);
+    program->CopyPackageToStaging();
     EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet"}));
     EXPECT_EQ(form.view.packageName, "Zeta");
     EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
     EXPECT_TRUE(drive.Has("Staging\\aircraft\\Zeta\\Texture\\t.bmp"));
     drive.Put("FS\\fs2002.exe", "MZ");
-    program->PressToolbarKey("RunMSFS");
+    program->RunCommand("RunMSFS");
     EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe")});
     user.Expect("This may take a minute or two...", Answer::Cancel);
-    program->PressToolbarKey("UnusedGauges");
+    program->RunCommand("UnusedGauges");
 }
 
 } // namespace

@@ -22,18 +22,18 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
             program->GoToStaging();
         else
             Select("Jets", 0);
-        program->CreateNotes();
+        program->CreatePackageNotes();
         ASSERT_EQ(program->Package().ComponentFiles[Documentation].size(), 1u);
         user.Expect("Notes already exist for this package.");
-        program->CreateNotes();
-        program->PressToolbarKey("ReadNotes");
+        program->CreatePackageNotes();
+        program->RunCommand("ReadNotes");
         program->Explore();
         EXPECT_EQ(launcher.started,
                   (std::vector<std::string>{"edit " + notes, "edit " + notes, "explore " + drive.At(directory)}));
-        program->DeleteNotes();
+        program->DeletePackageNotes();
         EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
         user.Expect("No notes exist for this package.");
-        program->ReadNotes();
+        program->ReadPackageNotes();
     }
 }
 
@@ -44,7 +44,7 @@ TEST_F(DataCommands, InformationIsThatOfTheFileAsItIsNow) {
         drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", cfg);
         user.ExpectInfo([&](const InfoForm& shown) { EXPECT_EQ(shown.info.atcId, id); });
         if (id == std::string("N1"))
-            program->PressToolbarKey("Information");
+            program->RunCommand("Information");
         else
             program->EditInformation();
     }

@@ -19,7 +19,7 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
     program->ShowPhotosByCategory();
     EXPECT_EQ(form.gallery.caption, "Packages in Jets");
     EXPECT_EQ(Count(), 2U);
-    program->PressToolbarKey("PhotoGalleryAll");
+    program->RunCommand("PhotoGalleryAll");
     EXPECT_EQ(form.gallery.caption, "All Packages");
     EXPECT_EQ(Count(), 3U);
     program->ChooseGalleryPicture(2); // installed, and of two of that name the right one
@@ -28,10 +28,10 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
 
     Select("None", 0);
     user.Expect("There are no images to show.", MessageIcon::None);
-    program->PressToolbarKey("PhotoGalleryCategory");
+    program->RunCommand("PhotoGalleryCategory");
     program->GoToStaging();
     for (const char* key : {"PhotoGalleryCategory", "PhotoGalleryAll"})
-        program->PressToolbarKey(key);
+        program->RunCommand(key);
     program->ShowPhotosForAll();
     program->ShowPhotosByCategory();
     EXPECT_EQ(form.galleryShows, 2);

@@ -76,7 +76,7 @@ TEST_F(Overviews, TheSideThatEachCommandIsFor) {
     Start();
     for (const char* key : {"ListAllPackages", "ListInstalledPackages"}) {
         program->GoToStaging();
-        program->PressToolbarKey(key);
+        program->RunCommand(key);
         EXPECT_EQ(form.view.header, "H A N G A R");
     }
     program->GoToStaging();
@@ -120,7 +120,7 @@ TEST_F(Overviews, AnOpenListFollowsWhatCommandsChange) {
     program->ListInstalledPackages();
     ExpectShown("Packages Installed in MSFS", {"< Lear >", "< Lear >"});
     user.Expect("Done.");
-    program->RunCommand(Side::Hangar, InstallPackage);
+    program->InstallPackage();
     ExpectShown("Packages Installed in MSFS", {"< Big Bird >", "< Lear >", "< Lear >"});
 
     // A list that would look the same is left alone, and one that was closed stays closed.
@@ -141,7 +141,7 @@ TEST_F(Overviews, UsersOfAnAlias) {
     Start();
     Select("Jets", 2);
     user.Expect("Are you sure you want to remove...", Answer::Yes).Expect("Cannot remove...");
-    program->RunCommand(Side::Hangar, RemovePackageFromSim);
+    program->RemovePackageFromSim();
     ExpectShown("panel used in ...", {"< Big Bird >", "< Gone >"});
     program->ChooseFileListLine(0);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Big Bird\\"));

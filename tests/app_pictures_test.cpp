@@ -38,15 +38,15 @@ TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
     program->Refresh();
     EXPECT_EQ(Picture(), "b.jpg");
     user.Expect("Done.\n\nThis image will now be the first to be displayed for this package.");
-    program->MakeFirstImage();
+    program->MakeShownImageFirst();
     EXPECT_EQ(Picture(), "(b).jpg");
     program->ShowNextImage();
     EXPECT_EQ(Picture(), "a.jpg");
     user.Expect("Delete a.jpg?", Answer::Yes, MessageIcon::None);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(Picture(), "c.jpg");
     user.Expect("Delete c.jpg?", Answer::Yes);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(Picture(), "(b).jpg");
     EXPECT_EQ(drive.Outline("Hangar\\Jets\\Lear"), "Images\\(b).jpg=b");
 
@@ -54,16 +54,16 @@ TEST_F(PictureCommandsTest, GoingThroughDeletingAndMakingFirst) {
     drive.Put("Hangar\\Jets\\Lear\\Images\\d.jpg", "d");
     static_cast<void>(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg")));
     user.Expect("The picture " + drive.At("Hangar\\Jets\\Lear\\Images\\(b).jpg") + " is no longer there.");
-    program->MakeFirstImage();
+    program->MakeShownImageFirst();
     EXPECT_EQ(Picture(), "d.jpg");
     user.Expect("Delete d.jpg?", Answer::Yes);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(Picture(), "");
     EXPECT_TRUE(drive.Names("Hangar\\Jets\\Lear").empty());
     program->ShowNextImage();
     program->ShowPreviousImage();
-    program->DeleteImage();
-    program->MakeFirstImage();
+    program->DeleteShownImage();
+    program->MakeShownImageFirst();
     EXPECT_EQ(Picture(), "");
 }
 
@@ -72,7 +72,7 @@ TEST_F(PictureCommandsTest, OnlyThePictureThatIsSeenIsDeleted) {
     Select("Jets", 0);
     ASSERT_TRUE(drive.Files().Delete(drive.At(gone)));
     user.Expect("The picture " + drive.At(gone) + " is no longer there.", Answer::Ok, MessageIcon::Exclamation);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(Picture(), "a.jpg");
     // Another program puts another one in its place, before the question and after it.
     drive.Put(a, "newer");
@@ -82,7 +82,7 @@ TEST_F(PictureCommandsTest, OnlyThePictureThatIsSeenIsDeleted) {
         drive.Put(a, "newest of all");
     });
     user.Expect("The picture " + drive.At(a) + " was changed by another program meanwhile...", Answer::Ok);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(drive.Get(a), "newest of all");
     EXPECT_EQ(Picture(), "a.jpg");
 }
@@ -92,7 +92,7 @@ TEST_F(PictureCommandsTest, StagingKeepsItsImagesDirectory) {
     program->GoToStaging();
     EXPECT_EQ(Picture(), "only.gif");
     user.Expect("Delete only.gif?", Answer::Yes);
-    program->DeleteImage();
+    program->DeleteShownImage();
     EXPECT_EQ(drive.Names("Staging"), std::vector<std::string>{"images\\"});
 }
 

@@ -1,3 +1,4 @@
+#include "app/commands.h"
 #include "platform/windows_path.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
@@ -71,25 +72,17 @@ TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
 }
 
 TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
-    const auto hangarCommand = [this](int code) { return [=, this] { program->RunCommand(Side::Hangar, code); }; };
-    std::vector<std::function<void()>> commands;
-    for (int code = InstallPackage; code <= DecompressShownPackage; ++code)
-        if (code != 10)
-            commands.push_back(hangarCommand(code));
-    const std::function<void()> others[] = {
+    std::vector<std::function<void()>> commands = {
         [this] { program->SetFirstPackage(); },
-        [this] { program->CreateNotes(); },
-        [this] { program->ReadNotes(); },
-        [this] { program->DeleteNotes(); },
         [this] { program->Explore(); },
-        [this] { program->EditInformation(); },
-        [this] { program->ImportImageFiles(); },
-        [this] { program->DeleteImage(); },
+        [this] { program->DeleteShownImage(); },
         [this] { program->OpenComponent(Aircraft, 0); },
         [this] { program->DeleteComponents(Aircraft, {0}); },
-        [this] { program->PressToolbarKey("Compress"); },
     };
-    commands.insert(commands.end(), std::begin(others), std::end(others));
+    for (const Menu& menu : MainMenus())
+        if (menu.side == Side::Hangar || menu.name == std::string("mnuNotes"))
+            for (const Command& command : menu.commands)
+                commands.push_back([&] { program->RunCommand(command.entry); });
     const std::string lear = drive.At("Hangar\\Jets\\Lear"), away = drive.At("Away");
     drive.Fill("Hangar\\Jets\\Lear", "Images\\a.jpg=x, Panel\\panel.cfg=x, Panel\\oldpanel.cfg=x");
     Start();
@@ -111,18 +104,23 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
             EXPECT_EQ(form.PackageLines(), (Names{"< Big Bird >", "Concorde"}));
         });
     expectAnswer(WithoutBackslash(locations.HangarDir),
-                 "The Hangar directory " + locations.HangarDir + " is not there...", hangarCommand(InstallPackage));
-    const std::string noSim = "The MSFS directory " + locations.MsfsDir + " is not there...";
-    for (const int code : {InstallPackage, RemovePackageFromSim, RemovePackageFromHangar, CopyPackageToStaging})
-        expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, hangarCommand(code));
-    expectAnswer(WithoutBackslash(locations.MsfsDir), noSim, [&] { program->EditInformation(); });
+                 "The Hangar directory " + locations.HangarDir + " is not there...",
+                 [&] { program->InstallPackage(); });
+    for (const char* entry :
+         {"mnuHangarToMsfs", "mnuRemoveFromMsfs", "mnuRemoveFromHangar", "mnuCopyToStaging", "mnuInformation"})
+        expectAnswer(WithoutBackslash(locations.MsfsDir),
+                     "The MSFS directory " + locations.MsfsDir + " is not there...",
+                     [&] { program->RunCommand(entry); });
 
     program->GoToStaging();
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
-    for (const int code : {CopyStagingToHangar, ProcessZipIntoStaging, ImportIntoStaging, RemoveAllFromStaging}) {
-        user.Expect("The Staging directory " + locations.StagingDir + " is not there...", MessageIcon::Exclamation);
-        program->RunCommand(Side::Staging, code);
-    }
+    for (const Menu& menu : MainMenus())
+        if (menu.side == Side::Staging)
+            for (const Command& command : menu.commands) {
+                user.Expect("The Staging directory " + locations.StagingDir + " is not there...",
+                            MessageIcon::Exclamation);
+                program->RunCommand(command.entry);
+            }
     EXPECT_TRUE(form.view.statusCounts.ends_with("Staging is not there"));
     EXPECT_TRUE(launcher.started.empty());
 }
@@ -208,7 +206,7 @@ TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
     EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
 
     user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
-    program->RunCommand(Side::Hangar, RenameHangarPackage);
+    program->RenamePackage();
     EXPECT_EQ(Shown(), drive.At("Hangar\\Gliders\\Cub\\"));
     // Only the link goes.
     const auto place = drive.At("Elsewhere\\Cub");
@@ -216,7 +214,7 @@ TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
                     ".  Only the link will be removed.",
                 Answer::Yes);
     user.Expect("Done.\n\nThe link was removed.  The files of the package are still in " + place + ".");
-    program->RunCommand(Side::Hangar, RemovePackageFromHangar);
+    program->RemovePackageFromHangar();
     EXPECT_EQ(form.PackageLines(), Names{"Wing"});
     EXPECT_EQ(drive.Get("Elsewhere\\Cub\\Cub.air"), "y");
 

@@ -1,14 +1,15 @@
+#include "app/commands.h"
 #include "package/aircraft_cfg.h"
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
-#include "sim/hangar_commands.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/zip_builder.h"
 
 #include <set>
+#include <stdexcept>
 
 namespace korvadex::test {
 namespace {
@@ -31,7 +32,7 @@ class StagingCommands : public ProgramTest {
     }
     void Copy(const std::string& name) {
         program->SetPackageName(name);
-        program->RunCommand(Side::Staging, CopyStagingToHangar);
+        program->CopyStagingToHangar();
     }
 };
 
@@ -143,11 +144,11 @@ TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
     EXPECT_EQ(program->Package().aircraftTitle, ChoiceOpenTitle);
     expectQuestion(std::nullopt);
     program->Refresh();
-    program->CreateNotes(); // what loads Staging by the way does not ask
+    program->CreatePackageNotes(); // what loads Staging by the way does not ask
     drive.Put("FS\\fs2002.exe", "MZ");
     user.Expect("This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
     program->EditInformation();
-    program->DeleteNotes();
+    program->DeletePackageNotes();
     expectQuestion(std::nullopt);
     user.Expect("This aircraft has several configurations...Nothing was copied.", MessageIcon::Exclamation);
     Copy("");
@@ -155,7 +156,7 @@ TEST_F(StagingCommands, NothingIsCopiedBeforeAConfigurationIsChosen) {
     EXPECT_EQ(drive.Tree(), before);
     expectQuestion(1);
     user.Expect(AskClear, Answer::No);
-    program->PressToolbarKey("Install");
+    program->RunCommand("Install");
     EXPECT_EQ(form.view.packageName, "Red") << "proposed by the choice";
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Red\\Texture\\skin.bmp"));
 }
@@ -230,7 +231,7 @@ TEST_F(StagingCommands, WhatWasCopiedToTheHangarIsCleared) {
         .Expect(Erase, Answer::Yes, MessageIcon::None)
         .Expect("Done.", MessageIcon::None);
     program->SetPackageName("Lear 45");
-    program->PressToolbarKey("Install");
+    program->RunCommand("Install");
 
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Lear 45\\Gauges\\LearClock.gau"));
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Lear 45\\Documentation\\late.txt"));
@@ -271,12 +272,12 @@ TEST_F(StagingCommands, ErasingEverything) {
     StartInStaging();
     const auto before = drive.Tree();
     user.Expect(Erase, Answer::No);
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RemoveAllFromStaging();
     EXPECT_EQ(drive.Tree(), before);
 
     ASSERT_TRUE(drive.Files().SetReadOnly(drive.At("Staging\\ZIP_lear.zip\\Lear.air"), true));
     user.Expect(Erase, Answer::Yes).Expect("Done.");
-    program->PressToolbarKey("RemovePackage");
+    program->RunCommand("RemovePackage");
     EXPECT_TRUE(drive.Names("Staging").empty());
     EXPECT_TRUE(program->Package().tree.files.empty());
     EXPECT_EQ(form.view.caption, "Korvadex");
@@ -297,30 +298,30 @@ TEST_F(StagingCommands, WhatIsNotErasedIsNamed) {
                       engine = drive.At("Staging\\Sound\\Engine.wav (another program is using it)");
     user.Expect("Are you sure you want to erase the sound components...", Answer::Yes);
     expectNames(click + "\n" + engine);
-    program->RunCommand(Side::Staging, RemoveSoundFromStaging);
+    program->RemoveSoundFromStaging();
     user.Expect(Erase, Answer::Yes);
     expectNames(click + "\n" + engine);
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RemoveAllFromStaging();
     EXPECT_EQ(drive.Outline("Staging"), "Sound\\Click.wav=RIFF gauge click, Sound\\Engine.wav=RIFF engine");
 }
 
 TEST_F(StagingCommands, ErasingOneKindOfComponent) {
     const struct {
-        int code;
+        void (Program::*command)();
         const char *question, *afterwards;
         std::set<std::string> erased;
     } rows[] = {
-        {RemovePanelFromStaging,
+        {&Program::RemovePanelFromStaging,
          "Are you sure you want to erase the panel components from the staging directory?",
          "There may be images of the panel remaining...",
          {"Gauges\\LearCab.cab", "Gauges\\LearClock.gau", "Panel\\LearPanel.bmp", "Panel\\panel.cfg",
           "Sound\\Click.wav", "more\\LAMP.BMP", "more\\oldpanel.cfg"}},
-        {RemoveAircraftFromStaging,
+        {&Program::RemoveAircraftFromStaging,
          "Are you sure you want to erase the aircraft body components...",
          "There may be images of the aircraft remaining...",
          {"Lear.air", "Lear_check.txt", "Model\\lear.mdl", "Model\\model.cfg", "Texture\\Lear_t.bmp",
           "Texture\\lear.r8", "aircraft.cfg", "more\\file_id.diz", "more\\red.tx1"}},
-        {RemoveSoundFromStaging,
+        {&Program::RemoveSoundFromStaging,
          "Are you sure you want to erase the sound components...",
          nullptr,
          {"Sound\\Click.wav", "Sound\\Engine.wav", "Sound\\sound.cfg", "more\\oldsound.cfg"}},
@@ -338,14 +339,14 @@ TEST_F(StagingCommands, ErasingOneKindOfComponent) {
         program->Refresh();
         const auto before = drive.Tree("Staging");
         user.Expect(row.question, Answer::No, MessageIcon::None);
-        program->RunCommand(Side::Staging, row.code);
+        (*program.*row.command)();
         EXPECT_EQ(drive.Tree("Staging"), before);
 
         user.Expect(row.question, Answer::Yes);
         if (row.afterwards)
             user.Expect(row.afterwards, MessageIcon::Information);
         user.Expect("Done.", MessageIcon::None);
-        program->RunCommand(Side::Staging, row.code);
+        (*program.*row.command)();
         auto expected = before;
         for (const auto& file : row.erased) {
             EXPECT_EQ(expected.erase(file), 1u) << file;
@@ -355,12 +356,12 @@ TEST_F(StagingCommands, ErasingOneKindOfComponent) {
 
         user.Expect(row.question, Answer::Yes)
             .Expect("Staging holds nothing of that kind.  Nothing was deleted.", MessageIcon::None);
-        program->RunCommand(Side::Staging, row.code);
+        (*program.*row.command)();
     }
     user.Expect(Erase, Answer::Yes).Expect("Done.", MessageIcon::None);
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RemoveAllFromStaging();
     user.Expect("Staging is empty already.", MessageIcon::None);
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
+    program->RemoveAllFromStaging();
 }
 
 TEST_F(StagingCommands, NothingIsErasedByAConfigurationThatCannotBeRead) {
@@ -383,9 +384,9 @@ TEST_F(StagingCommands, AnArchiveIsAddedOnRequest) {
     StartInStaging();
     const auto before = drive.Tree();
     user.Expect(AskAdd, Answer::No, MessageIcon::None);
-    program->RunCommand(Side::Staging, ProcessZipIntoStaging);
+    program->ProcessZipIntoStaging();
     user.Expect(AskAdd, Answer::Yes).ExpectZipFile(std::nullopt);
-    program->RunCommand(Side::Staging, ProcessZipIntoStaging);
+    program->ProcessZipIntoStaging();
     EXPECT_EQ(drive.Tree(), before);
     EXPECT_EQ(program->GetSettings().LastZipPath, "");
 
@@ -425,26 +426,31 @@ TEST_F(StagingCommands, TheFirstArchiveFromTheHangarSide) {
         .Expect("More than one aircraft configuration file (aircraft.cfg) was detected...")
         .Expect("Korvadex cannot handle more than one aircraft.cfg...", Answer::No)
         .Expect("Korvadex will now terminate since it cannot handle more than one aircraft.cfg...");
-    program->PressToolbarKey("ProcessZip");
+    program->RunCommand("ProcessZip");
     EXPECT_EQ(form.ends, 1);
     EXPECT_EQ(launcher.started, Names{"explore " + locations.StagingDir});
     EXPECT_TRUE(drive.Has("Staging\\ZIP_two.zip\\a\\aircraft.cfg"));
     EXPECT_NE(SavedSettings().find("Downloads"), std::string::npos);
 }
 
-TEST_F(StagingCommands, KeysAndCodesOfTheOtherSideAndOfWhatIsNotBuilt) {
+TEST_F(StagingCommands, OfTheOtherSideDoNothing) {
     StartInStaging();
     const auto before = drive.Tree();
-    for (const char* key : {"Uninstall", "install", ""})
-        program->PressToolbarKey(key);
-    program->RunCommand(Side::Hangar, InstallPackage);
-    program->RunCommand(Side::Staging, 3);
+    const auto runAll = [&](Side side) {
+        for (const Menu& menu : MainMenus())
+            for (const Command& command : menu.commands)
+                if (menu.side == side && !command.extras.hasButtonOnBothSides)
+                    program->RunCommand(command.entry);
+    };
+    runAll(Side::Hangar);
+    program->RunCommand("Uninstall");
     program->GoToHangar();
     Select("Props", 0);
-    program->RunCommand(Side::Staging, RemoveAllFromStaging);
-    program->RunCommand(Side::Hangar, 10);
+    runAll(Side::Staging);
     EXPECT_EQ(drive.Tree(), before);
     EXPECT_TRUE(user.transcript.empty());
+    for (const char* unknown : {"install", "mnuSep5", ""})
+        EXPECT_THROW(program->RunCommand(unknown), std::invalid_argument) << unknown;
 }
 
 } // namespace

@@ -196,7 +196,7 @@ TEST_F(StartUp, TheEndOfTheSessionSaves) {
         EXPECT_EQ(SavedSettings(), SettingsText());
         EXPECT_EQ(form.ends, 1);
     });
-    program->PressToolbarKey("RemovePackage");
+    program->RunCommand("RemovePackage");
     EXPECT_EQ(form.ends, 2);
 }
 

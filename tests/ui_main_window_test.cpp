@@ -5,6 +5,9 @@
 #include "tests/support/zip_builder.h"
 #include "ui/component_lists.h"
 #include "ui/menus.h"
+#include "ui/toolbar.h"
+
+#include <set>
 
 namespace korvadex::test {
 
@@ -51,7 +54,6 @@ TEST_F(HangarWindow, EachSideHasItsOwnControls) {
             EXPECT_EQ(Control<QWidget>(window, name).isVisible(), !isHangar) << name;
         EXPECT_EQ(menu("mnuHangarOptions"), isHangar);
         EXPECT_EQ(menu("mnuStagingOptions"), !isHangar);
-        EXPECT_EQ(Control<QAction>(window, "Uninstall").isEnabled(), isHangar);
         EXPECT_EQ(Control<QAction>(window, "RemovePackage").toolTip(),
                   isHangar ? "Remove package from Hangar" : "Remove all from Staging");
         EXPECT_EQ(Control<QLabel>(window, "lblPackageName").buddy()->objectName(),
@@ -59,33 +61,55 @@ TEST_F(HangarWindow, EachSideHasItsOwnControls) {
         EXPECT_LE(window.minimumSizeHint().width(), 660); // 1366 x 768 at 200 %
         EXPECT_LE(window.minimumSizeHint().height(), 330);
     }
-    // The icon bears the name of the key that the program is given.
-    for (const auto* action : Control<QToolBar>(window, "Toolbar1").actions())
-        EXPECT_TRUE(action->isSeparator() || !action->icon().isNull()) << action->objectName().toStdString();
 }
 
-TEST(MenuTree, EntriesGiveTheirCodeToTheirProcessor) {
-    QMenuBar bar;
-    Menus menus(&bar);
-    QSignalSpy commands(&menus, &Menus::CommandChosen);
-    // Each stands at its code; nullptr where there is none.
-    const std::pair<Side, std::vector<const char*>> rows[] = {
-        {Side::Staging,
-         {"mnuStagingToHangar", "mnuProcessZipFile", "mnuImportFromMSFS", nullptr, "mnuRemoveStaging",
-          "mnuRemovePanelFromStaging", "mnuRemoveAircraftFromStaging", "mnuRemoveSoundFromStaging"}},
-        {Side::Hangar,
-         {"mnuHangarToMsfs", "mnuRemoveFromMsfs", "mnuRemoveFromHangar", "mnuRename", "mnuCreatePanelAlias",
-          "mnuCreateSoundAlias", "mnuPastePanelAlias", "mnuPasteSoundAlias", "mnuRestoreOldPanel", "mnuRestoreOldSound",
-          nullptr, "mnuCheckRefs", "mnuGaugeCrosscheck", "mnuCopyToStaging", "mnuCompress", "mnuDecompress"}}};
-    for (const auto& [side, entries] : rows)
-        for (int code = 0; code < int(entries.size()); ++code)
-            if (const char* name = entries[std::size_t(code)]) {
-                commands.clear();
-                Control<QAction>(bar, name).trigger();
-                ASSERT_EQ(commands.size(), 1) << name;
-                EXPECT_EQ(std::pair(commands[0][0].value<Side>(), commands[0][1].toInt()), std::pair(side, code))
-                    << name;
+TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
+    const Command* started = nullptr;
+    const auto note = [&](const Command& command) { started = &command; };
+    QObject::connect(window.findChild<Menus*>(), &Menus::Chosen, note);
+    QObject::connect(window.findChild<Toolbar*>(), &Toolbar::Chosen, note);
+    window.SetProgram(nullptr);
+
+    std::set<std::string> keys;
+    for (const Menu& menu : MainMenus()) {
+        SCOPED_TRACE(menu.name);
+        std::vector<std::string> expected, offered;
+        std::set<QString> accessKeys, shortcuts;
+        for (const Command& command : menu.commands) {
+            if (command.extras.separator)
+                expected.push_back(command.extras.separator);
+            expected.push_back(command.entry);
+            keys.insert(command.extras.key);
+        }
+        for (QAction* entry : Control<QMenu>(window, menu.name).actions()) {
+            offered.push_back(entry->objectName().toStdString());
+            if (entry->isSeparator())
+                continue;
+            entry->trigger();
+            EXPECT_EQ(started, &CommandOfEntry(offered.back()));
+            EXPECT_TRUE(accessKeys.insert(QKeySequence::mnemonic(entry->text()).toString()).second) << offered.back();
+            EXPECT_TRUE(entry->shortcut().isEmpty() || shortcuts.insert(entry->shortcut().toString()).second);
+            EXPECT_EQ(entry->shortcut(), QKeySequence(started->extras.shortcut));
+        }
+        EXPECT_EQ(offered, expected);
+    }
+    for (const Side side : {Side::Staging, Side::Hangar}) {
+        std::set<std::string> buttons{""};
+        auto& toolbar = Control<Toolbar>(window, "Toolbar1");
+        toolbar.ShowSide(side);
+        for (QAction* button : toolbar.actions()) {
+            const auto key = button->objectName().toStdString();
+            const Command* command = CommandOfKey(key, side);
+            if (!button->isSeparator()) {
+                EXPECT_FALSE(button->icon().isNull() || button->toolTip().isEmpty()) << key;
+                EXPECT_EQ(button->isEnabled(), command != nullptr) << key;
+                button->trigger();
+                EXPECT_TRUE(!command || (started == command && button->toolTip() == command->extras.toolTip)) << key;
             }
+            EXPECT_TRUE(button->isSeparator() || buttons.insert(key).second) << key;
+        }
+        EXPECT_EQ(buttons, keys);
+    }
 }
 
 TEST_F(HangarWindow, EveryControlHasANameAndItsTurnInTheTabOrder) {

@@ -1,5 +1,6 @@
 #include "ui/frmHangar.h"
 
+#include "app/commands.h"
 #include "media/shown_pictures.h"
 #include "platform/windows_path.h"
 #include "ui/archive_files.h"
@@ -58,8 +59,7 @@ void SetText(QLineEdit* box, const QString& text) {
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
     : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
-      prbProgress(new QProgressBar), processZip(new QShortcut(QKeySequence("Ctrl+O"), this)),
-      checkOpenings(new QTimer(this)) {
+      prbProgress(new QProgressBar), processZip(new QShortcut(this)), checkOpenings(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     menus = new Menus(ui->mnuBar);
@@ -152,8 +152,8 @@ void frmHangar::ConnectControls() {
     };
     onPicture(&PictureBox::NextRequested, &Program::ShowNextImage);
     onPicture(&PictureBox::PreviousRequested, &Program::ShowPreviousImage);
-    onPicture(&PictureBox::DeleteRequested, &Program::DeleteImage);
-    onPicture(&PictureBox::FirstRequested, &Program::MakeFirstImage);
+    onPicture(&PictureBox::DeleteRequested, &Program::DeleteShownImage);
+    onPicture(&PictureBox::FirstRequested, &Program::MakeShownImageFirst);
     onPicture(&PictureBox::PasteRequested, &Program::ImportImageClipboard);
     connect(ui->picPackage, &PictureBox::PicturesDropped, this, [this](const QStringList& hostPaths) {
         Run([&](Program& to) { to.ImportDroppedImages(OfferFiles(files, hostPaths)); });
@@ -200,46 +200,13 @@ void frmHangar::ConnectFilter() {
 }
 
 void frmHangar::ConnectMenus() {
-    connect(menus, &Menus::CommandChosen, this,
-            [this](Side processor, int code) { Run([=](Program& to) { to.RunCommand(processor, code); }); });
-    connect(menus, &Menus::EntryChosen, this, &frmHangar::ChooseEntry);
-    connect(ui->Toolbar1, &Toolbar::KeyPressed, this,
-            [this](const QString& key) { Run([&](Program& to) { to.PressToolbarKey(FromQt(key)); }); });
-    const auto process = [this] { Run([](Program& to) { to.PressToolbarKey("ProcessZip"); }); };
+    const auto start = [this](const Command& command) { Run([&](Program& to) { (to.*command.routine)(); }); };
+    connect(menus, &Menus::Chosen, this, start);
+    connect(ui->Toolbar1, &Toolbar::Chosen, this, start);
+    processZip->setKey(QKeySequence(CommandOfEntry("mnuProcessZipFile").extras.shortcut));
+    const auto process = [this] { Run([](Program& to) { to.ProcessZipIntoStaging(); }); };
     connect(processZip, &QShortcut::activated, this, process);
     connect(ui->cmdProcessZip, &QPushButton::clicked, this, process);
-}
-
-void frmHangar::ChooseEntry(const QString& name) {
-    constexpr std::pair<const char*, void (Program::*)()> commands[] = {
-        {"mnuLocations", &Program::ChangeLocations},
-        {"mnuLocationProfiles", &Program::EditLocationProfiles},
-        {"mnuAllPackages", &Program::ListAllPackages},
-        {"mnuInstalledPackages", &Program::ListInstalledPackages},
-        {"mnuPackagesNoImages", &Program::ListPackagesNoImages},
-        {"mnuUnusedGauges", &Program::ListUnusedGauges},
-        {"mnuPhotosByCategory", &Program::ShowPhotosByCategory},
-        {"mnuPhotosForAll", &Program::ShowPhotosForAll},
-        {"mnuCompressAll", &Program::CompressAll},
-        {"mnuDecompressAll", &Program::DecompressAll},
-        {"mnuUninstallCategory", &Program::UninstallCategory},
-        {"mnuUninstallAll", &Program::UninstallAll},
-        {"mnuRunMSFS", &Program::RunSimulator},
-        {"mnuCreateNotes", &Program::CreateNotes},
-        {"mnuDeleteNotes", &Program::DeleteNotes},
-        {"mnuReadNotes", &Program::ReadNotes},
-        {"mnuInformation", &Program::EditInformation},
-        {"mnuImportImageClipboard", &Program::ImportImageClipboard},
-        {"mnuImportImage", &Program::ImportImageFiles},
-        {"mnuReadMe", &Program::OpenReadMe},
-    };
-    for (const auto& [entry, command] : commands)
-        if (name == entry)
-            return Run([chosen = command](Program& to) { (to.*chosen)(); });
-    if (name == "mnuExit")
-        close();
-    else if (name == "mnuAbout")
-        frmAbout(this).exec();
 }
 
 void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
@@ -386,6 +353,10 @@ void frmHangar::ComeToFront() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
     activateWindow();
+}
+
+void frmHangar::ShowAbout() {
+    frmAbout(this).exec();
 }
 
 ScreenSize frmHangar::Screen() const {

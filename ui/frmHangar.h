@@ -48,6 +48,7 @@ class frmHangar : public QMainWindow, public MainForm {
     void UpdateGallery(const GalleryView& gallery) override;
     bool IsGalleryVisible() const override;
     void ComeToFront() override;
+    void ShowAbout() override;
 
     ScreenSize Screen() const override;
     void ApplyGeometry(const SavedGeometry& geometry) override;
@@ -74,7 +75,6 @@ class frmHangar : public QMainWindow, public MainForm {
     void ConnectControls();
     void ConnectFilter();
     void ConnectMenus();
-    void ChooseEntry(const QString& name);
     void ShowSide(bool isHangarSide);
     void ShowPackageName(const MainView& view);
     void MarkPackageName();

@@ -1,10 +1,12 @@
-// The menus of the main window: every entry in its place; one whose command does not exist yet is disabled.
+// The menus of the main window, as the table of commands has them.
 #pragma once
 
-#include "app/program.h"
+#include "app/commands.h"
 
 #include <QObject>
-#include <QString>
+
+#include <utility>
+#include <vector>
 
 class QMenu;
 class QMenuBar;
@@ -21,14 +23,10 @@ class Menus : public QObject {
     void ShowSide(Side side);
 
   signals:
-    // An entry that bears a command code.
-    void CommandChosen(Side processor, int code);
-    // Any other entry, by its name.
-    void EntryChosen(const QString& name);
+    void Chosen(const Command& command);
 
   private:
-    QMenu* stagingOptions = nullptr;
-    QMenu* hangarOptions = nullptr;
+    std::vector<std::pair<Side, QMenu*>> ofOneSide;
 };
 
 } // namespace korvadex

@@ -1,7 +1,7 @@
-// The toolbar of the main window: one button for each key; what a key does depends on the side that is shown.
+// The toolbar of the main window: one button for each key; what a button does depends on the side that is shown.
 #pragma once
 
-#include "app/program.h"
+#include "app/commands.h"
 
 #include <QToolBar>
 
@@ -13,14 +13,14 @@ class Toolbar : public QToolBar {
   public:
     explicit Toolbar(QWidget* parent = nullptr);
 
-    // Tool tips name what the buttons do on that side.
+    // Tool tips name what the buttons do on that side; those that do nothing there are off.
     void ShowSide(Side side);
 
   signals:
-    void KeyPressed(const QString& key);
+    void Chosen(const Command& command);
 
   private:
-    void SetButton(const char* key, const QString& toolTip, bool isEnabled);
+    Side shownSide = Side::Hangar;
 };
 
 } // namespace korvadex

@@ -1,7 +1,6 @@
 #include "tests/support/random_roads.h"
 
 #include "platform/windows_path.h"
-#include "sim/hangar_commands.h"
 #include "tests/support/road_ground.h"
 
 namespace korvadex::test {
@@ -31,7 +30,7 @@ class Road : private RoadGround {
         if (dice.OneIn(2))
             Compress();
         Install();
-        RunOnPackage("check references", CheckPackageReferences);
+        RunOnPackage("check references", &Program::CheckPackageReferences);
         if (dice.OneIn(2))
             GoThroughStaging();
         RemoveFromSim();
@@ -43,7 +42,7 @@ class Road : private RoadGround {
         Decompress();
         kept.clear();
         Attempt(
-            "remove from Hangar", [&] { program->RunCommand(Side::Hangar, RemovePackageFromHangar); },
+            "remove from Hangar", [&] { program->RemovePackageFromHangar(); },
             [&] { return !drive.Has(PackagePath()); });
     }
 
@@ -56,7 +55,7 @@ class Road : private RoadGround {
         Expect(installed);
         Do("import", [&] {
             program->GoToStaging();
-            program->RunCommand(Side::Staging, ImportIntoStaging);
+            program->ImportIntoStaging();
         });
         Choose();
         for (const auto& [path, bytes] : drive.Tree("FS\\gauges"))
@@ -91,9 +90,9 @@ class Road : private RoadGround {
         kept.clear(); // looked at on the other roads
         select(0);
         if (drive.Has(PackagePath() + "Panel\\panel.cfg") && program->Package().PackagePanelAlias.empty()) {
-            RunOnPackage("create alias", CreatePanelAlias);
+            RunOnPackage("create alias", &Program::CreatePanelAlias);
             select(1);
-            RunOnPackage("paste alias", PastePanelAlias);
+            RunOnPackage("paste alias", &Program::PastePanelAlias);
         }
         for (int turn = 0; turn < 8; ++turn) {
             select(dice.Below(packages.size()));
@@ -119,9 +118,9 @@ class Road : private RoadGround {
     }
 
   private:
-    void RunOnPackage(const std::string& what, HangarCommand code) {
+    void RunOnPackage(const std::string& what, void (Program::*command)()) {
         const FileTree before = drive.Tree();
-        Do(what, [&] { program->RunCommand(Side::Hangar, code); });
+        Do(what, [&] { (*program.*command)(); });
         if (user.said.empty() && drive.Tree() == before)
             Violation("nothing was done and nothing said");
     }
@@ -219,7 +218,7 @@ class Road : private RoadGround {
             const FileTree hangar = drive.Tree("Hangar");
             Do("copy without a choice", [&] {
                 program->SetPackageName("Undecided");
-                program->RunCommand(Side::Staging, CopyStagingToHangar);
+                program->CopyStagingToHangar();
             });
             if (drive.Tree("Hangar") != hangar || drive.Tree("Staging") != declined)
                 Violation("no configuration is chosen, and yet something was copied or changed");
@@ -270,7 +269,7 @@ class Road : private RoadGround {
             [&] {
                 program->ChooseCategory(IndexOf(program->View().categories, category));
                 program->SetPackageName(package);
-                program->RunCommand(Side::Staging, CopyStagingToHangar);
+                program->CopyStagingToHangar();
             },
             [&] { return drive.Has(PackagePath()); }, false);
         if (!drive.Has(PackagePath()))
@@ -279,7 +278,7 @@ class Road : private RoadGround {
         unpacked = drive.Tree(PackagePath());
         if (!drive.Tree("Staging").empty())
             Attempt(
-                "clear Staging", [&] { program->RunCommand(Side::Staging, RemoveAllFromStaging); },
+                "clear Staging", [&] { program->RemoveAllFromStaging(); },
                 [&] { return drive.Tree("Staging").empty(); });
     }
 
@@ -303,14 +302,13 @@ class Road : private RoadGround {
         beforePacking = drive.States(PackagePath());
         isPacked = true;
         Attempt(
-            "compress", [&] { program->RunCommand(Side::Hangar, CompressShownPackage); }, [&] { return HasMarker(); });
+            "compress", [&] { program->CompressShownPackage(); }, [&] { return HasMarker(); });
     }
     void Decompress() {
         if (!isPacked)
             return;
         Attempt(
-            "decompress", [&] { program->RunCommand(Side::Hangar, DecompressShownPackage); },
-            [&] { return !HasMarker(); });
+            "decompress", [&] { program->DecompressShownPackage(); }, [&] { return !HasMarker(); });
         isPacked = false;
         if (drive.States(PackagePath()) != beforePacking)
             Violation("packed and unpacked, the package is another");
@@ -319,7 +317,7 @@ class Road : private RoadGround {
     void GoThroughStaging() {
         const Contents before = ContentsOf(unpacked);
         user.saysYes = mood != Mood::Hesitant;
-        Do("copy to Staging", [&] { program->RunCommand(Side::Hangar, CopyPackageToStaging); });
+        Do("copy to Staging", [&] { program->CopyPackageToStaging(); });
         user.saysYes = true;
         isPacked = HasMarker(); // the package is still there, and its copy gets another name
         Decompress();
@@ -344,7 +342,7 @@ class Road : private RoadGround {
         const LoadedPackage& shown = program->Package();
         const bool wasInstalled = IsInstalled();
         const bool hasAlias = !shown.PackagePanelAlias.empty() || !shown.PackageSoundAlias.empty();
-        RunOnPackage("install", InstallPackage);
+        RunOnPackage("install", &Program::InstallPackage);
         if (wasInstalled || (hasAlias && !IsInstalled()))
             return;
         if (!IsInstalled()) {
@@ -354,7 +352,7 @@ class Road : private RoadGround {
         if (!hasAlias)
             CheckInstalled();
         CheckCrossCheck();
-        RunOnPackage("cross-check", CheckPackageGauges);
+        RunOnPackage("cross-check", &Program::CheckPackageGauges);
         CheckCrossCheck();
     }
     void CheckInstalled() {
@@ -394,7 +392,7 @@ class Road : private RoadGround {
         if (!IsInstalled())
             return;
         Attempt(
-            "remove from simulator", [&] { program->RunCommand(Side::Hangar, RemovePackageFromSim); },
+            "remove from simulator", [&] { program->RemovePackageFromSim(); },
             [&] { return !IsInstalled() || user.HasSaid("(via alias)"); });
         if (user.HasSaid("Done.") == IsInstalled())
             Violation("says that it is done and is not, or the other way round");

@@ -62,6 +62,7 @@ class RecordingForm : public MainForm {
     }
     bool IsGalleryVisible() const override { return isGalleryVisible; }
     void ComeToFront() override { ++comings; }
+    void ShowAbout() override {}
     ScreenSize Screen() const override { return {.height = 15000, .width = 20000}; }
     void ApplyGeometry(const SavedGeometry&) override {}
     std::optional<WindowGeometry> Geometry() const override { return geometry; }

@@ -1,0 +1,181 @@
+#include "app/commands.h"
+
+#include "app/program.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace korvadex {
+
+namespace {
+
+constexpr Command FileCommands[] = {
+    Command("mnuLocations", "&Locations", &Program::ChangeLocations),
+    Command("mnuLocationProfiles", "Location &profiles", &Program::EditLocationProfiles),
+    Command("mnuExit", "&Exit", &Program::Shutdown),
+};
+
+constexpr Command ToolsCommands[] = {
+    Command("mnuAllPackages", "&List all packages in Hangar", &Program::ListAllPackages,
+            {.key = "ListAllPackages", .toolTip = "List all packages in Hangar"}),
+    Command("mnuInstalledPackages", "List packages &installed in MSFS", &Program::ListInstalledPackages,
+            {.key = "ListInstalledPackages", .toolTip = "List packages installed in MSFS"}),
+    Command("mnuPackagesNoImages", "List packages with &no images", &Program::ListPackagesNoImages),
+    Command("mnuUnusedGauges", "List &unused gauges in MSFS gauges directory", &Program::ShowUnusedGauges,
+            {.separator = "mnuSep17", .key = "UnusedGauges", .toolTip = "List unused gauges in MSFS gauges directory"}),
+    Command(
+        "mnuPhotosByCategory", "&Photo gallery for packages in category", &Program::ShowPhotosByCategory,
+        {.separator = "mnuSep1", .key = "PhotoGalleryCategory", .toolTip = "Photo gallery for packages in category"}),
+    Command("mnuPhotosForAll", "Photo &gallery for all packages", &Program::ShowPhotosForAll,
+            {.key = "PhotoGalleryAll", .toolTip = "Photo gallery for all packages"}),
+    Command("mnuCompressAll", "&Compress all packages", &Program::CompressAll, {.separator = "mnuSep2"}),
+    Command("mnuDecompressAll", "&Decompress all packages", &Program::DecompressAll),
+    Command("mnuUninstallCategory", "Uninstall packages in current category &from MSFS", &Program::UninstallCategory,
+            {.separator = "mnuSep3"}),
+    Command("mnuUninstallAll", "Uninstall &all packages from MSFS", &Program::UninstallAll),
+    Command("mnuRunMSFS", "&Run Flight Simulator", &Program::StartSimulator,
+            {.separator = "mnuSep4", .key = "RunMSFS", .toolTip = "Run Flight Simulator"}),
+};
+
+constexpr Command StagingCommands[] = {
+    Command("mnuStagingToHangar", "Copy package to &Hangar", &Program::CopyStagingToHangar,
+            {.CommandCode = 0, .key = "Install", .toolTip = "Copy packge to Hangar"}),
+    Command("mnuProcessZipFile", "Process &ZIP file into Staging", &Program::ProcessZipIntoStaging,
+            {.separator = "mnuSep5",
+             .CommandCode = 1,
+             .shortcut = "Ctrl+O",
+             .key = "ProcessZip",
+             .toolTip = "Process ZIP file into Staging",
+             .hasButtonOnBothSides = true}),
+    Command("mnuImportFromMSFS", "Import package from &MSFS", &Program::ImportIntoStaging,
+            {.separator = "mnuSep6",
+             .CommandCode = 2,
+             .key = "ImportFromMSFS",
+             .toolTip = "Import package from MSFS",
+             .hasButtonOnBothSides = true}),
+    Command("mnuRemoveStaging", "&Remove all from Staging", &Program::RemoveAllFromStaging,
+            {.separator = "mnuSep7", .CommandCode = 4, .key = "RemovePackage", .toolTip = "Remove all from Staging"}),
+    Command("mnuRemovePanelFromStaging", "Remove &panel from Staging", &Program::RemovePanelFromStaging,
+            {.CommandCode = 5}),
+    Command("mnuRemoveAircraftFromStaging", "Remove &aircraft from Staging", &Program::RemoveAircraftFromStaging,
+            {.CommandCode = 6}),
+    Command("mnuRemoveSoundFromStaging", "Remove &sound from Staging", &Program::RemoveSoundFromStaging,
+            {.CommandCode = 7}),
+};
+
+constexpr Command HangarCommands[] = {
+    Command("mnuHangarToMsfs", "&Copy package to MSFS", &Program::InstallPackage,
+            {.CommandCode = 0, .shortcut = "Ctrl+I", .key = "Install", .toolTip = "Copy package to MSFS"}),
+    Command("mnuRemoveFromMsfs", "&Remove package from MSFS", &Program::RemovePackageFromSim,
+            {.separator = "mnuSep8",
+             .CommandCode = 1,
+             .shortcut = "Ctrl+U",
+             .key = "Uninstall",
+             .toolTip = "Remove package from MSFS"}),
+    Command("mnuRemoveFromHangar", "Remove package from &Hangar", &Program::RemovePackageFromHangar,
+            {.CommandCode = 2, .key = "RemovePackage", .toolTip = "Remove package from Hangar"}),
+    Command("mnuRename", "Re&name package and/or aircraft", &Program::RenamePackage,
+            {.separator = "mnuSep9", .CommandCode = 3}),
+    Command("mnuCreatePanelAlias", "Create &panel alias", &Program::CreatePanelAlias,
+            {.separator = "mnuSep10", .CommandCode = 4}),
+    Command("mnuPastePanelAlias", "Paste panel &alias", &Program::PastePanelAlias, {.CommandCode = 6}),
+    Command("mnuRestoreOldPanel", "Restore &old panel", &Program::RestoreOldPanel, {.CommandCode = 8}),
+    Command("mnuCreateSoundAlias", "Create &sound alias", &Program::CreateSoundAlias,
+            {.separator = "mnuSep11", .CommandCode = 5}),
+    Command("mnuPasteSoundAlias", "Past&e sound alias", &Program::PasteSoundAlias, {.CommandCode = 7}),
+    Command("mnuRestoreOldSound", "Restore old so&und", &Program::RestoreOldSound, {.CommandCode = 9}),
+    Command("mnuCheckRefs", "Check aliases &to package", &Program::CheckPackageReferences,
+            {.separator = "mnuSep14", .CommandCode = 11}),
+    Command("mnuGaugeCrosscheck", "Check &gauges for package", &Program::CheckPackageGauges, {.CommandCode = 12}),
+    Command("mnuCopyToStaging", "Cop&y package to Staging", &Program::CopyPackageToStaging,
+            {.separator = "mnuSep15", .CommandCode = 13}),
+    Command("mnuCompress", "Co&mpress package", &Program::CompressShownPackage,
+            {.separator = "mnuSep16",
+             .CommandCode = 14,
+             .key = "Compress",
+             .toolTip = "Compress package",
+             .hasButtonOnBothSides = true}),
+    Command("mnuDecompress", "&Decompress Package", &Program::DecompressShownPackage,
+            {.CommandCode = 15, .key = "Decompress", .toolTip = "Decompress package", .hasButtonOnBothSides = true}),
+};
+
+constexpr Command DataCommands[] = {
+    Command("mnuCreateNotes", "&Create package notes", &Program::CreatePackageNotes),
+    Command("mnuDeleteNotes", "&Delete package notes", &Program::DeletePackageNotes),
+    Command("mnuReadNotes", "&Read package notes", &Program::ReadPackageNotes,
+            {.key = "ReadNotes", .toolTip = "Read package notes"}),
+    Command("mnuImportImageClipboard", "Import &screenshot for package", &Program::ImportImageClipboard,
+            {.separator = "mnuSep18"}),
+    Command("mnuImportImage", "Import image &file for package", &Program::ImportImageFiles),
+    Command("mnuInformation", "FS2002 &Information", &Program::EditInformation,
+            {.separator = "mnuSep19", .key = "Information", .toolTip = "FS2002 Information"}),
+};
+
+constexpr Command HelpCommands[] = {
+    Command("mnuReadMe", "&Read me", &Program::OpenReadMe),
+    Command("mnuAbout", "&About Korvadex", &Program::ShowAbout),
+};
+
+constexpr Menu Menus[] = {
+    {"mnuFile", "&File", {}, FileCommands},
+    {"mnuTools", "&Tools", {}, ToolsCommands},
+    {"mnuStagingOptions", "&Options", Side::Staging, StagingCommands},
+    {"mnuHangarOptions", "&Options", Side::Hangar, HangarCommands},
+    {"mnuNotes", "&Data", {}, DataCommands},
+    {"mnuHelp", "He&lp", {}, HelpCommands},
+};
+
+constexpr const char* Keys[] = {
+    "ListAllPackages",
+    "ListInstalledPackages",
+    "",
+    "PhotoGalleryCategory",
+    "PhotoGalleryAll",
+    "",
+    "UnusedGauges",
+    "",
+    "ProcessZip",
+    "ImportFromMSFS",
+    "",
+    "Decompress",
+    "Compress",
+    "",
+    "Install",
+    "Uninstall",
+    "RemovePackage",
+    "",
+    "RunMSFS",
+    "",
+    "ReadNotes",
+    "Information",
+};
+
+} // namespace
+
+std::span<const Menu> MainMenus() {
+    return Menus;
+}
+
+std::span<const char* const> ToolbarKeys() {
+    return Keys;
+}
+
+const Command& CommandOfEntry(std::string_view entry) {
+    for (const Menu& menu : Menus)
+        for (const Command& command : menu.commands)
+            if (command.entry == entry)
+                return command;
+    throw std::invalid_argument("no command is called " + std::string(entry));
+}
+
+const Command* CommandOfKey(std::string_view key, Side side) {
+    for (const Menu& menu : Menus)
+        for (const Command& command : menu.commands) {
+            const auto& extras = command.extras;
+            if (!key.empty() && extras.key == key && (menu.side.value_or(side) == side || extras.hasButtonOnBothSides))
+                return &command;
+        }
+    return nullptr;
+}
+
+} // namespace korvadex
