@@ -30,7 +30,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     Select("Jets", 1);
     program->GoToStaging();
     user.Expect(AskUninstallAll, Answer::No).Then([&] { EXPECT_EQ(form.view.header, std::string(HangarHeader)); });
-    program->UninstallAll();
+    program->RunCommand("mnuUninstallAll");
     EXPECT_EQ(drive.Tree(), expected);
 
     // What could not be looked at is named once.
@@ -66,7 +66,7 @@ TEST_F(BatchCommands, UninstallKeepsWhatOthersNeedAndNamesIt) {
     ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Mine\\panel\\panel.cfg")));
     user.Expect("Uninstall all packages in current category from Hangar?...", Answer::Yes).Expect("Done.");
     Select("Props", 0);
-    program->UninstallCategory();
+    program->RunCommand("mnuUninstallCategory");
     EXPECT_FALSE(drive.Has("FS\\aircraft\\Cub"));
     EXPECT_TRUE(drive.Has("FS\\aircraft\\B Jet"));
 }
@@ -121,7 +121,7 @@ TEST_F(BatchCommands, WhatCannotBeGoneThroughIsLeftAndNamed) {
                     "\nC Jet: it no longer seems to be in the Hangar",
                 MessageIcon::Exclamation)
         .Expect("Done.");
-    program->CompressAll();
+    program->RunCommand("mnuCompressAll");
     EXPECT_TRUE(drive.Has("Hangar\\Props\\Cub\\kx_compression.txt"));
     EXPECT_EQ(form.ends, 0);
 
@@ -187,7 +187,7 @@ TEST_F(BatchCommands, CompressAllDoesWhatIsLeftToDo) {
     EXPECT_EQ(form.view.sizeText, "0 Meg");
 
     user.Expect("Decompress all packages in the Hangar?...", Answer::Yes).Expect("Done.");
-    program->DecompressAll();
+    program->RunCommand("mnuDecompressAll");
     expected = before;
     expected.erase("Hangar\\Jets\\B Jet\\kx_compression.txt");
     EXPECT_EQ(drive.Tree(), expected);
@@ -236,13 +236,13 @@ TEST_F(BatchCommands, TheWindowFollowsARenameACopyAndARemoval) {
     Start();
     Select("Jets", 1);
     user.ExpectRename({"B Jet", ""}, false, {{"Zeta", ""}});
-    program->RenamePackage();
+    program->RunCommand("mnuRename");
     EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet", "Zeta"}));
     EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Zeta\\"));
     user.Expect("Done.\n\nWould you like to remove this package from the hangar?", Answer::Yes)
         .Expect("Are you sure you want to remove this package from the hangar?", Answer::Yes)
         .Expect("Done.");
-    program->CopyPackageToStaging();
+    program->RunCommand("mnuCopyToStaging");
     EXPECT_EQ(form.PackageLines(), (std::vector<std::string>{"A Jet", "C Jet"}));
     EXPECT_EQ(form.view.packageName, "Zeta");
     EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");

@@ -22,7 +22,7 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
             program->GoToStaging();
         else
             Select("Jets", 0);
-        program->CreatePackageNotes();
+        program->RunCommand("mnuCreateNotes");
         ASSERT_EQ(program->Package().ComponentFiles[Documentation].size(), 1u);
         user.Expect("Notes already exist for this package.");
         program->CreatePackageNotes();
@@ -30,10 +30,10 @@ TEST_F(DataCommands, NotesShowInTheListsAtOnce) {
         program->Explore();
         EXPECT_EQ(launcher.started,
                   (std::vector<std::string>{"edit " + notes, "edit " + notes, "explore " + drive.At(directory)}));
-        program->DeletePackageNotes();
+        program->RunCommand("mnuDeleteNotes");
         EXPECT_TRUE(program->Package().ComponentFiles[Documentation].empty());
         user.Expect("No notes exist for this package.");
-        program->ReadPackageNotes();
+        program->RunCommand("mnuReadNotes");
     }
 }
 
@@ -43,10 +43,7 @@ TEST_F(DataCommands, InformationIsThatOfTheFileAsItIsNow) {
         const std::string cfg = "[fltsim.0]\r\natc_id=" + std::string(id) + "\r\n";
         drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", cfg);
         user.ExpectInfo([&](const InfoForm& shown) { EXPECT_EQ(shown.info.atcId, id); });
-        if (id == std::string("N1"))
-            program->RunCommand("Information");
-        else
-            program->EditInformation();
+        program->RunCommand("Information");
     }
 }
 

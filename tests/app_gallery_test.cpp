@@ -16,10 +16,10 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
     drive.MakeDirectory("FS\\aircraft\\Lear");
     Start();
     Select("Jets", 0);
-    program->ShowPhotosByCategory();
+    program->RunCommand("mnuPhotosByCategory");
     EXPECT_EQ(form.gallery.caption, "Packages in Jets");
     EXPECT_EQ(Count(), 2U);
-    program->RunCommand("PhotoGalleryAll");
+    program->RunCommand("mnuPhotosForAll");
     EXPECT_EQ(form.gallery.caption, "All Packages");
     EXPECT_EQ(Count(), 3U);
     program->ChooseGalleryPicture(2); // installed, and of two of that name the right one
@@ -32,8 +32,6 @@ TEST_F(GalleryCommands, OfACategoryAndOfAll) {
     program->GoToStaging();
     for (const char* key : {"PhotoGalleryCategory", "PhotoGalleryAll"})
         program->RunCommand(key);
-    program->ShowPhotosForAll();
-    program->ShowPhotosByCategory();
     EXPECT_EQ(form.galleryShows, 2);
     program->ChooseGalleryPicture(0);
     EXPECT_EQ(form.view.header, "H A N G A R");

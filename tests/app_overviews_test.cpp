@@ -65,7 +65,7 @@ TEST_F(Overviews, LinesAndWhatAClickOnEachDoes) {
         program->ChooseFileListLine(row);
     EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Cessna\\"));
 
-    program->ListAllPackages();
+    program->RunCommand("mnuAllPackages");
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
     user.Expect(Gone, MessageIcon::Exclamation);
     program->ChooseFileListLine(5); // and not the Lear of the other category
@@ -111,13 +111,13 @@ TEST_F(Overviews, AnOverviewOfMoreThanTwoThousandLinesIsNotShown) {
 TEST_F(Overviews, AnOpenListFollowsWhatCommandsChange) {
     Start();
     Select("Jets", 0);
-    program->ListPackagesNoImages();
+    program->RunCommand("mnuPackagesNoImages");
     ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\aircraft\\Big_Bird")));
     user.Expect("Are you sure you want to delete the 1 files selected?", Answer::Yes);
     program->DeleteComponents(Images, {0});
     EXPECT_EQ(form.listLines[3], "Big Bird");
 
-    program->ListInstalledPackages();
+    program->RunCommand("mnuInstalledPackages");
     ExpectShown("Packages Installed in MSFS", {"< Lear >", "< Lear >"});
     user.Expect("Done.");
     program->InstallPackage();

@@ -298,7 +298,7 @@ TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
 TEST_F(Sides, TheReadMePage) {
     Start();
     user.Expect("The read-me page " + drive.At("App\\kxdoc.htm") + " does not exist.");
-    program->OpenReadMe();
+    program->RunCommand("mnuReadMe");
     drive.Put("App\\kxdoc.htm", "x");
     program->OpenReadMe();
     EXPECT_EQ(launcher.started, Names{"open " + drive.At("App\\kxdoc.htm")});

@@ -53,7 +53,7 @@ TEST_F(StartUp, AFirstRunFromTheMessageToTheSettingsFile) {
     EXPECT_THAT(SavedSettings(),
                 testing::StartsWith("ALTLOCATION0=A Location Profile\r\nALTSTAGINGDIR0=" + locations.StagingDir));
 
-    program->Shutdown();
+    program->RunCommand("mnuExit");
     EXPECT_EQ(form.ends, 1);
     EXPECT_THAT(SavedSettings(), testing::HasSubstr("\r\nMTOP=1200\r\nMLEFT=900\r\n"));
 
@@ -215,7 +215,7 @@ TEST_F(ChangeOfLocations, AnotherHangarStartsTheProgramAgain) {
     Start();
     drive.Put("App\\LocationChange", "an old one");
     Enter(&Locations::HangarDir, "Hangar2");
-    program->ChangeLocations();
+    program->RunCommand("mnuLocations");
 
     EXPECT_EQ(form.ends, 1);
     EXPECT_EQ(launcher.started, std::vector<std::string>{"start the executable"});
@@ -236,7 +236,7 @@ TEST_F(ChangeOfLocations, AClearedProfileLeavesTheSettingsFile) {
         EXPECT_EQ(profiles.Names()[4], "Other");
         profiles.Clear(4);
     };
-    program->EditLocationProfiles();
+    program->RunCommand("mnuLocationProfiles");
     EXPECT_EQ(SavedSettings(), SettingsText());
 }
 

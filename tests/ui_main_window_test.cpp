@@ -54,8 +54,6 @@ TEST_F(HangarWindow, EachSideHasItsOwnControls) {
             EXPECT_EQ(Control<QWidget>(window, name).isVisible(), !isHangar) << name;
         EXPECT_EQ(menu("mnuHangarOptions"), isHangar);
         EXPECT_EQ(menu("mnuStagingOptions"), !isHangar);
-        EXPECT_EQ(Control<QAction>(window, "RemovePackage").toolTip(),
-                  isHangar ? "Remove package from Hangar" : "Remove all from Staging");
         EXPECT_EQ(Control<QLabel>(window, "lblPackageName").buddy()->objectName(),
                   isHangar ? "cboPackageName" : "txtPackageName");
         EXPECT_LE(window.minimumSizeHint().width(), 660); // 1366 x 768 at 200 %
@@ -301,40 +299,10 @@ TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
     EXPECT_FALSE(Control<QLineEdit>(window, "txtPackageFilter").hasFocus());
 }
 
-TEST_F(HangarWindow, TheToolsMenuAsksBeforeItRunsOverManyPackages) {
-    const struct {
-        const char* entry;
-        const char* question;
-        const char* no;
-    } rows[] = {
-        {"mnuUnusedGauges", "This may take a minute or two.*", "Cancel"},
-        {"mnuCompressAll", "Compress all packages in Hangar?*", "No"},
-        {"mnuDecompressAll", "Decompress all packages in the Hangar?*", "No"},
-        {"mnuUninstallCategory", "Uninstall all packages in current category from Hangar?*", "No"},
-        {"mnuUninstallAll", "Uninstall all packages from Hangar?  If*", "No"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.entry);
-        user.ExpectMessage(row.question, row.no);
-        ChooseEntry(row.entry);
-    }
-}
-
-TEST_F(HangarWindow, TheOtherMenusReachTheirCommands) {
+TEST_F(HangarWindow, ExploreAndAbout) {
     ShowPackage("Beaver");
-    drive.Fill("", "FS\\fs2002.exe=x, App\\kxdoc.htm=page");
-    for (const char* entry : {"mnuRunMSFS", "mnuReadMe", "mnuCreateNotes", "mnuReadNotes"})
-        ChooseEntry(entry);
     Click(window, "cmdExplore");
-    const auto package = drive.At("Hangar\\Jets\\Beaver\\");
-    const auto notes = package + "Documentation\\kx_note.txt";
-    EXPECT_EQ(launcher.started,
-              (std::vector<std::string>{"run " + drive.At("FS\\fs2002.exe"), "open " + drive.At("App\\kxdoc.htm"),
-                                        "edit " + notes, "edit " + notes, "explore " + package}));
-    ChooseEntry("mnuDeleteNotes");
-    EXPECT_FALSE(drive.Files().Info(notes));
-    user.ExpectMessage("Aircraft configuration file not found.", "OK");
-    ChooseEntry("mnuInformation");
+    EXPECT_EQ(launcher.started, std::vector<std::string>{"explore " + drive.At("Hangar\\Jets\\Beaver\\")});
     user.Expect("frmAbout", [](QWidget& dialog) { Click(dialog, "cmdOK"); });
     ChooseEntry("mnuAbout");
 }
