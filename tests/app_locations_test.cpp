@@ -78,7 +78,7 @@ TEST_F(LocationsEntryTest, EveryRefusalIsSaidInOrder) {
          {"...for the Staging location is the same as the one for the Korvadex program..."}},
         {{"Staging", "App\\korvadex", "FS"},
          {"...for the Hangar location is the same as the one for the Korvadex program..."}},
-        {{"Staging", "App", "FS"}, {"...for the Hangar location holds the directory of the Korvadex program, ..."}},
+        {{"Staging", "App", "FS"}, {"...for the Hangar location holds the directory of the Korvadex program,..."}},
         {{"Staging", "Full", "FS"}, {NoHangar}},
         {{"Staging", "Papers", "FS"}, {NoHangar}},
         {{"Staging", "Books", "FS"}, {NoHangar}},

@@ -433,7 +433,7 @@ TEST_F(ProcessTest, ANestedArchiveStaysWhileItsFilesAreNotOnTheDisk) {
         CommandContext onFaulty = On(faulty);
         ExpectQuestion("n.zip", Answer::Yes);
         user.Expect("The files of the zip file(" + drive.At("Staging\\ZIP_p.zip\\n.zip") +
-                        ") could not all be written to the disk: ...",
+                        ") could not all be written to the disk:...",
                     MessageIcon::Exclamation);
         EXPECT_TRUE(Process(onFaulty, "in\\p.zip"));
         EXPECT_TRUE(drive.Has("Staging\\ZIP_p.zip\\n.zip"));

@@ -83,8 +83,8 @@ TEST_F(LoadTest, StagingDuplicatesAreSettledByRuleOrQuestion) {
         PutAtNoon(std::string("Staging\\") + name, bytes);
     drive.Put("Staging\\b\\late.gau", "same"); // at another time
     user.Expect("A duplicate filename condition has occurred.\n\nShould I use this file:\n\n" +
-                    drive.At("Staging\\a\\x.mdl") + "  (Size: 1 Date: ...)\n\nInstead of this file? :\n\n" +
-                    drive.At("Staging\\b\\X.MDL") + "  (Size: 2 Date: ...)",
+                    drive.At("Staging\\a\\x.mdl") + "  (Size: 1 Date:...)\n\nInstead of this file? :\n\n" +
+                    drive.At("Staging\\b\\X.MDL") + "  (Size: 2 Date:...)",
                 Answer::No);
     user.Expect(Duplicate, Answer::Yes);
     LoadStaging();
@@ -325,7 +325,7 @@ TEST_F(ConfigurationTest, NothingChangesUntilOneIsPickedAndTheRestCanGo) {
     const struct {
         const char *change, *part, *message;
     } rows[] = {
-        {"Write", "aircraft.cfg", "The file ...\\Staging\\P\\aircraft.cfg could not be written (another..."},
+        {"Write", "aircraft.cfg", "The file...\\Staging\\P\\aircraft.cfg could not be written (another..."},
         {"Rename", "texture.red", "...\\Staging\\P\\texture.red belongs to a configuration that is not kept..."},
         {"Rename", "panel.ifr", "...\\Staging\\P\\panel.ifr belongs to a configuration that is not kept..."},
     };

@@ -72,7 +72,7 @@ TEST_F(ImportTest, AnotherImportOfItReplacesOrClearsFirst) {
     user.ExpectImport({"My_Plane", "Zeppelin"}, {1});
     drive.Put("FS\\aircraft\\Zeppelin\\hull.air", std::string(100'000, 'x'));
     drive.Put("Staging\\KX_MSFSImportName.txt", "Zeppelin\r\n");
-    user.Expect(offer.substr(0, 20) + "...", Answer::Yes).Expect("There is not enough room...");
+    user.Expect(offer.substr(0, 19) + "...", Answer::Yes).Expect("There is not enough room...");
     const auto staged = drive.Tree("Staging");
     EXPECT_EQ(ImportFromSim(full), "");
     EXPECT_EQ(drive.Tree("Staging"), staged);

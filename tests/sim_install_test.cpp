@@ -209,7 +209,7 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
         PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
         Select("Lear");
         if (row.refusal.empty())
-            user.ExpectInstallStatus("Lear ...");
+            user.ExpectInstallStatus("Lear ...\n\n...");
         else
             user.Expect(row.refusal, MessageIcon::Information);
         Run(InstallPackage);

@@ -206,7 +206,7 @@ TEST_F(RemoveTest, NothingIsLostOnAReadOnlyDisk) {
         EXPECT_EQ(drive.Tree(), before);
     };
     ExpectRemoval()
-        .Expect("The following gauges could not be removed ...")
+        .Expect("The following gauges could not be removed ...\n\n...")
         .Expect("The package could not be removed completely.\n\n...");
     run(RemovePackageFromSim);
     Select("Other");
@@ -250,7 +250,7 @@ TEST_F(RemoveTest, TheOnlyCopyStays) {
     if (!drive.MakeLink("Hangar\\Jets", "FS\\aircraft"))
         GTEST_SKIP() << "no links on this machine";
     Select("Lear");
-    ExpectRemoval().Expect(drive.At("FS\\aircraft\\Lear\\ is the package itself, ..."), MessageIcon::Exclamation);
+    ExpectRemoval().Expect(drive.At("FS\\aircraft\\Lear\\ is the package itself,..."), MessageIcon::Exclamation);
     Run(RemovePackageFromSim);
     user.Expect("The package cannot be removed: the Hangar leads by a link to " + drive.At("FS\\aircraft\\Lear") +
                 ", which...");
