@@ -3,6 +3,8 @@
 #include "archive/in_place.h"
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
+#include "package/meg.h"
+#include "package/progress.h"
 #include "package/scratch.h"
 #include "package/walk.h"
 
@@ -12,8 +14,6 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::uint64_t BytesPerMeg = 1'024'000;
-
 // The size of the package when nothing in it is packed, in whole Meg.
 std::uint64_t UnpackedMeg(const FileSystem& files, const Tree& tree, const std::vector<FileEntry>& packable) {
     std::uint64_t bytes = 0;
@@ -21,7 +21,7 @@ std::uint64_t UnpackedMeg(const FileSystem& files, const Tree& tree, const std::
         bytes += file.info.size;
     for (const FileEntry& file : packable)
         bytes += UnpackedSize(files, file) - file.info.size;
-    return (bytes + BytesPerMeg / 2) / BytesPerMeg;
+    return InMeg(bytes);
 }
 
 // The bitmaps and gauges; cut says when there are more than a limit allows.
@@ -63,9 +63,8 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
     std::vector<std::string> paths;
     for (const FileEntry& file : packable)
         paths.push_back(file.path);
-    context.display.ShowProgress(0, static_cast<int>(paths.size()));
-    int done = 0;
-    const auto step = [&] { context.display.SetProgress(++done); };
+    ProgressBar progress(context.display, static_cast<int>(paths.size()));
+    const auto step = [&] { progress.Step(); };
     const std::vector<FileFailure> failures =
         compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
     const auto isStillPacked = [&](const FileFailure& failure) {
@@ -74,7 +73,6 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
     UpdateMarker(context, packagePath, meg,
                  compress ? failures.size() < paths.size() || paths.empty()
                           : std::ranges::any_of(failures, isStillPacked));
-    context.display.HideProgress();
     std::vector<std::string> texts;
     for (const FileFailure& failure : failures)
         texts.push_back(failure.text);

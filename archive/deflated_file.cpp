@@ -1,5 +1,7 @@
 #include "archive/deflated_file.h"
 
+#include "archive/whole_size.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -10,7 +12,6 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::uint64_t MaxWholeSize = 64u << 20;
 constexpr int BestLevel = 9; // of zlib, and of Info-ZIP's option
 
 struct Packed {

@@ -5,6 +5,7 @@
 #include "archive/inflaters.h"
 #include "archive/mod_unzip.h"
 #include "archive/mod_zip.h"
+#include "archive/whole_size.h"
 #include "archive/zip_bytes.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
@@ -74,12 +75,13 @@ Problem Unpack(CommandContext& context, const std::string& path, Exchange& excha
     // What is unpacked is checked on the way, so that a test before would only do the work twice.
     modUnzip unzip = InPlaceUnzip(path);
     unzip.uExtractDir = *directory;
-    Problem problem{unzip.UnzipArchive(context), ""};
+    const UnpackReport report = unzip.UnzipArchive(context);
+    Problem problem{report.code, ""};
     if (problem.code == UnzipCode::Ok) {
         if (const Status added = exchange.Add(*directory, path, *seen); !added)
             problem = ProblemOf(added);
     } else if (problem.code == UnzipCode::DiskFull) {
-        problem.cause = unzip.uRefused.empty() ? DescribeFault(FileFault::DiskFull) : unzip.uRefused.front().reason;
+        problem.cause = report.refused.empty() ? DescribeFault(FileFault::DiskFull) : report.refused.front().reason;
     }
     if (problem.code != UnzipCode::Ok)
         exchange.Drop(*directory, path);
@@ -122,7 +124,6 @@ bool ReadPacked(const FileSystem& files, const std::string& path, InflateJob& jo
 }
 
 std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::string& path, Inflaters& inflaters) {
-    constexpr std::uint64_t maxBytes = 64u << 20;
     constexpr std::uint32_t stored = 0, deflated = 8;
     auto unpacking = std::make_unique<Unpacking>(path, inflaters);
     const auto info = files.Info(path);
@@ -130,7 +131,7 @@ std::unique_ptr<Unpacking> BeginUnpacking(const FileSystem& files, const std::st
     const bool isUsual =
         info && member && !member->isEncrypted &&
         (member->method == deflated || (member->method == stored && member->packedSize == member->size)) &&
-        member->size + member->packedSize <= maxBytes;
+        member->size + member->packedSize <= MaxWholeSize;
     if (!isUsual)
         return unpacking;
     unpacking->seen = *info;
@@ -278,7 +279,7 @@ int UnzipFileInPlace(CommandContext& context, const std::string& path, bool test
             return UnzipCode::NotAnArchive;
         modUnzip unzip = InPlaceUnzip(path);
         unzip.uTestZip = 1;
-        return unzip.UnzipArchive(context);
+        return unzip.UnzipArchive(context).code;
     }
     Exchange exchange(context);
     Problem problem = Unpack(context, path, exchange);

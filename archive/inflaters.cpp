@@ -1,6 +1,6 @@
 #include "archive/inflaters.h"
 
-#include "archive/unzip_library.h"
+#include "archive/unzip_code.h"
 
 #include <libdeflate.h>
 #include <system_error>

@@ -29,8 +29,8 @@ MemberOutcome OutcomeOf(const Status& status) {
 
 } // namespace
 
-MemberFiles::MemberFiles(UnzipDisk unzipDisk, std::string_view extractDirectory)
-    : disk(unzipDisk), directory(AddBackslash(extractDirectory)), root(disk.locations.RootOf(directory)) {
+MemberFiles::MemberFiles(UnpackDisk unpackDisk, std::string_view extractDirectory)
+    : disk(unpackDisk), directory(AddBackslash(extractDirectory)), root(disk.locations.RootOf(directory)) {
     if (root.empty())
         root = directory;
 }

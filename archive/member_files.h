@@ -2,7 +2,7 @@
 // else.
 #pragma once
 
-#include "archive/unzip_library.h"
+#include "archive/unpack.h"
 
 #include <memory>
 #include <set>
@@ -26,7 +26,7 @@ struct MemberOutcome {
 // Each file is written under a scratch name and gets its own when it is whole.
 class MemberFiles {
   public:
-    MemberFiles(UnzipDisk unzipDisk, std::string_view extractDirectory);
+    MemberFiles(UnpackDisk unpackDisk, std::string_view extractDirectory);
     ~MemberFiles(); // what is not finished is deleted
     MemberFiles(const MemberFiles&) = delete;
     MemberFiles& operator=(const MemberFiles&) = delete;
@@ -57,7 +57,7 @@ class MemberFiles {
     MemberOutcome EnsureDirectory(const std::string& path);
     MemberOutcome MakeScratch();
 
-    UnzipDisk disk;
+    UnpackDisk disk;
     std::string directory;                 // ends in a backslash
     std::string root;                      // the location it lies in: that one may be a link, nothing below may
     std::unordered_set<std::string> known; // directories that stand, in lower case

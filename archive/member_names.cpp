@@ -3,8 +3,8 @@
 #include "platform/code_page.h"
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <cctype>
-#include <zip.h>
 
 namespace korvadex {
 
@@ -63,11 +63,9 @@ MemberName ReadMemberName(std::string_view stored) {
     return name;
 }
 
-std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes) {
-    if (hostSystem != ZIP_OPSYS_UNIX && hostSystem != ZIP_OPSYS_OS_X)
-        return "";
+std::string RefusalOfKind(std::uint32_t unixMode) {
     constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000, pipe = 0010000;
-    const std::uint32_t kind = attributes >> 16 & kindMask;
+    const std::uint32_t kind = unixMode & kindMask;
     if (kind == link)
         return "it is a link";
     // Packed from a pipe, as by "zip -", the bytes are a file's.
@@ -75,16 +73,10 @@ std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes) {
 }
 
 std::string NameForMessage(std::string_view text) {
-    std::string shown;
-    std::size_t letters = 0;
-    for (const char byte : text) {
-        const auto value = static_cast<unsigned char>(byte);
-        const bool isContinued = (value & 0xC0) == 0x80;
-        if (!isContinued && ++letters > MaxShownLetters)
-            return shown + "...";
-        shown += value < 0x20 || value == 0x7F ? '?' : byte;
-    }
-    return shown;
+    std::string shown(FirstLetters(text, MaxShownLetters));
+    std::ranges::replace_if(
+        shown, [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, '?');
+    return shown.size() < text.size() ? shown + "..." : shown;
 }
 
 } // namespace korvadex

@@ -19,14 +19,12 @@ struct MemberName {
 };
 
 // Bytes that are well-formed UTF-8 are UTF-8, all others code page 437. Both / and \ separate.
-//   "panel/b17.bmp"  -> panel, b17.bmp         "./a//b.txt" -> a, b.txt         "texture\"  -> texture (a
-//   directory)
+//   "panel/b17.bmp"  -> panel, b17.bmp         "./a//b.txt" -> a, b.txt         "texture\"  -> texture (a directory)
 //   "../a" "/a" "C:a" "\\host\a" "nul.txt" "a. " "a:b" "" -> refused
 MemberName ReadMemberName(std::string_view stored);
 
-// Why a member of this kind is not unpacked, by the host system and the attributes that the archive gives; ""
-// for plain files and directories.
-std::string RefusalOfKind(std::uint8_t hostSystem, std::uint32_t attributes);
+// Why a member with this mode of Unix is not unpacked; "" for plain files, directories, and where there is no mode (0).
+std::string RefusalOfKind(std::uint32_t unixMode);
 
 // A name from an archive as it can stand in a message: on one line, and not without end.
 std::string NameForMessage(std::string_view text);

@@ -1,4 +1,5 @@
-// The program's door to the unzip library: the options of the next call, and what the last one said.
+// The program's door to the unzip library: the options of the next call, asked and told on the way through the user's
+// dialogs and the main window.
 #pragma once
 
 #include "archive/unzip_library.h"
@@ -6,14 +7,12 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace korvadex {
 
-// Each caller sets what it needs before UnzipArchive; nothing is reset between calls but what UnzipArchive
-// reports.
+// Each caller sets what it needs before UnzipArchive.
 struct modUnzip {
-    // Flags, 0 or 1.
+    // Flags, 0 or 1; see DCL for those that are not offered.
     std::int16_t uExtractOnlyNewer = 0;
     std::int16_t uSpaceToUnderscore = 0;
     std::int16_t uPromptOverwrite = 0; // ask before overwriting
@@ -29,30 +28,21 @@ struct modUnzip {
     std::int16_t uVerbose = 0;
     std::int16_t uCaseInsensitive = 0;
     std::int16_t uPrivilege = 0;
-    std::string uZipFileName; // full path of the archive
-    std::string uExtractDir;
+    std::string uZipFileName = {}; // full path of the archive
+    std::string uExtractDir = {};
     std::int32_t uNumberFiles = 0, uNumberXFiles = 0;
-    NameList uZipNames, uExcludeNames;
+    NameList uZipNames = {}, uExcludeNames = {};
     bool uShowProgress = false; // in the main window, when there is enough to do
 
     // 1 once the password prompt was shown; it is not shown again before this is 0.
     std::int16_t uPasswordAsked = 0;
-    std::string uRightPassword; // the last one that fitted, tried before the prompt is shown; kept nowhere else
+    std::string uRightPassword = {}; // the last one that fitted, tried before the prompt is shown; kept nowhere else
 
     // Filled by UnzipArchive: information on the library and the archive, with all that the library printed.
-    std::string uZipMessage;
-    struct Refused {
-        std::string name, reason;
-    };
-    std::vector<Refused> uRefused; // members that were left out although they are sound
-    // Set when the archive needs more room than the disk has; then nothing was unpacked.
-    std::uint64_t uRoomNeeded = 0, uRoomFree = 0;
+    std::string uZipMessage = {};
 
-    std::vector<std::string> uExplanations; // sentences that say more than the code
-    std::vector<std::string> uWritten;      // what is to be flushed before it can be relied on
-
-    // One call of the library with these options; its code, 0 for success.
-    int UnzipArchive(CommandContext& context);
+    // One call of the library with these options.
+    UnpackReport UnzipArchive(CommandContext& context);
 };
 
 } // namespace korvadex

@@ -38,6 +38,13 @@ std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
 
 } // namespace
 
+bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
+    const auto file = files.OpenForReading(path);
+    std::string start(4, '\0');
+    const auto count = file ? (*file)->Read(std::as_writable_bytes(std::span(start))) : file.status();
+    return count && *count == start.size() && Little(start, 0, 4) == ZipRecord::Local;
+}
+
 std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path) {
     const auto info = files.Info(path);
     if (!info || info->kind != EntryKind::File)

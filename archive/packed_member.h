@@ -17,6 +17,9 @@ struct PackedMember {
     bool isEncrypted = false;
 };
 
+// True when it begins as an archive that is a file of its own does. Four bytes tell it of most files at once.
+bool BeginsLikeArchive(const FileSystem& files, const std::string& path);
+
 // None when the file is not packed. Whether its bytes are sound is not looked at.
 std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path);
 

@@ -1,6 +1,6 @@
 #include "archive/piece_inflater.h"
 
-#include "archive/unzip_library.h"
+#include "archive/unzip_code.h"
 
 namespace korvadex {
 

@@ -2,6 +2,7 @@
 
 #include "archive/member_names.h"
 #include "package/file_primitives.h"
+#include "package/meg.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
 
@@ -14,53 +15,45 @@ namespace {
 
 constexpr std::size_t MaxNamedMembers = 15;
 
-std::string InMeg(std::uint64_t bytes) {
-    return std::to_string((bytes + 1'023'999) / 1'024'000);
+std::string TextOf(const std::string& archive, const UnpackReport& report) {
+    std::string text;
+    const std::string code = std::to_string(report.code);
+    if (report.roomNeeded > 0)
+        text = "There is not enough room on the disk for the zip file(" + archive + ").  It needs " +
+               std::to_string((report.roomNeeded + BytesPerMeg - 1) / BytesPerMeg) + " Meg, and " +
+               std::to_string(report.roomFree / BytesPerMeg) + " Meg are free. (code " + code + ")";
+    else if (report.code != UnzipCode::Ok)
+        text = "There was a problem with the zip file(" + archive + ").  It may be corrupt. (code " + code + ")";
+    for (const std::string& explanation : report.explanations)
+        text += "\r\n\r\n" + explanation;
+    return text;
 }
 
-void TellRefused(CommandContext& context, const modUnzip& unzip) {
-    std::string text = "Some files in the zip file(" + unzip.uZipFileName + ") were not unpacked:\r\n";
-    for (std::size_t i = 0; i < std::min(unzip.uRefused.size(), MaxNamedMembers); ++i)
-        text += "\r\n" + NameForMessage(unzip.uRefused[i].name) + "  (" + unzip.uRefused[i].reason + ")";
-    if (unzip.uRefused.size() > MaxNamedMembers)
-        text += "\r\n... and " + std::to_string(unzip.uRefused.size() - MaxNamedMembers) + " more";
-    context.user.Tell(text, MessageIcon::Exclamation);
-}
-
-// True when all that was unpacked is on the disk.
-bool FlushUnpacked(CommandContext& context, const modUnzip& unzip) {
-    const auto outcomes = context.files.Flush(unzip.uWritten);
-    const auto failed = std::ranges::find_if(outcomes, [](const Status& status) { return !status; });
-    if (failed == outcomes.end())
-        return true;
-    context.user.Tell("The files of the zip file(" + unzip.uZipFileName +
-                          ") could not all be written to the disk: " + failed->path + "  (" +
-                          DescribeFault(failed->fault) + ").  Please unpack it again when that is settled.",
-                      MessageIcon::Exclamation);
-    return false;
+std::string RefusedText(const std::string& archive, const std::vector<UnpackReport::Refused>& refused) {
+    std::string text = "Some files in the zip file(" + archive + ") were not unpacked:\r\n";
+    for (std::size_t i = 0; i < std::min(refused.size(), MaxNamedMembers); ++i)
+        text += "\r\n" + NameForMessage(refused[i].name) + "  (" + refused[i].reason + ")";
+    if (refused.size() > MaxNamedMembers)
+        text += "\r\n... and " + std::to_string(refused.size() - MaxNamedMembers) + " more";
+    return text;
 }
 
 // True when every file of the archive was unpacked and is on the disk, or left out because the user wanted to keep his
 // own.
-bool UnpackAndReport(CommandContext& context, modUnzip& unzip) {
+bool UnpackAndTell(CommandContext& context, modUnzip& unzip) {
     unzip.uPasswordAsked = 0;
-    const int code = unzip.UnzipArchive(context);
-    std::string text;
-    if (unzip.uRoomNeeded > 0)
-        text = "There is not enough room on the disk for the zip file(" + unzip.uZipFileName + ").  It needs " +
-               InMeg(unzip.uRoomNeeded) + " Meg, and " + std::to_string(unzip.uRoomFree / 1'024'000) +
-               " Meg are free. (code " + std::to_string(code) + ")";
-    else if (code != UnzipCode::Ok)
-        text = "There was a problem with the zip file(" + unzip.uZipFileName + ").  It may be corrupt. (code " +
-               std::to_string(code) + ")";
-    for (const std::string& explanation : unzip.uExplanations)
-        text += "\r\n\r\n" + explanation;
-    if (!text.empty())
+    const UnpackReport report = unzip.UnzipArchive(context);
+    if (const std::string text = TextOf(unzip.uZipFileName, report); !text.empty())
         context.user.Tell(text, MessageIcon::Exclamation);
-    if (!unzip.uRefused.empty())
-        TellRefused(context, unzip);
-    const bool isOnDisk = FlushUnpacked(context, unzip);
-    return isOnDisk && code == UnzipCode::Ok && unzip.uRefused.empty();
+    if (!report.refused.empty())
+        context.user.Tell(RefusedText(unzip.uZipFileName, report.refused), MessageIcon::Exclamation);
+    const Status flushed = FlushFiles(context.files, report.written);
+    if (!flushed)
+        context.user.Tell("The files of the zip file(" + unzip.uZipFileName +
+                              ") could not all be written to the disk: " + flushed.path + "  (" +
+                              DescribeFault(flushed.fault) + ").  Please unpack it again when that is settled.",
+                          MessageIcon::Exclamation);
+    return flushed && report.code == UnzipCode::Ok && report.refused.empty();
 }
 
 // The archives that turned up below target, one by one, until none is left that was not asked about.
@@ -85,8 +78,7 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
                                   ".  Should I unzip it as well?  (Usually pick 'Yes')")) {
             unzip.uZipFileName = path;
             unzip.uExtractDir = target + "NestedZIP" + std::to_string(number) + "_" + name;
-            unzip.uTestZip = 0;
-            isDone = UnpackAndReport(context, unzip);
+            isDone = UnpackAndTell(context, unzip);
             ++number;
         }
         // Its files are all there, or the user does not want them: without it the search ends.
@@ -113,20 +105,11 @@ bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZ
     const std::string zipName = LastPathComponent(path);
     const std::string target = context.locations.StagingDir + "ZIP_" + zipName + "\\"; // each archive its own
 
-    unzip.uZipNames[0].clear();
-    unzip.uExcludeNames[0].clear();
-    unzip.uNumberFiles = 0;
-    unzip.uNumberXFiles = 0;
-    unzip.uPromptOverwrite = 1;
-    unzip.uOverwriteFiles = 0;
-    unzip.uDisplayComment = 0;
-    unzip.uExtractList = 0;
-    unzip.uHonorDirectories = 1;
-    unzip.uTestZip = 0;
+    unzip = {.uPromptOverwrite = 1, .uHonorDirectories = 1, .uRightPassword = unzip.uRightPassword};
     unzip.uShowProgress = true;
     unzip.uZipFileName = path;
     unzip.uExtractDir = target;
-    UnpackAndReport(context, unzip);
+    UnpackAndTell(context, unzip);
     UnpackNested(context, unzip, target);
     return true;
 }

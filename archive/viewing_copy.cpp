@@ -1,7 +1,7 @@
 #include "archive/viewing_copy.h"
 
 #include "archive/in_place.h"
-#include "archive/unzip_library.h"
+#include "archive/unzip_code.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 

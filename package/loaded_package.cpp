@@ -1,5 +1,6 @@
 #include "package/loaded_package.h"
 
+#include "package/meg.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 namespace korvadex {
 
 namespace {
-
-constexpr std::uint64_t BytesPerMeg = 1'024'000;
 
 const FileEntry* FindByName(const std::vector<FileEntry>& files, std::string_view name) {
     const std::string key = FoldCase(name);
@@ -22,7 +21,7 @@ int LoadedPackage::SizeInMeg() const {
     std::uint64_t bytes = 0;
     for (const auto& file : tree.files)
         bytes += file.info.size;
-    return static_cast<int>((bytes + BytesPerMeg / 2) / BytesPerMeg);
+    return static_cast<int>(InMeg(bytes));
 }
 
 bool LoadedPackage::PackageHasFile(std::string_view name) const {

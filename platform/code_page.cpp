@@ -76,4 +76,14 @@ bool IsValidUtf8(std::string_view bytes) {
     return true;
 }
 
+std::string_view FirstLetters(std::string_view text, std::size_t count) {
+    std::size_t end = 0;
+    for (; end < text.size(); ++end) {
+        const bool isContinued = (static_cast<std::uint8_t>(text[end]) & 0xC0) == 0x80;
+        if (!isContinued && count-- == 0)
+            break;
+    }
+    return text.substr(0, end);
+}
+
 } // namespace korvadex

@@ -22,4 +22,7 @@ void AppendUtf8(std::string& text, char32_t letter);
 // Well-formed UTF-8 (no overlong form, no surrogate).
 bool IsValidUtf8(std::string_view bytes);
 
+// So many letters of a text in UTF-8, or all of it when it has no more.
+std::string_view FirstLetters(std::string_view text, std::size_t count);
+
 } // namespace korvadex

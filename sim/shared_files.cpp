@@ -1,33 +1,15 @@
 #include "sim/shared_files.h"
 
 #include "archive/in_place.h"
-#include "archive/unzip_library.h"
+#include "archive/unzip_code.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
 
-#include <array>
-#include <cstddef>
 #include <set>
 
 namespace korvadex {
-
-namespace {
-
-// A packed file is an archive from its first byte on. Looking at four bytes keeps ordinary bitmaps, by far
-// the most, from being tried as archives.
-bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
-    const auto file = files.OpenForReading(path);
-    if (!file)
-        return false;
-    std::array<std::byte, 4> head{};
-    const auto count = (*file)->Read(head);
-    return count && *count == head.size() && head[0] == std::byte{'P'} && head[1] == std::byte{'K'} &&
-           head[2] == std::byte{3} && head[3] == std::byte{4};
-}
-
-} // namespace
 
 Status UnpackCopy(CommandContext& context, const std::string& path, const std::string& source) {
     if (!BeginsLikeArchive(context.files, path) || UnzipFileInPlace(context, path) == UnzipCode::Ok)

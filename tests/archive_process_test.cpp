@@ -452,7 +452,7 @@ TEST_F(ProcessTest, AFaultWhileReplacingLeavesTheOldFile) {
         call.uHonorDirectories = 1;
         call.uZipFileName = drive.At("in\\p.zip");
         call.uExtractDir = drive.At("Staging\\ZIP_p.zip\\");
-        const int code = call.UnzipArchive(asking);
+        const int code = call.UnzipArchive(asking).code;
         EXPECT_EQ(drive.Get("Staging\\ZIP_p.zip\\a.txt"), code == 0 ? "new" : "old");
     });
     EXPECT_EQ(drive.Get("Staging\\ZIP_p.zip\\a.txt"), "new");

@@ -1,0 +1,10 @@
+// Zip archives for those who unpack them, by libzip and libdeflate.
+#pragma once
+
+#include "archive/archive_reader.h"
+
+namespace korvadex {
+
+OpenedArchive OpenZipArchive(const FileSystem& files, const std::string& path);
+
+} // namespace korvadex
