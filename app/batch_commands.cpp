@@ -24,7 +24,7 @@ void Program::CompressEach(const std::string& question, bool compress) {
     if (!ArePlacesThere({Place::Hangar}) || !user.AskYesNo(question))
         return;
     const auto summary = CompressPackages(context, packages, compress);
-    Refresh({.hangar = true, .package = true});
+    ShowChanges({.hangar = true, .package = true});
     ShowStatus("");
     TellLeft(user, "The following packages were left as they are", summary.left, packages);
     TellCompressed(context, summary.failures);
@@ -56,7 +56,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
     if (!ArePlacesThere({Place::Hangar, Place::Simulator}) || !user.AskYesNo(question))
         return;
     const auto summary = UninstallPackages(context, packages, selection.Hangar());
-    Refresh({.hangar = true, .simulator = true, .package = true});
+    ShowChanges({.hangar = true, .simulator = true, .package = true});
     ShowStatus("");
     TellLeft(user, "The following packages were kept", summary.left, packages,
              summary.unseen.empty()

@@ -8,14 +8,14 @@ namespace korvadex {
 void Program::CreatePackageNotes() {
     Run([&] {
         if (IsShownThere())
-            Refresh(CreateNotes(context, package));
+            ShowChanges(CreateNotes(context, package));
     });
 }
 
 void Program::DeletePackageNotes() {
     Run([&] {
         if (IsShownThere())
-            Refresh(DeleteNotes(context, package));
+            ShowChanges(DeleteNotes(context, package));
     });
 }
 

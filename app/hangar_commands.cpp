@@ -24,7 +24,7 @@ void Program::RunOnPackage(HangarCommand command, bool goesThere) {
             return;
         if (command != HangarCommand::RemovePackageFromSim)
             ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
-        Refresh(RunHangarCommand(context, command, package, held));
+        ShowChanges(RunHangarCommand(context, command, package, held));
     });
 }
 

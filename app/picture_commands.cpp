@@ -47,7 +47,7 @@ void Program::DeleteShownImage() {
         const int index = view.imageIndex;
         if (!DeleteImage(context, path))
             return;
-        Refresh({.package = true});
+        ShowChanges({.package = true});
         RemoveEmptyImagesDirectory(files, package);
         if (ShownImage() != path) // its neighbour follows
             view.imageIndex = std::min(index, static_cast<int>(package.pictures.size()));
@@ -60,7 +60,7 @@ void Program::MakeShownImageFirst() {
         if (!IsStillThere(path))
             return;
         const auto marked = MakeFirstImage(context, package, path);
-        Refresh({.package = true}); // the gallery has the old names
+        ShowChanges({.package = true}); // the gallery has the old names
         if (!marked)
             return;
         ShowImage(*marked);
@@ -93,7 +93,7 @@ void Program::ImportImages(const OfferedPictures& offered) {
     const auto imported = ImportPictures(context, dialogs, package, offered, NameForImage());
     if (imported.empty())
         return;
-    Refresh({.package = true});
+    ShowChanges({.package = true});
     ShowImage(imported.front());
     ShowStatus(imported.size() == 1 ? LastPathComponent(imported.front()) + " was imported."
                                     : std::to_string(imported.size()) + " pictures were imported.");

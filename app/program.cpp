@@ -58,7 +58,7 @@ void Program::Run(const std::function<void()>& command) {
     }
 }
 
-void Program::Refresh(const Changes& changes) {
+void Program::ShowChanges(const Changes& changes) {
     if (changes.hangar || changes.simulator)
         selection.ReadPackages();
     if (changes.renamed && !changes.renamed->IsNone())
@@ -217,7 +217,7 @@ bool Program::CheckOpenings() {
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
     Run([&] {
         if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}))
-            Refresh(DeleteComponentFiles(context, package, group, positions));
+            ShowChanges(DeleteComponentFiles(context, package, group, positions));
     });
 }
 
@@ -258,7 +258,7 @@ void Program::ChangeLocations() {
         }
         KeepSettings();
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
-            Refresh({.simulator = true}); // other packages are installed there
+            ShowChanges({.simulator = true}); // other packages are installed there
         if (settings.locations.StagingDir != before.locations.StagingDir)
             ForgetStaging();
         if (!view.HangarSideShown && settings.locations.StagingDir != before.locations.StagingDir)

@@ -153,7 +153,7 @@ class Program : private CommandDisplay {
     // program.cpp: one command from the window's event to the window's new state.
     void Run(const std::function<void()>& command);
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
-    void Refresh(const Changes& changes);
+    void ShowChanges(const Changes& changes);
     void ShowView();
     // False, after a message, when one of the places is gone.
     bool ArePlacesThere(std::initializer_list<Place> places);

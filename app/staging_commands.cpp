@@ -157,7 +157,7 @@ void Program::CopyToHangar() {
     const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
     if (!copy)
         return;
-    Refresh({.hangar = true, .renamed = made}); // what the user will want to see in the Hangar
+    ShowChanges({.hangar = true, .renamed = made}); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return;
     EraseStaging(*copy);
