@@ -5,12 +5,14 @@
 // An outline names files with their bytes and empty directories: a.txt=bytes, empty\, sub\b.txt=more
 //
 // The drive (Staging\, Hangar\, FS\aircraft\, FS\gauges\ and App\ are there):
-//   fill DIRECTORY: OUTLINE         put FILE = BYTES         aircraft DIRECTORY\ (that of PackageBuilder)
+//   fill DIRECTORY: OUTLINE         put FILE = BYTES         unicode FILE = TEXT (of two bytes a letter)
+//   aircraft DIRECTORY\ (that of PackageBuilder)             pack FILE (as in a compressed package)
 //   zip FILE: OUTLINE               delete PATH              empty DIRECTORY\          move PATH -> PATH
-//   readonly FILE                   link PATH -> TARGET      fail CHANGE PART FAULT (of the disk; "fail" alone: none)
+//   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
+//   fail CHANGE PART FAULT          from now on every such change of a path with this part; "*": any; "fail": none
 // The user (the program starts with the first of these):
 //   hangar, staging, refresh        select CATEGORY\PACKAGE  name TEXT (into the field for a package's name)
-//   press KEY (of the toolbar)      do ENTRY (of the menus)  drop FILE, FILE (archives)
+//   do ENTRY (of the menus) or KEY (of the toolbar)          drop FILE, FILE (archives)
 //   next (picture)                  exit
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
@@ -136,6 +138,8 @@ class CaseTest : public ProgramTest {
     void Select(const std::string& path) {
         const auto [category, package] = Cut(path, "\\");
         ProgramTest::Select(category, -1);
+        if (package.empty())
+            return;
         const auto& packages = program->View().packages;
         const auto at = std::ranges::find(packages, package, &HangarPackage::name);
         if (at != packages.end())
@@ -184,6 +188,7 @@ class CaseTest : public ProgramTest {
             {"side", [&] { return view.header; }},
             {"size", [&] { return view.sizeText; }},
             {"title", [&] { return program->Package().aircraftTitle; }},
+            {"sound", [&] { return program->Package().PackageSoundAlias; }},
             {"packages", [&] { return joined(form.PackageLines()); }},
             {"package", [&] { return program->Package().path; }},
             {"status", [&] { return form.status; }},
@@ -209,6 +214,13 @@ class CaseTest : public ProgramTest {
              const auto [file, bytes] = Cut(line, " = ");
              drive.Put(file, In(bytes));
          }},
+        {"unicode",
+         [this](auto& line) {
+             const auto [file, text] = Cut(line, " = ");
+             drive.Put(file, TwoByteText(In(text)));
+         }},
+        {"pack",
+         [this](auto& line) { drive.Put(line, ZipBuilder().Add(LastPathComponent(line), drive.Get(line)).Bytes()); }},
         {"aircraft", [this](auto& line) { PackageBuilder(drive, line); }},
         {"zip",
          [this](auto& line) {
@@ -242,11 +254,21 @@ class CaseTest : public ProgramTest {
              if (!drive.MakeLink(path, target))
                  GTEST_SKIP() << "no links on this machine";
          }},
+        {"void",
+         [this](auto& line) {
+             const FileTime time = drive.Files().Info(drive.At(line))->time;
+             drive.Put(line, "");
+             Require(drive.Files().SetTime(drive.At(line), time));
+         }},
         {"fail",
          [this](auto& line) {
              auto parts = Split(line, " ");
              parts.resize(3);
-             disk.FailOn(parts[0], parts[1], Faults.at(parts[2]));
+             disk.FailWhere([=](auto& change, auto& path) {
+                 const bool isHit =
+                     (parts[0] == "*" || parts[0] == change) && (parts[1] == "*" || path.find(parts[1]) != path.npos);
+                 return isHit ? Faults.at(parts[2]) : FileFault::None;
+             });
          }},
         {"now", [this](auto&) { before = drive.Tree(); }},
         {"tree",
@@ -286,7 +308,6 @@ class CaseTest : public ProgramTest {
         {"name", [this](auto& line) { program->SetPackageName(In(line)); }},
         {"next", [this](auto&) { program->ShowNextImage(); }},
         {"exit", [this](auto&) { program->Shutdown(); }},
-        {"press", [this](auto& line) { program->RunCommand(line); }},
         {"do", [this](auto& line) { program->RunCommand(line); }},
         {"drop",
          [this](auto& line) {
