@@ -9,7 +9,8 @@
 //   aircraft DIRECTORY\ (that of PackageBuilder)             pack FILE (as in a compressed package)
 //   zip FILE: OUTLINE               delete PATH              empty DIRECTORY\          move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
-//   fail CHANGE PART FAULT          from now on every such change of a path with this part; "*": any; "fail": none
+//   fail                            no more
+//   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
 //   hangar, staging, refresh        select CATEGORY\PACKAGE  name TEXT (into the field for a package's name)
 //   do ENTRY (of the menus) or KEY (of the toolbar)          drop FILE, FILE (archives)
@@ -21,7 +22,8 @@
 //   take A|B -> ROW (to import)     rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
 //   then LINE                       is done when the question before it is answered
 // What is to be seen then:
-//   tree DIRECTORY: OUTLINE         all that is there        file FILE = BYTES
+//   tree DIRECTORY: OUTLINE         all that is there        names DIRECTORY: NAME, NAME (of all)
+//   file FILE = BYTES               packed FILE (it is an archive now)
 //   same                            the drive, as before the last command (or the last "now")
 //   same but -NAMES, OUTLINE        without all that begins with these names, and with these files
 //   has PATH, lacks PATH            alike DIR\, DIR\        lists FILE: a line that it has
@@ -72,8 +74,7 @@ std::pair<std::string, std::string> Cut(const std::string& text, const std::stri
 
 const std::map<std::string, Answer> Answers = {
     {"Yes", Answer::Yes}, {"No", Answer::No}, {"Cancel", Answer::Cancel}, {"OK", Answer::Ok}};
-const std::map<std::string, FileFault> Faults = {{"", FileFault::None},
-                                                 {"InUse", FileFault::InUse},
+const std::map<std::string, FileFault> Faults = {{"InUse", FileFault::InUse},
                                                  {"Denied", FileFault::Denied},
                                                  {"DiskFull", FileFault::DiskFull},
                                                  {"ReadOnlyDisk", FileFault::ReadOnlyDisk}};
@@ -136,15 +137,13 @@ class CaseTest : public ProgramTest {
         };
     }
     void Select(const std::string& path) {
-        const auto [category, package] = Cut(path, "\\");
+        const auto [category, name] = Cut(path, "\\");
         ProgramTest::Select(category, -1);
-        if (package.empty())
-            return;
         const auto& packages = program->View().packages;
-        const auto at = std::ranges::find(packages, package, &HangarPackage::name);
-        if (at != packages.end())
-            return program->ChoosePackage(int(at - packages.begin()));
-        ADD_FAILURE() << "no such package";
+        for (std::size_t i = 0; i < packages.size(); ++i)
+            if (packages[i].name == name)
+                return program->ChoosePackage(static_cast<int>(i));
+        EXPECT_EQ(name, "") << "no such package";
     }
     void ExpectTree(std::map<std::string, std::string> expected, const std::string& changes) {
         for (const auto& change : Split(changes, ", ")) {
@@ -201,6 +200,7 @@ class CaseTest : public ProgramTest {
 
     const Case script;
     FaultyFiles disk{drive.Files()};
+    std::vector<Texts> faults;
     std::map<std::string, std::string> before; // the drive
 
     const Verbs deeds = {
@@ -262,12 +262,15 @@ class CaseTest : public ProgramTest {
          }},
         {"fail",
          [this](auto& line) {
-             auto parts = Split(line, " ");
-             parts.resize(3);
-             disk.FailWhere([=](auto& change, auto& path) {
-                 const bool isHit =
-                     (parts[0] == "*" || parts[0] == change) && (parts[1] == "*" || path.find(parts[1]) != path.npos);
-                 return isHit ? Faults.at(parts[2]) : FileFault::None;
+             faults.push_back(Split(line, " "));
+             if (line.empty())
+                 faults.clear();
+             disk.FailWhere([this](auto& change, auto& path) {
+                 for (const auto& fault : faults)
+                     if ((fault[0] == "*" || fault[0] == change) &&
+                         (fault[1] == "*" || path.find(fault[1]) != path.npos))
+                         return Faults.at(fault[2]);
+                 return FileFault::None;
              });
          }},
         {"now", [this](auto&) { before = drive.Tree(); }},
@@ -276,11 +279,17 @@ class CaseTest : public ProgramTest {
              const auto [directory, outline] = Cut(line, ": ");
              EXPECT_EQ(drive.Outline(directory), In(outline));
          }},
+        {"names",
+         [this](auto& line) {
+             const auto [directory, names] = Cut(line, ": ");
+             EXPECT_EQ(drive.Names(directory), Split(names, ", "));
+         }},
         {"file",
          [this](auto& line) {
              const auto [file, bytes] = Cut(line, " = ");
              EXPECT_EQ(drive.Get(file), In(bytes));
          }},
+        {"packed", [this](auto& line) { EXPECT_THAT(drive.Get(line), testing::StartsWith("PK")) << line; }},
         {"same", [this](auto& line) { ExpectTree(before, Cut(line, "but ").second); }},
         {"alike",
          [this](auto& line) {
