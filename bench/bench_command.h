@@ -4,6 +4,7 @@
 
 #include "package/command_context.h"
 #include "platform/drive_map_posix.h"
+#include "sim/unused_gauges.h"
 
 #include <cstdio>
 #include <cstdlib>

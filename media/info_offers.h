@@ -1,7 +1,6 @@
 // What the combo boxes of frmInfo offer: the values that other aircraft have for the same keys, and a few common ones.
 #pragma once
 
-#include "package/dialogs.h"
 #include "package/locations.h"
 #include "platform/file_system.h"
 
@@ -14,6 +13,11 @@
 #include <vector>
 
 namespace korvadex {
+
+// What its combo boxes offer, each sorted without case.
+struct InfoOffers {
+    std::vector<std::string> atcAirlines = {}, manufacturers = {}, atcTypes = {}, atcModels = {};
+};
 
 // Reads the aircraft.cfg of every package of the Hangar and of every aircraft of the simulator, each once, in pieces
 // so that a window can stand meanwhile.

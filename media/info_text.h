@@ -5,7 +5,6 @@
 #pragma once
 
 #include "package/config_text.h"
-#include "package/dialogs.h"
 
 #include <array>
 #include <string>
@@ -13,6 +12,15 @@
 
 namespace korvadex {
 
+// frmInfo: the texts of aircraft.cfg that the simulator shows and that air traffic control speaks. Lines of the
+// last two texts are separated by CR LF.
+struct AircraftInfo {
+    std::string atcId, atcAirline, atcFlightNumber, manufacturer, type, variation, atcType, atcModel;
+    bool isHeavy = false, isEditable = false;
+    std::string description, performance;
+
+    bool operator==(const AircraftInfo&) const = default;
+};
 // Turns a text of several lines (ended by CR LF) into one line of the file, or back with decode; in place, and
 // returned as well. "Range; 5/6" <-> "Range\s 5\/6".
 std::string& EscapeConfigText(std::string& text, bool decode);

@@ -2,7 +2,6 @@
 // with a script.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,69 +21,12 @@ struct CheckedAnswer {
     bool isChecked;
 };
 
-// frmRename: what its fields hold when it comes up.
-struct RenameEntry {
-    std::string packageName, aircraftTitle;
-};
-struct RenameForm {
-    RenameEntry entry;
-    bool hasTitle = true; // false: the title field is disabled
-    // cmdAccept with what the fields hold. True closes the dialog; false leaves it open, after a message.
-    std::function<bool(const RenameEntry& entered)> accept;
-};
-
-// A row of frmMultipleCfg.
-struct ConfigurationRow {
-    std::string text;    // "Lear red  (fltsim.1)"
-    std::string detail;  // "Texture: red", "" for none
-    std::string picture; // the path of a picture of it, "" for none
-};
-
-// frmUnusedGauges.
-struct UnusedGauge {
-    std::string name, path; // lstFileList shows the name, with its directory where two have the same
-};
-struct UnusedGaugesForm {
-    // To be called once, when the window stands: the search, which moves the window's progress bar (from 1 to
-    // maximum) on its way.
-    std::function<std::vector<UnusedGauge>(const std::function<void(int value, int maximum)>& progress)> search;
-    // cmdDelete with the selected rows; what the list is to show from then on.
-    std::function<std::vector<UnusedGauge>(const std::vector<int>& rows)> remove;
-};
-
-// frmMSFSImport.
-struct ImportForm {
-    std::vector<std::string> names; // of lstPackages
-    // cmdOK, or a double click, on a row (-1: none is selected). True closes the dialog.
-    std::function<bool(int row)> accept;
-};
-
-// frmInfo: the texts of aircraft.cfg that the simulator shows and that air traffic control speaks. Lines of the
-// last two texts are separated by CR LF.
-struct AircraftInfo {
-    std::string atcId, atcAirline, atcFlightNumber, manufacturer, type, variation, atcType, atcModel;
-    bool isHeavy = false, isEditable = false;
-    std::string description, performance;
-
-    bool operator==(const AircraftInfo&) const = default;
-};
-// What its combo boxes offer, each sorted without case.
-struct InfoOffers {
-    std::vector<std::string> atcAirlines = {}, manufacturers = {}, atcTypes = {}, atcModels = {};
-};
-struct InfoForm {
-    std::string aircraft; // whose information it is, for the caption
-    AircraftInfo info;
-    // False: the file has no [fltsim.N] section; the fields that belong there are disabled.
-    bool hasConfiguration = true;
-    InfoOffers offers; // to begin with
-    // To be called again and again while the window stands, a few milliseconds each, until it gives the offers.
-    std::function<std::optional<InfoOffers>()> gather;
-    // cmdApply with what the fields hold. True closes the dialog; false leaves it open, after a message.
-    std::function<bool(const AircraftInfo& entered)> accept;
-    // The window is about to be closed without cmdApply or cmdCancel. False leaves it open.
-    std::function<bool(const AircraftInfo& entered)> mayClose;
-};
+// What the windows of single commands take in; each stands beside its command.
+struct RenameForm;       // package/rename.h
+struct ConfigurationRow; // package/reduce_staging.h
+struct UnusedGaugesForm; // sim/unused_gauges.h
+struct ImportForm;       // sim/import.h
+struct InfoForm;         // media/aircraft_info.h
 
 class UserDialogs {
   public:

@@ -9,6 +9,13 @@ namespace korvadex {
 // does.
 std::string FindSavedDirectory(const DirectoryList& saved, std::string_view ending);
 
+// A row of frmMultipleCfg.
+struct ConfigurationRow {
+    std::string text;    // "Lear red  (fltsim.1)"
+    std::string detail;  // "Texture: red", "" for none
+    std::string picture; // the path of a picture of it, "" for none
+};
+
 // What frmMultipleCfg shows of each configuration. tree: all of Staging.
 std::vector<ConfigurationRow> ConfigurationRows(const Tree& tree, const std::string& cfgPath,
                                                 const std::vector<Configuration>& configurations);

@@ -3,10 +3,19 @@
 
 #include "package/command_context.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
+
+// frmMSFSImport.
+struct ImportForm {
+    std::vector<std::string> names; // of lstPackages
+    // cmdOK, or a double click, on a row (-1: none is selected). True closes the dialog.
+    std::function<bool(int row)> accept;
+};
 
 // Shows frmMSFSImport with the aircraft that no category of the Hangar holds, and copies the chosen one with
 // its directories. The name of the aircraft that was imported, "" when the user chose none or nothing was

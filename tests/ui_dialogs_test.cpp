@@ -1,5 +1,10 @@
 // The dialogs, answered with mouse and keys.
 #include "app/profiles.h"
+#include "media/aircraft_info.h"
+#include "package/reduce_staging.h"
+#include "package/rename.h"
+#include "sim/import.h"
+#include "sim/unused_gauges.h"
 #include "tests/support/modal_user.h"
 #include "tests/support/temporary_drive.h"
 #include "ui/dialogs.h"

@@ -1,7 +1,7 @@
 // What the simulator shows of an aircraft, and what air traffic control calls it.
 #pragma once
 
-#include "package/dialogs.h"
+#include "media/aircraft_info.h"
 
 #include <QDialog>
 #include <QTimer>

@@ -1,7 +1,7 @@
 // The aircraft of the simulator that the Hangar does not have yet, one of them to be brought into Staging.
 #pragma once
 
-#include "package/dialogs.h"
+#include "sim/import.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 // The choice of one configuration out of an aircraft.cfg that holds several.
 #pragma once
 
-#include "package/dialogs.h"
+#include "package/reduce_staging.h"
 #include "ui/picture_loader.h"
 
 #include <QDialog>

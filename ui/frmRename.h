@@ -1,7 +1,7 @@
 // The new name of a package, and the new title of its aircraft.
 #pragma once
 
-#include "package/dialogs.h"
+#include "package/rename.h"
 
 #include <QDialog>
 

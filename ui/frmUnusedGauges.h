@@ -1,7 +1,7 @@
 // The gauges of the simulator that no aircraft uses, to pick some of them and delete them.
 #pragma once
 
-#include "package/dialogs.h"
+#include "sim/unused_gauges.h"
 
 #include <QDialog>
 #include <QElapsedTimer>

@@ -2,7 +2,12 @@
 // offered and a leftover all fail the test; the transcript keeps what was shown.
 #pragma once
 
+#include "media/aircraft_info.h"
 #include "package/dialogs.h"
+#include "package/reduce_staging.h"
+#include "package/rename.h"
+#include "sim/import.h"
+#include "sim/unused_gauges.h"
 
 #include <any>
 #include <deque>
