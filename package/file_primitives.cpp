@@ -15,13 +15,14 @@ bool IsFullTreePath(std::string_view path) {
            path[3] != ' ' && path.find("\\\\") == std::string_view::npos;
 }
 
-std::string Explained(const std::string& path, FileFault fault) {
-    return path + " (" + DescribeFault(fault) + ")";
+std::string Explained(const Status& status) {
+    return status.path + " (" + DescribeFault(status.fault) + ")";
 }
 
-bool HoldsAny(const std::string& directory, const std::vector<std::string>& paths) {
-    return std::ranges::any_of(paths,
-                               [&](const std::string& path) { return path.starts_with(AddBackslash(directory)); });
+Status DeleteForced(FileSystem& files, const std::string& path) {
+    static_cast<void>(files.ClearAttributes(path));
+    const Status status = files.Delete(path);
+    return status || status.fault == FileFault::NotFound ? Status{} : Status{status.fault, path, status.nativeCode};
 }
 
 // The name of a package's directory among those that the simulator has.
@@ -48,9 +49,7 @@ bool MayBeDeleted(const Locations& locations, const std::string& path) {
 }
 
 bool DeleteFileForced(FileSystem& files, const std::string& path) {
-    static_cast<void>(files.ClearAttributes(path));
-    const Status status = files.Delete(path);
-    return status || status.fault == FileFault::NotFound;
+    return bool(DeleteForced(files, path));
 }
 
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths) {
@@ -60,9 +59,8 @@ Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths) {
 }
 
 std::string DeleteOrExplain(FileSystem& files, const std::string& path) {
-    static_cast<void>(files.ClearAttributes(path));
-    const FileFault fault = files.Delete(path).fault;
-    return fault == FileFault::None || fault == FileFault::NotFound ? "" : Explained(path, fault);
+    const Status status = DeleteForced(files, path);
+    return status ? "" : Explained(status);
 }
 
 std::string DeleteListed(FileSystem& files, const FileEntry& listed) {
@@ -83,42 +81,46 @@ bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {
     return bool(files.RemoveDirectory(path));
 }
 
-std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path, const std::string& last) {
-    FileSystem& files = context.files;
+std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory, const std::string& last) {
+    std::vector<Status> remaining;
+    const auto deleteFile = [&](const std::string& file) {
+        if (const Status status = DeleteForced(files, file); !status)
+            remaining.push_back(status);
+    };
+    const auto isNamed = [&](const std::string& path) {
+        return std::ranges::any_of(remaining,
+                                   [&](const Status& status) { return status.path.starts_with(AddBackslash(path)); });
+    };
+    const Tree tree = WalkTree(files, directory, WalkFor::Deletion);
+    for (const std::string& path : tree.unreadable)
+        remaining.push_back({FileFault::Denied, path});
+    for (const FileEntry& file : tree.files) {
+        if (!EqualNoCase(file.path, last))
+            deleteFile(file.path);
+    }
+    for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
+        const Status status = files.RemoveDirectory(*path);
+        if (!status && status.fault != FileFault::NotFound && (status.fault != FileFault::NotEmpty || !isNamed(*path)))
+            remaining.push_back({status.fault, *path, status.nativeCode});
+    }
+    if (!last.empty() && remaining.empty())
+        deleteFile(last);
+    return remaining;
+}
+
+std::vector<Status> DeleteTree(CommandContext& context, const std::string& path, const std::string& last) {
     if (!MayBeDeleted(context.locations, path)) {
         context.user.Tell("Critical error.  Please restart Korvadex and verify that your Staging, "
                           "Hangar and MSFS directory locations are set up correctly.",
                           MessageIcon::Critical);
         throw ProgramEnd{};
     }
-    std::vector<std::string> remaining;
-    const auto deleteFile = [&](const std::string& file) {
-        if (auto explained = DeleteOrExplain(files, file); !explained.empty())
-            remaining.push_back(std::move(explained));
-    };
     const std::string bare = WithoutBackslash(path);
-    const auto info = files.Info(bare);
-    if (info && info->kind == EntryKind::Link && !EqualNoCase(path, context.locations.StagingDir)) {
-        deleteFile(bare); // what a link leads to is not ours
-        return remaining;
-    }
-    const Tree tree = WalkTree(files, path, WalkFor::Deletion);
-    for (const std::string& directory : tree.unreadable)
-        remaining.push_back(Explained(directory, FileFault::Denied));
-    for (const auto& file : tree.files) {
-        if (!EqualNoCase(file.path, last))
-            deleteFile(file.path);
-    }
-    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory) {
-        const FileFault fault = files.RemoveDirectory(*directory).fault;
-        // One that holds what remains is not worth a word of its own.
-        if (fault != FileFault::None && fault != FileFault::NotFound &&
-            (fault != FileFault::NotEmpty || !HoldsAny(*directory, remaining)))
-            remaining.push_back(Explained(*directory, fault));
-    }
-    if (!last.empty() && remaining.empty())
-        deleteFile(last);
-    return remaining;
+    const auto info = context.files.Info(bare);
+    if (!info || info->kind != EntryKind::Link || EqualNoCase(path, context.locations.StagingDir))
+        return DeleteContents(context.files, path, last);
+    const Status status = DeleteForced(context.files, bare); // what a link leads to is not ours
+    return status ? std::vector<Status>() : std::vector{status};
 }
 
 void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining) {
@@ -130,6 +132,12 @@ void TellDeleted(CommandContext& context, const std::vector<std::string>& remain
                 "\r\n\r\n"
                 "Please close the program that uses them, or make sure that you may write there, and try again.",
             MessageIcon::Exclamation);
+}
+
+void TellDeleted(CommandContext& context, const std::vector<Status>& remaining) {
+    std::vector<std::string> names;
+    std::ranges::transform(remaining, std::back_inserter(names), Explained);
+    TellDeleted(context, names);
 }
 
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path) {

@@ -23,18 +23,21 @@ bool RemoveEmptyDirectory(FileSystem& files, const std::string& path);
 // All that was written to these files and directories is on the disk when this returns; otherwise the first fault.
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths);
 
+// Deletes everything below the directory (ends in a backslash), which stays; links go as links. The file `last` (a full
+// path) goes when all the rest has gone. Gives what is left, but for directories that hold what is named already.
+std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory, const std::string& last = {});
+
 // Only trees within a location may go, none that holds a location, and never the places that collections hang
 // from.
 bool MayBeDeleted(const Locations& locations, const std::string& path);
 
-// Deletes everything below path, which must be a full drive-letter path that ends in a backslash and holds no
-// location; otherwise a critical message, and the program ends (ProgramEnd). Links are deleted, not followed.
-// The directory itself stays. The file `last` (a full path) goes when all the rest has gone. Gives what could not be
-// deleted, each with the reason.
-std::vector<std::string> DeleteTree(CommandContext& context, const std::string& path, const std::string& last = {});
+// The same of a full drive-letter path that holds no location; otherwise a critical message, and the program ends
+// (ProgramEnd). A link to a directory goes as a link, unless it is Staging.
+std::vector<Status> DeleteTree(CommandContext& context, const std::string& path, const std::string& last = {});
 
 // "Done.", or what could not be deleted and what to do about it.
 void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining);
+void TellDeleted(CommandContext& context, const std::vector<Status>& remaining);
 
 // The directories in a directory, and the links to directories; see IsSubdirectory.
 std::vector<std::string> SubdirectoryNames(const FileSystem& files, const std::string& path);

@@ -1,5 +1,6 @@
 #include "package/scratch.h"
 
+#include "package/file_primitives.h"
 #include "package/walk.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
@@ -15,22 +16,12 @@ constexpr int MaxAttempts = 100;
 
 // Everything below a scratch directory, and the directory itself. Links go as links.
 void RemoveAll(FileSystem& files, const std::string& path) {
-    const auto remove = [&](const std::string& file) {
-        static_cast<void>(files.ClearAttributes(file));
-        static_cast<void>(files.Delete(file));
-    };
     const auto info = files.Info(path);
-    if (!info)
+    if (info && info->kind != EntryKind::Directory)
+        DeleteFileForced(files, path);
+    if (!info || info->kind != EntryKind::Directory)
         return;
-    if (info->kind != EntryKind::Directory) {
-        remove(path);
-        return;
-    }
-    const Tree tree = WalkTree(files, path, WalkFor::Deletion);
-    for (const auto& file : tree.files)
-        remove(file.path);
-    for (auto directory = tree.directories.rbegin(); directory != tree.directories.rend(); ++directory)
-        static_cast<void>(files.RemoveDirectory(*directory));
+    static_cast<void>(DeleteContents(files, AddBackslash(path)));
     static_cast<void>(files.RemoveDirectory(path));
 }
 

@@ -248,7 +248,7 @@ Result<std::vector<std::string>> TakeOutGauges(CommandContext& context, const Pa
     ProgressBar progress(context.display, static_cast<int>(gauges.size()));
     for (const RecordedFile& gauge : gauges) {
         progress.Step();
-        remaining.push_back(DeleteGauge(context, brought.PathOf(gauge)));
+        remaining.push_back(DeleteOrExplain(context.files, brought.PathOf(gauge)));
     }
     std::erase(remaining, "");
     return remaining;

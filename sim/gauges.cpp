@@ -49,12 +49,6 @@ bool IsStockGauge(std::string_view fileName) {
                                [&](std::string_view stock) { return name.find(stock) != std::string::npos; });
 }
 
-std::string DeleteGauge(CommandContext& context, const std::string& path) {
-    static_cast<void>(context.files.ClearAttributes(path));
-    const FileFault fault = context.files.Delete(path).fault;
-    return fault == FileFault::None || fault == FileFault::NotFound ? "" : path + " (" + DescribeFault(fault) + ")";
-}
-
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining) {
     if (remaining.empty())
         return;

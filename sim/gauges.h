@@ -38,9 +38,6 @@ bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges
 // Tells of gauges that could not be deleted, if there are any, and what can be done about it.
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);
 
-// "" when the gauge was deleted, else its path and the reason.
-std::string DeleteGauge(CommandContext& context, const std::string& path);
-
 // What a panel.cfg names against what the simulator has.
 struct PanelCheck {
     bool PanelNoGauges = true;        // without any gauge line, as a panel that only leads to another one
