@@ -1,12 +1,14 @@
 #include "ui/archive_files.h"
 
+#include <QFileDialog>
 #include <QMimeData>
 #include <QUrl>
 
 namespace korvadex {
 
-QString ArchiveFileFilter() {
-    return "Zip files (*.zip);;Zip files that are programs (*.exe)";
+void OfferArchives(QFileDialog& dialog) {
+    dialog.setNameFilter("Zip files (*.zip);;Zip files that are programs (*.exe)");
+    dialog.setDefaultSuffix("zip");
 }
 
 QStringList ArchiveFilesIn(const QMimeData* data) {

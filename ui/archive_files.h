@@ -3,12 +3,13 @@
 
 #include <QStringList>
 
+class QFileDialog;
 class QMimeData;
 
 namespace korvadex {
 
-// For the file dialog: zip archives first, then the programs that unpack themselves.
-QString ArchiveFileFilter();
+// The dialog offers zip archives first, then the programs that unpack themselves.
+void OfferArchives(QFileDialog& dialog);
 // The local files among what is dragged (none for null) whose names say that they are archives, as host paths.
 QStringList ArchiveFilesIn(const QMimeData* data);
 

@@ -1,9 +1,8 @@
 #include "ui/dialogs.h"
 
 #include "ui/archive_files.h"
-#include "ui/frmImportStatus.h"
+#include "ui/frmGaugeStatus.h"
 #include "ui/frmInfo.h"
-#include "ui/frmInstallStatus.h"
 #include "ui/frmLocationProfiles.h"
 #include "ui/frmLocations.h"
 #include "ui/frmMSFSImport.h"
@@ -89,11 +88,10 @@ std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSe
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
-    QFileDialog dialog(Parent(), ToQt(title), StartDirectory(files, directory, QStandardPaths::DownloadLocation),
-                       ArchiveFileFilter());
+    QFileDialog dialog(Parent(), ToQt(title), StartDirectory(files, directory, QStandardPaths::DownloadLocation));
+    OfferArchives(dialog);
     dialog.setObjectName("zipFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix("zip");
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return files.SourceFromHost(FromQt(dialog.selectedFiles().constFirst()));
@@ -107,11 +105,11 @@ std::optional<int> Dialogs::ChooseConfiguration(const std::vector<ConfigurationR
 }
 
 void Dialogs::ShowInstallStatus(const std::string& text) {
-    frmInstallStatus(text, Parent()).exec();
+    frmGaugeStatus("frmInstallStatus", "txtInstallStatus", text, Parent()).exec();
 }
 
 void Dialogs::ShowImportStatus(const std::string& text) {
-    frmImportStatus(text, Parent()).exec();
+    frmGaugeStatus("frmImportStatus", "txtImportStatus", text, Parent()).exec();
 }
 
 void Dialogs::ShowRename(const RenameForm& form) {

@@ -15,7 +15,6 @@
 #include "ui_frmHangar.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QMimeData>
 #include <QProgressBar>
@@ -25,9 +24,6 @@
 namespace korvadex {
 
 namespace {
-
-// A long command paints the window at most this often.
-constexpr int PaintInterval = 40; // ms
 
 // How often it is looked whether other programs could open what they were given.
 constexpr int OpeningsInterval = 200; // ms
@@ -312,17 +308,13 @@ void frmHangar::ShowProgress(int minimum, int maximum) {
     prbProgress->setRange(minimum, maximum);
     prbProgress->setValue(minimum);
     prbProgress->show();
-    lastPaint.invalidate();
+    painting.Start();
     SetProgress(minimum);
 }
 
 void frmHangar::SetProgress(int value) {
     prbProgress->setValue(value);
-    if (lastPaint.isValid() && lastPaint.elapsed() < PaintInterval)
-        return;
-    // Paints; keys and clicks wait until the command has ended.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    lastPaint.start();
+    painting.Step();
 }
 
 void frmHangar::HideProgress() {

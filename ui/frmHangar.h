@@ -4,8 +4,8 @@
 #include "app/main_view.h"
 #include "app/program.h"
 #include "platform/file_system.h"
+#include "ui/painting.h"
 
-#include <QElapsedTimer>
 #include <QMainWindow>
 
 #include <functional>
@@ -93,7 +93,7 @@ class frmHangar : public QMainWindow, public MainForm {
     QTimer* checkOpenings;
     std::unique_ptr<frmFileList> fileList;
     std::unique_ptr<frmPhotos> photos;
-    QElapsedTimer lastPaint;
+    Painting painting;
     int shownRevision = -1;
     int shownImage = 0;
     bool hasEnded = false;

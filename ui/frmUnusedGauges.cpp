@@ -4,19 +4,11 @@
 #include "ui/qt_text.h"
 #include "ui_frmUnusedGauges.h"
 
-#include <QCoreApplication>
 #include <QKeyEvent>
 
 #include <algorithm>
 
 namespace korvadex {
-
-namespace {
-
-// The search paints the window at most this often.
-constexpr int PaintInterval = 40; // ms
-
-} // namespace
 
 frmUnusedGauges::frmUnusedGauges(const UnusedGaugesForm& gaugesForm, QWidget* parent)
     : QDialog(parent), form(gaugesForm), ui(std::make_unique<Ui::frmUnusedGauges>()) {
@@ -54,7 +46,6 @@ void frmUnusedGauges::reject() {
 
 void frmUnusedGauges::Search() {
     isSearching = true;
-    lastPaint.start();
     ShowGauges(form.search([this](int value, int maximum) { ShowProgress(value, maximum); }));
     ui->prbProgress->setValue(ui->prbProgress->maximum());
     isSearching = false;
@@ -65,11 +56,7 @@ void frmUnusedGauges::Search() {
 void frmUnusedGauges::ShowProgress(int value, int maximum) {
     ui->prbProgress->setRange(1, maximum);
     ui->prbProgress->setValue(value);
-    if (lastPaint.elapsed() < PaintInterval)
-        return;
-    // Paints; keys and clicks wait until the search has ended.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    lastPaint.start();
+    painting.Step();
 }
 
 void frmUnusedGauges::Delete() {

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "sim/unused_gauges.h"
+#include "ui/painting.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 
 #include <memory>
 #include <vector>
@@ -37,7 +37,7 @@ class frmUnusedGauges : public QDialog {
 
     const UnusedGaugesForm form;
     std::unique_ptr<Ui::frmUnusedGauges> ui;
-    QElapsedTimer lastPaint;
+    Painting painting;
     bool isStarted = false;
     bool isSearching = false;
 };
