@@ -5,7 +5,7 @@
 #include "package/name_list.h"
 #include "package/presence.h"
 #include "platform/windows_path.h"
-#include "sim/hangar_commands.h"
+#include "sim/hangar_compression.h"
 #include "sim/remove.h"
 #include "sim/sim_usage.h"
 

@@ -3,8 +3,7 @@
 #include "app/program.h"
 #include "package/presence.h"
 #include "sim/gauges.h"
-#include "sim/run_simulator.h"
-#include "sim/unused_gauges.h"
+#include "sim/hangar_compression.h"
 
 namespace korvadex {
 

@@ -1,91 +1,118 @@
 // The commands on the package of the Hangar that is shown.
 #include "app/program.h"
-
-#include <algorithm>
+#include "sim/hangar_compression.h"
+#include "sim/hangar_package.h"
+#include "sim/install.h"
+#include "sim/remove.h"
 
 namespace korvadex {
 
-namespace {
-
-// Those that ask whether the package is installed, or work in the simulator.
-bool NeedsSimulator(HangarCommand command) {
-    constexpr HangarCommand others[] = {CreatePanelAlias, CreateSoundAlias, CheckPackageReferences,
-                                        CompressShownPackage, DecompressShownPackage};
-    return std::ranges::find(others, command) == std::end(others);
+bool Program::IsPackageReady(std::initializer_list<Place> alsoNeeded, bool asItIsNow) {
+    if (!view.HangarSideShown || !IsShownThere(alsoNeeded))
+        return false;
+    if (asItIsNow)
+        ReloadWhenChanged();
+    if (package.ref.IsNone())
+        user.Tell("Please select a package first.", MessageIcon::Exclamation);
+    return !package.ref.IsNone();
 }
 
-} // namespace
-
-void Program::RunOnPackage(HangarCommand command, bool goesThere) {
+void Program::RunHangarCommand(std::initializer_list<Place> alsoNeeded, const std::function<Changes()>& command) {
     Run([&] {
-        if (goesThere)
-            EnsureHangarSide();
-        if (!view.HangarSideShown || !(NeedsSimulator(command) ? IsShownThere({Place::Simulator}) : IsShownThere()))
+        if (!IsPackageReady(alsoNeeded))
             return;
-        if (command != HangarCommand::RemovePackageFromSim)
-            ReloadWhenChanged(); // what a command copies, writes or deletes must be what is there
-        ShowChanges(RunHangarCommand(context, command, package, held));
+        const Changes changes = command();
+        if (changes.renamed)
+            held.FollowPackage(package.ref, *changes.renamed);
+        ShowChanges(changes);
     });
 }
 
 void Program::InstallPackage() {
-    RunOnPackage(HangarCommand::InstallPackage);
+    RunHangarCommand({Place::Simulator}, [&] { return InstallIntoSim(context, package); });
 }
 
 void Program::RemovePackageFromSim() {
-    RunOnPackage(HangarCommand::RemovePackageFromSim);
+    Run([&] {
+        if (IsPackageReady({Place::Simulator}, false))
+            ShowChanges(RemoveFromSim(context, package).changes);
+    });
 }
 
 void Program::RemovePackageFromHangar() {
-    RunOnPackage(HangarCommand::RemovePackageFromHangar);
+    RunHangarCommand({Place::Simulator}, [&] { return RemoveFromHangar(context, package); });
 }
 
 void Program::RenamePackage() {
-    RunOnPackage(HangarCommand::RenameHangarPackage);
-}
-
-void Program::CreatePanelAlias() {
-    RunOnPackage(HangarCommand::CreatePanelAlias);
-}
-
-void Program::PastePanelAlias() {
-    RunOnPackage(HangarCommand::PastePanelAlias);
-}
-
-void Program::RestoreOldPanel() {
-    RunOnPackage(HangarCommand::RestoreOldPanel);
-}
-
-void Program::CreateSoundAlias() {
-    RunOnPackage(HangarCommand::CreateSoundAlias);
-}
-
-void Program::PasteSoundAlias() {
-    RunOnPackage(HangarCommand::PasteSoundAlias);
-}
-
-void Program::RestoreOldSound() {
-    RunOnPackage(HangarCommand::RestoreOldSound);
-}
-
-void Program::CheckPackageReferences() {
-    RunOnPackage(HangarCommand::CheckPackageReferences);
-}
-
-void Program::CheckPackageGauges() {
-    RunOnPackage(HangarCommand::CheckPackageGauges);
+    RunHangarCommand({Place::Simulator}, [&] { return RenameInHangar(context, package); });
 }
 
 void Program::CopyPackageToStaging() {
-    RunOnPackage(HangarCommand::CopyPackageToStaging);
+    RunHangarCommand({Place::Simulator}, [&] { return CopyToStaging(context, package); });
+}
+
+void Program::CreatePanelAlias() {
+    RunHangarCommand({}, [&] {
+        CreateAlias(context, "panel", package, held);
+        return Changes();
+    });
+}
+
+void Program::CreateSoundAlias() {
+    RunHangarCommand({}, [&] {
+        CreateAlias(context, "sound", package, held);
+        return Changes();
+    });
+}
+
+void Program::PastePanelAlias() {
+    RunHangarCommand({Place::Simulator}, [&] { return PasteAlias(context, "panel", package, held.HeldPanelAlias); });
+}
+
+void Program::PasteSoundAlias() {
+    RunHangarCommand({Place::Simulator}, [&] { return PasteAlias(context, "sound", package, held.HeldSoundAlias); });
+}
+
+void Program::RestoreOldPanel() {
+    RunHangarCommand({Place::Simulator}, [&] { return RestoreOldConfig(context, "panel", package); });
+}
+
+void Program::RestoreOldSound() {
+    RunHangarCommand({Place::Simulator}, [&] { return RestoreOldConfig(context, "sound", package); });
+}
+
+void Program::CheckPackageReferences() {
+    RunHangarCommand({}, [&] {
+        CheckReferences(context, package.ref);
+        return Changes();
+    });
+}
+
+void Program::CheckPackageGauges() {
+    RunHangarCommand({Place::Simulator}, [&] {
+        CheckInstalledGauges(context, package.ref);
+        return Changes();
+    });
 }
 
 void Program::CompressShownPackage() {
-    RunOnPackage(HangarCommand::CompressShownPackage, true);
+    Compress(true);
 }
 
 void Program::DecompressShownPackage() {
-    RunOnPackage(HangarCommand::DecompressShownPackage, true);
+    Compress(false);
+}
+
+void Program::Compress(bool compress) {
+    Run([&] {
+        EnsureHangarSide();
+        if (!IsPackageReady())
+            return;
+        if (const auto failures = CompressInHangar(context, package, compress)) {
+            TellCompressed(context, *failures);
+            ShowChanges({.package = true});
+        }
+    });
 }
 
 } // namespace korvadex

@@ -13,7 +13,7 @@
 #include "package/erase_staging.h"
 #include "package/load_package.h"
 #include "package/presence.h"
-#include "sim/hangar_commands.h"
+#include "sim/aliases.h"
 
 #include <functional>
 #include <optional>
@@ -206,9 +206,12 @@ class Program : private CommandDisplay {
     void ProposeName(std::string_view name);
 
     // hangar_commands.cpp
-    // Does nothing on the Staging side, unless it goes to the Hangar side first; nor, after a message, when the package
-    // or the simulator is gone.
-    void RunOnPackage(HangarCommand command, bool goesThere = false);
+    // Does nothing on the Staging side; nor, after a message, when the package or one of the places is gone or no
+    // package is selected.
+    void RunHangarCommand(std::initializer_list<Place> alsoNeeded, const std::function<Changes()>& command);
+    // What is copied, written or deleted must be what is there: the package is loaded anew when it has changed.
+    bool IsPackageReady(std::initializer_list<Place> alsoNeeded = {}, bool asItIsNow = true);
+    void Compress(bool compress);
 
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none

@@ -1,6 +1,5 @@
 #include "app/overviews.h"
 
-#include "sim/hangar_commands.h"
 #include "tests/support/program_fixture.h"
 
 namespace korvadex::test {

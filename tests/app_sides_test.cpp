@@ -4,6 +4,8 @@
 #include "tests/support/program_fixture.h"
 #include "tests/support/zip_builder.h"
 
+#include <stdexcept>
+
 namespace korvadex::test {
 namespace {
 
@@ -123,6 +125,27 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
             }
     EXPECT_TRUE(form.view.statusCounts.ends_with("Staging is not there"));
     EXPECT_TRUE(launcher.started.empty());
+}
+
+TEST_F(Sides, CommandsOfTheOtherOneDoNothing) {
+    Start();
+    Select("Jets", 0);
+    program->GoToStaging();
+    const auto before = drive.Tree();
+    const auto runAll = [&](Side side) {
+        for (const Menu& menu : MainMenus())
+            for (const Command& command : menu.commands)
+                if (menu.side == side && !command.extras.hasButtonOnBothSides)
+                    program->RunCommand(command.entry);
+    };
+    runAll(Side::Hangar);
+    program->RunCommand("Uninstall");
+    program->GoToHangar();
+    runAll(Side::Staging);
+    EXPECT_EQ(drive.Tree(), before);
+    EXPECT_TRUE(user.transcript.empty());
+    for (const char* unknown : {"install", "mnuSep5", ""})
+        EXPECT_THROW(program->RunCommand(unknown), std::invalid_argument) << unknown;
 }
 
 TEST_F(Sides, SwitchingSides) {

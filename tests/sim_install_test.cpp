@@ -93,9 +93,9 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
         EXPECT_TRUE(changes.simulator && changes.package);
 
         user.Expect("This package is already installed in Flight Simulator.", MessageIcon::Information);
-        Run(InstallPackage);
+        RunInstall();
         ExpectRemoval().Expect("Done.", MessageIcon::None);
-        Run(RemovePackageFromSim);
+        RunRemoval();
         Entries removed = before;
         for (const std::string& path : row.staying)
             removed[path] = installed.at(path);
@@ -113,7 +113,7 @@ TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
     Select("Lear");
     user.Expect(drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
                 MessageIcon::Exclamation);
-    Run(InstallPackage);
+    RunInstall();
     EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
 }
 
@@ -121,7 +121,7 @@ TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
     PackageBuilder(drive, "Hangar\\Jets\\Lear\\").WithoutAll().With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
     Select("Lear");
     user.Expect("Done.");
-    Run(InstallPackage);
+    RunInstall();
     EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"), (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\",
                                                                            "aircraft.cfg", "kx_installed.txt"}));
 }
@@ -133,7 +133,7 @@ TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
     Select(name);
     Install();
     ExpectRemoval().Expect("Done.");
-    Run(RemovePackageFromSim);
+    RunRemoval();
     EXPECT_EQ(drive.Tree("FS\\aircraft"), before);
 }
 
@@ -167,7 +167,7 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     EXPECT_EQ(WithoutRecord(drive.Tree("FS")), installed);
 
     ExpectRemoval().Expect("Done.");
-    Run(RemovePackageFromSim);
+    RunRemoval();
     EXPECT_FALSE(drive.Has("FS\\aircraft\\My_Lear"));
     EXPECT_EQ(drive.Names("FS\\gauges"), std::vector<std::string>{});
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
@@ -212,7 +212,7 @@ TEST_F(SimTest, AnAliasNeedsItsTarget) {
             user.ExpectInstallStatus("Lear ...\n\n...");
         else
             user.Expect(row.refusal, MessageIcon::Information);
-        Run(InstallPackage);
+        RunInstall();
         EXPECT_EQ(drive.Has(lear), row.refusal.empty());
         if (row.refusal.empty()) {
             EXPECT_EQ(drive.Get(lear + "\\" + row.file), row.rewritten);
@@ -239,7 +239,7 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
         FaultyFiles faulty(drive.Files());
         const bool isKilled = change % 2 == 0;
         isKilled ? faulty.StopAt(change) : faulty.FailAt(change, FileFault::DiskFull);
-        Run(InstallPackage, faulty);
+        RunInstall(faulty);
         wasFailing = faulty.Changes() >= change;
 
         CleanScratch(drive.Files(), locations);
@@ -270,7 +270,7 @@ TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
     FaultyFiles faulty(drive.Files());
     faulty.FailOn("Rename", "aircraft\\Lear", FileFault::Denied);
     user.Expect("The package could not be copied, and nothing of it was left behind....");
-    Run(InstallPackage, faulty);
+    RunInstall(faulty);
     EXPECT_EQ(drive.Outline("FS"), before);
     drive.Put("FS\\gauges\\none.gau", ""); // as it is in the package
     SimTest::Install();
@@ -279,7 +279,7 @@ TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
     EXPECT_EQ(drive.Get("FS\\modules\\helper.dll"), "MZ helper");
     EXPECT_EQ(drive.Get("FS\\sound\\Click.wav"), "RIFF gauge click");
     ExpectRemoval().Expect("Done.");
-    Run(RemovePackageFromSim);
+    RunRemoval();
     EXPECT_EQ(drive.Outline("FS\\gauges"), "none.gau=");
 }
 
@@ -303,7 +303,7 @@ TEST_F(SimTest, AnInstallIsOnTheDiskBeforeItIsThere) {
         return FileFault::None;
     });
     user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
-    Run(InstallPackage, watched);
+    RunInstall(watched);
     EXPECT_EQ(flushed, std::vector<std::string>{drive.At("FS\\aircraft")});
 }
 
@@ -315,7 +315,7 @@ TEST_F(SimTest, FullDiskIsSeenBeforehand) {
     user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
                 "Please free some space...Nothing was copied.",
                 MessageIcon::Exclamation);
-    Run(InstallPackage, faulty);
+    RunInstall(faulty);
     EXPECT_EQ(faulty.Changes(), 0);
 }
 

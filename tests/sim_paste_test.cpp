@@ -23,33 +23,32 @@ class PasteTest : public SimTest {
 TEST_F(PasteTest, ConfigurationsChangePlacesByRenaming) {
     const struct {
         std::string name;
-        HangarCommand command;
+        bool isPaste;
         Tree before, after;
     } rows[] = {
-        {"over its own", PastePanelAlias, {{"panel.cfg", Own}}, {{"oldpanel.cfg", Own}, {"panel.cfg", Pasted}}},
+        {"over its own", true, {{"panel.cfg", Own}}, {{"oldpanel.cfg", Own}, {"panel.cfg", Pasted}}},
         {"over an alias",
-         PastePanelAlias,
+         true,
          {{"panel.cfg", "[FLTSIM]\r\n alias=other\\panel"}, {"oldpanel.cfg", Own}},
          {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}}},
         {"over what its backup holds",
-         PastePanelAlias,
+         true,
          {{"panel.cfg", Own}, {"oldpanel.cfg", Own}},
          {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}}},
         {"over another",
-         PastePanelAlias,
+         true,
          {{"panel.cfg", "mine, and\r\nalias=x\r\n"}, {"oldpanel.cfg", Own}, {"oldpanel(1).cfg", "x"}},
          {{"panel.cfg", Pasted},
           {"oldpanel.cfg", Own},
           {"oldpanel(1).cfg", "x"},
           {"oldpanel(2).cfg", "mine, and\r\nalias=x\r\n"}}},
-        {"back over an alias", RestoreOldPanel, {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
+        {"back over an alias", false, {{"panel.cfg", Pasted}, {"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
         {"back over another",
-         RestoreOldPanel,
+         false,
          {{"panel.cfg", "mine"}, {"oldpanel.cfg", Own}},
          {{"panel.cfg", Own}, {"oldpanel(1).cfg", "mine"}}},
-        {"back alone", RestoreOldPanel, {{"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
+        {"back alone", false, {{"oldpanel.cfg", Own}}, {{"panel.cfg", Own}}},
     };
-    held.HeldPanelAlias = {"Jets", "Big Jet"};
     user.isPatient = true;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -58,7 +57,9 @@ TEST_F(PasteTest, ConfigurationsChangePlacesByRenaming) {
         for (int change = 1; change < 30; ++change) {
             FaultyFiles faulty(drive.Files());
             faulty.FailAt(change, FileFault::Denied);
-            Run(row.command, faulty);
+            CommandContext disk = On(faulty);
+            row.isPaste ? PasteAlias(disk, "panel", package, {"Jets", "Big Jet"})
+                        : RestoreOldConfig(disk, "panel", package);
             if (panelFiles() == row.after)
                 break;
             EXPECT_THAT(user.transcript.back(),

@@ -1,3 +1,4 @@
+#include "archive/compression.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 #include "sim/install_record.h"
@@ -13,13 +14,13 @@ class RecordTest : public SimTest {
     void Install(const std::string& name) {
         Select(name);
         user.isPatient = true;
-        Run(InstallPackage);
+        RunInstall();
         ASSERT_TRUE(drive.Has("FS\\aircraft\\" + name)) << user.transcript.back();
     }
     void Remove(const std::string& name) {
         Select(name);
         QuietMode = true; // so that a question would keep it
-        Run(RemovePackageFromSim);
+        RunRemoval();
         EXPECT_EQ(removal.kept, "");
         EXPECT_FALSE(drive.Has("FS\\aircraft\\" + name));
     }
@@ -81,7 +82,7 @@ TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
             for (const char* name : {"A", "B", "C"})
                 Install(name);
             Select("A");
-            Run(CompressShownPackage); // packed it is the same
+            EXPECT_TRUE(CompressPackage(context, package.path, true).empty()); // packed it is the same
             SimUsage usage(context, {"A", "B", "C"});
             knownUsage = isBatch ? &usage : nullptr;
             for (const char step : std::string_view(row.out)) {
@@ -125,7 +126,7 @@ TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
             ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
         Select("Lear");
         QuietMode = true;
-        Run(RemovePackageFromSim);
+        RunRemoval();
         EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), row.isLost);
         // The only copy of a gauge that was taken out of the package stays.
         EXPECT_EQ(drive.Has("FS\\gauges\\LearClock.gau"), row.isLost || row.file.ends_with(".gau"));
@@ -180,7 +181,7 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
     ExpectRemoval().Expect(
         "The package was not removed.  Another aircraft has gauges of it, which were to be handed on.\n\n" +
         drive.At("FS\\aircraft\\B\\kx_installed.txt could not be written (access was denied)...."));
-    Run(RemovePackageFromSim, faulty);
+    RunRemoval(faulty);
     EXPECT_EQ(drive.Tree("FS"), before);
     Remove("A");
     Remove("B");
@@ -190,7 +191,7 @@ TEST_F(RecordTest, ARemovalThatWasCutOffIsFinishedByTheNext) {
         Install("B");
         Select("A");
         QuietMode = true;
-        Run(RemovePackageFromSim, stopped);
+        RunRemoval(stopped);
         if (drive.Has("FS\\aircraft\\A"))
             Remove("A");
         EXPECT_EQ(drive.Outline("FS\\gauges"), "one.gau=1, three.gau=3, two.gau=2");

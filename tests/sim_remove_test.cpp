@@ -20,11 +20,11 @@ TEST_F(SimTest, NamesWhatItCouldNotLookAt) {
         "because these could not be looked at ...\n\n" +
         drive.At("FS\\aircraft\\Z\\panel.2") + "  (a link that leads nowhere)\n" + drive.At(large) +
         "  (too large for a configuration file)\n\nPlease make sure that...");
-    Run(RemovePackageFromSim);
+    RunRemoval();
     SimUsage usage(context, {"Lear"});
     knownUsage = &usage;
     QuietMode = true;
-    Run(RemovePackageFromSim);
+    RunRemoval();
     EXPECT_EQ(removal.kept, "it could not be found out whether another aircraft uses it");
     EXPECT_EQ(drive.Tree("FS"), before);
     EXPECT_EQ(display.listCaption, "");
@@ -33,14 +33,14 @@ TEST_F(SimTest, NamesWhatItCouldNotLookAt) {
 
     drive.Put(large, "alias=Lear\\panel");
     ExpectRemoval().Expect("Cannot remove.  The panel in this package...as shown.");
-    Run(RemovePackageFromSim);
+    RunRemoval();
     EXPECT_EQ(display.listLines, (std::vector<ListLine>{{{"", "Z"}, true}}));
     ASSERT_TRUE(drive.Files().Delete(drive.At(large)));
     ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\aircraft\\Z\\panel.2")));
     limits.FileMax = 40; // fewer than there are
     drive.Fill("FS\\aircraft", "Y\\panel\\panel.cfg=, X\\panel\\panel.cfg=");
     ExpectRemoval().Expect("Done.");
-    Run(RemovePackageFromSim);
+    RunRemoval();
 }
 
 } // namespace korvadex::test

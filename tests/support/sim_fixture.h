@@ -2,7 +2,7 @@
 #pragma once
 
 #include "package/load_package.h"
-#include "sim/hangar_commands.h"
+#include "sim/install.h"
 #include "sim/remove.h"
 #include "sim/sim_usage.h"
 #include "tests/support/command_fixture.h"
@@ -24,21 +24,22 @@ class SimTest : public CommandTest {
 
     // Loads a package of the category Jets.
     void Select(const std::string& name) { LoadPackage(context, {"Jets", name}, package); }
-    void Run(HangarCommand command) { Run(command, drive.Files()); }
-    void Run(HangarCommand command, FileSystem& files) {
+    void RunInstall() { RunInstall(drive.Files()); }
+    void RunInstall(FileSystem& files) {
         CommandContext disk = On(files);
-        if (command == RemovePackageFromSim) {
-            removal = RemoveFromSim(disk, package, knownUsage, QuietMode);
-            changes = removal.changes;
-        } else {
-            changes = RunHangarCommand(disk, command, package, held);
-        }
+        changes = InstallIntoSim(disk, package);
+        EXPECT_FALSE(display.isProgressVisible);
+    }
+    void RunRemoval() { RunRemoval(drive.Files()); }
+    void RunRemoval(FileSystem& files) {
+        CommandContext disk = On(files);
+        removal = RemoveFromSim(disk, package, knownUsage, QuietMode);
         EXPECT_FALSE(display.isProgressVisible);
     }
     // Puts the selected package into the simulator; its panel finds all its gauges.
     void Install() {
         user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
-        Run(InstallPackage);
+        RunInstall();
     }
     ScriptedUser& ExpectRemoval() {
         return user.Expect("Are you sure you want to remove this package from the Flight Simulator directory?",
@@ -46,8 +47,7 @@ class SimTest : public CommandTest {
     }
 
     LoadedPackage package;
-    HeldAliases held;
-    Changes changes; // of the last command
+    Changes changes; // of the last installation
     // What a batch gives to a removal, and what the last one has told it.
     SimUsage* knownUsage = nullptr;
     bool QuietMode = false;
