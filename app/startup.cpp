@@ -1,11 +1,11 @@
 // One run of the program: start-up, the restart after a change of the Hangar location, and the end.
+#include "app/default_categories.h"
 #include "app/program.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
-#include <array>
 
 namespace korvadex {
 
@@ -13,12 +13,6 @@ namespace {
 
 // Tells the next start that the program started it itself: the user has just chosen the locations.
 constexpr const char* MarkerName = "LocationChange";
-
-constexpr std::array DefaultCategories = {"Aircraft - Heavy Jets",  "Aircraft - Heavy Props", "Aircraft - Light Jets",
-                                          "Aircraft - Light Props", "Aircraft - Helicopters", "Aircraft - Military",
-                                          "Panels - Heavy Jets",    "Panels - Light Jets",    "Panels - Heavy Props",
-                                          "Panels - Light Props",   "Sounds - Heavy Jets",    "Sounds - Light Jets",
-                                          "Sounds - Heavy Props",   "Sounds - Light Props"};
 
 } // namespace
 

@@ -1,11 +1,10 @@
 #include "bench/bench_data.h"
 
-#include "demo/addon_files.h"
-#include "demo/aircraft_pictures.h"
-#include "demo/media_files.h"
+#include "demo/aircraft_files.h"
 
 #include <zip.h>
 
+#include <cstdint>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -32,8 +31,8 @@ void Put(const fs::path& path, const std::string& bytes) {
 // Drawn metal is smooth and packs to nothing; a painted one has dirt and scratches, in patches. With these a sheet
 // packs to a little more than a quarter, as liveries of that time do.
 std::string WornLivery(int sheet) {
-    const demo::Livery livery{{240, 242, 244}, {24, static_cast<std::uint8_t>(40 + sheet * 2), 160}, {222, 226, 230}};
-    std::string bytes = demo::Bitmap24(demo::DrawLivery(livery, sheet, SheetSize));
+    const demo::Livery livery{{240, 242, 244}, {24, 40 + sheet * 2, 160}, {222, 226, 230}};
+    std::string bytes = demo::Bitmap24(demo::DrawLivery(livery, sheet, SheetSize)).toStdString();
     std::uint32_t state = 0x9E3779B9u * static_cast<std::uint32_t>(sheet + 1);
     const std::size_t first = bytes.size() - std::size_t{3} * SheetSize * SheetSize;
     for (std::size_t pixel = 0; pixel < std::size_t{SheetSize} * SheetSize; ++pixel) {
@@ -55,16 +54,17 @@ std::string WornLivery(int sheet) {
 // Everything of a package but its textures.
 void PutFrame(const fs::path& directory) {
     const demo::Livery livery{{240, 242, 244}, {24, 84, 160}, {222, 226, 230}};
-    Put(directory / "aircraft.cfg", demo::AircraftCfg({{"Bench One", "", "Worn"}}, "Bench", "One"));
-    Put(directory / "bench.air", demo::FlightModel("bench"));
-    Put(directory / "Panel/panel.cfg", demo::PanelCfg("bench_panel.bmp", {"Bench!Airspeed", "bench_clock"}));
-    Put(directory / "Panel/bench_panel.bmp", demo::Bitmap8(demo::DrawPanel(livery, 8, 640, 240)));
-    Put(directory / "Gauges/Bench.cab", demo::GaugeCabinet("Bench", demo::Bitmap8(demo::DrawPanel(livery, 1, 96, 96))));
-    Put(directory / "Gauges/bench_clock.gau", demo::GaugeLibrary("bench clock"));
-    Put(directory / "Model/model.cfg", demo::ModelCfg("bench"));
-    Put(directory / "Model/bench.mdl", demo::Model3D("bench"));
-    Put(directory / "Sound/sound.cfg", demo::SoundCfg("bench"));
-    Put(directory / "Sound/bench.wav", demo::EngineHum(40));
+    const demo::Aircraft aircraft{demo::AircraftKind::LightProp,
+                                  "Bench",
+                                  "One",
+                                  {{"Bench One", "", "Worn", livery}},
+                                  {"Bench!Airspeed", "bench_clock"}};
+    for (const auto& [name, bytes] : demo::FilesOf(aircraft, R"(aircraft.cfg, bench.air
+                                                                Panel: panel.cfg, bench_panel.bmp
+                                                                Gauges: Bench.cab, bench_clock.gau
+                                                                Model: model.cfg, bench.mdl
+                                                                Sound: sound.cfg, bench.wav)"))
+        Put(directory / name.toStdString(), bytes.toStdString());
 }
 
 } // namespace

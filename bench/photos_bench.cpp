@@ -6,13 +6,13 @@
 #include "bench/bench_command.h"
 #include "bench/child_process.h"
 
-#include "demo/aircraft_pictures.h"
-#include "demo/media_files.h"
+#include "demo/pictures.h"
 #include "ui/frmPhotos.h"
 
 #include <QApplication>
 #include <QPushButton>
 
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -29,20 +29,17 @@ constexpr int Width = 1600, Height = 1200;
 // Drawn skies are smooth; a photograph has grain in all of it.
 std::string GrainyPicture(int number) {
     const demo::Livery livery{{240, 242, 244}, {24, 84, 160}, {222, 226, 230}};
-    const auto plain = demo::DrawAircraft(static_cast<demo::AircraftKind>(number % 5), livery,
-                                          static_cast<demo::Scene>(number % 3), Width, Height);
-    demo::Canvas canvas(Width, Height);
+    QImage picture = demo::DrawAircraft(static_cast<demo::AircraftKind>(number % 5), livery,
+                                        static_cast<demo::Scene>(number % 3), Width, Height);
     std::uint32_t state = 0x9E3779B9u * static_cast<std::uint32_t>(number + 1);
-    canvas.FillAll([&](double x, double y) {
-        state = state * 1664525u + 1013904223u;
-        const auto darker = [&](std::uint8_t value) {
-            return static_cast<std::uint8_t>(value - std::min<unsigned>(value, state >> 28));
-        };
-        const demo::Color color =
-            plain.At(std::min(static_cast<int>(x), Width - 1), std::min(static_cast<int>(y), Height - 1));
-        return demo::Color{darker(color.red), darker(color.green), darker(color.blue)};
-    });
-    return demo::Jpeg(canvas, 85);
+    for (int y = 0; y < Height; ++y)
+        for (auto *pixel = reinterpret_cast<QRgb*>(picture.scanLine(y)), *end = pixel + Width; pixel != end; ++pixel) {
+            state = state * 1664525u + 1013904223u;
+            const int grain = static_cast<int>(state >> 28);
+            *pixel = qRgb(std::max(0, qRed(*pixel) - grain), std::max(0, qGreen(*pixel) - grain),
+                          std::max(0, qBlue(*pixel) - grain));
+        }
+    return demo::Jpeg(picture).toStdString();
 }
 
 void MakePictures(const fs::path& category) {

@@ -8,6 +8,8 @@
 #include "demo/example.h"
 #include "platform/drive_map_posix.h"
 
+#include <QCoreApplication>
+
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -46,6 +48,7 @@ int main(int count, char** arguments) {
         std::fputs("usage: make_demo DIRECTORY\n", stderr);
         return 2;
     }
+    const QCoreApplication application(count, arguments);
     try {
         Make(arguments[1]);
         return 0;

@@ -1,4 +1,4 @@
-// The ready-made example is whole: its media can be opened, its packages load without a question, its gauges are
+// The ready-made example is whole: its pictures can be opened, its packages load without a question, its gauges are
 // where its panels look for them, and what stands installed is what an installation makes.
 #include "demo/example.h"
 
@@ -10,6 +10,8 @@
 #include "sim/install.h"
 #include "sim/remove.h"
 #include "tests/support/command_fixture.h"
+
+#include <QImage>
 
 #include <algorithm>
 #include <iterator>
@@ -49,43 +51,6 @@ class ExampleTest : public CommandTest {
     std::string root;
 };
 
-unsigned Little(const std::string& bytes, std::size_t at, std::size_t count) {
-    unsigned value = 0;
-    for (std::size_t i = 0; i < count && at + i < bytes.size(); ++i)
-        value |= unsigned{static_cast<unsigned char>(bytes[at + i])} << (8 * i);
-    return value;
-}
-
-// The file starts as its kind does and says how long it is.
-bool IsWhole(const std::string& bytes, const char* start, std::size_t sizeAt, std::size_t notCounted) {
-    return bytes.starts_with(start) && Little(bytes, sizeAt, 4) + notCounted == bytes.size();
-}
-bool IsWholeBitmap(const std::string& bytes) {
-    return IsWhole(bytes, "BM", 2, 0);
-}
-bool IsWholeWave(const std::string& bytes) {
-    return IsWhole(bytes, "RIFF", 4, 8) && Little(bytes, 40, 4) + 44 == bytes.size();
-}
-bool IsWholeCabinet(const std::string& bytes) {
-    return IsWhole(bytes, "MSCF", 8, 0);
-}
-
-// From marker to marker up to the coded picture, which holds no marker but its end.
-bool IsWholeJpeg(const std::string& bytes) {
-    if (!bytes.starts_with("\xFF\xD8") || !bytes.ends_with("\xFF\xD9"))
-        return false;
-    std::size_t at = 2;
-    for (char marker = 0; marker != '\xDA'; at += 2 + Little({bytes[at + 3], bytes[at + 2]}, 0, 2)) {
-        if (at + 4 > bytes.size() || bytes[at] != '\xFF')
-            return false;
-        marker = bytes[at + 1];
-    }
-    for (; at + 2 < bytes.size(); ++at)
-        if (bytes[at] == '\xFF' && bytes[at + 1] != '\0')
-            return false;
-    return true;
-}
-
 TEST_F(ExampleTest, IsTheSameEachTime) {
     DriveTree tree = drive.Tree("Example");
     root = drive.At("Second\\");
@@ -97,13 +62,7 @@ TEST_F(ExampleTest, IsTheSameEachTime) {
     EXPECT_TRUE(tree == second);
 }
 
-TEST_F(ExampleTest, HasMediaThatCanBeOpened) {
-    static constexpr struct {
-        const char* extension;
-        bool (*isWhole)(const std::string&);
-        int least;
-    } Kinds[] = {
-        {".bmp", IsWholeBitmap, 20}, {".jpg", IsWholeJpeg, 10}, {".wav", IsWholeWave, 8}, {".cab", IsWholeCabinet, 5}};
+TEST_F(ExampleTest, HasPicturesThatCanBeOpened) {
     // With what the archives hold.
     modUnzip unzip;
     std::string lastZipPath;
@@ -111,15 +70,13 @@ TEST_F(ExampleTest, HasMediaThatCanBeOpened) {
     for (const char* archive : {demo::PlainArchive, demo::NestedArchive, demo::TwoLiveriesArchive})
         EXPECT_TRUE(ProcessZipFile(context, unzip, lastZipPath, root + demo::DownloadsDirectory + archive)) << archive;
     const DriveTree tree = drive.Tree("Example");
-    for (const auto& kind : Kinds) {
-        int count = 0;
-        for (const auto& [name, bytes] : tree)
-            if (EndsWithNoCase(name, kind.extension)) {
-                ++count;
-                EXPECT_TRUE(kind.isWhole(bytes)) << name;
-            }
-        EXPECT_GE(count, kind.least) << kind.extension;
-    }
+    int count = 0;
+    for (const auto& [name, bytes] : tree)
+        if (EndsWithNoCase(name, ".jpg") || EndsWithNoCase(name, ".bmp")) {
+            ++count;
+            EXPECT_FALSE(QImage::fromData(bytes).isNull()) << name;
+        }
+    EXPECT_EQ(count, 48);
     EXPECT_TRUE(tree.contains("Staging\\ZIP_Taymere 60.zip\\Gr\xC3\xBC\xC3\x9F"
                               "e vom Autor.txt"));
 }

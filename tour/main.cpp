@@ -22,7 +22,7 @@ constexpr const char* Usage =
     "  --into    where the pictures go (else the current directory)\n"
     "  --scale   as on a screen with so many pixels for one, for example 2\n  --dark    in dark colours\n"
     "  --show    on the display, to be watched\n"
-    "  --ground  an empty drive, \"K:\\\", that keeps what one step makes of the example\n  --only    these steps:";
+    "  --ground  a drive, \"K:\\\", with an example that keeps what one step makes of it\n  --only    these steps:";
 
 struct Options {
     QDir directory = QDir::current();

@@ -65,7 +65,8 @@ struct Tour::Example {
 
     explicit Example(const std::string& ground)
         : drive(ground.empty() ? test::MakeHostDrive() : test::HostDrive{{}, ground, MakeHostFileSystem()}) {
-        demo::MakeExample(*drive.files, drive.root);
+        if (ground.empty())
+            demo::MakeExample(*drive.files, drive.root);
         const auto bytes = ReadBytes(*drive.files, drive.root + SettingsPath);
         Require(bytes.status());
         settings = *bytes + WindowLines;

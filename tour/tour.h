@@ -28,8 +28,8 @@ const std::vector<Step>& Steps();
 
 class Tour {
   public:
-    // Pictures go into the directory, which is there. The ground, where it is not empty, is a drive ("K:\\") that takes
-    // the example and keeps what the walk has made of it.
+    // Pictures go into the directory, which is there. The ground, where it is not empty, is a drive ("K:\\") with the
+    // example on it, which keeps what the walk has made of it.
     explicit Tour(const QDir& directory, const std::string& ground = {});
     ~Tour();
 
