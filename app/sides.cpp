@@ -6,7 +6,7 @@
 #include "package/file_primitives.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
-#include "sim/gauges.h"
+#include "sim/gauge_check.h"
 
 #include <algorithm>
 #include <utility>

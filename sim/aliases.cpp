@@ -32,9 +32,9 @@ bool IsAliasFile(const FileSystem& files, const std::string& path) {
 }
 
 // The configuration of one kind in a package of the Hangar. Files change places by renaming alone.
-class Configuration {
+class KindConfig {
   public:
-    Configuration(CommandContext& command, const std::string& kindWord, const LoadedPackage& package)
+    KindConfig(CommandContext& command, const std::string& kindWord, const LoadedPackage& package)
         : context(command), kind(kindWord), directory(DirectoryOf(command, kindWord, package)),
           current(directory + kind + ".cfg"), backup(directory + "old" + kind + ".cfg") {}
 
@@ -169,7 +169,7 @@ Changes PasteAlias(CommandContext& context, const std::string& kind, const Loade
         return refuse(
             "This package is installed in Flight Simulator.  Please remove it from MSFS before replacing the " + kind +
             ".cfg file.");
-    return TellOutcome(context, kind, Configuration(context, kind, package).WriteAlias(lender.name + "\\" + kind));
+    return TellOutcome(context, kind, KindConfig(context, kind, package).WriteAlias(lender.name + "\\" + kind));
 }
 
 Changes RestoreOldConfig(CommandContext& context, const std::string& kind, const LoadedPackage& package) {
@@ -177,14 +177,14 @@ Changes RestoreOldConfig(CommandContext& context, const std::string& kind, const
         context.user.Tell(text, MessageIcon::Exclamation);
         return Changes{};
     };
-    Configuration configuration(context, kind, package);
-    if (!configuration.HasBackup())
+    KindConfig config(context, kind, package);
+    if (!config.HasBackup())
         return refuse("This package does not contain an old" + kind + ".cfg file to restore.");
     if (IsInstalled(context.files, context.locations, package.ref))
         return refuse(
             "This package is installed in Flight Simulator.  Please remove it from MSFS before restoring the " + kind +
             ".cfg file.");
-    return TellOutcome(context, kind, configuration.RestoreBackup());
+    return TellOutcome(context, kind, config.RestoreBackup());
 }
 
 } // namespace korvadex

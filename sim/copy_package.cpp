@@ -48,7 +48,7 @@ class PackageCopy {
         if (!CheckStagedGauges() || !CheckFreeSpace())
             return false;
         if (!CopyAll()) {
-            added.TakeBack();
+            added.Rollback();
             return false;
         }
         TellLeftBehind();

@@ -1,5 +1,4 @@
-// The gauge cross-check: what a panel names against what the simulator has.
-#include "sim/gauges.h"
+#include "sim/gauge_check.h"
 
 #include "package/config_readers.h"
 #include "package/file_primitives.h"

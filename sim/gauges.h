@@ -1,5 +1,4 @@
-// Gauges, the instruments of panels: put into the simulator, taken out again when nobody else needs them, and
-// checked against what a panel names.
+// Gauges, the instruments of panels: which there are, who uses them, and how they get into the simulator.
 #pragma once
 
 #include "package/command_context.h"
@@ -37,23 +36,5 @@ bool InstallGauges(CommandContext& context, const std::vector<FileEntry>& gauges
 
 // Tells of gauges that could not be deleted, if there are any, and what can be done about it.
 void TellRemainingGauges(CommandContext& context, const std::vector<std::string>& remaining);
-
-// What a panel.cfg names against what the simulator has.
-struct PanelCheck {
-    bool PanelNoGauges = true;        // without any gauge line, as a panel that only leads to another one
-    std::vector<std::string> missing; // file names of gauges: "clock.gau"
-    std::vector<std::string> used;    // the paths of the files found, each once
-};
-
-// Looks up each gauge that a panel.cfg names among the simulator's. One that cannot be read is told of, and has none.
-PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path);
-
-// frmInstallStatus for the panel.cfg of an aircraft in the simulator: what CrossCheckPanel found, and whether the
-// aircraft is missing whose panel it uses.
-void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel);
-
-// Checks the first panel.cfg below Staging for the aircraft that was just imported, and copies the gauges
-// that it uses to Staging's "gauges".
-void RunImportGaugeStep(CommandContext& context, const std::string& aircraft);
 
 } // namespace korvadex

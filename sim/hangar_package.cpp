@@ -8,7 +8,7 @@
 #include "sim/copy_check.h"
 #include "sim/copy_package.h"
 #include "sim/delete_directory.h"
-#include "sim/gauges.h"
+#include "sim/gauge_check.h"
 #include "sim/remove.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "platform/windows_path.h"
 #include "sim/alias_users.h"
 #include "sim/copy_package.h"
-#include "sim/gauges.h"
+#include "sim/gauge_check.h"
 
 namespace korvadex {
 

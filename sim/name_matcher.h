@@ -1,4 +1,5 @@
-// Which of many names a text contains, found in one pass over the text however many names there are.
+// Which of many names a text contains, found in one pass over the text however many names there are (by the automaton
+// of Aho and Corasick, 1975).
 #pragma once
 
 #include <array>

@@ -132,7 +132,7 @@ std::vector<std::string> SharedFiles::PathsToFlush() const {
     return paths;
 }
 
-void SharedFiles::TakeBack() {
+void SharedFiles::Rollback() {
     for (auto path = placed.rbegin(); path != placed.rend(); ++path)
         DeleteFileForced(context.files, *path);
     for (const std::string& path : replaced) {

@@ -1,5 +1,5 @@
 // Files that a package puts beside those of other aircraft: gauges, sounds, effects, modules. What stands
-// there is never touched, and a command that fails takes back just what it has added.
+// there is never touched; the rollback of a command that fails takes just what it has added.
 #pragma once
 
 #include "package/command_context.h"
@@ -30,7 +30,7 @@ class SharedFiles {
     std::vector<std::string> PathsToFlush() const;
 
     // Deletes what was placed and made so far.
-    void TakeBack();
+    void Rollback();
 
   private:
     bool IsMissing(const std::string& source, const std::string& target) const;

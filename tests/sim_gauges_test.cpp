@@ -1,5 +1,5 @@
 #include "sim/gauge_removal.h"
-#include "sim/gauges.h"
+#include "sim/gauge_check.h"
 #include "sim/hangar_package.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
