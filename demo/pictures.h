@@ -21,8 +21,8 @@ QImage DrawLivery(const Livery& livery, int sheet, int size);
 // An instrument panel with round dials in two rows, as many as have room.
 QImage DrawPanel(const Livery& livery, int width, int height);
 
-// The bytes of a file: a bitmap with 24 bits to a pixel, one with a palette, dithered as the liveries of that time were,
-// and a JPEG, which takes a plug-in of Qt (on Windows found only while there is a QCoreApplication).
+// The bytes of a file: a bitmap with 24 bits to a pixel, one with a palette, dithered as the liveries of that time
+// were, and a JPEG, which takes a plug-in of Qt (on Windows found only while there is a QCoreApplication).
 QByteArray Bitmap24(const QImage& picture);
 QByteArray Bitmap8(const QImage& picture);
 QByteArray Jpeg(const QImage& picture);
