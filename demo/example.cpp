@@ -298,14 +298,14 @@ void PutHangar(Writer& writer) {
     const Files installed = QuillonRotor3();
     const QString directory = hangar + HelicoptersCategory + "/" + InstalledPackage + "/";
     writer.Put(directory, 5, 4, installed);
-    Install(writer, directory, InstalledDirectory, installed);
+    Install(writer, directory, "Quillon_Rotor_3", installed);
 }
 
 void PutSettings(FileSystem& files, const std::string& root) {
     Settings settings;
     settings.AppDir = root + AppDirectory;
     settings.locations = {root + StagingDirectory, root + HangarDirectory, root + SimDirectory};
-    settings.LocationProfiles[0] = {ProfileName, settings.locations.StagingDir, settings.locations.HangarDir,
+    settings.LocationProfiles[0] = {"FS2002", settings.locations.StagingDir, settings.locations.HangarDir,
                                     settings.locations.MsfsDir,
                                     std::string(LightPropsCategory) + "\\" + CompletePackage};
     settings.LastZipPath = root + DownloadsDirectory;

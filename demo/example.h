@@ -16,16 +16,11 @@ inline constexpr const char* StagingDirectory = "Staging\\";
 inline constexpr const char* HangarDirectory = "Hangar\\";
 inline constexpr const char* SimDirectory = "FS2002\\";
 inline constexpr const char* DownloadsDirectory = "Downloads\\";
-inline constexpr const char* ProfileName = "FS2002";
 
-// Archives in Downloads\, and what is in them.
+// Archives in Downloads\.
 inline constexpr const char* PlainArchive = "Taymere 60.zip";
 inline constexpr const char* NestedArchive = "Skerrow_Amphibian_v2.zip";
-inline constexpr const char* InnerArchive = "skerrow panel.zip"; // in NestedArchive
 inline constexpr const char* TwoLiveriesArchive = "Brindle-8 two liveries.zip";
-inline constexpr const char* FirstLivery = "Brindle 8 Blue";
-inline constexpr const char* SecondLivery = "Brindle 8 Red";
-inline constexpr const char* LiveriesMissingGauge = "brindle_radar.gau"; // as the cross-check names it
 
 // Packages in the Hangar.
 inline constexpr const char* LightPropsCategory = "Aircraft - Light Props";
@@ -34,9 +29,7 @@ inline constexpr const char* HelicoptersCategory = "Aircraft - Helicopters";
 inline constexpr const char* CompletePackage = "Pellmoor P12";       // in LightPropsCategory
 inline constexpr const char* AliasPackage = "Pellmoor P12 Floats";   // in LightPropsCategory
 inline constexpr const char* MissingGaugePackage = "Orvane Courier"; // in HeavyPropsCategory
-inline constexpr const char* MissingGauge = "orvane_radar.gau";      // as the cross-check names it
 inline constexpr const char* InstalledPackage = "Quillon Rotor 3";   // in HelicoptersCategory
-inline constexpr const char* InstalledDirectory = "Quillon_Rotor_3"; // in FS2002\aircraft
 
 // Makes the example below root: an existing directory, ending in a backslash ("C:\"), that holds none of the
 // directories above. Throws std::runtime_error with the path and the reason when a file cannot be written.

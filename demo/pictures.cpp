@@ -154,7 +154,7 @@ class Brush : public QPainter {
 // ---- the sky and what lies below it
 
 struct SceneColors {
-    QColor zenith, horizon, sun, far, near;
+    QColor zenith, horizon, sun, hills, ground;
     double horizonAt; // as a share of the height
     QPointF sunAt;
     double clouds;
@@ -189,10 +189,10 @@ void DrawScene(Brush& brush, Scene scene, double width, double height) {
     DrawCloud(brush, {width * 0.60, height * 0.11}, height * 0.055, colors.clouds * 0.8);
     DrawCloud(brush, {width * 0.93, height * 0.36}, height * 0.07, colors.clouds * 0.7);
     const double shore = horizon + height * 0.03;
-    DrawHills(brush, width, horizon + 2, height * 0.10, 3, Mix(colors.far, colors.horizon, 0.35));
-    DrawHills(brush, width, shore, height * 0.07, 8, colors.far);
+    DrawHills(brush, width, horizon + 2, height * 0.10, 3, Mix(colors.hills, colors.horizon, 0.35));
+    DrawHills(brush, width, shore, height * 0.07, 8, colors.hills);
     const QRectF ground(0, shore, width, height - shore);
-    brush.fillRect(ground, Downwards(ground, colors.near, Mix(colors.near, Black, 0.35)));
+    brush.fillRect(ground, Downwards(ground, colors.ground, Mix(colors.ground, Black, 0.35)));
     for (int i = 0; scene == Scene::Lake && i < 14; ++i)
         brush.Disc({width * (i * 37 % 100) / 100, horizon + height * (0.045 + 0.017 * i)}, width * (0.05 + 0.006 * i),
                    1.2 + 0.12 * i, Veil(White, 0.22));
