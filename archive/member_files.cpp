@@ -11,7 +11,6 @@ namespace {
 
 // Far beyond what the simulator can open; a hostile name of 30,000 directories ends here.
 constexpr std::size_t MaxPathLength = 2000;
-constexpr std::size_t WritePiece = 64 * 1024;
 
 MemberOutcome OutcomeOf(const Status& status) {
     switch (status.fault) {
@@ -126,14 +125,7 @@ MemberOutcome MemberFiles::Create(const std::string& path, bool replaces) {
 }
 
 MemberOutcome MemberFiles::Write(std::span<const std::byte> bytes) {
-    // In small pieces: the system takes megabytes at once at half the speed, as it then looks for large pages.
-    while (!bytes.empty()) {
-        const auto piece = bytes.first(std::min(bytes.size(), WritePiece));
-        if (auto outcome = OutcomeOf(file->Write(piece)); !outcome.IsFine())
-            return outcome;
-        bytes = bytes.subspan(piece.size());
-    }
-    return {};
+    return OutcomeOf(WriteAll(*file, bytes));
 }
 
 MemberOutcome MemberFiles::Finish(FileTime time) {

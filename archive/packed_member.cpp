@@ -1,6 +1,7 @@
 #include "archive/packed_member.h"
 
 #include "archive/member_names.h"
+#include "archive/whole_size.h"
 #include "archive/zip_bytes.h"
 #include "archive/zip_source.h"
 #include "platform/windows_path.h"
@@ -36,13 +37,38 @@ std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
                         .isEncrypted = (Little(*directory, 8, 2) & 1) != 0};
 }
 
+bool ReadFully(InputFile& file, std::span<std::byte> bytes) {
+    const auto count = file.Read(bytes);
+    return count && *count == bytes.size();
+}
+
+// The next bytes of a file; "" when they are not all there.
+std::string BytesFrom(InputFile& file, std::size_t count) {
+    std::string bytes(count, '\0');
+    return ReadFully(file, std::as_writable_bytes(std::span(bytes))) ? bytes : "";
+}
+
 } // namespace
+
+bool PackedMember::FitsInOnePiece() const {
+    const bool isKnown = method == ZIP_CM_DEFLATE || (IsStored() && packedSize == size);
+    return !isEncrypted && isKnown && size + packedSize <= MaxWholeSize;
+}
 
 bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
     const auto file = files.OpenForReading(path);
-    std::string start(4, '\0');
-    const auto count = file ? (*file)->Read(std::as_writable_bytes(std::span(start))) : file.status();
-    return count && *count == start.size() && Little(start, 0, 4) == ZipRecord::Local;
+    const std::string start = file ? BytesFrom(**file, 4) : "";
+    return start.size() == 4 && Little(start, 0, 4) == ZipRecord::Local;
+}
+
+bool ReadPackedBytes(const FileSystem& files, const std::string& path, std::span<std::byte> bytes) {
+    const auto file = files.OpenForReading(path);
+    const std::string header = file ? BytesFrom(**file, ZipRecord::LocalSize) : "";
+    if (header.size() < ZipRecord::LocalSize)
+        return false;
+    // Behind the header stand the name and further fields.
+    const std::size_t fieldsSize = Little(header, 26, 2) + Little(header, 28, 2);
+    return BytesFrom(**file, fieldsSize).size() == fieldsSize && ReadFully(**file, bytes);
 }
 
 std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path) {

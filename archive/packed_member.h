@@ -4,8 +4,10 @@
 #include "package/walk.h"
 #include "platform/file_system.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace korvadex {
@@ -15,6 +17,10 @@ struct PackedMember {
     std::uint64_t size = 0, packedSize = 0;
     std::uint32_t crc = 0, method = 0;
     bool isEncrypted = false;
+
+    bool IsStored() const { return method == 0; }
+    // It can be had in one piece: up to 64 MB, and not encrypted.
+    bool FitsInOnePiece() const;
 };
 
 // True when it begins as an archive that is a file of its own does. Four bytes tell it of most files at once.
@@ -22,6 +28,9 @@ bool BeginsLikeArchive(const FileSystem& files, const std::string& path);
 
 // None when the file is not packed. Whether its bytes are sound is not looked at.
 std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path);
+
+// The packed bytes of the member that was found in the file; false when they are not all there.
+bool ReadPackedBytes(const FileSystem& files, const std::string& path, std::span<std::byte> bytes);
 
 // Bytes of the file when it is not packed: its own size, or that of the member that it holds.
 std::uint64_t UnpackedSize(const FileSystem& files, const FileEntry& file);

@@ -14,16 +14,8 @@ constexpr zip_uint16_t ExtendedTimestamp = 0x5455;
 constexpr zip_uint32_t DosArchive = 0x20, DosReadOnly = 0x01;
 
 bool IsOffered(const ZPOPT& options) {
-    const bool isPlain = options.Date.empty() && options.szRootDir.empty() && options.szTempDir.empty() &&
-                         options.fTemp == 0 && options.fSuffix == 0 && options.fEncrypt == 0 && options.fSystem == 0 &&
-                         options.fVolume == 0 && options.fExtra == 0 && options.fNoDirEntries == 0 &&
-                         options.fExcludeDate == 0 && options.fIncludeDate == 0 && options.fVerbose == 0 &&
-                         options.fCRLF_LF == 0 && options.fLF_CRLF == 0 && options.fGrow == 0 && options.fForce == 0 &&
-                         options.fMove == 0 && options.fDeleteEntries == 0 && options.fUpdate == 0 &&
-                         options.fFreshen == 0 && options.fJunkSFX == 0 && options.fLatestTime == 0 &&
-                         options.fComment == 0 && options.fOffsets == 0 && options.fPrivilege == 0 &&
-                         options.fEncryption == 0 && options.fRecurse == 0 && options.fRepair == 0;
-    return isPlain && options.fJunkDir == 1 && options.flevel >= '1' && options.flevel <= '9';
+    return options == ZPOPT{.fQuiet = options.fQuiet, .fJunkDir = 1, .flevel = options.flevel} &&
+           options.flevel >= '1' && options.flevel <= '9';
 }
 
 // The time in whole seconds of UTC beside the local one in two-second steps that every member has.

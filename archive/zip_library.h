@@ -1,5 +1,5 @@
-// The zip library as the program calls it: Info-ZIP's records, callbacks and numeric codes, with libzip and
-// libdeflate behind them. It makes archives of one member.
+// The zip library under the names of Info-ZIP: its records, callbacks and numeric codes. It makes archives of one
+// member.
 #pragma once
 
 #include "platform/file_system.h"
@@ -28,8 +28,8 @@ inline constexpr int CannotOpen = 18; // the file to be packed
 
 // The options, in the published order. Other values than those named give BadParameter.
 struct ZPOPT {
-    std::string Date;
-    std::string szRootDir, szTempDir;
+    std::string Date = {};
+    std::string szRootDir = {}, szTempDir = {};
     std::int32_t fTemp = 0, fSuffix = 0, fEncrypt = 0, fSystem = 0, fVolume = 0, fExtra = 0, fNoDirEntries = 0,
                  fExcludeDate = 0, fIncludeDate = 0, fVerbose = 0, fQuiet = 0, fCRLF_LF = 0, fLF_CRLF = 0;
     std::int32_t fJunkDir = 0; // 1: the file without its directories, the only way here
@@ -37,6 +37,8 @@ struct ZPOPT {
                  fLatestTime = 0, fComment = 0, fOffsets = 0, fPrivilege = 0, fEncryption = 0, fRecurse = 0,
                  fRepair = 0;
     char flevel = '6'; // '1' to '9'
+
+    bool operator==(const ZPOPT&) const = default;
 };
 
 // What to pack: one name, and the archive to make, which must not be there yet.

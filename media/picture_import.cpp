@@ -15,15 +15,6 @@ namespace korvadex {
 
 namespace {
 
-Status WriteNew(FileSystem& files, const std::string& path, std::string_view bytes) {
-    auto file = files.CreateNew(path);
-    if (!file)
-        return file.status();
-    if (Status status = (*file)->Write(std::as_bytes(std::span(bytes))); !status)
-        return status;
-    return (*file)->Close(false);
-}
-
 Status CopyPlain(FileSystem& files, const std::string& from, const std::string& to) {
     Status status = files.Copy(from, to);
     if (status)
@@ -108,7 +99,8 @@ void PictureImport::Add(const std::string& subject, const std::string& base, con
 }
 
 void PictureImport::AddBytes(const std::string& subject, const std::string& base, const std::string& jpeg) {
-    Add(subject, base, ".jpg", [&](const std::string& path) { return WriteNew(files, path, jpeg); });
+    Add(subject, base, ".jpg",
+        [&](const std::string& path) { return WriteNew(files, path, std::as_bytes(std::span(jpeg))); });
 }
 
 void PictureImport::AddFile(PictureConverter& converter, const std::string& path) {

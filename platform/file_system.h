@@ -171,6 +171,11 @@ class FileSystem {
     virtual std::string SourceFromHost(const std::string& hostPath) const = 0;
 };
 
+// Writes all of it, in pieces of a size that systems take fastest.
+Status WriteAll(OutputFile& file, std::span<const std::byte> bytes);
+// A new file of these bytes, not flushed. Exists when the name is taken; any other failure may leave a part of it.
+Status WriteNew(FileSystem& files, const std::string& path, std::span<const std::byte> bytes);
+
 // The file system of the machine that the program runs on.
 std::unique_ptr<FileSystem> MakeHostFileSystem();
 

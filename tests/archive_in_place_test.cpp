@@ -205,10 +205,7 @@ TEST_F(InPlaceTest, AnArchiveThatIsThereAlreadyIsNotTouched) {
     drive.Put(relative, "x");
     drive.Put("FS\\out.zip", "mine");
     modZip zip;
-    zip.zNumberFiles = 1;
-    zip.zZipNames[0] = path;
-    zip.zZipFileName = drive.At("FS\\out.zip");
-    zip.zJunkDir = 1;
+    zip.names = {.argc = 1, .lpszZipFN = drive.At("FS\\out.zip"), .FNV = {path}};
     EXPECT_EQ(zip.ZipArchive(context), 15);
     EXPECT_EQ(drive.Get("FS\\out.zip"), "mine");
 }

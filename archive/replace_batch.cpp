@@ -1,4 +1,4 @@
-#include "archive/exchange.h"
+#include "archive/replace_batch.h"
 
 #include "package/file_primitives.h"
 #include "package/scratch.h"
@@ -8,7 +8,7 @@
 
 namespace korvadex {
 
-Result<std::string> Exchange::DirectoryFor(const std::string& path) {
+Result<std::string> ReplaceBatch::DirectoryFor(const std::string& path) {
     FileSystem& files = context.files;
     std::string base = context.locations.MsfsDir;
     if (!files.SameVolume(base, path)) {
@@ -36,11 +36,11 @@ Result<std::string> Exchange::DirectoryFor(const std::string& path) {
     return directories[base] = AddBackslash(*made);
 }
 
-void Exchange::Drop(const std::string& directory, const std::string& path) {
+void ReplaceBatch::Drop(const std::string& directory, const std::string& path) {
     DeleteFileForced(context.files, directory + LastPathComponent(path));
 }
 
-Status Exchange::Add(const std::string& directory, const std::string& path, const FileInfo& seen) {
+Status ReplaceBatch::Add(const std::string& directory, const std::string& path, const FileInfo& seen) {
     const std::string made = directory + LastPathComponent(path);
     const auto info = context.files.Info(made);
     if (!info)
@@ -53,7 +53,7 @@ Status Exchange::Add(const std::string& directory, const std::string& path, cons
     return {};
 }
 
-void Exchange::Commit() {
+void ReplaceBatch::Commit() {
     const auto outcomes = context.files.ReplaceAll(waiting);
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         if (!outcomes[i])
@@ -62,7 +62,7 @@ void Exchange::Commit() {
     Release();
 }
 
-void Exchange::Release() {
+void ReplaceBatch::Release() {
     for (const auto& directory : directories)
         ReleaseScratch(context.files, directory.second);
     directories.clear();

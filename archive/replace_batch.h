@@ -1,4 +1,4 @@
-// Complete files that take the places of old ones together, as a disk confirms many in the time of one.
+// Complete files that replace old ones, each atomically, many together: a disk confirms many in the time of one.
 #pragma once
 
 #include "package/command_context.h"
@@ -12,14 +12,14 @@ namespace korvadex {
 
 // The new files get the times and attributes of the old ones. What fails leaves the old file, and so does a file that
 // has changed since it was looked at.
-class Exchange {
+class ReplaceBatch {
   public:
-    explicit Exchange(CommandContext& commandContext) : context(commandContext) {}
-    Exchange(const Exchange&) = delete;
-    Exchange& operator=(const Exchange&) = delete;
-    ~Exchange() { Release(); }
+    explicit ReplaceBatch(CommandContext& commandContext) : context(commandContext) {}
+    ReplaceBatch(const ReplaceBatch&) = delete;
+    ReplaceBatch& operator=(const ReplaceBatch&) = delete;
+    ~ReplaceBatch() { Release(); }
 
-    // A scratch directory of this exchange alone, on the file's volume, in which its name is free. It is the
+    // A scratch directory of this batch alone, on the file's volume, in which its name is free. It is the
     // simulator's wherever that lies on the same volume.
     Result<std::string> DirectoryFor(const std::string& path);
     // The file at directory & own name is to be deleted if it is still there.

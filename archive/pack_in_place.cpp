@@ -1,0 +1,110 @@
+#include "archive/deflated_file.h"
+#include "archive/in_place_work.h"
+#include "archive/mod_zip.h"
+#include "archive/packed_member.h"
+#include "archive/unzip_code.h"
+#include "platform/windows_path.h"
+
+#include <future>
+
+namespace korvadex {
+
+namespace {
+
+constexpr int BestZipLevel = 9;
+
+std::string Describe(const std::string& path, const Problem& problem) {
+    return "There was a problem zipping file " + path + ". (code " + std::to_string(problem.code) + ")  (" +
+           problem.cause + ")";
+}
+
+// A file on its way into an archive.
+class Packing : public InPlaceJob {
+  public:
+    Packing(CommandContext& context, const std::string& filePath);
+    std::uint64_t Bytes() const override { return contents ? seen.size : 0; }
+    Problem Finish(CommandContext& context, ReplaceBatch& batch) override;
+
+  private:
+    // Makes the archive in the directory, under the file's own name.
+    Problem Zip(CommandContext& context, const std::string& directory);
+
+    const std::string path;
+    bool isPackedAlready = false;
+    FileInfo seen;                          // as it was before it was read
+    std::unique_ptr<DeflatedFile> contents; // none where the file is to be packed while it is written
+    std::future<void> packed;               // last: waits for its thread before the contents go
+};
+
+Packing::Packing(CommandContext& context, const std::string& filePath) : path(filePath) {
+    isPackedAlready = path.empty() || UnzipFileInPlace(context, path, true) == UnzipCode::Ok;
+    const auto info = context.files.Info(path);
+    if (isPackedAlready || !info || info->kind != EntryKind::File)
+        return;
+    seen = *info;
+    auto file = std::make_unique<DeflatedFile>(context.files, path);
+    if (!file->Read(*info) || !file->IsRead())
+        return;
+    contents = std::move(file);
+    packed = std::async(std::launch::async, [this] { contents->Pack(BestZipLevel); });
+}
+
+std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode, std::uint64_t size) {
+    const auto space = context.files.FreeSpace(directory);
+    switch (zipCode) {
+    case ZipCode::NoMemory:
+        return "there was not enough memory";
+    case ZipCode::TooBig:
+        return "it is larger than 4 GB";
+    case ZipCode::ReadError:
+    case ZipCode::CannotOpen:
+        return "it could not be read";
+    default:
+        return space && *space < size ? DescribeFault(FileFault::DiskFull) : "the archive could not be written";
+    }
+}
+
+Problem Packing::Zip(CommandContext& context, const std::string& directory) {
+    modZip zip;
+    zip.names = {.argc = 1, .lpszZipFN = directory + LastPathComponent(path), .FNV = {path}};
+    zip.options.flevel = '0' + BestZipLevel;
+    zip.prepared = contents.get();
+    if (const int code = zip.ZipArchive(context); code != ZipCode::Ok)
+        return {code, CauseOf(context, directory, code, seen.size)};
+    if (!ReadPackedMember(context.files, zip.names.lpszZipFN))
+        return {ZipCode::WriteError, "the archive could not be written"};
+    return {};
+}
+
+Problem Packing::Finish(CommandContext& context, ReplaceBatch& batch) {
+    if (isPackedAlready)
+        return {};
+    if (packed.valid())
+        packed.wait();
+    const auto directory = batch.DirectoryFor(path);
+    if (!directory)
+        return {ZipCode::CannotCreate, DescribeFault(directory.fault())};
+    Problem problem = Zip(context, *directory);
+    if (problem.code == ZipCode::Ok) {
+        if (const Status added = batch.Add(*directory, path, seen); !added)
+            problem = {ZipCode::WriteError, DescribeFault(added.fault)};
+    }
+    if (problem.code != ZipCode::Ok)
+        batch.Drop(*directory, path);
+    return problem;
+}
+
+} // namespace
+
+void ZipFileInPlace(CommandContext& context, const std::string& path) {
+    for (const FileFailure& failure : ZipFilesInPlace(context, {path}, [] {}))
+        context.user.Tell(failure.text, MessageIcon::Exclamation);
+}
+
+std::vector<FileFailure> ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
+                                         const std::function<void()>& afterEach) {
+    const auto begin = [&](const std::string& path) { return std::make_unique<Packing>(context, path); };
+    return WorkThrough(context, paths, {begin, ZipCode::WriteError, Describe}, afterEach);
+}
+
+} // namespace korvadex
