@@ -34,7 +34,7 @@ std::vector<FileFailure> WorkThrough(CommandContext& context, const std::vector<
     }
     batch.Commit();
     for (const Status& failed : batch.Failures())
-        failures.push_back({failed.path, work.describe(failed.path, {work.writeFault, DescribeFault(failed.fault)})});
+        failures.push_back({failed.path, work.describe(failed.path, {work.writeFault, DescribeFault(failed)})});
     return failures;
 }
 

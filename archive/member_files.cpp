@@ -20,9 +20,9 @@ MemberOutcome OutcomeOf(const Status& status) {
         return {UnzipCode::Ok, "its name cannot be stored"};
     case FileFault::DiskFull:
     case FileFault::ReadOnlyDisk:
-        return {UnzipCode::DiskFull, DescribeFault(status.fault), true};
+        return {UnzipCode::DiskFull, DescribeFault(status), true};
     default:
-        return {UnzipCode::DiskFull, DescribeFault(status.fault)};
+        return {UnzipCode::DiskFull, DescribeFault(status)};
     }
 }
 

@@ -83,11 +83,11 @@ Problem Packing::Finish(CommandContext& context, ReplaceBatch& batch) {
         packed.wait();
     const auto directory = batch.DirectoryFor(path);
     if (!directory)
-        return {ZipCode::CannotCreate, DescribeFault(directory.fault())};
+        return {ZipCode::CannotCreate, DescribeFault(directory.status())};
     Problem problem = Zip(context, *directory);
     if (problem.code == ZipCode::Ok) {
         if (const Status added = batch.Add(*directory, path, seen); !added)
-            problem = {ZipCode::WriteError, DescribeFault(added.fault)};
+            problem = {ZipCode::WriteError, DescribeFault(added)};
     }
     if (problem.code != ZipCode::Ok)
         batch.Drop(*directory, path);

@@ -51,7 +51,7 @@ bool UnpackAndTell(CommandContext& context, modUnzip& unzip) {
     if (!flushed)
         context.user.Tell("The files of the zip file(" + unzip.uZipFileName +
                               ") could not all be written to the disk: " + flushed.path + "  (" +
-                              DescribeFault(flushed.fault) + ").  Please unpack it again when that is settled.",
+                              DescribeFault(flushed) + ").  Please unpack it again when that is settled.",
                           MessageIcon::Exclamation);
     return flushed && report.code == UnzipCode::Ok && report.refused.empty();
 }
@@ -96,7 +96,7 @@ bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZ
     if (path.empty())
         return false;
     if (const auto file = context.files.OpenForReading(path); !file) {
-        context.user.Tell("The zip file(" + path + ") could not be read (" + DescribeFault(file.fault()) +
+        context.user.Tell("The zip file(" + path + ") could not be read (" + DescribeFault(file.status()) +
                               ").  Please make sure that it is there and that you may read it, and try again.",
                           MessageIcon::Exclamation);
         return false;

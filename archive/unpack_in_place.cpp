@@ -16,7 +16,7 @@ std::string Describe(const std::string& path, const Problem& problem) {
 }
 
 Problem ProblemOf(const Status& status) {
-    return {UnzipCode::DiskFull, DescribeFault(status.fault)};
+    return {UnzipCode::DiskFull, DescribeFault(status)};
 }
 
 // What is unpacked goes into the directory.

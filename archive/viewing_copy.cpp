@@ -42,7 +42,7 @@ std::string MakeViewingCopy(CommandContext& context, const std::string& path) {
     if (scratch)
         ReleaseScratch(context.files, *scratch);
     context.user.Tell("The file " + path + " is packed, and no unpacked copy of it could be made (" +
-                          DescribeFault(status.fault) +
+                          DescribeFault(status) +
                           ").  Please make sure that the disk has room and can be written, and try again.",
                       MessageIcon::Exclamation);
     return "";

@@ -110,7 +110,7 @@ class InfoEditor {
             return true;
         const auto before = ReadConfigText(context.files, path);
         if (!before)
-            return Refuse("The file " + path + " could not be read again (" + DescribeFault(before.fault()) +
+            return Refuse("The file " + path + " could not be read again (" + DescribeFault(before.status()) +
                           ").  Nothing was written.  Please put it back and choose 'Apply' again.");
         if (!CanBeWritten(*before, entered))
             return false;
@@ -146,7 +146,7 @@ class InfoEditor {
             return true;
         const Status status = RewriteBytes(context.files, context.locations, path, bytes);
         return status ||
-               Refuse("The file " + path + " could not be written (" + DescribeFault(status.fault) +
+               Refuse("The file " + path + " could not be written (" + DescribeFault(status) +
                       ").  It was left as it is.  "
                       "Please make sure that it can be written and that the disk has room, and choose 'Apply' again.");
     }
@@ -175,7 +175,7 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
         return tell("Aircraft configuration file not found.");
     const auto text = ReadConfigText(context.files, path);
     if (!text)
-        return tell("The file " + path + " could not be read (" + DescribeFault(text.fault()) + ").");
+        return tell("The file " + path + " could not be read (" + DescribeFault(text.status()) + ").");
     if (!text->IsText())
         return tell("The file " + path +
                     " is no plain text, so it cannot be changed here.  "

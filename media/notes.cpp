@@ -28,12 +28,8 @@ std::string ListedNotes(CommandContext& context, const LoadedPackage& package) {
 // An editor on a file that cannot be there would lose what is typed into it, and so would one on a file behind a
 // link: it is not listed, nor copied with the package.
 Status MakeNotes(FileSystem& files, const std::string& directory, const std::string& path) {
-    const Status made = files.CreateDirectory(directory);
-    const auto info = files.Info(directory);
-    if (info && info->kind == EntryKind::Link)
-        return {FileFault::IsLink, directory, 0};
-    if (!made && !(made.fault == FileFault::Exists && info && info->kind == EntryKind::Directory))
-        return made;
+    if (const auto made = EnsureRealDirectory(files, directory); !made)
+        return made.status();
     auto file = files.CreateNew(path);
     if (file)
         return (*file)->Close(true);
@@ -54,7 +50,7 @@ Changes CreateNotes(CommandContext& context, const LoadedPackage& package) {
     const std::string path = directory + "\\" + std::string(NotesName);
     if (const Status status = MakeNotes(context.files, directory, path); !status) {
         context.user.Tell(
-            "The notes file " + path + " could not be created (" + DescribeFault(status.fault) +
+            "The notes file " + path + " could not be created (" + DescribeFault(status) +
                 ").  Please make sure that the directory can be written and that the disk has room, and try again.",
             MessageIcon::Exclamation);
         return {};

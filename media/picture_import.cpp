@@ -51,7 +51,6 @@ class PictureImport {
     void Add(const std::string& subject, const std::string& base, const std::string& extension, const Write& write);
     void FlushImported();
     Result<std::string> Place(const std::string& base, const std::string& extension, const Write& write);
-    Status MakeDirectory();
 
     CommandContext& context;
     FileSystem& files;
@@ -62,21 +61,11 @@ class PictureImport {
     std::vector<std::string> imported, failures;
 };
 
-// A link would lead out of the package: what lies behind it is not listed.
-Status PictureImport::MakeDirectory() {
-    const Status made = files.CreateDirectory(directory);
-    isDirectoryMade = isDirectoryMade || made;
-    if (made.fault != FileFault::Exists)
-        return made;
-    const auto info = files.Info(WithoutBackslash(directory));
-    if (info && info->kind == EntryKind::Directory)
-        return {};
-    return {info && info->kind == EntryKind::Link ? FileFault::IsLink : FileFault::Exists, directory, 0};
-}
-
 Result<std::string> PictureImport::Place(const std::string& base, const std::string& extension, const Write& write) {
-    if (Status status = MakeDirectory(); !status)
-        return status;
+    const auto made = EnsureRealDirectory(files, directory); // what lies behind a link is not listed
+    if (!made)
+        return made.status();
+    isDirectoryMade = isDirectoryMade || *made;
     const auto scratch = MakeScratchName(files, context.locations, directory + "picture" + extension);
     if (!scratch)
         return scratch.status();
@@ -95,7 +84,7 @@ void PictureImport::Add(const std::string& subject, const std::string& base, con
         return imported.push_back(*placed);
     const bool isForDirectory = EqualNoCase(AddBackslash(placed.status().path), directory);
     Refuse(subject, (isForDirectory ? "the directory " + directory + " cannot be used: " : "") +
-                        DescribeFault(placed.fault()) + ".  Please import it again when that is settled.");
+                        DescribeFault(placed.status()) + ".  Please import it again when that is settled.");
 }
 
 void PictureImport::AddBytes(const std::string& subject, const std::string& base, const std::string& jpeg) {
@@ -125,7 +114,7 @@ void PictureImport::FlushImported() {
     std::vector<std::string> unsure;
     for (const Status& flushed : files.Flush(written)) {
         if (!flushed)
-            unsure.push_back(flushed.path + ": " + DescribeFault(flushed.fault));
+            unsure.push_back(flushed.path + ": " + DescribeFault(flushed));
     }
     if (!unsure.empty())
         context.user.Tell("Not all that was imported could be written to the disk:\r\n\r\n" + ListNames(unsure) +

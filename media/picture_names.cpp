@@ -28,7 +28,7 @@ std::string PictureNames::Free(std::string base, const std::string& extension) c
     base.erase(0, base.find_first_not_of('(')); // "(a(1).jpg" would be marked
     base = OrPlain(base);
     for (int number = 1;; ++number)
-        if (auto name = base + "(" + std::to_string(number) + ")" + extension; isFree(name))
+        if (auto name = NumberedName(base + extension, number); isFree(name))
             return name;
 }
 

@@ -22,7 +22,7 @@ NameParts Split(const std::string& path) {
 }
 
 void TellNotRenamed(CommandContext& context, const std::string& path, const Status& status) {
-    context.user.Tell("The picture " + path + " could not be renamed because " + DescribeFault(status.fault) +
+    context.user.Tell("The picture " + path + " could not be renamed because " + DescribeFault(status) +
                           ".  Please try again when that is settled.",
                       MessageIcon::Exclamation);
 }
@@ -58,7 +58,7 @@ bool DeleteImage(CommandContext& context, const std::string& path) {
     static_cast<void>(context.files.ClearAttributes(path));
     const Status status = context.files.Delete(path);
     if (!status && status.fault != FileFault::NotFound)
-        context.user.Tell("The picture " + path + " could not be deleted because " + DescribeFault(status.fault) +
+        context.user.Tell("The picture " + path + " could not be deleted because " + DescribeFault(status) +
                               ".  Please try again when that is settled.",
                           MessageIcon::Exclamation);
     return true;

@@ -82,7 +82,7 @@ Status Write(CommandContext& context, const AircraftCfg& cfg, const ConfigText& 
 }
 
 void ReportWriteFailure(CommandContext& context, const AircraftCfg& cfg, const Status& status) {
-    context.user.Tell("The file " + cfg.path + " could not be written (" + DescribeFault(status.fault) +
+    context.user.Tell("The file " + cfg.path + " could not be written (" + DescribeFault(status) +
                           ").  It was left as it is.  "
                           "Please make sure that it can be written and that the disk has room, and show Staging again.",
                       MessageIcon::Exclamation);

@@ -38,13 +38,6 @@ std::size_t EndOfRun(const std::vector<FileEntry>& files, std::size_t begin) {
     return end;
 }
 
-// readme.txt -> readme(1).txt, index.html -> index(1).html
-std::string Numbered(const std::string& path, int number) {
-    const std::size_t extension = EndsWithNoCase(path, ".html") ? 5 : 4;
-    const std::size_t stem = path.size() - extension;
-    return path.substr(0, stem) + "(" + std::to_string(number) + ")" + path.substr(stem);
-}
-
 // What becomes of one list of files, and of the tree that they were taken from.
 class Settling {
   public:
@@ -70,7 +63,7 @@ class Settling {
     void Renumber(std::size_t index, int& number) {
         const std::string path = files[index].path;
         for (; number < MaxNumber; ++number) {
-            const std::string wanted = Numbered(path, number);
+            const std::string wanted = NumberedName(path, number);
             if (IsTaken(FoldCase(LastPathComponent(wanted))))
                 continue;
             const Status status = context.files.Rename(path, wanted);

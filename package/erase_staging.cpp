@@ -88,7 +88,7 @@ class Eraser {
     }
 
     bool Refuse(const std::string& path, const Status& status) {
-        context.user.Tell("The file " + path + " could not be read (" + DescribeFault(status.fault) +
+        context.user.Tell("The file " + path + " could not be read (" + DescribeFault(status) +
                               ").  Nothing was deleted.",
                           MessageIcon::Exclamation);
         return false;

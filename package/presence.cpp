@@ -4,14 +4,14 @@ namespace korvadex {
 
 namespace {
 
-std::string DescribeUnlisted(const std::string& directory, FileFault fault) {
+std::string DescribeUnlisted(const std::string& directory, const Status& status) {
     return directory +
-           (fault == FileFault::NotFound ? " is not there" : " cannot be read (" + DescribeFault(fault) + ")");
+           (status.fault == FileFault::NotFound ? " is not there" : " cannot be read (" + DescribeFault(status) + ")");
 }
 
 std::string DescribeGone(const FileSystem& files, const std::string& what, const std::string& directory) {
-    const FileFault fault = files.List(directory).fault();
-    return fault == FileFault::None ? "" : "The " + what + " directory " + DescribeUnlisted(directory, fault);
+    const auto entries = files.List(directory);
+    return entries ? "" : "The " + what + " directory " + DescribeUnlisted(directory, entries.status());
 }
 
 std::string DescribeGoneSimulator(const FileSystem& files, const std::string& directory) {
@@ -42,10 +42,11 @@ std::string GoneAdvice() {
 }
 
 std::string DescribeGonePackage(const FileSystem& files, const std::string& directory) {
-    const FileFault fault = files.List(directory).fault();
-    if (fault == FileFault::None)
+    const auto entries = files.List(directory);
+    if (entries)
         return "";
-    return fault == FileFault::NotFound ? "it no longer seems to be in the Hangar" : DescribeUnlisted(directory, fault);
+    return entries.fault() == FileFault::NotFound ? "it no longer seems to be in the Hangar"
+                                                  : DescribeUnlisted(directory, entries.status());
 }
 
 } // namespace korvadex

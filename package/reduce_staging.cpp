@@ -279,7 +279,7 @@ bool Reduction::SetAside() {
     PutBack();
     context.user.Tell(
         status.path + " belongs to a configuration that is not kept, and could not be removed (" +
-            DescribeFault(status.fault) +
+            DescribeFault(status) +
             ").  Nothing was changed.  Please close the programs that use its files, press F5 and choose again.",
         MessageIcon::Exclamation);
     return false;

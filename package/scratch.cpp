@@ -29,11 +29,6 @@ std::string ScratchDirectoryIn(const std::string& directory) {
     return directory + std::string(ScratchDirectoryName) + "\\";
 }
 
-Status MakeDirectory(FileSystem& files, const std::string& directory) {
-    const Status status = files.CreateDirectory(directory);
-    return status.fault == FileFault::Exists && files.IsDirectory(directory) ? Status{} : status;
-}
-
 Status RewriteThrough(FileSystem& files, const Locations& locations, const std::string& path,
                       const std::function<Status(const std::string& scratch)>& write) {
     const auto scratch = MakeScratchName(files, locations, path);
@@ -57,8 +52,8 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
     const std::string root = locations.RootOf(target);
     const std::string base = root.empty() || !files.SameVolume(root, parent) ? parent : root;
     const std::string directory = ScratchDirectoryIn(base);
-    if (const Status status = MakeDirectory(files, directory); !status)
-        return status;
+    if (const auto made = EnsureDirectory(files, directory); !made)
+        return made.status();
     // For people who look at it; where it is long there is no room for it behind the number.
     constexpr std::size_t maxShownName = 200;
     const std::string shown = WithoutBackslash(LastPathComponent(target));

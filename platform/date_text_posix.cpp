@@ -27,17 +27,4 @@ std::string ShortDateTime(FileTime time) {
     return std::string(text.data(), length);
 }
 
-FileTime FileTimeFromDos(unsigned date, unsigned time) {
-    std::tm local{};
-    local.tm_year = static_cast<int>(date >> 9) + 80;
-    local.tm_mon = static_cast<int>((date >> 5) & 15) - 1;
-    local.tm_mday = static_cast<int>(date & 31);
-    local.tm_hour = static_cast<int>(time >> 11);
-    local.tm_min = static_cast<int>((time >> 5) & 63);
-    local.tm_sec = static_cast<int>((time & 31) * 2);
-    local.tm_isdst = -1;
-    return std::chrono::time_point_cast<std::chrono::nanoseconds>(
-        std::chrono::system_clock::from_time_t(std::mktime(&local)));
-}
-
 } // namespace korvadex

@@ -1,5 +1,7 @@
 #include "platform/file_system.h"
 
+#include "platform/windows_path.h"
+
 #include <algorithm>
 
 namespace korvadex {
@@ -34,6 +36,11 @@ std::string DescribeFault(FileFault fault) {
         break;
     }
     return "the disk reported an error";
+}
+
+std::string DescribeFault(const Status& status) {
+    const bool hasNumber = status.fault == FileFault::Failed && status.nativeCode != 0;
+    return DescribeFault(status.fault) + (hasNumber ? " (" + std::to_string(status.nativeCode) + ")" : "");
 }
 
 std::vector<Status> FileSystem::ReplaceAll(std::span<const Replacement> replacements) {
@@ -74,6 +81,22 @@ Status WriteNew(FileSystem& files, const std::string& path, std::span<const std:
         return file.status();
     Status status = WriteAll(**file, bytes);
     return status ? (*file)->Close(false) : status;
+}
+
+Result<bool> EnsureDirectory(FileSystem& files, const std::string& directory) {
+    Status made = files.CreateDirectory(directory);
+    if (made)
+        return true;
+    if (made.fault == FileFault::Exists && files.IsDirectory(directory))
+        return false;
+    return made;
+}
+
+Result<bool> EnsureRealDirectory(FileSystem& files, const std::string& directory) {
+    const auto info = files.Info(WithoutBackslash(directory));
+    if (info && info->kind == EntryKind::Link)
+        return Status{FileFault::IsLink, directory};
+    return EnsureDirectory(files, directory);
 }
 
 } // namespace korvadex

@@ -48,6 +48,9 @@ struct [[nodiscard]] Status {
 
 // A plain sentence part for a message: "the disk is full", "access was denied" ...
 std::string DescribeFault(FileFault fault);
+// The same; where the fault tells nothing of the cause, with the host's number behind it: "the disk reported an error
+// (5)".
+std::string DescribeFault(const Status& status);
 
 // A value, or the Status that says why there is none.
 template<class T>
@@ -175,6 +178,11 @@ class FileSystem {
 Status WriteAll(OutputFile& file, std::span<const std::byte> bytes);
 // A new file of these bytes, not flushed. Exists when the name is taken; any other failure may leave a part of it.
 Status WriteNew(FileSystem& files, const std::string& path, std::span<const std::byte> bytes);
+
+// Makes a directory unless there is one, or a link to one. True when it was made now.
+Result<bool> EnsureDirectory(FileSystem& files, const std::string& directory);
+// The same where nothing may be put behind a link: that one is refused (IsLink).
+Result<bool> EnsureRealDirectory(FileSystem& files, const std::string& directory);
 
 // The file system of the machine that the program runs on.
 std::unique_ptr<FileSystem> MakeHostFileSystem();

@@ -135,6 +135,13 @@ std::string ParentDirectory(std::string_view path) {
     return std::string(path.substr(0, path.size() - LastPathComponent(path).size()));
 }
 
+std::string NumberedName(std::string_view path, int number) {
+    const std::size_t nameAt = path.size() - LastPathComponent(path).size();
+    const std::size_t dot = path.substr(nameAt).rfind('.');
+    const std::size_t end = dot == std::string_view::npos ? path.size() : nameAt + dot;
+    return std::string(path.substr(0, end)) + "(" + std::to_string(number) + ")" + std::string(path.substr(end));
+}
+
 bool IsAtOrBelow(std::string_view path, std::string_view directory) {
     return !directory.empty() && (StartsWithNoCase(path, directory) || EqualNoCase(AddBackslash(path), directory));
 }

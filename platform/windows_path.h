@@ -36,6 +36,9 @@ std::string LastPathComponent(std::string_view path, bool twoLevels = false);
 // All before the last component, ending in a backslash: C:\a\b.txt -> C:\a\, C:\a\b\ -> C:\a\, C:\ -> "".
 std::string ParentDirectory(std::string_view path);
 
+// A name beside one that is taken: "a.txt" with 2 -> "a(2).txt"; without an extension the number ends it.
+std::string NumberedName(std::string_view path, int number);
+
 // True when path lies below directory (which ends in a backslash) or is that directory itself.
 bool IsAtOrBelow(std::string_view path, std::string_view directory);
 
