@@ -1,6 +1,7 @@
 #include "app/location_advice.h"
 
 #include "package/file_primitives.h"
+#include "package/meg.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
 #include "sim/run_simulator.h"
@@ -11,8 +12,7 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::uint64_t Meg = 1'024'000;
-constexpr std::uint64_t LittleSpace = 500 * Meg; // some aircraft
+constexpr std::uint64_t LittleSpace = 500 * BytesPerMeg; // some aircraft
 
 LocationWord Trouble(std::string text) {
     return {true, std::move(text)};
@@ -54,12 +54,12 @@ std::string TroubleWithGround(const FileSystem& files, const UserPlaces& places,
         return programs.empty() ? "You may not write there." : "Only administrators may write into " + programs + ".";
     }
     if (!writable)
-        return "It cannot be looked at (" + DescribeFault(writable.fault) + ").";
+        return "It cannot be looked at (" + DescribeFault(writable) + ").";
     if (IsSynchronised(files, places, directory))
         return "It is synchronised with other machines, which may lose files.";
     const auto space = files.FreeSpace(directory);
     if (space && *space < LittleSpace)
-        return "Only " + std::to_string(*space / Meg) + " Meg are free on this disk.";
+        return "Only " + std::to_string(*space / BytesPerMeg) + " Meg are free on this disk.";
     return "";
 }
 
@@ -140,7 +140,7 @@ class Advice {
     LocationWord OnHangarThatIsThere(const std::string& path) const {
         const auto entries = files.List(path);
         if (!entries)
-            return Trouble("It cannot be read (" + DescribeFault(entries.fault()) + ").");
+            return Trouble("It cannot be read (" + DescribeFault(entries.status()) + ").");
         if (std::ranges::all_of(*entries, [](const DirectoryEntry& entry) { return IsLeftOut(entry); }))
             return Note("Good.  It is empty.");
         if (!IsKnownHangar(settings, path) && std::ranges::any_of(*entries, [](const DirectoryEntry& entry) {

@@ -26,7 +26,7 @@ void Program::StartUp() {
     if (!loaded) {
         isSaved = true; // what cannot be read is not written over
         user.Tell("The settings file " + settings.AppDir + std::string(SettingsFileName) + " could not be read (" +
-                      DescribeFault(loaded.fault()) + ").  Korvadex will end so that nothing in it is lost.",
+                      DescribeFault(loaded.status()) + ").  Korvadex will end so that nothing in it is lost.",
                   MessageIcon::Critical);
         throw ProgramEnd{};
     }
@@ -123,7 +123,7 @@ bool Program::KeepSettings() {
     const auto status = Save();
     if (!status)
         user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
-                      DescribeFault(status.fault) + ").  Korvadex will try again when it ends.",
+                      DescribeFault(status) + ").  Korvadex will try again when it ends.",
                   MessageIcon::Exclamation);
     return bool(status);
 }
@@ -154,7 +154,7 @@ void Program::EndRun() {
         isSaved = true;
         if (const auto status = Save(); !status)
             user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
-                          DescribeFault(status.fault) + ").  The file is as it was.",
+                          DescribeFault(status) + ").  The file is as it was.",
                       MessageIcon::Exclamation);
     }
     form.EndProgram();
@@ -172,7 +172,7 @@ void Program::RestartWith(const Settings& oldSettings) {
         settings.CurrentProfile = oldSettings.CurrentProfile;
         settings.LocationProfiles = oldSettings.LocationProfiles;
         user.Tell("The settings could not be saved in " + settings.AppDir + std::string(SettingsFileName) + " (" +
-                      DescribeFault(status.fault) + ").  The locations stay as they were.",
+                      DescribeFault(status) + ").  The locations stay as they were.",
                   MessageIcon::Exclamation);
         return;
     }

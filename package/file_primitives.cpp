@@ -16,7 +16,7 @@ bool IsFullTreePath(std::string_view path) {
 }
 
 std::string Explained(const Status& status) {
-    return status.path + " (" + DescribeFault(status.fault) + ")";
+    return status.path + " (" + DescribeFault(status) + ")";
 }
 
 Status DeleteForced(FileSystem& files, const std::string& path) {

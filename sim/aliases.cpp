@@ -42,9 +42,8 @@ class KindConfig {
 
     Status WriteAlias(const std::string& alias) {
         // A package without this kind gets the directory; when the file cannot be written it stays empty.
-        if (Status status = context.files.CreateDirectory(WithoutBackslash(directory));
-            !status && status.fault != FileFault::Exists)
-            return status;
+        if (const auto made = EnsureDirectory(context.files, WithoutBackslash(directory)); !made)
+            return made.status();
         const std::vector<std::string> lines = {"[fltsim]", "alias=" + alias};
         if (!JoinLines(lines))
             return {FileFault::BadName, current, 0};
@@ -97,7 +96,7 @@ class KindConfig {
 
     std::string FreeBackupName() const {
         for (int number = 1;; ++number) {
-            std::string name = directory + "old" + kind + "(" + std::to_string(number) + ").cfg";
+            std::string name = NumberedName(backup, number);
             if (context.files.Info(name).fault() == FileFault::NotFound)
                 return name;
         }
@@ -112,7 +111,7 @@ Changes TellOutcome(CommandContext& context, const std::string& kind, const Stat
         context.user.Tell("Done.");
     else
         context.user.Tell("The " + kind + ".cfg file of this package could not be replaced.\r\n\r\n" + status.path +
-                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  Nothing was lost.",
+                              "\r\n\r\nThe reason: " + DescribeFault(status) + ".  Nothing was lost.",
                           MessageIcon::Exclamation);
     return {.package = true};
 }

@@ -86,7 +86,7 @@ class ConfigReader {
             return tooLarge;
         auto file = files.OpenForReading(entry.path);
         if (!file)
-            return DescribeFault(file.fault());
+            return DescribeFault(file.status());
         // One byte more than the directory says, so that the end of the file is seen at once.
         std::size_t size = 0, room = static_cast<std::size_t>(entry.info.size) + 1;
         for (;;) {
@@ -94,7 +94,7 @@ class ConfigReader {
                 text.resize(size + room);
             const auto count = (*file)->Read(std::as_writable_bytes(std::span(text.data() + size, room)));
             if (!count)
-                return DescribeFault(count.fault());
+                return DescribeFault(count.status());
             size += *count;
             if (size > MaxConfigBytes)
                 return tooLarge;

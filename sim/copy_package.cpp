@@ -1,6 +1,7 @@
 #include "sim/copy_package.h"
 
 #include "package/file_primitives.h"
+#include "package/meg.h"
 #include "package/name_list.h"
 #include "package/progress.h"
 #include "package/scratch.h"
@@ -19,7 +20,6 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::uint64_t Meg = 1'024'000;
 // In a group of many files the progress bar is repainted this often.
 constexpr int FilesPerTouch = 64;
 
@@ -85,9 +85,9 @@ class PackageCopy {
         const auto free = context.files.FreeSpace(root);
         if (!free || *free >= plan.bytes)
             return true;
-        return Refuse("There is not enough room for the package: it needs " + std::to_string(plan.bytes / Meg + 1) +
-                      " Meg and the disk has " + std::to_string(*free / Meg) + " Meg left.  " +
-                      NextStep(FileFault::DiskFull));
+        return Refuse("There is not enough room for the package: it needs " +
+                      std::to_string(plan.bytes / BytesPerMeg + 1) + " Meg and the disk has " +
+                      std::to_string(*free / BytesPerMeg) + " Meg left.  " + NextStep(FileFault::DiskFull));
     }
 
     bool Refuse(const std::string& reason) { return korvadex::Refuse(context, reason); }

@@ -22,7 +22,7 @@ Status DeleteDirectory(CommandContext& context, const std::string& directory, co
 }
 
 std::string DescribeRemaining(const Status& status) {
-    return status.path + " could not be removed (" + DescribeFault(status.fault) + ")";
+    return status.path + " could not be removed (" + DescribeFault(status) + ")";
 }
 
 void TellIncompleteRemoval(CommandContext& context, const Status& status) {

@@ -80,7 +80,7 @@ PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path) {
     PanelCheck check;
     const auto lines = ReadConfigLines(context.files, path);
     if (!lines) {
-        context.user.Tell(path + " could not be read (" + DescribeFault(lines.fault()) +
+        context.user.Tell(path + " could not be read (" + DescribeFault(lines.status()) +
                               "), so that its gauges were not checked.",
                           MessageIcon::Exclamation);
         return check;
@@ -189,7 +189,7 @@ void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {
         context.user.Tell("Done.");
     else
         context.user.Tell("The gauges could not be copied to Staging.\r\n\r\n" + status.path +
-                              "\r\n\r\nThe reason: " + DescribeFault(status.fault) + ".  " + NextStep(status.fault),
+                              "\r\n\r\nThe reason: " + DescribeFault(status) + ".  " + NextStep(status.fault),
                           MessageIcon::Exclamation);
 }
 

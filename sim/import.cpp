@@ -149,7 +149,7 @@ class Import {
     }
 
     void NoteNotCopied(const std::string& relative, const Status& status) {
-        notCopied.push_back(relative + " (" + DescribeFault(status.fault) + ")");
+        notCopied.push_back(relative + " (" + DescribeFault(status) + ")");
     }
 
     Status CopyAside(const FileEntry& file, const std::string& relative, const std::string& aside) {

@@ -51,7 +51,7 @@ class AliasLines {
         const Status status = RewriteAliasLine(context, installed, directory + configFile);
         if (!status)
             failures.push_back(configFile + " could not be changed to " + installed + ".\r\n\r\n" +
-                               "The reason: " + DescribeFault(status.fault) + ".  Please change it with an editor.");
+                               "The reason: " + DescribeFault(status) + ".  Please change it with an editor.");
     }
     void TellFailures(const std::string& directory) {
         for (const std::string& failure : failures)

@@ -108,7 +108,7 @@ class Removal {
         auto remaining = TakeOutGauges(context, package.ref, package.ComponentFiles[Gauges], directory, usage);
         if (!remaining) {
             const Status status = remaining.status();
-            const std::string reason = status.path + " could not be written (" + DescribeFault(status.fault) + ")";
+            const std::string reason = status.path + " could not be written (" + DescribeFault(status) + ")";
             return Keep(reason, "The package was not removed.  "
                                 "Another aircraft has gauges of it, which were to be handed on.\r\n\r\n" +
                                     reason + ".\r\n\r\n" + NextStep(status.fault));

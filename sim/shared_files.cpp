@@ -42,12 +42,10 @@ bool HoldsUnpackedBytes(CommandContext& context, const std::string& packageFile,
 }
 
 Status SharedFiles::EnsureDirectory(const std::string& directory) {
-    if (context.files.IsDirectory(directory))
-        return {};
-    Status status = context.files.CreateDirectory(directory);
-    if (status)
+    const auto isNew = korvadex::EnsureDirectory(context.files, directory);
+    if (isNew && *isNew)
         directories.push_back(directory);
-    return status;
+    return isNew.status();
 }
 
 bool SharedFiles::IsMissing(const std::string& source, const std::string& target) const {
@@ -167,7 +165,7 @@ std::string NextStep(FileFault fault) {
 
 void TellCopyFailed(CommandContext& context, const Status& failure) {
     context.user.Tell("The package could not be copied, and nothing of it was left behind.\r\n\r\n" + failure.path +
-                          "\r\n\r\n" + "The reason: " + DescribeFault(failure.fault) + ".  " + NextStep(failure.fault),
+                          "\r\n\r\n" + "The reason: " + DescribeFault(failure) + ".  " + NextStep(failure.fault),
                       MessageIcon::Exclamation);
 }
 
