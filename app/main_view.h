@@ -94,8 +94,9 @@ struct LocationsForm {
     std::function<bool()> checkOpenings; // as Program::CheckOpenings, while the dialog is open
 };
 class ProfileEditor;
-class ProgramDialogs : public PictureConverter {
+class ProgramDialogs {
   public:
+    virtual ~ProgramDialogs() = default;
     // frmLocations with the non-empty profiles of settings; at a first start, with what can be proposed where nothing
     // was entered yet. The check box changes settings.AskLocationAtStart at once. None when the dialog was closed
     // without cmdAccept.

@@ -90,7 +90,7 @@ std::string Program::NameForImage() const {
 }
 
 void Program::ImportImages(const OfferedPictures& offered) {
-    const auto imported = ImportPictures(context, dialogs, package, offered, NameForImage());
+    const auto imported = ImportPictures(context, converter, package, offered, NameForImage());
     if (imported.empty())
         return;
     ShowChanges({.package = true});

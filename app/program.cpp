@@ -17,9 +17,10 @@
 namespace korvadex {
 
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
-                 ProgramDialogs& programDialogs, MainForm& mainForm, std::string appDir, std::string runningExecutable)
-    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs), form(mainForm),
-      executable(std::move(runningExecutable)) {
+                 ProgramDialogs& programDialogs, PictureConverter& pictureConverter, MainForm& mainForm,
+                 std::string appDir, std::string runningExecutable)
+    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
+      converter(pictureConverter), form(mainForm), executable(std::move(runningExecutable)) {
     settings.AppDir = AddBackslash(appDir);
 }
 

@@ -28,8 +28,8 @@ namespace korvadex {
 class Program : private CommandDisplay {
   public:
     // appDir ends in a backslash; executable is started again after a change of the Hangar location.
-    Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs, MainForm& form,
-            std::string appDir, std::string executable);
+    Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs,
+            PictureConverter& converter, MainForm& form, std::string appDir, std::string executable);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -247,6 +247,7 @@ class Program : private CommandDisplay {
     Launcher& launcher;
     UserDialogs& user;
     ProgramDialogs& dialogs;
+    PictureConverter& converter;
     MainForm& form;
     const std::string executable;
 

@@ -66,11 +66,12 @@ void Start(benchmark::State& state, const Collection& collection, bool isCold) {
     SilentUser user;
     UnseenForm form;
     UnseenDialogs dialogs;
+    UnseenConverter converter;
     NoLauncher launcher;
     for ([[maybe_unused]] auto turn : state) {
         if (isCold)
             files = collection.Files();
-        Program program(*files, launcher, user, dialogs, form, "C:\\App\\", "");
+        Program program(*files, launcher, user, dialogs, converter, form, "C:\\App\\", "");
         if (!program.Start() ||
             program.View().statusCounts != "2000 packages  -  200 installed in MSFS  -  Staging is empty") {
             state.SkipWithError("the program did not start as it should");

@@ -201,7 +201,8 @@ Work UninstallWork(const TemporaryDrive& drive) {
                   AgreeableUser user;
                   UnseenForm form;
                   UnseenDialogs dialogs;
-                  Program program(*files, launcher, user, dialogs, form, "C:\\App\\", "");
+                  UnseenConverter converter;
+                  Program program(*files, launcher, user, dialogs, converter, form, "C:\\App\\", "");
                   if (!program.Start())
                       return false;
                   program.UninstallAll();

@@ -33,6 +33,10 @@ class UnseenDialogs : public ProgramDialogs {
     void ShowLocationProfiles(ProfileEditor&) override {}
     OfferedPictures ChoosePictures(const std::string&) override { return {}; }
     OfferedPictures ClipboardPictures() override { return {}; }
+};
+
+class UnseenConverter : public PictureConverter {
+  public:
     PreparedPicture Prepare(const std::string&) override { return {}; }
 };
 

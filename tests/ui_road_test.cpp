@@ -212,7 +212,7 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
     EXPECT_EQ(Changes(), Names{"*App\\kx.ini"});
 
     frmHangar nextWindow(drive.Files());
-    Program next(drive.Files(), launcher, dialogs, dialogs, nextWindow, drive.At("App\\"), "the executable");
+    Program next(drive.Files(), launcher, dialogs, dialogs, converter, nextWindow, drive.At("App\\"), "the executable");
     nextWindow.SetProgram(&next);
     ASSERT_TRUE(next.Start());
     EXPECT_EQ(Control<QComboBox>(nextWindow, "cboPackageName").currentText(), "Skerrow_ Amphibian v2_0");

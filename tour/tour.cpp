@@ -9,6 +9,7 @@
 #include "ui/dialogs.h"
 #include "ui/frmHangar.h"
 #include "ui/frmSplash.h"
+#include "ui/picture_files.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -82,8 +83,8 @@ struct Tour::Example {
 
 struct Tour::Run {
     explicit Run(const test::HostDrive& drive)
-        : dialogs(*drive.files), hangar(*drive.files),
-          program(*drive.files, launcher, dialogs, dialogs, hangar, drive.root + demo::AppDirectory, "") {
+        : dialogs(*drive.files), converter(*drive.files), hangar(*drive.files),
+          program(*drive.files, launcher, dialogs, dialogs, converter, hangar, drive.root + demo::AppDirectory, "") {
         dialogs.SetMainWindow(&hangar);
         hangar.SetProgram(&program);
     }
@@ -93,6 +94,7 @@ struct Tour::Run {
 
     NoLauncher launcher;
     Dialogs dialogs;
+    QtPictureConverter converter;
     frmHangar hangar;
     Program program;
     std::unique_ptr<frmSplash> splash;

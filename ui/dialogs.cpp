@@ -186,8 +186,4 @@ OfferedPictures Dialogs::ClipboardPictures() {
     return content ? OfferContent(files, *content) : OfferedPictures();
 }
 
-PreparedPicture Dialogs::Prepare(const std::string& path) {
-    return PreparePicture(ToQt(files.HostPath(path)));
-}
-
 } // namespace korvadex

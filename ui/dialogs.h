@@ -35,7 +35,6 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowLocationProfiles(ProfileEditor& profiles) override;
     OfferedPictures ChoosePictures(const std::string& directory) override;
     OfferedPictures ClipboardPictures() override;
-    PreparedPicture Prepare(const std::string& path) override;
 
   private:
     QWidget* Parent() const;

@@ -7,6 +7,7 @@
 #include "ui/frmSplash.h"
 #include "ui/icons.h"
 #include "ui/message_box.h"
+#include "ui/picture_files.h"
 #include "ui/qt_text.h"
 #include "ui/single_instance.h"
 
@@ -78,7 +79,8 @@ int RunProgram() {
     Dialogs dialogs(*files);
     frmHangar hangar(*files);
     dialogs.SetMainWindow(&hangar);
-    Program program(*files, *launcher, dialogs, dialogs, hangar, appDir, RunningExecutable());
+    QtPictureConverter converter(*files);
+    Program program(*files, *launcher, dialogs, dialogs, converter, hangar, appDir, RunningExecutable());
     hangar.SetProgram(&program);
     QObject::connect(&hangar, &frmHangar::Ended, [&] {
         instance.GiveUp();

@@ -40,7 +40,8 @@ constexpr const char* NoJpeg = "it cannot be saved as JPEG.  Save it as JPEG wit
 
 } // namespace
 
-PreparedPicture PreparePicture(const QString& hostPath) {
+PreparedPicture QtPictureConverter::Prepare(const std::string& path) {
+    const QString hostPath = ToQt(files.HostPath(path));
     const auto problem = [](const LoadedPicture& failed) {
         return PreparedPicture{{}, {}, FromQt(failed.trouble + ".  " + failed.advice)};
     };

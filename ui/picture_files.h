@@ -11,8 +11,15 @@ class QMimeData;
 
 namespace korvadex {
 
-// For PictureConverter: JPEG and GIF files stay as they are, all others become JPEG.
-PreparedPicture PreparePicture(const QString& hostPath);
+// JPEG and GIF files stay as they are, all others become JPEG.
+class QtPictureConverter : public PictureConverter {
+  public:
+    explicit QtPictureConverter(const FileSystem& fileSystem) : files(fileSystem) {}
+    PreparedPicture Prepare(const std::string& path) override;
+
+  private:
+    const FileSystem& files;
+};
 
 // "Pictures (*.bmp *.jpg ...)", for the file dialog.
 QString PictureFileFilter();

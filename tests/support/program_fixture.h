@@ -3,6 +3,7 @@
 
 #include "app/program.h"
 #include "tests/support/command_fixture.h"
+#include "tests/support/fake_converter.h"
 #include "tests/support/recording_form.h"
 
 #include <memory>
@@ -30,7 +31,8 @@ class ProgramTest : public CommandTest {
     std::string SavedSettings() const { return drive.Get("App\\kx.ini"); }
 
     Program& Make(FileSystem& files) {
-        program = std::make_unique<Program>(files, launcher, user, dialogs, form, drive.At("App\\"), "the executable");
+        program = std::make_unique<Program>(files, launcher, user, dialogs, converter, form, drive.At("App\\"),
+                                            "the executable");
         return *program;
     }
     // Starts with the settings file of PutSettings.
@@ -50,6 +52,7 @@ class ProgramTest : public CommandTest {
     std::string Shown() const { return program->Package().path; }
 
     ScriptedLocations dialogs;
+    FakeConverter converter;
     RecordingForm form;
     std::unique_ptr<Program> program;
 };

@@ -3,7 +3,6 @@
 
 #include "app/main_view.h"
 #include "app/overviews.h"
-#include "tests/support/fake_converter.h"
 
 #include <gtest/gtest.h>
 
@@ -109,7 +108,6 @@ class ScriptedLocations : public ProgramDialogs {
         return chosenPictures;
     }
     OfferedPictures ClipboardPictures() override { return clipboardPictures; }
-    PreparedPicture Prepare(const std::string& path) override { return FakeConverter().Prepare(path); }
 
   private:
     std::deque<std::optional<LocationsEntry>> answers;

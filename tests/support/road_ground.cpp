@@ -97,7 +97,7 @@ RoadGround::RoadGround(std::string roadTitle, std::uint64_t diceSeed, Mood roadM
 }
 
 void RoadGround::Start() {
-    program = std::make_unique<Program>(drive.Files(), launcher, user, dialogs, form, drive.At("App\\"), "");
+    program = std::make_unique<Program>(drive.Files(), launcher, user, dialogs, converter, form, drive.At("App\\"), "");
     program->Start();
 }
 

@@ -4,6 +4,7 @@
 
 #include "app/program.h"
 #include "tests/support/command_fixture.h"
+#include "tests/support/fake_converter.h"
 #include "tests/support/random_addon.h"
 #include "tests/support/random_roads.h"
 #include "tests/support/recording_form.h"
@@ -107,6 +108,7 @@ class RoadGround {
     AutomaticUser user;
     RecordingLauncher launcher;
     ScriptedLocations dialogs;
+    FakeConverter converter;
     RecordingForm form;
     std::unique_ptr<Program> program;
 

@@ -6,6 +6,7 @@
 #include "tests/support/modal_user.h"
 #include "ui/dialogs.h"
 #include "ui/frmHangar.h"
+#include "ui/picture_files.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -84,8 +85,9 @@ class WindowTest : public testing::Test {
     TemporaryDrive drive;
     RecordingLauncher launcher;
     Dialogs dialogs{drive.Files()};
+    QtPictureConverter converter{drive.Files()};
     frmHangar window{drive.Files()};
-    Program program{drive.Files(), launcher, dialogs, dialogs, window, drive.At("App\\"), "the executable"};
+    Program program{drive.Files(), launcher, dialogs, dialogs, converter, window, drive.At("App\\"), "the executable"};
     ModalUser user;
 };
 
