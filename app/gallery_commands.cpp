@@ -37,7 +37,7 @@ void Program::ChooseGalleryPicture(int row) {
         }
         if (isFound) {
             ShowImage(picture->path);
-            form.ComeToFront();
+            window.ComeToFront();
         } else {
             user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
         }

@@ -10,7 +10,7 @@ std::optional<std::string> GalleryWindow::Open(const std::string& caption, const
     if (opened.pictures.empty())
         return opened.notice;
     shown = std::move(opened);
-    form.ShowGallery(shown);
+    window.ShowGallery(shown);
     return std::nullopt;
 }
 
@@ -23,14 +23,14 @@ void GalleryWindow::Fill(GalleryView& filled) const {
 }
 
 void GalleryWindow::Refresh() {
-    if (!form.IsGalleryVisible())
+    if (!window.IsGalleryVisible())
         return;
     GalleryView now = shown;
     Fill(now);
     if (now == shown)
         return;
     shown = std::move(now);
-    form.UpdateGallery(shown);
+    window.UpdateGallery(shown);
 }
 
 std::optional<GalleryPicture> GalleryWindow::PictureAt(int row) const {

@@ -1,7 +1,7 @@
 // The picture gallery beside the main window, for a category or for the whole Hangar.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
 
 #include <optional>
 #include <string>
@@ -10,9 +10,9 @@ namespace korvadex {
 
 class GalleryWindow {
   public:
-    GalleryWindow(MainForm& mainForm, const FileSystem& fileSystem, const Locations& known,
+    GalleryWindow(MainWindow& mainWindow, const FileSystem& fileSystem, const Locations& known,
                   const WalkLimits& walkLimits)
-        : form(mainForm), files(fileSystem), locations(known), limits(walkLimits) {}
+        : window(mainWindow), files(fileSystem), locations(known), limits(walkLimits) {}
 
     // Opens the window with the pictures below a directory (ends in a backslash; "" for none). Where there are none it
     // stays as it is, and what was left out comes back, "" for nothing.
@@ -25,7 +25,7 @@ class GalleryWindow {
   private:
     void Fill(GalleryView& filled) const;
 
-    MainForm& form;
+    MainWindow& window;
     const FileSystem& files;
     const Locations& locations;
     const WalkLimits& limits;

@@ -13,7 +13,7 @@ std::string DescribeTooLong(const Overview& overview) {
 
 void ListWindow::Show(Overview list) {
     shown = std::move(list);
-    form.ShowFileList(shown.caption, shown.lines);
+    window.ShowFileList(shown.caption, shown.lines);
 }
 
 std::string ListWindow::ShowOverview(std::string_view caption, const HangarListing& hangar) {
@@ -27,7 +27,7 @@ std::string ListWindow::ShowOverview(std::string_view caption, const HangarListi
 }
 
 std::string ListWindow::Refresh(const HangarListing& hangar) {
-    if (!form.IsFileListVisible())
+    if (!window.IsFileListVisible())
         return "";
     auto overview = BuildOverview(shown.caption, hangar, files, locations);
     if (!overview)

@@ -1,7 +1,7 @@
 // The list window beside the main window: overviews of the collection, or who uses a panel or a sound.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
 #include "app/overviews.h"
 
 #include <optional>
@@ -12,8 +12,8 @@ namespace korvadex {
 
 class ListWindow {
   public:
-    ListWindow(MainForm& mainForm, const FileSystem& fileSystem, const Locations& known)
-        : form(mainForm), files(fileSystem), locations(known) {}
+    ListWindow(MainWindow& mainWindow, const FileSystem& fileSystem, const Locations& known)
+        : window(mainWindow), files(fileSystem), locations(known) {}
 
     void Show(Overview list);
     // Opens the window with an overview of the Hangar. Gives what there is to say in the status bar when it is too
@@ -27,7 +27,7 @@ class ListWindow {
     std::optional<ListLine> Choose(int row) const;
 
   private:
-    MainForm& form;
+    MainWindow& window;
     const FileSystem& files;
     const Locations& locations;
     Overview shown; // what the window was given last

@@ -2,7 +2,7 @@
 // missing can be made, and the dialog comes back until all three are right or the user gives up.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/program_dialogs.h"
 #include "app/settings.h"
 #include "package/dialogs.h"
 #include "platform/file_system.h"

@@ -17,10 +17,10 @@
 namespace korvadex {
 
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
-                 ProgramDialogs& programDialogs, PictureConverter& pictureConverter, MainForm& mainForm,
+                 ProgramDialogs& programDialogs, PictureConverter& pictureConverter, MainWindow& mainWindow,
                  std::string appDir, std::string runningExecutable)
     : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
-      converter(pictureConverter), form(mainForm), executable(std::move(runningExecutable)) {
+      converter(pictureConverter), window(mainWindow), executable(std::move(runningExecutable)) {
     settings.AppDir = AddBackslash(appDir);
 }
 
@@ -50,7 +50,7 @@ void Program::Run(const std::function<void()>& command) {
         // A list that is not whole is said for as long as it is shown.
         if (view.status.empty())
             view.status = DescribeCut(package.cut, settings.limits);
-        form.ShowStatus(view.status);
+        window.ShowStatus(view.status);
         ShowView();
         if (isEndWanted)
             EndRun();
@@ -111,7 +111,7 @@ void Program::ShowView() {
     view.categoryIndex = selection.CategoryIndex();
     view.packages = selection.Packages();
     view.packageIndex = selection.PackageIndex();
-    form.ShowView(view, package);
+    window.ShowView(view, package);
 }
 
 // --- the main window's own controls
@@ -241,7 +241,7 @@ void Program::StartSimulator() {
 }
 
 void Program::ShowAbout() {
-    form.ShowAbout();
+    window.ShowAbout();
 }
 
 void Program::ChangeLocations() {
@@ -309,20 +309,20 @@ LocationsRequest Program::RequestLocations(LocationsCaller caller, bool showDial
 // --- where commands show what they do
 
 void Program::ShowProgress(int minimum, int maximum) {
-    form.ShowProgress(minimum, maximum);
+    window.ShowProgress(minimum, maximum);
 }
 
 void Program::SetProgress(int value) {
-    form.SetProgress(value);
+    window.SetProgress(value);
 }
 
 void Program::HideProgress() {
-    form.HideProgress();
+    window.HideProgress();
 }
 
 void Program::ShowStatus(const std::string& text) {
     view.status = text;
-    form.ShowStatus(text);
+    window.ShowStatus(text);
 }
 
 void Program::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {

@@ -5,7 +5,8 @@
 #include "app/gallery_window.h"
 #include "app/list_window.h"
 #include "app/locations_entry.h"
-#include "app/main_view.h"
+#include "app/main_window.h"
+#include "app/program_dialogs.h"
 #include "app/selection.h"
 #include "app/settings.h"
 #include "archive/mod_unzip.h"
@@ -29,7 +30,7 @@ class Program : private CommandDisplay {
   public:
     // appDir ends in a backslash; executable is started again after a change of the Hangar location.
     Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs,
-            PictureConverter& converter, MainForm& form, std::string appDir, std::string executable);
+            PictureConverter& converter, MainWindow& window, std::string appDir, std::string executable);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -248,7 +249,7 @@ class Program : private CommandDisplay {
     UserDialogs& user;
     ProgramDialogs& dialogs;
     PictureConverter& converter;
-    MainForm& form;
+    MainWindow& window;
     const std::string executable;
 
     Settings settings;
@@ -263,8 +264,8 @@ class Program : private CommandDisplay {
     modUnzip unzip;             // one for the run: it remembers the last right password
     // The Hangar or the simulator may have changed since it was listed: that is done anew after the command.
     bool isHangarStale = false;
-    ListWindow fileList{form, files, settings.locations};
-    GalleryWindow gallery{form, files, settings.locations, settings.limits};
+    ListWindow fileList{window, files, settings.locations};
+    GalleryWindow gallery{window, files, settings.locations, settings.limits};
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

@@ -22,7 +22,7 @@ bool Program::Start() {
 }
 
 void Program::StartUp() {
-    const auto loaded = LoadSettings(files, form.Screen(), settings);
+    const auto loaded = LoadSettings(files, window.Screen(), settings);
     if (!loaded) {
         isSaved = true; // what cannot be read is not written over
         user.Tell("The settings file " + settings.AppDir + std::string(SettingsFileName) + " could not be read (" +
@@ -42,8 +42,8 @@ void Program::StartUp() {
             "- Microsoft Flight Simulator directory: The directory where Flight Simulator is installed.\r\n\r\nNote:  "
             "The Staging and Hangar directories should initially be empty.  See kxdoc.htm for more info.",
             MessageIcon::Information);
-    form.ApplyGeometry(settings.mainWindow);
-    form.ApplyListGeometry(settings.ListWindowGeometry);
+    window.ApplyGeometry(settings.mainWindow);
+    window.ApplyListGeometry(settings.ListWindowGeometry);
 
     auto request = RequestLocations(LocationsCaller::StartUp, isFirstRun);
     request.RestartedAfterLocationChange = TakeMarker();
@@ -141,11 +141,11 @@ void Program::SaveForSessionEnd() {
 }
 
 Status Program::Save() {
-    if (const auto list = form.ListGeometry())
+    if (const auto list = window.ListGeometry())
         settings.ListWindowGeometry = *list;
     // Before it was shown, a window that the file has no place for has none worth keeping.
     const bool isPlaced = hasStarted || settings.mainWindow.top;
-    return SaveSettings(files, settings, isPlaced ? form.Geometry() : std::nullopt);
+    return SaveSettings(files, settings, isPlaced ? window.Geometry() : std::nullopt);
 }
 
 void Program::EndRun() {
@@ -157,7 +157,7 @@ void Program::EndRun() {
                           DescribeFault(status) + ").  The file is as it was.",
                       MessageIcon::Exclamation);
     }
-    form.EndProgram();
+    window.EndProgram();
 }
 
 void Program::RestartWith(const Settings& oldSettings) {

@@ -2,7 +2,7 @@
 // overviews of the list window. "Cold" is a file system that has seen nothing of the disk yet, "warm" one that has just
 // done the same.
 #include "bench/bench_command.h"
-#include "bench/unseen_form.h"
+#include "bench/unseen_window.h"
 
 #include "app/program.h"
 
@@ -64,7 +64,7 @@ class SilentUser : public AgreeableUser {
 void Start(benchmark::State& state, const Collection& collection, bool isCold) {
     auto files = collection.Files();
     SilentUser user;
-    UnseenForm form;
+    UnseenWindow form;
     UnseenDialogs dialogs;
     UnseenConverter converter;
     NoLauncher launcher;

@@ -7,7 +7,7 @@
 #include "bench/bench_command.h"
 #include "bench/bench_data.h"
 #include "bench/child_process.h"
-#include "bench/unseen_form.h"
+#include "bench/unseen_window.h"
 
 #include "app/program.h"
 #include "archive/compression.h"
@@ -199,7 +199,7 @@ Work UninstallWork(const TemporaryDrive& drive) {
                   const auto files = drive.Files();
                   NoLauncher launcher;
                   AgreeableUser user;
-                  UnseenForm form;
+                  UnseenWindow form;
                   UnseenDialogs dialogs;
                   UnseenConverter converter;
                   Program program(*files, launcher, user, dialogs, converter, form, "C:\\App\\", "");

@@ -5,7 +5,7 @@
 #include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
-#include "tests/support/recording_form.h"
+#include "tests/support/recording_window.h"
 
 namespace korvadex::test {
 namespace {

@@ -181,16 +181,6 @@ TEST_F(HangarWindow, TheWheelChangesOnlyWhatHasTheFocus) {
     EXPECT_EQ(turn(), "Props");
 }
 
-TEST_F(HangarWindow, ProgressIsShownWhileACommandRuns) {
-    const auto& bar = Control<QProgressBar>(window, "prbProgress");
-    window.ShowProgress(0, 9);
-    window.SetProgress(4);
-    EXPECT_TRUE(bar.isVisible());
-    EXPECT_EQ(bar.value(), 4);
-    window.HideProgress();
-    EXPECT_FALSE(bar.isVisible());
-}
-
 TEST_F(HangarWindow, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
     ShowPackage("Beaver");
     auto& chooser = Control<QComboBox>(window, "cboPackageName");

@@ -1,7 +1,7 @@
 // What a command asks the user, asked with modal windows.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/program_dialogs.h"
 #include "package/dialogs.h"
 #include "platform/file_system.h"
 

@@ -1,7 +1,7 @@
 // The main window: shows what the program tells it and hands on what the user does.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
 #include "app/program.h"
 #include "platform/file_system.h"
 #include "ui/painting.h"
@@ -26,7 +26,7 @@ class frmFileList;
 class frmPhotos;
 class Menus;
 
-class frmHangar : public QMainWindow, public MainForm {
+class frmHangar : public QMainWindow, public MainWindow {
     Q_OBJECT
 
   public:

@@ -1,7 +1,7 @@
 // The dialog in which the user says where Staging, the Hangar and the simulator are.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/program_dialogs.h"
 #include "platform/file_system.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
 // The picture gallery beside the main window: a page of fifteen thumbnails, and the marked one larger.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
 #include "platform/file_system.h"
 
 #include <QDialog>

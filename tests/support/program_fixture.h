@@ -4,7 +4,7 @@
 #include "app/program.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/fake_converter.h"
-#include "tests/support/recording_form.h"
+#include "tests/support/recording_window.h"
 
 #include <memory>
 #include <string>
@@ -53,7 +53,7 @@ class ProgramTest : public CommandTest {
 
     ScriptedLocations dialogs;
     FakeConverter converter;
-    RecordingForm form;
+    RecordingWindow form;
     std::unique_ptr<Program> program;
 };
 

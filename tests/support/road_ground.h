@@ -7,7 +7,7 @@
 #include "tests/support/fake_converter.h"
 #include "tests/support/random_addon.h"
 #include "tests/support/random_roads.h"
-#include "tests/support/recording_form.h"
+#include "tests/support/recording_window.h"
 
 #include <functional>
 #include <memory>
@@ -109,7 +109,7 @@ class RoadGround {
     RecordingLauncher launcher;
     ScriptedLocations dialogs;
     FakeConverter converter;
-    RecordingForm form;
+    RecordingWindow form;
     std::unique_ptr<Program> program;
 
     std::string step, category, package; // the latter two: what the road is about at the moment

@@ -1,11 +1,12 @@
 // The main window and the dialogs of a whole program run that nobody looks at.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
+#include "app/program_dialogs.h"
 
 namespace korvadex::bench {
 
-class UnseenForm : public MainForm {
+class UnseenWindow : public MainWindow {
   public:
     void ShowView(const MainView&, const LoadedPackage&) override {}
     void ShowStatus(const std::string&) override {}

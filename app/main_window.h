@@ -1,14 +1,12 @@
-// What the main window shows at the moment, apart from the loaded package itself.
+// The main window as the program drives it, and what it shows.
 #pragma once
 
 #include "app/hangar_listing.h"
 #include "app/settings.h"
 #include "media/gallery.h"
-#include "media/picture_import.h"
 #include "package/command_context.h"
 #include "package/loaded_package.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,6 +16,7 @@ namespace korvadex {
 inline constexpr const char* HangarHeader = "H A N G A R";
 inline constexpr const char* StagingHeader = "S T A G I N G";
 
+// What it shows at the moment, apart from the loaded package itself.
 struct MainView {
     bool HangarSideShown = true;
     std::string caption = "Korvadex"; // "     (Staging Contains Files)" is added
@@ -48,10 +47,10 @@ struct GalleryView {
     bool operator==(const GalleryView&) const = default;
 };
 
-// The real main window, as the program drives it. Values come in whole; the window shows what has changed.
-class MainForm {
+// Values come in whole; the window shows what has changed.
+class MainWindow {
   public:
-    virtual ~MainForm() = default;
+    virtual ~MainWindow() = default;
     virtual void ShowView(const MainView& view, const LoadedPackage& package) = 0;
     virtual void ShowStatus(const std::string& text) = 0;
     virtual void ShowProgress(int minimum, int maximum) = 0;
@@ -80,34 +79,6 @@ class MainForm {
     virtual std::optional<WindowGeometry> ListGeometry() const = 0;
     // EndProgram: closes every window and leaves the event loop.
     virtual void EndProgram() = 0;
-};
-
-// What the locations dialog takes in and gives back.
-struct LocationsEntry {
-    std::string profileText; // the text of cboLocationProfile
-    Locations locations;
-};
-enum class LocationsFor { FirstStart, Start, Change };
-struct LocationsForm {
-    LocationsFor purpose = LocationsFor::Change;
-    std::function<void()> openReadMe;
-    std::function<bool()> checkOpenings; // as Program::CheckOpenings, while the dialog is open
-};
-class ProfileEditor;
-class ProgramDialogs {
-  public:
-    virtual ~ProgramDialogs() = default;
-    // frmLocations with the non-empty profiles of settings; at a first start, with what can be proposed where nothing
-    // was entered yet. The check box changes settings.AskLocationAtStart at once. None when the dialog was closed
-    // without cmdAccept.
-    virtual std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) = 0;
-    // frmLocationProfiles, and frmLocationProfileModify from there.
-    virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
-
-    // Existing picture files, one or several; the directory to open on may be "". None of them: cancelled.
-    virtual OfferedPictures ChoosePictures(const std::string& directory) = 0;
-    // Picture files, or a picture, that lie on the clipboard.
-    virtual OfferedPictures ClipboardPictures() = 0;
 };
 
 } // namespace korvadex

@@ -1,8 +1,9 @@
 // A main window that remembers what it was shown, and a locations dialog that is filled in by a script.
 #pragma once
 
-#include "app/main_view.h"
+#include "app/main_window.h"
 #include "app/overviews.h"
+#include "app/program_dialogs.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@
 
 namespace korvadex::test {
 
-class RecordingForm : public MainForm {
+class RecordingWindow : public MainWindow {
   public:
     MainView view;
     std::string status, listCaption;

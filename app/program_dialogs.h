@@ -1,0 +1,41 @@
+// The dialogs that only the program itself shows, not its commands.
+#pragma once
+
+#include "app/settings.h"
+#include "media/picture_import.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace korvadex {
+
+// What the locations dialog takes in and gives back.
+struct LocationsEntry {
+    std::string profileText; // the text of cboLocationProfile
+    Locations locations;
+};
+enum class LocationsFor { FirstStart, Start, Change };
+struct LocationsForm {
+    LocationsFor purpose = LocationsFor::Change;
+    std::function<void()> openReadMe;
+    std::function<bool()> checkOpenings; // as Program::CheckOpenings, while the dialog is open
+};
+class ProfileEditor;
+class ProgramDialogs {
+  public:
+    virtual ~ProgramDialogs() = default;
+    // frmLocations with the non-empty profiles of settings; at a first start, with what can be proposed where nothing
+    // was entered yet. The check box changes settings.AskLocationAtStart at once. None when the dialog was closed
+    // without cmdAccept.
+    virtual std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) = 0;
+    // frmLocationProfiles, and frmLocationProfileModify from there.
+    virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
+
+    // Existing picture files, one or several; the directory to open on may be "". None of them: cancelled.
+    virtual OfferedPictures ChoosePictures(const std::string& directory) = 0;
+    // Picture files, or a picture, that lie on the clipboard.
+    virtual OfferedPictures ClipboardPictures() = 0;
+};
+
+} // namespace korvadex
