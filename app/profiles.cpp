@@ -5,8 +5,8 @@
 
 namespace korvadex {
 
-std::array<std::string, 10> ProfileEditor::Names() const {
-    std::array<std::string, 10> names;
+std::array<std::string, ProfileCount> ProfileEditor::Names() const {
+    std::array<std::string, ProfileCount> names;
     for (std::size_t slot = 0; slot < names.size(); ++slot)
         names[slot] = settings.LocationProfiles[slot].name;
     return names;

@@ -1,4 +1,4 @@
-// Managing the ten location profiles: naming, changing and clearing those that are not in use.
+// Managing the location profiles: naming, changing and clearing those that are not in use.
 #pragma once
 
 #include "app/settings.h"
@@ -9,7 +9,7 @@
 
 namespace korvadex {
 
-// What frmLocationProfiles and frmLocationProfileModify do; they hold the widgets. Slots count from 0 to 9.
+// What frmLocationProfiles and frmLocationProfileModify do; they hold the widgets. Slots count from 0.
 // kx.ini is written by the caller.
 class ProfileEditor {
   public:
@@ -18,7 +18,7 @@ class ProfileEditor {
 
     const Settings& GetSettings() const { return settings; }
     // "" for a free slot.
-    std::array<std::string, 10> Names() const;
+    std::array<std::string, ProfileCount> Names() const;
     // False, after a message, for the profile in use.
     bool CanModify(int slot);
     // What frmLocationProfileModify begins with.

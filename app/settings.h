@@ -33,9 +33,12 @@ struct ScreenSize {
     double height = 0, width = 0; // twips
 };
 
+// A key of kx.ini has one digit for the profile.
+inline constexpr std::size_t ProfileCount = 10;
+
 // What the file keeps, but for the main window's geometry.
 struct SettingsValues {
-    std::array<LocationProfile, 10> LocationProfiles;
+    std::array<LocationProfile, ProfileCount> LocationProfiles;
     int CurrentProfile = 0;
     bool AskLocationAtStart = false;
     std::string LastZipPath;

@@ -29,26 +29,8 @@ constexpr std::array<FilePattern, 11> DocumentationPatterns = {
     {{"txt"}, {"1st"}, {"doc"}, {"hlp"}, {"html"}, {"htm"}, {"pdf"}, {"diz"}, {"rtf"}, {"wri"}, {"xls"}}};
 constexpr std::array<FilePattern, 3> MiscellaneousPatterns = {{{"fx"}, {"dll"}, {"dat"}}};
 
-// A name is recognized by its last characters: as many as the ending has, or as are given.
-struct Ending {
-    std::string_view text;
-    std::size_t compared = text.size();
-};
-
-// "oldpanel.cfg" is compared with nine characters only and so never matches by itself: such names end in
-// "panel.cfg". "sound.cfg" takes oldsound.cfg as well.
-constexpr std::array<Ending, 39> RecognizedEndings = {
-    {{".jpg"},      {".bmp"},       {".gif"},          {".air"}, {".dp"},  {".cdp"},
-     {".diz"},      {".mdl"},       {".mpi"},          {".nmp"}, {".wav"}, {".r8"},
-     {".txr"},      {".bm6"},       {".gau"},          {".cab"}, {".txt"}, {".1st"},
-     {".doc"},      {".hlp"},       {".html"},         {".fx"},  {".dll"}, {".dat"},
-     {".htm"},      {".pdf"},       {".rtf"},          {".wri"}, {".xls"}, {"aircraft.cfg"},
-     {"model.cfg"}, {"panel.cfg"},  {".adl"},          {".clk"}, {".nel"}, {"oldpanel.cfg", 9},
-     {"sound.cfg"}, {"_check.cfg"}, {"_checklist.cfg"}}};
-
-bool EndsWith(std::string_view key, const Ending& ending) {
-    return key.size() >= ending.compared && key.substr(key.size() - ending.compared) == ending.text;
-}
+// Names that end so are recognized although no group collects them: mypanel.cfg.
+constexpr std::array<std::string_view, 4> RecognizedEndings = {"aircraft.cfg", "model.cfg", "panel.cfg", "sound.cfg"};
 
 } // namespace
 
@@ -114,10 +96,16 @@ FileList CollectGroup(const Tree& tree, Group group, const PanelBitmapNames& nam
 }
 
 bool IsRecognized(std::string_view key) {
-    return std::any_of(RecognizedEndings.begin(), RecognizedEndings.end(),
-                       [&](const Ending& ending) { return EndsWith(key, ending); }) ||
-           MatchesPattern(key, "af", FileMode::Extension) || MatchesPattern(key, "cf", FileMode::Extension) ||
-           MatchesPattern(key, "tx", FileMode::Extension);
+    if (MatchesPattern(key, "bmp", FileMode::Extension) ||
+        std::ranges::any_of(RecognizedEndings, [&](std::string_view ending) { return key.ends_with(ending); }))
+        return true;
+    for (int group = 0; group < GroupCount; ++group) {
+        for (const auto& pattern : PatternsOf(static_cast<Group>(group))) {
+            if (MatchesPattern(key, pattern.text, pattern.mode))
+                return true;
+        }
+    }
+    return false;
 }
 
 } // namespace korvadex

@@ -33,8 +33,8 @@ class frmLocationProfiles : public QDialog {
     FileSystem& files;
     ProfileEditor& profiles;
     std::unique_ptr<Ui::frmLocationProfiles> ui;
-    std::array<QLineEdit*, 10> txtLocationProfile{};
-    std::array<QPushButton*, 10> cmdModifyProfile{};
+    std::array<QLineEdit*, ProfileCount> txtLocationProfile{};
+    std::array<QPushButton*, ProfileCount> cmdModifyProfile{};
 };
 
 } // namespace korvadex
