@@ -178,7 +178,7 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
     const std::vector<std::string> items = {"Brindle 8 Blue", "Brindle 8 Red"};
     const std::vector<ConfigurationRow> configurations = {{"Brindle 8 Blue", "Texture: blue", drive.At("gone.jpg")},
                                                           {"Brindle 8 Red", "", ""}};
-    const auto import = [&] {
+    const auto imported = [&] {
         std::optional<int> picked;
         dialogs.ShowMSFSImport({.names = items, .accept = [&](int row) {
                                     if (row < 0)
@@ -193,7 +193,7 @@ TEST_F(DialogTest, ALineIsPickedByButtonOrDoubleClickOrNotAtAll) {
         const char *form, *list;
         std::function<std::optional<int>()> pick;
     } rows[] = {{"frmMultipleCfg", "lstConfigs", [&] { return dialogs.ChooseConfiguration(configurations); }},
-                {"frmMSFSImport", "lstPackages", import}};
+                {"frmMSFSImport", "lstPackages", imported}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.form);
         const auto list = [&](QWidget& window) -> QListWidget& { return Control<QListWidget>(window, row.list); };
@@ -397,15 +397,14 @@ TEST_F(DialogTest, TheEndOfTheProgramClosesTheDialogAndComesThrough) {
     rename.accept = [](const RenameEntry&) -> bool { throw ProgramEnd{}; };
     user.Expect("frmRename", [](QWidget& window) { Click(window, "cmdAccept"); });
     EXPECT_THROW(dialogs.ShowRename(rename), ProgramEnd);
-    ImportForm import;
-    import.accept = [](int)->bool { throw ProgramEnd{};
-};
-user.Expect("frmMSFSImport", [](QWidget& window) { Click(window, "cmdOK"); });
-EXPECT_THROW(dialogs.ShowMSFSImport(import), ProgramEnd);
-UnusedGaugesForm gauges;
-gauges.search = [](const auto&) -> std::vector<UnusedGauge> { throw ProgramEnd{}; };
-EXPECT_THROW(dialogs.ShowUnusedGauges(gauges), ProgramEnd);
-} // namespace korvadex::test
+    ImportForm imported;
+    imported.accept = [](int) -> bool { throw ProgramEnd{}; };
+    user.Expect("frmMSFSImport", [](QWidget& window) { Click(window, "cmdOK"); });
+    EXPECT_THROW(dialogs.ShowMSFSImport(imported), ProgramEnd);
+    UnusedGaugesForm gauges;
+    gauges.search = [](const auto&) -> std::vector<UnusedGauge> { throw ProgramEnd{}; };
+    EXPECT_THROW(dialogs.ShowUnusedGauges(gauges), ProgramEnd);
+}
 
 TEST_F(DialogTest, AStatusWindowShowsItsText) {
     user.Expect("frmImportStatus", [](QWidget& window) {
