@@ -249,6 +249,12 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
             EXPECT_EQ(drive.Names().size(), rest.size() + 2) << "something lies outside of Staging";
         }
     }
+    std::string deep = "d/";
+    for (int i = 0; i < 10; ++i)
+        deep += deep;
+    ExpectRefusals("in\\p.zip", "d/d/...  (its name is too long)");
+    EXPECT_EQ(Unpack(ZipBuilder().Add(deep + "a.txt", "evil").Add("last.txt", "2")), "ZIP_p.zip\\last.txt=2");
+    EmptyStaging();
     // Of many, not all are named; nor are letters that would spoil the message.
     ZipBuilder zip;
     zip.Add("../0\tx" + std::string(300, 'x'), "x");

@@ -148,6 +148,12 @@ TEST_F(TreeTest, ARewrittenFileIsTheOldOneOrTheNewOneWhateverFails) {
     });
     EXPECT_GE(stops, 3);
     EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "new");
+
+    ASSERT_TRUE(drive.Files().SetReadOnly(path, true));
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Replace", "", FileFault::DiskFull);
+    EXPECT_FALSE(RewriteBytes(faulty, locations, path, "newer"));
+    EXPECT_TRUE(drive.Files().Info(path)->readOnly);
 }
 
 TEST_F(TreeTest, ComponentFilesOpenAndDelete) {

@@ -25,6 +25,14 @@ using testing::ElementsAre;
 class PosixHost : public testing::Test {
   protected:
     fs::path Host(const std::string& relative) { return files.HostPath(drive.At(relative)); }
+    // Root may read everything.
+    void AsOrdinaryUser(const std::function<void()>& work) {
+        const uid_t user = geteuid();
+        fs::permissions(Host(""), fs::perms::all);
+        ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+        work();
+        ASSERT_TRUE(user != 0 || seteuid(0) == 0);
+    }
 
     test::TemporaryDrive drive;
     FileSystem& files = drive.Files();
@@ -92,19 +100,27 @@ TEST_F(PosixHost, TellsWhereAnotherVolumeBegins) {
 
 TEST_F(PosixHost, ListsWhatItMayNotLookAt) {
     drive.Put("aircraft\\panel.cfg", "x");
-    fs::permissions(Host(""), fs::perms::all);
     fs::permissions(Host("aircraft"), fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    const uid_t user = geteuid();
-    ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
-    const auto entries = files.List(drive.At("aircraft\\"));
-    const auto unwritable = FindUserPlaces(files).checkWritable(drive.At("aircraft\\"));
-    ASSERT_TRUE(user != 0 || seteuid(0) == 0);
-    EXPECT_EQ(unwritable.fault, FileFault::Denied);
+    AsOrdinaryUser([&] {
+        const auto entries = files.List(drive.At("aircraft\\"));
+        EXPECT_TRUE(entries && entries->size() == 1 && entries->front().info.kind == EntryKind::Link);
+        EXPECT_EQ(FindUserPlaces(files).checkWritable(drive.At("aircraft\\")).fault, FileFault::Denied);
+    });
     fs::permissions(Host("aircraft"), fs::perms::owner_all);
     EXPECT_TRUE(FindUserPlaces(files).checkWritable(drive.At("aircraft\\")));
-    ASSERT_TRUE(entries);
-    ASSERT_EQ(entries->size(), 1u);
-    EXPECT_EQ(entries->front().info.kind, EntryKind::Link);
+}
+
+TEST_F(PosixHost, WhatCannotBeFlushedReplacesNothing) {
+    drive.Fill("", "first=1, second=2, old first=old, old second=old");
+    fs::permissions(Host("second"), fs::perms::owner_write);
+    AsOrdinaryUser([&] {
+        const Replacement replacements[] = {{drive.At("first"), drive.At("old first")},
+                                            {drive.At("second"), drive.At("old second")}};
+        const auto outcomes = files.ReplaceAll(replacements);
+        EXPECT_TRUE(outcomes[0]);
+        EXPECT_EQ(outcomes[1].fault, FileFault::Denied);
+    });
+    EXPECT_EQ(drive.Outline(), "old first=1, old second=old, second=2");
 }
 
 TEST_F(PosixHost, KeepsThePermissionsOfARewrittenFile) {

@@ -115,32 +115,44 @@ TEST_F(CopyTest, ACopyThatLostAFileOnTheWayFails) {
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
 
-// Staging may be cleared next, and then the power fails.
+// What it was made of may be deleted next, and then the power fails.
 TEST_F(CopyTest, ACopyIsOnTheDiskBeforeItIsThere) {
-    drive.Fill("Staging", "a.mdl=a, b.air=b");
-    LoadStaging(context, package);
-    FaultyFiles files(drive.Files());
-    std::vector<std::string> flushed;
-    FileFault fault = FileFault::None;
-    files.FailWhere([&](const std::string& change, const std::string& path) {
-        if (change == "Rename" && path == drive.At("Hangar\\Jets\\Lear")) {
-            EXPECT_THAT(flushed,
-                        testing::UnorderedElementsAre(testing::EndsWith("Model\\a.mdl"), testing::EndsWith("b.air"),
-                                                      testing::EndsWith("Model"), testing::EndsWith("Lear")));
-            flushed.clear();
-        }
-        if (change == "Flush")
-            flushed.push_back(path);
-        return change == "Flush" ? fault : FileFault::None;
-    });
-    CommandContext flushing = On(files);
-    EXPECT_TRUE(CopyPackageTo(flushing, package, CopyRoot::Hangar, "Jets\\Lear"));
-    EXPECT_EQ(flushed, std::vector<std::string>{drive.At("Hangar\\Jets")});
+    drive.Fill("Hangar\\Jets\\Cub", "Model\\a.mdl=a, b.air=b, Gauges\\one.gau=1");
+    Select("Cub");
+    const struct {
+        CopyRoot root;
+        std::string name, directory;
+        std::vector<std::string> flushed;
+    } rows[] = {
+        {CopyRoot::Hangar, "Jets\\Lear", "Hangar\\Jets", {"Model\\a.mdl", "b.air", "one.gau", "Model", "Lear"}},
+        {CopyRoot::Staging,
+         "Lear",
+         "Staging\\aircraft",
+         {"a.mdl", "Lear", "Staging\\gauges\\one.gau", "Staging\\gauges"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.directory);
+        FaultyFiles files(drive.Files());
+        std::vector<std::string> flushed;
+        files.FailWhere([&](const std::string& change, const std::string& path) {
+            if (change == "Rename" && path == drive.At(row.directory + "\\Lear")) {
+                for (const std::string& end : row.flushed)
+                    EXPECT_THAT(flushed, testing::Contains(testing::EndsWith(end)));
+                flushed.clear();
+            }
+            if (change == "Flush")
+                flushed.push_back(path);
+            return FileFault::None;
+        });
+        CommandContext flushing = On(files);
+        EXPECT_TRUE(CopyPackageTo(flushing, package, row.root, row.name));
+        EXPECT_EQ(flushed, std::vector<std::string>{drive.At(row.directory)});
 
-    fault = FileFault::Failed;
-    user.Expect("The package could not be copied, and nothing of it was left behind....");
-    EXPECT_FALSE(CopyPackageTo(flushing, package, CopyRoot::Hangar, "Jets\\Other"));
-    EXPECT_FALSE(drive.Has("Hangar\\Jets\\Other"));
+        files.FailOn("Flush", "", FileFault::Failed);
+        user.Expect("The package could not be copied, and nothing of it was left behind....");
+        EXPECT_FALSE(CopyPackageTo(flushing, package, row.root, row.name + " 2"));
+        EXPECT_FALSE(drive.Has(row.directory + "\\Lear 2"));
+    }
 }
 
 TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
@@ -155,6 +167,14 @@ TEST_F(CopyTest, RefusesWhatWasNotListedInFull) {
                     MessageIcon::Exclamation);
         EXPECT_FALSE(CopyStaging("Lear"));
     }
+    drive.MakeDirectory("Staging\\texture");
+    FaultyFiles faulty(drive.Files());
+    faulty.unreadable = drive.At("Staging\\texture\\");
+    CommandContext disk = On(faulty);
+    LoadStaging(disk, package);
+    user.Expect("The directory " + faulty.unreadable +
+                " could not be read, so that the copy would not be complete....");
+    EXPECT_FALSE(CopyPackageTo(disk, package, CopyRoot::Hangar, "Jets\\Lear"));
     EXPECT_EQ(drive.Names("Hangar"), std::vector<std::string>{"Jets\\"});
 }
 

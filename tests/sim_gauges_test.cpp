@@ -68,7 +68,7 @@ TEST_F(SimTest, TheCheckOfAPanelByAliasNamesALenderThatIsMissing) {
 TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
     const struct {
         const char *name, *file, *inPackage, *inSim; // the gauge, and its bytes on both sides
-        const char* otherPanel;                      // of another aircraft
+        const char* otherPanel;                      // of another aircraft; "?": it cannot be looked at
         bool isRemoved;
     } rows[] = {
         {"unused", "clock.gau", "a", "a", "clock\r\nGauge00=other", true},
@@ -77,23 +77,31 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
         {"what a power cut has left of it", "clock.gau", "a", "", "", true},
         {"used", "Clock.gau", "a", "a", "[x]\r\n  GAUGE00 = CLOCK!x,1", false},
         {"used up to the first dot", "Clock.v2.gau", "a", "a", "gauge00=clock", false},
+        {"perhaps used", "clock.gau", "a", "a", "?", false},
         {"a stock name", "BF109E.GAU", "a", "a", "", false},
         {"a stock part", "x.Generic.cab", "a", "a", "", false},
         {"nearly a stock name", "xbf109e.gau", "a", "a", "", true},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string gauge = std::string("FS\\gauges\\") + row.file;
-        PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
-            .WithoutAll()
-            .With(std::string("Gauges\\") + row.file, row.inPackage);
-        drive.Put(gauge, row.inSim);
-        drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", row.otherPanel);
-        drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=learclock");
-        Select("Lear");
-        EXPECT_TRUE(bool(TakeOutGauges(context, package.ref, package.ComponentFiles[Gauges],
-                                       drive.At("FS\\aircraft\\Lear\\"), nullptr)));
-        EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
+        for (const bool isBatch : {false, true}) {
+            SCOPED_TRACE(std::string(row.name) + (isBatch ? ", in a batch" : ""));
+            const std::string gauge = std::string("FS\\gauges\\") + row.file;
+            PackageBuilder(drive, "Hangar\\Jets\\Lear\\")
+                .WithoutAll()
+                .With(std::string("Gauges\\") + row.file, row.inPackage);
+            drive.Put(gauge, row.inSim);
+            drive.Put("FS\\aircraft\\Jet\\panel\\panel.cfg", row.otherPanel);
+            drive.Put("FS\\aircraft\\Lear\\panel\\panel.cfg", "gauge00=learclock");
+            Select("Lear");
+            FaultyFiles files(drive.Files());
+            if (row.otherPanel == std::string_view("?"))
+                files.unreadable = drive.At("FS\\aircraft\\Jet\\panel\\");
+            CommandContext disk = On(files);
+            const SimUsage usage(disk, {});
+            EXPECT_TRUE(bool(TakeOutGauges(disk, package.ref, package.ComponentFiles[Gauges],
+                                           drive.At("FS\\aircraft\\Lear\\"), isBatch ? &usage : nullptr)));
+            EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
+        }
     }
 }
 

@@ -139,6 +139,11 @@ TEST_F(ImportTest, APartialImportIsSaid) {
     user.ExpectImport({"My_Plane", "Zeppelin"}, {0}).Expect("...", MessageIcon::Exclamation);
     EXPECT_EQ(ImportFromSim(context), "");
     EXPECT_THAT(user.transcript.back(), testing::EndsWith("Nothing was imported."));
+    limits.FileMax = 5000;
+    faulty.unreadable = drive.At("FS\\aircraft\\My_Plane\\Sound\\");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {0})
+        .Expect("The directory " + faulty.unreadable + " could not be read....");
+    EXPECT_EQ(ImportFromSim(full), "");
     EXPECT_EQ(drive.Tree("Staging"), staged);
 }
 

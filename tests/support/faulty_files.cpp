@@ -35,11 +35,11 @@ Status FaultyFiles::Count(const char* what, Path path) {
     return rule ? Status{rule(what, path), path, 0} : Status{};
 }
 
-Status FaultyFiles::Move(const char* what, Path from, Path to, Status (FileSystem::*routine)(Path, Path)) {
+Status FaultyFiles::Move(const char* what, Path from, Path to, const std::function<Status()>& move) {
     Status status = Count(what, to);
     if (status && CrossesVolumes(from, to))
         return {FileFault::OtherVolume, from, 0};
-    return status ? (real.*routine)(from, to) : status;
+    return status ? move() : status;
 }
 
 bool FaultyFiles::CrossesVolumes(Path a, Path b) const {
@@ -51,6 +51,15 @@ std::vector<Status> FaultyFiles::Flush(std::span<const std::string> paths) {
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (Status status = Count("Flush", paths[i]); !status)
             outcomes[i] = status;
+    }
+    return outcomes;
+}
+
+std::vector<Status> FaultyFiles::ReplaceAll(std::span<const Replacement> replacements) {
+    std::vector<Status> outcomes;
+    for (const Replacement& replacement : replacements) {
+        const auto replace = [&] { return real.ReplaceAll(std::span(&replacement, 1)).front(); };
+        outcomes.push_back(Move("Replace", replacement.from, replacement.to, replace));
     }
     return outcomes;
 }

@@ -53,10 +53,15 @@ class FaultyFiles : public FileSystem {
     Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override { return real.OpenForReading(path); }
     Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override;
     Status Copy(Path from, Path to) override { return Change("Copy", to, &FileSystem::Copy, from, to); }
-    Status Rename(Path from, Path to) override { return Move("Rename", from, to, &FileSystem::Rename); }
-    Status Replace(Path from, Path to) override { return Move("Replace", from, to, &FileSystem::Replace); }
+    Status Rename(Path from, Path to) override {
+        return Move("Rename", from, to, [&] { return real.Rename(from, to); });
+    }
+    Status Replace(Path from, Path to) override {
+        return Move("Replace", from, to, [&] { return real.Replace(from, to); });
+    }
     void BeginFlush(Path path) override { real.BeginFlush(path); }
     std::vector<Status> Flush(std::span<const std::string> paths) override;
+    std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
     Status CreateDirectory(Path path) override {
         return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
@@ -95,7 +100,7 @@ class FaultyFiles : public FileSystem {
         Status status = Count(what, path);
         return status ? (real.*routine)(arguments...) : status;
     }
-    Status Move(const char* what, Path from, Path to, Status (FileSystem::*routine)(Path, Path));
+    Status Move(const char* what, Path from, Path to, const std::function<Status()>& move);
     bool CrossesVolumes(Path a, Path b) const;
 
     FileSystem& real;
