@@ -36,7 +36,8 @@ struct UnpackReport {
     struct Refused {
         std::string name, reason;
     };
-    std::vector<Refused> refused = {}; // members left out because of their name, their kind or what is in their way
+    // Members left out because of their name, their kind, what is in their way or a disk that does not take them.
+    std::vector<Refused> refused = {};
     std::vector<std::string> explanations = {}; // sentences that say more than the code
     // Files and directories whose bytes may still wait to be flushed.
     std::vector<std::string> written = {};

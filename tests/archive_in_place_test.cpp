@@ -1,6 +1,5 @@
 // Single files that are kept packed under their own name: nothing of them may ever be lost.
 #include "archive/in_place.h"
-#include "archive/mod_zip.h"
 #include "package/scratch.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
@@ -199,44 +198,6 @@ TEST_F(InPlaceTest, ASecondKorvadexDoesNotMixUpFilesOfOneName) {
     EXPECT_EQ(UnzipFileInPlace(context, drive.At(other)), 0);
     EXPECT_EQ(drive.Get(relative), "one");
     EXPECT_EQ(drive.Get(other), "two");
-}
-
-TEST_F(InPlaceTest, AnArchiveThatIsThereAlreadyIsNotTouched) {
-    drive.Put(relative, "x");
-    drive.Put("FS\\out.zip", "mine");
-    modZip zip;
-    zip.names = {.argc = 1, .lpszZipFN = drive.At("FS\\out.zip"), .FNV = {path}};
-    EXPECT_EQ(zip.ZipArchive(context), 15);
-    EXPECT_EQ(drive.Get("FS\\out.zip"), "mine");
-}
-
-TEST_F(InPlaceTest, LevelNineIsNeverLargerThanZlib) {
-    std::string gradient, stripes;
-    for (int y = 0; y < 256; ++y) {
-        for (int x = 0; x < 256; ++x) {
-            gradient += static_cast<char>(x * y >> 8);
-            gradient += static_cast<char>(x + y);
-            stripes += static_cast<char>(x / 64 * 20);
-            stripes += static_cast<char>(y / 64 * 30);
-        }
-    }
-    const std::string samples[] = {"x",          "[fltsim.0]\r\ntitle=Lear\r\n", gradient,
-                                   stripes,      std::string(900000, '\0'),      Noise(200000, 16),
-                                   Noise(300000)};
-    // The size of the packed bytes, from the first header.
-    const auto packedSize = [](const std::string& archive) {
-        std::uint32_t size = 0;
-        for (std::size_t i = 21; i >= 18; --i)
-            size = size << 8 | static_cast<unsigned char>(archive[i]);
-        return size;
-    };
-    for (const auto& sample : samples) {
-        drive.Put(relative, sample);
-        ZipFileInPlace(context, path);
-        EXPECT_LE(packedSize(drive.Get(relative)),
-                  packedSize(ZipBuilder().Add("b17.bmp", sample, {.level = 9}).Bytes()))
-            << "of " << sample.size() << " bytes";
-    }
 }
 
 } // namespace

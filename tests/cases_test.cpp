@@ -7,7 +7,8 @@
 // The drive (Staging\, Hangar\, FS\aircraft\, FS\gauges\ and App\ are there):
 //   fill DIRECTORY: OUTLINE         put FILE = BYTES         unicode FILE = TEXT (of two bytes a letter)
 //   aircraft DIRECTORY\ (that of PackageBuilder)             pack FILE (as in a compressed package)
-//   zip FILE: OUTLINE               delete PATH              empty DIRECTORY\          move PATH -> PATH
+//   zip FILE: OUTLINE (=@FILE: the bytes of that one)
+//                                   delete PATH              empty DIRECTORY\          move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
@@ -229,7 +230,7 @@ class CaseTest : public ProgramTest {
              for (const auto& member : Split(outline, ", ")) {
                  auto [name, bytes] = Cut(member, "=");
                  Replace(name, "\\", "/");
-                 zip.Add(name, In(bytes));
+                 zip.Add(name, bytes.starts_with('@') ? drive.Get(bytes.substr(1)) : In(bytes));
              }
              drive.Put(file, zip.Bytes());
          }},

@@ -1,40 +1,34 @@
 #include "tests/support/zip_builder.h"
 
 #include <array>
-#include <stdexcept>
 #include <zlib.h>
 
 namespace korvadex::test {
 
 namespace {
 
-void Put16(std::string& bytes, std::uint32_t value) {
-    bytes += static_cast<char>(value & 0xFF);
-    bytes += static_cast<char>(value >> 8 & 0xFF);
-}
-
-void Put32(std::string& bytes, std::uint32_t value) {
-    Put16(bytes, value & 0xFFFF);
-    Put16(bytes, value >> 16);
+struct Number {
+    int size; // bytes, the lowest first
+    std::size_t value;
+};
+std::string Numbers(std::initializer_list<Number> numbers) {
+    std::string bytes;
+    for (auto [size, value] : numbers)
+        for (; size > 0; --size, value >>= 8)
+            bytes += static_cast<char>(value & 0xFF);
+    return bytes;
 }
 
 const Bytef* BytesOf(std::string_view text) {
     return reinterpret_cast<const Bytef*>(text.data());
 }
 
-std::string Deflated(std::string_view bytes, int level) {
-    z_stream stream{};
-    if (deflateInit2(&stream, level, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) != Z_OK)
-        throw std::runtime_error("zlib");
-    std::string result(deflateBound(&stream, static_cast<uLong>(bytes.size())), '\0');
-    stream.next_in = const_cast<Bytef*>(BytesOf(bytes));
-    stream.avail_in = static_cast<uInt>(bytes.size());
-    stream.next_out = reinterpret_cast<Bytef*>(result.data());
-    stream.avail_out = static_cast<uInt>(result.size());
-    deflate(&stream, Z_FINISH);
-    result.resize(stream.total_out);
-    deflateEnd(&stream);
-    return result;
+// zlib's own form without its beginning and its end.
+std::string Deflated(std::string_view bytes) {
+    uLongf size = compressBound(bytes.size());
+    std::string result(size, '\0');
+    compress2(reinterpret_cast<Bytef*>(result.data()), &size, BytesOf(bytes), bytes.size(), Z_BEST_SPEED);
+    return result.substr(2, size - 6);
 }
 
 // The cipher of PKZIP 2: three keys that the plain bytes drive.
@@ -78,7 +72,7 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
     member.size = options.size.value_or(static_cast<std::uint32_t>(bytes.size()));
     const bool isStored = options.isStored || bytes.empty();
     member.method = options.method != 0xFFFF ? options.method : isStored ? 0 : 8;
-    member.data = isStored ? std::string(bytes) : Deflated(bytes, options.level);
+    member.data = isStored ? std::string(bytes) : Deflated(bytes);
     if (!options.password.empty()) {
         member.flags |= 1;
         // Twelve bytes of which the last tells a right password.
@@ -87,12 +81,8 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
     }
     if (options.hasUtf8Flag)
         member.flags |= 0x800;
-    if (options.unixTime) {
-        Put16(member.extra, 0x5455);
-        Put16(member.extra, 5);
-        member.extra += '\1';
-        Put32(member.extra, *options.unixTime);
-    }
+    if (options.unixTime)
+        member.extra = Numbers({{2, 0x5455}, {2, 5}, {1, 1}, {4, *options.unixTime}});
     member.extra += options.padding;
     member.offset = static_cast<std::uint32_t>(contents.size());
     contents += Header(member, false) + member.data;
@@ -102,43 +92,36 @@ ZipBuilder& ZipBuilder::Add(std::string_view name, std::string_view bytes, const
 
 std::string ZipBuilder::Header(const Member& member, bool isCentral) {
     const bool isUnix = member.options.unixMode != 0;
-    std::string header;
-    Put32(header, isCentral ? 0x02014B50 : 0x04034B50);
-    if (isCentral)
-        Put16(header, isUnix ? 0x031E : 0x0014);
-    Put16(header, 20);
-    Put16(header, member.flags);
-    Put16(header, member.method);
-    Put16(header, 0x6000); // 12:00:00
-    Put16(header, 0x28A5); // 5 May 2000
-    Put32(header, member.crc);
-    Put32(header, static_cast<std::uint32_t>(member.data.size()));
-    Put32(header, member.size);
-    Put16(header, static_cast<std::uint32_t>(member.name.size()));
-    Put16(header, static_cast<std::uint32_t>(member.extra.size()));
-    if (isCentral) {
-        Put16(header, 0); // comment
-        Put16(header, 0); // disk
-        Put16(header, 0); // internal attributes
-        Put32(header, isUnix ? member.options.unixMode << 16 : 0x20);
-        Put32(header, member.offset);
-    }
-    return header + member.name + member.extra;
+    const std::string shared = Numbers({{2, 20},
+                                        {2, member.flags},
+                                        {2, member.method},
+                                        {2, 0x6000}, // 12:00:00
+                                        {2, 0x28A5}, // 5 May 2000
+                                        {4, member.crc},
+                                        {4, member.data.size()},
+                                        {4, member.size},
+                                        {2, member.name.size()},
+                                        {2, member.extra.size()}});
+    if (!isCentral)
+        return Numbers({{4, 0x04034B50}}) + shared + member.name + member.extra;
+    return Numbers({{4, 0x02014B50}, {2, isUnix ? 0x031Eu : 0x0014u}}) + shared +
+           Numbers({{6, 0}, {4, isUnix ? member.options.unixMode << 16 : 0x20u}, {4, member.offset}}) + member.name +
+           member.extra;
 }
 
 std::string ZipBuilder::Bytes() const {
     std::string directory;
     for (const auto& member : members)
         directory += Header(member, true);
-    std::string bytes = contents + directory;
-    Put32(bytes, 0x06054B50);
-    Put32(bytes, 0);
-    Put16(bytes, static_cast<std::uint32_t>(members.size()));
-    Put16(bytes, static_cast<std::uint32_t>(members.size()));
-    Put32(bytes, static_cast<std::uint32_t>(directory.size()));
-    Put32(bytes, static_cast<std::uint32_t>(contents.size()));
-    Put16(bytes, static_cast<std::uint32_t>(comment.size()));
-    return bytes + comment;
+    return contents + directory +
+           Numbers({{4, 0x06054B50},
+                    {4, 0},
+                    {2, members.size()},
+                    {2, members.size()},
+                    {4, directory.size()},
+                    {4, contents.size()},
+                    {2, comment.size()}}) +
+           comment;
 }
 
 } // namespace korvadex::test

@@ -13,7 +13,6 @@ class ZipBuilder {
   public:
     struct Options {
         bool isStored = false;                      // not deflated
-        int level = 6;                              // of deflate
         std::string password = {};                  // encrypted the old way of PKZIP when not empty
         bool hasUtf8Flag = false;                   // says that the name is UTF-8
         std::uint32_t unixMode = 0;                 // set: the member comes from Unix, with this mode (0120777: a link)
