@@ -4,6 +4,7 @@
 #include "tour/tour.h"
 
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTabWidget>
 
 namespace korvadex::tour {
