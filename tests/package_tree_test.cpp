@@ -151,9 +151,12 @@ TEST_F(TreeTest, ARewrittenFileIsTheOldOneOrTheNewOneWhateverFails) {
 
     ASSERT_TRUE(drive.Files().SetReadOnly(path, true));
     FaultyFiles faulty(drive.Files());
-    faulty.FailOn("Replace", "", FileFault::DiskFull);
-    EXPECT_FALSE(RewriteBytes(faulty, locations, path, "newer"));
-    EXPECT_TRUE(drive.Files().Info(path)->readOnly);
+    for (const char* change : {"Close", "Replace"}) {
+        faulty.FailOn(change, "", FileFault::DiskFull);
+        EXPECT_FALSE(RewriteBytes(faulty, locations, path, "newer"));
+        EXPECT_EQ(drive.Get("Staging\\aircraft.cfg"), "new");
+        EXPECT_TRUE(drive.Files().Info(path)->readOnly);
+    }
 }
 
 TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
