@@ -62,13 +62,13 @@ TEST_F(HangarWindow, EachSideHasItsOwnControls) {
 }
 
 TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
-    const Command* started = nullptr;
-    const auto note = [&](const Command& command) { started = &command; };
+    std::string started;
+    const auto note = [&](const char* name) { started = name; };
     QObject::connect(window.findChild<Menus*>(), &Menus::Chosen, note);
     QObject::connect(window.findChild<Toolbar*>(), &Toolbar::Chosen, note);
     window.SetProgram(nullptr);
 
-    std::set<std::string> keys;
+    std::vector<std::string> keys;
     for (const Menu& menu : MainMenus()) {
         SCOPED_TRACE(menu.name);
         std::vector<std::string> expected, offered;
@@ -77,37 +77,46 @@ TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
             if (command.extras.separator)
                 expected.push_back(command.extras.separator);
             expected.push_back(command.entry);
-            keys.insert(command.extras.key);
         }
         for (QAction* entry : Control<QMenu>(window, menu.name).actions()) {
             offered.push_back(entry->objectName().toStdString());
             if (entry->isSeparator())
                 continue;
+            const Command& command = CommandOfEntry(offered.back());
             entry->trigger();
-            EXPECT_EQ(started, &CommandOfEntry(offered.back()));
-            EXPECT_TRUE(accessKeys.insert(QKeySequence::mnemonic(entry->text()).toString()).second) << offered.back();
+            EXPECT_EQ(started, offered.back());
+            EXPECT_EQ(entry->text(), command.caption);
+            EXPECT_TRUE(accessKeys.insert(QKeySequence::mnemonic(entry->text()).toString()).second) << started;
+            EXPECT_EQ(entry->shortcut(), QKeySequence(command.extras.shortcut));
             EXPECT_TRUE(entry->shortcut().isEmpty() || shortcuts.insert(entry->shortcut().toString()).second);
-            EXPECT_EQ(entry->shortcut(), QKeySequence(started->extras.shortcut));
         }
         EXPECT_EQ(offered, expected);
     }
+    auto& toolbar = Control<Toolbar>(window, "Toolbar1");
     for (const Side side : {Side::Staging, Side::Hangar}) {
-        std::set<std::string> buttons{""};
-        auto& toolbar = Control<Toolbar>(window, "Toolbar1");
         toolbar.ShowSide(side);
+        keys.clear();
         for (QAction* button : toolbar.actions()) {
             const auto key = button->objectName().toStdString();
             const Command* command = CommandOfKey(key, side);
-            if (!button->isSeparator()) {
-                EXPECT_FALSE(button->icon().isNull() || button->toolTip().isEmpty()) << key;
-                EXPECT_EQ(button->isEnabled(), command != nullptr) << key;
+            EXPECT_EQ(button->isEnabled(), command != nullptr) << key;
+            if (command) {
                 button->trigger();
-                EXPECT_TRUE(!command || (started == command && button->toolTip() == command->extras.toolTip)) << key;
+                EXPECT_EQ(started, key);
+                EXPECT_EQ(button->toolTip(), command->extras.toolTip);
+                EXPECT_FALSE(button->icon().isNull()) << key;
             }
-            EXPECT_TRUE(button->isSeparator() || buttons.insert(key).second) << key;
+            EXPECT_EQ(button->isSeparator(), button->toolTip().isEmpty()) << key;
+            keys.push_back(key);
         }
-        EXPECT_EQ(buttons, keys);
+        EXPECT_TRUE(std::ranges::equal(keys, ToolbarKeys()));
     }
+    for (const Menu& menu : MainMenus())
+        for (const Command& command : menu.commands) {
+            const std::string key = command.extras.key;
+            EXPECT_THAT(keys, testing::Contains(key));
+            EXPECT_TRUE(key.empty() || CommandOfKey(key, menu.side.value_or(Side::Hangar)) == &command) << key;
+        }
 }
 
 TEST_F(HangarWindow, EveryControlHasANameAndItsTurnInTheTabOrder) {

@@ -196,11 +196,11 @@ void frmHangar::ConnectFilter() {
 }
 
 void frmHangar::ConnectMenus() {
-    const auto start = [this](const Command& command) { Run([&](Program& to) { (to.*command.routine)(); }); };
+    const auto start = [this](const char* name) { Run([=](Program& to) { to.RunCommand(name); }); };
     connect(menus, &Menus::Chosen, this, start);
     connect(ui->Toolbar1, &Toolbar::Chosen, this, start);
     processZip->setKey(QKeySequence(CommandOfEntry("mnuProcessZipFile").extras.shortcut));
-    const auto process = [this] { Run([](Program& to) { to.ProcessZipIntoStaging(); }); };
+    const auto process = [start] { start("mnuProcessZipFile"); };
     connect(processZip, &QShortcut::activated, this, process);
     connect(ui->cmdProcessZip, &QPushButton::clicked, this, process);
 }

@@ -18,7 +18,7 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             QAction* entry = menu->addAction(command.caption);
             entry->setObjectName(command.entry);
             entry->setShortcut(QKeySequence(command.extras.shortcut));
-            connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command); });
+            connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
         }
     }
     // Quit and About stay where the table has them, on every desktop.

@@ -23,7 +23,7 @@ class Menus : public QObject {
     void ShowSide(Side side);
 
   signals:
-    void Chosen(const Command& command);
+    void Chosen(const char* entry);
 
   private:
     std::vector<std::pair<Side, QMenu*>> ofOneSide;

@@ -7,22 +7,20 @@
 namespace korvadex {
 
 Toolbar::Toolbar(QWidget* parent) : QToolBar(parent) {
-    for (const QString key : ToolbarKeys()) {
-        if (key.isEmpty()) {
+    for (const char* key : ToolbarKeys()) {
+        if (*key == '\0') {
             addSeparator();
             continue;
         }
         QAction* action = addAction(NamedIcon(key), {});
         action->setObjectName(key);
-        widgetForAction(action)->setObjectName("btn" + key);
-        connect(action, &QAction::triggered, this,
-                [this, key] { emit Chosen(*CommandOfKey(key.toStdString(), shownSide)); });
+        widgetForAction(action)->setObjectName("btn" + QString(key));
+        connect(action, &QAction::triggered, this, [this, key] { emit Chosen(key); });
     }
     ShowSide(Side::Hangar);
 }
 
 void Toolbar::ShowSide(Side side) {
-    shownSide = side;
     for (QAction* action : actions()) {
         const Command* command = CommandOfKey(action->objectName().toStdString(), side);
         action->setEnabled(command != nullptr);

@@ -17,10 +17,7 @@ class Toolbar : public QToolBar {
     void ShowSide(Side side);
 
   signals:
-    void Chosen(const Command& command);
-
-  private:
-    Side shownSide = Side::Hangar;
+    void Chosen(const char* key);
 };
 
 } // namespace korvadex
