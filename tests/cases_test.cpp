@@ -7,27 +7,31 @@
 // The drive (Staging\, Hangar\, FS\aircraft\, FS\gauges\ and App\ are there):
 //   fill DIRECTORY: OUTLINE         put FILE = BYTES         unicode FILE = TEXT (of two bytes a letter)
 //   aircraft DIRECTORY\ (that of PackageBuilder)             pack FILE (as in a compressed package)
-//   zip FILE: OUTLINE (=@FILE: the bytes of that one)
-//                                   delete PATH              empty DIRECTORY\          move PATH -> PATH
+//   zip FILE: OUTLINE               delete PATH              empty DIRECTORY\         move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
-//   hangar, staging, refresh        select CATEGORY\PACKAGE  name TEXT (into the field for a package's name)
-//   do ENTRY (of the menus) or KEY (of the toolbar)          drop FILE, FILE (archives)
-//   next (picture)                  exit
+//   start                           (once more) with the settings that there are
+//   do NAME                         an entry of the menus, a key of the toolbar, a button of the window
+//   hangar, staging, refresh, exit  select CATEGORY\PACKAGE  category ROW
+//   name TEXT                       into the field for a package's name
+//   drop FILE, FILE (archives)      add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
+//   paste BYTES (a picture)         open, folder, erase GROUP POSITIONS (files of a component list)
+//   line ROW, close (the list window) photo ROW (of the gallery)
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
 //   install TEXT, import TEXT       the gauge crosscheck     enter PROMPT -> TEXT
 //   archive FILE                    of the file choice       pick A|B -> ROW (of the configurations)
-//   take A|B -> ROW (to import)     rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
+//   take A|B -> ROW,ROW             to import                gauges A|B -> ROWS -> ROWS (unused, and deleted)
+//   rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
 //   then LINE                       is done when the question before it is answered
 // What is to be seen then:
 //   tree DIRECTORY: OUTLINE         all that is there        names DIRECTORY: NAME, NAME (of all)
 //   file FILE = BYTES               packed FILE (it is an archive now)
 //   same                            the drive, as before the last command (or the last "now")
 //   same but -NAMES, OUTLINE        without all that begins with these names, and with these files
-//   has PATH, lacks PATH            alike DIR\, DIR\        lists FILE: a line that it has
+//   has PATH, lacks PATH            alike DIR\, DIR\         lists FILE: a line that it has
 //   shows FIELD: TEXT               of what the window shows; or GROUP: the names of its files (Shown has the fields)
 #include "platform/windows_path.h"
 #include "tests/support/faulty_files.h"
@@ -95,30 +99,37 @@ class CaseTest : public ProgramTest {
     }
 
   private:
-    using Verb = std::function<void(const std::string&)>;
+    struct Verb {
+        Verb(std::function<void(const std::string&)> does) : act(std::move(does)) {}
+        Verb(const char* separator, std::function<void(const std::string&, const std::string&)> does)
+            : act([=](const std::string& line) {
+                  const auto [what, with] = Cut(line, separator);
+                  does(what, with);
+              }) {}
+        std::function<void(const std::string&)> act;
+    };
     using Verbs = std::map<std::string, Verb>;
 
     void Do(const Line& line) {
-        for (const Verbs* verbs : {&dialogue, &actions, &deeds}) {
-            if (const auto verb = verbs->find(line.verb); verb != verbs->end()) {
-                if (verbs == &actions)
-                    return Act([&] { verb->second(line.text); });
-                return verb->second(line.text);
-            }
+        if (const auto action = actions.find(line.verb); action != actions.end()) {
+            if (!program && line.verb != "start")
+                Restart();
+            before = drive.Tree();
+            action->second.act(line.text);
+            return user.Finish();
         }
-        ADD_FAILURE() << "no such verb: " << line.verb;
+        const Verbs& verbs = dialogue.contains(line.verb) ? dialogue : deeds;
+        const auto verb = verbs.find(line.verb);
+        ASSERT_NE(verb, verbs.end()) << "no such verb";
+        verb->second.act(line.text);
+    }
+    void Restart() {
+        if (!drive.Has("App\\kx.ini"))
+            PutSettings();
+        EXPECT_TRUE(Make(disk).Start());
     }
     static void Require(const Status& status) {
         EXPECT_TRUE(bool(status)) << status.path << ": " << DescribeFault(status.fault);
-    }
-    void Act(const std::function<void()>& action) {
-        if (!program) {
-            PutSettings();
-            ASSERT_TRUE(Make(disk).Start());
-        }
-        before = drive.Tree();
-        action();
-        user.Finish();
     }
     // A text of the case as the program writes it.
     std::string In(std::string text, std::string_view lineEnd = "\r\n") const {
@@ -130,12 +141,46 @@ class CaseTest : public ProgramTest {
         return text;
     }
     Verb Message(MessageIcon icon) {
-        return [=, this](const std::string& line) {
+        return Verb([=, this](const std::string& line) {
             const auto arrow = line.rfind(" -> ");
             const auto answer = Answers.find(arrow == line.npos ? "" : line.substr(arrow + 4));
             const bool isOk = answer == Answers.end();
             user.Expect(In(isOk ? line : line.substr(0, arrow), "\n"), isOk ? Answer::Ok : answer->second, icon);
-        };
+        });
+    }
+    Texts Paths(const std::string& list) const {
+        Texts paths = Split(list, ", ");
+        for (auto& path : paths)
+            path = drive.At(path);
+        return paths;
+    }
+    static std::optional<int> Row(const std::string& number) {
+        return number.empty() ? std::nullopt : std::optional(std::stoi(number));
+    }
+    static std::vector<int> Rows(const std::string& numbers) {
+        std::vector<int> rows;
+        for (const auto& number : Split(numbers, ","))
+            if (number != "none")
+                rows.push_back(std::stoi(number));
+        return rows;
+    }
+    static int GroupNamed(const std::string& name) {
+        const auto at = std::ranges::find(ComponentGroupNames, name);
+        return static_cast<int>(at - ComponentGroupNames.begin());
+    }
+    void Run(const std::string& name) {
+        static const std::map<std::string, void (Program::*)()> buttons = {
+            {"cmdFirstPackage", &Program::SetFirstPackage},
+            {"cmdPackageNames", &Program::ListPackagesInCategory},
+            {"cmdPackageCategories", &Program::ListCategories},
+            {"cmdExplore", &Program::Explore},
+            {"cmdImgNext", &Program::ShowNextImage},
+            {"cmdImgPrevious", &Program::ShowPreviousImage},
+            {"cmdFirstImage", &Program::MakeShownImageFirst},
+            {"cmdDeleteImage", &Program::DeleteShownImage}};
+        if (const auto button = buttons.find(name); button != buttons.end())
+            return (*program.*button->second)();
+        program->RunCommand(name);
     }
     void Select(const std::string& path) {
         const auto [category, name] = Cut(path, "\\");
@@ -171,28 +216,39 @@ class CaseTest : public ProgramTest {
         const auto joined = [](const Texts& texts) {
             std::string all;
             for (const auto& text : texts)
-                all += (all.empty() ? "" : "|") + text;
-            return all;
+                all += text + "|";
+            return all.substr(0, all.empty() ? 0 : all.size() - 1);
         };
-        for (std::size_t group = 0; group < ComponentGroupNames.size(); ++group)
-            if (field == ComponentGroupNames[group]) {
-                Texts names;
-                for (const auto& file : program->Package().ComponentFiles[group])
-                    names.push_back(file.Name());
-                return joined(names);
-            }
+        const LoadedPackage& package = program->Package();
+        if (const int group = GroupNamed(field); group < GroupCount) {
+            Texts names;
+            for (const auto& file : package.ComponentFiles[std::size_t(group)])
+                names.push_back(file.Name());
+            return joined(names);
+        }
         const std::map<std::string, std::function<std::string()>> fields = {
             {"name", [&] { return view.packageName; }},
             {"proposed", [&] { return view.proposedName; }},
             {"caption", [&] { return view.caption; }},
             {"side", [&] { return view.header; }},
             {"size", [&] { return view.sizeText; }},
-            {"title", [&] { return program->Package().aircraftTitle; }},
-            {"sound", [&] { return program->Package().PackageSoundAlias; }},
+            {"title", [&] { return package.aircraftTitle; }},
+            {"sound", [&] { return package.PackageSoundAlias; }},
+            {"package", [&] { return package.path; }},
+            {"picture",
+             [&] {
+                 return view.imageIndex ? LastPathComponent(package.pictures.at(std::size_t(view.imageIndex) - 1)) : "";
+             }},
+            {"categories", [&] { return joined(view.categories); }},
             {"packages", [&] { return joined(form.PackageLines()); }},
-            {"package", [&] { return program->Package().path; }},
+            {"counts", [&] { return view.statusCounts; }},
             {"status", [&] { return form.status; }},
             {"list", [&] { return form.listCaption + ": " + joined(form.listLines); }},
+            {"shown", [&] { return std::to_string(form.listShows); }},
+            {"revision", [&] { return std::to_string(view.listRevision); }},
+            {"opened on", [&] { return dialogs.pictureDirectory; }},
+            {"comings", [&] { return std::to_string(form.comings); }},
+            {"photos", [&] { return form.gallery.caption + ": " + std::to_string(form.gallery.pictures.size()); }},
             {"started", [&] { return joined(launcher.started); }},
             {"ends", [&] { return std::to_string(form.ends); }},
         };
@@ -205,64 +261,46 @@ class CaseTest : public ProgramTest {
     std::map<std::string, std::string> before; // the drive
 
     const Verbs deeds = {
-        {"fill",
-         [this](auto& line) {
-             const auto [directory, outline] = Cut(line, ": ");
-             drive.Fill(directory, In(outline));
-         }},
-        {"put",
-         [this](auto& line) {
-             const auto [file, bytes] = Cut(line, " = ");
-             drive.Put(file, In(bytes));
-         }},
-        {"unicode",
-         [this](auto& line) {
-             const auto [file, text] = Cut(line, " = ");
-             drive.Put(file, TwoByteText(In(text)));
-         }},
+        {"fill", {": ", [this](auto& directory, auto& outline) { drive.Fill(directory, In(outline)); }}},
+        {"put", {" = ", [this](auto& file, auto& bytes) { drive.Put(file, In(bytes)); }}},
+        {"unicode", {" = ", [this](auto& file, auto& text) { drive.Put(file, TwoByteText(In(text))); }}},
         {"pack",
-         [this](auto& line) { drive.Put(line, ZipBuilder().Add(LastPathComponent(line), drive.Get(line)).Bytes()); }},
-        {"aircraft", [this](auto& line) { PackageBuilder(drive, line); }},
+         {[this](auto& file) { drive.Put(file, ZipBuilder().Add(LastPathComponent(file), drive.Get(file)).Bytes()); }}},
+        {"aircraft", {[this](auto& directory) { PackageBuilder(drive, directory); }}},
         {"zip",
-         [this](auto& line) {
-             const auto [file, outline] = Cut(line, ": ");
-             ZipBuilder zip;
-             for (const auto& member : Split(outline, ", ")) {
-                 auto [name, bytes] = Cut(member, "=");
-                 Replace(name, "\\", "/");
-                 zip.Add(name, bytes.starts_with('@') ? drive.Get(bytes.substr(1)) : In(bytes));
-             }
-             drive.Put(file, zip.Bytes());
-         }},
-        {"empty", [this](auto& line) { EXPECT_TRUE(DeleteTree(context, drive.At(line)).empty()); }},
-        {"delete",
-         [this](auto& line) {
+         {": ",
+          [this](auto& file, auto& outline) {
+              ZipBuilder zip;
+              for (const auto& member : Split(outline, ", ")) {
+                  auto [name, bytes] = Cut(member, "=");
+                  Replace(name, "\\", "/");
+                  zip.Add(name, In(bytes));
+              }
+              drive.Put(file, zip.Bytes());
+          }}},
+        {"empty", {[this](auto& directory) { EXPECT_TRUE(DeleteTree(context, drive.At(directory)).empty()); }}},
+        {"delete", {[this](auto& line) {
              const std::string path = drive.At(WithoutBackslash(line));
              if (line.ends_with('\\') && DeleteTree(context, drive.At(line)).empty())
                  Require(drive.Files().RemoveDirectory(path));
              else
                  Require(drive.Files().Delete(path));
-         }},
+         }}},
         {"move",
-         [this](auto& line) {
-             const auto [from, to] = Cut(line, " -> ");
-             Require(drive.Files().Rename(drive.At(from), drive.At(to)));
-         }},
-        {"readonly", [this](auto& line) { Require(drive.Files().SetReadOnly(drive.At(line), true)); }},
+         {" -> ", [this](auto& from, auto& to) { Require(drive.Files().Rename(drive.At(from), drive.At(to))); }}},
+        {"readonly", {[this](auto& file) { Require(drive.Files().SetReadOnly(drive.At(file), true)); }}},
         {"link",
-         [this](auto& line) {
-             const auto [path, target] = Cut(line, " -> ");
-             if (!drive.MakeLink(path, target))
-                 GTEST_SKIP() << "no links on this machine";
-         }},
-        {"void",
-         [this](auto& line) {
-             const FileTime time = drive.Files().Info(drive.At(line))->time;
-             drive.Put(line, "");
-             Require(drive.Files().SetTime(drive.At(line), time));
-         }},
-        {"fail",
-         [this](auto& line) {
+         {" -> ",
+          [this](auto& path, auto& target) {
+              if (!drive.MakeLink(path, target))
+                  GTEST_SKIP() << "no links on this machine";
+          }}},
+        {"void", {[this](auto& file) {
+             const FileTime time = drive.Files().Info(drive.At(file))->time;
+             drive.Put(file, "");
+             Require(drive.Files().SetTime(drive.At(file), time));
+         }}},
+        {"fail", {[this](auto& line) {
              faults.push_back(Split(line, " "));
              if (line.empty())
                  faults.clear();
@@ -273,98 +311,90 @@ class CaseTest : public ProgramTest {
                          return Faults.at(fault[2]);
                  return FileFault::None;
              });
-         }},
-        {"now", [this](auto&) { before = drive.Tree(); }},
-        {"tree",
-         [this](auto& line) {
-             const auto [directory, outline] = Cut(line, ": ");
-             EXPECT_EQ(drive.Outline(directory), In(outline));
-         }},
+         }}},
+        {"close", {[this](auto&) { form.isListVisible = false; }}},
+        {"now", {[this](auto&) { before = drive.Tree(); }}},
+        {"tree", {": ", [this](auto& directory, auto& outline) { EXPECT_EQ(drive.Outline(directory), In(outline)); }}},
         {"names",
-         [this](auto& line) {
-             const auto [directory, names] = Cut(line, ": ");
-             EXPECT_EQ(drive.Names(directory), Split(names, ", "));
-         }},
-        {"file",
-         [this](auto& line) {
-             const auto [file, bytes] = Cut(line, " = ");
-             EXPECT_EQ(drive.Get(file), In(bytes));
-         }},
-        {"packed", [this](auto& line) { EXPECT_THAT(drive.Get(line), testing::StartsWith("PK")) << line; }},
-        {"same", [this](auto& line) { ExpectTree(before, Cut(line, "but ").second); }},
-        {"alike",
-         [this](auto& line) {
-             const auto [one, other] = Cut(line, ", ");
-             EXPECT_EQ(drive.Tree(one), drive.Tree(other));
-         }},
+         {": ", [this](auto& directory, auto& names) { EXPECT_EQ(drive.Names(directory), Split(names, ", ")); }}},
+        {"file", {" = ", [this](auto& file, auto& bytes) { EXPECT_EQ(drive.Get(file), In(bytes)); }}},
+        {"packed", {[this](auto& file) { EXPECT_THAT(drive.Get(file), testing::StartsWith("PK")); }}},
+        {"same", {"but ", [this](auto&, auto& changes) { ExpectTree(before, changes); }}},
+        {"alike", {", ", [this](auto& one, auto& other) { EXPECT_EQ(drive.Tree(one), drive.Tree(other)); }}},
         {"lists",
-         [this](auto& line) {
-             const auto [file, text] = Cut(line, ": ");
-             EXPECT_THAT(Split(drive.Get(file), "\r\n"), testing::Contains(In(text)));
-         }},
-        {"has", [this](auto& line) { EXPECT_TRUE(drive.Has(line)); }},
-        {"lacks", [this](auto& line) { EXPECT_FALSE(drive.Has(line)); }},
-        {"shows",
-         [this](auto& line) {
-             const auto [field, text] = Cut(line, ": ");
-             EXPECT_EQ(Shown(field), In(text, "|"));
-         }},
+         {": ", [this](auto& file,
+                       auto& text) { EXPECT_THAT(Split(drive.Get(file), "\r\n"), testing::Contains(In(text))); }}},
+        {"has", {[this](auto& path) { EXPECT_TRUE(drive.Has(path)); }}},
+        {"lacks", {[this](auto& path) { EXPECT_FALSE(drive.Has(path)); }}},
+        {"shows", {": ", [this](auto& field, auto& text) { EXPECT_EQ(Shown(field), In(text, "|")); }}},
     };
     const Verbs actions = {
-        {"hangar", [this](auto&) { program->GoToHangar(); }},
-        {"staging", [this](auto&) { program->GoToStaging(); }},
-        {"refresh", [this](auto&) { program->Refresh(); }},
-        {"select", [this](auto& line) { Select(line); }},
-        {"name", [this](auto& line) { program->SetPackageName(In(line)); }},
-        {"next", [this](auto&) { program->ShowNextImage(); }},
-        {"exit", [this](auto&) { program->Shutdown(); }},
-        {"do", [this](auto& line) { program->RunCommand(line); }},
-        {"drop",
-         [this](auto& line) {
-             Texts paths = Split(line, ", ");
-             for (auto& path : paths)
-                 path = drive.At(path);
-             program->ProcessArchives(paths);
-         }},
+        {"start", {[this](auto&) { Restart(); }}},
+        {"do", {[this](auto& name) { Run(name); }}},
+        {"hangar", {[this](auto&) { program->GoToHangar(); }}},
+        {"staging", {[this](auto&) { program->GoToStaging(); }}},
+        {"refresh", {[this](auto&) { program->Refresh(); }}},
+        {"exit", {[this](auto&) { program->Shutdown(); }}},
+        {"category", {[this](auto& row) { program->ChooseCategory(std::stoi(row)); }}},
+        {"select", {[this](auto& path) { Select(In(path)); }}},
+        {"name", {[this](auto& text) { program->SetPackageName(In(text)); }}},
+        {"drop", {[this](auto& files) { program->ProcessArchives(Paths(files)); }}},
+        {"add", {[this](auto& files) {
+             dialogs.chosenPictures.files = Paths(files);
+             program->ImportImageFiles();
+         }}},
+        {"dropped", {[this](auto& files) {
+             OfferedPictures offered;
+             offered.files = Paths(files);
+             program->ImportDroppedImages(offered);
+         }}},
+        {"paste", {[this](auto& bytes) {
+             dialogs.clipboardPictures.jpeg = bytes;
+             program->ImportImageClipboard();
+         }}},
+        {"open", {" ", [this](auto& group, auto& row) { program->OpenComponent(GroupNamed(group), std::stoi(row)); }}},
+        {"folder",
+         {" ", [this](auto& group, auto& row) { program->ShowComponentInFolder(GroupNamed(group), std::stoi(row)); }}},
+        {"erase", {" ", [this](auto& group, auto& rows) { program->DeleteComponents(GroupNamed(group), Rows(rows)); }}},
+        {"line", {[this](auto& row) { program->ChooseFileListLine(std::stoi(row)); }}},
+        {"photo", {[this](auto& row) { program->ChooseGalleryPicture(std::stoi(row)); }}},
     };
     const Verbs dialogue = {
         {"say", Message(MessageIcon::None)},
         {"warn", Message(MessageIcon::Exclamation)},
         {"inform", Message(MessageIcon::Information)},
         {"alarm", Message(MessageIcon::Critical)},
-        {"install", [this](auto& line) { user.ExpectInstallStatus(In(line, "\n")); }},
-        {"import", [this](auto& line) { user.ExpectImportStatus(In(line, "\n")); }},
+        {"install", {[this](auto& text) { user.ExpectInstallStatus(In(text, "\n")); }}},
+        {"import", {[this](auto& text) { user.ExpectImportStatus(In(text, "\n")); }}},
         {"archive",
-         [this](auto& line) { user.ExpectZipFile(line.empty() ? std::nullopt : std::optional(drive.At(line))); }},
-        {"enter",
-         [this](auto& line) {
-             const auto [prompt, text] = Cut(line, " -> ");
-             user.ExpectText(In(prompt, "\n"), text);
-         }},
-        {"pick",
-         [this](auto& line) {
-             const auto [rows, row] = Cut(line, " -> ");
-             user.ExpectConfigurations(Split(rows, "|"), row.empty() ? std::nullopt : std::optional(std::stoi(row)));
-         }},
+         {[this](auto& file) { user.ExpectZipFile(file.empty() ? std::nullopt : std::optional(drive.At(file))); }}},
+        {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), text); }}},
+        {"pick", {" -> ", [this](auto& rows, auto& row) { user.ExpectConfigurations(Split(rows, "|"), Row(row)); }}},
         {"take",
-         [this](auto& line) {
-             const auto [names, row] = Cut(line, " -> ");
-             user.ExpectImport(Split(names, "|"), {std::stoi(row)});
-         }},
-        {"rename",
-         [this](auto& line) {
+         {" -> ", [this](auto& names,
+                         auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows.empty() ? "none" : rows)); }}},
+        {"gauges",
+         {" -> ",
+          [this](auto& names, auto& deletions) {
+              std::vector<std::vector<int>> rows;
+              for (const auto& each : Split(deletions, " -> "))
+                  if (!each.empty())
+                      rows.push_back(Rows(each));
+              user.ExpectUnusedGauges(Split(names, "|"), rows);
+          }}},
+        {"rename", {[this](auto& line) {
              std::vector<RenameEntry> entries;
              for (const auto& entry : Split(line, " -> "))
                  entries.push_back({In(Cut(entry, "|").first), In(Cut(entry, "|").second)});
              const RenameEntry shown = entries.front();
              entries.erase(entries.begin());
              user.ExpectRename(shown, line.find('|') != line.npos, entries);
-         }},
+         }}},
         {"then",
-         [this](auto& line) {
-             const auto [verb, text] = Cut(line, " ");
-             user.Then([this, then = Line{0, verb, text}] { Do(then); });
-         }},
+         {" ",
+          [this](auto& verb, auto& text) {
+              user.Then([this, line = Line{0, verb, text}] { Do(line); });
+          }}},
     };
 };
 
