@@ -1,3 +1,4 @@
+// What the case files of the two sides, lists and pictures cannot say.
 #include "app/commands.h"
 #include "platform/windows_path.h"
 #include "tests/support/faulty_files.h"
@@ -14,64 +15,11 @@ using Names = std::vector<std::string>;
 class Sides : public ProgramTest {
   protected:
     Sides() {
-        drive.Fill("Hangar", "Empty\\a file is no package.txt=x, Jets\\Big Bird\\x.air=x, Jets\\Concorde\\x.air=x, "
-                             "Jets\\Lear\\x.air=x, Jets\\~kx~scratch\\1~Half\\Half.air=x, "
-                             "Props\\Cessna\\x.air=x, Props\\Lear\\x.air=x");
-        drive.MakeDirectory("FS\\aircraft\\Big_Bird");
+        drive.Fill("", "Hangar\\Empty\\, Hangar\\Jets\\Big Bird\\x.air=x, Hangar\\Jets\\Concorde\\x.air=x, "
+                       "Hangar\\Jets\\Lear\\x.air=x, Hangar\\Props\\Cessna\\x.air=x, Hangar\\Props\\Lear\\x.air=x, "
+                       "FS\\aircraft\\Big_Bird\\");
     }
 };
-
-TEST_F(Sides, ChoosingACategoryFillsThePackages) {
-    Start();
-    EXPECT_EQ(form.view.categories, (Names{"Empty", "Jets", "Props"}));
-
-    Select("Jets", 2);
-    EXPECT_EQ(form.PackageLines(), (Names{"< Big Bird >", "Concorde", "Lear"}));
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
-
-    // The place in the list is kept where the other list has one, else the first is taken.
-    program->ChooseCategory(2);
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Cessna\\"));
-    program->ChoosePackage(1);
-    program->ChooseCategory(1);
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Concorde\\"));
-
-    const int revision = form.view.listRevision;
-    program->ChooseCategory(0);
-    EXPECT_EQ(form.view.packageIndex, -1);
-    EXPECT_EQ(Shown(), "");
-    EXPECT_EQ(form.view.sizeText, "");
-    EXPECT_GT(form.view.listRevision, revision);
-
-    program->ChooseCategory(7);
-    program->ChoosePackage(3);
-    EXPECT_EQ(Shown(), "");
-}
-
-TEST_F(Sides, ARefreshKeepsTheSelectionByName) {
-    Start();
-    Select("Jets", 2);
-    drive.Put("Staging\\new.txt", "x");
-    program->ShowNextImage();
-    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
-    EXPECT_THAT(form.view.statusCounts, testing::EndsWith("Staging contains files"));
-    ASSERT_TRUE(drive.Files().Delete(drive.At("Staging\\new.txt")));
-    drive.Fill("", "Hangar\\Jets\\Airbus\\Airbus.air=x, Hangar\\Gliders\\, FS\\aircraft\\lear\\");
-    program->Refresh();
-    EXPECT_EQ(form.view.categories, (Names{"Empty", "Gliders", "Jets", "Props"}));
-    EXPECT_EQ(form.view.categoryIndex, 2);
-    EXPECT_EQ(form.PackageLines(), (Names{"Airbus", "< Big Bird >", "Concorde", "< Lear >"}));
-    // Both packages called Lear are the simulator's lear.
-    EXPECT_EQ(form.view.statusCounts, "6 packages  -  3 installed in MSFS  -  Staging is empty");
-    EXPECT_EQ(form.view.packageIndex, 3);
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Lear\\"));
-
-    // The package is gone: the list's first follows its last.
-    ASSERT_TRUE(drive.Files().Delete(drive.At("Hangar\\Jets\\Lear\\x.air")));
-    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Hangar\\Jets\\Lear")));
-    program->Refresh();
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Jets\\Airbus\\"));
-}
 
 TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
     std::vector<std::function<void()>> commands = {
@@ -148,104 +96,6 @@ TEST_F(Sides, CommandsOfTheOtherOneDoNothing) {
         EXPECT_THROW(program->RunCommand(unknown), std::invalid_argument) << unknown;
 }
 
-TEST_F(Sides, SwitchingSides) {
-    Start();
-    Select("Jets", 1);
-    program->GoToStaging();
-    EXPECT_EQ(form.view.header, "S T A G I N G");
-    EXPECT_FALSE(form.view.HangarSideShown);
-    EXPECT_EQ(form.view.caption, "Korvadex");
-    EXPECT_EQ(Shown(), locations.StagingDir);
-
-    // In Staging a category is where the package will go; nothing of it is loaded.
-    program->ChooseCategory(2);
-    EXPECT_EQ(Shown(), locations.StagingDir);
-    program->ChoosePackage(0);
-    EXPECT_EQ(Shown(), locations.StagingDir);
-
-    drive.Put("Staging\\readme.txt", std::string(2'000'000, 'x'));
-    program->Refresh();
-    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
-    EXPECT_EQ(form.view.statusCounts, "5 packages  -  1 installed in MSFS  -  Staging contains files");
-    EXPECT_EQ(form.view.sizeText, "2 Meg");
-
-    program->GoToHangar();
-    EXPECT_EQ(form.view.header, "H A N G A R");
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Props\\Lear\\"));
-    EXPECT_EQ(form.view.caption, "Korvadex     (Staging Contains Files)");
-}
-
-TEST_F(Sides, TheNameFileFillsAnEmptyNameOnly) {
-    drive.Put("Staging\\kx_msfsimportname.TXT", "Big_Bird\r\nsecond line\r\n");
-    Start();
-    program->SetPackageName("Typed");
-    program->GoToStaging();
-    EXPECT_EQ(form.view.packageName, "Typed");
-    program->SetPackageName(" ");
-    program->Refresh();
-    EXPECT_EQ(form.view.packageName, "Big_Bird");
-}
-
-TEST_F(Sides, TheSizeOfACompressedPackage) {
-    drive.Put("Hangar\\Jets\\Concorde\\KX_Compression.txt", "9999 Meg have been compressed.\r\n");
-    Start();
-    Select("Jets", 1);
-    EXPECT_EQ(form.view.sizeText, "0 Meg (compressed)");
-}
-
-TEST_F(Sides, TheFirstPackage) {
-    Start();
-    user.Expect("Please select a package in the Hangar first.", MessageIcon::None);
-    program->SetFirstPackage();
-
-    Select("Jets", 0);
-    user.Expect("Done.\n\nThe Jets\\Big Bird will be the first package you see when you start Korvadex",
-                MessageIcon::None);
-    program->SetFirstPackage();
-    EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
-
-    // A name that the settings file has no byte for would keep everything else from being saved.
-    drive.Put("Hangar\\Jets\\\xD0\x96\\x.air", "x");
-    Start();
-    Select("Jets", 3);
-    user.Expect("The name of this package has a character...", MessageIcon::Exclamation);
-    program->SetFirstPackage();
-    program->Shutdown();
-    EXPECT_EQ(SavedSettings(), SettingsText("Jets\\Big Bird"));
-}
-
-class LinkedHangar : public ProgramTest {};
-
-TEST_F(LinkedHangar, ALinkedCategoryOrPackageIsOneLikeTheOthers) {
-    drive.Fill("Elsewhere", "Gliders\\Wing\\Wing.air=x, Cub\\Cub.air=y");
-    if (!drive.MakeLink("Hangar\\Gliders", "Elsewhere\\Gliders") ||
-        !drive.MakeLink("Elsewhere\\Gliders\\Linked", "Elsewhere\\Cub") ||
-        !drive.MakeLink("Elsewhere\\Gliders\\Loop", "Hangar"))
-        GTEST_SKIP() << "no links here";
-    Start();
-    EXPECT_EQ(form.view.categories, Names{"Gliders"});
-    Select("Gliders", 0);
-    EXPECT_EQ(form.PackageLines(), (Names{"Linked", "Wing"}));
-    EXPECT_EQ(program->Package().ComponentFiles[Aircraft].size(), 1u);
-
-    user.ExpectRename({"Linked", ""}, false, {{"Cub", ""}});
-    program->RenamePackage();
-    EXPECT_EQ(Shown(), drive.At("Hangar\\Gliders\\Cub\\"));
-    // Only the link goes.
-    const auto place = drive.At("Elsewhere\\Cub");
-    user.Expect("Are you sure you want to remove this package from the hangar?\n\nIt is a link to " + place +
-                    ".  Only the link will be removed.",
-                Answer::Yes);
-    user.Expect("Done.\n\nThe link was removed.  The files of the package are still in " + place + ".");
-    program->RemovePackageFromHangar();
-    EXPECT_EQ(form.PackageLines(), Names{"Wing"});
-    EXPECT_EQ(drive.Get("Elsewhere\\Cub\\Cub.air"), "y");
-
-    drive.MakeLink("Hangar\\Gone", "Nowhere");
-    program->Refresh();
-    EXPECT_EQ(form.view.categories, Names{"Gliders"});
-}
-
 TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
     for (int i = 0; i <= MaxSubdirectoriesPerLevel; ++i)
         drive.MakeDirectory("Hangar\\Props\\Many\\" + std::to_string(i));
@@ -255,20 +105,6 @@ TEST_F(Sides, AListThatALimitCutIsSaidInTheStatusBar) {
     EXPECT_EQ(form.status, DescribeCut(ListCut::Level, WalkLimits{}));
     program->ChooseCategory(1);
     EXPECT_EQ(form.status, "");
-}
-
-TEST_F(Sides, OpeningFiles) {
-    const std::string directory = "Hangar\\Jets\\Concorde\\Documentation\\";
-    drive.Put(directory + "readme.txt", "x");
-    Start();
-    Select("Jets", 1);
-    program->OpenComponent(Documentation, 0);
-    program->ShowComponentInFolder(Documentation, 0);
-    program->OpenComponent(Documentation, 1);
-    program->OpenComponent(GroupCount, 0);
-    program->ShowComponentInFolder(Documentation, 1);
-    EXPECT_EQ(launcher.started,
-              (Names{"open " + drive.At(directory) + "readme.txt", "explore " + drive.At(directory)}));
 }
 
 TEST_F(Sides, APackedFileIsOpenedAsAnUnpackedCopy) {
@@ -318,16 +154,44 @@ TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
     EXPECT_EQ(form.ends, 0);
 }
 
-TEST_F(Sides, TheReadMePage) {
-    Start();
-    user.Expect("The read-me page " + drive.At("App\\kxdoc.htm") + " does not exist.");
-    program->RunCommand("mnuReadMe");
+TEST_F(Sides, AReadMePageThatNoProgramShowsIsNamed) {
     drive.Put("App\\kxdoc.htm", "x");
-    program->OpenReadMe();
-    EXPECT_EQ(launcher.started, Names{"open " + drive.At("App\\kxdoc.htm")});
+    Start();
     launcher.documentCode = 2;
     user.Expect("No program could be started for the read-me page " + drive.At("App\\kxdoc.htm") + "...");
     program->OpenReadMe();
+}
+
+TEST_F(Sides, AnOverviewOfMoreThanTwoThousandLinesIsNotShown) {
+    for (int i = 0; i < 1997; ++i)
+        drive.MakeDirectory("Hangar\\Many\\" + std::to_string(i));
+    for (const char* category : {"Jets", "Props"})
+        ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar\\" + std::string(category)), drive.At(category)));
+    Start();
+    program->ListAllPackages();
+    EXPECT_EQ(form.listLines.size(), 2000u);
+    EXPECT_EQ(form.status, "");
+
+    drive.MakeDirectory("Hangar\\Many\\one more");
+    program->Refresh();
+    EXPECT_EQ(form.listCaption, "Package List");
+    EXPECT_EQ(form.listLines, Names()); // what stood there is no longer true
+    EXPECT_EQ(form.status, "\"Package List\" has 2001 lines and is not shown: the list window holds 2000 at most.");
+    program->ListCategories();
+    program->ListAllPackages();
+    EXPECT_EQ(form.listCaption, "Package Categories");
+    EXPECT_NE(form.status, "");
+}
+
+TEST_F(Sides, InformationIsThatOfTheFileAsItIsNow) {
+    drive.Put("FS\\fs2002.exe", "MZ");
+    Start();
+    Select("Jets", 2);
+    for (const char* id : {"N1", "N2"}) {
+        drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", "[fltsim.0]\r\natc_id=" + std::string(id) + "\r\n");
+        user.ExpectInfo([&](const InfoForm& shown) { EXPECT_EQ(shown.info.atcId, id); });
+        program->RunCommand("Information");
+    }
 }
 
 } // namespace

@@ -7,7 +7,8 @@
 // The drive (Staging\, Hangar\, FS\aircraft\, FS\gauges\ and App\ are there):
 //   fill DIRECTORY: OUTLINE         put FILE = BYTES         unicode FILE = TEXT (of two bytes a letter)
 //   aircraft DIRECTORY\ (that of PackageBuilder)             pack FILE (as in a compressed package)
-//   zip FILE: OUTLINE               delete PATH              empty DIRECTORY\         move PATH -> PATH
+//   zip FILE: OUTLINE (=@FILE: the bytes of that one)
+//   delete PATH                     empty DIRECTORY\         move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
@@ -62,6 +63,8 @@ void Replace(std::string& text, std::string_view what, std::string_view with) {
 
 Texts Split(const std::string& text, const std::string& separator) {
     Texts parts;
+    if (text.empty())
+        return parts;
     std::size_t from = 0;
     for (std::size_t at; (at = text.find(separator, from)) != text.npos; from = at + separator.size())
         parts.push_back(text.substr(from, at - from));
@@ -197,7 +200,8 @@ class CaseTest : public ProgramTest {
                 EXPECT_NE(
                     std::erase_if(expected, [&](auto& entry) { return entry.first.starts_with(change.substr(1)); }), 0u)
                     << "not there: " << change;
-            } else if (const auto [name, bytes] = Cut(change, "="); !name.empty()) {
+            } else {
+                const auto [name, bytes] = Cut(change, "=");
                 for (auto at = name.find('\\'); at != name.npos; at = name.find('\\', at + 1))
                     expected[name.substr(0, at + 1)];
                 expected[name] = In(bytes);
@@ -248,6 +252,14 @@ class CaseTest : public ProgramTest {
             {"revision", [&] { return std::to_string(view.listRevision); }},
             {"opened on", [&] { return dialogs.pictureDirectory; }},
             {"comings", [&] { return std::to_string(form.comings); }},
+            {"left",
+             [&] {
+                 Texts left;
+                 for (const auto& text : user.transcript)
+                     if (text.starts_with("left: "))
+                         left.push_back(text.substr(6));
+                 return joined(left);
+             }},
             {"photos", [&] { return form.gallery.caption + ": " + std::to_string(form.gallery.pictures.size()); }},
             {"started", [&] { return joined(launcher.started); }},
             {"ends", [&] { return std::to_string(form.ends); }},
@@ -274,17 +286,14 @@ class CaseTest : public ProgramTest {
               for (const auto& member : Split(outline, ", ")) {
                   auto [name, bytes] = Cut(member, "=");
                   Replace(name, "\\", "/");
-                  zip.Add(name, In(bytes));
+                  zip.Add(name, bytes.starts_with('@') ? drive.Get(bytes.substr(1)) : In(bytes));
               }
               drive.Put(file, zip.Bytes());
           }}},
         {"empty", {[this](auto& directory) { EXPECT_TRUE(DeleteTree(context, drive.At(directory)).empty()); }}},
         {"delete", {[this](auto& line) {
-             const std::string path = drive.At(WithoutBackslash(line));
-             if (line.ends_with('\\') && DeleteTree(context, drive.At(line)).empty())
-                 Require(drive.Files().RemoveDirectory(path));
-             else
-                 Require(drive.Files().Delete(path));
+             const auto path = drive.Files().HostPath(drive.At(WithoutBackslash(line)));
+             EXPECT_NE(std::filesystem::remove_all(path), 0u) << "not there";
          }}},
         {"move",
          {" -> ", [this](auto& from, auto& to) { Require(drive.Files().Rename(drive.At(from), drive.At(to))); }}},
@@ -301,9 +310,7 @@ class CaseTest : public ProgramTest {
              Require(drive.Files().SetTime(drive.At(file), time));
          }}},
         {"fail", {[this](auto& line) {
-             faults.push_back(Split(line, " "));
-             if (line.empty())
-                 faults.clear();
+             line.empty() ? faults.clear() : faults.push_back(Split(line, " "));
              disk.FailWhere([this](auto& change, auto& path) {
                  for (const auto& fault : faults)
                      if ((fault[0] == "*" || fault[0] == change) &&
@@ -370,16 +377,13 @@ class CaseTest : public ProgramTest {
          {[this](auto& file) { user.ExpectZipFile(file.empty() ? std::nullopt : std::optional(drive.At(file))); }}},
         {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), text); }}},
         {"pick", {" -> ", [this](auto& rows, auto& row) { user.ExpectConfigurations(Split(rows, "|"), Row(row)); }}},
-        {"take",
-         {" -> ", [this](auto& names,
-                         auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows.empty() ? "none" : rows)); }}},
+        {"take", {" -> ", [this](auto& names, auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows)); }}},
         {"gauges",
          {" -> ",
           [this](auto& names, auto& deletions) {
               std::vector<std::vector<int>> rows;
               for (const auto& each : Split(deletions, " -> "))
-                  if (!each.empty())
-                      rows.push_back(Rows(each));
+                  rows.push_back(Rows(each));
               user.ExpectUnusedGauges(Split(names, "|"), rows);
           }}},
         {"rename", {[this](auto& line) {

@@ -53,18 +53,6 @@ TEST_F(SimTest, CrossCheckComparesThePanelWithTheGaugesDirectory) {
     }
 }
 
-TEST_F(SimTest, TheCheckOfAPanelByAliasNamesALenderThatIsMissing) {
-    drive.Put("Hangar\\Jets\\Floats\\x.air", "x");
-    drive.Put("FS\\aircraft\\Floats\\panel\\panel.cfg", "[fltsim]\r\nalias=Lear 45\\panel\r\n");
-    Select("Floats");
-    const std::string bypassed = "Floats ...\n\nPanel alias used.  Crosscheck bypassed.\n\nInstallation complete.";
-    user.ExpectInstallStatus(bypassed + "\n\nThe panel lear 45\\panel, which it uses via alias,\n...");
-    CheckInstalledGauges(context, package.ref);
-    drive.MakeDirectory("FS\\aircraft\\Lear_45\\panel");
-    user.ExpectInstallStatus(bypassed);
-    CheckInstalledGauges(context, package.ref);
-}
-
 TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
     const struct {
         const char *name, *file, *inPackage, *inSim; // the gauge, and its bytes on both sides
@@ -103,17 +91,6 @@ TEST_F(SimTest, RemovingSparesTheGaugesThatOthersNeed) {
             EXPECT_EQ(drive.Has(gauge), !row.isRemoved);
         }
     }
-}
-
-TEST_F(SimTest, ImportCopiesTheGaugesThatThePanelUses) {
-    drive.Put("Staging\\panel\\panel.cfg", "gauge00=clock,1\ngauge01=cabinet!x\ngauge02=gone\n");
-    drive.Fill("", "Staging\\gauges\\Cabinet.cab=own, FS\\gauges\\Clock.gau=clock, FS\\gauges\\cabinet.cab=cabinet");
-    user.ExpectImportStatus("My_Lear ...\n\nPossible problem ...\n\nThis...will not be imported ...\n\ngone.gau\n\n"
-                            "Import will now continue despite warning...")
-        .Then([&] { EXPECT_FALSE(drive.Has("Staging\\gauges\\Clock.gau")); });
-    user.Expect("Done.");
-    RunImportGaugeStep(context, "My_Lear");
-    EXPECT_EQ(drive.Outline("Staging\\gauges"), "Cabinet.cab=own, Clock.gau=clock");
 }
 
 } // namespace korvadex::test

@@ -107,25 +107,6 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
     }
 }
 
-TEST_F(SimTest, MissingGaugesDirectoryRefusesBeforeAnythingIsCopied) {
-    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("FS\\gauges")));
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
-    Select("Lear");
-    user.Expect(drive.At("FS\\gauges directory does not exist.  Please verify Flight Simulator directory location."),
-                MessageIcon::Exclamation);
-    RunInstall();
-    EXPECT_EQ(drive.Names("FS"), std::vector<std::string>{"aircraft\\"});
-}
-
-TEST_F(SimTest, SmallPackageGetsTheFourDirectories) {
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").WithoutAll().With("aircraft.cfg", "[fltsim.0]\r\ntitle=x\r\n");
-    Select("Lear");
-    user.Expect("Done.");
-    RunInstall();
-    EXPECT_EQ(drive.Names("FS\\aircraft\\Lear"), (std::vector<std::string>{"Model\\", "Panel\\", "Sound\\", "Texture\\",
-                                                                           "aircraft.cfg", "kx_installed.txt"}));
-}
-
 TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
     const std::string name(250, 'x');
     PackageBuilder(drive, "Hangar\\Jets\\" + name + "\\").Packed("Gauges\\LearClock.gau");
@@ -173,54 +154,6 @@ TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     EXPECT_EQ(drive.Tree("Hangar"), hangar);
 }
 
-TEST_F(SimTest, AnAliasNeedsItsTarget) {
-    const auto panelMissing = [](const std::string& target, const std::string& more) {
-        return "This package uses a panel via alias (" + target +
-               ") which is not installed in MSFS.  Please install the package that contains this panel first." + more;
-    };
-    const struct {
-        const char *name, *target, *file, *text; // what stands in the simulator, what the package's file says
-        std::string refusal;                     // none when the install goes on
-        const char* rewritten = "";
-    } rows[] = {
-        {"panel missing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=Big Jet\\panel\r\n",
-         panelMissing("big jet\\panel", "")},
-        {"sound missing", "Big_Jet\\panel", "Sound\\sound.cfg", "alias=Big Jet\\sound\r\n",
-         "This package uses a sound configuration via alias (big jet\\sound) which is not installed in MSFS..."},
-        {"panel of itself", "", "Panel\\panel.cfg", "alias=LEAR\\Panel",
-         panelMissing("lear\\panel", "\n\nThe alias leads to this package itself....")},
-        {"panel of nothing", "", "Panel\\panel.cfg", "[fltsim]\r\nalias=", "", "[fltsim]\r\nalias="},
-        {"panel under another name", "Big_Jet\\panel", "Panel\\panel.cfg",
-         "  [fltsim]\r\n ALIAS=Big Jet\\panel\r\n; end\r\n", "", "  [fltsim]\r\n ALIAS=big_jet\\panel\r\n; end\r\n"},
-        {"sound under another name", "Big_Jet\\sound", "Sound\\sound.cfg", "[fltsim]\nalias=Big Jet\\sound", "",
-         "[fltsim]\nalias=big_jet\\sound"},
-        {"panel of one with blanks", "Big Jet\\panel", "Panel\\panel.cfg", "alias=big_jet\\panel ; lent", "",
-         "alias=Big Jet\\panel ; lent"},
-        {"panel under its own name", "bigjet\\panel", "Panel\\panel.cfg", "[fltsim]\nalias=BigJet\\Panel\n", "",
-         "[fltsim]\nalias=BigJet\\Panel\n"},
-    };
-    drive.Put("Hangar\\Jets\\Big Jet\\Panel\\panel.cfg", "alias=Lear\\panel"); // a circle
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string msfs = std::string(row.name) + "\\", lear = msfs + "aircraft\\Lear";
-        locations.MsfsDir = drive.At(msfs);
-        drive.Fill(msfs, "gauges\\, aircraft\\");
-        drive.MakeDirectory(msfs + "aircraft\\" + row.target);
-        PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Without("Panel\\LearPanel.bmp").With(row.file, row.text);
-        Select("Lear");
-        if (row.refusal.empty())
-            user.ExpectInstallStatus("Lear ...\n\n...");
-        else
-            user.Expect(row.refusal, MessageIcon::Information);
-        RunInstall();
-        EXPECT_EQ(drive.Has(lear), row.refusal.empty());
-        if (row.refusal.empty()) {
-            EXPECT_EQ(drive.Get(lear + "\\" + row.file), row.rewritten);
-        }
-        EXPECT_EQ(drive.Get(std::string("Hangar\\Jets\\Lear\\") + row.file), row.text);
-    }
-}
-
 // Every single change of the disk fails once: the aircraft is then there as a whole or not at all, and
 // nothing else has changed.
 TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
@@ -259,28 +192,6 @@ TEST_F(SimTest, AFailedInstallTakesEverythingBack) {
         }
     }
     EXPECT_GT(refusals, 20);
-}
-
-TEST_F(SimTest, SharedFilesWithoutAByteAreReplaced) {
-    const char* before =
-        "aircraft\\, effects\\smoke.fx=, gauges\\LearClock.gau=, modules\\helper.dll=, sound\\Click.wav=";
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\").Packed("Gauges\\LearClock.gau").With("Gauges\\none.gau", "");
-    drive.Fill("FS", before);
-    Select("Lear");
-    FaultyFiles faulty(drive.Files());
-    faulty.FailOn("Rename", "aircraft\\Lear", FileFault::Denied);
-    user.Expect("The package could not be copied, and nothing of it was left behind....");
-    RunInstall(faulty);
-    EXPECT_EQ(drive.Outline("FS"), before);
-    drive.Put("FS\\gauges\\none.gau", ""); // as it is in the package
-    SimTest::Install();
-    EXPECT_EQ(drive.Outline("FS\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock, none.gau=");
-    EXPECT_EQ(drive.Get("FS\\effects\\smoke.fx"), "smoke");
-    EXPECT_EQ(drive.Get("FS\\modules\\helper.dll"), "MZ helper");
-    EXPECT_EQ(drive.Get("FS\\sound\\Click.wav"), "RIFF gauge click");
-    ExpectRemoval().Expect("Done.");
-    RunRemoval();
-    EXPECT_EQ(drive.Outline("FS\\gauges"), "none.gau=");
 }
 
 // The power may fail as soon as it is there.
