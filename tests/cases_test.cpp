@@ -10,10 +10,12 @@
 //   zip FILE: OUTLINE (=@FILE: the bytes of that one)
 //   delete PATH                     empty DIRECTORY\         move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
+//   noon DIRECTORY                  its files get one time   headless (no editor starts)
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
-//   start                           (once more) with the settings that there are
+//   start                           (once more) with the settings that there are; "start first": there are none;
+//                                   "start fails", "start first fails": the program ends
 //   do NAME                         an entry of the menus, a key of the toolbar, a button of the window
 //   hangar, staging, refresh, exit  select CATEGORY\PACKAGE  category ROW
 //   name TEXT                       into the field for a package's name
@@ -22,10 +24,13 @@
 //   line ROW, close (the list window) photo ROW (of the gallery)
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
+//                                   ("No to all": with the check box)
 //   install TEXT, import TEXT       the gauge crosscheck     enter PROMPT -> TEXT
 //   archive FILE                    of the file choice       pick A|B -> ROW (of the configurations)
 //   take A|B -> ROW,ROW             to import                gauges A|B -> ROWS -> ROWS (unused, and deleted)
+//   info FIELD=TEXT, ... -> taken   what is entered there, and whether it is accepted
 //   rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
+//   locations STAGING, HANGAR, FS   entered in their dialog  closed (that dialog)
 //   then LINE                       is done when the question before it is answered
 // What is to be seen then:
 //   tree DIRECTORY: OUTLINE         all that is there        names DIRECTORY: NAME, NAME (of all)
@@ -126,10 +131,13 @@ class CaseTest : public ProgramTest {
         ASSERT_NE(verb, verbs.end()) << "no such verb";
         verb->second.act(line.text);
     }
-    void Restart() {
-        if (!drive.Has("App\\kx.ini"))
+    // "first": as no run before it has left settings; "fails": the program is to end.
+    void Restart(const std::string& how = "") {
+        if (!how.starts_with("first"))
+            form.geometry.reset(); // of a minimised window
+        if (!how.starts_with("first") && !drive.Has("App\\kx.ini"))
             PutSettings();
-        EXPECT_TRUE(Make(disk).Start());
+        EXPECT_EQ(Make(disk).Start(), !how.ends_with("fails"));
     }
     static void Require(const Status& status) {
         EXPECT_TRUE(bool(status)) << status.path << ": " << DescribeFault(status.fault);
@@ -146,9 +154,13 @@ class CaseTest : public ProgramTest {
     Verb Message(MessageIcon icon) {
         return Verb([=, this](const std::string& line) {
             const auto arrow = line.rfind(" -> ");
-            const auto answer = Answers.find(arrow == line.npos ? "" : line.substr(arrow + 4));
-            const bool isOk = answer == Answers.end();
-            user.Expect(In(isOk ? line : line.substr(0, arrow), "\n"), isOk ? Answer::Ok : answer->second, icon);
+            auto answer = arrow == line.npos ? "" : line.substr(arrow + 4);
+            const bool isForAll = answer.ends_with(" to all");
+            if (isForAll)
+                answer.resize(answer.size() - 7);
+            const bool isOk = !Answers.contains(answer);
+            user.Expect(In(isOk ? line : line.substr(0, arrow), "\n"), isOk ? Answer::Ok : Answers.at(answer), isForAll,
+                        icon);
         });
     }
     Texts Paths(const std::string& list) const {
@@ -237,7 +249,8 @@ class CaseTest : public ProgramTest {
             {"side", [&] { return view.header; }},
             {"size", [&] { return view.sizeText; }},
             {"title", [&] { return package.aircraftTitle; }},
-            {"sound", [&] { return package.PackageSoundAlias; }},
+            {"panel", [&] { return package.panelText; }},
+            {"sound", [&] { return package.soundText; }},
             {"package", [&] { return package.path; }},
             {"picture",
              [&] {
@@ -260,7 +273,14 @@ class CaseTest : public ProgramTest {
                          left.push_back(text.substr(6));
                  return joined(left);
              }},
-            {"photos", [&] { return form.gallery.caption + ": " + std::to_string(form.gallery.pictures.size()); }},
+            {"photos",
+             [&] {
+                 Texts photos;
+                 for (const auto& picture : form.gallery.pictures)
+                     photos.push_back(picture.path.substr(drive.At("Hangar\\").size()));
+                 return form.gallery.caption + ": " + joined(photos);
+             }},
+            {"hangar", [&] { return program->GetSettings().locations.HangarDir; }},
             {"started", [&] { return joined(launcher.started); }},
             {"ends", [&] { return std::to_string(form.ends); }},
         };
@@ -304,6 +324,12 @@ class CaseTest : public ProgramTest {
               if (!drive.MakeLink(path, target))
                   GTEST_SKIP() << "no links on this machine";
           }}},
+        {"noon", {[this](auto& directory) {
+             for (const auto& name : drive.Names(directory))
+                 if (!name.ends_with('\\'))
+                     Require(
+                         drive.Files().SetTime(drive.At(directory + "\\" + name), FileTime(std::chrono::hours(12))));
+         }}},
         {"void", {[this](auto& file) {
              const FileTime time = drive.Files().Info(drive.At(file))->time;
              drive.Put(file, "");
@@ -319,6 +345,7 @@ class CaseTest : public ProgramTest {
                  return FileFault::None;
              });
          }}},
+        {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},
         {"tree", {": ", [this](auto& directory, auto& outline) { EXPECT_EQ(drive.Outline(directory), In(outline)); }}},
@@ -336,7 +363,7 @@ class CaseTest : public ProgramTest {
         {"shows", {": ", [this](auto& field, auto& text) { EXPECT_EQ(Shown(field), In(text, "|")); }}},
     };
     const Verbs actions = {
-        {"start", {[this](auto&) { Restart(); }}},
+        {"start", {[this](auto& how) { Restart(how); }}},
         {"do", {[this](auto& name) { Run(name); }}},
         {"hangar", {[this](auto&) { program->GoToHangar(); }}},
         {"staging", {[this](auto&) { program->GoToStaging(); }}},
@@ -378,6 +405,31 @@ class CaseTest : public ProgramTest {
         {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), text); }}},
         {"pick", {" -> ", [this](auto& rows, auto& row) { user.ExpectConfigurations(Split(rows, "|"), Row(row)); }}},
         {"take", {" -> ", [this](auto& names, auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows)); }}},
+        {"locations", {[this](auto& list) {
+             Texts entered = Split(list, ", ");
+             entered.resize(3);
+             for (auto& path : entered)
+                 path = path.empty() ? "" : drive.At(path);
+             dialogs.Enter({entered[0], entered[1], entered[2]});
+         }}},
+        {"closed", {[this](auto&) { dialogs.Close(); }}},
+        {"info",
+         {" -> ",
+          [this](auto& fields, auto& outcome) {
+              user.ExpectInfo(
+                  [this, entries = Split(fields, ", "), isTaken = outcome == "taken"](const InfoForm& shown) {
+                      static const std::map<std::string, std::string AircraftInfo::*> members = {
+                          {"id", &AircraftInfo::atcId},
+                          {"maker", &AircraftInfo::manufacturer},
+                          {"type", &AircraftInfo::type},
+                          {"variation", &AircraftInfo::variation},
+                          {"performance", &AircraftInfo::performance}};
+                      AircraftInfo entered = shown.info;
+                      for (const auto& entry : entries)
+                          entered.*members.at(Cut(entry, "=").first) = In(Cut(entry, "=").second);
+                      EXPECT_EQ(shown.accept(entered), isTaken);
+                  });
+          }}},
         {"gauges",
          {" -> ",
           [this](auto& names, auto& deletions) {

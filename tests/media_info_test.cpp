@@ -3,7 +3,6 @@
 #include "media/info_offers.h"
 #include "media/info_text.h"
 #include "platform/windows_path.h"
-#include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
 
 namespace korvadex::test {
@@ -113,180 +112,23 @@ TEST(InfoText, EmptyFieldsHaveNoKey) {
     EXPECT_EQ(ReadAircraftInfo(ParseConfig("[fltsim.0]\natc_id=  A \natc_id=B")).info.atcId, "A");
 }
 
-class InfoTest : public SimTest {
-  protected:
-    InfoTest() {
-        drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file);
-        drive.Put("FS\\fs2002.exe", "MZ");
-        Select("Lear");
-    }
-    const std::string file = "[fltsim.0]\r\ntitle=Lear\r\nui_type=45\r\n";
-    const std::string cfg = drive.At("Hangar\\Jets\\Lear\\aircraft.cfg");
-    std::string File() { return drive.Get("Hangar\\Jets\\Lear\\aircraft.cfg"); }
-
-    // Opens the dialog, enters a tail number and applies.
-    void Apply(bool isTaken, const std::string& atcId = "N1") {
-        user.ExpectInfo([=](const InfoForm& form) {
-            AircraftInfo entered = form.info;
-            entered.atcId = atcId;
-            EXPECT_EQ(form.accept(entered), isTaken);
-        });
-        EditAircraftInfo(context, package);
-    }
-};
-
-TEST_F(InfoTest, OpensAfterItsChecks) {
-    ASSERT_TRUE(drive.Files().Delete(drive.At("FS\\fs2002.exe")));
-    user.Expect("This information is for FS2002 only.", Answer::Ok, MessageIcon::Exclamation);
-    EditAircraftInfo(context, package);
-    drive.Put("FS\\FS2002.EXE", "MZ");
-    user.Expect("Aircraft configuration file not found.", Answer::Ok, MessageIcon::Exclamation);
-    EditAircraftInfo(context, {});
-
-    drive.MakeDirectory("FS\\aircraft\\Lear");
-    user.Expect(
-        "This package is currently installed in Flight Simulator.  "
-        "Any changes to this information will not have an effect until the package is reinstalled with Korvadex.",
-        Answer::Ok, MessageIcon::Information);
-    Apply(true);
-    EXPECT_EQ(File(), "[fltsim.0]\r\ntitle=Lear\r\natc_id=N1\r\nui_type=45\r\n\r\n[General]\r\neditable=0\r\n\r\n");
-
-    drive.Put("Staging\\x\\Aircraft.cfg", file);
-    LoadStaging(context, package);
-    Apply(true);
-    EXPECT_TRUE(drive.Get("Staging\\x\\Aircraft.cfg").starts_with("[fltsim.0]\r\ntitle=Lear\r\natc_id=N1"));
-}
-
-TEST_F(InfoTest, WithoutAChangeNothingIsWritten) {
-    FaultyFiles faulty(drive.Files());
-    CommandContext counted{faulty, launcher, locations, limits, user, display};
-    user.ExpectInfo([](const InfoForm& form) {
+TEST_F(SimTest, WhatWasNotAppliedIsDiscardedOnRequestOnly) {
+    drive.Fill("", "Hangar\\Jets\\Lear\\aircraft.cfg=[fltsim.0]\r\ntitle=Lear, FS\\fs2002.exe=MZ");
+    Select("Lear");
+    user.ExpectInfo([&](const InfoForm& form) {
         EXPECT_EQ(form.aircraft, "Lear  -  Lear");
         AircraftInfo entered = form.info;
-        entered.type = " 45 ";
         EXPECT_TRUE(form.mayClose(entered));
-        EXPECT_TRUE(form.accept(entered));
-    });
-    EditAircraftInfo(counted, package);
-    EXPECT_EQ(faulty.Changes(), 0);
-    user.ExpectInfo([&](const InfoForm& form) {
-        AircraftInfo entered = form.info;
         entered.isHeavy = true;
         const char* question = "What you have changed was not applied.  Do you want to discard it?";
         user.Expect(question, Answer::No).Expect(question, Answer::Yes);
         EXPECT_FALSE(form.mayClose(entered));
         EXPECT_TRUE(form.mayClose(entered));
     });
-    EditAircraftInfo(counted, package);
+    EditAircraftInfo(context, package);
 }
 
-TEST_F(InfoTest, WhatTheFileCannotHoldIsNotWritten) {
-    const struct {
-        std::string AircraftInfo::*field;
-        std::string text, message;
-    } rows[] = {
-        {&AircraftInfo::variation, "Warsz\xC3\xB3w \xC5\x82",
-         "The variation has a character that cannot be kept in aircraft.cfg:  \xC5\x82  Please change it."},
-        {&AircraftInfo::manufacturer, "a\nb", "The manufacturer has a line break..."},
-        {&AircraftInfo::performance, "C:\\new", "The performance has a \\ before one of n..."},
-    };
-    for (const auto& row : rows) {
-        user.ExpectInfo([&](const InfoForm& form) {
-            AircraftInfo entered = form.info;
-            entered.*row.field = row.text;
-            user.Expect(row.message, Answer::Ok);
-            EXPECT_FALSE(form.accept(entered));
-        });
-        EditAircraftInfo(context, package);
-        EXPECT_EQ(File(), file);
-    }
-}
-
-TEST_F(InfoTest, AFileThatChangesMeanwhileLosesNothing) {
-    const auto during = [&](const std::function<void()>& change, bool isTaken) {
-        user.ExpectInfo([=](const InfoForm& form) {
-            change();
-            AircraftInfo entered = form.info;
-            entered.atcId += "+";
-            EXPECT_EQ(form.accept(entered), isTaken);
-        });
-        EditAircraftInfo(context, package);
-    };
-    during([&] { drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", ";new\r\n" + file); }, true);
-    EXPECT_TRUE(File().starts_with(";new\r\n[fltsim.0]\r\ntitle=Lear\r\natc_id=+\r\nui_type=45\r\n"));
-    during(
-        [&] {
-            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file + "atc_id=theirs\r\n");
-            user.Expect("This information was changed by another program in " + cfg +
-                            ".  Do you want to replace it with what you have entered?",
-                        Answer::No);
-        },
-        false);
-    EXPECT_EQ(File(), file + "atc_id=theirs\r\n");
-    const std::string unlike = file + "atc_id=theirs\r\n" + std::string(2, '\0');
-    during(
-        [&] {
-            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", unlike);
-            user.Expect("The sections of " + cfg + " were changed...", Answer::Ok);
-        },
-        false);
-    EXPECT_EQ(File(), unlike);
-    drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file + "atc_id=theirs\r\n");
-    during(
-        [&] {
-            ASSERT_TRUE(drive.Files().SetReadOnly(cfg, true)); // as files on a CD are
-        },
-        true);
-    EXPECT_THAT(File(), testing::HasSubstr("atc_id=theirs+"));
-    during(
-        [&] {
-            ASSERT_TRUE(drive.Files().ClearAttributes(cfg) && drive.Files().Delete(cfg));
-            user.Expect("The file " + cfg + " could not be read again...", Answer::Ok);
-        },
-        false);
-}
-
-// Takes every message.
-class PatientUser : public ScriptedUser {
-  public:
-    int messages = 0;
-    CheckedAnswer ShowMessage(const std::string&, MessageButtons, MessageIcon, const MessageOptions&) override {
-        ++messages;
-        return {Answer::Ok, false};
-    }
-};
-
-TEST_F(InfoTest, AFaultLeavesTheOldFile) {
-    std::string whole;
-    for (const bool stops : {false, true}) {
-        bool isWhole = false;
-        for (int change = 1; !isWhole; ++change) {
-            SCOPED_TRACE(std::to_string(change) + (stops ? " and all after it" : ""));
-            drive.Put("Hangar\\Jets\\Lear\\aircraft.cfg", file);
-            FaultyFiles disk(drive.Files());
-            PatientUser patient;
-            CommandContext broken{disk, launcher, locations, limits, patient, display};
-            bool isTaken = false;
-            patient.ExpectInfo([&](const InfoForm& form) {
-                AircraftInfo entered = form.info;
-                entered.atcId = "N1";
-                if (stops)
-                    disk.StopAt(change, FileFault::DiskFull);
-                else
-                    disk.FailAt(change, FileFault::DiskFull);
-                isTaken = form.accept(entered);
-            });
-            EditAircraftInfo(broken, package);
-            EXPECT_EQ(patient.messages, isTaken ? 0 : 1);
-            isWhole = disk.Changes() < change;
-            EXPECT_EQ(File() == file, !isTaken);
-            whole = isTaken && whole.empty() ? File() : whole;
-            EXPECT_TRUE(!isTaken || File() == whole);
-        }
-    }
-}
-
-TEST_F(InfoTest, OffersWhatOthersUse) {
+TEST_F(SimTest, InformationOffersWhatOthersUse) {
     drive.Put(
         "Hangar\\Props\\Cub\\aircraft.cfg",
         "[fltsim.0]\natc_airline=Zeta Air\nui_manufacturer=\"Orvane\"\n[fltsim.1]\n ATC_Airline=alpha\n[General]\n"

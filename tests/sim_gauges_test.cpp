@@ -1,6 +1,5 @@
-#include "sim/gauge_removal.h"
 #include "sim/gauge_check.h"
-#include "sim/hangar_package.h"
+#include "sim/gauge_removal.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/sim_fixture.h"
 

@@ -42,19 +42,22 @@ TEST_F(ImportTest, WhatCannotBeImportedClearsNothing) {
     drive.Put("FS\\aircraft\\Zeppelin\\hull.air", std::string(100'000, 'x'));
     drive.Put("Staging\\KX_MSFSImportName.txt", "Zeppelin\r\n");
     const auto staged = drive.Tree("Staging");
-    const auto expectRefusal = [&](FileSystem& files, const std::string& message) {
-        user.ExpectImport({"My_Plane", "Zeppelin"}, {1}).Expect("Staging still holds what an earlier...", Answer::Yes);
-        user.Expect(message + "...Nothing was imported.", MessageIcon::Exclamation);
+    const auto expectRefusal = [&](FileSystem& files) {
         CommandContext disk = On(files);
         EXPECT_EQ(ImportFromSim(disk), "");
         EXPECT_EQ(drive.Tree("Staging"), staged);
     };
     FaultyFiles full(drive.Files());
     full.freeSpace = 0;
-    expectRefusal(full, "There is not enough room");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {1})
+        .Expect("Staging still holds what an earlier...", Answer::Yes)
+        .Expect("There is not enough room...Nothing was imported.", MessageIcon::Exclamation);
+    expectRefusal(full);
     drive.Fill("FS\\aircraft\\Zeppelin", "1=, 2=, 3=");
     limits.FileMax = 3;
-    expectRefusal(drive.Files(), "");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {1})
+        .Expect("There are more than 3 files...Nothing was imported.", MessageIcon::Exclamation);
+    expectRefusal(drive.Files());
 }
 
 // A power cut leaves no half file under a real name, and all files when it comes after the end.

@@ -1,6 +1,7 @@
 #include "tests/support/random_addon.h"
 
 #include "platform/windows_path.h"
+#include "tests/support/temporary_drive.h"
 #include "tests/support/zip_builder.h"
 
 namespace korvadex::test {
@@ -107,16 +108,20 @@ class AddonMaker {
         }
     }
 
+    // Some of these directories hold an alias to the plain one, which serves their users too.
+    std::set<std::string> MakeStubs(std::map<std::string, Users>& directories, const std::string& plain) {
+        std::set<std::string> stubs;
+        for (const auto& [directory, users] : std::map(directories))
+            if (directory != plain && dice.OneIn(2)) {
+                stubs.insert(directory);
+                directories[plain].insert(users.begin(), users.end());
+            }
+        return stubs;
+    }
     void AddPanels() {
         const std::string plain = addon.directory + "panel", shared = Filler();
         auto panels = UsersByDirectory("panel", &Livery::panel);
-        std::set<std::string> stubs;
-        for (const auto& [directory, users] : std::map(panels)) {
-            if (directory != plain && dice.OneIn(2)) {
-                stubs.insert(directory);
-                panels[plain].insert(users.begin(), users.end());
-            }
-        }
+        const auto stubs = MakeStubs(panels, plain);
         for (const auto& [directory, users] : panels) {
             std::set<std::string> named;
             if (stubs.contains(directory)) {
@@ -159,19 +164,13 @@ class AddonMaker {
         }
         if (dice.OneIn(2))
             text += "// " + std::string(1200, 'x') + "\r\n";
-        return dice.OneIn(8) ? InTwoBytes(text) : Ended(text);
+        return dice.OneIn(8) ? TwoByteText(text) : Ended(text);
     }
 
     void AddSounds() {
         const std::string plain = addon.directory + "sound";
         auto sounds = UsersByDirectory("sound", &Livery::sound);
-        std::set<std::string> stubs;
-        for (const auto& [directory, users] : std::map(sounds)) {
-            if (directory != plain && dice.OneIn(2)) {
-                stubs.insert(directory);
-                sounds[plain].insert(users.begin(), users.end());
-            }
-        }
+        const auto stubs = MakeStubs(sounds, plain);
         for (const auto& [directory, users] : sounds) {
             if (stubs.contains(directory)) {
                 Add(directory + "/" + Cased("sound.cfg"), Alias("sound"), users, Kind::AliasStub);
@@ -259,12 +258,6 @@ class AddonMaker {
         if (dice.OneIn(4))
             std::erase(text, '\r');
         return text + (dice.OneIn(2) ? "\r\n" : "");
-    }
-    static std::string InTwoBytes(const std::string& text) {
-        std::string bytes = "\xFF\xFE";
-        for (const char c : text)
-            bytes += {c, '\0'};
-        return bytes;
     }
 
     Dice& dice;
