@@ -5,8 +5,6 @@
 
 namespace korvadex::test {
 
-using Entries = std::map<std::string, std::string>;
-
 class CopyTest : public SimTest {
   protected:
     CopyTest() { drive.MakeDirectory("Hangar\\Jets"); }
@@ -18,85 +16,19 @@ class CopyTest : public SimTest {
                   locations.HangarDir + "Jets\\" + name + "\\");
         return bool(copy);
     }
-    Entries Files(const std::string& directory) const {
-        Entries files = drive.Tree(directory);
-        std::erase_if(files, [](const auto& entry) { return entry.first.ends_with('\\'); });
-        return files;
-    }
 };
 
-// An add-on as archives bring it: hardly a directory, names in any case.
-TEST_F(CopyTest, ToTheHangarEveryFileFindsItsGroup) {
-    const std::vector<std::pair<std::string, std::string>> ways = {
-        {"LEAR\\Aircraft.CFG", "Aircraft.CFG"},
-        {"lear\\lear_check.txt", "lear_check.txt"},
-        {"1024panel.cfg", "Unrecognized Files\\1024panel.cfg"},
-        {"x\\1024panel.cfg", "Unrecognized Files\\1024panel(1).cfg"},
-        {"notes.kx", "Unrecognized Files\\notes.kx"},
-        {"~kx~mine.kx", "Unrecognized Files\\~kx~mine.kx"}, // only the scratch directory itself is hidden
-        {"P.BMP", "Panel\\P.BMP"},
-        {"texture\\T.bmp", "Texture\\T.bmp"},
-        {"gauges\\CLOCK.v2.gau", "Gauges\\CLOCK.v2.gau"},
-        {"smoke.FX", "Miscellaneous\\smoke.FX"},
-        {"Click.gau", ""}, // named on no gauge line
-        {"gauge dial 1024panel.cfg", "Unrecognized Files\\gauge dial 1024panel.cfg"},
-        {"Dial.gau", "Gauges\\Dial.gau"}, // named there
-        {"kx_compression.txt", ""},
-        {"KX_MSFSImportName.txt", ""}};
-    const std::string panel = "file=p.bmp\r\ngauge00=Clock.x,1\r\nclick\r\n";
-    Entries expected = {{"Panel\\panel.cfg", panel}};
-    drive.Put("Staging\\panel.cfg", panel);
-    for (const auto& [source, target] : ways) {
-        drive.Put("Staging\\" + source, source);
-        if (!target.empty())
-            expected[target] = source;
-    }
+TEST_F(CopyTest, AFileKeepsItsTimeAndAttributes) {
     const std::string dated = drive.At("Staging\\notes.kx");
     const FileTime time{std::chrono::sys_days(std::chrono::year(1999) / 12 / 31)};
+    drive.Put("Staging\\notes.kx", "x");
     ASSERT_TRUE(drive.Files().SetTime(dated, time));
     ASSERT_TRUE(drive.Files().SetReadOnly(dated, true));
-
-    user.Expect("The following gauge files aren't used by the panel of this package\n"
-                "and were therefore not copied to the Hangar ...\n\nClick.gau",
-                MessageIcon::Information);
     EXPECT_TRUE(CopyStaging("My Lear"));
-    EXPECT_EQ(Files("Hangar\\Jets\\My Lear"), expected);
     const auto info = drive.Files().Info(drive.At("Hangar\\Jets\\My Lear\\Unrecognized Files\\notes.kx"));
     ASSERT_TRUE(bool(info));
     EXPECT_EQ(info->time, time);
     EXPECT_TRUE(info->readOnly);
-}
-
-TEST_F(CopyTest, ToTheHangarAllGaugesGoWhenNoPanelNamesAny) {
-    drive.Fill("Staging", "panel.cfg=alias=Lear\\panel, a.gau=a, b.CAB=b");
-    EXPECT_TRUE(CopyStaging("Lear"));
-    EXPECT_EQ(drive.Outline("Hangar\\Jets\\Lear\\Gauges"), "a.gau=a, b.CAB=b");
-}
-
-TEST_F(CopyTest, ToStagingAndBackNothingIsLost) {
-    PackageBuilder(drive, "Hangar\\Jets\\My Lear\\")
-        .With("Unrecognized Files\\1024panel.cfg", "big panel")
-        .Packed("Texture\\Lear_t.bmp")
-        .Packed("Gauges\\LearClock.gau");
-    Select("My Lear");
-    const std::string destination = locations.StagingDir + "aircraft\\My Lear\\";
-    EXPECT_EQ(CopyPackageTo(context, package, CopyRoot::Staging, "My Lear"), destination);
-    EXPECT_EQ(drive.Outline("Staging\\gauges"), "LearCab.cab=MSCF cabinet, LearClock.gau=MZ clock");
-    EXPECT_EQ(drive.Outline("Staging\\sound"), "Click.wav=RIFF gauge click");
-    EXPECT_EQ(drive.Get("Staging\\aircraft\\My Lear\\Texture\\Lear_t.bmp"), "BM texture");
-
-    // The same again meets itself, and another package its own gauge of that name.
-    user.Expect(destination + " exists already.  Please remove or rename it first.\n\nNothing was copied.");
-    EXPECT_FALSE(CopyPackageTo(context, package, CopyRoot::Staging, "My Lear"));
-    drive.Put("Staging\\gauges\\LearCab.cab", "another");
-    user.Expect("Staging already contains another gauge of the same name:...");
-    EXPECT_FALSE(CopyPackageTo(context, package, CopyRoot::Staging, "Other"));
-    drive.Put("Staging\\gauges\\LearCab.cab", "MSCF cabinet");
-
-    EXPECT_TRUE(CopyStaging("Again"));
-    Entries again = PackageBuilder::Files();
-    again["Unrecognized Files\\1024panel.cfg"] = "big panel";
-    EXPECT_EQ(Files("Hangar\\Jets\\Again"), again);
 }
 
 // As by a second Korvadex, which cleans up when it starts.

@@ -58,6 +58,12 @@ TEST_F(ImportTest, WhatCannotBeImportedClearsNothing) {
     user.ExpectImport({"My_Plane", "Zeppelin"}, {1})
         .Expect("There are more than 3 files...Nothing was imported.", MessageIcon::Exclamation);
     expectRefusal(drive.Files());
+    limits.FileMax = 5000;
+    FaultyFiles closed(drive.Files());
+    closed.unreadable = drive.At("FS\\aircraft\\Zeppelin\\MODEL\\");
+    user.ExpectImport({"My_Plane", "Zeppelin"}, {1})
+        .Expect("The directory " + closed.unreadable + " could not be read....");
+    expectRefusal(closed);
 }
 
 // A power cut leaves no half file under a real name, and all files when it comes after the end.
