@@ -128,8 +128,13 @@ std::optional<std::string> HostNames::FindName(const std::string& directory, std
     if (stat(directory.c_str(), &info) != 0)
         return std::nullopt;
     Listing* listing = Cached(directory);
-    const bool isFresh = listing && listing->device == info.st_dev && listing->inode == info.st_ino &&
-                         IsSameTime(listing->changed, info.st_mtim);
+    bool isFresh = listing && listing->device == info.st_dev && listing->inode == info.st_ino &&
+                   IsSameTime(listing->changed, info.st_mtim);
+    // What another program does in the same tick of the disk's clock leaves the time as it was.
+    if (isFresh) {
+        const auto found = listing->names.find(FoldCase(name));
+        isFresh = found == listing->names.end() || Exists(directory + "/" + found->second);
+    }
     if (!isFresh) {
         if (!listing) {
             if (listings.size() == MaxListings)
