@@ -56,6 +56,7 @@ TEST(HouseTest, StandsAsItIsDrawn) {
         host("windows\\.h|shellapi\\.h|unistd\\.h|fcntl\\.h|dirent\\.h|spawn\\.h|sys/.*"),
         hostFile(".*(_posix|_win32)\\..*|win32\\..*"), withQt("ui|demo|tour|bench|tests");
     int count = 0;
+    std::string sources;
     for (const auto& directory : fs::directory_iterator(KORVADEX_ROOT)) {
         const std::string folder = directory.path().filename().string();
         if (!directory.is_directory() || folder == "build" || folder.starts_with('.'))
@@ -68,7 +69,9 @@ TEST(HouseTest, StandsAsItIsDrawn) {
             ASSERT_TRUE(house.floors.contains(folder) || house.beside.contains(folder)) << "is not in the picture";
             std::ifstream source(entry.path());
             std::smatch match;
+            sources += name + '\n';
             for (std::string line; std::getline(source, line);) {
+                sources += line + '\n';
                 if (!std::regex_match(line, match, include))
                     continue;
                 ++count;
@@ -83,6 +86,15 @@ TEST(HouseTest, StandsAsItIsDrawn) {
         }
     }
     EXPECT_GT(count, 1000);
+
+    // The pages for newcomers name what there is: "RunCommand", "MainWindow".
+    const std::regex word("[A-Za-z]*[a-z][A-Z][A-Za-z]*");
+    for (const char* page : {KORVADEX_ROOT "/docs/architecture.md", KORVADEX_ROOT "/CONTRIBUTING.md"}) {
+        std::ifstream file(page);
+        for (std::string line; std::getline(file, line);)
+            for (std::sregex_iterator at(line.begin(), line.end(), word), end; at != end; ++at)
+                EXPECT_NE(sources.find(at->str()), sources.npos) << page << ": " << at->str();
+    }
 }
 
 } // namespace
