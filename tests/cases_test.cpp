@@ -11,6 +11,7 @@
 //   delete PATH                     empty DIRECTORY\         move PATH -> PATH
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   noon DIRECTORY                  its files get one time   headless (no editor starts)
+//   space BYTES                     free on the disk
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
@@ -229,62 +230,52 @@ class CaseTest : public ProgramTest {
     }
     std::string Shown(const std::string& field) const {
         const MainView& view = program->View();
+        const LoadedPackage& shown = program->Package();
         const auto joined = [](const Texts& texts) {
             std::string all;
             for (const auto& text : texts)
                 all += text + "|";
             return all.substr(0, all.empty() ? 0 : all.size() - 1);
         };
-        const LoadedPackage& package = program->Package();
+        Texts files, left, photos;
         if (const int group = GroupNamed(field); group < GroupCount) {
-            Texts names;
-            for (const auto& file : package.ComponentFiles[std::size_t(group)])
-                names.push_back(file.Name());
-            return joined(names);
+            for (const auto& file : shown.ComponentFiles[std::size_t(group)])
+                files.push_back(file.Name());
+            return joined(files);
         }
-        const std::map<std::string, std::function<std::string()>> fields = {
-            {"name", [&] { return view.packageName; }},
-            {"proposed", [&] { return view.proposedName; }},
-            {"caption", [&] { return view.caption; }},
-            {"side", [&] { return view.header; }},
-            {"size", [&] { return view.sizeText; }},
-            {"title", [&] { return package.aircraftTitle; }},
-            {"panel", [&] { return package.panelText; }},
-            {"sound", [&] { return package.soundText; }},
-            {"package", [&] { return package.path; }},
-            {"picture",
-             [&] {
-                 return view.imageIndex ? LastPathComponent(package.pictures.at(std::size_t(view.imageIndex) - 1)) : "";
-             }},
-            {"categories", [&] { return joined(view.categories); }},
-            {"packages", [&] { return joined(form.PackageLines()); }},
-            {"counts", [&] { return view.statusCounts; }},
-            {"status", [&] { return form.status; }},
-            {"list", [&] { return form.listCaption + ": " + joined(form.listLines); }},
-            {"shown", [&] { return std::to_string(form.listShows); }},
-            {"revision", [&] { return std::to_string(view.listRevision); }},
-            {"opened on", [&] { return dialogs.pictureDirectory; }},
-            {"comings", [&] { return std::to_string(form.comings); }},
-            {"left",
-             [&] {
-                 Texts left;
-                 for (const auto& text : user.transcript)
-                     if (text.starts_with("left: "))
-                         left.push_back(text.substr(6));
-                 return joined(left);
-             }},
-            {"photos",
-             [&] {
-                 Texts photos;
-                 for (const auto& picture : form.gallery.pictures)
-                     photos.push_back(picture.path.substr(drive.At("Hangar\\").size()));
-                 return form.gallery.caption + ": " + joined(photos);
-             }},
-            {"hangar", [&] { return program->GetSettings().locations.HangarDir; }},
-            {"started", [&] { return joined(launcher.started); }},
-            {"ends", [&] { return std::to_string(form.ends); }},
+        for (const auto& text : user.transcript)
+            if (text.starts_with("left: "))
+                left.push_back(text.substr(6));
+        for (const auto& picture : form.gallery.pictures)
+            photos.push_back(picture.path.substr(drive.At("Hangar\\").size()));
+        const int image = view.imageIndex;
+        const std::map<std::string, std::string> fields = {
+            {"name", view.packageName},
+            {"proposed", view.proposedName},
+            {"caption", view.caption},
+            {"side", view.header},
+            {"size", view.sizeText},
+            {"title", shown.aircraftTitle},
+            {"panel", shown.panelText},
+            {"sound", shown.soundText},
+            {"package", shown.path},
+            {"picture", image ? LastPathComponent(shown.pictures.at(std::size_t(image) - 1)) : ""},
+            {"categories", joined(view.categories)},
+            {"packages", joined(form.PackageLines())},
+            {"counts", view.statusCounts},
+            {"status", form.status},
+            {"list", form.listCaption + ": " + joined(form.listLines)},
+            {"shown", std::to_string(form.listShows)},
+            {"revision", std::to_string(view.listRevision)},
+            {"opened on", dialogs.pictureDirectory},
+            {"comings", std::to_string(form.comings)},
+            {"left", joined(left)},
+            {"photos", form.gallery.caption + ": " + joined(photos)},
+            {"hangar", program->GetSettings().locations.HangarDir},
+            {"started", joined(launcher.started)},
+            {"ends", std::to_string(form.ends)},
         };
-        return fields.at(field)();
+        return fields.at(field);
     }
 
     const Case script;
@@ -345,6 +336,7 @@ class CaseTest : public ProgramTest {
                  return FileFault::None;
              });
          }}},
+        {"space", {[this](auto& bytes) { disk.freeSpace = std::stoull(bytes); }}},
         {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},

@@ -12,14 +12,8 @@ TEST_F(SimTest, ATitleInWhatIsNoTextIsLeftAlone) {
     EXPECT_EQ(drive.Get(path), odd);
 }
 
-TEST_F(SimTest, RunsTheFirstSimulatorOfTheList) {
-    user.Expect("Flight Simulator executable not found.  Please check MSFS location supplied to Korvadex.",
-                MessageIcon::Exclamation);
-    RunSimulator(context);
-    drive.Fill("FS", "fs2002.exe\\, fltsim98.exe=MZ, CFS2.EXE=MZ");
-    RunSimulator(context);
-    EXPECT_EQ(launcher.started, std::vector<std::string>{"run " + drive.At("FS\\cfs2.exe")});
-    EXPECT_EQ(display.status, drive.At("FS\\cfs2.exe is being started."));
+TEST_F(SimTest, ASimulatorThatDoesNotStartIsTold) {
+    drive.Put("FS\\fs2002.exe", "MZ");
     launcher.simulatorRefusal = "Wine is not installed.";
     user.Expect("Wine is not installed.", MessageIcon::Exclamation);
     RunSimulator(context);

@@ -107,17 +107,6 @@ TEST_F(SimTest, InstallingAndRemovingTouchNothingOfOthers) {
     }
 }
 
-TEST_F(SimTest, ALongNameLeavesRoomForTheScratchNames) {
-    const std::string name(250, 'x');
-    PackageBuilder(drive, "Hangar\\Jets\\" + name + "\\").Packed("Gauges\\LearClock.gau");
-    const Entries before = drive.Tree("FS\\aircraft");
-    Select(name);
-    Install();
-    ExpectRemoval().Expect("Done.");
-    RunRemoval();
-    EXPECT_EQ(drive.Tree("FS\\aircraft"), before);
-}
-
 TEST_F(SimTest, CompressedPackageIsUnpackedOnTheWayAndKnownAgain) {
     PackageBuilder builder(drive, "Hangar\\Jets\\My Lear\\");
     builder.Packed("Texture\\Lear_t.bmp").Packed("Panel\\LearPanel.bmp").Packed("Gauges\\LearClock.gau");
@@ -216,18 +205,6 @@ TEST_F(SimTest, AnInstallIsOnTheDiskBeforeItIsThere) {
     user.ExpectInstallStatus("...PASSED.\n\nInstallation complete.");
     RunInstall(watched);
     EXPECT_EQ(flushed, std::vector<std::string>{drive.At("FS\\aircraft")});
-}
-
-TEST_F(SimTest, FullDiskIsSeenBeforehand) {
-    PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
-    Select("Lear");
-    FaultyFiles faulty(drive.Files());
-    faulty.freeSpace = 5;
-    user.Expect("There is not enough room for the package: it needs 1 Meg and the disk has 0 Meg left.  "
-                "Please free some space...Nothing was copied.",
-                MessageIcon::Exclamation);
-    RunInstall(faulty);
-    EXPECT_EQ(faulty.Changes(), 0);
 }
 
 } // namespace korvadex::test

@@ -101,43 +101,6 @@ TEST_F(RecordTest, AGaugeStaysForPanelsThatNameItAndGoesWithTheLast) {
     }
 }
 
-TEST_F(RecordTest, WhatCameFromThePackageGoesWithoutAWord) {
-    const struct {
-        const char* name;
-        std::string file, bytes; // changed on one side after the installation; no bytes: deleted
-        bool isLost;             // and is asked about
-    } rows[] = {
-        {"notes of the package", "Hangar\\Jets\\Lear\\Documentation\\readme.txt", "my notes", false},
-        {"information", "Hangar\\Jets\\Lear\\aircraft.cfg", "[fltsim.0]\r\ntitle=Mine\r\n", false},
-        {"a picture of the package", "Hangar\\Jets\\Lear\\Images\\lear.jpg", "", false},
-        {"a document in another place", "FS\\aircraft\\Lear\\readme2.txt", "read me", false},
-        {"panel in the simulator", "FS\\aircraft\\Lear\\Panel\\panel.cfg", "mine", true},
-        {"a flight", "FS\\aircraft\\Lear\\first.flt", "mine", true},
-        {"a gauge of the package", "Hangar\\Jets\\Lear\\Gauges\\LearClock.gau", "", false},
-        {"the record", "FS\\aircraft\\Lear\\kx_installed.txt", "torn", false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        PackageBuilder(drive, "Hangar\\Jets\\Lear\\");
-        Install("Lear");
-        if (*row.bytes.c_str())
-            drive.Put(row.file, row.bytes);
-        else
-            ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
-        Select("Lear");
-        QuietMode = true;
-        RunRemoval();
-        EXPECT_EQ(drive.Has("FS\\aircraft\\Lear"), row.isLost);
-        // The only copy of a gauge that was taken out of the package stays.
-        EXPECT_EQ(drive.Has("FS\\gauges\\LearClock.gau"), row.isLost || row.file.ends_with(".gau"));
-        if (row.isLost) {
-            EXPECT_THAT(removal.kept, testing::HasSubstr(LastPathComponent(row.file)));
-            ASSERT_TRUE(drive.Files().Delete(drive.At(row.file)));
-            Remove("Lear");
-        }
-    }
-}
-
 TEST_F(RecordTest, NamesWhatWasPlacedAndWhatWasFound) {
     drive.Fill("FS", "gauges\\learcab.cab=x, effects\\, modules\\helper.dll=x");
     drive.Put("FS\\aircraft\\Big_Jet\\panel\\panel.cfg", "");
