@@ -87,7 +87,7 @@ void BuildList(benchmark::State& state, const Collection& collection, std::strin
     for ([[maybe_unused]] auto turn : state) {
         if (isCold)
             files = collection.Files();
-        const auto categories = SubdirectoryNames(*files, locations);
+        const auto categories = SubdirectoryNames(*files, locations.HangarDir);
         const auto overview = BuildOverview(caption, ListHangar(*files, locations, categories), *files, locations);
         if (!overview || overview->lines.size() != expected) {
             state.SkipWithError("the overview is not what it should be");
