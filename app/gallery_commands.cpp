@@ -30,10 +30,10 @@ void Program::ChooseGalleryPicture(int row) {
         const auto picture = gallery.PictureAt(row);
         if (!picture)
             return;
-        bool isFound = GoToPackage(picture->package);
+        bool isFound = SelectPackage(picture->package);
         if (!isFound) {
             RefreshSelection(); // its category may be new
-            isFound = GoToPackage(picture->package);
+            isFound = SelectPackage(picture->package);
         }
         if (isFound) {
             ShowImage(picture->path);

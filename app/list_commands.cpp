@@ -51,8 +51,8 @@ void Program::ChooseFileListLine(int row) {
         }
         // Users of an alias that stand in the simulator are listed with blanks where their names may have "_".
         const auto& wanted = line->package;
-        const bool isFound = GoToPackage(wanted) ||
-                             (wanted.category.empty() && GoToPackage(PackageRefOf(SpacesToUnderscores(wanted.name))));
+        const bool isFound = SelectPackage(wanted) ||
+                             (wanted.category.empty() && SelectPackage(PackageRefOf(SpacesToUnderscores(wanted.name))));
         if (!isFound)
             user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
     });

@@ -26,7 +26,7 @@ std::string ListWindow::ShowOverview(std::string_view caption, const HangarListi
     return "";
 }
 
-std::string ListWindow::Refresh(const HangarListing& hangar) {
+std::string ListWindow::RefreshFileList(const HangarListing& hangar) {
     if (!window.IsFileListVisible())
         return "";
     auto overview = BuildOverview(shown.caption, hangar, files, locations);

@@ -21,7 +21,7 @@ class ListWindow {
     // "" otherwise.
     std::string ShowOverview(std::string_view caption, const HangarListing& hangar);
     // What the open overview shows from now on. Gives the same.
-    std::string Refresh(const HangarListing& hangar);
+    std::string RefreshFileList(const HangarListing& hangar);
 
     // What a click on the line at this position stands for; nothing for a position without a meaning.
     std::optional<ListLine> Choose(int row) const;

@@ -41,7 +41,7 @@ void Program::Run(const std::function<void()>& command) {
             LoadSelectedPackage();
         if (isHangarStale) {
             TakeStock();
-            if (const auto problem = fileList.Refresh(selection.Hangar()); !problem.empty())
+            if (const auto problem = fileList.RefreshFileList(selection.Hangar()); !problem.empty())
                 ShowStatus(problem);
             gallery.Refresh();
         }

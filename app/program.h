@@ -200,7 +200,7 @@ class Program : private CommandDisplay {
     void TakeStock();
     // Lists the Hangar's categories, and the packages of the selected one, anew.
     void RefreshSelection();
-    bool GoToPackage(const PackageRef& wanted);
+    bool SelectPackage(const PackageRef& wanted);
     void UpdateCaption();
     void UpdateStatusCounts();
     void ForgetStaging();

@@ -172,7 +172,7 @@ void Program::RefreshSelection() {
     ShowView();
 }
 
-bool Program::GoToPackage(const PackageRef& wanted) {
+bool Program::SelectPackage(const PackageRef& wanted) {
     const bool isThere = selection.Select(wanted);
     if (isThere)
         ShowHangarSide(true);

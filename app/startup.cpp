@@ -83,7 +83,7 @@ void Program::CreateDefaultCategories() {
 void Program::ShowFirstPackage() {
     auto& first = settings.FirstPackage();
     try {
-        if (!first.empty() && GoToPackage(PackageRefOf(first)))
+        if (!first.empty() && SelectPackage(PackageRefOf(first)))
             return;
         if (!first.empty() && IsGone(first))
             first.clear();
