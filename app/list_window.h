@@ -17,8 +17,7 @@ class ListWindow {
 
     void Show(Overview list);
     // Opens the window with an overview of the Hangar. Gives what there is to say in the status bar when it is too
-    // long;
-    // "" otherwise.
+    // long; "" otherwise.
     std::string ShowOverview(std::string_view caption, const HangarListing& hangar);
     // What the open overview shows from now on. Gives the same.
     std::string RefreshFileList(const HangarListing& hangar);

@@ -44,10 +44,9 @@ struct ConfigInfo {
 ConfigInfo ReadAircraftInfo(const ConfigText& text);
 
 // Its bytes with these texts: in each of the two sections the managed keys stand together behind the last of
-// the other lines, which all stay as they are, and so do the lines of those keys whose values are the same; one that
-// is changed keeps its spelling. A missing
-// [General] is added at the end; a missing [fltsim.N] is not. Every text must have its place in the encoding. Doing
-// it again changes nothing.
+// the other lines, which all stay as they are, and so do the lines of those keys whose values are the same; one that is
+// changed keeps its spelling. A missing [General] is added at the end; a missing [fltsim.N] is not. Every text must
+// have its place in the encoding. Doing it again changes nothing.
 std::string WithAircraftInfo(const ConfigText& text, const AircraftInfo& info);
 
 } // namespace korvadex
