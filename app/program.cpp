@@ -92,10 +92,10 @@ bool Program::IsShownThere(std::initializer_list<Place> alsoNeeded) {
         gone = DescribeGone(files, settings.locations, alsoNeeded);
     if (!gone.empty()) {
         gone += GoneAdvice();
-    } else if (const auto fault = files.List(directory).fault(); fault == FileFault::NotFound) {
+    } else if (const auto listed = files.List(directory).status(); listed.fault == FileFault::NotFound) {
         gone = "The package you've selected no longer seems to be in the Hangar.";
-    } else if (fault != FileFault::None) {
-        gone = "The directory " + directory + " cannot be read (" + DescribeFault(fault) +
+    } else if (!listed) {
+        gone = "The directory " + directory + " cannot be read (" + DescribeFault(listed) +
                ").  Please make sure that you may read it and try again.";
     } else {
         return true;

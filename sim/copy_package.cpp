@@ -57,13 +57,13 @@ class PackageCopy {
 
   private:
     bool CheckDestination() {
-        const FileFault fault = context.files.Info(WithoutBackslash(destination)).fault();
-        if (fault == FileFault::NotFound)
+        const Status there = context.files.Info(WithoutBackslash(destination)).status();
+        if (there.fault == FileFault::NotFound)
             return true;
-        if (fault == FileFault::None)
+        if (there)
             return Refuse(destination + " exists already.  Please remove or rename it first.");
-        return Refuse(destination + " cannot be made.\r\n\r\nThe reason: " + DescribeFault(fault) + ".  " +
-                      NextStep(fault));
+        return Refuse(destination + " cannot be made.\r\n\r\nThe reason: " + DescribeFault(there) + ".  " +
+                      NextStep(there.fault));
     }
 
     // Gauges never replace others. In the simulator that is as it should be; in Staging, where this package

@@ -14,12 +14,6 @@ namespace korvadex {
 
 namespace {
 
-// "readme.txt" with number 2 -> "readme(2).txt"
-std::string NumberedName(const std::string& name, int number) {
-    const std::size_t dot = std::min(name.rfind('.'), name.size());
-    return name.substr(0, dot) + "(" + std::to_string(number) + ")" + name.substr(dot);
-}
-
 class Planner {
   public:
     Planner(CommandContext& command, const LoadedPackage& loaded, CopyRoot copyRoot)

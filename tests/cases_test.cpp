@@ -48,6 +48,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 namespace korvadex::test {
 namespace {
@@ -468,12 +469,13 @@ std::vector<Case> ReadCases(const std::filesystem::path& path) {
 }
 
 const bool areRegistered = [] {
-    for (const auto& entry : std::filesystem::directory_iterator(KORVADEX_CASES)) {
-        auto cases = ReadCases(entry.path());
+    using Directory = std::filesystem::directory_iterator;
+    for (const auto& path : std::set<std::filesystem::path>(Directory(KORVADEX_CASES), Directory())) {
+        auto cases = ReadCases(path);
         cases.erase(cases.begin());
         for (const Case& text : cases)
-            testing::RegisterTest(("Cases_" + entry.path().stem().string()).c_str(), text.name.c_str(), nullptr,
-                                  nullptr, text.file.c_str(), text.lines.empty() ? 0 : text.lines.front().number,
+            testing::RegisterTest(("Cases_" + path.stem().string()).c_str(), text.name.c_str(), nullptr, nullptr,
+                                  text.file.c_str(), text.lines.empty() ? 0 : text.lines.front().number,
                                   [=]() -> CaseTest* { return new CaseTest(text); });
     }
     return true;

@@ -44,7 +44,7 @@ std::string AppDirectory(FileSystem& files) {
     throw std::runtime_error("Korvadex keeps its settings in " + path +
                              (fault == FileFault::BadName
                                   ? ", but none of the drives that it knows leads there"
-                                  : ", which could not be made (" + DescribeFault(fault) + ")") +
+                                  : ", which could not be made (" + DescribeFault(directory.status()) + ")") +
                              ".  Set KORVADEX_HOME to a directory on one of the drives.");
 }
 
