@@ -100,7 +100,9 @@ std::vector<Status> DeleteContents(FileSystem& files, const std::string& directo
     }
     for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
         const Status status = files.RemoveDirectory(*path);
-        if (!status && status.fault != FileFault::NotFound && (status.fault != FileFault::NotEmpty || !isNamed(*path)))
+        if (status) // it may have been unreadable, and empty
+            std::erase_if(remaining, [&](const Status& left) { return left.path == AddBackslash(*path); });
+        else if (status.fault != FileFault::NotFound && (status.fault != FileFault::NotEmpty || !isNamed(*path)))
             remaining.push_back({status.fault, *path, status.nativeCode});
     }
     if (!last.empty() && remaining.empty())

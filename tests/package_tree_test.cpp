@@ -118,6 +118,12 @@ TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndHasNoBound) {
     EXPECT_THAT(DeleteTree(context, locations.StagingDir), IsEmpty());
     EXPECT_THAT(drive.Names("Staging"), IsEmpty());
     EXPECT_TRUE(StagingIsEmpty(drive.Files(), locations));
+
+    drive.Fill("Staging", "shut\\, last.txt=x");
+    FaultyFiles faulty(drive.Files());
+    faulty.unreadable = drive.At("Staging\\shut\\");
+    EXPECT_THAT(DeleteContents(faulty, locations.StagingDir, drive.At("Staging\\last.txt")), IsEmpty());
+    EXPECT_THAT(drive.Names("Staging"), IsEmpty());
 }
 
 TEST_F(TreeTest, PackageNames) {
