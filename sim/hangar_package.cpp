@@ -108,8 +108,10 @@ Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, 
             "(If you choose No, the only way to use Korvadex to remove it from MSFS in the future would be to "
             "import it from MSFS and then remove it.)")) {
         changes = RemoveFromSim(context, package).changes;
-        if (context.files.Info(WithoutBackslash(directory)).fault() == FileFault::NotFound) // it has gone meanwhile
+        if (context.files.Info(WithoutBackslash(directory)).fault() == FileFault::NotFound) { // it has gone meanwhile
+            changes.hangar = changes.package = true;
             return changes;
+        }
     }
     std::set<std::string> asked;
     if (WantsToKeep(
