@@ -15,7 +15,8 @@ std::string Program::ShownImage() const {
 }
 
 void Program::ShowImage(const std::string& path) {
-    const auto found = std::find(package.pictures.begin(), package.pictures.end(), path);
+    const auto found =
+        std::ranges::find_if(package.pictures, [&](const std::string& listed) { return EqualNoCase(listed, path); });
     if (found != package.pictures.end())
         view.imageIndex = static_cast<int>(found - package.pictures.begin()) + 1;
 }
