@@ -160,9 +160,10 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
                       "last.txt=2");
         }
     }
-    std::string deep = "deep.txt";
-    for (int i = 0; i < 700; ++i)
-        deep = "d" + std::to_string(i) + "/" + deep;
+    std::string deep;
+    for (int i = 700; i > 0; --i)
+        deep.append("d").append(std::to_string(i)).append("/");
+    deep += "deep.txt";
     ExpectRefusals(deep.substr(0, 200) + "...  (its name is too long)");
     EXPECT_EQ(Unpack(Zip(deep)), "");
     // Of many, not all are named; nor are letters that would spoil the message.
