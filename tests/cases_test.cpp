@@ -297,7 +297,7 @@ class CaseTest : public ProgramTest {
               ZipBuilder zip;
               for (const auto& member : Split(outline, ", ")) {
                   auto [name, bytes] = Cut(member, "=");
-                  Replace(name, "\\", "/");
+                  std::ranges::replace(name, '\\', '/');
                   zip.Add(name, bytes.starts_with('@') ? drive.Get(bytes.substr(1)) : In(bytes));
               }
               drive.Put(file, zip.Bytes());

@@ -49,7 +49,7 @@ TEST_F(RoadTest, OfAnArchiveWithAnotherArchiveInIt) {
     user.Expect("zipFileDialog", [&](QWidget& dialog) {
         // Pasted, not typed: the completion of names would join in.
         Control<QLineEdit>(dialog, "fileNameEdit")
-            .setText(Url(demo::DownloadsDirectory + std::string(demo::NestedArchive)).toLocalFile());
+            .setText(Url(std::string(demo::DownloadsDirectory).append(demo::NestedArchive)).toLocalFile());
         QTest::mouseClick(Control<QDialogButtonBox>(dialog, "buttonBox").button(QDialogButtonBox::Open),
                           Qt::LeftButton);
     });
