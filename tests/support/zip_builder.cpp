@@ -25,9 +25,10 @@ const Bytef* BytesOf(std::string_view text) {
 
 // zlib's own form without its beginning and its end.
 std::string Deflated(std::string_view bytes) {
-    uLongf size = compressBound(bytes.size());
+    const auto count = static_cast<uLong>(bytes.size());
+    uLongf size = compressBound(count);
     std::string result(size, '\0');
-    compress2(reinterpret_cast<Bytef*>(result.data()), &size, BytesOf(bytes), bytes.size(), Z_BEST_SPEED);
+    compress2(reinterpret_cast<Bytef*>(result.data()), &size, BytesOf(bytes), count, Z_BEST_SPEED);
     return result.substr(2, size - 6);
 }
 
