@@ -15,7 +15,7 @@ class PhotosTest : public testing::Test {
     void Add(const std::string& package, const QByteArray& bytes, const char* fileName = "shot.jpg") {
         const auto path = "Hangar\\Jets\\" + package + "\\Images\\" + fileName;
         drive.Put(path, bytes.toStdString());
-        gallery.pictures.push_back({drive.At(path), "Jets", package});
+        gallery.pictures.push_back({drive.At(path), {"Jets", package}});
     }
     static QByteArray Picture(const QSize& size, const char* format = "JPG") {
         return QByteArray::fromStdString(PictureBytes(size, format));
