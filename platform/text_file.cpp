@@ -43,16 +43,20 @@ Result<std::string> ReadBytes(const FileSystem& files, const std::string& path) 
     auto file = files.OpenForReading(path);
     if (!file)
         return file.status();
-    std::string bytes;
-    for (;;) {
-        const std::size_t used = bytes.size();
-        bytes.resize(used + BufferSize);
-        const auto count = (*file)->Read(std::as_writable_bytes(std::span(bytes.data() + used, BufferSize)));
+    // Nearly all are small.
+    constexpr std::size_t firstSize = 32 * 1024;
+    std::string bytes(firstSize, '\0');
+    for (std::size_t used = 0;;) {
+        if (used == bytes.size())
+            bytes.resize(2 * used);
+        const auto count = (*file)->Read(std::as_writable_bytes(std::span(bytes).subspan(used)));
         if (!count)
             return count.status();
-        bytes.resize(used + *count);
-        if (*count == 0)
+        used += *count;
+        if (*count == 0) {
+            bytes.resize(used);
             return bytes;
+        }
     }
 }
 
