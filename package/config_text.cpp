@@ -183,8 +183,10 @@ bool ConfigText::SetText(std::size_t number, std::string_view text) {
 }
 
 bool ConfigText::IsText() const {
-    return std::ranges::none_of(lines,
-                                [](const ConfigLine& line) { return line.text.find('\0') != std::string::npos; });
+    const auto isBroken = [&](const ConfigLine& line) {
+        return line.text.find('\0') != std::string::npos || (IsTwoByte(encoding) && line.bytes.size() % 2 != 0);
+    };
+    return std::ranges::none_of(lines, isBroken);
 }
 
 ConfigText ParseConfig(std::string_view bytes) {

@@ -33,7 +33,7 @@ struct ConfigText {
     std::optional<std::string> Encode(std::string_view text) const;
     // The line keeps its end. False, and nothing is changed, when a letter has no place.
     bool SetText(std::size_t line, std::string_view text);
-    // False when it holds what no text holds: then it is not to be rewritten.
+    // False when it holds what no text holds, such as half a letter: then it is not to be rewritten.
     bool IsText() const;
 };
 
