@@ -101,20 +101,12 @@ bool IsUnchanged(const FileSystem& files, const RecordedFile& placed, const std:
     return checksum && *checksum == placed.checksum;
 }
 
-std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const std::string& directory) {
-    const std::string path = directory + std::string(InstallRecordFile);
-    const auto info = files.Info(path);
-    if (!info || info->size > MaxConfigBytes)
-        return std::nullopt;
-    const auto bytes = ReadBytes(files, path);
-    if (!bytes)
-        return std::nullopt;
+std::optional<InstallRecord> ParseInstallRecord(std::string_view bytes) {
     InstallRecord record;
-    std::string_view rest = *bytes;
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(std::min(end + 1, rest.size()));
+    while (!bytes.empty()) {
+        const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+        std::string_view line = bytes.substr(0, end);
+        bytes.remove_prefix(std::min(end + 1, bytes.size()));
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         if (auto file = FileOnLine(line))
@@ -127,14 +119,27 @@ std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const st
     return record;
 }
 
-Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record) {
+std::string BytesOf(const InstallRecord& record) {
     // In UTF-8: names need not fit into the code page.
     std::string text = std::string(Heading) + "\r\n" + std::string(PackageWord) + "\t" + record.package + "\r\n";
     for (const RecordedFile& file : record.files) {
         if (FitsOnLine(file.name) && FitsOnLine(file.origin))
             text += LineOf(file) + "\r\n";
     }
-    return RewriteBytes(context.files, context.locations, directory + std::string(InstallRecordFile), text);
+    return text;
+}
+
+std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const std::string& directory) {
+    const std::string path = directory + std::string(InstallRecordFile);
+    const auto info = files.Info(path);
+    if (!info || info->size > MaxConfigBytes)
+        return std::nullopt;
+    const auto bytes = ReadBytes(files, path);
+    return bytes ? ParseInstallRecord(*bytes) : std::nullopt;
+}
+
+Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record) {
+    return RewriteBytes(context.files, context.locations, directory + std::string(InstallRecordFile), BytesOf(record));
 }
 
 std::vector<std::string> ReadFoundGauges(const FileSystem& files, const std::string& directory) {

@@ -46,6 +46,11 @@ Result<RecordedFile> RecordFile(const FileSystem& files, std::string_view kind, 
 // True while the file at the path is the one that was placed.
 bool IsUnchanged(const FileSystem& files, const RecordedFile& placed, const std::string& path);
 
+// The record in the bytes of its file; none when they are none.
+std::optional<InstallRecord> ParseInstallRecord(std::string_view bytes);
+// Those bytes. A file whose name does not fit on a line is left out.
+std::string BytesOf(const InstallRecord& record);
+
 // Directories end in a backslash. None when there is no record, or none that can be read.
 std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const std::string& directory);
 Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record);
