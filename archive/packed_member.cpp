@@ -27,7 +27,8 @@ std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
     if (!directory || Little(*directory, 0, 4) != ZipRecord::Central || Little(*directory, 42, 4) != 0)
         return std::nullopt;
     const std::size_t nameSize = Little(*directory, 28, 2);
-    if (ZipRecord::CentralSize + nameSize > directorySize)
+    const std::size_t restSize = Little(*directory, 30, 2) + Little(*directory, 32, 2);
+    if (ZipRecord::CentralSize + nameSize + restSize != directorySize)
         return std::nullopt;
     return PackedMember{.name = directory->substr(ZipRecord::CentralSize, nameSize),
                         .size = Little(*directory, 24, 4),

@@ -80,6 +80,8 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         return ZipBuilder().Add(name, "contents", options).Bytes();
     };
     const std::string one = zip("b17.bmp");
+    std::string longer = one;
+    longer[one.rfind("PK\1\2") + 32] = 1;
     const struct {
         const char* name;
         std::string bytes;
@@ -97,6 +99,7 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         {"in a directory", zip("Texture/b17.bmp")},
         {"a directory", ZipBuilder().Add("b17.bmp/").Bytes()},
         {"with a comment", ZipBuilder().Add("b17.bmp", "1").Comment("mine").Bytes()},
+        {"a record with a comment that is not there", longer},
         {"cut", one.substr(0, one.size() - 3)},
         {"damaged", zip("b17.bmp", {.crc = 5})},
         {"with a password", zip("b17.bmp", {.password = "x"})},
@@ -109,6 +112,9 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         EXPECT_EQ(drive.Get(relative), row.bytes) << "a test changes nothing";
         EXPECT_EQ(UnzipFileInPlace(context, path) == 0, row.isPacked);
         EXPECT_EQ(drive.Get(relative), row.isPacked ? "contents" : row.bytes);
+        drive.Put(relative, row.bytes);
+        UnzipFilesInPlace(context, {path}, [] {});
+        EXPECT_EQ(drive.Get(relative), row.isPacked ? "contents" : row.bytes) << "many at once";
         EXPECT_EQ(Rest(), rest);
     }
     EXPECT_EQ(UnzipFileInPlace(context, ""), 0);
