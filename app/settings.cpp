@@ -128,7 +128,7 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
 }
 
 bool IsNamed(const LocationProfile& profile) {
-    return !profile.name.empty();
+    return !Trim(profile.name).empty(); // as it stands in the file
 }
 
 void DeriveActiveProfile(SettingsValues& values) {
