@@ -10,6 +10,13 @@ namespace korvadex {
 
 namespace {
 
+// The mode that an archive made on Unix gives the member of this record; 0 where it tells none.
+std::uint32_t UnixMode(std::string_view record) {
+    const std::uint64_t hostSystem = Little(record, 5, 1);
+    const bool isKnown = hostSystem == ZIP_OPSYS_UNIX || hostSystem == ZIP_OPSYS_OS_X;
+    return isKnown ? static_cast<std::uint32_t>(Little(record, 40, 2)) : 0;
+}
+
 // The only member of an archive that is the whole file, from its first byte to its last; none for anything else, such
 // as a program with an archive behind it or an archive with a comment. What other programs forgive is no packed file.
 std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
@@ -20,7 +27,8 @@ std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
     if (!start || !end || Little(*start, 0, 4) != ZipRecord::Local || Little(*end, 0, 4) != ZipRecord::End)
         return std::nullopt;
     const std::uint64_t directorySize = Little(*end, 12, 4), directoryOffset = Little(*end, 16, 4);
-    if (Little(*end, 8, 2) != 1 || Little(*end, 10, 2) != 1 || directorySize < ZipRecord::CentralSize ||
+    const bool isPartOfMany = Little(*end, 4, 4) != 0;
+    if (isPartOfMany || Little(*end, 8, 2) != 1 || Little(*end, 10, 2) != 1 || directorySize < ZipRecord::CentralSize ||
         directoryOffset + directorySize + ZipRecord::EndSize != size)
         return std::nullopt;
     const auto directory = BytesAt(source, directoryOffset, directorySize);
@@ -28,7 +36,7 @@ std::optional<PackedMember> ReadOnlyMember(zip_source_t* source) {
         return std::nullopt;
     const std::size_t nameSize = Little(*directory, 28, 2);
     const std::size_t restSize = Little(*directory, 30, 2) + Little(*directory, 32, 2);
-    if (ZipRecord::CentralSize + nameSize + restSize != directorySize)
+    if (ZipRecord::CentralSize + nameSize + restSize != directorySize || !RefusalOfKind(UnixMode(*directory)).empty())
         return std::nullopt;
     return PackedMember{.name = directory->substr(ZipRecord::CentralSize, nameSize),
                         .size = Little(*directory, 24, 4),

@@ -10,16 +10,14 @@ namespace {
 
 const std::string Relative = "Hangar\\Jets\\Lear\\a.bmp", Path = "C:\\" + Relative;
 
-std::string Bytes(const Drive& drive) {
-    return drive.Get(Relative);
-}
-
-// What the unpacking of a batch makes of the file.
-std::string UnpackedInBatch(std::string_view input) {
-    Drive drive;
-    drive.Put(Relative, input);
-    UnzipFilesInPlace(drive.Context(), {Path}, [] {});
-    return Bytes(drive);
+// Nothing is to be lost when it is packed and unpacked again.
+void CheckPacking(Drive& drive) {
+    if (ReadPackedMember(drive.Files(), Path))
+        return;
+    const std::string bytes = drive.Get(Relative);
+    ZipFileInPlace(drive.Context(), Path);
+    Require(ReadPackedMember(drive.Files(), Path).has_value(), "a file can be packed");
+    Require(UnzipFileInPlace(drive.Context(), Path) == 0 && drive.Get(Relative) == bytes, "packing loses nothing");
 }
 
 } // namespace
@@ -28,22 +26,22 @@ void Run(std::string_view input) {
     Drive drive;
     drive.Put(Relative, input);
     const Entries before = drive.Tree();
+    UnzipFilesInPlace(drive.Context(), {Path}, [] {});
+    const std::string unpackedInBatch = drive.Get(Relative);
+
+    drive.Put(Relative, input);
     const auto member = ReadPackedMember(drive.Files(), Path);
     const bool isSound = UnzipFileInPlace(drive.Context(), Path, true) == 0;
-    Require(Bytes(drive) == input, "a test changes nothing");
+    Require(drive.Get(Relative) == input, "a test changes nothing");
     Require(member || !isSound, "what can be unpacked is packed");
     Require((UnzipFileInPlace(drive.Context(), Path) == 0) == isSound, "what a test finds sound can be unpacked");
-    const std::string bytes = Bytes(drive);
+    const std::string bytes = drive.Get(Relative);
     Require(isSound ? bytes.size() == member->size && *FileChecksum(drive.Files(), Path) == member->crc
                     : bytes == input,
             "a file is unpacked whole or left as it is");
-    Require(UnpackedInBatch(input) == bytes, "many at once are unpacked as one alone");
-
-    if (!ReadPackedMember(drive.Files(), Path)) {
-        ZipFileInPlace(drive.Context(), Path);
-        Require(ReadPackedMember(drive.Files(), Path).has_value(), "a file can be packed");
-        Require(UnzipFileInPlace(drive.Context(), Path) == 0 && Bytes(drive) == bytes, "packing loses nothing");
-    }
+    Require(unpackedInBatch == bytes, "many at once are unpacked as one alone");
+    if (input.size() % 8 == 0) // it takes longer than all the rest
+        CheckPacking(drive);
     Require(Outside(Relative, drive.Tree()) == Outside(Relative, before), "no other file changes");
 }
 

@@ -5,6 +5,7 @@
 #include "tests/support/faulty_files.h"
 #include "tests/support/zip_builder.h"
 
+#include <cstring>
 #include <random>
 
 namespace korvadex::test {
@@ -80,8 +81,10 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         return ZipBuilder().Add(name, "contents", options).Bytes();
     };
     const std::string one = zip("b17.bmp");
-    std::string longer = one;
-    longer[one.rfind("PK\1\2") + 32] = 1;
+    const auto changed = [&](const char* record, std::size_t at, const char* bytes) {
+        std::string archive = one;
+        return archive.replace(one.rfind(record) + at, std::strlen(bytes), bytes);
+    };
     const struct {
         const char* name;
         std::string bytes;
@@ -99,7 +102,9 @@ TEST_F(InPlaceTest, OnlyAnArchiveOfTheFileItselfCountsAsPacked) {
         {"in a directory", zip("Texture/b17.bmp")},
         {"a directory", ZipBuilder().Add("b17.bmp/").Bytes()},
         {"with a comment", ZipBuilder().Add("b17.bmp", "1").Comment("mine").Bytes()},
-        {"a record with a comment that is not there", longer},
+        {"a record with a comment that is not there", changed("PK\1\2", 32, "\1")},
+        {"one part of many", changed("PK\5\6", 4, "\1")},
+        {"a link", zip("b17.bmp", {.unixMode = 0120777})},
         {"cut", one.substr(0, one.size() - 3)},
         {"damaged", zip("b17.bmp", {.crc = 5})},
         {"with a password", zip("b17.bmp", {.password = "x"})},
