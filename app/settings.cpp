@@ -18,6 +18,8 @@ namespace {
 constexpr double LowestPosition = -70, CorrectedPosition = -60;
 constexpr double ScreenMargin = 100;
 
+constexpr std::string_view UnnamedProfile = "A Location Profile";
+
 // As much of the beginning as is a number, 0 when there is none: " 12", "+12", "12 twips" and "12abc" are
 // all 12.
 double NumberIn(std::string_view text) {
@@ -65,8 +67,9 @@ bool ReadProfileLine(std::string_view key, std::string_view value, SettingsValue
         return false;
     key.remove_suffix(1);
     auto& profile = values.LocationProfiles[static_cast<std::size_t>(digit - '0')];
+    // A name of blanks would be saved as none, and the directories would go with it.
     if (key == "ALTLOCATION")
-        profile.name = value;
+        profile.name = value.empty() || !Trim(value).empty() ? value : UnnamedProfile;
     else if (key == "ALTSTAGINGDIR")
         profile.StagingDir = AddBackslash(value);
     else if (key == "ALTHANGARDIR")
@@ -128,7 +131,7 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
 }
 
 bool IsNamed(const LocationProfile& profile) {
-    return !Trim(profile.name).empty(); // as it stands in the file
+    return !profile.name.empty();
 }
 
 void DeriveActiveProfile(SettingsValues& values) {
@@ -148,7 +151,7 @@ void DeriveActiveProfile(SettingsValues& values) {
         current = first;
     auto& active = profiles[static_cast<std::size_t>(current)];
     if (!IsNamed(active))
-        active.name = "A Location Profile";
+        active.name = UnnamedProfile;
 }
 
 // In whatever encoding an editor has saved the file.

@@ -87,7 +87,8 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"a free slot above 0 stays", "ALTLOCATION3=Spare\nLOCATIONLAST=4\n", "profile=4 A Location Profile|"},
         {"a backslash is appended", "ALTLOCATION1=x\nALTHANGARDIR1=C:\\H\n", "profile=1 x|hangar=C:\\H\\|"},
         {"a slot without a name is emptied", "ALTHANGARDIR0=C:\\H\\\n", none},
-        {"a name of blanks is none", "ALTLOCATION0=  \nALTHANGARDIR0=C:\\H\\\n", none},
+        {"a name of blanks gets one", "ALTLOCATION2=  \nALTHANGARDIR2=C:\\H\\\n",
+         "profile=2 A Location Profile|hangar=C:\\H\\|"},
         {"marked as UTF-8",
          "\xEF\xBB\xBF"
          "ALTLOCATION0=\xD0\x96",
