@@ -21,9 +21,8 @@ std::string FindNoHangarContent(const FileSystem& files, const std::string& dire
     auto entries = files.List(directory);
     if (!entries)
         return directory;
-    std::erase_if(*entries, [](const DirectoryEntry& entry) {
-        return IsScratchName(entry.name) || IsFileManagersFile(entry.name);
-    });
+    std::erase_if(*entries,
+                  [](const DirectoryEntry& entry) { return IsOwnName(entry.name) || IsFileManagersFile(entry.name); });
     const auto isDirectory = [&](const DirectoryEntry& entry) { return IsSubdirectory(files, directory, entry); };
     if (levels == 0) {
         const bool isPackage = entries->empty() || std::ranges::any_of(*entries, [&](const auto& entry) {

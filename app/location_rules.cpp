@@ -109,7 +109,7 @@ bool IsLocationPath(std::string_view path) {
     for (std::size_t end; !path.empty(); path.remove_prefix(end + 1)) {
         end = path.find('\\'); // there is one behind each name
         const auto name = path.substr(0, end);
-        if (!IsStorableName(name) || IsScratchName(name))
+        if (!IsStorableName(name) || IsOwnName(name))
             return false;
     }
     return true;

@@ -230,7 +230,9 @@ void Program::EraseStaging(const std::string& copiedTo) {
                       MessageIcon::Exclamation);
         return !missing.empty();
     };
-    if (const auto entries = files.List(settings.locations.StagingDir); entries && entries->empty()) {
+    const auto lasts = [](const DirectoryEntry& entry) { return IsLastingName(entry.name); };
+    if (const auto entries = files.List(settings.locations.StagingDir);
+        entries && std::ranges::all_of(*entries, lasts)) {
         LoadStagedFiles(); // another program may have emptied it
         user.Tell("Staging is empty already.");
         return;

@@ -24,7 +24,7 @@ std::string RefusalOfComponent(const std::string& component) {
         return "its name has a colon";
     if (IsDeviceName(component))
         return "its name is that of a device";
-    if (IsScratchName(component))
+    if (IsOwnName(component))
         return "its name is one of Korvadex's own";
     if (!IsStorableName(component))
         return "its name cannot be stored";

@@ -73,7 +73,7 @@ std::string DeleteListed(FileSystem& files, const FileEntry& listed) {
 bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {
     const auto entries = files.List(path);
     if (!entries || !std::ranges::all_of(*entries, [](const DirectoryEntry& entry) {
-            return entry.info.kind == EntryKind::File && IsLeftOut(entry);
+            return entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name);
         }))
         return false;
     for (const auto& entry : *entries)
@@ -91,6 +91,11 @@ std::vector<Status> DeleteContents(FileSystem& files, const std::string& directo
         return std::ranges::any_of(remaining,
                                    [&](const Status& status) { return status.path.starts_with(AddBackslash(path)); });
     };
+    // What no walk for a deletion finds stays, and with it the directories in which it lies.
+    const auto holdsOthers = [&](const std::string& path) {
+        const Tree left = WalkTree(files, path, WalkFor::Deletion);
+        return !left.files.empty() || !left.unreadable.empty();
+    };
     const Tree tree = WalkTree(files, directory, WalkFor::Deletion);
     for (const std::string& path : tree.unreadable)
         remaining.push_back({FileFault::Denied, path});
@@ -102,7 +107,8 @@ std::vector<Status> DeleteContents(FileSystem& files, const std::string& directo
         const Status status = files.RemoveDirectory(*path);
         if (status) // it may have been unreadable, and empty
             std::erase_if(remaining, [&](const Status& left) { return left.path == AddBackslash(*path); });
-        else if (status.fault != FileFault::NotFound && (status.fault != FileFault::NotEmpty || !isNamed(*path)))
+        else if (status.fault != FileFault::NotFound &&
+                 (status.fault != FileFault::NotEmpty || (!isNamed(*path) && holdsOthers(*path))))
             remaining.push_back({status.fault, *path, status.nativeCode});
     }
     if (!last.empty() && remaining.empty())

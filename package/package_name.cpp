@@ -17,7 +17,7 @@ std::string CleanPackageName(std::string_view typed) {
 }
 
 bool CanBePackageName(std::string_view name) {
-    return IsStorableName(name) && !IsScratchName(name) && !IsFileManagersDirectory(name);
+    return IsStorableName(name) && !IsOwnName(name) && !IsFileManagersDirectory(name);
 }
 
 std::string NameFromTitle(std::string_view title) {

@@ -17,7 +17,7 @@ void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose
     }
     std::vector<std::string> descent;
     for (const auto& entry : *entries) {
-        if (purpose != WalkFor::Deletion && IsLeftOut(entry))
+        if (purpose == WalkFor::Deletion ? IsLastingName(entry.name) : IsLeftOut(entry))
             continue;
         // Another volume that begins here is another place, as what a link leads to is.
         FileInfo info = entry.info;
@@ -115,7 +115,7 @@ void Tree::Rename(const std::map<std::string, std::string>& renamed) {
 }
 
 bool IsLeftOut(const DirectoryEntry& entry) {
-    return IsScratchName(entry.name) || (entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name)) ||
+    return IsOwnName(entry.name) || (entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name)) ||
            (entry.info.kind == EntryKind::Directory && IsFileManagersDirectory(entry.name));
 }
 

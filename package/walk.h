@@ -44,14 +44,14 @@ struct Tree {
     void Rename(const std::map<std::string, std::string>& renamed);
 };
 
-// What no list shows: the program's scratch, and what file managers write by themselves.
+// What no list shows: what bears one of the program's own names, and what file managers write by themselves.
 bool IsLeftOut(const DirectoryEntry& entry);
 
 // What a walk is for.
 enum class WalkFor {
     Listing, // leaves out what no list shows, and looks into MaxSubdirectoriesPerLevel directories of a level
     Search,  // the same without that bound: what guards a removal must see everything
-    Deletion // everything that is there
+    Deletion // everything that is there but what the program keeps for an undo, and its lock
 };
 Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose = WalkFor::Listing);
 
@@ -62,8 +62,8 @@ std::string OneName(const FileSystem& files, const std::string& path);
 // True when one of two directories is the other or lies in it, whatever links lead there.
 bool IsOnePlace(const FileSystem& files, const std::string& a, const std::string& b);
 
-// True when the entry of this directory (path ends in a backslash) is a directory, or a link to one. Scratch is none,
-// nor a link that leads back to where it stands or above, nor one that leads nowhere.
+// True when the entry of this directory (path ends in a backslash) is a directory, or a link to one. What no list shows
+// is none, nor a link that leads back to where it stands or above, nor one that leads nowhere.
 bool IsSubdirectory(const FileSystem& files, const std::string& path, const DirectoryEntry& entry);
 
 // Which setting ended a list before its end.

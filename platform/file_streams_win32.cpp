@@ -48,11 +48,13 @@ class WindowsOutputFile final : public OutputFile {
         return {};
     }
 
+    Status Flush() override { return FlushFileBuffers(handle.get()) ? Status{} : NativeFault(path); }
+
     Status Close(bool flush) override {
         if (!handle)
             return {};
-        if (flush && !FlushFileBuffers(handle.get()))
-            return NativeFault(path);
+        if (Status flushed = flush ? Flush() : Status{}; !flushed)
+            return flushed;
         if (!CloseHandle(handle.release()))
             return NativeFault(path);
         return {};

@@ -32,6 +32,8 @@ std::string DescribeFault(FileFault fault) {
         return "it is a link to another place";
     case FileFault::Changed:
         return "it was changed meanwhile";
+    case FileFault::NotKept:
+        return "it cannot be kept aside";
     case FileFault::Failed:
         break;
     }
@@ -50,6 +52,14 @@ std::vector<Status> FileSystem::ReplaceAll(std::span<const Replacement> replacem
         outcomes.push_back(unchanged ? Replace(replacement.from, replacement.to) : unchanged);
     }
     return outcomes;
+}
+
+Status FileSystem::SetAside(const std::string& path) {
+    return {FileFault::NotKept, path};
+}
+
+Result<std::uint64_t> FileSystem::MakeRoom(const std::string& directory, std::uint64_t /*bytes*/) {
+    return FreeSpace(directory);
 }
 
 Status FileSystem::CheckUnchanged(const Replacement& replacement) const {

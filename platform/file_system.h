@@ -34,6 +34,7 @@ enum class FileFault {
     BadName,     // the host cannot store this name or path
     IsLink,      // the operation does not follow links
     Changed,     // it is not as it was when it was read
+    NotKept,     // nothing is kept aside here
     Failed       // anything else; the native code tells
 };
 
@@ -102,6 +103,8 @@ class OutputFile {
   public:
     virtual ~OutputFile() = default; // closes without a promise
     virtual Status Write(std::span<const std::byte> bytes) = 0;
+    // All that was written so far is on the disk when this returns; the file stays open.
+    virtual Status Flush() = 0;
     // Closes. With flush, everything is on the disk before this returns.
     virtual Status Close(bool flush) = 0;
 };
@@ -141,8 +144,14 @@ class FileSystem {
     virtual std::vector<Status> Flush(std::span<const std::string> paths) = 0;
     // The same as Replace for many files, whose bytes reach the disk together; an outcome for each.
     virtual std::vector<Status> ReplaceAll(std::span<const Replacement> replacements);
+    // Gives the file a second name; never replaces (Exists). Failed or Denied where the volume has no such names.
+    virtual Status Link(const std::string& from, const std::string& to) = 0;
     // Deletes a file or a link. A read-only file is refused (Denied) on every host.
     virtual Status Delete(const std::string& path) = 0;
+
+    // Takes a file, a link or a directory with all in it away in one step, where this file system keeps what goes.
+    // NotKept: it does not, and nothing has happened; any other fault: it should, and nothing has happened.
+    virtual Status SetAside(const std::string& path);
 
     // One level; Exists when an entry of that name is there already.
     virtual Status CreateDirectory(const std::string& path) = 0;
@@ -153,11 +162,17 @@ class FileSystem {
     virtual Status ClearAttributes(const std::string& path) = 0;
     virtual Status SetReadOnly(const std::string& path, bool readOnly) = 0;
     virtual Status SetTime(const std::string& path, FileTime time) = 0;
+    // The host's own attributes of a file or directory as a short text without blanks, and the way back; "" for a
+    // link, to which SetAttributes does nothing.
+    virtual Result<std::string> Attributes(const std::string& path) const = 0;
+    virtual Status SetAttributes(const std::string& path, const std::string& attributes) = 0;
     // Gives `to` the time and attributes of `from`.
     virtual Status CopyAttributes(const std::string& from, const std::string& to) = 0;
 
     // Bytes that the user may still write to the volume of that directory.
     virtual Result<std::uint64_t> FreeSpace(const std::string& directory) const = 0;
+    // The same after giving up what is kept aside there, while there is room for fewer bytes than these.
+    virtual Result<std::uint64_t> MakeRoom(const std::string& directory, std::uint64_t bytes);
     virtual bool SameVolume(const std::string& a, const std::string& b) const = 0;
 
     // Whether the file to be replaced is still as it was seen.

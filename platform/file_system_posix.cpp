@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -138,9 +139,10 @@ class PosixOutput : public OutputFile {
   public:
     PosixOutput(Descriptor opened, std::string name) : file(std::move(opened)), path(std::move(name)) {}
     Status Write(std::span<const std::byte> bytes) override { return WriteAll(file.get(), bytes, path); }
+    Status Flush() override { return Outcome(fsync(file.get()), path); }
     Status Close(bool flush) override {
-        if (flush && fsync(file.get()) != 0)
-            return Failure(path);
+        if (Status flushed = flush ? Flush() : Status{}; !flushed)
+            return flushed;
         return Outcome(file.Close(), path);
     }
 
@@ -187,6 +189,54 @@ void CopyDosAttributes(int from, int to) {
         static_cast<void>(fsetxattr(to, DosAttributes, value.data(), static_cast<std::size_t>(length), 0));
 }
 
+// What chmod and those attributes hold: "644", or with the bytes of the second in hex "644:30783230".
+struct OwnAttributes {
+    mode_t mode = 0;
+    std::string dos; // "" for none
+};
+
+std::string DosAttributesOf(const std::string& hostPath) {
+    std::array<char, 1024> value{};
+    const ssize_t length = getxattr(hostPath.c_str(), DosAttributes, value.data(), value.size());
+    return std::string(value.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+}
+
+bool SetDosAttributes(const std::string& hostPath, const std::string& dos) {
+    if (!dos.empty())
+        return setxattr(hostPath.c_str(), DosAttributes, dos.data(), dos.size(), 0) == 0;
+    return removexattr(hostPath.c_str(), DosAttributes) == 0 || errno == ENODATA;
+}
+
+std::string TextOf(const OwnAttributes& attributes) {
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), "%o", static_cast<unsigned>(attributes.mode));
+    std::string text = digits.data();
+    text += attributes.dos.empty() ? "" : ":";
+    for (const char c : attributes.dos) {
+        std::snprintf(digits.data(), digits.size(), "%02x", static_cast<unsigned char>(c));
+        text += digits.data();
+    }
+    return text;
+}
+
+std::optional<OwnAttributes> ReadAttributes(std::string_view text) {
+    const auto number = [](std::string_view digits, unsigned& value, int base) {
+        const auto end = digits.data() + digits.size();
+        return !digits.empty() && std::from_chars(digits.data(), end, value, base).ptr == end;
+    };
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    unsigned value = 0;
+    if (!number(text.substr(0, colon), value, 8) || value > 07777)
+        return std::nullopt;
+    OwnAttributes attributes{.mode = value, .dos = {}};
+    for (std::size_t at = colon + 1; at < text.size(); at += 2) {
+        if (!number(text.substr(at, 2), value, 16))
+            return std::nullopt;
+        attributes.dos += static_cast<char>(value);
+    }
+    return attributes;
+}
+
 std::string ParentOf(const std::string& hostPath) {
     const std::size_t slash = hostPath.rfind('/');
     return slash == 0 || slash == std::string::npos ? "/" : hostPath.substr(0, slash);
@@ -213,12 +263,15 @@ class DriveFileSystem : public FileSystem {
     void BeginFlush(const std::string& path) override;
     std::vector<Status> Flush(std::span<const std::string> paths) override;
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
+    Status Link(const std::string& from, const std::string& to) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
     Status RemoveDirectory(const std::string& path) override;
     Status ClearAttributes(const std::string& path) override;
     Status SetReadOnly(const std::string& path, bool readOnly) override;
     Status SetTime(const std::string& path, FileTime time) override;
+    Result<std::string> Attributes(const std::string& path) const override;
+    Status SetAttributes(const std::string& path, const std::string& attributes) override;
     Status CopyAttributes(const std::string& from, const std::string& to) override;
     Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
     bool SameVolume(const std::string& a, const std::string& b) const override;
@@ -486,6 +539,21 @@ Result<std::string> DriveFileSystem::PutInPlace(const Replacement& replacement) 
     return ParentOf(target->path);
 }
 
+Status DriveFileSystem::Link(const std::string& from, const std::string& to) {
+    const auto source = Existing(from);
+    if (!source)
+        return source.status();
+    if (const auto info = Info(from); !info || info->kind == EntryKind::Link)
+        return info ? Status{FileFault::IsLink, from, ELOOP} : info.status();
+    const auto target = Free(to);
+    if (!target)
+        return target.status();
+    if (link(source->c_str(), target->c_str()) != 0)
+        return Failure(to);
+    names.NoteAdded(*target);
+    return {};
+}
+
 Status DriveFileSystem::Delete(const std::string& path) {
     const auto hostPath = Existing(path);
     if (!hostPath)
@@ -550,6 +618,38 @@ Status DriveFileSystem::SetTime(const std::string& path, FileTime time) {
         return hostPath.status();
     const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, TimeOf(time)};
     return Outcome(utimensat(AT_FDCWD, hostPath->c_str(), times.data(), AT_SYMLINK_NOFOLLOW), path);
+}
+
+Result<std::string> DriveFileSystem::Attributes(const std::string& path) const {
+    const auto hostPath = Existing(path);
+    struct stat info {};
+    if (!hostPath || lstat(hostPath->c_str(), &info) != 0)
+        return hostPath ? Failure(path) : hostPath.status();
+    if (InfoOf(info).kind == EntryKind::Link)
+        return std::string();
+    return TextOf({.mode = info.st_mode & 07777, .dos = DosAttributesOf(*hostPath)});
+}
+
+Status DriveFileSystem::SetAttributes(const std::string& path, const std::string& attributes) {
+    const auto hostPath = Existing(path);
+    struct stat info {};
+    if (!hostPath || lstat(hostPath->c_str(), &info) != 0)
+        return hostPath ? Failure(path) : hostPath.status();
+    if (InfoOf(info).kind == EntryKind::Link)
+        return {};
+    const auto wanted = ReadAttributes(attributes);
+    if (!wanted)
+        return {FileFault::Failed, path, EINVAL};
+    mode_t mode = info.st_mode & 07777;
+    const auto setMode = [&](mode_t newMode) {
+        const bool isSet = mode == newMode || chmod(hostPath->c_str(), newMode) == 0;
+        mode = isSet ? newMode : mode;
+        return isSet;
+    };
+    // Only those who may write a file may set what stands beside its mode.
+    const bool isSet = DosAttributesOf(*hostPath) == wanted->dos ||
+                       (setMode(mode | S_IWUSR) && SetDosAttributes(*hostPath, wanted->dos));
+    return isSet && setMode(wanted->mode) ? Status{} : Failure(path);
 }
 
 Status DriveFileSystem::CopyAttributes(const std::string& from, const std::string& to) {

@@ -6,6 +6,9 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
 
 namespace korvadex {
 
@@ -117,6 +120,10 @@ UniqueHandle Open(const std::wstring& native, DWORD access, DWORD share, DWORD d
     return UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
 
+// What SetFileAttributesW sets; the others the system keeps itself.
+constexpr DWORD SettableAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                     FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+
 Status ChangeAttributes(const std::string& path, DWORD taken, DWORD given) {
     const Result<Entry> entry = Existing(path);
     if (!entry)
@@ -181,12 +188,15 @@ class WindowsFileSystem final : public FileSystem {
     Status Replace(const std::string& from, const std::string& to) override;
     std::vector<Status> Flush(std::span<const std::string> paths) override;
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
+    Status Link(const std::string& from, const std::string& to) override;
     Status Delete(const std::string& path) override;
     Status CreateDirectory(const std::string& path) override;
     Status RemoveDirectory(const std::string& path) override;
     Status ClearAttributes(const std::string& path) override;
     Status SetReadOnly(const std::string& path, bool readOnly) override;
     Status SetTime(const std::string& path, FileTime time) override;
+    Result<std::string> Attributes(const std::string& path) const override;
+    Status SetAttributes(const std::string& path, const std::string& attributes) override;
     Status CopyAttributes(const std::string& from, const std::string& to) override;
     Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
     bool SameVolume(const std::string& a, const std::string& b) const override;
@@ -391,6 +401,16 @@ Status WindowsFileSystem::PutInPlace(const std::string& from, const std::string&
     return {};
 }
 
+Status WindowsFileSystem::Link(const std::string& from, const std::string& to) {
+    const Result<Entry> source = OnlyFile(Existing(from), from);
+    if (!source)
+        return source.status();
+    const Result<std::wstring> target = NativeNew(to);
+    if (!target)
+        return target.status();
+    return CreateHardLinkW(target->c_str(), source->native.c_str(), nullptr) ? Status{} : NativeFault(to);
+}
+
 Status WindowsFileSystem::Delete(const std::string& path) {
     const Result<Entry> entry = Existing(path);
     if (!entry)
@@ -455,15 +475,34 @@ Status WindowsFileSystem::SetTime(const std::string& path, FileTime time) {
     return {};
 }
 
+Result<std::string> WindowsFileSystem::Attributes(const std::string& path) const {
+    const Result<Entry> entry = Existing(path);
+    if (!entry)
+        return entry.status();
+    if (entry->info.kind == EntryKind::Link)
+        return std::string();
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), "%lx", entry->attributes & SettableAttributes);
+    return std::string(digits.data());
+}
+
+Status WindowsFileSystem::SetAttributes(const std::string& path, const std::string& attributes) {
+    DWORD wanted = 0;
+    const char* end = attributes.data() + attributes.size();
+    if (const auto entry = Existing(path); entry && entry->info.kind == EntryKind::Link)
+        return {};
+    if (attributes.empty() || std::from_chars(attributes.data(), end, wanted, 16).ptr != end)
+        return Fault(FileFault::Failed, path);
+    return ChangeAttributes(path, SettableAttributes, wanted & SettableAttributes);
+}
+
 Status WindowsFileSystem::CopyAttributes(const std::string& from, const std::string& to) {
     const Result<Entry> source = Existing(from);
     if (!source)
         return source.status();
     if (Status timed = SetTime(to, source->info.time); !timed)
         return timed;
-    constexpr DWORD settable = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                               FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-    return ChangeAttributes(to, settable, source->attributes & settable);
+    return ChangeAttributes(to, SettableAttributes, source->attributes & SettableAttributes);
 }
 
 Result<std::uint64_t> WindowsFileSystem::FreeSpace(const std::string& directory) const {

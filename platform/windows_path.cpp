@@ -177,6 +177,14 @@ bool IsScratchName(std::string_view name) {
     return EqualNoCase(name, ScratchDirectoryName);
 }
 
+bool IsLastingName(std::string_view name) {
+    return EqualNoCase(name, KeptDirectoryName) || EqualNoCase(name, LockFileName);
+}
+
+bool IsOwnName(std::string_view name) {
+    return IsScratchName(name) || IsLastingName(name);
+}
+
 bool IsFileManagersFile(std::string_view name) {
     constexpr std::string_view names[] = {"thumbs.db", "desktop.ini", ".ds_store", ".directory"};
     return std::any_of(std::begin(names), std::end(names),

@@ -52,10 +52,16 @@ bool IsDeviceName(std::string_view name);
 // |, no control character, no trailing dot or blank, no device name, at most 255 units of UTF-16.
 bool IsStorableName(std::string_view name);
 
-// The name of every scratch directory of the program; no list shows them or what they hold. No other name is
-// hidden, however much like it: what no list shows is copied nowhere, and lost when its directory is cleared.
+// The name of every scratch directory of the program; no list shows them or what they hold. No name but these three
+// is hidden, however much like it: what no list shows is copied nowhere, and lost when its directory is cleared.
 inline constexpr std::string_view ScratchDirectoryName = "~kx~scratch";
 bool IsScratchName(std::string_view name);
+// Beside it: what commands have taken away and an undo brings back, and the file by which one program holds a place.
+inline constexpr std::string_view KeptDirectoryName = "~kx~kept";
+inline constexpr std::string_view LockFileName = "~kx~lock";
+// Kept or lock: what no command deletes.
+bool IsLastingName(std::string_view name);
+bool IsOwnName(std::string_view name); // one of the three
 
 // What file managers write into any directory by themselves (Thumbs.db, desktop.ini, .DS_Store, .directory),
 // and the tree __MACOSX that they add to archives: no part of what the user keeps there.

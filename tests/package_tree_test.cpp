@@ -22,7 +22,7 @@ TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
     // What file managers write by themselves is no part of a package either.
     drive.Fill("Staging", "b.txt=x, A.txt=x, z\\y\\deep.txt=x, m\\in.txt=x, ~kx~scratch\\1~half.txt=x, "
                           "THUMBS.db=x, m\\desktop.ini=x, z\\.DS_Store=x, z\\y\\.directory=x, "
-                          "__macosx\\._b.txt=x");
+                          "__macosx\\._b.txt=x, ~kx~kept\\1\\gone.txt=x, ~kx~lock=x, m\\~KX~Kept\\1\\gone.txt=x");
     const Tree tree = WalkTree(drive.Files(), locations.StagingDir);
     std::vector<std::string> files;
     for (const auto& file : tree.files)
@@ -37,6 +37,9 @@ TEST_F(TreeTest, WalkListsParentsFirstAndLeavesOutScratchAndLinks) {
     EXPECT_EQ(CollectDirectories(tree, two).cut, ListCut::DirMax);
     EXPECT_THAT(CollectDirectories(drive.Files(), locations.StagingDir, true, two).paths,
                 ElementsAre(drive.At("Staging\\m"), drive.At("Staging\\z")));
+
+    EXPECT_THAT(DeleteTree(context, locations.StagingDir), IsEmpty());
+    EXPECT_EQ(drive.Outline("Staging"), "m\\~KX~Kept\\1\\gone.txt=x, ~kx~kept\\1\\gone.txt=x, ~kx~lock=x");
 }
 
 class WithDiskInStaging : public FaultyFiles {

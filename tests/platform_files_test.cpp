@@ -21,6 +21,7 @@ class Files : public testing::Test {
         if (!file)
             return file.fault();
         EXPECT_TRUE((*file)->Write(std::as_bytes(std::span(bytes.data(), bytes.size()))));
+        EXPECT_TRUE((*file)->Flush());
         return (*file)->Close(true).fault;
     }
     FileFault Copy(const std::string& from, const std::string& to) {
@@ -139,6 +140,46 @@ TEST_F(Files, KeepTimeAndAttributesWhenTheyAreGiven) {
     EXPECT_FALSE(files.Info(drive.At("b"))->readOnly);
 }
 
+TEST_F(Files, GetBackTheAttributesThatWereNoted) {
+    drive.Fill("", "ro.txt=1, rw.txt=22, dir\\");
+    ASSERT_TRUE(files.SetReadOnly(drive.At("ro.txt"), true));
+    for (const char* name : {"ro.txt", "rw.txt", "dir"}) {
+        const auto noted = files.Attributes(drive.At(name));
+        ASSERT_TRUE(noted && !noted->empty()) << name;
+        EXPECT_EQ(noted->find_first_of(" \t\r\n"), std::string::npos);
+        const FileInfo before = *files.Info(drive.At(name));
+        ASSERT_TRUE(files.SetReadOnly(drive.At(name), !before.readOnly));
+        EXPECT_EQ(files.SetAttributes(drive.At(name), "?").fault, FileFault::Failed);
+        EXPECT_TRUE(files.SetAttributes(drive.At(name), *noted));
+        EXPECT_EQ(*files.Info(drive.At(name)), before);
+        EXPECT_EQ(*files.Attributes(drive.At(name)), *noted);
+    }
+    EXPECT_EQ(files.Attributes(drive.At("none")).fault(), FileFault::NotFound);
+    EXPECT_EQ(files.SetAttributes(drive.At("none"), "1").fault, FileFault::NotFound);
+}
+
+TEST_F(Files, CanHaveASecondName) {
+    drive.Fill("", "a.txt=a, B.TXT=b, dir\\");
+    const auto link = [&](const char* from, const char* to) { return files.Link(drive.At(from), drive.At(to)).fault; };
+    EXPECT_EQ(link("A.txt", "b.txt"), FileFault::Exists);
+    EXPECT_EQ(link("a.txt", "DIR"), FileFault::Exists);
+    EXPECT_EQ(link("none", "c.txt"), FileFault::NotFound);
+    EXPECT_EQ(link("a.txt", "none\\a.txt"), FileFault::NotFound);
+    EXPECT_NE(link("dir", "dir2"), FileFault::None);
+    EXPECT_EQ(link("A.TXT", "dir\\Second.txt"), FileFault::None);
+    drive.Fill("", "new=new");
+    EXPECT_EQ(Replace("new", "a.txt"), FileFault::None);
+    EXPECT_EQ(drive.Outline(), "B.TXT=b, a.txt=new, dir\\Second.txt=a") << "it holds what the first one was";
+}
+
+TEST_F(Files, AreKeptAsideByNoHost) {
+    drive.Fill("", "a.txt=a, dir\\b.txt=b");
+    for (const char* name : {"a.txt", "dir"})
+        EXPECT_EQ(files.SetAside(drive.At(name)).fault, FileFault::NotKept);
+    EXPECT_EQ(drive.Outline(), "a.txt=a, dir\\b.txt=b");
+    EXPECT_GT(*files.MakeRoom(drive.Root(), 1), 0u);
+}
+
 TEST_F(Files, AreDeletedOnlyWhereThatIsMeant) {
     drive.Fill("", "ro.txt=keep, rw.txt=go, dir\\a.txt=keep, empty\\");
     ASSERT_TRUE(files.SetReadOnly(drive.At("ro.txt"), true));
@@ -223,6 +264,9 @@ TEST_F(Files, AreNotReachedThroughLinksThemselves) {
     EXPECT_EQ(Rename("new.txt", "B LINK"), FileFault::Exists);
     EXPECT_NE(files.SetReadOnly(drive.At("b link"), true).fault, FileFault::None);
     EXPECT_FALSE(files.Info(drive.At("b.txt"))->readOnly);
+    EXPECT_EQ(*files.Attributes(drive.At("b link")), "");
+    EXPECT_TRUE(files.SetAttributes(drive.At("b link"), *files.Attributes(drive.At("new.txt"))));
+    EXPECT_EQ(files.Link(drive.At("b link"), drive.At("second")).fault, FileFault::IsLink);
     EXPECT_NE(files.RemoveDirectory(drive.At("link")).fault, FileFault::None);
     EXPECT_EQ(Rename("link", "moved link"), FileFault::None);
     EXPECT_EQ(Delete("moved link"), FileFault::None);

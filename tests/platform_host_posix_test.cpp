@@ -14,6 +14,7 @@
 #include <fstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace korvadex {
@@ -133,6 +134,26 @@ TEST_F(PosixHost, KeepsThePermissionsOfARewrittenFile) {
     EXPECT_TRUE(WriteBytesWhole(files, drive.At("kx.ini"), "new", drive.At("~kx~1")));
     EXPECT_EQ(fs::status(Host("kx.ini")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_GE(files.Info(drive.At("kx.ini"))->time, before);
+}
+
+TEST_F(PosixHost, GivesBackModeAndDosAttributes) {
+    drive.Put("a.txt", "a");
+    drive.MakeDirectory("dir");
+    for (const char* name : {"a.txt", "dir"}) {
+        const std::string host = Host(name), value = "0x2";
+        ASSERT_EQ(chmod(host.c_str(), 02571), 0);
+        EXPECT_EQ(*files.Attributes(drive.At(name)), "2571");
+        ASSERT_EQ(chmod(host.c_str(), 02771), 0);
+        const bool takesMore = setxattr(host.c_str(), "user.DOSATTRIB", value.data(), value.size(), 0) == 0;
+        ASSERT_EQ(chmod(host.c_str(), 0550), 0);
+        const auto noted = *files.Attributes(drive.At(name));
+        EXPECT_EQ(noted, takesMore ? "550:307832" : "550");
+        AsOrdinaryUser([&] { EXPECT_EQ(files.SetAttributes(drive.At(name), "640").fault, FileFault::Denied); });
+        for (const std::string& text : {std::string("2640"), noted}) {
+            EXPECT_TRUE(files.SetAttributes(drive.At(name), text));
+            EXPECT_EQ(*files.Attributes(drive.At(name)), text);
+        }
+    }
 }
 
 TEST_F(PosixHost, IsNotHeldUpByPipes) {

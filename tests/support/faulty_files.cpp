@@ -18,6 +18,10 @@ class FaultyFiles::Output : public OutputFile {
         static_cast<void>(file->Write(bytes.first(bytes.size() / 2)));
         return status;
     }
+    Status Flush() override {
+        Status status = files.Count("Flush", path);
+        return status ? file->Flush() : status;
+    }
     Status Close(bool flush) override {
         Status status = files.Count("Close", path);
         Status closed = file->Close(flush);

@@ -8,8 +8,9 @@
 
 namespace korvadex::test {
 
-// Everything that alters the disk is a change: CreateNew, each Write and Close of the file it gave, Copy,
-// Rename, Replace, Flush, Delete, the directory operations and those on attributes and times. Changes count from 1.
+// Everything that alters the disk is a change: CreateNew, each Write, Flush and Close of the file it gave,
+// Copy, Rename, Replace, Flush, Link, Delete, SetAside, the directory operations and those on attributes and times.
+// Changes count from 1.
 class FaultyFiles : public FileSystem {
   public:
     // Gives the fault of a change; it is named as its routine is ("Write"), with the path that it alters.
@@ -33,7 +34,7 @@ class FaultyFiles : public FileSystem {
             return made == change && path.find(part) != std::string::npos ? fault : FileFault::None;
         });
     }
-    // What FreeSpace answers; none asks the real disk.
+    // What FreeSpace and MakeRoom answer; none asks the real disk.
     std::optional<std::uint64_t> freeSpace;
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
     // renamed into it or out of it.
@@ -62,6 +63,10 @@ class FaultyFiles : public FileSystem {
     void BeginFlush(Path path) override { real.BeginFlush(path); }
     std::vector<Status> Flush(std::span<const std::string> paths) override;
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
+    Status Link(Path from, Path to) override {
+        return Move("Link", from, to, [&] { return real.Link(from, to); });
+    }
+    Status SetAside(Path path) override { return Change("SetAside", path, &FileSystem::SetAside, path); }
     Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
     Status CreateDirectory(Path path) override {
         return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
@@ -78,11 +83,18 @@ class FaultyFiles : public FileSystem {
     Status SetTime(Path path, FileTime time) override {
         return Change("SetTime", path, &FileSystem::SetTime, path, time);
     }
+    Result<std::string> Attributes(Path path) const override { return real.Attributes(path); }
+    Status SetAttributes(Path path, Path attributes) override {
+        return Change("SetAttributes", path, &FileSystem::SetAttributes, path, attributes);
+    }
     Status CopyAttributes(Path from, Path to) override {
         return Change("CopyAttributes", to, &FileSystem::CopyAttributes, from, to);
     }
     Result<std::uint64_t> FreeSpace(Path directory) const override {
         return freeSpace ? *freeSpace : real.FreeSpace(directory);
+    }
+    Result<std::uint64_t> MakeRoom(Path directory, std::uint64_t bytes) override {
+        return freeSpace ? *freeSpace : real.MakeRoom(directory, bytes);
     }
     bool SameVolume(Path a, Path b) const override { return !CrossesVolumes(a, b) && real.SameVolume(a, b); }
     std::vector<std::string> Drives() const override { return real.Drives(); }
