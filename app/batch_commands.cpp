@@ -30,7 +30,7 @@ void Program::CompressEach(const std::string& question, bool compress) {
 }
 
 void Program::CompressAll() {
-    Run([&] {
+    Run({"Compress all", ""}, [&] {
         CompressEach(
             "Compress all packages in Hangar?  If you want to make sure all packages are compressed, select 'Yes'.  "
             "Packages that are already compressed will be skipped.  Note that this may take a while.  "
@@ -40,7 +40,7 @@ void Program::CompressAll() {
 }
 
 void Program::DecompressAll() {
-    Run([&] {
+    Run({"Decompress all", ""}, [&] {
         CompressEach("Decompress all packages in the Hangar?  "
                      "If you want to make sure all packages are decompressed, select 'Yes'.  "
                      "Packages that are already decompressed will be skipped.  Note that this may take a while.  "
@@ -73,7 +73,7 @@ void Program::UninstallEach(const std::string& question, bool isCategoryOnly) {
 }
 
 void Program::UninstallAll() {
-    Run([&] {
+    Run({"Uninstall all", ""}, [&] {
         UninstallEach("Uninstall all packages from Hangar?  "
                       "If you want to make sure all packages are uninstalled, select 'Yes'.  "
                       "Please do not attempt to use Korvadex while this process is running.",
@@ -82,7 +82,7 @@ void Program::UninstallAll() {
 }
 
 void Program::UninstallCategory() {
-    Run([&] {
+    Run({"Uninstall category", selection.Category()}, [&] {
         UninstallEach("Uninstall all packages in current category from Hangar?  "
                       "Please do not attempt to use Korvadex while this process is running.",
                       true);

@@ -6,14 +6,14 @@
 namespace korvadex {
 
 void Program::CreatePackageNotes() {
-    Run([&] {
+    Run(Titled("Create notes"), [&] {
         if (IsShownThere())
             ShowChanges(CreateNotes(context, package));
     });
 }
 
 void Program::DeletePackageNotes() {
-    Run([&] {
+    Run(Titled("Delete notes"), [&] {
         if (IsShownThere())
             ShowChanges(DeleteNotes(context, package));
     });
@@ -34,7 +34,7 @@ void Program::Explore() {
 }
 
 void Program::EditInformation() {
-    Run([&] {
+    Run(Titled("Information"), [&] {
         if (!IsShownThere() || !ArePlacesThere({Place::Simulator}))
             return;
         ReloadWhenChanged(); // what is edited must be what is there

@@ -17,8 +17,9 @@ bool Program::IsPackageReady(std::initializer_list<Place> alsoNeeded, bool asItI
     return !package.ref.IsNone();
 }
 
-void Program::RunHangarCommand(std::initializer_list<Place> alsoNeeded, const std::function<Changes()>& command) {
-    Run([&] {
+void Program::RunHangarCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
+                               const std::function<Changes()>& command) {
+    Run(Titled(name), [&] {
         if (!IsPackageReady(alsoNeeded))
             return;
         const Changes changes = command();
@@ -28,86 +29,84 @@ void Program::RunHangarCommand(std::initializer_list<Place> alsoNeeded, const st
     });
 }
 
+void Program::LookAtPackage(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command) {
+    Run([&] {
+        if (IsPackageReady(alsoNeeded))
+            command();
+    });
+}
+
 void Program::InstallPackage() {
-    RunHangarCommand({Place::Simulator}, [&] { return InstallIntoSim(context, package); });
+    RunHangarCommand("Install", {Place::Simulator}, [&] { return InstallIntoSim(context, package); });
 }
 
 void Program::RemovePackageFromSim() {
-    Run([&] {
+    Run(Titled("Remove from MSFS"), [&] {
         if (IsPackageReady({Place::Simulator}, false))
             ShowChanges(RemoveFromSim(context, package).changes);
     });
 }
 
 void Program::RemovePackageFromHangar() {
-    RunHangarCommand({Place::Simulator}, [&] { return RemoveFromHangar(context, package); });
+    RunHangarCommand("Remove from Hangar", {Place::Simulator}, [&] { return RemoveFromHangar(context, package); });
 }
 
 void Program::RenamePackage() {
-    RunHangarCommand({Place::Simulator}, [&] { return RenameInHangar(context, package); });
+    RunHangarCommand("Rename", {Place::Simulator}, [&] { return RenameInHangar(context, package); });
 }
 
 void Program::CopyPackageToStaging() {
-    RunHangarCommand({Place::Simulator}, [&] { return CopyToStaging(context, package); });
+    RunHangarCommand("Copy to Staging", {Place::Simulator}, [&] { return CopyToStaging(context, package); });
 }
 
 void Program::CreatePanelAlias() {
-    RunHangarCommand({}, [&] {
-        CreateAlias(context, "panel", package, held);
-        return Changes();
-    });
+    LookAtPackage({}, [&] { CreateAlias(context, "panel", package, held); });
 }
 
 void Program::CreateSoundAlias() {
-    RunHangarCommand({}, [&] {
-        CreateAlias(context, "sound", package, held);
-        return Changes();
-    });
+    LookAtPackage({}, [&] { CreateAlias(context, "sound", package, held); });
 }
 
 void Program::PastePanelAlias() {
-    RunHangarCommand({Place::Simulator}, [&] { return PasteAlias(context, "panel", package, held.HeldPanelAlias); });
+    RunHangarCommand("Paste panel alias", {Place::Simulator},
+                     [&] { return PasteAlias(context, "panel", package, held.HeldPanelAlias); });
 }
 
 void Program::PasteSoundAlias() {
-    RunHangarCommand({Place::Simulator}, [&] { return PasteAlias(context, "sound", package, held.HeldSoundAlias); });
+    RunHangarCommand("Paste sound alias", {Place::Simulator},
+                     [&] { return PasteAlias(context, "sound", package, held.HeldSoundAlias); });
 }
 
 void Program::RestoreOldPanel() {
-    RunHangarCommand({Place::Simulator}, [&] { return RestoreOldConfig(context, "panel", package); });
+    RunHangarCommand("Restore panel", {Place::Simulator}, [&] { return RestoreOldConfig(context, "panel", package); });
 }
 
 void Program::RestoreOldSound() {
-    RunHangarCommand({Place::Simulator}, [&] { return RestoreOldConfig(context, "sound", package); });
+    RunHangarCommand("Restore sound", {Place::Simulator}, [&] { return RestoreOldConfig(context, "sound", package); });
 }
 
 void Program::CheckPackageReferences() {
-    RunHangarCommand({}, [&] {
-        CheckReferences(context, package.ref);
-        return Changes();
-    });
+    LookAtPackage({}, [&] { CheckReferences(context, package.ref); });
 }
 
 void Program::CheckPackageGauges() {
-    RunHangarCommand({Place::Simulator}, [&] {
-        CheckInstalledGauges(context, package.ref);
-        return Changes();
-    });
+    LookAtPackage({Place::Simulator}, [&] { CheckInstalledGauges(context, package.ref); });
 }
 
 void Program::CompressShownPackage() {
-    Compress(true);
+    Compress("Compress", true);
 }
 
 void Program::DecompressShownPackage() {
-    Compress(false);
+    Compress("Decompress", false);
 }
 
-void Program::Compress(bool compress) {
-    Run([&] {
+void Program::Compress(const std::string& name, bool compress) {
+    Run({name, ""}, [&] {
         EnsureHangarSide();
         if (!IsPackageReady())
             return;
+        current = Titled(name);
         if (const auto failures = CompressInHangar(context, package, compress)) {
             TellCompressed(context, *failures);
             ShowChanges({.package = true});

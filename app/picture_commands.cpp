@@ -41,7 +41,7 @@ void Program::ShowPreviousImage() {
 }
 
 void Program::DeleteShownImage() {
-    Run([&] {
+    Run(Titled("Delete image"), [&] {
         const auto path = ShownImage();
         if (!IsStillThere(path))
             return;
@@ -56,7 +56,7 @@ void Program::DeleteShownImage() {
 }
 
 void Program::MakeShownImageFirst() {
-    Run([&] {
+    Run(Titled("Make image first"), [&] {
         const auto path = ShownImage();
         if (!IsStillThere(path))
             return;
@@ -101,7 +101,7 @@ void Program::ImportImages(const OfferedPictures& offered) {
 }
 
 void Program::ImportImageFiles() {
-    Run([&] {
+    Run(Titled("Import image"), [&] {
         if (!CanTakeImages())
             return;
         const auto chosen = dialogs.ChoosePictures(lastPictureDirectory);
@@ -112,7 +112,7 @@ void Program::ImportImageFiles() {
 }
 
 void Program::ImportImageClipboard() {
-    Run([&] {
+    Run(Titled("Import image"), [&] {
         if (!CanTakeImages())
             return;
         const auto offered = dialogs.ClipboardPictures();
@@ -126,7 +126,7 @@ void Program::ImportImageClipboard() {
 }
 
 void Program::ImportDroppedImages(const OfferedPictures& offered) {
-    Run([&] {
+    Run(Titled("Import image"), [&] {
         if (CanTakeImages())
             ImportImages(offered);
     });

@@ -8,6 +8,7 @@
 #include "package/component_files.h"
 #include "package/file_primitives.h"
 #include "package/opening.h"
+#include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/run_simulator.h"
 #include "sim/unused_gauges.h"
@@ -24,7 +25,7 @@ Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs&
     settings.AppDir = AddBackslash(appDir);
 }
 
-void Program::Run(const std::function<void()>& command) {
+void Program::Run(const CommandTitle& title, const std::function<void()>& command) {
     if (isRunning || isEnded)
         return;
     struct Running {
@@ -32,6 +33,7 @@ void Program::Run(const std::function<void()>& command) {
         explicit Running(bool& running) : flag(running) { flag = true; }
         ~Running() { flag = false; }
     } running(isRunning);
+    current = title;
 
     try {
         ShowStatus("");
@@ -57,6 +59,12 @@ void Program::Run(const std::function<void()>& command) {
     } catch (const ProgramEnd&) {
         EndRun();
     }
+}
+
+CommandTitle Program::Titled(const std::string& name) const {
+    if (!view.HangarSideShown)
+        return {name, CleanPackageName(view.packageName)};
+    return {name, package.ref.IsNone() ? "" : package.ref.Text()};
 }
 
 void Program::ShowChanges(const Changes& changes) {
@@ -216,7 +224,7 @@ bool Program::CheckOpenings() {
 }
 
 void Program::DeleteComponents(int group, const std::vector<int>& positions) {
-    Run([&] {
+    Run(Titled("Delete files"), [&] {
         if (group >= 0 && group < GroupCount && IsShownThere({Place::Simulator}))
             ShowChanges(DeleteComponentFiles(context, package, group, positions));
     });
@@ -233,7 +241,7 @@ void Program::RunCommand(std::string_view entryOrKey) {
 }
 
 void Program::ShowUnusedGauges() {
-    Run([&] { ListUnusedGauges(context); });
+    Run({"Unused gauges", ""}, [&] { ListUnusedGauges(context); });
 }
 
 void Program::StartSimulator() {

@@ -24,6 +24,12 @@
 
 namespace korvadex {
 
+// A command that changes something, as the user would name it: "Install" "Jets\Lear", "Process ZIP" "lear.zip".
+// Without a name it only looks.
+struct CommandTitle {
+    std::string name, subject;
+};
+
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
 class Program : private CommandDisplay {
@@ -152,7 +158,10 @@ class Program : private CommandDisplay {
     std::optional<std::string> ComponentPath(int group, int position) const;
 
     // program.cpp: one command from the window's event to the window's new state.
-    void Run(const std::function<void()>& command);
+    void Run(const CommandTitle& title, const std::function<void()>& command);
+    void Run(const std::function<void()>& command) { Run({}, command); } // only looks
+    // A command on what is shown: the package, or Staging under the name that it is to get.
+    CommandTitle Titled(const std::string& name) const;
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
     void ShowChanges(const Changes& changes);
     void ShowView();
@@ -209,10 +218,13 @@ class Program : private CommandDisplay {
     // hangar_commands.cpp
     // Does nothing on the Staging side; nor, after a message, when the package or one of the places is gone or no
     // package is selected.
-    void RunHangarCommand(std::initializer_list<Place> alsoNeeded, const std::function<Changes()>& command);
+    void RunHangarCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
+                          const std::function<Changes()>& command);
+    // The same for one that only looks.
+    void LookAtPackage(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command);
     // What is copied, written or deleted must be what is there: the package is loaded anew when it has changed.
     bool IsPackageReady(std::initializer_list<Place> alsoNeeded = {}, bool asItIsNow = true);
-    void Compress(bool compress);
+    void Compress(const std::string& name, bool compress);
 
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none
@@ -225,11 +237,12 @@ class Program : private CommandDisplay {
 
     // staging_commands.cpp
     // Does nothing on the Hangar side, nor, after a message, when one of the places is gone.
-    void RunStagingCommand(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command);
+    void RunStagingCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
+                           const std::function<void()>& command);
     bool IsStagingReady(std::initializer_list<Place> alsoNeeded = {});
     void CopyToHangar();
     bool CanCopyToHangar(const std::string& name);
-    void AddArchive(const std::string& archive);
+    void AddArchive(std::string archive); // "" asks which
     // copiedTo: the package of the Hangar that has just been made of it.
     void EraseStaging(const std::string& copiedTo = "");
     void EraseFromStaging(StagingPart part);
@@ -266,6 +279,7 @@ class Program : private CommandDisplay {
     bool isHangarStale = false;
     ListWindow fileList{window, files, settings.locations};
     GalleryWindow gallery{window, files, settings.locations, settings.limits};
+    CommandTitle current; // the running command; what it is about may come to be known while it runs
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

@@ -27,19 +27,20 @@ bool Program::IsStagingReady(std::initializer_list<Place> alsoNeeded) {
     return true;
 }
 
-void Program::RunStagingCommand(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command) {
-    Run([&] {
+void Program::RunStagingCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
+                                const std::function<void()>& command) {
+    Run(Titled(name), [&] {
         if (IsStagingReady(alsoNeeded))
             command();
     });
 }
 
 void Program::CopyStagingToHangar() {
-    RunStagingCommand({Place::Hangar, Place::Simulator}, [&] { CopyToHangar(); });
+    RunStagingCommand("Copy to Hangar", {Place::Hangar, Place::Simulator}, [&] { CopyToHangar(); });
 }
 
 void Program::ProcessZipIntoStaging() {
-    Run([&] {
+    Run({"Process ZIP", ""}, [&] {
         EnsureStagingSide();
         if (IsStagingReady())
             AddArchive("");
@@ -47,7 +48,7 @@ void Program::ProcessZipIntoStaging() {
 }
 
 void Program::ProcessArchives(const std::vector<std::string>& paths) {
-    Run([&] {
+    Run({"Process ZIP", ""}, [&] {
         EnsureStagingSide();
         if (!IsShownThere())
             return;
@@ -66,7 +67,7 @@ void Program::ProcessArchives(const std::vector<std::string>& paths) {
 }
 
 void Program::ImportIntoStaging() {
-    Run([&] {
+    Run({"Import", ""}, [&] {
         EnsureStagingSide();
         if (IsStagingReady({Place::Simulator}))
             ImportAircraft();
@@ -74,19 +75,19 @@ void Program::ImportIntoStaging() {
 }
 
 void Program::RemoveAllFromStaging() {
-    RunStagingCommand({}, [&] { EraseStaging(); });
+    RunStagingCommand("Clear Staging", {}, [&] { EraseStaging(); });
 }
 
 void Program::RemovePanelFromStaging() {
-    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Panel); });
+    RunStagingCommand("Erase panel", {}, [&] { EraseFromStaging(StagingPart::Panel); });
 }
 
 void Program::RemoveAircraftFromStaging() {
-    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Aircraft); });
+    RunStagingCommand("Erase aircraft", {}, [&] { EraseFromStaging(StagingPart::Aircraft); });
 }
 
 void Program::RemoveSoundFromStaging() {
-    RunStagingCommand({}, [&] { EraseFromStaging(StagingPart::Sound); });
+    RunStagingCommand("Erase sound", {}, [&] { EraseFromStaging(StagingPart::Sound); });
 }
 
 bool Program::CanCopyToHangar(const std::string& name) {
@@ -154,6 +155,7 @@ void Program::CopyToHangar() {
     if (!CanCopyToHangar(name))
         return;
     const PackageRef made{selection.Category(), name};
+    current.subject = made.Text();
     const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
     if (!copy)
         return;
@@ -174,14 +176,22 @@ void Program::ImportAircraft() {
     importedAircraft = ImportFromSim(context, stagedAircraft);
     if (importedAircraft.empty())
         return;
-    stagedAircraft = importedAircraft;
+    current.subject = stagedAircraft = importedAircraft;
     view.packageName.clear(); // it gives its own
     LoadStagedFiles(ChoiceQuestion::Ask);
 }
 
-void Program::AddArchive(const std::string& archive) {
+void Program::AddArchive(std::string archive) {
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
-    if (!MayAddToStaging() || !ProcessZipFile(context, unzip, settings.LastZipPath, archive))
+    if (!MayAddToStaging())
+        return;
+    if (archive.empty())
+        archive = user.ChooseZipFile("Process ZIP File ...", settings.LastZipPath).value_or("");
+    if (archive.empty())
+        return;
+    auto& subject = current.subject; // several may be dropped at once
+    subject += (subject.empty() ? "" : ", ") + LastPathComponent(archive);
+    if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         return;
     LoadStagedFiles(ChoiceQuestion::Ask);
     if (wasEmpty && Trim(view.packageName).empty())

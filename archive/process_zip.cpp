@@ -89,12 +89,7 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
 
 } // namespace
 
-bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath, const std::string& archive) {
-    std::string path = archive;
-    if (path.empty())
-        path = context.user.ChooseZipFile("Process ZIP File ...", lastZipPath).value_or("");
-    if (path.empty())
-        return false;
+bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath, const std::string& path) {
     if (const auto file = context.files.OpenForReading(path); !file) {
         context.user.Tell("The zip file(" + path + ") could not be read (" + DescribeFault(file.status()) +
                               ").  Please make sure that it is there and that you may read it, and try again.",

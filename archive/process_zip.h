@@ -9,9 +9,8 @@
 
 namespace korvadex {
 
-// Asks for an archive on the directory lastZipPath, or takes the one given; lastZipPath becomes its
-// directory. False when the user cancelled: then nothing has changed.
-bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath,
-                    const std::string& archive = "");
+// lastZipPath becomes the directory of the archive. False, after a message, when that cannot be read: then nothing has
+// changed.
+bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath, const std::string& path);
 
 } // namespace korvadex
