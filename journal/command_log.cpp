@@ -1,0 +1,76 @@
+#include "journal/command_log.h"
+
+#include "platform/windows_path.h"
+
+namespace korvadex {
+
+CommandLog::CommandLog(FileSystem& fileSystem, std::string logPath, std::string firstLine)
+    : files(fileSystem), path(std::move(logPath)), heading(std::move(firstLine)) {}
+
+Result<std::size_t> CommandLog::Append(const Record& record) {
+    if (count == 0)
+        if (const Status status = Open(); !status)
+            return status;
+    if (const Status status = Write(LineOf(record)); !status)
+        return status;
+    records.push_back(record);
+    isVoid.push_back(false);
+    return count++;
+}
+
+void CommandLog::Void(std::size_t number) {
+    if (number >= isVoid.size())
+        return;
+    isVoid[number] = true;
+    if (Write(LineOf(Record{.kind = RecordKind::Void, .size = number}))) {
+        records.push_back({});
+        isVoid.push_back(true);
+        ++count;
+    }
+}
+
+Status CommandLog::Append(const std::vector<LeftPlace>& left) {
+    std::string text;
+    for (const LeftPlace& place : left)
+        text += LineOf(place);
+    return text.empty() ? trouble : Write(text);
+}
+
+Status CommandLog::Flush() {
+    if (!trouble || isFlushed || !file)
+        return trouble;
+    trouble = file->Flush();
+    if (trouble && !isNameFlushed)
+        trouble = files.Flush(std::vector{WithoutBackslash(ParentDirectory(path))}).front();
+    isFlushed = isNameFlushed = bool(trouble);
+    return trouble;
+}
+
+std::vector<Record> CommandLog::Records() const {
+    std::vector<Record> counting;
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (!isVoid[i])
+            counting.push_back(records[i]);
+    return counting;
+}
+
+Status CommandLog::Open() {
+    if (!trouble)
+        return trouble;
+    const auto made = EnsureRealDirectory(files, WithoutBackslash(ParentDirectory(path)));
+    auto opened = made ? files.CreateNew(path) : Result<std::unique_ptr<OutputFile>>(made.status());
+    if (!opened)
+        return trouble = opened.status();
+    file = std::move(*opened);
+    return Write(heading);
+}
+
+Status CommandLog::Write(const std::string& text) {
+    if (trouble) {
+        trouble = file ? WriteAll(*file, std::as_bytes(std::span(text))) : Status{FileFault::Failed, path};
+        isFlushed = false;
+    }
+    return trouble;
+}
+
+} // namespace korvadex

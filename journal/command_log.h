@@ -1,0 +1,48 @@
+// The log of the command that is running: what it does is written here first.
+#pragma once
+
+#include "journal/kept_places.h"
+#include "journal/record.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace korvadex {
+
+class CommandLog {
+  public:
+    // The file is made with the first record. heading: the first line.
+    CommandLog(FileSystem& files, std::string path, std::string heading);
+
+    // The number of the record; the record is safe from the end of this program, and after Flush from a power cut.
+    Result<std::size_t> Append(const Record& record);
+    // The record says what was not done after all.
+    void Void(std::size_t number);
+    Status Append(const std::vector<LeftPlace>& left);
+    Status Flush();
+
+    bool IsEmpty() const { return count == 0; }
+    const std::string& Path() const { return path; }
+    // Those that count.
+    std::vector<Record> Records() const;
+    // The first failure to write; what comes after it is not written.
+    const Status& Trouble() const { return trouble; }
+    // No more is written.
+    void Close() { file.reset(); }
+
+  private:
+    Status Open();
+    Status Write(const std::string& text);
+
+    FileSystem& files;
+    const std::string path, heading;
+    std::unique_ptr<OutputFile> file;
+    std::vector<Record> records;
+    std::vector<bool> isVoid;
+    std::size_t count = 0;
+    bool isFlushed = true, isNameFlushed = false;
+    Status trouble;
+};
+
+} // namespace korvadex

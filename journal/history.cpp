@@ -1,0 +1,430 @@
+#include "journal/history.h"
+
+#include "journal/left_state.h"
+#include "journal/take_back.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <random>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::string_view LogExtension = ".log", DoneExtension = ".done", NewExtension = ".new";
+constexpr const char* CutOffReason = "It was cut off, and has been taken back.";
+constexpr const char* NoRoomReason = "What it had kept had to go, as there was no more room for it.";
+
+FileTime Now() {
+    return std::chrono::time_point_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now());
+}
+
+std::string NewKey() {
+    std::random_device random;
+    std::string key;
+    for (int i = 0; i < 3; ++i)
+        key += std::to_string(random());
+    return key;
+}
+
+// "000012"
+std::string NameOf(int number) {
+    const std::string digits = std::to_string(number);
+    return std::string(digits.size() < 6 ? 6 - digits.size() : 0, '0') + digits;
+}
+
+// Of the name of a file, "000012.log" with ".log".
+std::optional<int> NumberIn(const std::string& name, std::string_view extension) {
+    if (!EndsWithNoCase(name, extension))
+        return std::nullopt;
+    const auto number = NumberOf(std::string_view(name).substr(0, name.size() - extension.size()));
+    return number && *number > 0 && *number < 1'000'000'000 ? std::optional(static_cast<int>(*number)) : std::nullopt;
+}
+
+// The records changed nothing that is still to be seen.
+bool IsWithoutEffect(const FileSystem& files, const std::vector<Record>& records) {
+    return std::ranges::all_of(records, [&](const Record& record) {
+        switch (record.kind) {
+        case RecordKind::Created:
+        case RecordKind::Placed:
+        case RecordKind::MadeDirectory:
+            return files.Info(record.path).fault() == FileFault::NotFound;
+        case RecordKind::DirectoryTime:
+        case RecordKind::KeptFrom:
+            return true;
+        default:
+            return false;
+        }
+    });
+}
+
+} // namespace
+
+History::History(FileSystem& realDisk, Repack repackFiles)
+    : disk(realDisk), repack(std::move(repackFiles)), files(realDisk) {
+    files.giveUpKept = [this](const std::string& where, std::uint64_t bytes) { MakeRoom(where, bytes); };
+}
+
+std::string History::LogOf(int number) const {
+    return directory + NameOf(number) + std::string(LogExtension);
+}
+
+std::string History::DoneOf(int number) const {
+    return directory + NameOf(number) + std::string(DoneExtension);
+}
+
+void History::Open(const std::string& historyDirectory) {
+    directory = historyDirectory;
+    entries.clear();
+    lastNumber = 0;
+    const auto listed = disk.List(directory);
+    if (!listed)
+        return;
+    std::map<int, HistoryEntry> byItem;
+    std::vector<HistoryEntry> outdated;
+    for (const DirectoryEntry& file : *listed) {
+        if (EndsWithNoCase(file.name, NewExtension))
+            static_cast<void>(disk.Delete(directory + file.name));
+        if (const auto number = NumberIn(file.name, LogExtension))
+            lastNumber = std::max(lastNumber, *number);
+        const auto number = NumberIn(file.name, DoneExtension);
+        if (!number)
+            continue;
+        lastNumber = std::max(lastNumber, *number);
+        const auto text = ReadBytes(disk, directory + file.name);
+        auto entry = text ? ReadEntry(*text) : std::nullopt;
+        if (!entry || !disk.Info(LogOf(*number))) {
+            static_cast<void>(disk.Delete(directory + file.name));
+            continue;
+        }
+        entry->number = *number;
+        if (auto [known, isNew] = byItem.try_emplace(entry->item, *entry); !isNew) {
+            outdated.push_back(known->second); // taken back or done again since
+            known->second = *entry;
+        }
+    }
+    for (const HistoryEntry& entry : outdated)
+        Drop(entry);
+    for (auto& [item, entry] : byItem)
+        entries.push_back(std::move(entry));
+}
+
+// --- a command at work
+
+HistoryEntry History::NewEntry(const CommandTitle& title) {
+    const int number = ++lastNumber;
+    return {.number = number, .item = number, .title = title, .time = Now(), .key = NewKey()};
+}
+
+void History::Begin(const CommandTitle& title) {
+    running = NewEntry(title);
+    StartLog();
+}
+
+void History::StartLog() {
+    log = std::make_unique<CommandLog>(disk, LogOf(running.number), LineOf(running));
+    kept = std::make_unique<KeptPlaces>(disk, locations, running.key);
+    files.Begin(*log, *kept, running.title.repacking != Repacking::None);
+}
+
+Status History::End(bool isToStay) {
+    remains.clear();
+    files.End();
+    if (!log)
+        return {};
+    const auto records = log->Records();
+    Status status = log->Trouble();
+    if (!log->IsEmpty() && (!status || !isToStay || IsWithoutEffect(disk, records))) {
+        remains = TakeBackAll(running, records);
+        DropRunning();
+    } else if (!log->IsEmpty()) {
+        status = Keep();
+        if (!status) {
+            remains = TakeBackAll(running, records);
+            DropRunning();
+        }
+    }
+    log.reset();
+    kept.reset();
+    return status;
+}
+
+Status History::Keep() {
+    const auto left = LookAtPlaces(disk, log->Records());
+    Status status = log->Append(left);
+    if (status)
+        status = log->Flush();
+    log->Close();
+    if (!status)
+        return status;
+    running.keptIn.assign(kept->Directories().begin(), kept->Directories().end());
+    KeptSize size;
+    for (const std::string& keptIn : running.keptIn) {
+        const auto more = SizeOf(disk, WithoutBackslash(keptIn));
+        size.files += more.files;
+        size.bytes += more.bytes;
+    }
+    running.keptBytes = size.bytes;
+    for (const LeftPlace& place : left)
+        if (place.info && place.info->kind != EntryKind::Directory) {
+            ++size.files;
+            size.bytes += place.info->size;
+        }
+    running.files = size.files;
+    running.bytes = size.bytes;
+    status = WriteEntry(running);
+    if (!status) {
+        static_cast<void>(disk.Delete(DoneOf(running.number)));
+        return status;
+    }
+    const auto at = std::ranges::find(entries, running.item, &HistoryEntry::item);
+    if (at == entries.end()) {
+        entries.push_back(running);
+    } else {
+        const HistoryEntry before = *at;
+        *at = running;
+        Drop(before);
+    }
+    return {};
+}
+
+Status History::WriteEntry(const HistoryEntry& entry) {
+    const std::string path = DoneOf(entry.number), made = path + std::string(NewExtension);
+    static_cast<void>(disk.Delete(made));
+    auto file = disk.CreateNew(made);
+    if (!file)
+        return file.status();
+    const std::string line = LineOf(entry);
+    Status status = WriteAll(**file, std::as_bytes(std::span(line)));
+    const Status closed = (*file)->Close(true);
+    status = status ? closed : status;
+    if (status)
+        status = disk.Info(path) ? disk.Replace(made, path) : disk.Rename(made, path);
+    if (status)
+        status = disk.Flush(std::vector{WithoutBackslash(directory)}).front();
+    return status;
+}
+
+std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records) {
+    KeptPlaces places(disk, locations, entry.key);
+    const auto remove = [&](const std::string& path) {
+        const auto place = places.PlaceFor(path);
+        return place ? disk.Rename(path, place->path) : place.status();
+    };
+    const auto repackBack = [&](const std::vector<std::string>& paths) {
+        return repack(files, paths, (entry.title.repacking == Repacking::Packs) == (entry.state == EntryState::Undone));
+    };
+    // What is taken back already must not be done again: what then stands in its place is the user's.
+    TakeBackTools tools = {disk, remove, repackBack};
+    std::string path;
+    for (int turn = 1; path.empty() || disk.Info(path); ++turn) {
+        path = directory + NameOf(entry.number) + ".back" + std::to_string(turn);
+        if (const auto text = ReadBytes(disk, path))
+            for (const std::size_t done : ReadJournal(*text).voids)
+                tools.done.insert(done);
+    }
+    CommandLog progress(disk, path, LineOf(entry));
+    tools.noteDone = [&](std::size_t number) {
+        static_cast<void>(progress.Append(Record{.kind = RecordKind::Void, .size = number}));
+    };
+    return TakeBack(records, tools, true);
+}
+
+void History::DeleteProgress(int number) {
+    for (int turn = 1;; ++turn)
+        if (!disk.Delete(directory + NameOf(number) + ".back" + std::to_string(turn)))
+            return;
+}
+
+// All of it is taken back: what it had made is of no use to anybody.
+void History::DropRunning() {
+    log->Close();
+    if (!remains.empty()) // its things stay where they are kept
+        return GiveUpCutOff(running);
+    for (const std::string& location : locations)
+        DeleteKept(disk, location + std::string(KeptDirectoryName) + "\\" + running.key + "\\");
+    for (const std::string& keptIn : kept->Directories())
+        DeleteKept(disk, keptIn);
+    if (disk.Delete(LogOf(running.number)))
+        DeleteProgress(running.number);
+}
+
+// --- what was cut off
+
+std::vector<HistoryEntry> History::CutOff() const {
+    std::vector<HistoryEntry> found;
+    const auto listed = disk.List(directory);
+    for (const DirectoryEntry& file : listed ? *listed : std::vector<DirectoryEntry>()) {
+        const auto number = NumberIn(file.name, LogExtension);
+        if (!number || disk.Info(DoneOf(*number)))
+            continue;
+        const auto text = ReadBytes(disk, directory + file.name);
+        auto entry = text ? ReadEntry(*text) : std::nullopt;
+        if (!entry) { // it had not begun
+            if (text)
+                static_cast<void>(disk.Delete(directory + file.name));
+            continue;
+        }
+        entry->number = *number;
+        found.push_back(std::move(*entry));
+    }
+    std::ranges::sort(found, std::ranges::greater(), &HistoryEntry::number);
+    return found;
+}
+
+std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
+    auto failures = TakeBackAll(entry, ReadJournalOf(entry).records);
+    if (failures.empty())
+        GiveUpCutOff(entry);
+    return failures;
+}
+
+void History::GiveUpCutOff(const HistoryEntry& entry) {
+    HistoryEntry ended = entry;
+    ended.item = ended.number;
+    ended.state = EntryState::CutOff;
+    ended.whyNot = CutOffReason;
+    for (const std::string& location : locations)
+        if (const auto keptIn = location + std::string(KeptDirectoryName) + "\\" + entry.key + "\\";
+            disk.Info(WithoutBackslash(keptIn))) {
+            ended.keptBytes += SizeOf(disk, WithoutBackslash(keptIn)).bytes;
+            ended.keptIn.push_back(keptIn);
+        }
+    if (!WriteEntry(ended))
+        return;
+    entries.push_back(ended);
+    DeleteProgress(entry.number);
+}
+
+// --- the way back
+
+const HistoryEntry* History::NextUndo() const {
+    const auto done = std::find_if(entries.rbegin(), entries.rend(),
+                                   [](const HistoryEntry& entry) { return entry.state == EntryState::Done; });
+    return done == entries.rend() ? nullptr : &*done;
+}
+
+// The one that was taken back last, unless a new command has come since.
+const HistoryEntry* History::NextRedo() const {
+    const HistoryEntry* last = nullptr;
+    int lastNew = 0;
+    for (const HistoryEntry& entry : entries) {
+        if (entry.state == EntryState::Done && entry.number == entry.item)
+            lastNew = std::max(lastNew, entry.number);
+        if (entry.state == EntryState::Undone && (!last || entry.number > last->number))
+            last = &entry;
+    }
+    return last && last->number > lastNew ? last : nullptr;
+}
+
+std::string History::Undo() {
+    const HistoryEntry* next = NextUndo();
+    return next ? Reverse(HistoryEntry(*next)) : "There is nothing to be taken back.";
+}
+
+std::string History::Redo() {
+    const HistoryEntry* next = NextRedo();
+    return next ? Reverse(HistoryEntry(*next)) : "There is nothing to be done again.";
+}
+
+std::string History::Reverse(const HistoryEntry& entry) {
+    if (!entry.whyNot.empty())
+        return entry.whyNot;
+    const Journal journal = ReadJournalOf(entry);
+    if (auto obstacle = FindObstacle(disk, journal); !obstacle.empty())
+        return obstacle;
+    running = NewEntry(entry.title);
+    running.item = entry.item;
+    running.state = entry.state == EntryState::Done ? EntryState::Undone : EntryState::Done;
+    StartLog();
+    const auto remove = [&](const std::string& path) { return files.SetAside(path); };
+    const auto repackBack = [&](const std::vector<std::string>& paths) {
+        return repack(files, paths, (entry.title.repacking == Repacking::Packs) == (entry.state == EntryState::Undone));
+    };
+    const auto failures = TakeBack(journal.records, {files, remove, repackBack}, false);
+    const Status written = End(failures.empty());
+    const Status& failure = failures.empty() ? written : failures.front();
+    return failure ? "" : failure.path + " (" + DescribeFault(failure) + ")";
+}
+
+Journal History::ReadJournalOf(const HistoryEntry& entry) const {
+    const auto text = ReadBytes(disk, LogOf(entry.number));
+    return text ? ReadJournal(*text) : Journal();
+}
+
+// --- what is kept
+
+std::uint64_t History::KeptBytes() const {
+    std::uint64_t sum = 0;
+    for (const HistoryEntry& entry : entries)
+        sum += entry.keptBytes;
+    return sum;
+}
+
+void History::Drop(const HistoryEntry& entry) {
+    for (const std::string& keptIn : entry.keptIn)
+        DeleteKept(disk, keptIn);
+    // A log alone would be taken for a command that was cut off.
+    if (const Status status = disk.Delete(LogOf(entry.number)); status || status.fault == FileFault::NotFound)
+        static_cast<void>(disk.Delete(DoneOf(entry.number)));
+}
+
+void History::GiveUpKept(HistoryEntry& entry, const std::string& why) {
+    HistoryEntry without = entry;
+    without.whyNot = why;
+    without.keptBytes = 0;
+    without.keptIn.clear();
+    if (!WriteEntry(without))
+        return;
+    for (const std::string& keptIn : entry.keptIn)
+        DeleteKept(disk, keptIn);
+    entry = without;
+}
+
+HistoryEntry* History::OldestKeeping(const std::function<bool(const HistoryEntry&)>& isWanted) {
+    const auto found = std::ranges::find_if(
+        entries, [&](const HistoryEntry& entry) { return entry.keptBytes > 0 && isWanted(entry); });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+void History::Prune() {
+    while (entries.size() > static_cast<std::size_t>(std::max(limits.commands, 1))) {
+        Drop(entries.front());
+        entries.erase(entries.begin());
+    }
+    while (KeptBytes() > limits.bytes) {
+        HistoryEntry* oldest = OldestKeeping([&](const HistoryEntry& entry) { return &entry != &entries.back(); });
+        if (!oldest)
+            return;
+        GiveUpKept(*oldest, NoRoomReason);
+        if (oldest->keptBytes > 0)
+            return; // it could not be written down
+    }
+}
+
+void History::MakeRoom(const std::string& where, std::uint64_t bytes) {
+    const auto isThere = [&](const HistoryEntry& entry) {
+        return std::ranges::any_of(entry.keptIn, [&](const std::string& keptIn) {
+            return disk.Info(WithoutBackslash(keptIn)) && disk.SameVolume(keptIn, where);
+        });
+    };
+    for (auto space = disk.FreeSpace(where); space && *space < bytes; space = disk.FreeSpace(where)) {
+        HistoryEntry* oldest = OldestKeeping(isThere);
+        if (!oldest)
+            return;
+        GiveUpKept(*oldest, NoRoomReason);
+        if (oldest->keptBytes > 0)
+            return;
+    }
+}
+
+void History::Empty() {
+    for (const HistoryEntry& entry : entries)
+        Drop(entry);
+    entries.clear();
+}
+
+} // namespace korvadex

@@ -1,0 +1,108 @@
+// What the commands of the last time have done, and the way back.
+#pragma once
+
+#include "journal/history_entry.h"
+#include "journal/journaled_files.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace korvadex {
+
+// What is kept; the oldest goes first. The last command is kept whatever it takes.
+struct HistoryLimits {
+    int commands = 30;
+    std::uint64_t bytes = std::uint64_t{2} << 30;
+
+    bool operator==(const HistoryLimits&) const = default;
+};
+
+// Packs (or unpacks) these files; the failures.
+using Repack = std::function<std::vector<Status>(FileSystem& files, const std::vector<std::string>& paths, bool packs)>;
+
+class History {
+  public:
+    History(FileSystem& disk, Repack repack);
+    History(const History&) = delete;
+    History& operator=(const History&) = delete;
+
+    // What commands work with.
+    JournaledFiles& Files() { return files; }
+
+    // Reads the history in this directory (ends in a backslash; it is made when it is needed).
+    void Open(const std::string& directory);
+    // From now on things are kept in these.
+    void SetLocations(const KeptLocations& keptLocations) { locations = keptLocations; }
+    void SetLimits(const HistoryLimits& newLimits) { limits = newLimits; }
+    const HistoryLimits& Limits() const { return limits; }
+
+    // --- a command at work
+    void Begin(const CommandTitle& title);
+    void SetSubject(const std::string& subject) { running.title.subject = subject; }
+    // The first change that the disk refused for no reason of the file's own.
+    const Status& Trouble() const { return files.Trouble(); }
+    // The command has come to its end. A failure says that it could not be written down; then, as when it is not to
+    // stay, all that it had done was taken back (what could not be is told by Remains).
+    Status End(bool isToStay = true);
+    const std::vector<Status>& Remains() const { return remains; }
+    // Lets go what exceeds the limits.
+    void Prune();
+
+    // --- what was cut off in the middle: the next start takes it back
+    std::vector<HistoryEntry> CutOff() const;
+    // The failures; then it can be tried again. Afterwards the entry says that it was cut off.
+    std::vector<Status> TakeBackCutOff(const HistoryEntry& entry);
+    // Leaves the rest of it as it is.
+    void GiveUpCutOff(const HistoryEntry& entry);
+
+    // --- the way back
+    // The oldest first.
+    const std::vector<HistoryEntry>& Entries() const { return entries; }
+    // The command whose turn it is to be taken back, or done again; nullptr when there is none.
+    const HistoryEntry* NextUndo() const;
+    const HistoryEntry* NextRedo() const;
+    // Takes the next one back (or does it again). "" when it is done; otherwise nothing has changed, and this is the
+    // reason.
+    std::string Undo();
+    std::string Redo();
+    // Its records; empty when they cannot be read.
+    Journal ReadJournalOf(const HistoryEntry& entry) const;
+    // All that is kept goes, and the list with it.
+    void Empty();
+    std::uint64_t KeptBytes() const;
+
+  private:
+    std::string LogOf(int number) const;
+    std::string DoneOf(int number) const;
+    HistoryEntry NewEntry(const CommandTitle& title);
+    void StartLog();
+    // What the ended command has left, as an entry of the history.
+    Status Keep();
+    Status WriteEntry(const HistoryEntry& entry);
+    std::vector<Status> TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records);
+    // How far it has been taken back.
+    void DeleteProgress(int number);
+    std::string Reverse(const HistoryEntry& entry);
+    void DropRunning();
+    void Drop(const HistoryEntry& entry);
+    void GiveUpKept(HistoryEntry& entry, const std::string& why);
+    void MakeRoom(const std::string& directory, std::uint64_t bytes);
+    HistoryEntry* OldestKeeping(const std::function<bool(const HistoryEntry&)>& isWanted);
+
+    FileSystem& disk;
+    const Repack repack;
+    JournaledFiles files;
+    std::string directory;
+    KeptLocations locations;
+    HistoryLimits limits;
+    std::vector<HistoryEntry> entries; // by item
+    int lastNumber = 0;
+    HistoryEntry running;
+    std::unique_ptr<CommandLog> log; // while a command runs
+    std::unique_ptr<KeptPlaces> kept;
+    std::vector<Status> remains;
+};
+
+} // namespace korvadex

@@ -1,0 +1,414 @@
+#include "journal/journaled_files.h"
+
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+using Lock = std::lock_guard<std::recursive_mutex>;
+
+// Of a place that something is to come to.
+Status CheckFree(const FileSystem& disk, const std::string& path) {
+    const auto info = disk.Info(path);
+    if (info)
+        return {FileFault::Exists, path};
+    return info.fault() == FileFault::NotFound ? Status{} : info.status();
+}
+
+} // namespace
+
+void JournaledFiles::Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepackingCommand) {
+    const Lock lock(mutex);
+    log = &commandLog;
+    kept = &keptPlaces;
+    isRepacking = isRepackingCommand;
+    isWithoutLog = false;
+    deletionAnswer.reset();
+    trouble = {};
+    for (const std::string& location : keptPlaces.Locations())
+        NoteTime(WithoutBackslash(location));
+}
+
+void JournaledFiles::End() {
+    const Lock lock(mutex);
+    log = nullptr;
+    kept = nullptr;
+    made.Clear();
+    timed.clear();
+    unwrittenTimes.clear();
+}
+
+bool JournaledFiles::MayDelete(const Status& why) {
+    if (!deletionAnswer)
+        deletionAnswer = mayDelete && mayDelete(why);
+    return *deletionAnswer;
+}
+
+void JournaledFiles::NoteTrouble(const Status& status) {
+    const bool isDisks = status.fault == FileFault::Failed || status.fault == FileFault::DiskFull ||
+                         status.fault == FileFault::ReadOnlyDisk;
+    if (isDisks && trouble)
+        trouble = status;
+}
+
+Result<std::size_t> JournaledFiles::Announce(const Record& record) {
+    if (isWithoutLog)
+        return std::size_t{0};
+    const bool isFirst = log->IsEmpty();
+    const Status times = WriteTimes();
+    auto number = times ? log->Append(record) : Result<std::size_t>(times);
+    if (number && isFirst)
+        if (const Status flushed = log->Flush(); !flushed)
+            number = flushed;
+    if (!number && isFirst && mayGoOnWithoutLog && mayGoOnWithoutLog(number.status())) {
+        isWithoutLog = true;
+        return std::size_t{0};
+    }
+    return number;
+}
+
+Status JournaledFiles::WriteTimes() {
+    for (const Record& time : unwrittenTimes)
+        if (const auto number = isWithoutLog ? Result<std::size_t>(0u) : log->Append(time); !number)
+            return number.status();
+    unwrittenTimes.clear();
+    return {};
+}
+
+Status JournaledFiles::Make(const Record& record, const std::function<Status()>& change) {
+    const auto number = Announce(record);
+    if (!number)
+        return number.status();
+    const Status status = change();
+    if (!status) {
+        log->Void(*number);
+        NoteTrouble(status);
+    }
+    return status;
+}
+
+void JournaledFiles::NoteTimes(std::initializer_list<std::string> paths) {
+    if (log)
+        for (const std::string& path : paths)
+            NoteTime(WithoutBackslash(ParentDirectory(path)));
+}
+
+void JournaledFiles::NoteTime(const std::string& directory) {
+    if (made.IsMade(directory) || !timed.insert(FoldCase(directory)).second)
+        return;
+    if (const auto info = disk.Info(directory); info && info->kind == EntryKind::Directory)
+        unwrittenTimes.push_back({.kind = RecordKind::DirectoryTime, .path = directory, .time = info->time});
+}
+
+Status JournaledFiles::Add(Record record, const std::function<Status()>& change) {
+    if (const Status status = CheckFree(disk, record.path); !status)
+        return status;
+    NoteTimes({record.path});
+    const Status status = Make(record, change);
+    if (status)
+        made.Note(record.path, true);
+    return status;
+}
+
+Result<std::unique_ptr<OutputFile>> JournaledFiles::CreateNew(Path path) {
+    const Lock lock(mutex);
+    if (IsUnwritten(path))
+        return disk.CreateNew(path);
+    std::unique_ptr<OutputFile> file;
+    const Status status = Add({.kind = RecordKind::Created, .path = path}, [&] {
+        auto created = disk.CreateNew(path);
+        if (created)
+            file = std::move(*created);
+        return created.status();
+    });
+    if (!status)
+        return status;
+    return file;
+}
+
+Status JournaledFiles::Copy(Path from, Path to) {
+    {
+        const Lock lock(mutex);
+        if (!IsUnwritten(to)) {
+            const auto source = disk.Info(from);
+            if (!source)
+                return source.status();
+            return Add({.kind = RecordKind::Created, .path = to, .time = source->time, .size = source->size},
+                       [&] { return disk.Copy(from, to); });
+        }
+    }
+    return disk.Copy(from, to);
+}
+
+Status JournaledFiles::CreateDirectory(Path path) {
+    const Lock lock(mutex);
+    if (IsUnwritten(path)) {
+        NoteTimes({path}); // of the directory in which a scratch directory comes and goes
+        return disk.CreateDirectory(path);
+    }
+    return Add({.kind = RecordKind::MadeDirectory, .path = WithoutBackslash(path)},
+               [&] { return disk.CreateDirectory(path); });
+}
+
+Status JournaledFiles::Link(Path from, Path to) {
+    const Lock lock(mutex);
+    if (IsUnwritten(to))
+        return disk.Link(from, to);
+    return Add({.kind = RecordKind::Created, .path = to}, [&] { return disk.Link(from, to); });
+}
+
+Status JournaledFiles::Rename(Path from, Path to) {
+    const Lock lock(mutex);
+    const bool wasMade = log && made.IsMade(from);
+    if (!log || (wasMade && IsOwnPlace(from) && IsOwnPlace(to))) {
+        const Status status = disk.Rename(from, to);
+        if (log && status)
+            made.NoteRenamed(from, to);
+        return status;
+    }
+    Record record{.kind = RecordKind::Renamed, .path = WithoutBackslash(to), .other = WithoutBackslash(from)};
+    if (!EqualNoCase(record.path, record.other))
+        if (const Status status = CheckFree(disk, record.path); !status)
+            return status;
+    NoteTimes({record.path, record.other});
+    if (wasMade && IsOwnPlace(from)) {
+        record.kind = RecordKind::Placed;
+        if (const auto info = disk.Info(from); info && info->kind == EntryKind::File) {
+            record.time = info->time;
+            record.size = info->size;
+        }
+    }
+    const Status status = Make(record, [&] { return disk.Rename(from, to); });
+    if (status)
+        made.NoteRenamed(from, to);
+    return status;
+}
+
+Status JournaledFiles::Replace(Path from, Path to) {
+    const Replacement replacement{.from = from, .to = to};
+    return ReplaceAll(std::span(&replacement, 1)).front();
+}
+
+std::vector<Status> JournaledFiles::ReplaceAll(std::span<const Replacement> replacements) {
+    const Lock lock(mutex);
+    if (!log)
+        return disk.ReplaceAll(replacements);
+    std::vector<Exchange> exchanges;
+    for (const Replacement& replacement : replacements) {
+        Exchange& exchange = exchanges.emplace_back(Exchange{replacement});
+        Prepare(exchange);
+    }
+    if (const Status flushed = isWithoutLog ? Status{} : log->Flush(); !flushed)
+        for (Exchange& exchange : exchanges)
+            exchange.status = exchange.status ? flushed : exchange.status;
+
+    std::vector<Replacement> ready;
+    for (Exchange& exchange : exchanges) {
+        if (!exchange.status || exchange.record.kept.empty())
+            continue;
+        exchange.isLinked = bool(disk.Link(exchange.replacement.to, exchange.record.kept));
+        if (exchange.isLinked)
+            continue;
+        // Without a second name for it there is a moment without the file; the log knows where it is then.
+        exchange.status = disk.CheckUnchanged(exchange.replacement);
+        if (exchange.status)
+            exchange.status = disk.Rename(exchange.replacement.to, exchange.record.kept);
+        exchange.isAside = bool(exchange.status);
+        exchange.replacement.seen.reset();
+    }
+    for (const Exchange& exchange : exchanges)
+        if (exchange.status)
+            ready.push_back(exchange.replacement);
+    const auto outcomes = disk.ReplaceAll(ready);
+    auto outcome = outcomes.begin();
+    std::vector<Status> statuses;
+    for (Exchange& exchange : exchanges) {
+        if (exchange.status)
+            exchange.status = *outcome++;
+        Finish(exchange);
+        statuses.push_back(exchange.status);
+    }
+    return statuses;
+}
+
+void JournaledFiles::Prepare(Exchange& exchange) {
+    const auto& [from, to, seen] = exchange.replacement;
+    if (IsUnwritten(to) && made.IsMade(to))
+        return;
+    const bool isNew = disk.Info(to).fault() == FileFault::NotFound;
+    const bool comesFromScratch = IsOwnPlace(from) && made.IsMade(from);
+    Record& record = exchange.record;
+    record = {.kind = RecordKind::Replaced, .path = to, .other = from};
+    NoteTimes({to, from});
+    if (isNew || made.IsMade(to)) {
+        if (!isNew && comesFromScratch)
+            return; // what is replaced is the command's own
+        record.kind = isNew && comesFromScratch ? RecordKind::Placed : RecordKind::Renamed;
+    } else if (isRepacking && comesFromScratch) {
+        record = {.kind = RecordKind::Repacked, .path = to};
+    } else if (exchange.status) {
+        auto place = kept->PlaceFor(to);
+        if (place) {
+            record.kept = place->path;
+            if (!place->newDirectory.empty())
+                exchange.status =
+                    Announce({.kind = RecordKind::KeptFrom, .path = ParentDirectory(to), .kept = place->newDirectory})
+                        .status();
+        } else if (!MayDelete(place.status())) {
+            exchange.status = place.status();
+        } else {
+            record = {.kind = RecordKind::Deleted, .path = to};
+        }
+    }
+    if (!exchange.status)
+        return;
+    const auto number = Announce(record);
+    exchange.status = number.status();
+    if (number)
+        exchange.number = *number;
+}
+
+void JournaledFiles::Finish(Exchange& exchange) {
+    const auto& [from, to, seen] = exchange.replacement;
+    if (exchange.status) {
+        made.NoteRenamed(from, to);
+        return;
+    }
+    NoteTrouble(exchange.status);
+    if (exchange.isLinked)
+        static_cast<void>(disk.Delete(exchange.record.kept));
+    if (exchange.isAside)
+        static_cast<void>(disk.Rename(exchange.record.kept, to));
+    if (exchange.number)
+        log->Void(*exchange.number);
+}
+
+std::vector<Status> JournaledFiles::Flush(std::span<const std::string> paths) {
+    const Lock lock(mutex);
+    if (log && !isWithoutLog && !log->IsEmpty())
+        if (const Status flushed = log->Flush(); !flushed)
+            return std::vector<Status>(paths.size(), flushed);
+    return disk.Flush(paths);
+}
+
+Status JournaledFiles::Delete(Path path) {
+    const Lock lock(mutex);
+    if (!log || made.IsMade(path)) {
+        const Status status = disk.Delete(path);
+        if (log && status)
+            made.Note(path, true);
+        return status;
+    }
+    const auto info = disk.Info(path);
+    if (!info)
+        return info.status();
+    if (info->kind == EntryKind::Directory || info->readOnly)
+        return disk.Delete(path); // which refuses it
+    return TakeAway(path);
+}
+
+Status JournaledFiles::SetAside(Path path) {
+    const Lock lock(mutex);
+    if (!log || made.IsMade(path))
+        return {FileFault::NotKept, path};
+    const auto info = disk.Info(path);
+    return info ? TakeAway(WithoutBackslash(path)) : info.status();
+}
+
+Status JournaledFiles::TakeAway(Path path) {
+    NoteTimes({path});
+    const auto place = kept->PlaceFor(path);
+    if (!place) {
+        if (!MayDelete(place.status()))
+            return place.status();
+        if (disk.Info(path)->kind == EntryKind::Directory)
+            return {FileFault::NotKept, path};
+        return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
+    }
+    if (!place->newDirectory.empty()) {
+        const auto number =
+            Announce({.kind = RecordKind::KeptFrom, .path = ParentDirectory(path), .kept = place->newDirectory});
+        if (!number)
+            return number.status();
+        // From now on all that goes into this directory is found again, even when the record of it is lost.
+        if (const Status flushed = isWithoutLog ? Status{} : log->Flush(); !flushed)
+            return flushed;
+    }
+    const Status status = Make({.kind = RecordKind::SetAside, .path = path, .kept = place->path},
+                               [&] { return disk.Rename(path, place->path); });
+    if (status)
+        made.Note(path, true);
+    return status;
+}
+
+Status JournaledFiles::RemoveDirectory(Path path) {
+    const Lock lock(mutex);
+    if (!log || IsUnwritten(path) || made.IsMade(path))
+        return disk.RemoveDirectory(path);
+    const auto info = disk.Info(path);
+    const auto attributes = disk.Attributes(path);
+    if (!info || info->kind != EntryKind::Directory || !attributes)
+        return disk.RemoveDirectory(path);
+    if (const auto entries = disk.List(path); entries && !entries->empty())
+        return {FileFault::NotEmpty, path};
+    NoteTimes({path});
+    const Status status = Make({.kind = RecordKind::RemovedDirectory,
+                                .path = WithoutBackslash(path),
+                                .attributes = *attributes,
+                                .time = info->time},
+                               [&] { return disk.RemoveDirectory(path); });
+    if (status)
+        made.Note(path, true);
+    return status;
+}
+
+Status JournaledFiles::ChangeAttributes(RecordKind kind, Path path, const std::function<Status()>& change) {
+    const Lock lock(mutex);
+    if (!log || made.IsMade(path))
+        return change();
+    const auto info = disk.Info(path);
+    const auto attributes = disk.Attributes(path);
+    if (!info || !attributes)
+        return change();
+    if (info->kind == EntryKind::Directory)
+        NoteTime(WithoutBackslash(path));
+    if (info->kind == EntryKind::Directory && kind == RecordKind::Time) {
+        const Status status = WriteTimes();
+        return status ? change() : status;
+    }
+    return Make({.kind = kind, .path = path, .attributes = *attributes, .time = info->time}, change);
+}
+
+Status JournaledFiles::ClearAttributes(Path path) {
+    return ChangeAttributes(RecordKind::Attributes, path, [&] { return disk.ClearAttributes(path); });
+}
+
+Status JournaledFiles::SetReadOnly(Path path, bool readOnly) {
+    return ChangeAttributes(RecordKind::Attributes, path, [&] { return disk.SetReadOnly(path, readOnly); });
+}
+
+Status JournaledFiles::SetAttributes(Path path, const std::string& attributes) {
+    return ChangeAttributes(RecordKind::Attributes, path, [&] { return disk.SetAttributes(path, attributes); });
+}
+
+Status JournaledFiles::SetTime(Path path, FileTime time) {
+    return ChangeAttributes(RecordKind::Time, path, [&] { return disk.SetTime(path, time); });
+}
+
+Status JournaledFiles::CopyAttributes(Path from, Path to) {
+    return ChangeAttributes(RecordKind::Attributes, to, [&] { return disk.CopyAttributes(from, to); });
+}
+
+Result<std::uint64_t> JournaledFiles::MakeRoom(Path directory, std::uint64_t bytes) {
+    auto space = disk.FreeSpace(directory);
+    if (space && *space < bytes && giveUpKept) {
+        giveUpKept(directory, bytes);
+        space = disk.FreeSpace(directory);
+    }
+    return space;
+}
+
+} // namespace korvadex

@@ -1,0 +1,211 @@
+#include "journal/take_back.h"
+
+#include "journal/made_places.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+class Reversal {
+  public:
+    Reversal(const std::vector<Record>& changes, const TakeBackTools& withTools, bool wasCutOff)
+        : records(changes), tools(withTools), files(withTools.files), isCutOff(wasCutOff) {}
+
+    std::vector<Status> Run() {
+        const auto note = [&](const Status& status) {
+            if (!status)
+                failures.push_back(status);
+            return isCutOff || failures.empty();
+        };
+        Repack();
+        if (!isCutOff && !failures.empty())
+            return failures;
+        for (const Record& lost : LostRecords())
+            if (!note(BringBack(lost)))
+                return failures;
+        for (std::size_t i = records.size(); i-- > 0;) {
+            if (tools.done.contains(i))
+                continue;
+            const Status status = Reverse(records[i]);
+            if (status && tools.noteDone)
+                tools.noteDone(i);
+            if (!note(status))
+                return failures;
+        }
+        for (const std::string& directory : scratch)
+            static_cast<void>(files.RemoveDirectory(directory));
+        GiveTimesBack();
+        return failures;
+    }
+
+  private:
+    bool IsThere(const std::string& path) const { return bool(files.Info(path)); }
+
+    void Repack() {
+        std::vector<std::string> paths;
+        for (const Record& record : records)
+            if (record.kind == RecordKind::Repacked)
+                paths.push_back(record.path);
+        if (!paths.empty())
+            failures = tools.repack(paths);
+    }
+
+    // What lies in a directory of kept things and whose record the disk has lost.
+    std::vector<Record> LostRecords() const {
+        std::set<std::string> known;
+        for (const Record& record : records)
+            known.insert(FoldCase(record.kept));
+        std::vector<Record> lost;
+        for (const Record& record : records) {
+            if (record.kind != RecordKind::KeptFrom)
+                continue;
+            const auto entries = files.List(record.kept);
+            for (const DirectoryEntry& entry : entries ? *entries : std::vector<DirectoryEntry>())
+                if (const std::string kept = AddBackslash(record.kept) + entry.name; !known.contains(FoldCase(kept)))
+                    lost.push_back({.kind = RecordKind::SetAside, .path = record.path + entry.name, .kept = kept});
+        }
+        return lost;
+    }
+
+    Status Reverse(const Record& record) {
+        switch (record.kind) {
+        case RecordKind::Created:
+        case RecordKind::Placed:
+            return RemoveMade(record);
+        case RecordKind::MadeDirectory:
+            return RemoveDirectory(record.path);
+        case RecordKind::RemovedDirectory:
+            return MakeDirectory(record);
+        case RecordKind::Renamed:
+            return RenameBack(record.path, record.other);
+        case RecordKind::Replaced:
+            return ReplaceBack(record);
+        case RecordKind::SetAside:
+            return BringBack(record);
+        case RecordKind::Attributes:
+        case RecordKind::Time:
+            return GiveAttributesBack(record);
+        case RecordKind::DirectoryTime: // the directory may get another name by what comes next
+            GiveTimeBack(record);
+            return {};
+        case RecordKind::Repacked:
+        case RecordKind::KeptFrom:
+        case RecordKind::Deleted:
+        case RecordKind::Void:
+            break;
+        }
+        return {};
+    }
+
+    Status RemoveMade(const Record& record) {
+        const auto info = files.Info(record.path);
+        if (!info)
+            return info.fault() == FileFault::NotFound ? Status{} : info.status();
+        return tools.remove(record.path);
+    }
+
+    Status RemoveDirectory(const std::string& path) {
+        const Status status = files.RemoveDirectory(path);
+        return status.fault == FileFault::NotFound || status.fault == FileFault::NotEmpty ? Status{} : status;
+    }
+
+    Status MakeDirectory(const Record& record) {
+        Status status = IsThere(record.path) ? Status{} : files.CreateDirectory(record.path);
+        if (status)
+            status = files.SetAttributes(record.path, record.attributes);
+        removedTimes.push_back(record);
+        return status;
+    }
+
+    Status RenameBack(const std::string& from, const std::string& to) {
+        if (!EqualNoCase(from, to) && (!IsThere(from) || IsThere(to)))
+            return {};
+        if (IsKeptPlace(to) && !isCutOff)
+            return tools.remove(from);
+        if (const Status status = EnsureScratch(ParentDirectory(to)); !status)
+            return status;
+        const Status status = files.Rename(from, to);
+        return status.fault == FileFault::NotFound ? Status{} : status;
+    }
+
+    Status EnsureScratch(const std::string& directory) {
+        if (!IsOwnPlace(directory) || IsThere(WithoutBackslash(directory)))
+            return {};
+        if (const Status status = EnsureScratch(ParentDirectory(directory)); !status)
+            return status;
+        scratch.insert(scratch.begin(), WithoutBackslash(directory));
+        return files.CreateDirectory(WithoutBackslash(directory));
+    }
+
+    Status ReplaceBack(const Record& record) {
+        if (!IsThere(record.kept))
+            return {};
+        if (IsThere(record.path)) {
+            if (IsOwnPlace(record.other) ? IsSame(record.path, record.kept) : IsThere(record.other))
+                return {}; // it was not done yet: what is kept is a second name of it
+            const Status status =
+                IsOwnPlace(record.other) ? tools.remove(record.path) : files.Rename(record.path, record.other);
+            if (!status)
+                return status;
+        }
+        return files.Rename(record.kept, record.path);
+    }
+
+    bool IsSame(const std::string& a, const std::string& b) const {
+        const auto infoA = files.Info(a), infoB = files.Info(b);
+        return infoA && infoB && *infoA == *infoB && SameBytes(files, a, b);
+    }
+
+    Status BringBack(const Record& record) {
+        if (!IsThere(record.kept))
+            return {};
+        if (IsThere(record.path))
+            return {FileFault::Exists, record.path};
+        if (const Status status = EnsureScratch(ParentDirectory(record.path)); !status)
+            return status;
+        return files.Rename(record.kept, record.path);
+    }
+
+    Status GiveAttributesBack(const Record& record) {
+        const auto attributes = files.Attributes(record.path);
+        if (record.kind == RecordKind::Attributes && attributes && *attributes != record.attributes)
+            if (const Status status = files.SetAttributes(record.path, record.attributes); !status)
+                return status;
+        const auto info = files.Info(record.path);
+        return info && info->time != record.time ? files.SetTime(record.path, record.time) : Status{};
+    }
+
+    // Bringing back what was in them has changed them.
+    void GiveTimesBack() {
+        std::vector<Record> times = removedTimes;
+        std::ranges::copy_if(records, std::back_inserter(times),
+                             [](const Record& record) { return record.kind == RecordKind::DirectoryTime; });
+        for (const Record& record : times)
+            GiveTimeBack(record);
+    }
+
+    void GiveTimeBack(const Record& record) {
+        if (IsThere(record.path))
+            static_cast<void>(files.SetTime(record.path, record.time));
+    }
+
+    const std::vector<Record>& records;
+    const TakeBackTools& tools;
+    FileSystem& files;
+    const bool isCutOff;
+    std::vector<Status> failures;
+    std::vector<Record> removedTimes;
+    std::vector<std::string> scratch; // made for what came back through it, the innermost first
+};
+
+} // namespace
+
+std::vector<Status> TakeBack(const std::vector<Record>& records, const TakeBackTools& tools, bool isCutOff) {
+    return Reversal(records, tools, isCutOff).Run();
+}
+
+} // namespace korvadex

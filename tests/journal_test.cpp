@@ -1,0 +1,254 @@
+// What a command changes can be taken back and done again, and one that was cut off is taken back.
+#include "journal/history.h"
+#include "platform/text_file.h"
+#include "platform/windows_path.h"
+#include "tests/support/faulty_files.h"
+#include "tests/support/temporary_drive.h"
+
+#include <gmock/gmock.h>
+
+namespace korvadex::test {
+namespace {
+
+using testing::HasSubstr;
+using namespace std::chrono_literals;
+
+void Make(FileSystem& files, const std::string& path, const std::string& text) {
+    static_cast<void>(WriteNew(files, path, std::as_bytes(std::span(text))));
+}
+
+// Stands for a packing: a mark before the content.
+std::vector<Status> Pack(FileSystem& files, const std::vector<std::string>& paths, bool packs) {
+    const std::string scratch = paths.front().substr(0, paths.front().find("Jets")) + "~kx~scratch";
+    static_cast<void>(files.CreateDirectory(scratch));
+    std::vector<Status> failures;
+    for (const auto& path : paths) {
+        const auto bytes = ReadBytes(files, path);
+        if (!bytes || bytes->starts_with("packed ") == packs)
+            continue;
+        static_cast<void>(files.Delete(scratch + "\\1"));
+        Make(files, scratch + "\\1", packs ? "packed " + *bytes : bytes->substr(7));
+        static_cast<void>(files.CopyAttributes(path, scratch + "\\1"));
+        if (const Status status = files.Replace(scratch + "\\1", path); !status)
+            failures.push_back(status);
+    }
+    static_cast<void>(files.RemoveDirectory(scratch));
+    return failures;
+}
+
+class JournalTest : public testing::Test {
+  protected:
+    JournalTest() {
+        drive.Fill("Hangar", "Jets\\Lear\\lear.air=air, Jets\\Lear\\panel\\panel.cfg=panel, Jets\\Lear\\old.txt=old, "
+                             "Props\\");
+        drive.Fill("Sim", "gauges\\a.gau=gauge a, gauges\\b.gau=gauge b, aircraft\\Stock\\stock.air=stock");
+        drive.MakeDirectory("Staging");
+        drive.MakeDirectory("Settings");
+        static_cast<void>(drive.Files().SetReadOnly(drive.At("Sim\\gauges\\b.gau"), true));
+        // Times long ago, so that a change is seen.
+        int day = 0;
+        for (const auto& name : drive.Names())
+            EXPECT_TRUE(drive.Files().SetTime(drive.At(name), FileTime(24h * ++day)));
+        for (const auto& directory : {"Hangar", "Hangar\\Jets", "Hangar\\Jets\\Lear", "Hangar\\Props", "Sim",
+                                      "Sim\\gauges", "Sim\\aircraft", "Staging"})
+            EXPECT_TRUE(drive.Files().SetTime(drive.At(directory), FileTime(24h * ++day)));
+    }
+
+    std::unique_ptr<History> Open(FileSystem& files) {
+        auto history = std::make_unique<History>(files, Pack);
+        history->SetLocations({drive.At("Hangar\\"), drive.At("Staging\\"), drive.At("Sim\\")});
+        history->Open(drive.At("Settings\\journal\\"));
+        return history;
+    }
+
+    // All that a user has, a line each: names, bytes, times and attributes, also of directories.
+    std::string Look() {
+        std::string ground;
+        for (const std::string place : {"Hangar", "Staging", "Sim"}) {
+            for (const auto& [name, bytes] : drive.Tree(place)) {
+                if (name.find("~kx~kept") != std::string::npos)
+                    continue;
+                const auto path = WithoutBackslash(drive.At(place + "\\" + name));
+                const auto info = drive.Files().Info(path);
+                ground += place + "\\" + name + " = " + bytes;
+                if (info)
+                    ground += ", " + TextOf(info->time);
+                ground += ", " + drive.Files().Attributes(path).operator*() + "\n";
+            }
+        }
+        return ground;
+    }
+
+    // As the program does when it starts.
+    void ClearScratch() {
+        for (const auto* place : {"Hangar\\~kx~scratch", "Sim\\~kx~scratch"})
+            std::filesystem::remove_all(drive.Files().HostPath(drive.At(place)));
+    }
+
+    TemporaryDrive drive;
+};
+
+struct Work {
+    const char* name;
+    void (*change)(FileSystem& files, const std::string& root);
+    Repacking repacking = Repacking::None;
+};
+
+const Work Works[] = {
+    {"a tree is installed",
+     [](FileSystem& files, const std::string& root) {
+         const std::string scratch = root + "Sim\\~kx~scratch";
+         static_cast<void>(files.CreateDirectory(scratch));
+         static_cast<void>(files.CreateDirectory(scratch + "\\1"));
+         static_cast<void>(files.CreateDirectory(scratch + "\\1\\panel"));
+         static_cast<void>(files.Copy(root + "Hangar\\Jets\\Lear\\lear.air", scratch + "\\1\\lear.air"));
+         Make(files, scratch + "\\1\\panel\\panel.cfg", "adapted");
+         static_cast<void>(files.Rename(scratch + "\\1", root + "Sim\\aircraft\\Lear"));
+         static_cast<void>(files.CreateDirectory(root + "Sim\\sound"));
+         Make(files, root + "Sim\\sound\\s.wav", "sound");
+         static_cast<void>(files.SetTime(root + "Sim\\sound\\s.wav", FileTime(1h)));
+         static_cast<void>(files.RemoveDirectory(scratch));
+     }},
+    {"trees and files go",
+     [](FileSystem& files, const std::string& root) {
+         static_cast<void>(files.SetAside(root + "Hangar\\Jets\\Lear"));
+         static_cast<void>(files.RemoveDirectory(root + "Hangar\\Jets"));
+         static_cast<void>(files.ClearAttributes(root + "Sim\\gauges\\b.gau"));
+         static_cast<void>(files.Delete(root + "Sim\\gauges\\b.gau"));
+         static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
+         static_cast<void>(files.RemoveDirectory(root + "Sim\\gauges"));
+     }},
+    {"a file is rewritten twice, and read-only",
+     [](FileSystem& files, const std::string& root) {
+         static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch"));
+         for (const char* text : {"once", "twice"}) {
+             Make(files, root + "Hangar\\~kx~scratch\\1", text);
+             static_cast<void>(
+                 files.Replace(root + "Hangar\\~kx~scratch\\1", root + "Hangar\\Jets\\Lear\\panel\\panel.cfg"));
+         }
+         static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
+         static_cast<void>(files.SetReadOnly(root + "Hangar\\Jets\\Lear\\old.txt", true));
+         static_cast<void>(files.SetTime(root + "Hangar\\Jets\\Lear\\lear.air", FileTime(5h)));
+     }},
+    {"names change hands",
+     [](FileSystem& files, const std::string& root) {
+         const std::string lear = root + "Hangar\\Jets\\Lear\\";
+         static_cast<void>(files.Rename(lear + "old.txt", lear + "older.txt"));
+         Make(files, lear + "old.txt", "new");
+         static_cast<void>(files.Rename(lear + "lear.air", lear + "LEAR.AIR"));
+         static_cast<void>(files.Rename(root + "Hangar\\Jets\\Lear", root + "Hangar\\Props\\Lear 2"));
+         static_cast<void>(files.Replace(root + "Hangar\\Props\\Lear 2\\older.txt",
+                                         root + "Hangar\\Props\\Lear 2\\panel\\panel.cfg"));
+     }},
+    {"a directory is exchanged through scratch",
+     [](FileSystem& files, const std::string& root) {
+         static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch"));
+         static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch\\new"));
+         Make(files, root + "Hangar\\~kx~scratch\\new\\n.txt", "n");
+         static_cast<void>(files.Rename(root + "Hangar\\Jets\\Lear", root + "Hangar\\~kx~scratch\\was"));
+         static_cast<void>(files.Rename(root + "Hangar\\~kx~scratch\\new", root + "Hangar\\Jets\\Lear"));
+         static_cast<void>(files.SetAside(root + "Hangar\\~kx~scratch\\was"));
+         static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
+     }},
+    {"what was made goes again",
+     [](FileSystem& files, const std::string& root) {
+         static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
+         Make(files, root + "Sim\\gauges\\a.gau", "other");
+         static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
+         Make(files, root + "Sim\\gauges\\c.gau", "c");
+         static_cast<void>(files.Rename(root + "Sim\\gauges\\c.gau", root + "Sim\\gauges\\a.gau"));
+     }},
+    {"files are packed",
+     [](FileSystem& files, const std::string& root) {
+         const std::string lear = root + "Hangar\\Jets\\Lear\\";
+         static_cast<void>(Pack(files, {lear + "lear.air", lear + "old.txt"}, true));
+         Make(files, root + "Hangar\\Jets\\Lear\\marker", "packed");
+     },
+     Repacking::Packs},
+};
+
+void PrintTo(const Work& work, std::ostream* out) {
+    *out << work.name;
+}
+
+class JournalOf : public JournalTest, public testing::WithParamInterface<Work> {
+  protected:
+    void Do(History& history) {
+        history.Begin({.name = "Work", .subject = "Lear", .repacking = GetParam().repacking});
+        GetParam().change(history.Files(), drive.Root());
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(, JournalOf, testing::ValuesIn(Works));
+
+TEST_P(JournalOf, GoesBackAndForth) {
+    const std::string before = Look();
+    auto history = Open(drive.Files());
+    Do(*history);
+    ASSERT_TRUE(history->End());
+    const std::string after = Look();
+    EXPECT_NE(before, after);
+    for (int turn = 0; turn < 2; ++turn) {
+        ASSERT_EQ(history->Undo(), "");
+        EXPECT_EQ(Look(), before);
+        history = Open(drive.Files()); // it survives
+        ASSERT_TRUE(history->CutOff().empty());
+        ASSERT_EQ(history->Redo(), "");
+        EXPECT_EQ(Look(), after);
+        EXPECT_EQ(history->NextRedo(), nullptr);
+        ASSERT_EQ(history->Entries().size(), 1u);
+    }
+    history->Empty();
+    EXPECT_EQ(Look(), after);
+    EXPECT_FALSE(drive.Has("Hangar\\~kx~kept"));
+    EXPECT_TRUE(drive.Names("Settings\\journal").empty());
+}
+
+// Killed at each change: of the command, of its taking back, and of its undo.
+TEST_P(JournalOf, IsTakenBackWhereverItWasCutOff) {
+    const std::string before = Look();
+    const auto workUntil = [&](int change, const auto& work) {
+        FaultyFiles faulty(drive.Files());
+        faulty.StopAt(change);
+        work(*Open(faulty));
+        return faulty.Changes() >= change; // it was cut off
+    };
+    const auto restart = [&](History& history) {
+        for (const auto& entry : history.CutOff())
+            static_cast<void>(history.TakeBackCutOff(entry));
+    };
+    const auto work = [&](History& history) {
+        Do(history);
+        static_cast<void>(history.End());
+    };
+    int count = 0;
+    while (workUntil(++count, work) && !HasFailure()) {
+        SCOPED_TRACE("cut off at change " + std::to_string(count));
+        workUntil(count % 7 + 1, restart); // a second cut
+        auto history = Open(drive.Files());
+        restart(*history);
+        EXPECT_TRUE(history->CutOff().empty());
+        ClearScratch();
+        if (history->NextUndo()) { // it had come to its end
+            ASSERT_EQ(history->Undo(), "");
+        }
+        ASSERT_EQ(Look(), before);
+    }
+    const std::string after = Look();
+    count = 0;
+    while (workUntil(++count, [](History& history) { history.Undo(); }) && !HasFailure()) {
+        SCOPED_TRACE("undo cut off at change " + std::to_string(count));
+        auto history = Open(drive.Files());
+        restart(*history);
+        ClearScratch();
+        ASSERT_EQ(Look(), history->NextUndo() ? after : before);
+        if (!history->NextUndo()) {
+            ASSERT_EQ(history->Redo(), "");
+        }
+        ASSERT_EQ(Look(), after);
+    }
+    EXPECT_EQ(Look(), before);
+}
+
+} // namespace
+} // namespace korvadex::test
