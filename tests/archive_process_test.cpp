@@ -148,7 +148,7 @@ TEST_F(ProcessTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {
         {"its name has a colon", {"texture/stream.bmp:evil"}},
         {"its name is that of a device", {"NUL", "panel/com1.txt", "aux/file.txt"}},
         {"its name cannot be stored", {"trailing.", "blank ", "dir /file.txt", "star*.txt"}},
-        {"its name is one of Korvadex's own", {"~kx~scratch/1~half"}},
+        {"its name is one of Korvadex's own", {"~kx~scratch/1~half", "a/~KX~Kept/1/d1/a.txt", "~kx~lock"}},
         {"it is a link", {"link"}, 0120777},
         {"it is no file", {"disk"}, 0060644},
     };
