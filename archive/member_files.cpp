@@ -163,11 +163,11 @@ void MemberFiles::RemoveMadeDirectories() {
     changed.clear();
 }
 
-Result<std::uint64_t> MemberFiles::FreeSpace() const {
+Result<std::uint64_t> MemberFiles::MakeRoom(std::uint64_t bytes) {
     std::string existing = directory;
     while (!disk.files.IsDirectory(existing) && !ParentDirectory(existing).empty())
         existing = ParentDirectory(existing);
-    return disk.files.FreeSpace(existing);
+    return disk.files.MakeRoom(existing, bytes);
 }
 
 } // namespace korvadex

@@ -50,8 +50,8 @@ class MemberFiles {
     void RemoveMadeDirectories();
     // The files that were put in their places, and the directories that have changed: all that is to be flushed.
     std::vector<std::string> Written() const;
-    // Bytes free where the members go; none when the disk does not say.
-    Result<std::uint64_t> FreeSpace() const;
+    // Bytes free where the members go, these if they can be had; none when the disk does not say.
+    Result<std::uint64_t> MakeRoom(std::uint64_t bytes);
 
   private:
     MemberOutcome EnsureDirectory(const std::string& path);

@@ -69,6 +69,7 @@ Problem Packing::Zip(CommandContext& context, const std::string& directory) {
     zip.names = {.argc = 1, .lpszZipFN = directory + LastPathComponent(path), .FNV = {path}};
     zip.options.flevel = '0' + BestZipLevel;
     zip.prepared = contents.get();
+    static_cast<void>(context.files.MakeRoom(directory, seen.size)); // without it, the archive tells
     if (const int code = zip.ZipArchive(context); code != ZipCode::Ok)
         return {code, CauseOf(context, directory, code, seen.size)};
     if (!ReadPackedMember(context.files, zip.names.lpszZipFN))

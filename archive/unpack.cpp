@@ -83,7 +83,7 @@ void Unpacker::FillTotals() {
 }
 
 bool Unpacker::HasRoom() {
-    const auto space = files.FreeSpace();
+    const auto space = files.MakeRoom(report.size);
     if (!space || *space >= report.size)
         return true;
     report.roomNeeded = report.size;

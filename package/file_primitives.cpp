@@ -4,6 +4,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace korvadex {
 
@@ -23,6 +24,51 @@ Status DeleteForced(FileSystem& files, const std::string& path) {
     static_cast<void>(files.ClearAttributes(path));
     const Status status = files.Delete(path);
     return status || status.fault == FileFault::NotFound ? Status{} : Status{status.fault, path, status.nativeCode};
+}
+
+// Takes it away in one step where this disk keeps what goes; none where it does not, and nothing has happened.
+std::optional<Status> TakeAside(FileSystem& files, const std::string& path) {
+    const Status status = files.SetAside(path);
+    if (status.fault == FileFault::NotKept || status.fault == FileFault::OtherVolume)
+        return std::nullopt;
+    return status ? status : Status{status.fault, path, status.nativeCode};
+}
+
+// The directory and all in it. What no walk for a deletion finds stays, and with it the directories in which it lies.
+std::vector<Status> DeleteOneByOne(FileSystem& files, const std::string& directory, const std::string& last) {
+    std::vector<Status> remaining;
+    const auto deleteFile = [&](const std::string& file) {
+        if (const Status status = DeleteForced(files, file); !status)
+            remaining.push_back(status);
+    };
+    const auto isNamed = [&](const std::string& path) {
+        return std::ranges::any_of(remaining,
+                                   [&](const Status& status) { return status.path.starts_with(AddBackslash(path)); });
+    };
+    const auto holdsOthers = [&](const std::string& path) {
+        const Tree left = WalkTree(files, path, WalkFor::Deletion);
+        return !left.files.empty() || !left.unreadable.empty();
+    };
+    const auto removeDirectory = [&](const std::string& path) {
+        const Status status = files.RemoveDirectory(path);
+        if (status) // it may have been unreadable, and empty
+            std::erase_if(remaining, [&](const Status& left) { return left.path == AddBackslash(path); });
+        else if ((status.fault != FileFault::NotFound || path == directory) && // its drive may have gone
+                 (status.fault != FileFault::NotEmpty || (!isNamed(path) && holdsOthers(path))))
+            remaining.push_back({status.fault, path, status.nativeCode});
+    };
+    const Tree tree = WalkTree(files, directory, WalkFor::Deletion);
+    for (const std::string& path : tree.unreadable)
+        remaining.push_back({FileFault::Denied, path});
+    for (const FileEntry& file : tree.files) {
+        if (!EqualNoCase(file.path, last))
+            deleteFile(file.path);
+    }
+    std::for_each(tree.directories.rbegin(), tree.directories.rend(), removeDirectory);
+    if (!last.empty() && remaining.empty())
+        deleteFile(last);
+    removeDirectory(directory);
+    return remaining;
 }
 
 // The name of a package's directory among those that the simulator has.
@@ -76,43 +122,40 @@ bool RemoveEmptyDirectory(FileSystem& files, const std::string& path) {
             return entry.info.kind == EntryKind::File && IsFileManagersFile(entry.name);
         }))
         return false;
+    if (const auto aside = entries->empty() ? std::nullopt : TakeAside(files, path))
+        return bool(*aside);
     for (const auto& entry : *entries)
         DeleteFileForced(files, AddBackslash(path) + entry.name);
     return bool(files.RemoveDirectory(path));
 }
 
-std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory, const std::string& last) {
+std::vector<Status> DeleteAll(FileSystem& files, const std::string& path, const std::string& last) {
+    const std::string bare = WithoutBackslash(path);
+    const auto info = files.Info(bare);
+    if (info.fault() == FileFault::NotFound)
+        return {info.status()};
+    const auto aside = TakeAside(files, bare);
+    if (!aside && info && info->kind == EntryKind::Directory)
+        return DeleteOneByOne(files, bare, last);
+    const Status status = aside ? *aside : DeleteForced(files, bare);
+    return status ? std::vector<Status>() : std::vector{status};
+}
+
+std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory) {
+    const auto entries = files.List(directory);
+    if (!entries)
+        return entries.fault() == FileFault::NotFound ? std::vector<Status>() : std::vector{entries.status()};
     std::vector<Status> remaining;
-    const auto deleteFile = [&](const std::string& file) {
-        if (const Status status = DeleteForced(files, file); !status)
+    for (const DirectoryEntry& entry : *entries) {
+        const std::string path = AddBackslash(directory) + entry.name;
+        if (IsLastingName(entry.name))
+            continue;
+        if (!entry.isMountPoint)
+            std::ranges::copy(DeleteAll(files, path), std::back_inserter(remaining));
+        else if (const Status status = files.Delete(path); !status) // what is on another disk is not ours
             remaining.push_back(status);
-    };
-    const auto isNamed = [&](const std::string& path) {
-        return std::ranges::any_of(remaining,
-                                   [&](const Status& status) { return status.path.starts_with(AddBackslash(path)); });
-    };
-    // What no walk for a deletion finds stays, and with it the directories in which it lies.
-    const auto holdsOthers = [&](const std::string& path) {
-        const Tree left = WalkTree(files, path, WalkFor::Deletion);
-        return !left.files.empty() || !left.unreadable.empty();
-    };
-    const Tree tree = WalkTree(files, directory, WalkFor::Deletion);
-    for (const std::string& path : tree.unreadable)
-        remaining.push_back({FileFault::Denied, path});
-    for (const FileEntry& file : tree.files) {
-        if (!EqualNoCase(file.path, last))
-            deleteFile(file.path);
     }
-    for (auto path = tree.directories.rbegin(); path != tree.directories.rend(); ++path) {
-        const Status status = files.RemoveDirectory(*path);
-        if (status) // it may have been unreadable, and empty
-            std::erase_if(remaining, [&](const Status& left) { return left.path == AddBackslash(*path); });
-        else if (status.fault != FileFault::NotFound &&
-                 (status.fault != FileFault::NotEmpty || (!isNamed(*path) && holdsOthers(*path))))
-            remaining.push_back({status.fault, *path, status.nativeCode});
-    }
-    if (!last.empty() && remaining.empty())
-        deleteFile(last);
+    std::erase_if(remaining, [](const Status& status) { return status.fault == FileFault::NotFound; });
     return remaining;
 }
 
@@ -123,12 +166,8 @@ std::vector<Status> DeleteTree(CommandContext& context, const std::string& path,
                           MessageIcon::Critical);
         throw ProgramEnd{};
     }
-    const std::string bare = WithoutBackslash(path);
-    const auto info = context.files.Info(bare);
-    if (!info || info->kind != EntryKind::Link || EqualNoCase(path, context.locations.StagingDir))
-        return DeleteContents(context.files, path, last);
-    const Status status = DeleteForced(context.files, bare); // what a link leads to is not ours
-    return status ? std::vector<Status>() : std::vector{status};
+    return EqualNoCase(path, context.locations.StagingDir) ? DeleteContents(context.files, path)
+                                                           : DeleteAll(context.files, path, last);
 }
 
 void TellDeleted(CommandContext& context, const std::vector<std::string>& remaining) {

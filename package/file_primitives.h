@@ -23,16 +23,19 @@ bool RemoveEmptyDirectory(FileSystem& files, const std::string& path);
 // All that was written to these files and directories is on the disk when this returns; otherwise the first fault.
 Status FlushFiles(FileSystem& files, const std::vector<std::string>& paths);
 
-// Deletes everything below the directory (ends in a backslash), which stays; links go as links. The file `last` (a full
-// path) goes when all the rest has gone. Gives what is left, but for directories that hold what is named already.
-std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory, const std::string& last = {});
+// Deletes a file, a link or a directory with all in it: in one step, whole or not at all, where the disk keeps what
+// goes (SetAside), else one by one. Links go as links. The file `last` in the directory (a full path) goes when all the
+// rest has gone. Gives what is left, but for directories that hold what is named already.
+std::vector<Status> DeleteAll(FileSystem& files, const std::string& path, const std::string& last = {});
+// The same for each entry of the directory, which stays.
+std::vector<Status> DeleteContents(FileSystem& files, const std::string& directory);
 
 // Only trees within a location may go, none that holds a location, and never the places that collections hang
 // from.
 bool MayBeDeleted(const Locations& locations, const std::string& path);
 
-// The same of a full drive-letter path that holds no location; otherwise a critical message, and the program ends
-// (ProgramEnd). A link to a directory goes as a link, unless it is Staging.
+// Deletes a directory of a full drive-letter path that holds no location, or all that is in Staging, which stays;
+// otherwise a critical message, and the program ends (ProgramEnd).
 std::vector<Status> DeleteTree(CommandContext& context, const std::string& path, const std::string& last = {});
 
 // "Done.", or what could not be deleted and what to do about it.

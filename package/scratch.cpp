@@ -14,17 +14,6 @@ namespace {
 
 constexpr int MaxAttempts = 100;
 
-// Everything below a scratch directory, and the directory itself. Links go as links.
-void RemoveAll(FileSystem& files, const std::string& path) {
-    const auto info = files.Info(path);
-    if (info && info->kind != EntryKind::Directory)
-        DeleteFileForced(files, path);
-    if (!info || info->kind != EntryKind::Directory)
-        return;
-    static_cast<void>(DeleteContents(files, AddBackslash(path)));
-    static_cast<void>(files.RemoveDirectory(path));
-}
-
 std::string ScratchDirectoryIn(const std::string& directory) {
     return directory + std::string(ScratchDirectoryName) + "\\";
 }
@@ -72,12 +61,12 @@ void ReleaseScratch(FileSystem& files, const std::string& scratch) {
     const std::string directory = ParentDirectory(scratch);
     if (!IsScratchName(WithoutBackslash(LastPathComponent(directory))))
         return;
-    RemoveAll(files, WithoutBackslash(scratch));
+    static_cast<void>(DeleteAll(files, scratch));
     static_cast<void>(files.RemoveDirectory(WithoutBackslash(directory))); // stays while others use it
 }
 
 void CleanScratchIn(FileSystem& files, const std::string& directory) {
-    RemoveAll(files, directory + std::string(ScratchDirectoryName));
+    static_cast<void>(DeleteAll(files, ScratchDirectoryIn(directory)));
 }
 
 void CleanScratch(FileSystem& files, const Locations& locations) {

@@ -82,7 +82,7 @@ class PackageCopy {
     }
 
     bool CheckFreeSpace() {
-        const auto free = context.files.FreeSpace(root);
+        const auto free = context.files.MakeRoom(root, plan.bytes);
         if (!free || *free >= plan.bytes)
             return true;
         return Refuse("There is not enough room for the package: it needs " +

@@ -13,12 +13,8 @@ bool IsLinkedDirectory(const CommandContext& context, const std::string& directo
 }
 
 Status DeleteDirectory(CommandContext& context, const std::string& directory, const std::string& last) {
-    const std::string path = WithoutBackslash(directory);
-    if (IsLinkedDirectory(context, directory))
-        return context.files.Delete(path);
     const std::vector<Status> remaining = DeleteTree(context, directory, last);
-    const Status status = context.files.RemoveDirectory(path);
-    return status || remaining.empty() ? status : remaining.front();
+    return remaining.empty() ? Status{} : remaining.front();
 }
 
 std::string DescribeRemaining(const Status& status) {

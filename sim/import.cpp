@@ -93,7 +93,8 @@ class Import {
 
     bool CheckRoom(const Tree& tree, bool isToBeCleared) {
         const std::uint64_t freed = isToBeCleared ? BytesOf(WalkTree(files, staging)) : 0;
-        if (const auto space = files.FreeSpace(staging); space && *space + freed < BytesOf(tree))
+        const std::uint64_t needed = BytesOf(tree);
+        if (const auto space = files.MakeRoom(staging, needed); space && *space + freed < needed)
             return Refuse("There is not enough room for the aircraft in Staging.  " + NextStep(FileFault::DiskFull));
         return true;
     }

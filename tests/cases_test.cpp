@@ -12,6 +12,7 @@
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   noon DIRECTORY                  its files get one time   headless (no editor starts)
 //   space BYTES                     free on the disk
+//   kept DIRECTORY\                 there goes, numbered, what the disk takes away whole
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
@@ -90,6 +91,7 @@ std::pair<std::string, std::string> Cut(const std::string& text, const std::stri
 const std::map<std::string, Answer> Answers = {
     {"Yes", Answer::Yes}, {"No", Answer::No}, {"Cancel", Answer::Cancel}, {"OK", Answer::Ok}};
 const std::map<std::string, FileFault> Faults = {{"InUse", FileFault::InUse},
+                                                 {"OtherVolume", FileFault::OtherVolume},
                                                  {"Denied", FileFault::Denied},
                                                  {"DiskFull", FileFault::DiskFull},
                                                  {"ReadOnlyDisk", FileFault::ReadOnlyDisk}};
@@ -302,7 +304,8 @@ class CaseTest : public ProgramTest {
               }
               drive.Put(file, zip.Bytes());
           }}},
-        {"empty", {[this](auto& directory) { EXPECT_TRUE(DeleteTree(context, drive.At(directory)).empty()); }}},
+        {"empty",
+         {[this](auto& directory) { EXPECT_TRUE(DeleteContents(drive.Files(), drive.At(directory)).empty()); }}},
         {"delete", {[this](auto& line) {
              const auto path = drive.Files().HostPath(drive.At(WithoutBackslash(line)));
              EXPECT_NE(std::filesystem::remove_all(path), 0u) << "not there";
@@ -338,6 +341,10 @@ class CaseTest : public ProgramTest {
              });
          }}},
         {"space", {[this](auto& bytes) { disk.freeSpace = std::stoull(bytes); }}},
+        {"kept", {[this](auto& directory) {
+             drive.MakeDirectory(directory);
+             disk.kept = drive.At(directory);
+         }}},
         {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},

@@ -54,12 +54,11 @@ class WithDiskInStaging : public FaultyFiles {
 };
 
 TEST_F(TreeTest, ADiskThatIsMountedInStagingIsNotErased) {
-    drive.Put("Staging\\a.txt", "x");
-    drive.Put("Staging\\m\\disk\\mine.txt", "mine");
+    drive.Fill("Staging", "a.txt=x, disk\\mine.txt=mine, m\\disk\\mine.txt=mine");
     WithDiskInStaging files(drive.Files());
     CommandContext mounted{files, launcher, locations, limits, user, display};
-    static_cast<void>(DeleteTree(mounted, locations.StagingDir));
-    EXPECT_THAT(drive.Names("Staging"), ElementsAre("m\\", "m\\disk\\", "m\\disk\\mine.txt"));
+    EXPECT_EQ(DeleteTree(mounted, locations.StagingDir).size(), 2u);
+    EXPECT_EQ(drive.Outline("Staging"), "disk\\mine.txt=mine, m\\disk\\mine.txt=mine");
 }
 
 TEST_F(TreeTest, EveryNameLandsInItsGroups) {
@@ -122,10 +121,10 @@ TEST_F(TreeTest, DeleteTreeTakesReadOnlyFilesAndHasNoBound) {
     EXPECT_THAT(drive.Names("Staging"), IsEmpty());
     EXPECT_TRUE(StagingIsEmpty(drive.Files(), locations));
 
-    drive.Fill("Staging", "shut\\, last.txt=x");
+    drive.Fill("Staging", "shut\\in\\, shut\\last.txt=x");
     FaultyFiles faulty(drive.Files());
-    faulty.unreadable = drive.At("Staging\\shut\\");
-    EXPECT_THAT(DeleteContents(faulty, locations.StagingDir, drive.At("Staging\\last.txt")), IsEmpty());
+    faulty.unreadable = drive.At("Staging\\shut\\in\\");
+    EXPECT_THAT(DeleteAll(faulty, drive.At("Staging\\shut\\"), drive.At("Staging\\shut\\last.txt")), IsEmpty());
     EXPECT_THAT(drive.Names("Staging"), IsEmpty());
 }
 
