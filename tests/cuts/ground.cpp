@@ -1,0 +1,296 @@
+#include "tests/cuts/ground.h"
+
+#include "app/program.h"
+#include "platform/drive_map_posix.h"
+#include "platform/windows_path.h"
+#include "tests/support/command_fixture.h"
+#include "tests/support/fake_converter.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/recording_window.h"
+#include "tests/support/zip_builder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace korvadex::test {
+
+namespace {
+
+constexpr const char* AppDir = "C:\\App\\";
+
+// Says Yes and takes the first of what is offered. One who prepares says nothing of it, and leaves a choice open.
+class ReadyUser : public UserDialogs {
+  public:
+    explicit ReadyUser(bool prepares) : isPreparing(prepares) {}
+
+    CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
+                              const MessageOptions&) override {
+        Print(text);
+        return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
+    }
+    std::optional<std::string> AskText(const std::string& prompt, bool) override {
+        Print(prompt);
+        return std::nullopt;
+    }
+    std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
+        return "C:\\Downloads\\Pair.zip";
+    }
+    std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>&) override {
+        return isPreparing ? std::nullopt : std::optional(0);
+    }
+    void ShowInstallStatus(const std::string& text) override { Print(text); }
+    void ShowImportStatus(const std::string& text) override { Print(text); }
+    void ShowRename(const RenameForm& form) override { form.accept({"Renamed", "Another title"}); }
+    void ShowUnusedGauges(const UnusedGaugesForm& form) override {
+        form.search([](int, int) {});
+        form.remove({0, 1});
+    }
+    void ShowMSFSImport(const ImportForm& form) override { form.accept(0); }
+    void ShowInfo(const InfoForm& form) override {
+        AircraftInfo entered = form.info;
+        entered.atcId = "N45";
+        form.accept(entered);
+    }
+
+  private:
+    void Print(std::string text) const {
+        if (isPreparing)
+            return;
+        std::erase(text, '\r');
+        std::ranges::replace(text, '\n', '|');
+        std::cout << "  " << text << std::endl;
+    }
+    const bool isPreparing;
+};
+
+struct Command {
+    std::string name;
+    std::string before; // steps; see Run::Do
+    std::string itself;
+};
+
+const std::string Lear = "Jets\\Lear 45; ", Cub = "Props\\Cub; ", Alias = "Jets\\Alias Jet; ",
+                  Glider = "Props\\Glider; ";
+const std::string Clear = "staging; mnuRemoveStaging; ";
+const std::string Install = "mnuHangarToMsfs; ";
+const std::string InstallAll = Lear + Install + Cub + Install + Alias + Install;
+const std::string PastePanel = Lear + "mnuCreatePanelAlias; " + Glider + "mnuPastePanelAlias";
+const std::string PasteSound = Lear + "mnuCreateSoundAlias; " + Glider + "mnuPasteSoundAlias";
+
+const Command Commands[] = {
+    {"copy to Hangar", "", Lear + "staging; name New Plane; mnuStagingToHangar"},
+    {"clear Staging", "", "staging; mnuRemoveStaging"},
+    {"erase panel", "", "staging; mnuRemovePanelFromStaging"},
+    {"erase aircraft", "", "staging; mnuRemoveAircraftFromStaging"},
+    {"erase sound", "", "staging; mnuRemoveSoundFromStaging"},
+    {"choose configuration", Clear + "drop", "staging; refresh"},
+    {"process ZIP", Clear, "staging; mnuProcessZipFile"},
+    {"process dropped", "", "drop"},
+    {"import", Clear, "mnuImportFromMSFS"},
+    {"import again", Clear + "mnuImportFromMSFS", "mnuImportFromMSFS"},
+    {"remove from Hangar", "", Lear + "mnuRemoveFromHangar"},
+    {"install", "", Lear + Install},
+    {"install packed", Lear + "mnuCompress", Lear + Install},
+    {"install shared", Lear + Install, Cub + Install},
+    {"install alias", Cub + Install, Alias + Install},
+    {"remove", Lear + Install, Lear + "mnuRemoveFromMsfs"},
+    {"remove shared", Lear + Install + Cub + Install, Cub + "mnuRemoveFromMsfs"},
+    {"uninstall all", InstallAll, "mnuUninstallAll"},
+    {"uninstall category", InstallAll, Lear + "mnuUninstallCategory"},
+    {"copy to Staging", Clear, Lear + "mnuCopyToStaging"},
+    {"rename", "", Lear + "mnuRename"},
+    {"paste panel alias", "", PastePanel},
+    {"paste sound alias", "", PasteSound},
+    {"restore old panel", PastePanel, Glider + "mnuRestoreOldPanel"},
+    {"restore old sound", PasteSound, Glider + "mnuRestoreOldSound"},
+    {"unused gauges", "", "mnuUnusedGauges"},
+    {"compress", "", Lear + "mnuCompress"},
+    {"decompress", Lear + "mnuCompress", Lear + "mnuDecompress"},
+    {"compress all", "", "mnuCompressAll"},
+    {"decompress all", "mnuCompressAll", "mnuDecompressAll"},
+    {"import pictures", "", Lear + "mnuImportImage"},
+    {"import screenshot", "", Lear + "mnuImportImageClipboard"},
+    {"make picture first", "", Lear + "next picture; make first"},
+    {"delete picture", "", Lear + "delete picture"},
+    {"create notes", "", Cub + "mnuCreateNotes"},
+    {"delete notes", "", Lear + "mnuDeleteNotes"},
+    {"delete files", "", Lear + "delete files"},
+    {"delete staged files", "", "staging; delete files"},
+    {"information", "", Lear + "mnuInformation"},
+    {"first package", "", Lear + "first package"},
+};
+
+const Command& CommandNamed(const std::string& name) {
+    const auto found = std::ranges::find(Commands, name, &Command::name);
+    if (found == std::end(Commands))
+        throw std::runtime_error("no such command: " + name);
+    return *found;
+}
+
+// The program from its start to its end.
+class Run {
+  public:
+    Run(FileSystem& files, const std::string& appDir, bool isPreparation = false)
+        : user(isPreparation), program(files, launcher, user, dialogs, converter, window, appDir, "") {
+        window.geometry.reset();
+        dialogs.chosenPictures.files = {"C:\\Pictures\\new.png", "C:\\Pictures\\left.jpg"};
+        dialogs.clipboardPictures.jpeg = "a screenshot";
+        isStarted = program.Start();
+    }
+    ~Run() { program.Shutdown(); }
+
+    // CATEGORY\PACKAGE: is shown. mnu...: an entry of the menus. Or one of those below.
+    void Do(const std::string& steps) {
+        for (std::size_t from = 0; from < steps.size();) {
+            const std::size_t end = std::min(steps.find("; ", from), steps.size());
+            DoStep(steps.substr(from, end - from));
+            from = end + 2;
+        }
+    }
+    bool isStarted = false;
+
+  private:
+    void DoStep(const std::string& step) {
+        static const std::map<std::string, void (Program::*)()> buttons = {
+            {"staging", &Program::GoToStaging},
+            {"refresh", &Program::Refresh},
+            {"first package", &Program::SetFirstPackage},
+            {"next picture", &Program::ShowNextImage},
+            {"make first", &Program::MakeShownImageFirst},
+            {"delete picture", &Program::DeleteShownImage}};
+        if (const auto button = buttons.find(step); button != buttons.end())
+            (program.*button->second)();
+        else if (step.starts_with("mnu"))
+            program.RunCommand(step);
+        else if (const auto bar = step.find('\\'); bar != step.npos)
+            Select(step.substr(0, bar), step.substr(bar + 1));
+        else if (step.starts_with("name "))
+            program.SetPackageName(step.substr(5));
+        else if (step == "drop")
+            program.ProcessArchives({"C:\\Downloads\\Pair.zip"});
+        else if (step == "delete files")
+            program.DeleteComponents(Documentation, {0, 1});
+        else
+            throw std::runtime_error("no such step: " + step);
+    }
+    void Select(const std::string& category, const std::string& package) {
+        const auto& categories = program.View().categories;
+        program.ChooseCategory(int(std::ranges::find(categories, category) - categories.begin()));
+        const auto& packages = program.View().packages;
+        program.ChoosePackage(int(std::ranges::find(packages, package, &HangarPackage::name) - packages.begin()));
+        if (LastPathComponent(WithoutBackslash(program.Package().path)) != package)
+            throw std::runtime_error("not in the Hangar: " + package);
+    }
+
+    ReadyUser user;
+    RecordingLauncher launcher;
+    ScriptedLocations dialogs;
+    FakeConverter converter;
+    RecordingWindow window;
+    Program program;
+};
+
+std::string Zip(std::initializer_list<std::pair<std::string, std::string>> members) {
+    ZipBuilder zip;
+    for (const auto& [name, bytes] : members)
+        zip.Add(name, bytes);
+    return zip.Bytes();
+}
+
+void Fill(TemporaryDrive& drive) {
+    for (const char* settings : {"App\\kx.ini", "App2\\kx.ini"})
+        drive.Put(settings, "ALTLOCATION0=Main\r\nALTSTAGINGDIR0=C:\\Staging\\\r\nALTHANGARDIR0=C:\\Hangar\\\r\n"
+                            "ALTMSFSDIR0=C:\\FS\\\r\nALTFIRSTPACKAGE0=\r\nLOCATIONLAST=0\r\nLOCATIONLASTZIP=\r\n");
+    const std::string large(200'000, 'x'), panel = "[Window00]\r\ngauge00=LearClock,1,2\r\ngauge01=CubDial,1,2\r\n";
+    PackageBuilder(drive, "Hangar\\Jets\\Lear 45\\")
+        .With("Documentation\\kx_note.txt", "Nosewheel steers badly.")
+        .With("Images\\second.jpg", "JFIF 2")
+        .With("Texture\\large.bmp", large);
+    drive.Fill("Hangar\\Jets\\Alias Jet",
+               "aircraft.cfg=[fltsim.0], Model\\a.mdl=mdl, Texture\\a.bmp=BM, Gauges\\Alias.gau=MZ alias");
+    drive.Put("Hangar\\Jets\\Alias Jet\\Panel\\panel.cfg", "[fltsim]\r\nalias=Cub\\panel\r\n");
+    drive.Fill(
+        "Hangar\\Props\\Cub",
+        "aircraft.cfg=[fltsim.0], Model\\c.mdl=mdl, Texture\\c.bmp=BM, Sound\\sound.cfg=x, Gauges\\LearClock.gau="
+        "MZ clock, Gauges\\CubDial.gau=MZ dial, Miscellaneous\\smoke.fx=smoke, Miscellaneous\\cub.dll=MZ");
+    drive.Put("Hangar\\Props\\Cub\\Panel\\panel.cfg", panel);
+    drive.Fill("Hangar\\Props\\Glider", "aircraft.cfg=[fltsim.0], Sound\\sound.cfg=wind, Sound\\wind.wav=RIFF");
+    drive.Put("Hangar\\Props\\Glider\\Panel\\panel.cfg", panel);
+    PackageBuilder(drive, "Staging\\ZIP_new.zip\\").With("Texture\\large.bmp", large).With("b.txt", "b");
+    PackageBuilder(drive, "FS\\aircraft\\My_Plane\\");
+    drive.Fill("FS", "aircraft\\Stock_1\\aircraft.cfg=[fltsim.0], gauges\\stock.gau=MZ stock, gauges\\old.gau=MZ old, "
+                     "gauges\\older.gau=MZ older, gauges\\LearCab.cab=MSCF the simulator's, effects\\a.fx=a, "
+                     "sound\\stock.wav=RIFF, modules\\stock.dll=MZ, fs2002.exe=MZ");
+    drive.Put("FS\\aircraft\\Stock_1\\panel\\panel.cfg", "gauge00=stock,1,2\r\n");
+    const std::string two =
+        "[fltsim.0]\r\ntitle=Red\r\ntexture=red\r\n\r\n[fltsim.1]\r\ntitle=Blue\r\ntexture=blue\r\n";
+    drive.Put("Downloads\\Pair.zip", Zip({{"aircraft.cfg", two},
+                                          {"texture.red/a.bmp", large},
+                                          {"texture.blue/a.bmp", "blue"},
+                                          {"panel/panel.cfg", panel},
+                                          {"gauges.zip", Zip({{"pair.gau", "MZ pair"}, {"readme.txt", "nested"}})},
+                                          {"readme.txt", "outer"}}));
+    drive.Fill("Pictures", "new.png=PNG, left.jpg=JFIF left");
+}
+
+// What is new gets a time long ago, so that a later change of it is seen.
+void Age(const std::string& hostDirectory) {
+    namespace fs = std::filesystem;
+    const auto now = fs::file_time_type::clock::now();
+    int count = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(hostDirectory))
+        if (entry.is_regular_file() && now - entry.last_write_time() < std::chrono::hours(24))
+            fs::last_write_time(entry.path(),
+                                now - std::chrono::hours(24 * 365 * 20) + std::chrono::nanoseconds(1234567 * ++count));
+}
+
+void SetAttribute(TemporaryDrive& drive, const std::string& path, const char* value) {
+    const std::string host = drive.Files().HostPath(drive.At(path));
+    if (setxattr(host.c_str(), "user.DOSATTRIB", value, 3, 0) != 0)
+        std::cerr << "no attributes here: " << host << "\n";
+}
+
+} // namespace
+
+std::vector<std::string> CutCommands() {
+    std::vector<std::string> names;
+    for (const Command& command : Commands)
+        names.push_back(command.name);
+    return names;
+}
+
+void PrepareGround(const std::string& command, const std::string& hostDirectory) {
+    TemporaryDrive drive;
+    Fill(drive);
+    for (const char* path : {"Hangar\\Jets\\Lear 45\\Documentation\\readme.txt", "Staging\\ZIP_new.zip\\Lear.air",
+                             "FS\\gauges\\old.gau", "FS\\gauges\\LearCab.cab"})
+        static_cast<void>(drive.Files().SetReadOnly(drive.At(path), true));
+    for (const char* path :
+         {"Hangar\\Jets\\Lear 45\\Lear.air", "Hangar\\Jets\\Lear 45\\Texture", "FS\\gauges\\older.gau",
+          "Staging\\ZIP_new.zip\\Panel\\panel.cfg", "Staging\\ZIP_new.zip\\Panel"})
+        SetAttribute(drive, path, "0x2");
+    const std::string root = drive.Files().HostPath("C:\\");
+    Age(root);
+    Run(drive.Files(), AppDir, true).Do(CommandNamed(command).before);
+    Age(root);
+    if (std::system(("cp -a '" + root + "' '" + hostDirectory + "'").c_str()) != 0)
+        throw std::runtime_error("cannot copy to " + hostDirectory);
+}
+
+void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command) {
+    const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
+    Run run(*files, appDir);
+    run.Do(CommandNamed(command).itself);
+    unlink((hostDirectory + "/" + CommandEndMark).c_str());
+}
+
+bool StartOn(const std::string& hostDirectory, const std::string& appDir) {
+    const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
+    return Run(*files, appDir).isStarted;
+}
+
+} // namespace korvadex::test

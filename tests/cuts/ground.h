@@ -1,0 +1,23 @@
+// Every command that changes the disk, each on a small drive of its own.
+#pragma once
+
+#include "platform/file_system.h"
+
+#include <string>
+#include <vector>
+
+namespace korvadex::test {
+
+std::vector<std::string> CutCommands();
+// Makes what the command needs below a new directory of the host, with names in which all is to be seen again: times,
+// attributes, read-only files, links.
+void PrepareGround(const std::string& command, const std::string& hostDirectory);
+// The calls tell by the deletion of this, which is not there, that the command has ended and the program has not.
+inline constexpr const char* CommandEndMark = "the command has ended";
+// Starts the program there, gives the command and ends the program. Prints what is asked and told; each question is
+// answered with Yes. appDir: of this installation, below C:\.
+void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command);
+// The same without a command; false when the program does not stay.
+bool StartOn(const std::string& hostDirectory, const std::string& appDir);
+
+} // namespace korvadex::test
