@@ -30,7 +30,7 @@ void Program::CompressEach(const std::string& question, bool compress) {
 }
 
 void Program::CompressAll() {
-    Run({"Compress all", ""}, [&] {
+    Run({"Compress all", "", Repacking::Packs}, [&] {
         CompressEach(
             "Compress all packages in Hangar?  If you want to make sure all packages are compressed, select 'Yes'.  "
             "Packages that are already compressed will be skipped.  Note that this may take a while.  "
@@ -40,7 +40,7 @@ void Program::CompressAll() {
 }
 
 void Program::DecompressAll() {
-    Run({"Decompress all", ""}, [&] {
+    Run({"Decompress all", "", Repacking::Unpacks}, [&] {
         CompressEach("Decompress all packages in the Hangar?  "
                      "If you want to make sure all packages are decompressed, select 'Yes'.  "
                      "Packages that are already decompressed will be skipped.  Note that this may take a while.  "

@@ -102,11 +102,11 @@ void Program::DecompressShownPackage() {
 }
 
 void Program::Compress(const std::string& name, bool compress) {
-    Run({name, ""}, [&] {
+    Run({name, "", compress ? Repacking::Packs : Repacking::Unpacks}, [&] {
         EnsureHangarSide();
         if (!IsPackageReady())
             return;
-        current = Titled(name);
+        SetSubject(package.ref.Text());
         if (const auto failures = CompressInHangar(context, package, compress)) {
             TellCompressed(context, *failures);
             ShowChanges({.package = true});

@@ -20,7 +20,9 @@ namespace korvadex {
 Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs& userDialogs,
                  ProgramDialogs& programDialogs, PictureConverter& pictureConverter, MainWindow& mainWindow,
                  std::string appDir, std::string runningExecutable)
-    : files(fileSystem), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
+    : history(fileSystem, [this](FileSystem&, const std::vector<std::string>& paths,
+                                 bool packs) { return RepackFiles(paths, packs); }),
+      files(history.Files()), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
       converter(pictureConverter), window(mainWindow), executable(std::move(runningExecutable)) {
     settings.AppDir = AddBackslash(appDir);
 }
@@ -33,11 +35,13 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
         explicit Running(bool& running) : flag(running) { flag = true; }
         ~Running() { flag = false; }
     } running(isRunning);
-    current = title;
 
     try {
         ShowStatus("");
+        if (!title.name.empty())
+            history.Begin(title);
         command();
+        EndJournal();
         // What is selected is what is shown, also where a package has gone and its neighbour has followed.
         if (view.HangarSideShown && package.ref != selection.Package())
             LoadSelectedPackage();
@@ -57,6 +61,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
         if (isEndWanted)
             EndRun();
     } catch (const ProgramEnd&) {
+        EndJournal();
         EndRun();
     }
 }
@@ -266,6 +271,7 @@ void Program::ChangeLocations() {
             return;
         }
         KeepSettings();
+        history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             ShowChanges({.simulator = true}); // other packages are installed there
         if (settings.locations.StagingDir != before.locations.StagingDir)

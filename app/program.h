@@ -10,6 +10,7 @@
 #include "app/selection.h"
 #include "app/settings.h"
 #include "archive/mod_unzip.h"
+#include "journal/history.h"
 #include "package/command_context.h"
 #include "package/erase_staging.h"
 #include "package/load_package.h"
@@ -23,12 +24,6 @@
 #include <vector>
 
 namespace korvadex {
-
-// A command that changes something, as the user would name it: "Install" "Jets\Lear", "Process ZIP" "lear.zip".
-// Without a name it only looks.
-struct CommandTitle {
-    std::string name, subject;
-};
 
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
@@ -139,6 +134,10 @@ class Program : private CommandDisplay {
     void EditInformation();
     void Explore(); // cmdExplore
 
+    // Takes back the last command that is not, and does again what was taken back last. A status that says which.
+    void UndoLast();
+    void RedoLast();
+
     void OpenReadMe();
     void ShowAbout();
 
@@ -157,7 +156,8 @@ class Program : private CommandDisplay {
     // The file at a position of a component list; none when there is no such position.
     std::optional<std::string> ComponentPath(int group, int position) const;
 
-    // program.cpp: one command from the window's event to the window's new state.
+    // program.cpp: one command from the window's event to the window's new state. A command that changes something has
+    // a title, and goes into the history.
     void Run(const CommandTitle& title, const std::function<void()>& command);
     void Run(const std::function<void()>& command) { Run({}, command); } // only looks
     // A command on what is shown: the package, or Staging under the name that it is to get.
@@ -257,7 +257,19 @@ class Program : private CommandDisplay {
     void CompressEach(const std::string& question, bool compress);
     void UninstallEach(const std::string& question, bool isCategoryOnly);
 
-    FileSystem& files;
+    // history_commands.cpp
+    void OpenHistory();
+    void TellCutOff(const HistoryEntry& entry);
+    // The running command has come to its end, in whatever way.
+    void EndJournal();
+    void TellTakenBack(const std::string& why);
+    void SetSubject(const std::string& subject); // of the running command
+    void Reverse(const HistoryEntry* entry, bool isUndo);
+    void ShowReversed(const CommandTitle& title);
+    std::vector<Status> RepackFiles(const std::vector<std::string>& paths, bool packs);
+
+    History history;
+    FileSystem& files; // as the commands see it
     Launcher& launcher;
     UserDialogs& user;
     ProgramDialogs& dialogs;
@@ -279,7 +291,6 @@ class Program : private CommandDisplay {
     bool isHangarStale = false;
     ListWindow fileList{window, files, settings.locations};
     GalleryWindow gallery{window, files, settings.locations, settings.limits};
-    CommandTitle current; // the running command; what it is about may come to be known while it runs
     bool isRunning = false;
     bool isEnded = false;
     bool isSaved = false;

@@ -155,7 +155,7 @@ void Program::CopyToHangar() {
     if (!CanCopyToHangar(name))
         return;
     const PackageRef made{selection.Category(), name};
-    current.subject = made.Text();
+    SetSubject(made.Text());
     const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
     if (!copy)
         return;
@@ -176,7 +176,8 @@ void Program::ImportAircraft() {
     importedAircraft = ImportFromSim(context, stagedAircraft);
     if (importedAircraft.empty())
         return;
-    current.subject = stagedAircraft = importedAircraft;
+    stagedAircraft = importedAircraft;
+    SetSubject(stagedAircraft);
     view.packageName.clear(); // it gives its own
     LoadStagedFiles(ChoiceQuestion::Ask);
 }
@@ -189,8 +190,8 @@ void Program::AddArchive(std::string archive) {
         archive = user.ChooseZipFile("Process ZIP File ...", settings.LastZipPath).value_or("");
     if (archive.empty())
         return;
-    auto& subject = current.subject; // several may be dropped at once
-    subject += (subject.empty() ? "" : ", ") + LastPathComponent(archive);
+    const auto& before = history.Subject(); // several may be dropped at once
+    SetSubject(before + (before.empty() ? "" : ", ") + LastPathComponent(archive));
     if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         return;
     LoadStagedFiles(ChoiceQuestion::Ask);

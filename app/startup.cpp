@@ -53,6 +53,7 @@ void Program::StartUp() {
     if (settings != settings.kept)
         KeepSettings();
 
+    OpenHistory();
     CleanScratch(files, settings.locations);
     CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();

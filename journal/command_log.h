@@ -22,6 +22,8 @@ class CommandLog {
     Status Append(const std::vector<LeftPlace>& left);
     Status Flush();
 
+    // Another first line, as long as there is none.
+    void SetHeading(std::string line) { heading = std::move(line); }
     bool IsEmpty() const { return count == 0; }
     const std::string& Path() const { return path; }
     // Those that count.
@@ -36,7 +38,8 @@ class CommandLog {
     Status Write(const std::string& text);
 
     FileSystem& files;
-    const std::string path, heading;
+    const std::string path;
+    std::string heading;
     std::unique_ptr<OutputFile> file;
     std::vector<Record> records;
     std::vector<bool> isVoid;

@@ -124,6 +124,12 @@ void History::Begin(const CommandTitle& title) {
     StartLog();
 }
 
+void History::SetSubject(const std::string& subject) {
+    running.title.subject = subject;
+    if (log)
+        log->SetHeading(LineOf(running));
+}
+
 void History::StartLog() {
     log = std::make_unique<CommandLog>(disk, LogOf(running.number), LineOf(running));
     kept = std::make_unique<KeptPlaces>(disk, locations, running.key);

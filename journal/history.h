@@ -40,7 +40,11 @@ class History {
 
     // --- a command at work
     void Begin(const CommandTitle& title);
-    void SetSubject(const std::string& subject) { running.title.subject = subject; }
+    // What it is about may come to be known while it works.
+    void SetSubject(const std::string& subject);
+    const std::string& Subject() const { return running.title.subject; }
+    // It has changed something.
+    bool HasWritten() const { return log && !log->IsEmpty(); }
     // The first change that the disk refused for no reason of the file's own.
     const Status& Trouble() const { return files.Trouble(); }
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to

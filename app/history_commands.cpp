@@ -1,0 +1,152 @@
+// What was done to the collection lately: taken back, done again, or cut off.
+#include "app/program.h"
+#include "archive/in_place.h"
+#include "package/name_list.h"
+#include "platform/date_text.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+constexpr const char* HistoryDirectory = "journal\\";
+
+// "Install Jets\Lear" of 11/22/2026 9:30
+std::string Describe(const HistoryEntry& entry) {
+    const bool isReversal = entry.number != entry.item;
+    const char* how = !isReversal ? "" : entry.state == EntryState::Undone ? "the undo of " : "the redo of ";
+    return how + ("\"" + entry.title.Text() + "\"") + " (" + ShortDateTime(entry.time) + ")";
+}
+
+std::string ListFailures(const std::vector<Status>& failures) {
+    std::vector<std::string> names;
+    std::ranges::transform(failures, std::back_inserter(names),
+                           [](const Status& status) { return status.path + " (" + DescribeFault(status) + ")"; });
+    return ListNames(names);
+}
+
+} // namespace
+
+void Program::OpenHistory() {
+    history.Files().mayDelete = [this](const Status& why) {
+        return user.AskYesNo("What goes now cannot be kept in " + why.path + " (" + DescribeFault(why) +
+                                 "), so that it could be taken back.  Shall it be deleted all the same?",
+                             MessageIcon::Exclamation);
+    };
+    history.Files().mayGoOnWithoutLog = [this](const Status& why) {
+        return user.AskYesNo("What this command changes cannot be written down in " + why.path + " (" +
+                                 DescribeFault(why) +
+                                 "), so that it could be taken back.  Do you want to go on all the same?",
+                             MessageIcon::Exclamation);
+    };
+    history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
+    history.Open(settings.AppDir + HistoryDirectory);
+    for (const HistoryEntry& entry : history.CutOff())
+        TellCutOff(entry);
+}
+
+void Program::TellCutOff(const HistoryEntry& entry) {
+    for (;;) {
+        const auto failures = history.TakeBackCutOff(entry);
+        if (failures.empty()) {
+            user.Tell("Korvadex was cut off in the middle of " + Describe(entry) +
+                          ".  What it had changed so far has been taken back: everything is as it was before.",
+                      MessageIcon::Information);
+            return;
+        }
+        if (!user.AskYesNo("Korvadex was cut off in the middle of " + Describe(entry) +
+                               ".  The following of what it had changed could not be taken back ...\r\n\r\n" +
+                               ListFailures(failures) +
+                               "\r\n\r\nPlease close the program that uses them, or make sure that the drive is there "
+                               "and that you may write there.  Do you want to try again?  (If not, it stays as it is "
+                               "now; what was kept remains in the directory ~kx~kept.)",
+                           MessageIcon::Exclamation)) {
+            history.GiveUpCutOff(entry);
+            return;
+        }
+    }
+}
+
+void Program::SetSubject(const std::string& subject) {
+    history.SetSubject(subject);
+}
+
+void Program::EndJournal() {
+    const Status trouble = history.Trouble();
+    const bool isToStay =
+        trouble || !history.HasWritten() ||
+        !user.AskYesNo("The disk reported an error at " + trouble.path + " (" + DescribeFault(trouble) +
+                           ").  Shall everything that this command has changed be taken back?",
+                       MessageIcon::Exclamation);
+    const Status written = history.End(isToStay);
+    if (!written)
+        TellTakenBack("It could not be written down what this command changes, in " + written.path + " (" +
+                      DescribeFault(written) + ").");
+    else if (!isToStay)
+        TellTakenBack("");
+    history.Prune();
+}
+
+void Program::TellTakenBack(const std::string& why) {
+    const std::string reason = why.empty() ? "" : why + "  ";
+    const auto& remains = history.Remains();
+    if (remains.empty())
+        user.Tell(reason + "Everything that it had changed has been taken back: all is as it was before.",
+                  MessageIcon::Exclamation);
+    else
+        user.Tell(reason + "The following of what it had changed could not be taken back ...\r\n\r\n" +
+                      ListFailures(remains) + "\r\n\r\nWhat was kept of it is in the directory ~kx~kept.",
+                  MessageIcon::Exclamation);
+    ShowChanges({.hangar = true, .simulator = true, .package = true});
+}
+
+void Program::UndoLast() {
+    Run([&] { Reverse(history.NextUndo(), true); });
+}
+
+void Program::RedoLast() {
+    Run([&] { Reverse(history.NextRedo(), false); });
+}
+
+void Program::Reverse(const HistoryEntry* entry, bool isUndo) {
+    if (!entry) {
+        ShowStatus(isUndo ? "There is nothing to be taken back." : "There is nothing to be done again.");
+        return;
+    }
+    const CommandTitle title = entry->title;
+    const auto reason = isUndo ? history.Undo() : history.Redo();
+    if (!reason.empty()) {
+        user.Tell("\"" + title.Text() + "\" cannot be " + (isUndo ? "taken back" : "done again") + ".\r\n\r\n" +
+                      reason + "\r\n\r\nNothing was changed.",
+                  MessageIcon::Exclamation);
+        return;
+    }
+    ShowReversed(title);
+    ShowStatus((isUndo ? "Taken back: " : "Done again: ") + title.Text());
+}
+
+// All may have changed. The package that it was about is shown, where it is there.
+void Program::ShowReversed(const CommandTitle& title) {
+    TakeStock();
+    if (view.HangarSideShown)
+        selection.Select(PackageRefOf(title.subject));
+    ShowChanges({.hangar = true, .simulator = true, .package = true});
+    history.Prune();
+}
+
+std::vector<Status> Program::RepackFiles(const std::vector<std::string>& paths, bool packs) {
+    std::vector<std::string> wanted;
+    std::ranges::copy_if(paths, std::back_inserter(wanted), [&](const std::string& path) {
+        return files.Info(path) && (ReadPackedMember(files, path) != std::nullopt) != packs;
+    });
+    if (wanted.empty())
+        return {};
+    std::vector<Status> failures;
+    for (const FileFailure& failure :
+         packs ? ZipFilesInPlace(context, wanted, [] {}) : UnzipFilesInPlace(context, wanted, [] {}))
+        failures.push_back({FileFault::Failed, failure.path});
+    return failures;
+}
+
+} // namespace korvadex
