@@ -1,5 +1,6 @@
 // What only a host with case-sensitive names and without drive letters can get wrong.
 #include "platform/drive_map_posix.h"
+#include "platform/file_lock.h"
 #include "platform/launcher.h"
 #include "platform/text_file.h"
 #include "platform/user_places.h"
@@ -237,6 +238,29 @@ TEST_F(PosixHost, AFailureToOpenComesLater) {
     EXPECT_EQ(failures[0].what, OpenedIn::ItsProgram);
     while (launcher->IsWaiting())
         EXPECT_TRUE(launcher->TakeFailures().empty());
+}
+
+TEST_F(PosixHost, LocksAreForAllUsers) {
+    const auto take = [&] { return TakeFileLock(Host("Shared\\lock")); };
+    drive.MakeDirectory("Shared");
+    fs::permissions(Host("Shared"), fs::perms::all);
+    auto first = take();
+    AsOrdinaryUser([&] { EXPECT_EQ(take().outcome, LockOutcome::HeldByOther); });
+    // One that may only be read: nobody has it, and then somebody has.
+    fs::permissions(Host("Shared\\lock"), fs::perms::owner_all | fs::perms::group_read | fs::perms::others_read);
+    AsOrdinaryUser([&] {
+        const auto refused = take();
+        EXPECT_EQ(refused.outcome, LockOutcome::HeldByOther);
+        EXPECT_EQ(refused.holder, HolderOf(drive.Get("Shared\\lock")));
+    });
+    first.lock.reset();
+    drive.Put("Shared\\lock", "left by another user");
+    AsOrdinaryUser([&] { EXPECT_EQ(take().outcome, LockOutcome::Taken); });
+    // Where nothing can be written.
+    fs::permissions(Host("Shared"), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    AsOrdinaryUser([&] { EXPECT_EQ(take().outcome, LockOutcome::CannotWrite); });
+    drive.Put("Shared\\lock", "left by another user");
+    AsOrdinaryUser([&] { EXPECT_EQ(take().outcome, LockOutcome::CannotWrite); });
 }
 
 } // namespace
