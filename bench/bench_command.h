@@ -2,6 +2,7 @@
 // nothing.
 #pragma once
 
+#include "journal/history.h"
 #include "package/command_context.h"
 #include "platform/drive_map_posix.h"
 #include "sim/unused_gauges.h"
@@ -99,13 +100,29 @@ class TemporaryDrive {
 struct Command {
     explicit Command(const TemporaryDrive& drive) : files(drive.Files()) {}
 
+    // As the program does it: written down first, and what goes is kept.
+    template<class Work>
+    bool Journaled(const Work& work) {
+        history.SetLocations({locations.HangarDir, locations.StagingDir, locations.MsfsDir});
+        history.Open("C:\\App\\journal\\");
+        history.Begin({.name = "Bench"});
+        const bool isDone = work(*this);
+        return bool(history.End()) && isDone;
+    }
+    // What was kept by earlier turns.
+    static void ForgetJournal(const TemporaryDrive& drive) {
+        std::filesystem::remove_all(drive.At("App/journal"));
+        std::filesystem::remove_all(drive.At("Hangar/~kx~kept"));
+    }
+
     std::unique_ptr<FileSystem> files;
+    History history{*files, {}};
     Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
     WalkLimits limits;
     AgreeableUser user;
     UnseenDisplay display;
     NoLauncher launcher;
-    CommandContext context{*files, launcher, locations, limits, user, display};
+    CommandContext context{history.Files(), launcher, locations, limits, user, display};
 };
 
 } // namespace korvadex::bench

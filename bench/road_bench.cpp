@@ -68,11 +68,22 @@ std::size_t ListedFiles(const LoadedPackage& package) {
 // ---- the roads
 
 // A command; with the loading of the package, as the window's command looks at the disk again before it begins.
-std::function<Measure()> Ours(const Drive& drive, std::function<bool(Command&)> work) {
-    return bench::Ours([&drive, work] {
+std::function<Measure()> Ours(const Drive& drive, std::function<bool(Command&)> work, bool isJournaled = true) {
+    return bench::Ours([&drive, work, isJournaled] {
         Command command(drive);
-        return work(command) && !command.user.isWarned;
+        return (isJournaled ? command.Journaled(work) : work(command)) && !command.user.isWarned;
     });
+}
+
+// The same beside itself without a journal.
+constexpr double JournalLimit = 1.1;
+std::vector<Contender> BothWays(const Drive& drive, const std::function<bool(Command&)>& work) {
+    return {{"korvadex", Ours(drive, work)}, {"no journal", Ours(drive, work, false), JournalLimit}};
+}
+
+std::vector<Contender> operator+(std::vector<Contender> ours, const std::vector<Contender>& tools) {
+    ours.insert(ours.end(), tools.begin(), tools.end());
+    return ours;
 }
 
 void MakeEmpty(const fs::path& directory) {
@@ -102,17 +113,22 @@ Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& 
     const std::string path = drive.At(archive).string(), staging = drive.At("Staging").string();
     const TreeSize whole = SizeOf(packed);
     return {name,
-            [staging] { MakeEmpty(staging); },
-            {{"korvadex", Ours(drive,
-                               [archive](Command& command) {
-                                   modUnzip unzip;
-                                   std::string lastZipPath;
-                                   return ProcessZipFile(command.context, unzip, lastZipPath, "C:\\" + archive);
-                               })},
-             {"unzip, sync -f",
-              Tool({"sh", "-c", "unzip -q '" + path + "' -d '" + staging + "' && sync -f '" + staging + "'"}), limit},
-             {"unzip", Tool({"unzip", "-q", path, "-d", staging})},
-             {"bsdtar", Tool({"bsdtar", "-x", "-f", path, "-C", staging})}},
+            [&drive, staging] {
+                MakeEmpty(staging);
+                Command::ForgetJournal(drive);
+            },
+            BothWays(drive,
+                     [archive](Command& command) {
+                         modUnzip unzip;
+                         std::string lastZipPath;
+                         return ProcessZipFile(command.context, unzip, lastZipPath, "C:\\" + archive);
+                     }) +
+                std::vector<Contender>{
+                    {"unzip, sync -f",
+                     Tool({"sh", "-c", "unzip -q '" + path + "' -d '" + staging + "' && sync -f '" + staging + "'"}),
+                     limit},
+                    {"unzip", Tool({"unzip", "-q", path, "-d", staging})},
+                    {"bsdtar", Tool({"bsdtar", "-x", "-f", path, "-C", staging})}},
             [staging, whole] { return SizeOf(staging) == whole; }};
 }
 
@@ -123,14 +139,16 @@ Work InstallRoad(const Drive& drive, const std::string& road, const char* name) 
     const std::string copy = "cp -r '" + package + "' '" + installed.string() + "'";
     const auto shell = [](const std::string& script) { return Tool({"sh", "-c", script}); };
     return {road,
-            [installed, gauges] {
+            [&drive, installed, gauges] {
                 fs::remove_all(installed);
                 MakeEmpty(gauges);
+                Command::ForgetJournal(drive);
             },
-            {{"korvadex", Ours(drive, [name](Command& command) { return Install(command, name); })},
-             {"cp -r, sync", shell(copy + " && find '" + installed.string() + "' -exec sync {} +"), 1.5},
-             {"cp -r, sync -f", shell(copy + " && sync -f '" + installed.string() + "'")},
-             {"cp -r", shell(copy)}},
+            BothWays(drive, [name](Command& command) { return Install(command, name); }) +
+                std::vector<Contender>{
+                    {"cp -r, sync", shell(copy + " && find '" + installed.string() + "' -exec sync {} +"), 1.5},
+                    {"cp -r, sync -f", shell(copy + " && sync -f '" + installed.string() + "'")},
+                    {"cp -r", shell(copy)}},
             [installed, gauges, whole] {
                 fs::remove(installed / "kx_installed.txt");
                 const TreeSize aircraft = SizeOf(installed), shared = SizeOf(gauges);
@@ -138,22 +156,40 @@ Work InstallRoad(const Drive& drive, const std::string& road, const char* name) 
             }};
 }
 
-Work RemoveRoad(const Drive& drive) {
-    const fs::path installed = drive.At("FS/aircraft/Bitmaps"), gauges = drive.At("FS/gauges");
-    return {"remove",
-            [&drive, installed, gauges] {
+Work RemoveRoad(const Drive& drive, const std::string& road, const char* name) {
+    const fs::path installed = drive.At("FS/aircraft") / SpacesToUnderscores(name), gauges = drive.At("FS/gauges");
+    const auto work = [name](Command& command) {
+        RemoveFromSim(command.context, Load(command, name));
+        return true;
+    };
+    return {road,
+            [&drive, installed, gauges, name] {
                 fs::remove_all(installed);
                 MakeEmpty(gauges);
-                if (!Ours(drive, [](Command& command) { return Install(command, BitmapPackage); })().isGood)
+                Command::ForgetJournal(drive);
+                if (!Ours(
+                         drive, [name](Command& command) { return Install(command, name); }, false)()
+                         .isGood)
                     throw std::runtime_error("nothing to remove could be installed");
             },
-            {{"korvadex", Ours(drive,
-                               [](Command& command) {
-                                   RemoveFromSim(command.context, Load(command, BitmapPackage));
-                                   return true;
-                               })},
-             {"rm -r", Tool({"rm", "-r", installed.string()})}},
+            BothWays(drive, work) + std::vector<Contender>{{"rm -r", Tool({"rm", "-r", installed.string()}), 1.0}},
             [installed, gauges] { return !fs::exists(installed) && SizeOf(gauges).files == 0; }};
+}
+
+Work ClearRoad(const Drive& drive) {
+    const fs::path staging = drive.At("Staging"), package = drive.Package(ManyFilesPackage);
+    const auto work = [](Command& command) {
+        return DeleteTree(command.context, command.locations.StagingDir).empty();
+    };
+    return {"clear",
+            [&drive, staging, package] {
+                Command::ForgetJournal(drive);
+                fs::remove_all(staging);
+                fs::copy(package, staging, fs::copy_options::recursive);
+            },
+            BothWays(drive, work) +
+                std::vector<Contender>{{"rm -r", Tool({"sh", "-c", "rm -r '" + staging.string() + "'/*"}), 1.0}},
+            [staging] { return fs::is_empty(staging); }};
 }
 
 // ---- running them
@@ -212,7 +248,8 @@ int RunAll(int count, char** arguments) {
          {LoadRoad(drive), UnpackRoad(drive, "unpack", "bitmaps.zip", drive.Package(BitmapPackage), 1.0),
           UnpackRoad(drive, "many", "many.zip", drive.Package(ManyFilesPackage), 1.5),
           UnpackRoad(drive, "large", "large.zip", drive.At("Large"), 0), InstallRoad(drive, "install", BitmapPackage),
-          InstallRoad(drive, "install small", ManyFilesPackage), RemoveRoad(drive)})
+          InstallRoad(drive, "install small", ManyFilesPackage), RemoveRoad(drive, "remove", BitmapPackage),
+          RemoveRoad(drive, "remove small", ManyFilesPackage), ClearRoad(drive)})
         benchmark::RegisterBenchmark(road.name.c_str(),
                                      [road, &lines](benchmark::State& state) { Run(state, road, lines); })
             ->Iterations(Rounds)

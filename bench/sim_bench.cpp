@@ -188,7 +188,8 @@ Work UninstallWork(const TemporaryDrive& drive) {
     }
     drive.PutSettings();
     return {"uninstall all",
-            [=] {
+            [=, &drive] {
+                Command::ForgetJournal(drive);
                 fs::remove_all(gauges);
                 fs::create_directories(gauges);
                 for (int number = 0; number < InstalledCount; ++number)
