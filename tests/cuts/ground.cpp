@@ -243,7 +243,7 @@ void Age(const std::string& hostDirectory) {
     const auto now = fs::file_time_type::clock::now();
     int count = 0;
     for (const auto& entry : fs::recursive_directory_iterator(hostDirectory))
-        if (entry.is_regular_file() && now - entry.last_write_time() < std::chrono::hours(24))
+        if (now - entry.last_write_time() < std::chrono::hours(24))
             fs::last_write_time(entry.path(),
                                 now - std::chrono::hours(24 * 365 * 20) + std::chrono::nanoseconds(1234567 * ++count));
 }

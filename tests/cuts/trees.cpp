@@ -37,6 +37,9 @@ TreeEntry ReadEntry(const fs::path& path) {
     std::ostringstream mode;
     mode << std::oct << (info.st_mode & 07777);
     entry.kind = (S_ISDIR(info.st_mode) ? "directory " : S_ISLNK(info.st_mode) ? "link " : "file ") + mode.str();
+    entry.time = IsNew(info.st_mtim.tv_sec)
+                     ? "new"
+                     : std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec);
     std::array<char, 64> value{};
     if (const ssize_t length = lgetxattr(path.c_str(), "user.DOSATTRIB", value.data(), value.size()); length > 0)
         entry.attributes.assign(value.data(), std::size_t(length));
@@ -46,9 +49,6 @@ TreeEntry ReadEntry(const fs::path& path) {
         std::ostringstream bytes;
         bytes << std::ifstream(path, std::ios::binary).rdbuf();
         entry.bytes = path.filename() == "kx_installed.txt" ? WithoutNewTimes(bytes.str()) : bytes.str();
-        entry.time = IsNew(info.st_mtim.tv_sec)
-                         ? "new"
-                         : std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec);
     }
     return entry;
 }

@@ -212,7 +212,10 @@ class CommandTrials {
 
     static HostTree Read(const std::string& drive) {
         HostTree tree = ReadTree(drive, IsOwnOfProgram);
-        tree[Settings].time.clear(); // each end of the program may write it
+        // Each run of the program may write these, or beside them.
+        for (auto& [path, entry] : tree)
+            if (path == Settings || path.find('/') == path.npos)
+                entry.time.clear();
         return tree;
     }
     // The settings are also written when the program ends: both those before and those after the command are right.
