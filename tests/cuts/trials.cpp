@@ -44,8 +44,12 @@ void Shell(const std::string& command) {
 // Where one job works.
 class Place {
   public:
-    Place(std::string job, bool isVolume) : base(std::move(job)), hasVolume(isVolume) { fs::create_directory(base); }
-    ~Place() { Leave(); }
+    // mode: of the trials.
+    Place(std::string job, const std::string& mode)
+        : base(std::move(job)), isImage(mode.starts_with("ext4")), isSimulatorApart(mode == "volumes") {
+        fs::create_directory(base);
+    }
+    ~Place() { Unmount(); }
     Place(const Place&) = delete;
     Place& operator=(const Place&) = delete;
 
@@ -55,45 +59,47 @@ class Place {
 
     // The drive, as it was prepared.
     void Begin(const std::string& prepared) {
-        Leave();
-        if (hasVolume) {
-            // Made once, and copied then.
-            if (!fs::exists(base + ".first")) {
-                Shell("truncate -s 32M " + base + ".first && mkfs.ext4 -q " + base + ".first");
-                Mount(".first");
-                Shell("cp -a " + prepared + " " + Drive());
-                Leave();
-            }
+        Unmount();
+        if (isImage && !fs::exists(base + ".first")) {
+            Shell("truncate -s 32M " + base + ".first && mkfs.ext4 -q " + base + ".first");
+            Mount("-o loop " + base + ".first", base);
+            Shell("cp -a " + prepared + " " + Drive());
+            Unmount();
+        }
+        if (isImage) {
             Shell("cp --sparse=always " + base + ".first " + base + ".image");
-            Mount(".image");
+            Mount("-o loop " + base + ".image", base);
         } else {
             fs::remove_all(Drive());
-            Shell("cp -a " + prepared + " " + Drive());
+            fs::create_directories(Drive() + "/FS");
+            if (isSimulatorApart)
+                Mount("-t tmpfs -o mode=755 simulator", Drive() + "/FS");
+            Shell("cp -a " + prepared + "/. " + Drive());
         }
         fs::remove(Said());
         fs::remove(Calls());
     }
     // After a cut: what the volume still has.
     void Return() {
-        if (hasVolume) {
-            Leave();
-            Mount(".image");
+        if (isImage) {
+            Unmount();
+            Mount("-o loop " + base + ".image", base);
         }
     }
 
   private:
-    void Mount(const std::string& image) {
-        Shell("mount -o loop " + base + image + " " + base);
-        isMounted = true;
+    void Mount(const std::string& what, const std::string& directory) {
+        Shell("mount " + what + " " + directory);
+        mounted = directory;
     }
-    void Leave() {
-        if (isMounted)
-            Shell("umount " + base);
-        isMounted = false;
+    void Unmount() {
+        if (!mounted.empty())
+            Shell("umount " + mounted);
+        mounted.clear();
     }
     const std::string base;
-    const bool hasVolume;
-    bool isMounted = false;
+    const bool isImage, isSimulatorApart;
+    std::string mounted;
 };
 
 // --- this program, started again
@@ -161,7 +167,7 @@ class CommandTrials {
         PrepareGround(command, prepared);
         before = Read(prepared);
         settingsSeen.insert(before.at(Settings).bytes);
-        Place place(base + "/uncut", IsVolumeCut());
+        Place place(base + "/uncut", trials.mode);
         place.Begin(prepared);
         Require(Restart(place), "the start");
         RequireNone(From(before, Read(place.Drive())), "a start alone changes");
@@ -180,7 +186,7 @@ class CommandTrials {
 
     std::vector<Outcome> TryAll() {
         std::vector<int> chosen;
-        const int count = int(calls.size()) + (IsVolumeCut() ? 1 : 0);
+        const int count = int(calls.size()) + (IsPowerCut() ? 1 : 0);
         for (int call = 1; call <= count; call += trials.every)
             chosen.push_back(call);
         if (trials.only != 0)
@@ -206,7 +212,7 @@ class CommandTrials {
     std::size_t CallCount() const { return calls.size(); }
 
   private:
-    bool IsVolumeCut() const { return trials.mode.starts_with("ext4"); }
+    bool IsPowerCut() const { return trials.mode.starts_with("ext4"); }
     bool IsFault() const { return trials.mode == "eio" || trials.mode == "enospc"; }
     std::string Results(int job) const { return base + "/job" + std::to_string(job) + ".results"; }
 
@@ -256,7 +262,7 @@ class CommandTrials {
     [[noreturn]] void Work(int job, const std::vector<int>& chosen) {
         int code = 0;
         try {
-            Place place(base + "/job" + std::to_string(job), IsVolumeCut());
+            Place place(base + "/job" + std::to_string(job), trials.mode);
             std::ofstream results(Results(job));
             for (std::size_t i = std::size_t(job); i < chosen.size(); i += std::size_t(trials.jobs)) {
                 const Outcome outcome = Try(place, chosen[i]);
@@ -280,7 +286,7 @@ class CommandTrials {
         if (trials.mode == "second")
             problem = RunWithSecond(place, call);
         else
-            problem = Give(place, trials.mode == "again" ? "kill" : trials.mode, call);
+            problem = Give(place, trials.mode == "again" || trials.mode == "volumes" ? "kill" : trials.mode, call);
         const bool isTold = IsFault() && HasNewLine(place);
         if (problem == "killed")
             problem.clear();
