@@ -85,6 +85,8 @@ void Program::LoadSelectedPackage() {
 
 void Program::LoadStagedFiles(ChoiceQuestion question) {
     ClearPackageDisplay();
+    if (!history.IsRunning()) // looking at it may end in a choice
+        history.Begin({"Choose configuration", CleanPackageName(view.packageName)});
     CheckSingleAircraftCfg(context);
     const auto importName = ReadImportName(files, settings.locations); // goes with the choice
     const auto outcome = LoadStaging(context, package, question);

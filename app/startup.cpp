@@ -146,7 +146,8 @@ Status Program::Save() {
         settings.ListWindowGeometry = *list;
     // Before it was shown, a window that the file has no place for has none worth keeping.
     const bool isPlaced = hasStarted || settings.mainWindow.top;
-    return SaveSettings(files, settings, isPlaced ? window.Geometry() : std::nullopt);
+    // Not a part of what the running command does.
+    return SaveSettings(history.Disk(), settings, isPlaced ? window.Geometry() : std::nullopt);
 }
 
 void Program::EndRun() {

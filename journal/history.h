@@ -30,6 +30,8 @@ class History {
 
     // What commands work with.
     JournaledFiles& Files() { return files; }
+    // What lies below that.
+    FileSystem& Disk() { return disk; }
 
     // Reads the history in this directory (ends in a backslash; it is made when it is needed).
     void Open(const std::string& directory);
@@ -41,6 +43,7 @@ class History {
     // --- a command at work
     void Begin(const CommandTitle& title);
     // What it is about may come to be known while it works.
+    bool IsRunning() const { return log != nullptr; }
     void SetSubject(const std::string& subject);
     const std::string& Subject() const { return running.title.subject; }
     // It has changed something.

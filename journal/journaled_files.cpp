@@ -341,6 +341,9 @@ Status JournaledFiles::TakeAway(Path path) {
                                [&] { return disk.Rename(path, place->path); });
     if (status)
         made.Note(path, true);
+    // What is one volume to the system may be two to a rename.
+    if (status.fault == FileFault::OtherVolume && disk.Info(path)->kind != EntryKind::Directory && MayDelete(status))
+        return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
     return status;
 }
 
