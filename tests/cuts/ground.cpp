@@ -22,10 +22,11 @@ namespace {
 
 constexpr const char* AppDir = "C:\\App\\";
 
-// Says Yes and takes the first of what is offered. One who prepares says nothing of it, and leaves a choice open.
+// Says Yes and takes the first of what is offered.
 class ReadyUser : public UserDialogs {
   public:
-    explicit ReadyUser(bool prepares) : isPreparing(prepares) {}
+    explicit ReadyUser(bool saysNothing) : isSilent(saysNothing) {}
+    bool leavesChoiceOpen = false;
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
                               const MessageOptions&) override {
@@ -40,7 +41,7 @@ class ReadyUser : public UserDialogs {
         return "C:\\Downloads\\Pair.zip";
     }
     std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>&) override {
-        return isPreparing ? std::nullopt : std::optional(0);
+        return leavesChoiceOpen ? std::nullopt : std::optional(0);
     }
     void ShowInstallStatus(const std::string& text) override { Print(text); }
     void ShowImportStatus(const std::string& text) override { Print(text); }
@@ -58,19 +59,20 @@ class ReadyUser : public UserDialogs {
 
   private:
     void Print(std::string text) const {
-        if (isPreparing)
+        if (isSilent)
             return;
         std::erase(text, '\r');
         std::ranges::replace(text, '\n', '|');
         std::cout << "  " << text << std::endl;
     }
-    const bool isPreparing;
+    const bool isSilent;
 };
 
 struct Command {
     std::string name;
     std::string before; // steps; see Run::Do
     std::string itself;
+    bool canBeUndone = true;
 };
 
 const std::string Lear = "Jets\\Lear 45; ", Cub = "Props\\Cub; ", Alias = "Jets\\Alias Jet; ",
@@ -87,7 +89,7 @@ const Command Commands[] = {
     {"erase panel", "", "staging; mnuRemovePanelFromStaging"},
     {"erase aircraft", "", "staging; mnuRemoveAircraftFromStaging"},
     {"erase sound", "", "staging; mnuRemoveSoundFromStaging"},
-    {"choose configuration", Clear + "drop", "staging; refresh"},
+    {"choose configuration", Clear + "leave open; drop", "staging; refresh"},
     {"process ZIP", Clear, "staging; mnuProcessZipFile"},
     {"process dropped", "", "drop"},
     {"import", Clear, "mnuImportFromMSFS"},
@@ -121,21 +123,31 @@ const Command Commands[] = {
     {"delete files", "", Lear + "delete files"},
     {"delete staged files", "", "staging; delete files"},
     {"information", "", Lear + "mnuInformation"},
-    {"first package", "", Lear + "first package"},
+    {"first package", "", Lear + "first package", false},
 };
 
-const Command& CommandNamed(const std::string& name) {
-    const auto found = std::ranges::find(Commands, name, &Command::name);
+constexpr std::string_view Undo = "undo ", Redo = "redo ";
+
+struct Steps {
+    std::string before, justBefore, itself;
+};
+Steps StepsOf(const std::string& name) {
+    const bool isUndo = name.starts_with(Undo), isRedo = name.starts_with(Redo);
+    const auto found = std::ranges::find(Commands, isUndo || isRedo ? name.substr(Undo.size()) : name, &Command::name);
     if (found == std::end(Commands))
         throw std::runtime_error("no such command: " + name);
-    return *found;
+    if (isUndo)
+        return {found->before, found->itself, "undo"};
+    if (isRedo)
+        return {found->before, found->itself + "; undo", "redo"};
+    return {found->before, "", found->itself};
 }
 
 // The program from its start to its end.
 class Run {
   public:
-    Run(FileSystem& files, const std::string& appDir, bool isPreparation = false)
-        : user(isPreparation), program(files, launcher, user, dialogs, converter, window, appDir, "") {
+    Run(FileSystem& files, const std::string& appDir, bool isSilent = false)
+        : user(isSilent), program(files, launcher, user, dialogs, converter, window, appDir, "") {
         window.geometry.reset();
         dialogs.chosenPictures.files = {"C:\\Pictures\\new.png", "C:\\Pictures\\left.jpg"};
         dialogs.clipboardPictures.jpeg = "a screenshot";
@@ -147,7 +159,8 @@ class Run {
     void Do(const std::string& steps) {
         for (std::size_t from = 0; from < steps.size();) {
             const std::size_t end = std::min(steps.find("; ", from), steps.size());
-            DoStep(steps.substr(from, end - from));
+            if (end > from)
+                DoStep(steps.substr(from, end - from));
             from = end + 2;
         }
     }
@@ -158,6 +171,8 @@ class Run {
         static const std::map<std::string, void (Program::*)()> buttons = {
             {"staging", &Program::GoToStaging},
             {"refresh", &Program::Refresh},
+            {"undo", &Program::UndoLast},
+            {"redo", &Program::RedoLast},
             {"first package", &Program::SetFirstPackage},
             {"next picture", &Program::ShowNextImage},
             {"make first", &Program::MakeShownImageFirst},
@@ -172,6 +187,8 @@ class Run {
             program.SetPackageName(step.substr(5));
         else if (step == "drop")
             program.ProcessArchives({"C:\\Downloads\\Pair.zip"});
+        else if (step == "leave open")
+            user.leavesChoiceOpen = true;
         else if (step == "delete files")
             program.DeleteComponents(Documentation, {0, 1});
         else
@@ -237,15 +254,17 @@ void Fill(TemporaryDrive& drive) {
     drive.Fill("Pictures", "new.png=PNG, left.jpg=JFIF left");
 }
 
-// What is new gets a time long ago, so that a later change of it is seen.
+// What is new gets a time long ago, each its own and always the same, so that a later change of it is seen.
 void Age(const std::string& hostDirectory) {
     namespace fs = std::filesystem;
     const auto now = fs::file_time_type::clock::now();
-    int count = 0;
+    constexpr auto first = std::chrono::sys_days(std::chrono::January / 2 / 2006);
     for (const auto& entry : fs::recursive_directory_iterator(hostDirectory))
-        if (now - entry.last_write_time() < std::chrono::hours(24))
-            fs::last_write_time(entry.path(),
-                                now - std::chrono::hours(24 * 365 * 20) + std::chrono::nanoseconds(1234567 * ++count));
+        if (now - entry.last_write_time() < std::chrono::hours(24)) {
+            const auto number = std::hash<std::string>()(entry.path().string().substr(hostDirectory.size()));
+            fs::last_write_time(entry.path(), std::chrono::file_clock::from_sys(
+                                                  first + std::chrono::nanoseconds(number % 1'000'000'000'000'000)));
+        }
 }
 
 void SetAttribute(TemporaryDrive& drive, const std::string& path, const char* value) {
@@ -260,7 +279,16 @@ std::vector<std::string> CutCommands() {
     std::vector<std::string> names;
     for (const Command& command : Commands)
         names.push_back(command.name);
+    for (const std::string_view reversal : {Undo, Redo})
+        for (const Command& command : Commands)
+            if (command.canBeUndone)
+                names.push_back(std::string(reversal) + command.name);
     return names;
+}
+
+std::string CommandBefore(const std::string& command) {
+    const std::string name = command.substr(std::min(command.size(), Undo.size()));
+    return command.starts_with(Undo) ? name : command.starts_with(Redo) ? std::string(Undo) + name : "";
 }
 
 void PrepareGround(const std::string& command, const std::string& hostDirectory) {
@@ -275,8 +303,11 @@ void PrepareGround(const std::string& command, const std::string& hostDirectory)
         SetAttribute(drive, path, "0x2");
     const std::string root = drive.Files().HostPath("C:\\");
     Age(root);
-    Run(drive.Files(), AppDir, true).Do(CommandNamed(command).before);
+    const Steps steps = StepsOf(command);
+    Run(drive.Files(), AppDir, true).Do(steps.before);
     Age(root);
+    if (!steps.justBefore.empty())
+        Run(drive.Files(), AppDir, true).Do(steps.justBefore);
     if (std::system(("cp -a '" + root + "' '" + hostDirectory + "'").c_str()) != 0)
         throw std::runtime_error("cannot copy to " + hostDirectory);
 }
@@ -284,7 +315,7 @@ void PrepareGround(const std::string& command, const std::string& hostDirectory)
 void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command) {
     const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
     Run run(*files, appDir);
-    run.Do(CommandNamed(command).itself);
+    run.Do(StepsOf(command).itself);
     unlink((hostDirectory + "/" + CommandEndMark).c_str());
 }
 

@@ -8,7 +8,10 @@
 
 namespace korvadex::test {
 
+// Also "undo COMMAND" and "redo COMMAND".
 std::vector<std::string> CutCommands();
+// The command whose ground this one has to lead back to: of "undo COMMAND" it is COMMAND; "" for none.
+std::string CommandBefore(const std::string& command);
 // Makes what the command needs below a new directory of the host, with names in which all is to be seen again: times,
 // attributes, read-only files, links.
 void PrepareGround(const std::string& command, const std::string& hostDirectory);

@@ -178,6 +178,12 @@ class CommandTrials {
         const Lines uncut = ReadLines(place.Said());
         said.insert(uncut.begin(), uncut.end());
         RequireNone(From(after, RunUncut(place)), "another run ends otherwise");
+        if (const std::string reversed = CommandBefore(command); !reversed.empty()) {
+            PrepareGround(reversed, base + "/goal");
+            const HostTree goal = Read(base + "/goal");
+            settingsSeen.insert(goal.at(Settings).bytes);
+            RequireNone(From(goal, after), "does not lead back");
+        }
         if (trials.only != 0)
             std::cout << command << ", uncut:\n" << Text(uncut) << "--\n" << Text(Differences(before, after)) << "--\n";
         if (Differences(before, after).empty())
