@@ -18,6 +18,21 @@ Status CheckFree(const FileSystem& disk, const std::string& path) {
     return info.fault() == FileFault::NotFound ? Status{} : info.status();
 }
 
+// Tells of what the disk does not take.
+class WatchedFile : public OutputFile {
+  public:
+    WatchedFile(std::unique_ptr<OutputFile> realFile, std::function<Status(Status)> notice)
+        : file(std::move(realFile)), note(std::move(notice)) {}
+
+    Status Write(std::span<const std::byte> bytes) override { return note(file->Write(bytes)); }
+    Status Flush() override { return note(file->Flush()); }
+    Status Close(bool flush) override { return note(file->Close(flush)); }
+
+  private:
+    std::unique_ptr<OutputFile> file;
+    std::function<Status(Status)> note;
+};
+
 } // namespace
 
 void JournaledFiles::Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepackingCommand) {
@@ -47,11 +62,13 @@ bool JournaledFiles::MayDelete(const Status& why) {
     return *deletionAnswer;
 }
 
-void JournaledFiles::NoteTrouble(const Status& status) {
+Status JournaledFiles::Note(Status status) {
+    const Lock lock(mutex);
     const bool isDisks = status.fault == FileFault::Failed || status.fault == FileFault::DiskFull ||
                          status.fault == FileFault::ReadOnlyDisk;
-    if (isDisks && trouble)
+    if (log && isDisks && trouble)
         trouble = status;
+    return status;
 }
 
 Result<std::size_t> JournaledFiles::Announce(const Record& record) {
@@ -82,11 +99,9 @@ Status JournaledFiles::Make(const Record& record, const std::function<Status()>&
     const auto number = Announce(record);
     if (!number)
         return number.status();
-    const Status status = change();
-    if (!status) {
+    const Status status = Note(change());
+    if (!status)
         log->Void(*number);
-        NoteTrouble(status);
-    }
     return status;
 }
 
@@ -115,15 +130,16 @@ Status JournaledFiles::Add(Record record, const std::function<Status()>& change)
 
 Result<std::unique_ptr<OutputFile>> JournaledFiles::CreateNew(Path path) {
     const Lock lock(mutex);
-    if (IsUnwritten(path))
+    if (!log)
         return disk.CreateNew(path);
     std::unique_ptr<OutputFile> file;
-    const Status status = Add({.kind = RecordKind::Created, .path = path}, [&] {
+    const auto create = [&] {
         auto created = disk.CreateNew(path);
         if (created)
-            file = std::move(*created);
-        return created.status();
-    });
+            file = std::make_unique<WatchedFile>(std::move(*created), [this](Status status) { return Note(status); });
+        return Note(created.status());
+    };
+    const Status status = IsUnwritten(path) ? create() : Add({.kind = RecordKind::Created, .path = path}, create);
     if (!status)
         return status;
     return file;
@@ -140,14 +156,14 @@ Status JournaledFiles::Copy(Path from, Path to) {
                        [&] { return disk.Copy(from, to); });
         }
     }
-    return disk.Copy(from, to);
+    return Note(disk.Copy(from, to));
 }
 
 Status JournaledFiles::CreateDirectory(Path path) {
     const Lock lock(mutex);
     if (IsUnwritten(path)) {
         NoteTimes({path}); // of the directory in which a scratch directory comes and goes
-        return disk.CreateDirectory(path);
+        return Note(disk.CreateDirectory(path));
     }
     return Add({.kind = RecordKind::MadeDirectory, .path = WithoutBackslash(path)},
                [&] { return disk.CreateDirectory(path); });
@@ -164,7 +180,7 @@ Status JournaledFiles::Rename(Path from, Path to) {
     const Lock lock(mutex);
     const bool wasMade = log && made.IsMade(from);
     if (!log || (wasMade && IsOwnPlace(from) && IsOwnPlace(to))) {
-        const Status status = disk.Rename(from, to);
+        const Status status = Note(disk.Rename(from, to));
         if (log && status)
             made.NoteRenamed(from, to);
         return status;
@@ -277,7 +293,7 @@ void JournaledFiles::Finish(Exchange& exchange) {
         made.NoteRenamed(from, to);
         return;
     }
-    NoteTrouble(exchange.status);
+    static_cast<void>(Note(exchange.status));
     if (exchange.isLinked)
         static_cast<void>(disk.Delete(exchange.record.kept));
     if (exchange.isAside)
@@ -291,13 +307,16 @@ std::vector<Status> JournaledFiles::Flush(std::span<const std::string> paths) {
     if (log && !isWithoutLog && !log->IsEmpty())
         if (const Status flushed = log->Flush(); !flushed)
             return std::vector<Status>(paths.size(), flushed);
-    return disk.Flush(paths);
+    auto outcomes = disk.Flush(paths);
+    for (const Status& outcome : outcomes)
+        static_cast<void>(Note(outcome));
+    return outcomes;
 }
 
 Status JournaledFiles::Delete(Path path) {
     const Lock lock(mutex);
     if (!log || made.IsMade(path)) {
-        const Status status = disk.Delete(path);
+        const Status status = Note(disk.Delete(path));
         if (log && status)
             made.Note(path, true);
         return status;
@@ -323,7 +342,7 @@ Status JournaledFiles::TakeAway(Path path) {
     const auto place = kept->PlaceFor(path);
     if (!place) {
         if (!MayDelete(place.status()))
-            return place.status();
+            return Note(place.status());
         if (disk.Info(path)->kind == EntryKind::Directory)
             return {FileFault::NotKept, path};
         return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
@@ -371,7 +390,7 @@ Status JournaledFiles::RemoveDirectory(Path path) {
 Status JournaledFiles::ChangeAttributes(RecordKind kind, Path path, const std::function<Status()>& change) {
     const Lock lock(mutex);
     if (!log || made.IsMade(path))
-        return change();
+        return Note(change());
     const auto info = disk.Info(path);
     const auto attributes = disk.Attributes(path);
     if (!info || !attributes)

@@ -24,7 +24,7 @@ class JournaledFiles : public FileSystem {
     void Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepacking);
     void End();
     bool IsActive() const { return log != nullptr; }
-    // The first change of the command that the disk refused for no reason of its own: it is full, or damaged.
+    // The first change of the command that the disk did not take: it is full, or damaged.
     const Status& Trouble() const { return trouble; }
 
     // Asks, once for a command, whether things that cannot be kept, for this reason, may go for good.
@@ -89,7 +89,8 @@ class JournaledFiles : public FileSystem {
     };
     void Prepare(Exchange& exchange);
     void Finish(Exchange& exchange);
-    void NoteTrouble(const Status& status);
+    // Remembers it when the disk is to blame; the status itself.
+    Status Note(Status status);
     bool MayDelete(const Status& why);
 
     FileSystem& disk;
