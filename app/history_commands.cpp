@@ -26,6 +26,12 @@ std::string ListFailures(const std::vector<Status>& failures) {
     return ListNames(names);
 }
 
+// Of a file of the program's own: the directory of the user's in which that lies.
+std::string PlaceOf(const std::string& path) {
+    const auto own = path.find("\\~kx~");
+    return own == std::string::npos ? path : path.substr(0, own + 1);
+}
+
 } // namespace
 
 void Program::OpenHistory() {
@@ -74,11 +80,10 @@ void Program::SetSubject(const std::string& subject) {
 
 void Program::EndJournal() {
     const Status trouble = history.Trouble();
-    const bool isToStay =
-        trouble || !history.HasWritten() ||
-        !user.AskYesNo("The disk reported an error at " + trouble.path + " (" + DescribeFault(trouble) +
-                           ").  Shall everything that this command has changed be taken back?",
-                       MessageIcon::Exclamation);
+    const bool isToStay = trouble || !history.HasWritten() ||
+                          !user.AskYesNo("The disk failed at " + PlaceOf(trouble.path) + " (" + DescribeFault(trouble) +
+                                             ").  Shall everything that this command has changed be taken back?",
+                                         MessageIcon::Exclamation);
     const Status written = history.End(isToStay);
     if (!written)
         TellTakenBack("It could not be written down what this command changes, in " + written.path + " (" +
