@@ -369,7 +369,7 @@ Status JournaledFiles::TakeAway(Path path) {
 Status JournaledFiles::RemoveDirectory(Path path) {
     const Lock lock(mutex);
     if (!log || IsUnwritten(path) || made.IsMade(path))
-        return disk.RemoveDirectory(path);
+        return Note(disk.RemoveDirectory(path));
     const auto info = disk.Info(path);
     const auto attributes = disk.Attributes(path);
     if (!info || info->kind != EntryKind::Directory || !attributes)
