@@ -263,7 +263,7 @@ void JournaledFiles::Prepare(Exchange& exchange) {
         if (!isNew && comesFromScratch)
             return; // what is replaced is the command's own
         record.kind = isNew && comesFromScratch ? RecordKind::Placed : RecordKind::Renamed;
-    } else if (isRepacking && comesFromScratch) {
+    } else if (isRepacking && comesFromScratch && seen) {
         record = {.kind = RecordKind::Repacked, .path = to};
     } else if (exchange.status) {
         auto place = kept->PlaceFor(to);

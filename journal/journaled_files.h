@@ -20,7 +20,8 @@ class JournaledFiles : public FileSystem {
   public:
     explicit JournaledFiles(FileSystem& realDisk) : disk(realDisk) {}
 
-    // isRepacking: a file that is replaced is the same as before, packed or unpacked; nothing is kept of it.
+    // isRepacking: a file that is replaced as it was seen is the same as before, packed or unpacked; nothing is kept of
+    // it.
     void Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepacking);
     void End();
     bool IsActive() const { return log != nullptr; }

@@ -29,7 +29,8 @@ std::vector<Status> Pack(FileSystem& files, const std::vector<std::string>& path
         static_cast<void>(files.Delete(scratch + "\\1"));
         Make(files, scratch + "\\1", packs ? "packed " + *bytes : bytes->substr(7));
         static_cast<void>(files.CopyAttributes(path, scratch + "\\1"));
-        if (const Status status = files.Replace(scratch + "\\1", path); !status)
+        const Replacement replacement = {scratch + "\\1", path, *files.Info(path)};
+        if (const Status status = files.ReplaceAll(std::span(&replacement, 1)).front(); !status)
             failures.push_back(status);
     }
     static_cast<void>(files.RemoveDirectory(scratch));
@@ -162,7 +163,10 @@ const Work Works[] = {
      [](FileSystem& files, const std::string& root) {
          const std::string lear = root + "Hangar\\Jets\\Lear\\";
          static_cast<void>(Pack(files, {lear + "lear.air", lear + "old.txt"}, true));
-         Make(files, root + "Hangar\\Jets\\Lear\\marker", "packed");
+         static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch"));
+         Make(files, root + "Hangar\\~kx~scratch\\1", "packed");
+         static_cast<void>(files.Replace(root + "Hangar\\~kx~scratch\\1", lear + "panel\\panel.cfg"));
+         static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
      },
      Repacking::Packs},
 };
