@@ -31,6 +31,8 @@ class ReadyUser : public UserDialogs {
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
                               const MessageOptions&) override {
         Print(text);
+        if (text.find("Do you want to try again?") != std::string::npos)
+            return {Answer::No, false};
         return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
     }
     std::optional<std::string> AskText(const std::string& prompt, bool) override {
