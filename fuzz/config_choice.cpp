@@ -59,7 +59,7 @@ void Run(std::string_view input) {
         return;
     }
     Require(Outside("Staging\\", after) == Outside("Staging\\", before), "nothing changes outside of Staging");
-    Require(IsClean(after), "neither scratch nor a link is left");
+    Require(IsClean(after), "nothing of the program's own is left, and no link");
     for (const auto& entry : after)
         Require(before.contains(entry.first), "nothing is left over");
     const std::size_t row = input.size() % configurations.size();

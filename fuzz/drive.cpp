@@ -3,6 +3,7 @@
 #include "fuzz/check.h"
 #include "package/reduce_staging.h"
 #include "platform/descriptor_posix.h"
+#include "platform/windows_path.h"
 #include "tests/support/host_drive.h"
 
 #include <algorithm>
@@ -53,7 +54,7 @@ Entries Outside(std::string_view directory, Entries entries) {
 
 bool IsClean(const Entries& entries) {
     return std::ranges::none_of(entries, [](const auto& entry) {
-        return ("\\" + entry.first).find("\\~kx~scratch\\") != std::string::npos || entry.first.ends_with('>');
+        return IsOwnName(WithoutBackslash(LastPathComponent(entry.first))) || entry.first.ends_with('>');
     });
 }
 

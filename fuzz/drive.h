@@ -41,7 +41,7 @@ class WillingUser : public UserDialogs {
 using Entries = std::map<std::string, std::string>;
 // Those that do not lie in the directory, which ends in a backslash.
 Entries Outside(std::string_view directory, Entries entries);
-// There is neither scratch nor a link.
+// There is nothing of the program's own, and no link.
 bool IsClean(const Entries& entries);
 
 // "Staging", "Hangar\Jets", "FS\aircraft" and "FS\gauges" stand on C:, with a gauge that is the user's own.

@@ -23,7 +23,7 @@ void CheckName(std::string_view stored) {
         return;
     Require(name.isDirectory || !name.components.empty(), "a file has a name");
     for (const std::string& component : name.components)
-        Require(IsStorableName(component) && !IsScratchName(component), "a name that is taken can be stored");
+        Require(IsStorableName(component) && !IsOwnName(component), "a name that is taken can be stored");
 }
 
 } // namespace
@@ -42,7 +42,7 @@ void Run(std::string_view input) {
     Require(ProcessZipFile(drive.Context(), unzip, lastZipPath, "C:\\add-on.zip"), "the archive is there");
     const Entries after = drive.Tree();
     Require(Outside("Staging\\", after) == Outside("Staging\\", before), "nothing changes outside of Staging");
-    Require(IsClean(after), "neither scratch nor a link is left");
+    Require(IsClean(after), "nothing of the program's own is left, and no link");
 }
 
 } // namespace korvadex::fuzz

@@ -43,7 +43,7 @@ void Run(std::string_view input) {
                                                             .askPassword = [] { return std::string("secret"); }});
     const Entries after = drive.Tree();
     Require(Outside("Staging\\", after) == Outside("Staging\\", before), "nothing changes outside of Staging");
-    Require(IsClean(after), "neither scratch nor a link is left");
+    Require(IsClean(after), "nothing of the program's own is left, and no link");
     const OpenedArchive archive = OpenArchive(drive.Files(), "C:\\add-on.zip");
     Require(report.code != UnzipCode::Ok || archive.reader, "what was unpacked can be opened");
     if (report.code == UnzipCode::Ok)
