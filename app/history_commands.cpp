@@ -107,11 +107,17 @@ void Program::TellTakenBack(const std::string& why) {
 }
 
 void Program::UndoLast() {
-    Run([&] { Reverse(history.NextUndo(), true); });
+    Run([&] {
+        if (MayChange())
+            Reverse(history.NextUndo(), true);
+    });
 }
 
 void Program::RedoLast() {
-    Run([&] { Reverse(history.NextRedo(), false); });
+    Run([&] {
+        if (MayChange())
+            Reverse(history.NextRedo(), false);
+    });
 }
 
 void Program::Reverse(const HistoryEntry* entry, bool isUndo) {

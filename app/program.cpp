@@ -38,9 +38,11 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
 
     try {
         ShowStatus("");
-        if (!title.name.empty())
-            history.Begin(title);
-        command();
+        if (title.name.empty() || MayChange()) {
+            if (!title.name.empty())
+                history.Begin(title);
+            command();
+        }
         EndJournal();
         // What is selected is what is shown, also where a package has gone and its neighbour has followed.
         if (view.HangarSideShown && package.ref != selection.Package())
@@ -171,7 +173,7 @@ void Program::SetFirstPackage() {
             user.Tell("Please select a package in the Hangar first.");
             return;
         }
-        if (!IsShownThere())
+        if (!MayKeepSettings() || !IsShownThere())
             return;
         const auto line = package.ref.Text();
         if (!SettingsCanHold(line)) {
@@ -259,6 +261,8 @@ void Program::ShowAbout() {
 
 void Program::ChangeLocations() {
     Run([&] {
+        if (!MayKeepSettings())
+            return;
         const Settings before = settings;
         const auto outcome =
             ValidateLocations(files, user, dialogs, RequestLocations(LocationsCaller::Menu, true), settings);
@@ -272,6 +276,12 @@ void Program::ChangeLocations() {
         }
         KeepSettings();
         history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
+        const bool hasLooked = looksOnly;
+        EnterPlaces();
+        if (looksOnly != hasLooked) {
+            RefreshSelection();
+            LoadShownSide();
+        }
         if (settings.locations.MsfsDir != before.locations.MsfsDir)
             ShowChanges({.simulator = true}); // other packages are installed there
         if (settings.locations.StagingDir != before.locations.StagingDir)
@@ -283,6 +293,8 @@ void Program::ChangeLocations() {
 
 void Program::EditLocationProfiles() {
     Run([&] {
+        if (!MayKeepSettings())
+            return;
         ProfileEditor profiles(files, user, settings);
         dialogs.ShowLocationProfiles(profiles);
         if (settings != settings.kept)

@@ -4,6 +4,7 @@
 
 #include "app/gallery_window.h"
 #include "app/list_window.h"
+#include "app/location_locks.h"
 #include "app/locations_entry.h"
 #include "app/main_window.h"
 #include "app/program_dialogs.h"
@@ -182,6 +183,17 @@ class Program : private CommandDisplay {
 
     // startup.cpp
     void StartUp();
+    // Takes the places that another program does not have, and puts in order what it finds there. False, after a
+    // message with this advice, when this one only looks from now on.
+    bool EnterPlaces(const std::string& advice =
+                         "You can look at everything.  To change something, please end the other one first.");
+    // Before a command that changes something; the other program may have ended. False, after a message, when the
+    // command must not go on.
+    bool MayChange();
+    // The same where only kx.ini changes.
+    bool MayKeepSettings();
+    // What a run does before its first change.
+    void PutInOrder();
     bool TakeMarker();
     void CreateDefaultCategories();
     void ShowFirstPackage();
@@ -281,6 +293,8 @@ class Program : private CommandDisplay {
     MainView view;
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
+    LocationLocks locks{files};
+    bool looksOnly = true; // until it has all the places
     Selection selection{files, settings.locations};
     HeldAliases held;
     std::string lastPictureDirectory; // where picture files were last chosen from; "" at first

@@ -77,7 +77,10 @@ void Program::LoadSelectedPackage() {
     ClearPackageDisplay(); // what was shown before is gone, also when loading ends the program
     package.ref = selection.Package();
     if (!package.ref.IsNone()) {
-        if (const auto twins = LoadPackage(context, selection.Package(), package).twins; !twins.empty())
+        if (const auto twins = LoadPackage(context, selection.Package(), package,
+                                           looksOnly ? ChoiceQuestion::AsItIs : ChoiceQuestion::LeaveOpen)
+                                   .twins;
+            !twins.empty())
             StopOnHangarDuplicate(context, twins);
     }
     ShowLoaded();
@@ -85,9 +88,13 @@ void Program::LoadSelectedPackage() {
 
 void Program::LoadStagedFiles(ChoiceQuestion question) {
     ClearPackageDisplay();
-    if (!history.IsRunning()) // looking at it may end in a choice
-        history.Begin({"Choose configuration", CleanPackageName(view.packageName)});
-    CheckSingleAircraftCfg(context);
+    if (looksOnly) {
+        question = ChoiceQuestion::AsItIs;
+    } else {
+        if (!history.IsRunning()) // looking at it may end in a choice
+            history.Begin({"Choose configuration", CleanPackageName(view.packageName)});
+        CheckSingleAircraftCfg(context);
+    }
     const auto importName = ReadImportName(files, settings.locations); // goes with the choice
     const auto outcome = LoadStaging(context, package, question);
     ShowLoaded();
@@ -99,7 +106,7 @@ void Program::LoadStagedFiles(ChoiceQuestion question) {
     // Imported in an earlier run, and chosen only now.
     if (outcome.isConfigurationChosen && importedAircraft.empty())
         importedAircraft = importName;
-    if (importedAircraft.empty() || package.isChoiceOpen)
+    if (importedAircraft.empty() || package.isChoiceOpen || looksOnly)
         return;
     // Now that one panel is left, its gauges are fetched, and Staging is loaded with them.
     ShowView();
@@ -159,6 +166,8 @@ void Program::UpdateStatusCounts() {
     view.statusCounts += !isThere(Place::Staging) ? "  -  Staging is not there"
                          : view.isStagingEmpty    ? "  -  Staging is empty"
                                                   : "  -  Staging contains files";
+    if (looksOnly)
+        view.statusCounts += "  -  only to look at";
 }
 
 // --- choosers

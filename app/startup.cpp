@@ -6,6 +6,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace korvadex {
 
@@ -13,6 +14,13 @@ namespace {
 
 // Tells the next start that the program started it itself: the user has just chosen the locations.
 constexpr const char* MarkerName = "LocationChange";
+
+constexpr const char* NothingChanged =
+    "Nothing was changed.  Please end the other one, or wait until it has ended, and try again.";
+
+std::string AtWork(const std::vector<HeldPlace>& held) {
+    return "Another Korvadex is at work here ...\r\n\r\n" + ListHeld(held) + "\r\n\r\n";
+}
 
 } // namespace
 
@@ -22,6 +30,7 @@ bool Program::Start() {
 }
 
 void Program::StartUp() {
+    locks.Take(settings.AppDir, {});
     const auto loaded = LoadSettings(files, window.Screen(), settings);
     if (!loaded) {
         isSaved = true; // what cannot be read is not written over
@@ -50,21 +59,62 @@ void Program::StartUp() {
     const auto outcome = ValidateLocations(files, user, dialogs, request, settings);
     if (outcome != LocationsOutcome::Valid)
         throw ProgramEnd{};
+    EnterPlaces();
     if (settings != settings.kept)
         KeepSettings();
-
-    OpenHistory();
-    CleanScratch(files, settings.locations);
-    CleanScratchIn(files, settings.AppDir);
-    CreateDefaultCategories();
     RefreshSelection();
     ShowFirstPackage();
     hasStarted = true;
 }
 
+bool Program::EnterPlaces(const std::string& advice) {
+    if (const auto others = locks.Take(settings.AppDir, settings.locations); !others.empty()) {
+        looksOnly = true;
+        user.Tell(AtWork(others) + advice, MessageIcon::Exclamation);
+    } else if (looksOnly) {
+        looksOnly = false;
+        PutInOrder();
+    }
+    return !looksOnly;
+}
+
+void Program::PutInOrder() {
+    OpenHistory();
+    CleanScratch(files, settings.locations);
+    CleanScratchIn(files, settings.AppDir);
+    CreateDefaultCategories();
+}
+
+bool Program::MayChange() {
+    const bool hasLooked = looksOnly;
+    if (!EnterPlaces(NothingChanged))
+        return false;
+    if (!hasLooked)
+        return true;
+    // Positions in the lists, and the package itself, may be others by now.
+    const auto shown = std::tuple(selection.Package(), package.ref, package.ComponentFiles);
+    RefreshSelection();
+    LoadShownSide();
+    EndJournal(); // of what the loading has settled
+    if (shown == std::tuple(selection.Package(), package.ref, package.ComponentFiles))
+        return true;
+    user.Tell("The other Korvadex has ended.  What is shown has changed since you saw it last, and nothing was done.  "
+              "Please look at it and give the command again.",
+              MessageIcon::Information);
+    return false;
+}
+
+bool Program::MayKeepSettings() {
+    const auto others = locks.Take(settings.AppDir, settings.locations);
+    looksOnly = looksOnly || !others.empty();
+    if (!locks.HasSettings())
+        user.Tell(AtWork(others) + NothingChanged, MessageIcon::Exclamation);
+    return locks.HasSettings();
+}
+
 bool Program::TakeMarker() {
     const auto marker = settings.AppDir + MarkerName;
-    if (!files.Info(marker))
+    if (!locks.HasSettings() || !files.Info(marker))
         return false;
     DeleteFileForced(files, marker);
     return true;
@@ -74,7 +124,7 @@ void Program::CreateDefaultCategories() {
     // A category may be a link whose place is away, and a Hangar that cannot be read is not an empty one.
     const auto entries = files.List(settings.locations.HangarDir);
     if (!entries || std::ranges::any_of(*entries, [](const DirectoryEntry& entry) {
-            return entry.info.kind != EntryKind::File && !IsScratchName(entry.name);
+            return entry.info.kind != EntryKind::File && !IsOwnName(entry.name);
         }))
         return;
     for (const auto* category : DefaultCategories)
@@ -142,6 +192,8 @@ void Program::SaveForSessionEnd() {
 }
 
 Status Program::Save() {
+    if (!locks.HasSettings())
+        return {}; // another program keeps its own there
     if (const auto list = window.ListGeometry())
         settings.ListWindowGeometry = *list;
     // Before it was shown, a window that the file has no place for has none worth keeping.
@@ -159,6 +211,7 @@ void Program::EndRun() {
                           DescribeFault(status) + ").  The file is as it was.",
                       MessageIcon::Exclamation);
     }
+    locks.GiveUp();
     window.EndProgram();
 }
 
@@ -179,6 +232,7 @@ void Program::RestartWith(const Settings& oldSettings) {
         return;
     }
     isSaved = true;
+    locks.GiveUp(); // the new one needs them
     if (!launcher.StartProgram(executable))
         user.Tell("Korvadex could not be started again.  Please start it yourself; it will use the new locations.",
                   MessageIcon::Exclamation);

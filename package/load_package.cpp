@@ -74,7 +74,7 @@ std::vector<FileEntry> Loader::CollectNames(std::initializer_list<std::string_vi
 
 void Loader::FillComponentList(Group group) {
     auto files = Collect(group);
-    if (!package.isChoiceOpen)
+    if (!package.isChoiceOpen && question != ChoiceQuestion::AsItIs)
         SettleDocuments(context, package.isStaging, files, package.tree);
     if (settles)
         SettleStagingDuplicates(context, choice, files, package.tree);
@@ -128,7 +128,7 @@ LoadOutcome Loader::SettleConfiguration() {
     if (configs.size() == 1 && isSettled)
         return {};
     package.isChoiceOpen = true;
-    if (configs.size() > 1 || question == ChoiceQuestion::LeaveOpen)
+    if (configs.size() > 1 || question != ChoiceQuestion::Ask)
         return {};
     const auto kept = ChooseConfiguration(context, cfg, package.tree);
     if (!kept)
@@ -201,7 +201,7 @@ LoadOutcome Loader::Run() {
         if (!outcome.twins.empty())
             return outcome;
     }
-    settles = package.isStaging && !package.isChoiceOpen;
+    settles = package.isStaging && !package.isChoiceOpen && question != ChoiceQuestion::AsItIs;
 
     FillComponentList(Images);
     ReadMarker();
@@ -221,11 +221,12 @@ LoadOutcome Loader::Run() {
 
 } // namespace
 
-LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package) {
+LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package,
+                        ChoiceQuestion question) {
     package = LoadedPackage{};
     package.path = ref.Directory(context.locations);
     package.ref = ref;
-    return Loader(context, package, ChoiceQuestion::LeaveOpen).Run();
+    return Loader(context, package, question).Run();
 }
 
 LoadOutcome LoadStaging(CommandContext& context, LoadedPackage& package, ChoiceQuestion question) {

@@ -13,11 +13,13 @@ struct LoadOutcome {
     std::vector<std::string> twins;
 };
 
-// Whether a load of Staging asks which of several configurations to keep.
-enum class ChoiceQuestion { Ask, LeaveOpen };
+// Whether a load of Staging asks which of several configurations to keep. AsItIs: nothing at all is settled on the
+// disk, nor is it in a package.
+enum class ChoiceQuestion { Ask, LeaveOpen, AsItIs };
 
 // Loads a package of the Hangar, from nothing.
-LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package);
+LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package,
+                        ChoiceQuestion question = ChoiceQuestion::LeaveOpen);
 // The same of Staging. It reduces the aircraft to one configuration, then settles duplicate names, and warns of
 // executables; as long as none of several configurations is kept, everything is listed as it is.
 LoadOutcome LoadStaging(CommandContext& context, LoadedPackage& package, ChoiceQuestion question = ChoiceQuestion::Ask);

@@ -26,6 +26,8 @@ void AddTree(const FileSystem& files, const std::string& directory, const std::s
     if (!entries)
         return;
     for (const DirectoryEntry& entry : *entries) {
+        if (entry.name == LockFileName)
+            continue; // it shows where a program runs, not what that has done
         const std::string name = relative + entry.name;
         if (entry.info.kind == EntryKind::Directory) {
             tree[name + "\\"];
