@@ -63,7 +63,7 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
                      [&] { program->RunCommand(entry); });
 
     program->GoToStaging();
-    ASSERT_TRUE(drive.Files().RemoveDirectory(drive.At("Staging")));
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Staging"), drive.At("Away")));
     for (const Menu& menu : MainMenus())
         if (menu.side == Side::Staging)
             for (const Command& command : menu.commands) {
