@@ -67,6 +67,7 @@ class Place {
             Unmount();
         }
         if (isImage) {
+            fs::remove(base + ".image"); // the device of the last one may still be there
             Shell("cp --sparse=always " + base + ".first " + base + ".image");
             Mount("-o loop " + base + ".image", base);
         } else {
