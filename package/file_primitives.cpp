@@ -21,8 +21,14 @@ std::string Explained(const Status& status) {
 }
 
 Status DeleteForced(FileSystem& files, const std::string& path) {
-    static_cast<void>(files.ClearAttributes(path));
-    const Status status = files.Delete(path);
+    // What is kept keeps its attributes.
+    const auto info = files.Info(path);
+    const bool isDirectory = info && info->kind == EntryKind::Directory;
+    Status status = isDirectory ? Status{FileFault::NotKept, path} : files.SetAside(path);
+    if (status.fault == FileFault::NotKept || status.fault == FileFault::OtherVolume) {
+        static_cast<void>(files.ClearAttributes(path));
+        status = files.Delete(path);
+    }
     return status || status.fault == FileFault::NotFound ? Status{} : Status{status.fault, path, status.nativeCode};
 }
 
