@@ -3,6 +3,7 @@
 #include "archive/in_place.h"
 #include "package/name_list.h"
 #include "platform/date_text.h"
+#include "platform/windows_path.h"
 
 #include <algorithm>
 
@@ -30,6 +31,14 @@ std::string ListFailures(const std::vector<Status>& failures) {
 std::string PlaceOf(const std::string& path) {
     const auto own = path.find("\\~kx~");
     return own == std::string::npos ? path : path.substr(0, own + 1);
+}
+
+// None when the path is no package's directory.
+PackageRef PackageAt(const Locations& locations, const std::string& path) {
+    if (!IsAtOrBelow(path, locations.HangarDir) || path.size() <= locations.HangarDir.size())
+        return {};
+    const std::string below = path.substr(locations.HangarDir.size());
+    return std::ranges::count(below, '\\') == 1 ? PackageRefOf(below) : PackageRef();
 }
 
 } // namespace
@@ -80,7 +89,7 @@ void Program::SetSubject(const std::string& subject) {
 
 void Program::EndJournal() {
     const Status trouble = history.Trouble();
-    const bool isToStay = trouble || !history.HasWritten() ||
+    const bool isToStay = trouble || !history.HasChanged() ||
                           !user.AskYesNo("The disk failed at " + PlaceOf(trouble.path) + " (" + DescribeFault(trouble) +
                                              ").  Shall everything that this command has changed be taken back?",
                                          MessageIcon::Exclamation);
@@ -126,23 +135,41 @@ void Program::Reverse(const HistoryEntry* entry, bool isUndo) {
         return;
     }
     const CommandTitle title = entry->title;
+    const std::vector<Record> records = history.ReadJournalOf(*entry).records;
     const auto reason = isUndo ? history.Undo() : history.Redo();
     if (!reason.empty()) {
-        user.Tell("\"" + title.Text() + "\" cannot be " + (isUndo ? "taken back" : "done again") + ".\r\n\r\n" +
-                      reason + "\r\n\r\nNothing was changed.",
-                  MessageIcon::Exclamation);
+        const auto text =
+            "\"" + title.Text() + "\" cannot be " + (isUndo ? "taken back" : "done again") + ".\r\n\r\n" + reason;
+        if (!history.Remains().empty())
+            return TellTakenBack(text);
+        user.Tell(text + "\r\n\r\nNothing was changed.", MessageIcon::Exclamation);
         return;
     }
-    ShowReversed(title);
+    ShowReversed(title, records);
     ShowStatus((isUndo ? "Taken back: " : "Done again: ") + title.Text());
 }
 
-// All may have changed. The package that it was about is shown, where it is there.
-void Program::ShowReversed(const CommandTitle& title) {
-    TakeStock();
+// All may have changed. The package that it was about is shown, where it is there, and Staging comes back with the name
+// that it had.
+void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack) {
+    PackageRef about = PackageRefOf(title.subject);
+    for (auto record = takenBack.rbegin(); record != takenBack.rend(); ++record)
+        if (const auto from = PackageAt(settings.locations, record->path);
+            record->kind == RecordKind::Renamed && !from.IsNone()) {
+            const auto to = PackageAt(settings.locations, record->other);
+            held.FollowPackage(from, to);
+            about = about == from ? to : about;
+        }
+    for (PackageRef* lender : {&held.HeldPanelAlias, &held.HeldSoundAlias})
+        if (files.Info(WithoutBackslash(lender->Directory(settings.locations))).fault() == FileFault::NotFound)
+            *lender = {};
+    selection.ReadCategories();
     if (view.HangarSideShown)
-        selection.Select(PackageRefOf(title.subject));
+        selection.Select(about);
+    const bool wasEmpty = view.isStagingEmpty;
     ShowChanges({.hangar = true, .simulator = true, .package = true});
+    if (wasEmpty && !view.isStagingEmpty)
+        ProposeName(EndsWithNoCase(title.subject, ".zip") ? NameForArchive() : about.name);
     history.Prune();
 }
 

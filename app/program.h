@@ -277,7 +277,7 @@ class Program : private CommandDisplay {
     void TellTakenBack(const std::string& why);
     void SetSubject(const std::string& subject); // of the running command
     void Reverse(const HistoryEntry* entry, bool isUndo);
-    void ShowReversed(const CommandTitle& title);
+    void ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack);
     std::vector<Status> RepackFiles(const std::vector<std::string>& paths, bool packs);
 
     History history;

@@ -46,6 +46,14 @@ Status CommandLog::Flush() {
     return trouble;
 }
 
+void CommandLog::Abandon() {
+    Close();
+    records.clear();
+    isVoid.clear();
+    count = 0;
+    static_cast<void>(files.Delete(path));
+}
+
 std::vector<Record> CommandLog::Records() const {
     std::vector<Record> counting;
     for (std::size_t i = 0; i < records.size(); ++i)

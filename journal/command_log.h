@@ -22,6 +22,9 @@ class CommandLog {
     Status Append(const std::vector<LeftPlace>& left);
     Status Flush();
 
+    // The command goes on without it.
+    void Abandon();
+
     // Another first line, as long as there is none.
     void SetHeading(std::string line) { heading = std::move(line); }
     bool IsEmpty() const { return count == 0; }

@@ -136,17 +136,26 @@ void History::StartLog() {
     files.Begin(*log, *kept, running.title.repacking != Repacking::None);
 }
 
+bool History::HasChanged() const {
+    return log && !IsWithoutEffect(disk, log->Records());
+}
+
 Status History::End(bool isToStay) {
     remains.clear();
     files.End();
-    if (!log)
+    if (!log || log->IsEmpty()) { // it changed nothing, or the user knows that it cannot be taken back
+        for (const std::string& keptIn : kept ? kept->Directories() : std::set<std::string>())
+            DeleteKept(disk, keptIn);
+        log.reset();
+        kept.reset();
         return {};
+    }
     const auto records = log->Records();
     Status status = log->Trouble();
-    if (!log->IsEmpty() && (!status || !isToStay || IsWithoutEffect(disk, records))) {
+    if (!status || !isToStay || IsWithoutEffect(disk, records)) {
         remains = TakeBackAll(running, records);
         DropRunning();
-    } else if (!log->IsEmpty()) {
+    } else {
         status = Keep();
         if (!status) {
             remains = TakeBackAll(running, records);
@@ -337,6 +346,7 @@ std::string History::Redo() {
 }
 
 std::string History::Reverse(const HistoryEntry& entry) {
+    remains.clear();
     if (!entry.whyNot.empty())
         return entry.whyNot;
     const Journal journal = ReadJournalOf(entry);
@@ -350,7 +360,9 @@ std::string History::Reverse(const HistoryEntry& entry) {
     const auto repackBack = [&](const std::vector<std::string>& paths) {
         return repack(files, paths, (entry.title.repacking == Repacking::Packs) == (entry.state == EntryState::Undone));
     };
+    const auto mayGoOnWithoutLog = std::exchange(files.mayGoOnWithoutLog, {});
     const auto failures = TakeBack(journal.records, {files, remove, repackBack}, false);
+    files.mayGoOnWithoutLog = mayGoOnWithoutLog;
     const Status written = End(failures.empty());
     const Status& failure = failures.empty() ? written : failures.front();
     return failure ? "" : failure.path + " (" + DescribeFault(failure) + ")";

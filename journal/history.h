@@ -46,8 +46,8 @@ class History {
     bool IsRunning() const { return log != nullptr; }
     void SetSubject(const std::string& subject);
     const std::string& Subject() const { return running.title.subject; }
-    // It has changed something.
-    bool HasWritten() const { return log && !log->IsEmpty(); }
+    // It has changed something that is still to be seen, and could be taken back.
+    bool HasChanged() const;
     // The first change that the disk refused for no reason of the file's own.
     const Status& Trouble() const { return files.Trouble(); }
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to

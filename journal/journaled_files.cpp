@@ -42,6 +42,7 @@ void JournaledFiles::Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool 
     isRepacking = isRepackingCommand;
     isWithoutLog = false;
     deletionAnswer.reset();
+    logAnswer.reset();
     trouble = {};
     for (const std::string& location : keptPlaces.Locations())
         NoteTime(WithoutBackslash(location));
@@ -56,10 +57,19 @@ void JournaledFiles::End() {
     unwrittenTimes.clear();
 }
 
+// Where nothing may be written, nothing can be deleted either.
 bool JournaledFiles::MayDelete(const Status& why) {
+    if (why.fault == FileFault::ReadOnlyDisk)
+        return false;
     if (!deletionAnswer)
         deletionAnswer = mayDelete && mayDelete(why);
     return *deletionAnswer;
+}
+
+bool JournaledFiles::MayGoOnWithoutLog(const Status& why) {
+    if (!logAnswer)
+        logAnswer = mayGoOnWithoutLog && mayGoOnWithoutLog(why);
+    return *logAnswer;
 }
 
 Status JournaledFiles::Note(Status status) {
@@ -80,8 +90,9 @@ Result<std::size_t> JournaledFiles::Announce(const Record& record) {
     if (number && isFirst)
         if (const Status flushed = log->Flush(); !flushed)
             number = flushed;
-    if (!number && isFirst && mayGoOnWithoutLog && mayGoOnWithoutLog(number.status())) {
+    if (!number && isFirst && MayGoOnWithoutLog(number.status())) {
         isWithoutLog = true;
+        log->Abandon();
         return std::size_t{0};
     }
     return number;
@@ -104,9 +115,13 @@ Status JournaledFiles::Make(const Record& record, const std::function<Status()>&
     if (record.kind != RecordKind::SetAside && !isWithoutLog && !made.IsMade(ParentDirectory(record.path)))
         if (const Status flushed = log->Flush(); !flushed)
             return flushed;
-    const Status status = Note(change());
-    if (!status)
+    const Status status = change();
+    if (!status) {
         log->Void(*number);
+        static_cast<void>(
+            Note({status.fault, IsOwnPlace(record.path) && !record.other.empty() ? record.other : record.path,
+                  status.nativeCode}));
+    }
     return status;
 }
 
@@ -298,6 +313,7 @@ void JournaledFiles::Finish(Exchange& exchange) {
         made.NoteRenamed(from, to);
         return;
     }
+    exchange.status.path = to;
     static_cast<void>(Note(exchange.status));
     if (exchange.isLinked)
         static_cast<void>(disk.Delete(exchange.record.kept));
@@ -347,7 +363,7 @@ Status JournaledFiles::TakeAway(Path path) {
     const auto place = kept->PlaceFor(path);
     if (!place) {
         if (!MayDelete(place.status()))
-            return Note(place.status());
+            return Note({place.fault(), path, place.status().nativeCode});
         if (disk.Info(path)->kind == EntryKind::Directory)
             return {FileFault::NotKept, path};
         return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
@@ -368,7 +384,7 @@ Status JournaledFiles::TakeAway(Path path) {
     // What is one volume to the system may be two to a rename.
     if (status.fault == FileFault::OtherVolume && disk.Info(path)->kind != EntryKind::Directory && MayDelete(status))
         return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
-    return status;
+    return status ? status : Status{status.fault, path, status.nativeCode};
 }
 
 Status JournaledFiles::RemoveDirectory(Path path) {

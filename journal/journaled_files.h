@@ -30,7 +30,7 @@ class JournaledFiles : public FileSystem {
 
     // Asks, once for a command, whether things that cannot be kept, for this reason, may go for good.
     std::function<bool(const Status&)> mayDelete;
-    // Asks whether the command may work although nothing of it can be written down.
+    // Asks, once for a command, whether it may work although nothing of it can be written down.
     std::function<bool(const Status&)> mayGoOnWithoutLog;
     // Gives up what earlier commands have kept on the volume of this directory, until so many bytes are free.
     std::function<void(const std::string& directory, std::uint64_t bytes)> giveUpKept;
@@ -93,6 +93,7 @@ class JournaledFiles : public FileSystem {
     // Remembers it when the disk is to blame; the status itself.
     Status Note(Status status);
     bool MayDelete(const Status& why);
+    bool MayGoOnWithoutLog(const Status& why);
 
     FileSystem& disk;
     CommandLog* log = nullptr;
@@ -102,8 +103,8 @@ class JournaledFiles : public FileSystem {
     std::set<std::string> timed;        // the directories whose times are in the log, or are to come into it
     std::vector<Record> unwrittenTimes; // with the next change
     Status trouble;
-    std::optional<bool> deletionAnswer; // of the running command
-    std::recursive_mutex mutex;         // pieces of one command work at the same time
+    std::optional<bool> deletionAnswer, logAnswer; // of the running command
+    std::recursive_mutex mutex;                    // pieces of one command work at the same time
 };
 
 } // namespace korvadex

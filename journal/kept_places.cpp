@@ -26,6 +26,16 @@ void DeleteAll(FileSystem& files, const std::string& path) {
     static_cast<void>(files.Delete(path));
 }
 
+// The directory of all that is kept comes and goes without a trace in the time of the one that it lies in.
+template<class Change>
+auto KeepTime(FileSystem& files, const std::string& directory, Change change) {
+    const auto before = files.Info(WithoutBackslash(directory));
+    const auto outcome = change();
+    if (outcome && before)
+        static_cast<void>(files.SetTime(WithoutBackslash(directory), before->time));
+    return outcome;
+}
+
 } // namespace
 
 KeptPlaces::KeptPlaces(FileSystem& fileSystem, KeptLocations keptLocations, std::string commandName)
@@ -60,11 +70,12 @@ std::string KeptPlaces::LocationFor(const std::string& parent) const {
 }
 
 Result<std::string> KeptPlaces::NewDirectory(const std::string& parent) {
-    const std::string kept = LocationFor(parent) + std::string(KeptDirectoryName);
+    const std::string location = LocationFor(parent), kept = location + std::string(KeptDirectoryName);
     const std::string own = kept + "\\" + command;
-    for (const std::string& directory : {kept, own})
-        if (const auto made = EnsureRealDirectory(files, directory); !made)
-            return made.status();
+    if (const auto made = KeepTime(files, location, [&] { return EnsureRealDirectory(files, kept); }); !made)
+        return made.status();
+    if (const auto made = EnsureRealDirectory(files, own); !made)
+        return made.status();
     directories.insert(own + "\\");
     for (int number = 1;; ++number) {
         const std::string directory = own + "\\" + std::to_string(number);
@@ -81,7 +92,9 @@ void DeleteKept(FileSystem& files, const std::string& directory) {
     if (!EqualNoCase(WithoutBackslash(LastPathComponent(kept)), KeptDirectoryName))
         return;
     DeleteAll(files, WithoutBackslash(directory));
-    static_cast<void>(files.RemoveDirectory(WithoutBackslash(kept))); // stays while others keep something in it
+    // It stays while others keep something in it.
+    static_cast<void>(
+        KeepTime(files, ParentDirectory(kept), [&] { return files.RemoveDirectory(WithoutBackslash(kept)); }));
 }
 
 KeptSize SizeOf(const FileSystem& files, const std::string& path) {

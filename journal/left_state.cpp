@@ -115,7 +115,8 @@ class Obstacles {
 std::vector<LeftPlace> LookAtPlaces(const FileSystem& files, const std::vector<Record>& records) {
     Places places(files);
     for (const Record& record : records) {
-        const bool isOwn = record.kind == RecordKind::Placed || record.kind == RecordKind::MadeDirectory;
+        const bool isOwn = record.kind == RecordKind::Placed || record.kind == RecordKind::MadeDirectory ||
+                           (record.kind == RecordKind::Renamed && IsKeptPlace(record.other)); // it came back
         if (record.kind == RecordKind::KeptFrom || record.kind == RecordKind::DirectoryTime)
             continue;
         places.Add(record.path, isOwn);

@@ -12,13 +12,13 @@
 //   readonly FILE                   link PATH -> TARGET      void FILE (no bytes, and its time as it was)
 //   noon DIRECTORY                  its files get one time   headless (no editor starts)
 //   space BYTES                     free on the disk
-//   kept DIRECTORY\                 there goes, numbered, what the disk takes away whole
 //   fail                            no more
 //   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
 // The user (the program starts with the first of these):
 //   start                           (once more) with the settings that there are; "start first": there are none;
 //                                   "start fails", "start first fails": the program ends
 //   do NAME                         an entry of the menus, a key of the toolbar, a button of the window
+//   undo, redo                      of the last command
 //   hangar, staging, refresh, exit  select CATEGORY\PACKAGE  category ROW
 //   name TEXT                       into the field for a package's name
 //   drop FILE, FILE (archives)      add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
@@ -341,10 +341,6 @@ class CaseTest : public ProgramTest {
              });
          }}},
         {"space", {[this](auto& bytes) { disk.freeSpace = std::stoull(bytes); }}},
-        {"kept", {[this](auto& directory) {
-             drive.MakeDirectory(directory);
-             disk.kept = drive.At(directory);
-         }}},
         {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},
@@ -368,6 +364,8 @@ class CaseTest : public ProgramTest {
         {"hangar", {[this](auto&) { program->GoToHangar(); }}},
         {"staging", {[this](auto&) { program->GoToStaging(); }}},
         {"refresh", {[this](auto&) { program->Refresh(); }}},
+        {"undo", {[this](auto&) { program->UndoLast(); }}},
+        {"redo", {[this](auto&) { program->RedoLast(); }}},
         {"exit", {[this](auto&) { program->Shutdown(); }}},
         {"category", {[this](auto& row) { program->ChooseCategory(std::stoi(row)); }}},
         {"select", {[this](auto& path) { Select(In(path)); }}},

@@ -59,13 +59,6 @@ std::vector<Status> FaultyFiles::Flush(std::span<const std::string> paths) {
     return outcomes;
 }
 
-Status FaultyFiles::SetAside(Path path) {
-    const Status status = Count("SetAside", path);
-    if (!status || kept.empty())
-        return status ? real.SetAside(path) : status;
-    return real.Rename(path, kept + std::to_string(++setAside));
-}
-
 std::vector<Status> FaultyFiles::ReplaceAll(std::span<const Replacement> replacements) {
     std::vector<Status> outcomes;
     for (const Replacement& replacement : replacements) {

@@ -39,7 +39,6 @@ class FaultyFiles : public FileSystem {
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
     // renamed into it or out of it.
     std::string volume;
-    std::string kept;       // when set (a path that ends in a backslash), what is set aside goes there, numbered
     std::string unreadable; // a directory (with a trailing backslash) that cannot be listed
 
     int Changes() const { return changes; }
@@ -67,7 +66,7 @@ class FaultyFiles : public FileSystem {
     Status Link(Path from, Path to) override {
         return Move("Link", from, to, [&] { return real.Link(from, to); });
     }
-    Status SetAside(Path path) override;
+    Status SetAside(Path path) override { return Change("SetAside", path, &FileSystem::SetAside, path); }
     Status Delete(Path path) override { return Change("Delete", path, &FileSystem::Delete, path); }
     Status CreateDirectory(Path path) override {
         return Change("CreateDirectory", path, &FileSystem::CreateDirectory, path);
@@ -117,7 +116,7 @@ class FaultyFiles : public FileSystem {
     bool CrossesVolumes(Path a, Path b) const;
 
     FileSystem& real;
-    int changes = 0, setAside = 0;
+    int changes = 0;
     Rule rule;
 };
 
