@@ -26,7 +26,7 @@ void Print(const korvadex::test::RoadReport& report) {
 
 int main(int argumentCount, char** arguments) {
     std::uint64_t seed = 1;
-    int first = 0, count = 200;
+    int first = 0, count = 200, walks = 0;
     for (int i = 1; i + 1 < argumentCount; i += 2) {
         const std::string_view option = arguments[i];
         const auto value = std::strtoull(arguments[i + 1], nullptr, 10);
@@ -34,6 +34,8 @@ int main(int argumentCount, char** arguments) {
             seed = value;
         else if (option == "--count")
             count = static_cast<int>(value);
+        else if (option == "--walks")
+            walks = static_cast<int>(value);
         else if (option == "--only") {
             first = static_cast<int>(value);
             count = 1;
@@ -42,6 +44,8 @@ int main(int argumentCount, char** arguments) {
     korvadex::test::RoadReport report;
     for (int number = first; number < first + count; ++number)
         korvadex::test::TakeRoads(seed, number, report);
+    for (int walk = 0; walk < walks; ++walk)
+        korvadex::test::TakeWalk(seed + static_cast<std::uint64_t>(walk), 200, report);
     Print(report);
     return report.violations.empty() ? 0 : 1;
 }

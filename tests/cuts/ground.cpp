@@ -167,6 +167,7 @@ class Run {
         }
     }
     bool isStarted = false;
+    std::function<void()> look;
 
   private:
     void DoStep(const std::string& step) {
@@ -187,6 +188,8 @@ class Run {
             Select(step.substr(0, bar), step.substr(bar + 1));
         else if (step.starts_with("name "))
             program.SetPackageName(step.substr(5));
+        else if (step == "look")
+            look();
         else if (step == "drop")
             program.ProcessArchives({"C:\\Downloads\\Pair.zip"});
         else if (step == "leave open")
@@ -319,6 +322,26 @@ void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, c
     Run run(*files, appDir);
     run.Do(StepsOf(command).itself);
     unlink((hostDirectory + "/" + CommandEndMark).c_str());
+}
+
+std::vector<std::string> CommandsWithUndo() {
+    std::vector<std::string> names;
+    for (const Command& command : Commands)
+        if (command.canBeUndone)
+            names.push_back(command.name);
+    return names;
+}
+
+std::string CommandSteps(const std::string& command) {
+    return StepsOf(command).itself;
+}
+
+void DoOn(const std::string& hostDirectory, const std::string& appDir, const std::string& steps,
+          const std::function<void()>& look) {
+    const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
+    Run run(*files, appDir);
+    run.look = look;
+    run.Do(steps);
 }
 
 bool StartOn(const std::string& hostDirectory, const std::string& appDir) {

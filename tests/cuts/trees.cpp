@@ -29,7 +29,7 @@ std::string WithoutNewTimes(const std::string& record) {
     return text + rest;
 }
 
-TreeEntry ReadEntry(const fs::path& path) {
+TreeEntry ReadEntry(const fs::path& path, bool isExact) {
     TreeEntry entry;
     struct stat info {};
     if (lstat(path.c_str(), &info) != 0)
@@ -37,7 +37,7 @@ TreeEntry ReadEntry(const fs::path& path) {
     std::ostringstream mode;
     mode << std::oct << (info.st_mode & 07777);
     entry.kind = (S_ISDIR(info.st_mode) ? "directory " : S_ISLNK(info.st_mode) ? "link " : "file ") + mode.str();
-    entry.time = IsNew(info.st_mtim.tv_sec)
+    entry.time = IsNew(info.st_mtim.tv_sec) && !isExact
                      ? "new"
                      : std::to_string(info.st_mtim.tv_sec) + "." + std::to_string(info.st_mtim.tv_nsec);
     std::array<char, 64> value{};
@@ -48,7 +48,7 @@ TreeEntry ReadEntry(const fs::path& path) {
     } else if (S_ISREG(info.st_mode)) {
         std::ostringstream bytes;
         bytes << std::ifstream(path, std::ios::binary).rdbuf();
-        entry.bytes = path.filename() == "kx_installed.txt" ? WithoutNewTimes(bytes.str()) : bytes.str();
+        entry.bytes = path.filename() == "kx_installed.txt" && !isExact ? WithoutNewTimes(bytes.str()) : bytes.str();
     }
     return entry;
 }
@@ -67,14 +67,15 @@ std::string Difference(const TreeEntry& expected, const TreeEntry& there) {
 
 } // namespace
 
-HostTree ReadTree(const std::string& directory, const std::function<bool(const std::string& path)>& isLeftOut) {
+HostTree ReadTree(const std::string& directory, const std::function<bool(const std::string& path)>& isLeftOut,
+                  bool isExact) {
     HostTree tree;
     for (auto at = fs::recursive_directory_iterator(directory); at != fs::recursive_directory_iterator(); ++at) {
         const std::string path = at->path().string().substr(directory.size() + 1);
         if (isLeftOut(path))
             at.disable_recursion_pending();
         else
-            tree[path] = ReadEntry(at->path());
+            tree[path] = ReadEntry(at->path(), isExact);
     }
     return tree;
 }

@@ -17,8 +17,10 @@ struct TreeEntry {
 };
 using HostTree = std::map<std::string, TreeEntry>; // by the path below the directory
 
-// Without those of which isLeftOut is true, and all below them; it gets their paths below the directory.
-HostTree ReadTree(const std::string& directory, const std::function<bool(const std::string& path)>& isLeftOut);
+// Without those of which isLeftOut is true, and all below them; it gets their paths below the directory. isExact: times
+// of this day as well, and those of directories.
+HostTree ReadTree(const std::string& directory, const std::function<bool(const std::string& path)>& isLeftOut,
+                  bool isExact = false);
 // "PATH: what is different" of each path.
 std::vector<std::string> Differences(const HostTree& expected, const HostTree& there);
 

@@ -22,5 +22,9 @@ struct RoadReport {
 
 // Makes one add-on of these two numbers and takes it on all its roads.
 void TakeRoads(std::uint64_t seed, int number, RoadReport& report);
+// So many commands in any order, with undos, redos and restarts among them: each undo gives back what was there before
+// the command, and each redo what was there after it, to the byte, the time and the attributes. The first violation
+// ends it.
+void TakeWalk(std::uint64_t seed, int commands, RoadReport& report);
 
 } // namespace korvadex::test
