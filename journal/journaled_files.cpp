@@ -110,11 +110,6 @@ Status JournaledFiles::Make(const Record& record, const std::function<Status()>&
     const auto number = Announce(record);
     if (!number)
         return number.status();
-    // What is set aside is found again without its record; so is, with its directory, what was made in one that the
-    // command has made.
-    if (record.kind != RecordKind::SetAside && !isWithoutLog && !made.IsMade(ParentDirectory(record.path)))
-        if (const Status flushed = log->Flush(); !flushed)
-            return flushed;
     const Status status = change();
     if (!status) {
         log->Void(*number);

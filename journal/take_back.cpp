@@ -110,9 +110,6 @@ class Reversal {
 
     Status RemoveDirectory(const std::string& path) {
         const Status status = files.RemoveDirectory(path);
-        // What is in it has come after the last record that reached the disk.
-        if (status.fault == FileFault::NotEmpty && isCutOff)
-            return tools.remove(path);
         return status.fault == FileFault::NotFound || status.fault == FileFault::NotEmpty ? Status{} : status;
     }
 

@@ -30,6 +30,9 @@ class TakenBack : public testing::TestWithParam<std::string> {
             },
             true));
         looks.back().erase("App"); // the journal comes and goes in it
+        for (const char* location : {"Hangar", "Staging", "FS"})
+            if (!withSettings) // a lock comes and goes with the program
+                looks.back().erase(location);
     }
     // After nothing, the command, its undo, its redo, and an undo of that.
     void Expect() {
