@@ -87,7 +87,7 @@ Result<std::size_t> JournaledFiles::Announce(const Record& record) {
     const bool isFirst = log->IsEmpty();
     const Status times = WriteTimes();
     auto number = times ? log->Append(record) : Result<std::size_t>(times);
-    if (number && isFirst)
+    if (number && (isFirst || MustBeSafe(record)))
         if (const Status flushed = log->Flush(); !flushed)
             number = flushed;
     if (!number && isFirst && MayGoOnWithoutLog(number.status())) {
@@ -96,6 +96,24 @@ Result<std::size_t> JournaledFiles::Announce(const Record& record) {
         return std::size_t{0};
     }
     return number;
+}
+
+// A power cut may lose the record and leave the change. What is below a directory that was made goes with that, and
+// what was set aside is found again.
+bool JournaledFiles::MustBeSafe(const Record& record) const {
+    switch (record.kind) {
+    case RecordKind::Created:
+    case RecordKind::Placed:
+    case RecordKind::MadeDirectory:
+        return !made.IsMade(ParentDirectory(record.path));
+    case RecordKind::Renamed:
+    case RecordKind::RemovedDirectory:
+    case RecordKind::Attributes:
+    case RecordKind::Time:
+        return true;
+    default:
+        return false;
+    }
 }
 
 Status JournaledFiles::WriteTimes() {

@@ -72,6 +72,7 @@ class JournaledFiles : public FileSystem {
     // Announces the change, makes it, and takes the announcement back when that failed.
     Status Make(const Record& record, const std::function<Status()>& change);
     Result<std::size_t> Announce(const Record& record);
+    bool MustBeSafe(const Record& record) const;
     // Something in the directories of these paths is about to change.
     void NoteTimes(std::initializer_list<std::string> paths);
     void NoteTime(const std::string& directory);
