@@ -13,5 +13,11 @@ TEST(RandomRoads, LoseNothingAndHearNothingUntrue) {
     EXPECT_THAT(report.violations, testing::IsEmpty());
 }
 
+TEST(RandomRoads, GoBackAndForth) {
+    RoadReport report;
+    TakeWalk(1, 200, report);
+    EXPECT_THAT(report.violations, testing::IsEmpty());
+}
+
 } // namespace
 } // namespace korvadex::test

@@ -92,8 +92,9 @@ class Walk {
             const auto full = WithoutBackslash(drive.At(path));
             const auto info = drive.Files().Info(full);
             const auto attributes = drive.Files().Attributes(full);
-            state[path] = (info ? std::to_string(info->time.time_since_epoch().count()) : "no time") + ", " +
-                          (attributes ? *attributes : "no attributes") + ", " + bytes;
+            const bool hasLock = path == "FS\\" || path == "Hangar\\" || path == "Staging\\"; // it comes and goes
+            state[path] = (info && !hasLock ? std::to_string(info->time.time_since_epoch().count()) : "no time") +
+                          ", " + (attributes ? *attributes : "no attributes") + ", " + bytes;
         }
         return state;
     }
