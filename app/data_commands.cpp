@@ -20,14 +20,14 @@ void Program::DeletePackageNotes() {
 }
 
 void Program::ReadPackageNotes() {
-    Run([&] {
+    Run(Titled(""), [&] {
         if (IsShownThere())
             ReadNotes(context, package);
     });
 }
 
 void Program::Explore() {
-    Run([&] {
+    Run(Titled(""), [&] {
         if (IsShownThere())
             ExplorePackage(context, package);
     });

@@ -30,7 +30,7 @@ void Program::RunHangarCommand(const std::string& name, std::initializer_list<Pl
 }
 
 void Program::LookAtPackage(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command) {
-    Run([&] {
+    Run(Titled(""), [&] {
         if (IsPackageReady(alsoNeeded))
             command();
     });

@@ -47,13 +47,13 @@ void Program::OpenHistory() {
     history.Files().mayDelete = [this](const Status& why) {
         return user.AskYesNo("What goes now cannot be kept in " + why.path + " (" + DescribeFault(why) +
                                  "), so that it could be taken back.  Shall it be deleted all the same?",
-                             MessageIcon::Exclamation);
+                             MessageIcon::Exclamation, Answer::No);
     };
     history.Files().mayGoOnWithoutLog = [this](const Status& why) {
         return user.AskYesNo("What this command changes cannot be written down in " + why.path + " (" +
                                  DescribeFault(why) +
                                  "), so that it could be taken back.  Do you want to go on all the same?",
-                             MessageIcon::Exclamation);
+                             MessageIcon::Exclamation, Answer::No);
     };
     history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
     history.Open(settings.AppDir + HistoryDirectory);
@@ -62,6 +62,7 @@ void Program::OpenHistory() {
 }
 
 void Program::TellCutOff(const HistoryEntry& entry) {
+    const SubjectScope about(user, entry.title.subject);
     for (;;) {
         const auto failures = history.TakeBackCutOff(entry);
         if (failures.empty()) {
@@ -85,6 +86,7 @@ void Program::TellCutOff(const HistoryEntry& entry) {
 
 void Program::SetSubject(const std::string& subject) {
     history.SetSubject(subject);
+    user.subject = subject;
 }
 
 void Program::EndJournal() {
@@ -136,6 +138,7 @@ void Program::Reverse(const HistoryEntry* entry, bool isUndo) {
     }
     const CommandTitle title = entry->title;
     const std::vector<Record> records = history.ReadJournalOf(*entry).records;
+    const SubjectScope about(user, title.subject);
     const auto reason = isUndo ? history.Undo() : history.Redo();
     if (!reason.empty()) {
         const auto text =

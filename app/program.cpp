@@ -35,6 +35,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
         explicit Running(bool& running) : flag(running) { flag = true; }
         ~Running() { flag = false; }
     } running(isRunning);
+    const SubjectScope about(user, title.subject);
 
     try {
         ShowStatus("");
@@ -168,7 +169,7 @@ void Program::Refresh() {
 }
 
 void Program::SetFirstPackage() {
-    Run([&] {
+    Run(Titled(""), [&] {
         if (package.ref.IsNone()) {
             user.Tell("Please select a package in the Hangar first.");
             return;
@@ -198,7 +199,7 @@ std::optional<std::string> Program::ComponentPath(int group, int position) const
 }
 
 void Program::OpenComponent(int group, int position) {
-    Run([&] {
+    Run(Titled(""), [&] {
         const auto path = ComponentPath(group, position);
         const auto seen = path && IsShownThere() ? MakeViewingCopy(context, *path) : "";
         if (seen.empty())
@@ -211,7 +212,7 @@ void Program::OpenComponent(int group, int position) {
 }
 
 void Program::ShowComponentInFolder(int group, int position) {
-    Run([&] {
+    Run(Titled(""), [&] {
         const auto path = ComponentPath(group, position);
         if (path && IsShownThere())
             ShowInFileManager(context, *path);

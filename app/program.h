@@ -158,9 +158,9 @@ class Program : private CommandDisplay {
     std::optional<std::string> ComponentPath(int group, int position) const;
 
     // program.cpp: one command from the window's event to the window's new state. A command that changes something has
-    // a title, and goes into the history.
+    // a title, and goes into the history. One without a name only looks; its subject is asked about as any other.
     void Run(const CommandTitle& title, const std::function<void()>& command);
-    void Run(const std::function<void()>& command) { Run({}, command); } // only looks
+    void Run(const std::function<void()>& command) { Run({}, command); }
     // A command on what is shown: the package, or Staging under the name that it is to get.
     CommandTitle Titled(const std::string& name) const;
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.

@@ -77,6 +77,7 @@ void Program::LoadSelectedPackage() {
     ClearPackageDisplay(); // what was shown before is gone, also when loading ends the program
     package.ref = selection.Package();
     if (!package.ref.IsNone()) {
+        const SubjectScope about(user, package.ref.Text());
         if (const auto twins = LoadPackage(context, selection.Package(), package,
                                            looksOnly ? ChoiceQuestion::AsItIs : ChoiceQuestion::LeaveOpen)
                                    .twins;

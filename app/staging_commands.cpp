@@ -30,8 +30,10 @@ bool Program::IsStagingReady(std::initializer_list<Place> alsoNeeded) {
 void Program::RunStagingCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
                                 const std::function<void()>& command) {
     Run(Titled(name), [&] {
-        if (IsStagingReady(alsoNeeded))
-            command();
+        if (!IsStagingReady(alsoNeeded))
+            return;
+        SetSubject(view.packageName);
+        command();
     });
 }
 
@@ -184,6 +186,7 @@ void Program::ImportAircraft() {
 
 void Program::AddArchive(std::string archive) {
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
+    user.subject = LastPathComponent(archive);
     if (!MayAddToStaging())
         return;
     if (archive.empty())
@@ -192,6 +195,7 @@ void Program::AddArchive(std::string archive) {
         return;
     const auto& before = history.Subject(); // several may be dropped at once
     SetSubject(before + (before.empty() ? "" : ", ") + LastPathComponent(archive));
+    user.subject = LastPathComponent(archive);
     if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive))
         return;
     LoadStagedFiles(ChoiceQuestion::Ask);

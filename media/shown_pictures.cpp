@@ -46,7 +46,9 @@ std::string ImageAt(const LoadedPackage& package, int index) {
 
 bool DeleteImage(CommandContext& context, const std::string& path) {
     const auto asked = context.files.Info(path);
-    if (!context.user.AskYesNo("Delete " + LastPathComponent(path) + "?"))
+    const bool isStaged = IsAtOrBelow(path, context.locations.StagingDir);
+    if (!context.user.AskYesNo("Delete " + LastPathComponent(path) + "?", MessageIcon::None,
+                               isStaged ? Answer::Yes : Answer::No))
         return false;
     if (const auto now = context.files.Info(path); now && (!asked || *now != *asked)) {
         context.user.Tell("The picture " + path +

@@ -35,7 +35,8 @@ Changes DeleteComponentFiles(CommandContext& context, const LoadedPackage& packa
         return {};
     }
     if (!context.user.AskYesNo("Are you sure you want to delete the " + std::to_string(positions.size()) +
-                               " files selected?"))
+                                   " files selected?",
+                               MessageIcon::None, package.isStaging ? Answer::Yes : Answer::No))
         return {};
     const auto& listed = package.ComponentFiles[static_cast<std::size_t>(group)];
     std::vector<std::string> remaining;

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace korvadex {
@@ -12,9 +13,9 @@ enum class MessageIcon { None, Information, Exclamation, Critical };
 enum class MessageButtons { Ok, OkCancel, YesNo };
 enum class Answer { Ok, Cancel, Yes, No };
 
-// A box may carry one check box, such as "Do this for all further duplicates".
 struct MessageOptions {
-    std::string checkBox; // "" for none
+    std::string checkBox = {};   // such as "Do this for all further duplicates"; "" for none
+    Answer preset = Answer::Yes; // the button of a Yes/No question that Enter presses
 };
 struct CheckedAnswer {
     Answer answer;
@@ -31,6 +32,9 @@ struct InfoForm;         // media/aircraft_info.h
 class UserDialogs {
   public:
     virtual ~UserDialogs() = default;
+
+    // What the running command is about: stands in the title line of every message and question.
+    std::string subject;
 
     // Plain text, lines separated by CR LF. A Yes/No box cannot be closed unanswered; OK/Cancel takes Escape
     // as Cancel.
@@ -55,12 +59,27 @@ class UserDialogs {
     void Tell(const std::string& text, MessageIcon icon = MessageIcon::None) {
         ShowMessage(text, MessageButtons::Ok, icon, {});
     }
-    bool AskYesNo(const std::string& text, MessageIcon icon = MessageIcon::None) {
-        return ShowMessage(text, MessageButtons::YesNo, icon, {}).answer == Answer::Yes;
+    // No is the preset where a Yes deletes from the Hangar, or what cannot be taken back.
+    bool AskYesNo(const std::string& text, MessageIcon icon = MessageIcon::None, Answer preset = Answer::Yes) {
+        return ShowMessage(text, MessageButtons::YesNo, icon, {.preset = preset}).answer == Answer::Yes;
     }
     bool AskOkCancel(const std::string& text, MessageIcon icon = MessageIcon::None) {
         return ShowMessage(text, MessageButtons::OkCancel, icon, {}).answer == Answer::Ok;
     }
+};
+
+// For as long as it lives this is the subject.
+class SubjectScope {
+  public:
+    SubjectScope(UserDialogs& dialogs, std::string subject)
+        : user(dialogs), before(std::exchange(user.subject, std::move(subject))) {}
+    SubjectScope(const SubjectScope&) = delete;
+    SubjectScope& operator=(const SubjectScope&) = delete;
+    ~SubjectScope() { user.subject = std::move(before); }
+
+  private:
+    UserDialogs& user;
+    std::string before;
 };
 
 // Thrown from deep inside a command to end the program; only the outermost handler of a command catches it.

@@ -130,7 +130,8 @@ Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, 
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
     if (!context.user.AskYesNo(
             "Are you sure you want to remove this package from the hangar?" +
-            (place.empty() ? "" : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."))) {
+                (place.empty() ? "" : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."),
+            MessageIcon::None, Answer::No)) {
         changes.package = true;
         return changes;
     }
@@ -173,7 +174,8 @@ Changes CopyToStaging(CommandContext& context, const LoadedPackage& package) {
         context.user.Tell("Done.");
         return changes;
     }
-    if (!context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?"))
+    if (!context.user.AskYesNo("Done.\r\n\r\nWould you like to remove this package from the hangar?", MessageIcon::None,
+                               Answer::No))
         return changes;
     changes += RemoveFromHangar(context, package, [&] {
         const std::string different = HasChangedOnDisk(context.files, package)

@@ -90,7 +90,7 @@ class Removal {
         if (!context.user.AskYesNo(directory + " holds files that this package doesn't have ...\r\n\r\n" +
                                        ListNames(others) +
                                        "\r\n\r\nThey will be lost.  Do you want to remove the package nevertheless?",
-                                   MessageIcon::Exclamation))
+                                   MessageIcon::Exclamation, Answer::No))
             return false;
         if (FilesOfOthers(context, package, directory) == others)
             return true;

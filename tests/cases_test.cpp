@@ -267,6 +267,7 @@ class CaseTest : public ProgramTest {
             {"packages", joined(form.PackageLines())},
             {"counts", view.statusCounts},
             {"status", form.status},
+            {"box", user.subject + (user.preset == Answer::No ? ", Enter is No" : "")},
             {"list", form.listCaption + ": " + joined(form.listLines)},
             {"shown", std::to_string(form.listShows)},
             {"revision", std::to_string(view.listRevision)},

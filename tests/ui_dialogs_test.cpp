@@ -26,7 +26,9 @@ class DialogTest : public testing::Test {
     ModalUser user;
 
     std::string Host(const char* relative) { return drive.Files().HostPath(drive.At(relative)); }
-    Answer Ask(MessageButtons buttons) { return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {}).answer; }
+    Answer Ask(MessageButtons buttons, Answer preset = Answer::Yes) {
+        return dialogs.ShowMessage("Sure?", buttons, MessageIcon::None, {.preset = preset}).answer;
+    }
 };
 
 QAbstractButton* Button(QWidget& window, const QString& caption) {
@@ -44,9 +46,10 @@ TEST_F(DialogTest, AMessageShowsItsTextAsItStands) {
         const auto& label = Control<QLabel>(box, "qt_msgbox_label");
         EXPECT_EQ(label.text().toStdString(), "< B 17 >  &\n\n<b>not bold</b>");
         EXPECT_EQ(label.textFormat(), Qt::PlainText);
-        EXPECT_EQ(box.windowTitle(), "");
+        EXPECT_EQ(box.windowTitle(), "Korvadex  -  Jets\\<B 17>");
         QTest::mouseClick(Button(box, "OK"), Qt::LeftButton);
     });
+    dialogs.subject = "Jets\\<B 17>";
     dialogs.Tell(text);
 }
 
@@ -76,16 +79,19 @@ TEST_F(DialogTest, EscapeAndEnterAnswerTheOtherBoxes) {
         MessageButtons buttons;
         Qt::Key key;
         Answer answer;
+        Answer preset = Answer::Yes;
     } rows[] = {
         {"Escape cancels", MessageButtons::OkCancel, Qt::Key_Escape, Answer::Cancel},
         {"Enter accepts", MessageButtons::OkCancel, Qt::Key_Return, Answer::Ok},
         {"Escape closes a message", MessageButtons::Ok, Qt::Key_Escape, Answer::Ok},
         {"Enter says yes", MessageButtons::YesNo, Qt::Key_Return, Answer::Yes},
+        {"Enter says no", MessageButtons::YesNo, Qt::Key_Return, Answer::No, Answer::No},
+        {"so does the blank", MessageButtons::YesNo, Qt::Key_Space, Answer::No, Answer::No},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         user.Expect("messageBox", [&](QWidget& box) { PressKey(box, row.key); });
-        EXPECT_EQ(Ask(row.buttons), row.answer);
+        EXPECT_EQ(Ask(row.buttons, row.preset), row.answer);
     }
 }
 

@@ -77,7 +77,10 @@ QWidget* Dialogs::Parent() const {
 
 CheckedAnswer Dialogs::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                    const MessageOptions& options) {
-    return MessageBox(LinesToQt(text), buttons, icon, ToQt(options.checkBox), Parent()).Ask();
+    MessageBox box(LinesToQt(text), buttons, icon, options, Parent());
+    if (!subject.empty())
+        box.setWindowTitle("Korvadex  -  " + ToQt(subject));
+    return box.Ask();
 }
 
 std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSecret) {

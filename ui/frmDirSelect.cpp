@@ -94,7 +94,7 @@ void frmDirSelect::ReadSubdirectories(QTreeWidgetItem* item) {
             const std::string path = PathOf(item) + entry.name + "\\";
             const bool isDirectory = entry.info.kind == EntryKind::Directory ||
                                      (entry.info.kind == EntryKind::Link && files.IsDirectory(path));
-            if (isDirectory && !IsScratchName(entry.name))
+            if (isDirectory && !IsOwnName(entry.name))
                 item->addChild(NewItem(ToQt(entry.name), path, icon));
         }
     }
@@ -111,7 +111,7 @@ void frmDirSelect::MakeDirectory() {
     if (box.exec() != QDialog::Accepted || box.Text().trimmed().isEmpty())
         return;
     const std::string name = FromQt(box.Text().trimmed()), path = above + name + "\\";
-    const bool isName = IsStorableName(name) && !IsScratchName(name);
+    const bool isName = IsStorableName(name) && !IsOwnName(name);
     if (const auto fault = isName ? files.CreateDirectory(path).fault : FileFault::BadName; fault != FileFault::None) {
         const auto text = "The directory " + path + " could not be made (" + DescribeFault(fault) +
                           ").  Please choose another name or another place.";

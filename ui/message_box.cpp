@@ -1,5 +1,7 @@
 #include "ui/message_box.h"
 
+#include "ui/qt_text.h"
+
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QDialogButtonBox>
@@ -67,7 +69,7 @@ class YesFirstStyle : public QProxyStyle {
 
 } // namespace
 
-MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const QString& checkText,
+MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const MessageOptions& options,
                        QWidget* parent)
     : QMessageBox(parent), mustBeAnswered(buttons == MessageButtons::YesNo) {
     setObjectName("messageBox");
@@ -75,9 +77,11 @@ MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon 
     setText(text);
     setIcon(IconOf(icon));
     setStandardButtons(ButtonsOf(buttons));
-    setDefaultButton(mustBeAnswered ? QMessageBox::Yes : QMessageBox::Ok);
-    if (!checkText.isEmpty()) {
-        auto* box = new QCheckBox(checkText, this);
+    setDefaultButton(!mustBeAnswered                ? QMessageBox::Ok
+                     : options.preset == Answer::No ? QMessageBox::No
+                                                    : QMessageBox::Yes);
+    if (!options.checkBox.empty()) {
+        auto* box = new QCheckBox(ToQt(options.checkBox), this);
         box->setObjectName("chkOption");
         setCheckBox(box);
     }

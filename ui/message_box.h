@@ -11,7 +11,7 @@ class MessageBox : public QMessageBox {
     Q_OBJECT
 
   public:
-    MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const QString& checkText,
+    MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const MessageOptions& options,
                QWidget* parent);
 
     CheckedAnswer Ask();

@@ -139,6 +139,7 @@ std::any ScriptedUser::Take(const std::string& text, const std::type_info& kind)
 CheckedAnswer ScriptedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                                         const MessageOptions& options) {
     SCOPED_TRACE(text);
+    preset = options.preset;
     const Message shown{buttons, icon, !options.checkBox.empty()};
     return Play<std::optional<CheckedAnswer>>(text, shown)
         .value_or(CheckedAnswer{isPatient ? Agreement(buttons) : Refusal(buttons), false});

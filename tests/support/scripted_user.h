@@ -65,6 +65,7 @@ class ScriptedUser : public UserDialogs {
     bool isPatient = false;
     std::vector<std::string> transcript;
     std::vector<ConfigurationRow> configurations; // as offered last
+    Answer preset = Answer::Yes;                  // of the question shown last
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                               const MessageOptions& options) override;
