@@ -2,6 +2,8 @@
 
 #include "platform/windows_path.h"
 
+#include <utility>
+
 namespace korvadex {
 
 CommandLog::CommandLog(FileSystem& fileSystem, std::string logPath, std::string firstLine)
@@ -46,20 +48,21 @@ Status CommandLog::Flush() {
     return trouble;
 }
 
-void CommandLog::Abandon() {
-    Close();
-    records.clear();
-    isVoid.clear();
-    count = 0;
-    static_cast<void>(files.Delete(path));
-}
-
 std::vector<Record> CommandLog::Records() const {
     std::vector<Record> counting;
     for (std::size_t i = 0; i < records.size(); ++i)
         if (!isVoid[i])
             counting.push_back(records[i]);
     return counting;
+}
+
+void CommandLog::Abandon() {
+    if (std::exchange(file, nullptr))
+        static_cast<void>(files.Delete(path));
+    records.clear();
+    isVoid.clear();
+    count = 0;
+    trouble = {};
 }
 
 Status CommandLog::Open() {

@@ -22,9 +22,6 @@ class CommandLog {
     Status Append(const std::vector<LeftPlace>& left);
     Status Flush();
 
-    // The command goes on without it.
-    void Abandon();
-
     // Another first line, as long as there is none.
     void SetHeading(std::string line) { heading = std::move(line); }
     bool IsEmpty() const { return count == 0; }
@@ -35,6 +32,8 @@ class CommandLog {
     const Status& Trouble() const { return trouble; }
     // No more is written.
     void Close() { file.reset(); }
+    // As if there had never been one.
+    void Abandon();
 
   private:
     Status Open();

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::string_view LogExtension = ".log", DoneExtension = ".done", NewExtension = ".new";
 constexpr const char* CutOffReason = "It was cut off, and has been taken back.";
+constexpr const char* RemainsReason = "Not all of it could be taken back.  What was kept of it is in ";
 constexpr const char* NoRoomReason = "What it had kept had to go, as there was no more room for it.";
 
 FileTime Now() {
@@ -42,6 +43,13 @@ std::optional<int> NumberIn(const std::string& name, std::string_view extension)
         return std::nullopt;
     const auto number = NumberOf(std::string_view(name).substr(0, name.size() - extension.size()));
     return number && *number > 0 && *number < 1'000'000'000 ? std::optional(static_cast<int>(*number)) : std::nullopt;
+}
+
+std::uint64_t BytesIn(const FileSystem& files, const std::vector<std::string>& directories) {
+    std::uint64_t sum = 0;
+    for (const std::string& directory : directories)
+        sum += SizeOf(files, WithoutBackslash(directory)).bytes;
+    return sum;
 }
 
 // The records changed nothing that is still to be seen.
@@ -96,11 +104,13 @@ void History::Open(const std::string& historyDirectory) {
         lastNumber = std::max(lastNumber, *number);
         const auto text = ReadBytes(disk, directory + file.name);
         auto entry = text ? ReadEntry(*text) : std::nullopt;
-        if (!entry || !disk.Info(LogOf(*number))) {
-            static_cast<void>(disk.Delete(directory + file.name));
+        if (!entry)
+            continue; // its log alone would be taken for a command that was cut off
+        entry->number = *number;
+        if (disk.Info(LogOf(*number)).fault() == FileFault::NotFound) {
+            Drop(*entry); // to the end
             continue;
         }
-        entry->number = *number;
         if (auto [known, isNew] = byItem.try_emplace(entry->item, *entry); !isNew) {
             outdated.push_back(known->second); // taken back or done again since
             known->second = *entry;
@@ -151,7 +161,7 @@ Status History::End(bool isToStay) {
         return {};
     }
     const auto records = log->Records();
-    Status status = log->Trouble();
+    Status status = log->Flush();
     if (!status || !isToStay || IsWithoutEffect(disk, records)) {
         remains = TakeBackAll(running, records);
         DropRunning();
@@ -237,7 +247,8 @@ std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::v
     std::string path;
     for (int turn = 1; path.empty() || disk.Info(path); ++turn) {
         path = directory + NameOf(entry.number) + ".back" + std::to_string(turn);
-        if (const auto text = ReadBytes(disk, path))
+        const auto text = ReadBytes(disk, path);
+        if (const auto owner = text ? ReadEntry(*text) : std::nullopt; owner && owner->key == entry.key)
             for (const std::size_t done : ReadJournal(*text).voids)
                 tools.done.insert(done);
     }
@@ -245,6 +256,7 @@ std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::v
     tools.noteDone = [&](std::size_t number) {
         static_cast<void>(progress.Append(Record{.kind = RecordKind::Void, .size = number}));
     };
+    tools.flushDone = [&] { static_cast<void>(progress.Flush()); };
     return TakeBack(records, tools, true);
 }
 
@@ -274,7 +286,7 @@ std::vector<HistoryEntry> History::CutOff() const {
     const auto listed = disk.List(directory);
     for (const DirectoryEntry& file : listed ? *listed : std::vector<DirectoryEntry>()) {
         const auto number = NumberIn(file.name, LogExtension);
-        if (!number || disk.Info(DoneOf(*number)))
+        if (!number || disk.Info(DoneOf(*number)).fault() != FileFault::NotFound)
             continue;
         const auto text = ReadBytes(disk, directory + file.name);
         auto entry = text ? ReadEntry(*text) : std::nullopt;
@@ -291,27 +303,53 @@ std::vector<HistoryEntry> History::CutOff() const {
 }
 
 std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
-    auto failures = TakeBackAll(entry, ReadJournalOf(entry).records);
-    if (failures.empty())
-        GiveUpCutOff(entry);
-    return failures;
+    const auto text = ReadBytes(disk, LogOf(entry.number));
+    if (!text)
+        return {text.status()};
+    const auto records = ReadJournal(*text).records;
+    auto failures = TakeBackAll(entry, records);
+    if (!failures.empty())
+        return failures;
+    HistoryEntry ended = entry;
+    ended.whyNot = CutOffReason;
+    ended.keptIn = KeptIn(entry, records);
+    ended.keptBytes = BytesIn(disk, ended.keptIn);
+    if (!EndCutOff(ended)) // on a full disk; what is written down of it would be taken back once more
+        static_cast<void>(disk.Delete(LogOf(entry.number)));
+    return {};
 }
 
+// Its things may be the only ones that there are: the history names them, and never lets them go.
 void History::GiveUpCutOff(const HistoryEntry& entry) {
     HistoryEntry ended = entry;
-    ended.item = ended.number;
-    ended.state = EntryState::CutOff;
-    ended.whyNot = CutOffReason;
+    ended.whyNot = RemainsReason;
+    const auto keptIn = KeptIn(entry, ReadJournalOf(entry).records);
+    for (const std::string& directoryOfKept : keptIn)
+        ended.whyNot += (directoryOfKept == keptIn.front() ? "" : ", ") + directoryOfKept;
+    static_cast<void>(EndCutOff(ended));
+}
+
+std::vector<std::string> History::KeptIn(const HistoryEntry& entry, const std::vector<Record>& records) const {
+    std::vector<std::string> found;
     for (const std::string& location : locations)
         if (const auto keptIn = location + std::string(KeptDirectoryName) + "\\" + entry.key + "\\";
-            disk.Info(WithoutBackslash(keptIn))) {
-            ended.keptBytes += SizeOf(disk, WithoutBackslash(keptIn)).bytes;
-            ended.keptIn.push_back(keptIn);
-        }
+            disk.Info(WithoutBackslash(keptIn)))
+            found.push_back(keptIn);
+    for (const Record& record : records)
+        if (record.kind == RecordKind::KeptFrom)
+            if (auto keptIn = ParentDirectory(record.kept); std::ranges::find(found, keptIn) == found.end())
+                found.push_back(std::move(keptIn));
+    return found;
+}
+
+bool History::EndCutOff(HistoryEntry ended) {
+    ended.item = ended.number;
+    ended.state = EntryState::CutOff;
     if (!WriteEntry(ended))
-        return;
-    entries.push_back(ended);
-    DeleteProgress(entry.number);
+        return false;
+    DeleteProgress(ended.number);
+    entries.push_back(std::move(ended));
+    return true;
 }
 
 // --- the way back
@@ -349,7 +387,14 @@ std::string History::Reverse(const HistoryEntry& entry) {
     remains.clear();
     if (!entry.whyNot.empty())
         return entry.whyNot;
-    const Journal journal = ReadJournalOf(entry);
+    const auto text = ReadBytes(disk, LogOf(entry.number));
+    if (!text)
+        return text.status().path + " (" + DescribeFault(text.status()) + ")";
+    const Journal journal = ReadJournal(*text);
+    if (journal.records.empty())
+        return LogOf(entry.number) + " is damaged.";
+    if (!entry.keptIn.empty() && BytesIn(disk, entry.keptIn) != entry.keptBytes)
+        return "What was kept of it in " + entry.keptIn.front() + " is not as it was.";
     if (auto obstacle = FindObstacle(disk, journal); !obstacle.empty())
         return obstacle;
     running = NewEntry(entry.title);
@@ -383,11 +428,14 @@ std::uint64_t History::KeptBytes() const {
 }
 
 void History::Drop(const HistoryEntry& entry) {
+    // Without its log it cannot be taken back any more, by what is only half there. A log alone would be taken for a
+    // command that was cut off.
+    if (const Status status = disk.Delete(LogOf(entry.number)); !status && status.fault != FileFault::NotFound)
+        return;
     for (const std::string& keptIn : entry.keptIn)
         DeleteKept(disk, keptIn);
-    // A log alone would be taken for a command that was cut off.
-    if (const Status status = disk.Delete(LogOf(entry.number)); status || status.fault == FileFault::NotFound)
-        static_cast<void>(disk.Delete(DoneOf(entry.number)));
+    static_cast<void>(disk.Flush(std::vector{WithoutBackslash(directory)}));
+    static_cast<void>(disk.Delete(DoneOf(entry.number)));
 }
 
 void History::GiveUpKept(HistoryEntry& entry, const std::string& why) {
@@ -403,8 +451,10 @@ void History::GiveUpKept(HistoryEntry& entry, const std::string& why) {
 }
 
 HistoryEntry* History::OldestKeeping(const std::function<bool(const HistoryEntry&)>& isWanted) {
-    const auto found = std::ranges::find_if(
-        entries, [&](const HistoryEntry& entry) { return entry.keptBytes > 0 && isWanted(entry); });
+    const auto found =
+        std::ranges::find_if(entries, [&](const HistoryEntry& entry) { // not of the one that is being taken back
+            return entry.keptBytes > 0 && (!log || entry.item != running.item) && isWanted(entry);
+        });
     return found == entries.end() ? nullptr : &*found;
 }
 

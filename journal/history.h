@@ -93,6 +93,9 @@ class History {
     void DeleteProgress(int number);
     std::string Reverse(const HistoryEntry& entry);
     void DropRunning();
+    // Where things of a command that was cut off may be kept.
+    std::vector<std::string> KeptIn(const HistoryEntry& entry, const std::vector<Record>& records) const;
+    bool EndCutOff(HistoryEntry ended); // false when it could not be written down
     void Drop(const HistoryEntry& entry);
     void GiveUpKept(HistoryEntry& entry, const std::string& why);
     void MakeRoom(const std::string& directory, std::uint64_t bytes);

@@ -41,6 +41,7 @@ void JournaledFiles::Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool 
     kept = &keptPlaces;
     isRepacking = isRepackingCommand;
     isWithoutLog = false;
+    hasAnnounced = false;
     deletionAnswer.reset();
     logAnswer.reset();
     trouble = {};
@@ -84,7 +85,7 @@ Status JournaledFiles::Note(Status status) {
 Result<std::size_t> JournaledFiles::Announce(const Record& record) {
     if (isWithoutLog)
         return std::size_t{0};
-    const bool isFirst = log->IsEmpty();
+    const bool isFirst = !hasAnnounced;
     const Status times = WriteTimes();
     auto number = times ? log->Append(record) : Result<std::size_t>(times);
     if (number && (isFirst || MustBeSafe(record)))
@@ -95,6 +96,7 @@ Result<std::size_t> JournaledFiles::Announce(const Record& record) {
         log->Abandon();
         return std::size_t{0};
     }
+    hasAnnounced = hasAnnounced || number;
     return number;
 }
 
@@ -309,7 +311,7 @@ void JournaledFiles::Prepare(Exchange& exchange) {
         } else if (!MayDelete(place.status())) {
             exchange.status = place.status();
         } else {
-            record = {.kind = RecordKind::Deleted, .path = to};
+            record = {.kind = RecordKind::Deleted, .path = to, .other = from};
         }
     }
     if (!exchange.status)
@@ -331,7 +333,10 @@ void JournaledFiles::Finish(Exchange& exchange) {
     if (exchange.isLinked)
         static_cast<void>(disk.Delete(exchange.record.kept));
     if (exchange.isAside)
-        static_cast<void>(disk.Rename(exchange.record.kept, to));
+        if (const Status back = disk.Rename(exchange.record.kept, to); !back) {
+            trouble = trouble ? back : trouble; // the record stands: it says where the file is
+            return;
+        }
     if (exchange.number)
         log->Void(*exchange.number);
 }
@@ -352,7 +357,7 @@ Status JournaledFiles::Delete(Path path) {
     if (!log || made.IsMade(path)) {
         const Status status = Note(disk.Delete(path));
         if (log && status)
-            made.Note(path, true);
+            NoteFree(path);
         return status;
     }
     const auto info = disk.Info(path);
@@ -374,13 +379,8 @@ Status JournaledFiles::SetAside(Path path) {
 Status JournaledFiles::TakeAway(Path path) {
     NoteTimes({path});
     const auto place = kept->PlaceFor(path);
-    if (!place) {
-        if (!MayDelete(place.status()))
-            return Note({place.fault(), path, place.status().nativeCode});
-        if (disk.Info(path)->kind == EntryKind::Directory)
-            return {FileFault::NotKept, path};
-        return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
-    }
+    if (!place)
+        return DeleteForGood(path, place.status());
     if (!place->newDirectory.empty()) {
         const auto number =
             Announce({.kind = RecordKind::KeptFrom, .path = ParentDirectory(path), .kept = place->newDirectory});
@@ -392,12 +392,29 @@ Status JournaledFiles::TakeAway(Path path) {
     }
     const Status status = Make({.kind = RecordKind::SetAside, .path = path, .kept = place->path},
                                [&] { return disk.Rename(path, place->path); });
+    if (status.fault == FileFault::OtherVolume) // as it turns out
+        return DeleteForGood(path, status);
     if (status)
-        made.Note(path, true);
-    // What is one volume to the system may be two to a rename.
-    if (status.fault == FileFault::OtherVolume && disk.Info(path)->kind != EntryKind::Directory && MayDelete(status))
-        return Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
+        NoteFree(path);
     return status ? status : Status{status.fault, path, status.nativeCode};
+}
+
+// Of a directory nothing has happened then: its files are tried one by one.
+Status JournaledFiles::DeleteForGood(Path path, const Status& why) {
+    const Status refusal = {why.fault, path, why.nativeCode};
+    if (const auto info = disk.Info(path); info && info->kind == EntryKind::Directory)
+        return why.fault == FileFault::OtherVolume || MayDelete(why) ? Status{FileFault::NotKept, path} : Note(refusal);
+    if (!MayDelete(why))
+        return Note(refusal);
+    const Status status = Make({.kind = RecordKind::Deleted, .path = path}, [&] { return disk.Delete(path); });
+    if (status)
+        NoteFree(path);
+    return status;
+}
+
+// What somebody else puts there is not the command's.
+void JournaledFiles::NoteFree(Path path) {
+    made.Note(path, IsOwnPlace(path));
 }
 
 Status JournaledFiles::RemoveDirectory(Path path) {
@@ -417,7 +434,7 @@ Status JournaledFiles::RemoveDirectory(Path path) {
                                 .time = info->time},
                                [&] { return disk.RemoveDirectory(path); });
     if (status)
-        made.Note(path, true);
+        NoteFree(path);
     return status;
 }
 

@@ -80,6 +80,8 @@ class JournaledFiles : public FileSystem {
     // The same as Make for something new at a path.
     Status Add(Record record, const std::function<Status()>& change);
     Status TakeAway(Path path);
+    Status DeleteForGood(Path path, const Status& why);
+    void NoteFree(Path path);
     Status ChangeAttributes(RecordKind kind, Path path, const std::function<Status()>& change);
     // The record of a file that takes the place of another; announced.
     struct Exchange {
@@ -99,7 +101,7 @@ class JournaledFiles : public FileSystem {
     FileSystem& disk;
     CommandLog* log = nullptr;
     KeptPlaces* kept = nullptr;
-    bool isRepacking = false, isWithoutLog = false;
+    bool isRepacking = false, isWithoutLog = false, hasAnnounced = false;
     MadePlaces made;
     std::set<std::string> timed;        // the directories whose times are in the log, or are to come into it
     std::vector<Record> unwrittenTimes; // with the next change

@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvadex {
 
@@ -27,8 +28,10 @@ class Reversal {
         for (const Record& lost : LostRecords())
             if (!note(BringBack(lost)))
                 return failures;
+        if (isCutOff)
+            FindGone();
         for (std::size_t i = records.size(); i-- > 0;) {
-            if (tools.done.contains(i))
+            if (tools.done.contains(i) || IsGone(records[i]))
                 continue;
             const Status status = Reverse(records[i]);
             if (status && tools.noteDone)
@@ -44,6 +47,40 @@ class Reversal {
 
   private:
     bool IsThere(const std::string& path) const { return bool(files.Info(path)); }
+
+    // Directories that were there when the command began and went by nothing that it has done: a drive is away, and
+    // what is on it can only be taken back when it is there again.
+    void FindGone() {
+        for (const Record& record : records) {
+            const std::string directory = AddBackslash(record.path);
+            if (record.kind != RecordKind::DirectoryTime || IsOwnPlace(record.path) || IsThere(record.path) ||
+                IsBelowGone(directory))
+                continue;
+            const auto explains = [&](const Record& other) {
+                return other.kind != RecordKind::DirectoryTime && other.kind != RecordKind::KeptFrom &&
+                       other.kind != RecordKind::Attributes &&
+                       (IsAtOrBelow(directory, AddBackslash(other.path)) ||
+                        (!other.other.empty() && IsAtOrBelow(directory, AddBackslash(other.other))));
+            };
+            if (std::ranges::any_of(records, explains))
+                continue;
+            gone.push_back(directory);
+            failures.push_back({FileFault::NotFound, record.path});
+        }
+    }
+
+    bool IsBelowGone(const std::string& path) const {
+        return std::ranges::any_of(gone, [&](const std::string& away) { return IsAtOrBelow(path, away); });
+    }
+    bool IsGone(const Record& record) const {
+        return IsBelowGone(record.path) || IsBelowGone(record.other) || IsBelowGone(record.kept);
+    }
+
+    // From now on a place that was cleared may hold something of the user's, which no second try may clear.
+    void KeepDone() {
+        if (std::exchange(hasCleared, false) && tools.flushDone)
+            tools.flushDone();
+    }
 
     void Repack() {
         std::vector<std::string> paths;
@@ -92,9 +129,12 @@ class Reversal {
         case RecordKind::DirectoryTime: // the directory may get another name by what comes next
             GiveTimeBack(record);
             return {};
+        case RecordKind::Deleted: // unless it was not done
+            if (!IsThere(record.path) || (!record.other.empty() && !IsThere(record.other)))
+                return {FileFault::NotKept, record.path};
+            break;
         case RecordKind::Repacked:
         case RecordKind::KeptFrom:
-        case RecordKind::Deleted:
         case RecordKind::Void:
             break;
         }
@@ -105,6 +145,9 @@ class Reversal {
         const auto info = files.Info(record.path);
         if (!info)
             return info.fault() == FileFault::NotFound ? Status{} : info.status();
+        if (isCutOff && info->kind == EntryKind::Directory && !record.other.empty() && IsThere(record.other))
+            return {}; // it was not done, and what is there came later
+        hasCleared = true;
         return tools.remove(record.path);
     }
 
@@ -128,6 +171,8 @@ class Reversal {
             return {};
         if (IsKeptPlace(to) && !isCutOff)
             return tools.remove(from);
+        KeepDone();
+        hasCleared = true;
         if (const Status status = EnsureScratch(ParentDirectory(to)); !status)
             return status;
         const Status status = files.Rename(from, to);
@@ -145,7 +190,7 @@ class Reversal {
 
     Status ReplaceBack(const Record& record) {
         if (!IsThere(record.kept))
-            return {};
+            return NotKept(record);
         if (IsThere(record.path)) {
             if (IsOwnPlace(record.other) ? IsSame(record.path, record.kept) : IsThere(record.other))
                 return {}; // it was not done yet: what is kept is a second name of it
@@ -154,7 +199,13 @@ class Reversal {
             if (!status)
                 return status;
         }
+        KeepDone();
         return files.Rename(record.kept, record.path);
+    }
+
+    // A command that was cut off may not have come to it.
+    Status NotKept(const Record& record) const {
+        return isCutOff ? Status{} : Status{FileFault::NotFound, record.kept};
     }
 
     bool IsSame(const std::string& a, const std::string& b) const {
@@ -164,9 +215,10 @@ class Reversal {
 
     Status BringBack(const Record& record) {
         if (!IsThere(record.kept))
-            return {};
-        if (IsThere(record.path))
-            return {FileFault::Exists, record.path};
+            return NotKept(record);
+        if (IsThere(record.path)) // the first name of a file that was to be replaced, or somebody else's
+            return IsSame(record.path, record.kept) ? Status{} : Status{FileFault::Exists, record.path};
+        KeepDone();
         if (const Status status = EnsureScratch(ParentDirectory(record.path)); !status)
             return status;
         return files.Rename(record.kept, record.path);
@@ -200,6 +252,8 @@ class Reversal {
     FileSystem& files;
     const bool isCutOff;
     std::vector<Status> failures;
+    std::vector<std::string> gone; // each with its backslash
+    bool hasCleared = false;       // since tools.flushDone
     std::vector<Record> removedTimes;
     std::vector<std::string> scratch; // made for what came back through it, the innermost first
 };

@@ -20,6 +20,8 @@ struct TakeBackTools {
     // where to say that one more is.
     std::set<std::size_t> done = {};
     std::function<void(std::size_t)> noteDone = {};
+    // What was said so far survives a power cut.
+    std::function<void()> flushDone = {};
 };
 
 // What has not been done is left, so that a taking back that was itself cut off can be begun anew. isCutOff: the

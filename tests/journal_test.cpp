@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace korvadex::test {
 namespace {
 
@@ -252,6 +254,235 @@ TEST_P(JournalOf, IsTakenBackWhereverItWasCutOff) {
         ASSERT_EQ(Look(), after);
     }
     EXPECT_EQ(Look(), before);
+}
+
+// --- when the disk does not do its part
+
+// Some files cannot be read, and what is written to some is lost when it was not flushed.
+class UncertainFiles : public FaultyFiles {
+  public:
+    using FaultyFiles::FaultyFiles;
+    std::string unreadableFiles = "?", unflushedFiles = "?"; // a part of their names
+
+    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override {
+        if (path.find(unreadableFiles) != path.npos)
+            return Status{FileFault::InUse, path};
+        return FaultyFiles::OpenForReading(path);
+    }
+    Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override {
+        auto file = FaultyFiles::CreateNew(path);
+        if (!file || path.find(unflushedFiles) == path.npos)
+            return file;
+        return std::unique_ptr<OutputFile>(std::make_unique<Held>(std::move(*file)));
+    }
+
+  private:
+    struct Held : OutputFile {
+        explicit Held(std::unique_ptr<OutputFile> real) : file(std::move(real)) {}
+        Status Write(std::span<const std::byte> bytes) override {
+            held.insert(held.end(), bytes.begin(), bytes.end());
+            return {};
+        }
+        Status Flush() override {
+            const Status status = file->Write(held);
+            held.clear();
+            return status;
+        }
+        Status Close(bool flush) override { return flush ? Flush() : Status{}; }
+
+        std::unique_ptr<OutputFile> file;
+        std::vector<std::byte> held;
+    };
+};
+
+class JournalTrouble : public JournalTest {
+  protected:
+    const std::string before = Look(), lear = drive.At("Hangar\\Jets\\Lear"), gauge = drive.At("Sim\\gauges\\a.gau");
+    UncertainFiles disk{drive.Files()};
+
+    // A command that does not come to its end.
+    void CutOff(const std::function<void(FileSystem&)>& work) {
+        const auto history = Open(disk);
+        history->Begin({.name = "Work", .subject = "Lear"});
+        work(history->Files());
+    }
+    std::vector<Status> TakeBackAll() {
+        const auto history = Open(disk);
+        std::vector<Status> failures;
+        for (const auto& entry : history->CutOff())
+            failures = history->TakeBackCutOff(entry);
+        return failures;
+    }
+    // How many files of this name are kept in the Hangar.
+    int KeptOf(const std::string& name) {
+        int count = 0;
+        const auto kept = drive.Files().HostPath(drive.At("Hangar\\~kx~kept"));
+        if (std::filesystem::exists(kept))
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(kept))
+                count += entry.path().filename() == name;
+        return count;
+    }
+    static void Exchange(FileSystem& files, const std::string& path) {
+        EXPECT_TRUE(files.Delete(path));
+        Make(files, path, "new");
+    }
+};
+
+TEST_F(JournalTrouble, WhatLiesOnADriveThatIsAwayIsTakenBackLater) {
+    CutOff([&](FileSystem& files) {
+        EXPECT_TRUE(files.SetAside(lear));
+        Exchange(files, gauge);
+    });
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar"), drive.At("Away")));
+    EXPECT_THAT(TakeBackAll(), testing::Not(testing::IsEmpty()));
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Away"), drive.At("Hangar")));
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    EXPECT_EQ(Look(), before);
+}
+
+TEST_F(JournalTrouble, APowerCutWhileACommandIsTakenBack) {
+    CutOff([&](FileSystem& files) { Exchange(files, gauge); });
+    disk.unflushedFiles = ".back";
+    disk.FailWhere([isOff = false](auto&, auto& path) mutable {
+        isOff = isOff || path.find(".done") != path.npos;
+        return isOff ? FileFault::Failed : FileFault::None;
+    });
+    TakeBackAll();
+    disk.FailWhere({});
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    EXPECT_EQ(Look(), before);
+}
+
+TEST_F(JournalTrouble, WhatAnEarlierCommandHadTakenBackSaysNothingOfThisOne) {
+    std::string earlier = LineOf(HistoryEntry{.number = 1, .item = 1, .key = "earlier"});
+    for (std::size_t i = 0; i < 9; ++i)
+        earlier += LineOf(Record{.size = i});
+    drive.Put("Settings\\journal\\000001.back1", earlier);
+    CutOff([&](FileSystem& files) { Exchange(files, gauge); });
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    EXPECT_EQ(Look(), before);
+}
+
+TEST_F(JournalTrouble, AFileOfTheJournalThatCannotBeReadChangesNothing) {
+    {
+        const auto history = Open(disk);
+        history->Begin({.name = "Remove", .subject = "Lear"});
+        EXPECT_TRUE(history->Files().SetAside(lear));
+        ASSERT_TRUE(history->End());
+    }
+    const std::string after = Look();
+    disk.unreadableFiles = ".done";
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    EXPECT_EQ(Look(), after);
+    disk.unreadableFiles = ".log";
+    EXPECT_THAT(Open(disk)->Undo(), HasSubstr("another program is using it"));
+    EXPECT_EQ(Look(), after);
+    disk.unreadableFiles = "?";
+    EXPECT_EQ(Open(disk)->Undo(), "");
+    EXPECT_EQ(Look(), before);
+}
+
+TEST_F(JournalTrouble, TheOnlyCopyOfAThingIsNeverGivenUp) {
+    CutOff([&](FileSystem& files) { EXPECT_TRUE(files.SetAside(lear)); });
+    drive.Fill("Hangar", "Jets\\Lear\\another.txt=x");
+    EXPECT_THAT(TakeBackAll(), testing::SizeIs(1));
+    const auto history = Open(disk);
+    history->GiveUpCutOff(history->CutOff().front());
+    history->SetLimits({.commands = 1, .bytes = 0});
+    for (int i = 0; i < 2; ++i) {
+        history->Begin({.name = "Work"});
+        Exchange(history->Files(), gauge);
+        ASSERT_TRUE(history->End());
+        history->Prune();
+    }
+    static_cast<void>(history->Files().MakeRoom(drive.Root(), ~std::uint64_t{0}));
+    EXPECT_EQ(KeptOf("lear.air"), 1);
+}
+
+TEST_F(JournalTrouble, ACommandThatIsToGoOnWithoutItsLogGoesOn) {
+    for (const char* change : {"CreateNew", "Write", "Flush"}) {
+        SCOPED_TRACE(change);
+        disk.FailOn(change, ".log", FileFault::DiskFull);
+        const auto history = Open(disk);
+        int questions = 0;
+        history->Files().mayGoOnWithoutLog = [&](auto&) { return ++questions > 0; };
+        history->Begin({.name = "Work"});
+        Exchange(history->Files(), gauge);
+        EXPECT_TRUE(history->End());
+        EXPECT_EQ(drive.Get("Sim\\gauges\\a.gau"), "new");
+        EXPECT_EQ(questions, 1);
+        EXPECT_THAT(Open(drive.Files())->CutOff(), testing::IsEmpty());
+    }
+}
+
+TEST_F(JournalTrouble, WhatIsHalfLetGoIsNotBroughtBack) {
+    const auto names = drive.Names("Hangar\\Jets\\Lear");
+    for (int change = 1; !HasFailure(); ++change) {
+        SCOPED_TRACE(change);
+        drive.Fill("Hangar", "Jets\\Lear\\lear.air=air, Jets\\Lear\\panel\\panel.cfg=panel, Jets\\Lear\\old.txt=old");
+        auto history = Open(drive.Files());
+        history->Begin({.name = "Remove", .subject = "Lear"});
+        EXPECT_TRUE(history->Files().SetAside(lear));
+        ASSERT_TRUE(history->End());
+        FaultyFiles faulty(drive.Files());
+        faulty.StopAt(change);
+        Open(faulty)->Empty();
+        history = Open(drive.Files());
+        EXPECT_THAT(history->CutOff(), testing::IsEmpty());
+        if (history->NextUndo() && history->Undo().empty())
+            EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear"), names);
+        if (faulty.Changes() < change)
+            break;
+    }
+}
+
+TEST_F(JournalTrouble, AFileThatCannotGoBackToItsPlaceIsStillKnown) {
+    const std::string panel = lear + "\\panel\\panel.cfg";
+    disk.FailWhere([&](auto& change, auto& path) {
+        return change == "Link" || path == panel ? FileFault::Denied : FileFault::None;
+    });
+    const auto history = Open(disk);
+    history->Begin({.name = "Work"});
+    static_cast<void>(history->Files().CreateDirectory(drive.At("Hangar\\~kx~scratch")));
+    Make(history->Files(), drive.At("Hangar\\~kx~scratch\\1"), "new");
+    EXPECT_FALSE(history->Files().Replace(drive.At("Hangar\\~kx~scratch\\1"), panel));
+    EXPECT_FALSE(history->Trouble()); // the user is asked
+    disk.FailWhere({});
+    EXPECT_TRUE(history->End(false));
+    EXPECT_THAT(history->Remains(), testing::IsEmpty());
+    ClearScratch();
+    EXPECT_EQ(Look(), before);
+}
+
+TEST_F(JournalTrouble, WhatCannotBeKeptIsToldWhenTheRestIsTakenBack) {
+    for (const char* change : {"CreateDirectory", "Rename"}) { // into it: the volume is another one after all
+        SCOPED_TRACE(change);
+        drive.Fill("Sim", "gauges\\c.gau=c");
+        disk.FailOn(change, "~kx~kept", FileFault::OtherVolume);
+        const auto history = Open(disk);
+        history->Files().mayDelete = [](auto&) { return true; };
+        history->Begin({.name = "Work"});
+        EXPECT_EQ(history->Files().SetAside(lear).fault, FileFault::NotKept);
+        EXPECT_TRUE(history->Files().Delete(drive.At("Sim\\gauges\\c.gau")));
+        EXPECT_TRUE(history->End(false));
+        EXPECT_THAT(history->Remains(), testing::SizeIs(1));
+    }
+}
+
+TEST_F(JournalTrouble, WhatTheUserHasPutInTheFreePlaceSinceStays) {
+    CutOff([&](FileSystem& files) {
+        static_cast<void>(files.CreateDirectory(drive.At("Sim\\~kx~scratch")));
+        static_cast<void>(files.CreateDirectory(drive.At("Sim\\~kx~scratch\\1")));
+        disk.FailWhere([isOff = false](auto& change, auto&) mutable { // between its record and the deed
+            isOff = isOff || change == "Rename";
+            return isOff ? FileFault::Failed : FileFault::None;
+        });
+        EXPECT_FALSE(files.Rename(drive.At("Sim\\~kx~scratch\\1"), drive.At("Sim\\aircraft\\Lear")));
+    });
+    disk.FailWhere({});
+    drive.Fill("Sim", "aircraft\\Lear\\mine.air=mine");
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    EXPECT_TRUE(drive.Has("Sim\\aircraft\\Lear\\mine.air"));
 }
 
 } // namespace
