@@ -12,6 +12,7 @@ namespace {
 constexpr Command FileCommands[] = {
     Command("mnuLocations", "&Locations", &Program::ChangeLocations),
     Command("mnuLocationProfiles", "Location &profiles", &Program::EditLocationProfiles),
+    Command("mnuHistory", "&History", &Program::ShowHistory),
     Command("mnuExit", "&Exit", &Program::Shutdown),
 };
 
@@ -37,9 +38,14 @@ constexpr Command ToolsCommands[] = {
             {.separator = "mnuSep4", .key = "RunMSFS", .toolTip = "Run Flight Simulator"}),
 };
 
+constexpr CommandExtras UndoExtras = {.shortcut = "Ctrl+Z", .object = &MainView::undoText};
+constexpr CommandExtras RedoExtras = {.shortcut = "Ctrl+Y", .object = &MainView::redoText};
+
 constexpr Command StagingCommands[] = {
+    Command("mnuStagingUndo", "&Undo", &Program::UndoLast, UndoExtras),
+    Command("mnuStagingRedo", "Redo", &Program::RedoLast, RedoExtras),
     Command("mnuStagingToHangar", "Copy package to &Hangar", &Program::CopyStagingToHangar,
-            {.CommandCode = 0, .key = "Install", .toolTip = "Copy packge to Hangar"}),
+            {.separator = "mnuSep20", .CommandCode = 0, .key = "Install", .toolTip = "Copy packge to Hangar"}),
     Command("mnuProcessZipFile", "Process &ZIP file into Staging", &Program::ProcessZipIntoStaging,
             {.separator = "mnuSep5",
              .CommandCode = 1,
@@ -64,8 +70,14 @@ constexpr Command StagingCommands[] = {
 };
 
 constexpr Command HangarCommands[] = {
+    Command("mnuHangarUndo", "Undo", &Program::UndoLast, UndoExtras), // "Restore old sound" has the letter
+    Command("mnuHangarRedo", "Redo", &Program::RedoLast, RedoExtras),
     Command("mnuHangarToMsfs", "&Copy package to MSFS", &Program::InstallPackage,
-            {.CommandCode = 0, .shortcut = "Ctrl+I", .key = "Install", .toolTip = "Copy package to MSFS"}),
+            {.separator = "mnuSep21",
+             .CommandCode = 0,
+             .shortcut = "Ctrl+I",
+             .key = "Install",
+             .toolTip = "Copy package to MSFS"}),
     Command("mnuRemoveFromMsfs", "&Remove package from MSFS", &Program::RemovePackageFromSim,
             {.separator = "mnuSep8",
              .CommandCode = 1,

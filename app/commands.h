@@ -4,22 +4,25 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace korvadex {
 
 class Program;
+struct MainView;
 
 enum class Side { Staging, Hangar };
 
 // What not every command has.
 struct CommandExtras {
-    const char* separator = nullptr;   // the line above the entry
-    std::optional<int> CommandCode{};  // its number in an Options menu
-    const char* shortcut = "";         // "Ctrl+O": works while the entry's menu is visible
-    const char* key = "";              // of its button in the toolbar, which is also the name of the icon
-    const char* toolTip = "";          // of the button
-    bool hasButtonOnBothSides = false; // although its menu has one side: the command goes there by itself
+    const char* separator = nullptr;         // the line above the entry
+    std::optional<int> CommandCode{};        // its number in an Options menu
+    const char* shortcut = "";               // "Ctrl+O": works while the entry's menu is visible
+    const char* key = "";                    // of its button in the toolbar, which is also the name of the icon
+    const char* toolTip = "";                // of the button
+    bool hasButtonOnBothSides = false;       // although its menu has one side: the command goes there by itself
+    std::string MainView::*object = nullptr; // stands behind the caption; there is nothing to do while it is empty
 };
 
 struct Command {

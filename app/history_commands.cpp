@@ -1,4 +1,5 @@
 // What was done to the collection lately: taken back, done again, or cut off.
+#include "app/history_editor.h"
 #include "app/program.h"
 #include "archive/in_place.h"
 #include "package/name_list.h"
@@ -56,6 +57,7 @@ void Program::OpenHistory() {
                              MessageIcon::Exclamation, Answer::No);
     };
     history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
+    history.SetLimits(settings.historyLimits);
     history.Open(settings.AppDir + HistoryDirectory);
     for (const HistoryEntry& entry : history.CutOff())
         TellCutOff(entry);
@@ -131,10 +133,10 @@ void Program::RedoLast() {
     });
 }
 
-void Program::Reverse(const HistoryEntry* entry, bool isUndo) {
+bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
     if (!entry) {
         ShowStatus(isUndo ? "There is nothing to be taken back." : "There is nothing to be done again.");
-        return;
+        return false;
     }
     const CommandTitle title = entry->title;
     const std::vector<Record> records = history.ReadJournalOf(*entry).records;
@@ -143,13 +145,36 @@ void Program::Reverse(const HistoryEntry* entry, bool isUndo) {
     if (!reason.empty()) {
         const auto text =
             "\"" + title.Text() + "\" cannot be " + (isUndo ? "taken back" : "done again") + ".\r\n\r\n" + reason;
-        if (!history.Remains().empty())
-            return TellTakenBack(text);
-        user.Tell(text + "\r\n\r\nNothing was changed.", MessageIcon::Exclamation);
-        return;
+        if (history.Remains().empty())
+            user.Tell(text + "\r\n\r\nNothing was changed.", MessageIcon::Exclamation);
+        else
+            TellTakenBack(text);
+        return false;
     }
     ShowReversed(title, records);
     ShowStatus((isUndo ? "Taken back: " : "Done again: ") + title.Text());
+    return true;
+}
+
+void Program::ShowHistory() {
+    Run([&] {
+        if (!MayChange())
+            return;
+        HistoryEditor editor(history, files, user, settings, [this](const HistoryEntry* entry, bool isUndo) {
+            const bool isDone = Reverse(entry, isUndo);
+            EndJournal(); // of what showing it has settled
+            return isDone;
+        });
+        dialogs.ShowHistory(editor);
+        if (settings != settings.kept)
+            KeepSettings();
+    });
+}
+
+void Program::ShowHistoryTexts() {
+    const auto textOf = [](const HistoryEntry* entry) { return entry ? entry->title.Text() : ""; };
+    view.undoText = textOf(history.NextUndo());
+    view.redoText = textOf(history.NextRedo());
 }
 
 // All may have changed. The package that it was about is shown, where it is there, and Staging comes back with the name

@@ -29,6 +29,7 @@ struct MainView {
     std::string proposedName; // what the program itself put there last, to be typed over
     std::string sizeText;     // "12 Meg (compressed)"
     std::string status;
+    std::string undoText, redoText; // what would be taken back or done again, "Install Jets\\Lear"; "" for nothing
     bool isStagingEmpty = true;
     bool isHangarEmpty = false; // it is there, and no category holds a package
     // For the status bar: "12 packages  -  3 installed in MSFS  -  Staging is empty".

@@ -45,6 +45,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
             command();
         }
         EndJournal();
+        ShowHistoryTexts();
         // What is selected is what is shown, also where a package has gone and its neighbour has followed.
         if (view.HangarSideShown && package.ref != selection.Package())
             LoadSelectedPackage();

@@ -138,6 +138,7 @@ class Program : private CommandDisplay {
     // Takes back the last command that is not, and does again what was taken back last. A status that says which.
     void UndoLast();
     void RedoLast();
+    void ShowHistory();
 
     void OpenReadMe();
     void ShowAbout();
@@ -275,9 +276,10 @@ class Program : private CommandDisplay {
     // The running command has come to its end, in whatever way.
     void EndJournal();
     void TellTakenBack(const std::string& why);
-    void SetSubject(const std::string& subject); // of the running command
-    void Reverse(const HistoryEntry* entry, bool isUndo);
+    void SetSubject(const std::string& subject);          // of the running command
+    bool Reverse(const HistoryEntry* entry, bool isUndo); // false, after a message, when it cannot be
     void ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack);
+    void ShowHistoryTexts();
     std::vector<Status> RepackFiles(const std::vector<std::string>& paths, bool packs);
 
     History history;

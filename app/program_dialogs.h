@@ -22,6 +22,7 @@ struct LocationsForm {
     std::function<bool()> checkOpenings; // as Program::CheckOpenings, while the dialog is open
 };
 class ProfileEditor;
+class HistoryEditor;
 class ProgramDialogs {
   public:
     virtual ~ProgramDialogs() = default;
@@ -31,6 +32,7 @@ class ProgramDialogs {
     virtual std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) = 0;
     // frmLocationProfiles, and frmLocationProfileModify from there.
     virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
+    virtual void ShowHistory(HistoryEditor& history) = 0; // frmHistory
 
     // Existing picture files, one or several; the directory to open on may be "". None of them: cancelled.
     virtual OfferedPictures ChoosePictures(const std::string& directory) = 0;

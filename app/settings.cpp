@@ -125,6 +125,12 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
         values.limits.DirMax = IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : values.limits.DirMax;
     else if (key == "FILEMAX")
         values.limits.FileMax = IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : values.limits.FileMax;
+    else if (key == "HISTORYCOMMANDS")
+        values.historyLimits.commands =
+            IntegerIn(value) > 0 ? std::min(IntegerIn(value), MostHistoryCommands) : values.historyLimits.commands;
+    else if (key == "HISTORYMEGABYTES")
+        values.historyLimits.bytes = IntegerIn(value) > 0 ? BytesOf(std::min(IntegerIn(value), MostHistoryMegabytes))
+                                                          : values.historyLimits.bytes;
     else
         return ReadWindowLine(key, value, screen, mainWindow, values.ListWindowGeometry);
     return true;
@@ -187,6 +193,8 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
     take(values.ListWindowGeometry, kept.ListWindowGeometry, onDisk.ListWindowGeometry);
     take(values.limits.DirMax, kept.limits.DirMax, onDisk.limits.DirMax);
     take(values.limits.FileMax, kept.limits.FileMax, onDisk.limits.FileMax);
+    take(values.historyLimits.commands, kept.historyLimits.commands, onDisk.historyLimits.commands);
+    take(values.historyLimits.bytes, kept.historyLimits.bytes, onDisk.historyLimits.bytes);
 }
 
 bool IsOneStorableLine(std::string_view text) {
@@ -237,6 +245,10 @@ std::vector<std::string> Render(const SettingsValues& values, const std::optiona
         lines.push_back("DIRMAX=" + std::to_string(values.limits.DirMax));
     if (values.limits.FileMax > WalkLimits{}.FileMax)
         lines.push_back("FILEMAX=" + std::to_string(values.limits.FileMax));
+    if (values.historyLimits.commands != HistoryLimits{}.commands)
+        lines.push_back("HISTORYCOMMANDS=" + std::to_string(values.historyLimits.commands));
+    if (values.historyLimits.bytes != HistoryLimits{}.bytes)
+        lines.push_back("HISTORYMEGABYTES=" + std::to_string(MegabytesOf(values.historyLimits.bytes)));
     return lines;
 }
 

@@ -1,6 +1,7 @@
 // The settings file kx.ini: location profiles, the last archive's directory, window geometry and limits.
 #pragma once
 
+#include "journal/history.h"
 #include "package/locations.h"
 #include "platform/file_system.h"
 
@@ -36,6 +37,14 @@ struct ScreenSize {
 // A key of kx.ini has one digit for the profile.
 inline constexpr std::size_t ProfileCount = 10;
 
+inline constexpr int MostHistoryCommands = 1000, MostHistoryMegabytes = 1'000'000;
+constexpr std::uint64_t BytesOf(int megabytes) {
+    return static_cast<std::uint64_t>(megabytes) << 20;
+}
+constexpr int MegabytesOf(std::uint64_t bytes) {
+    return static_cast<int>(bytes >> 20);
+}
+
 // What the file keeps, but for the main window's geometry.
 struct SettingsValues {
     std::array<LocationProfile, ProfileCount> LocationProfiles;
@@ -44,6 +53,7 @@ struct SettingsValues {
     std::string LastZipPath;
     WindowGeometry ListWindowGeometry;
     WalkLimits limits;
+    HistoryLimits historyLimits;
 
     bool operator==(const SettingsValues&) const = default;
 };

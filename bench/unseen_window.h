@@ -32,6 +32,7 @@ class UnseenDialogs : public ProgramDialogs {
   public:
     std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override { return std::nullopt; }
     void ShowLocationProfiles(ProfileEditor&) override {}
+    void ShowHistory(HistoryEditor&) override {}
     OfferedPictures ChoosePictures(const std::string&) override { return {}; }
     OfferedPictures ClipboardPictures() override { return {}; }
 };

@@ -193,13 +193,17 @@ Status History::Keep() {
         size.bytes += more.bytes;
     }
     running.keptBytes = size.bytes;
-    for (const LeftPlace& place : left)
-        if (place.info && place.info->kind != EntryKind::Directory) {
-            ++size.files;
-            size.bytes += place.info->size;
-        }
-    running.files = size.files;
-    running.bytes = size.bytes;
+    if (running.number == running.item) { // an undo is about the files of its command
+        for (const LeftPlace& place : left)
+            if (place.info && place.info->kind != EntryKind::Directory) {
+                ++size.files;
+                size.bytes += place.info->size;
+            }
+        for (const Record& record : log->Records()) // one file, kept and left
+            size.files -= record.kind == RecordKind::Replaced && size.files > 0 ? 1 : 0;
+        running.files = size.files;
+        running.bytes = size.bytes;
+    }
     status = WriteEntry(running);
     if (!status) {
         static_cast<void>(disk.Delete(DoneOf(running.number)));
@@ -360,17 +364,22 @@ const HistoryEntry* History::NextUndo() const {
     return done == entries.rend() ? nullptr : &*done;
 }
 
-// The one that was taken back last, unless a new command has come since.
 const HistoryEntry* History::NextRedo() const {
-    const HistoryEntry* last = nullptr;
+    const auto order = RedoOrder();
+    return order.empty() ? nullptr : order.front();
+}
+
+std::vector<const HistoryEntry*> History::RedoOrder() const {
     int lastNew = 0;
-    for (const HistoryEntry& entry : entries) {
-        if (entry.state == EntryState::Done && entry.number == entry.item)
-            lastNew = std::max(lastNew, entry.number);
-        if (entry.state == EntryState::Undone && (!last || entry.number > last->number))
-            last = &entry;
-    }
-    return last && last->number > lastNew ? last : nullptr;
+    for (const HistoryEntry& entry : entries)
+        if (entry.state != EntryState::CutOff)
+            lastNew = std::max(lastNew, entry.item);
+    std::vector<const HistoryEntry*> order;
+    for (const HistoryEntry& entry : entries)
+        if (entry.state == EntryState::Undone && entry.number > lastNew)
+            order.push_back(&entry);
+    std::ranges::sort(order, std::ranges::greater(), &HistoryEntry::number);
+    return order;
 }
 
 std::string History::Undo() {
@@ -399,6 +408,9 @@ std::string History::Reverse(const HistoryEntry& entry) {
         return obstacle;
     running = NewEntry(entry.title);
     running.item = entry.item;
+    running.time = entry.time;
+    running.files = entry.files;
+    running.bytes = entry.bytes;
     running.state = entry.state == EntryState::Done ? EntryState::Undone : EntryState::Done;
     StartLog();
     const auto remove = [&](const std::string& path) { return files.SetAside(path); };

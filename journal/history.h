@@ -35,6 +35,7 @@ class History {
 
     // Reads the history in this directory (ends in a backslash; it is made when it is needed).
     void Open(const std::string& directory);
+    const std::string& Directory() const { return directory; }
     // From now on things are kept in these.
     void SetLocations(const KeptLocations& keptLocations) { locations = keptLocations; }
     void SetLimits(const HistoryLimits& newLimits) { limits = newLimits; }
@@ -70,6 +71,8 @@ class History {
     // The command whose turn it is to be taken back, or done again; nullptr when there is none.
     const HistoryEntry* NextUndo() const;
     const HistoryEntry* NextRedo() const;
+    // All that can be done again, the next one first: what was taken back since the last new command.
+    std::vector<const HistoryEntry*> RedoOrder() const;
     // Takes the next one back (or does it again). "" when it is done; otherwise nothing has changed, and this is the
     // reason.
     std::string Undo();

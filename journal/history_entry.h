@@ -35,7 +35,7 @@ struct HistoryEntry {
     int item = 0;   // its number when it was done first: the order of the history
     CommandTitle title;
     EntryState state = EntryState::Done;
-    FileTime time = {};                   // of its last change
+    FileTime time = {};                   // when it was done first
     std::string key = {};                 // the name of its directories of kept things, as no other command has it
     std::uint64_t files = 0, bytes = 0;   // that it has brought, taken away or changed
     std::uint64_t keptBytes = 0;          // that it keeps

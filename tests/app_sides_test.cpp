@@ -32,7 +32,8 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
     for (const Menu& menu : MainMenus())
         if (menu.side == Side::Hangar || menu.name == std::string("mnuNotes"))
             for (const Command& command : menu.commands)
-                commands.push_back([&] { program->RunCommand(command.entry); });
+                if (!command.extras.object) // what is undone need not be what is shown
+                    commands.push_back([&] { program->RunCommand(command.entry); });
     const std::string lear = drive.At("Hangar\\Jets\\Lear"), away = drive.At("Away");
     drive.Fill("Hangar\\Jets\\Lear", "Images\\a.jpg=x, Panel\\panel.cfg=x, Panel\\oldpanel.cfg=x");
     Start();
@@ -67,6 +68,8 @@ TEST_F(Sides, WhatHasGoneFromTheDiskIsSaidByEveryCommand) {
     for (const Menu& menu : MainMenus())
         if (menu.side == Side::Staging)
             for (const Command& command : menu.commands) {
+                if (command.extras.object)
+                    continue;
                 user.Expect("The Staging directory " + locations.StagingDir + " is not there...",
                             MessageIcon::Exclamation);
                 program->RunCommand(command.entry);

@@ -266,6 +266,8 @@ class CaseTest : public ProgramTest {
             {"categories", joined(view.categories)},
             {"packages", joined(form.PackageLines())},
             {"counts", view.statusCounts},
+            {"undo", view.undoText},
+            {"redo", view.redoText},
             {"status", form.status},
             {"box", user.subject + (user.preset == Answer::No ? ", Enter is No" : "")},
             {"list", form.listCaption + ": " + joined(form.listLines)},

@@ -1,4 +1,5 @@
 // What a command changes can be taken back and done again, and one that was cut off is taken back.
+#include "journal/file_changes.h"
 #include "journal/history.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
@@ -94,6 +95,7 @@ class JournalTest : public testing::Test {
 struct Work {
     const char* name;
     void (*change)(FileSystem& files, const std::string& root);
+    const char* listed; // of its files: + came, - went, * changed, > was renamed
     Repacking repacking = Repacking::None;
 };
 
@@ -111,7 +113,8 @@ const Work Works[] = {
          Make(files, root + "Sim\\sound\\s.wav", "sound");
          static_cast<void>(files.SetTime(root + "Sim\\sound\\s.wav", FileTime(1h)));
          static_cast<void>(files.RemoveDirectory(scratch));
-     }},
+     },
+     "+Sim\\aircraft\\Lear\\lear.air +Sim\\aircraft\\Lear\\panel\\panel.cfg +Sim\\sound\\s.wav"},
     {"trees and files go",
      [](FileSystem& files, const std::string& root) {
          static_cast<void>(files.SetAside(root + "Hangar\\Jets\\Lear"));
@@ -120,7 +123,9 @@ const Work Works[] = {
          static_cast<void>(files.Delete(root + "Sim\\gauges\\b.gau"));
          static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
          static_cast<void>(files.RemoveDirectory(root + "Sim\\gauges"));
-     }},
+     },
+     "-Hangar\\Jets\\Lear\\lear.air -Hangar\\Jets\\Lear\\old.txt -Hangar\\Jets\\Lear\\panel\\panel.cfg "
+     "-Sim\\gauges\\a.gau -Sim\\gauges\\b.gau"},
     {"a file is rewritten twice, and read-only",
      [](FileSystem& files, const std::string& root) {
          static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch"));
@@ -132,7 +137,8 @@ const Work Works[] = {
          static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
          static_cast<void>(files.SetReadOnly(root + "Hangar\\Jets\\Lear\\old.txt", true));
          static_cast<void>(files.SetTime(root + "Hangar\\Jets\\Lear\\lear.air", FileTime(5h)));
-     }},
+     },
+     "*Hangar\\Jets\\Lear\\lear.air *Hangar\\Jets\\Lear\\old.txt *Hangar\\Jets\\Lear\\panel\\panel.cfg"},
     {"names change hands",
      [](FileSystem& files, const std::string& root) {
          const std::string lear = root + "Hangar\\Jets\\Lear\\";
@@ -142,17 +148,21 @@ const Work Works[] = {
          static_cast<void>(files.Rename(root + "Hangar\\Jets\\Lear", root + "Hangar\\Props\\Lear 2"));
          static_cast<void>(files.Replace(root + "Hangar\\Props\\Lear 2\\older.txt",
                                          root + "Hangar\\Props\\Lear 2\\panel\\panel.cfg"));
-     }},
+     },
+     nullptr},
     {"a directory is exchanged through scratch",
      [](FileSystem& files, const std::string& root) {
          static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch"));
          static_cast<void>(files.CreateDirectory(root + "Hangar\\~kx~scratch\\new"));
          Make(files, root + "Hangar\\~kx~scratch\\new\\n.txt", "n");
+         Make(files, root + "Hangar\\~kx~scratch\\new\\old.txt", "not so old");
          static_cast<void>(files.Rename(root + "Hangar\\Jets\\Lear", root + "Hangar\\~kx~scratch\\was"));
          static_cast<void>(files.Rename(root + "Hangar\\~kx~scratch\\new", root + "Hangar\\Jets\\Lear"));
          static_cast<void>(files.SetAside(root + "Hangar\\~kx~scratch\\was"));
          static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
-     }},
+     },
+     "-Hangar\\Jets\\Lear\\lear.air +Hangar\\Jets\\Lear\\n.txt *Hangar\\Jets\\Lear\\old.txt "
+     "-Hangar\\Jets\\Lear\\panel\\panel.cfg"},
     {"what was made goes again",
      [](FileSystem& files, const std::string& root) {
          static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
@@ -160,7 +170,14 @@ const Work Works[] = {
          static_cast<void>(files.Delete(root + "Sim\\gauges\\a.gau"));
          Make(files, root + "Sim\\gauges\\c.gau", "c");
          static_cast<void>(files.Rename(root + "Sim\\gauges\\c.gau", root + "Sim\\gauges\\a.gau"));
-     }},
+     },
+     "*Sim\\gauges\\a.gau"},
+    {"a directory gets another name, and a file",
+     [](FileSystem& files, const std::string& root) {
+         static_cast<void>(files.Rename(root + "Hangar\\Jets\\Lear", root + "Hangar\\Jets\\Lear 2"));
+         static_cast<void>(files.Rename(root + "Sim\\gauges\\a.gau", root + "Sim\\gauges\\c.gau"));
+     },
+     ">Hangar\\Jets\\Lear\\>Hangar\\Jets\\Lear 2\\ >Sim\\gauges\\a.gau>Sim\\gauges\\c.gau"},
     {"files are packed",
      [](FileSystem& files, const std::string& root) {
          const std::string lear = root + "Hangar\\Jets\\Lear\\";
@@ -170,6 +187,7 @@ const Work Works[] = {
          static_cast<void>(files.Replace(root + "Hangar\\~kx~scratch\\1", lear + "panel\\panel.cfg"));
          static_cast<void>(files.RemoveDirectory(root + "Hangar\\~kx~scratch"));
      },
+     "*Hangar\\Jets\\Lear\\lear.air *Hangar\\Jets\\Lear\\old.txt *Hangar\\Jets\\Lear\\panel\\panel.cfg",
      Repacking::Packs},
 };
 
@@ -183,6 +201,24 @@ class JournalOf : public JournalTest, public testing::WithParamInterface<Work> {
         history.Begin({.name = "Work", .subject = "Lear", .repacking = GetParam().repacking});
         GetParam().change(history.Files(), drive.Root());
     }
+    // The files of the only command.
+    std::string Listed(const History& history) {
+        const HistoryEntry& entry = history.Entries().front();
+        std::string text;
+        for (const FileChange& change :
+             ListFileChanges(drive.Files(), history.ReadJournalOf(entry), entry.state == EntryState::Undone)) {
+            text += (text.empty() ? "" : " ") + std::string(1, "+-*>"[static_cast<int>(change.kind)]);
+            text += change.path.substr(drive.Root().size());
+            if (!change.newPath.empty())
+                text += ">" + change.newPath.substr(drive.Root().size());
+        }
+        return text;
+    }
+    void ExpectListed(const History& history) {
+        if (GetParam().listed) {
+            EXPECT_EQ(Listed(history), GetParam().listed);
+        }
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(, JournalOf, testing::ValuesIn(Works));
@@ -194,9 +230,11 @@ TEST_P(JournalOf, GoesBackAndForth) {
     ASSERT_TRUE(history->End());
     const std::string after = Look();
     EXPECT_NE(before, after);
+    ExpectListed(*history);
     for (int turn = 0; turn < 2; ++turn) {
         ASSERT_EQ(history->Undo(), "");
         EXPECT_EQ(Look(), before);
+        ExpectListed(*history);        // taken back, it is still what the command did
         history = Open(drive.Files()); // it survives
         ASSERT_TRUE(history->CutOff().empty());
         ASSERT_EQ(history->Redo(), "");
@@ -483,6 +521,28 @@ TEST_F(JournalTrouble, WhatTheUserHasPutInTheFreePlaceSinceStays) {
     drive.Fill("Sim", "aircraft\\Lear\\mine.air=mine");
     EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
     EXPECT_TRUE(drive.Has("Sim\\aircraft\\Lear\\mine.air"));
+}
+
+// A command that was taken back before another one came is not done again after it, whatever becomes of that one.
+TEST_F(JournalTest, ANewCommandEndsTheRedo) {
+    auto history = Open(drive.Files());
+    const auto work = [&](const char* name) {
+        history->Begin({name});
+        Make(history->Files(), drive.At("Staging\\") + name, name);
+        ASSERT_TRUE(history->End());
+    };
+    work("first");
+    work("second");
+    for (int turn = 0; turn < 2; ++turn)
+        EXPECT_EQ(history->Undo(), "");
+    EXPECT_EQ(history->RedoOrder().size(), 2u);
+    EXPECT_EQ(history->Redo(), "");
+    work("third");
+    EXPECT_EQ(history->NextRedo(), nullptr);
+    EXPECT_EQ(history->Undo(), "");
+    EXPECT_EQ(history->Redo(), "");
+    EXPECT_EQ(history->NextRedo(), nullptr);
+    EXPECT_EQ(drive.Names("Staging"), (std::vector<std::string>{"first", "third"}));
 }
 
 } // namespace

@@ -54,9 +54,10 @@ TEST_F(HelpPage, NamesEverySetting) {
     settings.LocationProfiles[0].name = "Main";
     settings.AskLocationAtStart = true;
     settings.limits = {.DirMax = 501, .FileMax = 5001};
+    settings.historyLimits = {.commands = 3, .bytes = BytesOf(3)};
     ASSERT_TRUE(SaveSettings(drive.Files(), settings, WindowGeometry{}));
     const auto keys = All(QString::fromStdString(drive.Get("kx.ini")), "(\\w+=)");
-    EXPECT_EQ(keys.size(), 18);
+    EXPECT_EQ(keys.size(), 20);
     for (const auto& key : keys)
         EXPECT_TRUE(page.contains("<code>" + key)) << key.toStdString();
 }

@@ -83,10 +83,15 @@ TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
             if (entry->isSeparator())
                 continue;
             const Command& command = CommandOfEntry(offered.back());
+            EXPECT_EQ(entry->isEnabled(), !command.extras.object); // nothing to undo yet
+            entry->setEnabled(true);
             entry->trigger();
             EXPECT_EQ(started, offered.back());
             EXPECT_EQ(entry->text(), command.caption);
-            EXPECT_TRUE(accessKeys.insert(QKeySequence::mnemonic(entry->text()).toString()).second) << started;
+            const QKeySequence accessKey = QKeySequence::mnemonic(entry->text());
+            EXPECT_TRUE(accessKey.isEmpty() ? !entry->shortcut().isEmpty()
+                                            : accessKeys.insert(accessKey.toString()).second)
+                << started;
             EXPECT_EQ(entry->shortcut(), QKeySequence(command.extras.shortcut));
             EXPECT_TRUE(entry->shortcut().isEmpty() || shortcuts.insert(entry->shortcut().toString()).second);
         }

@@ -247,6 +247,24 @@ void Install(Tour& tour) {
     tour.AwaitHangar();
 }
 
+// An install, and a removal from the Hangar that was taken back.
+void History(Tour& tour) {
+    tour.GoTo(demo::CompletePackage);
+    Install(tour);
+    tour.GoTo(demo::MissingGaugePackage);
+    tour.Choose("Alt+O", "H");
+    tour.AwaitMessage("Are you sure you want to remove this package from the hangar?");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.Press("Ctrl+Z");
+    tour.AwaitHangar();
+    tour.Choose("Alt+F", "H");
+    tour.Await("frmHistory");
+    tour.Photograph();
+}
+
 // One of each command that changes files: what is left is the same on every system.
 void Everything(Tour& tour) {
     Unpack(tour);
@@ -358,15 +376,15 @@ const std::vector<Step>& Steps() {
     static const std::vector<Step> steps = {
         {"splash", Splash, Kind::Starts},
         {"hangar", [](Tour& tour) { tour.Photograph(); }},
-        {"menu_file", Menu("Alt+F", {640, 160})},
+        {"menu_file", Menu("Alt+F", {640, 185})},
         {"menu_tools", Menu("Alt+T", {640, 330})},
-        {"menu_options", Menu("Alt+O", {640, 410})},
+        {"menu_options", Menu("Alt+O", {640, 470})},
         {"menu_data", Menu("Alt+D", {640, 280})},
         {"menu_help", Menu("Alt+L", {640, 130})},
         {"menu_staging",
          [](Tour& tour) {
              GoToStaging(tour);
-             Menu("Alt+O", {640, 280})(tour);
+             Menu("Alt+O", {640, 340})(tour);
          }},
         {"filter", Filter},
         {"locations", Window("Alt+F", "L", "frmLocations")},
@@ -395,6 +413,7 @@ const std::vector<Step>& Steps() {
         {"crosscheck", Crosscheck, Kind::Changes},
         {"unused", Unused, Kind::Changes},
         {"alias", PasteAlias, Kind::Changes},
+        {"history", History, Kind::Changes},
         {"notes", Notes, Kind::Changes},
         {"compressed", Compressed, Kind::Changes},
         {"everything", Everything, Kind::Changes},

@@ -2,6 +2,7 @@
 
 #include "ui/archive_files.h"
 #include "ui/frmGaugeStatus.h"
+#include "ui/frmHistory.h"
 #include "ui/frmInfo.h"
 #include "ui/frmLocationProfiles.h"
 #include "ui/frmLocations.h"
@@ -172,6 +173,15 @@ std::optional<LocationsEntry> Dialogs::ShowLocations(Settings& settings, const L
 
 void Dialogs::ShowLocationProfiles(ProfileEditor& profiles) {
     frmLocationProfiles(files, profiles, Parent()).exec();
+}
+
+void Dialogs::ShowHistory(HistoryEditor& history) {
+    KeptException kept;
+    const auto guard = [&](const std::function<void()>& deed) {
+        return kept.Guard([&] { return deed(), true; }, false);
+    };
+    frmHistory(history, guard, Parent()).exec();
+    kept.Rethrow();
 }
 
 OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {

@@ -33,6 +33,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     void ShowInfo(const InfoForm& form) override;
     std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
+    void ShowHistory(HistoryEditor& history) override;
     OfferedPictures ChoosePictures(const std::string& directory) override;
     OfferedPictures ClipboardPictures() override;
 

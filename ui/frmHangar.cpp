@@ -10,6 +10,7 @@
 #include "ui/menus.h"
 #include "ui/picture_files.h"
 #include "ui/qt_text.h"
+#include "ui/undo_keys.h"
 #include "ui/wheel_guard.h"
 #include "ui/window_geometry.h"
 #include "ui_frmHangar.h"
@@ -58,6 +59,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
       prbProgress(new QProgressBar), processZip(new QShortcut(this)), checkOpenings(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
+    KeepUndoKeysInFields(*this);
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
     photos = std::make_unique<frmPhotos>(files);
@@ -99,6 +101,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
         if (!program || !program->CheckOpenings())
             checkOpenings->stop();
     });
+    menus->ShowObjects({});
     ShowSide(true);
     FitToScreen(*this);
 }
@@ -209,6 +212,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     setWindowTitle(ToQt(view.caption));
     ui->lblHeader->setText(ToQt(view.header));
     ShowSide(view.HangarSideShown);
+    menus->ShowObjects(view);
     Fill(ui->cboPackageCategory, view.categories, view.categoryIndex);
     ui->cboPackageName->ShowPackages(view.packages, view.packageIndex);
     ui->cboPackageName->SetFilter(ui->txtPackageFilter->text());

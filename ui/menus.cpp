@@ -1,10 +1,31 @@
 #include "ui/menus.h"
 
+#include "app/main_window.h"
+#include "ui/qt_text.h"
+
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
 
 namespace korvadex {
+
+namespace {
+
+constexpr qsizetype LongestObject = 60;
+
+QString ObjectText(const std::string& object) {
+    QString text = ToQt(object);
+    if (text.size() > LongestObject) {
+        qsizetype end = LongestObject - 3;
+        if (text[end].isLowSurrogate())
+            --end;
+        text = text.left(end) + "...";
+    }
+    // What follows a tab would stand where the keys do.
+    return text.replace('\t', ' ').replace('&', "&&");
+}
+
+} // namespace
 
 Menus::Menus(QMenuBar* bar) : QObject(bar) {
     for (const Menu& row : MainMenus()) {
@@ -18,12 +39,22 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             QAction* entry = menu->addAction(command.caption);
             entry->setObjectName(command.entry);
             entry->setShortcut(QKeySequence(command.extras.shortcut));
+            if (command.extras.object)
+                withObject.emplace_back(&command, entry);
             connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
         }
     }
     // Quit and About stay where the table has them, on every desktop.
     for (auto* entry : bar->findChildren<QAction*>())
         entry->setMenuRole(QAction::NoRole);
+}
+
+void Menus::ShowObjects(const MainView& view) {
+    for (const auto& [command, entry] : withObject) {
+        const std::string& object = view.*command->extras.object;
+        entry->setText(object.empty() ? QString(command->caption) : command->caption + (" " + ObjectText(object)));
+        entry->setEnabled(!object.empty());
+    }
 }
 
 void Menus::ShowSide(Side side) {

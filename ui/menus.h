@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+class QAction;
 class QMenu;
 class QMenuBar;
 
@@ -21,12 +22,15 @@ class Menus : public QObject {
 
     // Of the two Options menus only that of the shown side is visible.
     void ShowSide(Side side);
+    // Entries that name what they are about.
+    void ShowObjects(const MainView& view);
 
   signals:
     void Chosen(const char* entry);
 
   private:
     std::vector<std::pair<Side, QMenu*>> ofOneSide;
+    std::vector<std::pair<const Command*, QAction*>> withObject;
 };
 
 } // namespace korvadex

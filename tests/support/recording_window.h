@@ -102,6 +102,10 @@ class ScriptedLocations : public ProgramDialogs {
     std::function<void(ProfileEditor&)> editProfiles;
     void ShowLocationProfiles(ProfileEditor& profiles) override { editProfiles(profiles); }
 
+    // What is done while frmHistory is open.
+    std::function<void(HistoryEditor&)> useHistory;
+    void ShowHistory(HistoryEditor& history) override { useHistory(history); }
+
     OfferedPictures chosenPictures, clipboardPictures;
     std::string pictureDirectory; // that the choice opened on
     OfferedPictures ChoosePictures(const std::string& directory) override {

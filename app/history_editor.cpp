@@ -1,0 +1,128 @@
+#include "app/history_editor.h"
+
+#include "platform/date_text.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace korvadex {
+
+namespace {
+
+std::string StateText(const HistoryEntry& entry) {
+    switch (entry.state) {
+    case EntryState::Done:
+        return entry.whyNot.empty() ? "" : "Cannot be taken back";
+    case EntryState::Undone:
+        return entry.whyNot.empty() ? "Taken back" : "Taken back for good";
+    case EntryState::CutOff:
+        break;
+    }
+    return "Cut off";
+}
+
+} // namespace
+
+std::string SizeText(std::uint64_t bytes) {
+    constexpr std::array<const char*, 4> units = {"KB", "MB", "GB", "TB"};
+    if (bytes < 1024)
+        return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+    std::size_t unit = 0;
+    std::uint64_t tenths = (bytes * 10 + 512) / 1024;
+    for (; tenths >= 10240 && unit + 1 < units.size(); ++unit)
+        tenths = (tenths + 512) / 1024;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + units[unit];
+}
+
+const HistoryEntry& HistoryEditor::EntryAt(int row) const {
+    return history.Entries().at(history.Entries().size() - 1 - static_cast<std::size_t>(row));
+}
+
+std::vector<HistoryRow> HistoryEditor::Rows() const {
+    std::vector<HistoryRow> rows;
+    for (auto entry = history.Entries().rbegin(); entry != history.Entries().rend(); ++entry)
+        rows.push_back({ShortDateTime(entry->time), entry->title.name, entry->title.subject,
+                        std::to_string(entry->files), SizeText(entry->bytes), StateText(*entry), entry->whyNot});
+    return rows;
+}
+
+std::vector<FileChange> HistoryEditor::FilesOf(int row) const {
+    const HistoryEntry& entry = EntryAt(row);
+    return ListFileChanges(files, history.ReadJournalOf(entry), entry.state == EntryState::Undone);
+}
+
+int HistoryEditor::UndosTo(int row) const {
+    if (EntryAt(row).state != EntryState::Done)
+        return 0;
+    int count = 0;
+    for (int at = 0; at <= row; ++at)
+        count += EntryAt(at).state == EntryState::Done ? 1 : 0;
+    return count;
+}
+
+int HistoryEditor::RedosTo(int row) const {
+    const auto order = history.RedoOrder();
+    const auto found = std::ranges::find(order, &EntryAt(row));
+    return found == order.end() ? 0 : static_cast<int>(found - order.begin()) + 1;
+}
+
+void HistoryEditor::TakeBackTo(int row) {
+    ReverseTo(row, UndosTo(row), true);
+}
+
+void HistoryEditor::DoAgainTo(int row) {
+    ReverseTo(row, RedosTo(row), false);
+}
+
+void HistoryEditor::ReverseTo(int row, int count, bool isUndo) {
+    const HistoryEntry& entry = EntryAt(row);
+    const std::string number = std::to_string(count),
+                      last = "\"" + entry.title.Text() + "\" (" + ShortDateTime(entry.time) + ")";
+    if (count > 1 &&
+        !user.AskYesNo(isUndo ? "Do you want to take back the last " + number + " commands, down to " + last + "?"
+                              : "Do you want to do " + number + " commands again, up to " + last + "?",
+                       MessageIcon::Exclamation))
+        return;
+    for (int i = 0; i < count; ++i)
+        if (!reverse(isUndo ? history.NextUndo() : history.NextRedo(), isUndo))
+            return;
+}
+
+void HistoryEditor::Empty() {
+    if (user.AskYesNo("Do you want to empty the history?  What is kept (" + SizeText(history.KeptBytes()) +
+                          ") will be deleted, and none of the commands in the list can be taken back or done again "
+                          "any more.  The Hangar, Staging and the simulator stay as they are.",
+                      MessageIcon::Exclamation, Answer::No))
+        history.Empty();
+}
+
+void HistoryEditor::SetLimits(const HistoryLimits& limits) {
+    if (limits == settings.historyLimits)
+        return;
+    const bool isLess =
+        history.Entries().size() > static_cast<std::size_t>(limits.commands) || history.KeptBytes() > limits.bytes;
+    if (isLess && !user.AskYesNo("There is more in the history than that: the oldest commands cannot be taken back "
+                                 "any more, and what is kept of them will be deleted.  Do you want that?",
+                                 MessageIcon::Exclamation, Answer::No))
+        return;
+    settings.historyLimits = limits;
+    history.SetLimits(limits);
+    history.Prune();
+}
+
+std::string HistoryEditor::DescribeKept() const {
+    std::set<std::string> directories;
+    for (const HistoryEntry& entry : history.Entries())
+        for (const std::string& keptIn : entry.keptIn)
+            directories.insert(ParentDirectory(WithoutBackslash(keptIn)));
+    std::string text = "Kept at the moment: " + SizeText(history.KeptBytes());
+    for (const char* before = " in "; const std::string& directory : directories) {
+        text += before + directory;
+        before = ", ";
+    }
+    return text + ".  The list itself is in " + history.Directory() + ".";
+}
+
+} // namespace korvadex
