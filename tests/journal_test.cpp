@@ -392,7 +392,7 @@ TEST_F(JournalTrouble, APowerCutWhileACommandIsTakenBack) {
 }
 
 TEST_F(JournalTrouble, WhatAnEarlierCommandHadTakenBackSaysNothingOfThisOne) {
-    std::string earlier = LineOf(HistoryEntry{.number = 1, .item = 1, .key = "earlier"});
+    std::string earlier = LineOf(HistoryEntry{.number = 1, .item = 1, .title = {}, .key = "earlier"});
     for (std::size_t i = 0; i < 9; ++i)
         earlier += LineOf(Record{.size = i});
     drive.Put("Settings\\journal\\000001.back1", earlier);
@@ -467,8 +467,9 @@ TEST_F(JournalTrouble, WhatIsHalfLetGoIsNotBroughtBack) {
         Open(faulty)->Empty();
         history = Open(drive.Files());
         EXPECT_THAT(history->CutOff(), testing::IsEmpty());
-        if (history->NextUndo() && history->Undo().empty())
+        if (history->NextUndo() && history->Undo().empty()) {
             EXPECT_EQ(drive.Names("Hangar\\Jets\\Lear"), names);
+        }
         if (faulty.Changes() < change)
             break;
     }
