@@ -25,6 +25,7 @@ class Reversal {
         Repack();
         if (!isCutOff && !failures.empty())
             return failures;
+        FindThoseBack();
         for (const Record& lost : LostRecords())
             if (!note(BringBack(lost)))
                 return failures;
@@ -33,7 +34,7 @@ class Reversal {
         for (std::size_t i = records.size(); i-- > 0;) {
             if (tools.done.contains(i) || IsGone(records[i]))
                 continue;
-            const Status status = Reverse(records[i]);
+            const Status status = IsBackAlready(i) ? Status{} : Reverse(records[i]);
             if (status && tools.noteDone)
                 tools.noteDone(i);
             if (!note(status))
@@ -106,6 +107,26 @@ class Reversal {
                     lost.push_back({.kind = RecordKind::SetAside, .path = record.path + entry.name, .kept = kept});
         }
         return lost;
+    }
+
+    // What an earlier attempt has brought back, of which it could not make a note.
+    void FindThoseBack() {
+        if (isCutOff)
+            for (std::size_t i = 0; i < records.size(); ++i)
+                if (records[i].kind == RecordKind::SetAside && !IsThere(records[i].kept))
+                    broughtBack.emplace(FoldCase(records[i].path), i);
+    }
+
+    // Something was made in the place of what had been set aside, or in it: what is there now is the old one.
+    bool IsBackAlready(std::size_t number) const {
+        const Record& record = records[number];
+        if (record.kind != RecordKind::Created && record.kind != RecordKind::Placed &&
+            record.kind != RecordKind::MadeDirectory)
+            return false;
+        for (auto path = record.path; path.size() > 3; path = WithoutBackslash(ParentDirectory(path)))
+            if (const auto back = broughtBack.find(FoldCase(path)); back != broughtBack.end() && back->second < number)
+                return true;
+        return false;
     }
 
     Status Reverse(const Record& record) {
@@ -251,6 +272,7 @@ class Reversal {
     const TakeBackTools& tools;
     FileSystem& files;
     const bool isCutOff;
+    std::map<std::string, std::size_t> broughtBack; // records of what was set aside, by the folded path
     std::vector<Status> failures;
     std::vector<std::string> gone; // each with its backslash
     bool hasCleared = false;       // since tools.flushDone
