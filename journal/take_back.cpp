@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace korvadex {
@@ -113,7 +114,8 @@ class Reversal {
     void FindThoseBack() {
         if (isCutOff)
             for (std::size_t i = 0; i < records.size(); ++i)
-                if (records[i].kind == RecordKind::SetAside && !IsThere(records[i].kept))
+                if (records[i].kind == RecordKind::SetAside && !IsThere(records[i].kept) &&
+                    IsThere(WithoutBackslash(ParentDirectory(records[i].kept)))) // its drive is not away
                     broughtBack.emplace(FoldCase(records[i].path), i);
     }
 
