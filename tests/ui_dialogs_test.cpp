@@ -46,10 +46,11 @@ TEST_F(DialogTest, AMessageShowsItsTextAsItStands) {
         const auto& label = Control<QLabel>(box, "qt_msgbox_label");
         EXPECT_EQ(label.text().toStdString(), "< B 17 >  &\n\n<b>not bold</b>");
         EXPECT_EQ(label.textFormat(), Qt::PlainText);
-        EXPECT_EQ(box.windowTitle(), "Korvadex  -  Jets\\<B 17>");
+        EXPECT_EQ(box.windowTitle(), "Korvadex  -  Aircraft of the war\\<B 17>");
+        EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()));
         QTest::mouseClick(Button(box, "OK"), Qt::LeftButton);
     });
-    dialogs.subject = "Jets\\<B 17>";
+    dialogs.subject = "Aircraft of the war\\<B 17>";
     dialogs.Tell(text);
 }
 

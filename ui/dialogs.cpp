@@ -80,7 +80,7 @@ CheckedAnswer Dialogs::ShowMessage(const std::string& text, MessageButtons butto
                                    const MessageOptions& options) {
     MessageBox box(LinesToQt(text), buttons, icon, options, Parent());
     if (!subject.empty())
-        box.setWindowTitle("Korvadex  -  " + ToQt(subject));
+        box.SetSubject(ToQt(subject));
     return box.Ask();
 }
 

@@ -17,6 +17,8 @@ namespace korvadex {
 
 namespace {
 
+constexpr int MostWide = 700;
+
 QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
     switch (buttons) {
     case MessageButtons::OkCancel:
@@ -92,6 +94,17 @@ MessageBox::MessageBox(const QString& text, MessageButtons buttons, MessageIcon 
     KeepWithinScreen();
 }
 
+void MessageBox::SetSubject(const QString& subject) {
+    constexpr int roomOfFrame = 90; // its icon and buttons, without the margins of the box
+    setWindowTitle("Korvadex  -  " + subject);
+    QFont titleFont = font();
+    titleFont.setBold(true);
+    const int wide = QFontMetrics(titleFont).horizontalAdvance(windowTitle()) + roomOfFrame;
+    const int most = qMin(MostWide, screen()->availableGeometry().width() - roomOfFrame);
+    if (auto* grid = qobject_cast<QGridLayout*>(layout()))
+        grid->addItem(new QSpacerItem(qMin(wide, most), 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 CheckedAnswer MessageBox::Ask() {
     const Answer answer = AnswerOf(exec());
     return {answer, checkBox() && checkBox()->isChecked()};
@@ -107,7 +120,6 @@ void MessageBox::OrderButtons() {
 void MessageBox::KeepWithinScreen() {
     // A message that names many files, or one with a very long name, scrolls, so that its buttons stay on the screen
     // and all of it can be read.
-    constexpr int mostWide = 700;
     auto* label = findChild<QLabel*>("qt_msgbox_label");
     auto* grid = qobject_cast<QGridLayout*>(layout());
     if (!label || !grid)
@@ -115,7 +127,7 @@ void MessageBox::KeepWithinScreen() {
     label->setWordWrap(true);
     const int mostHigh = screen()->availableGeometry().height() * 2 / 3;
     const int high = label->heightForWidth(500), wide = label->minimumSizeHint().width();
-    if (high <= mostHigh && wide <= mostWide)
+    if (high <= mostHigh && wide <= MostWide)
         return;
     auto* area = new QScrollArea(this);
     area->setFrameShape(QFrame::NoFrame);
@@ -124,7 +136,7 @@ void MessageBox::KeepWithinScreen() {
     area->setWidget(label);
     const int bar = area->verticalScrollBar()->sizeHint().width();
     area->setMinimumHeight(qMin(high + bar, mostHigh));
-    area->setMinimumWidth(qMin(qMax(500, wide) + bar, mostWide));
+    area->setMinimumWidth(qMin(qMax(500, wide) + bar, MostWide));
 }
 
 void MessageBox::closeEvent(QCloseEvent* event) {

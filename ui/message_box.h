@@ -14,6 +14,8 @@ class MessageBox : public QMessageBox {
     MessageBox(const QString& text, MessageButtons buttons, MessageIcon icon, const MessageOptions& options,
                QWidget* parent);
 
+    // In the title line; the box is wide enough for it.
+    void SetSubject(const QString& subject);
     CheckedAnswer Ask();
 
   protected:
