@@ -422,6 +422,12 @@ std::string History::Reverse(const HistoryEntry& entry) {
     files.mayGoOnWithoutLog = mayGoOnWithoutLog;
     const Status written = End(failures.empty());
     const Status& failure = failures.empty() ? written : failures.front();
+    // There was nothing to be taken back: it must not stand before those that came earlier.
+    if (const auto same = std::ranges::find(entries, entry.number, &HistoryEntry::number);
+        failure && same != entries.end()) {
+        entries.erase(same);
+        Drop(entry);
+    }
     return failure ? "" : failure.path + " (" + DescribeFault(failure) + ")";
 }
 

@@ -546,5 +546,25 @@ TEST_F(JournalTest, ANewCommandEndsTheRedo) {
     EXPECT_EQ(drive.Names("Staging"), (std::vector<std::string>{"first", "third"}));
 }
 
+// It stays in the history, but its undo has nothing to do.
+TEST_F(JournalTest, WhatHasLeftNothingDoesNotStandBeforeTheRest) {
+    const std::string before = Look();
+    auto history = Open(drive.Files());
+    history->Begin({.name = "First"});
+    Make(history->Files(), drive.At("Staging\\first.txt"), "first");
+    ASSERT_TRUE(history->End());
+    history->Begin({.name = "Second"});
+    Make(history->Files(), drive.At("Staging\\a.txt"), "a");
+    static_cast<void>(history->Files().Rename(drive.At("Staging\\a.txt"), drive.At("Staging\\b.txt")));
+    static_cast<void>(history->Files().Delete(drive.At("Staging\\b.txt")));
+    ASSERT_TRUE(history->End());
+    ASSERT_EQ(history->Undo(), "");
+    ASSERT_EQ(history->Undo(), "");
+    EXPECT_EQ(Look(), before);
+    EXPECT_EQ(history->NextUndo(), nullptr);
+    ASSERT_EQ(history->Redo(), "");
+    EXPECT_TRUE(drive.Has("Staging\\first.txt"));
+}
+
 } // namespace
 } // namespace korvadex::test

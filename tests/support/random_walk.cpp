@@ -143,6 +143,7 @@ class Walk {
     }
     // False when there was nothing.
     bool GoBack() {
+        const std::size_t before = Entries().size();
         step = "undo";
         program->UndoLast();
         CheckRunning();
@@ -153,6 +154,11 @@ class Walk {
             return false;
         }
         CheckSaid("Taken back: ");
+        if (Entries().size() < before && at > 0) { // it had left nothing, and has gone with its undo
+            states.erase(states.begin() + static_cast<std::ptrdiff_t>(at));
+            Expect(states[--at]);
+            return true;
+        }
         if (!isLost && at == 0)
             Violation("there is nothing to be taken back");
         if (!isLost)
