@@ -529,7 +529,7 @@ TEST_F(JournalTest, ANewCommandEndsTheRedo) {
     auto history = Open(drive.Files());
     const auto work = [&](const char* name) {
         history->Begin({name});
-        Make(history->Files(), drive.At("Staging\\") + name, name);
+        Make(history->Files(), drive.At("Staging\\").append(name), name);
         ASSERT_TRUE(history->End());
     };
     work("first");
