@@ -123,6 +123,9 @@ TEST_F(HistoryForm, TakesBackDoesAgainAndEmpties) {
         auto& commands = Control<QSpinBox>(form, "spnCommands");
         EXPECT_EQ(commands.value(), 30);
         EXPECT_EQ(Control<QSpinBox>(form, "spnMegabytes").value(), 2048);
+        form.activateWindow(); // a message box was the last
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+        commands.setFocus();
         commands.selectAll();
         QTest::keyClicks(&commands, "100");
         EXPECT_THAT(Rows(form, "lstCommands", 5), testing::SizeIs(2));
