@@ -42,7 +42,7 @@ frmHistory::frmHistory(HistoryEditor& historyEditor, Guard windowGuard, QWidget*
     const auto press = [this](QPushButton* button, const std::function<void()>& deed) {
         connect(button, &QPushButton::clicked, this, [this, deed] {
             Do(deed);
-            ui->lstCommands->setFocus(); // the button may be grey now
+            FocusList(); // the button may be grey now
         });
     };
     press(ui->cmdTakeBack, [this] { history.TakeBackTo(Row()); });
@@ -57,7 +57,7 @@ frmHistory::frmHistory(HistoryEditor& historyEditor, Guard windowGuard, QWidget*
     ui->lstCommands->header()->setStretchLastSection(false);
     ui->lstCommands->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     ui->lstCommands->header()->setSectionResizeMode(Package, QHeaderView::Stretch);
-    ui->lstCommands->setFocus();
+    FocusList();
 }
 
 frmHistory::~frmHistory() = default;
@@ -94,6 +94,13 @@ void frmHistory::ShowCommands() {
     ui->spnMegabytes->setValue(MegabytesOf(history.Limits().bytes));
     ui->lblKept->setText(ToQt(history.DescribeKept()));
     ShowSelected();
+}
+
+void frmHistory::FocusList() {
+    if (ui->stkHistory->currentWidget() == ui->wgtLists)
+        ui->lstCommands->setFocus();
+    else
+        ui->cmdClose->setFocus();
 }
 
 void frmHistory::ShowSelected() {

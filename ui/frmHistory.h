@@ -28,6 +28,7 @@ class frmHistory : public QDialog {
   private:
     void ShowCommands();
     void ShowSelected();
+    void FocusList();
     void ShowFiles(int row);
     // Runs the deed, and shows what has come of it.
     void Do(const std::function<void()>& deed);
