@@ -137,6 +137,7 @@ class Walk {
                 Expect(states[at]);
             return;
         }
+        hasDropped = false;
         states.resize(at + 1);
         states.push_back(Look());
         ++at;
@@ -156,6 +157,7 @@ class Walk {
         CheckSaid("Taken back: ");
         if (Entries().size() < before && at > 0) { // it had left nothing, and has gone with its undo
             states.erase(states.begin() + static_cast<std::ptrdiff_t>(at));
+            hasDropped = true;
             Expect(states[--at]);
             return true;
         }
@@ -170,6 +172,13 @@ class Walk {
         program->RedoLast();
         CheckRunning();
         const bool isNothing = form.status.starts_with("There is nothing");
+        if (hasDropped && !isNothing && at + 1 == states.size()) { // what was undone before that has its turn again
+            if (!form.status.starts_with("Done again: "))
+                return Expect(states[at]);
+            states.push_back(Look());
+            ++at;
+            return;
+        }
         if (isNothing != (at + 1 == states.size()))
             return Violation("there is something to be done again, or there is not: " + form.status);
         if (!isNothing)
@@ -288,7 +297,7 @@ class Walk {
     std::size_t at = 0;        // the one that there is now
     std::string step, lastArchive;
     int archives = 0;
-    bool isLost = false;
+    bool isLost = false, hasDropped = false;
 };
 
 } // namespace
