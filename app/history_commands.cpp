@@ -192,7 +192,9 @@ void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>&
         if (files.Info(WithoutBackslash(lender->Directory(settings.locations))).fault() == FileFault::NotFound)
             *lender = {};
     selection.ReadCategories();
-    if (view.HangarSideShown)
+    if (title.name == ChoiceTitle) // shown, Staging would be sorted out again at once
+        ShowHangarSide(true);
+    else if (view.HangarSideShown)
         selection.Select(about);
     const bool wasEmpty = view.isStagingEmpty;
     ShowChanges({.hangar = true, .simulator = true, .package = true});

@@ -205,6 +205,7 @@ class Program : private CommandDisplay {
     void RestartWith(const Settings& oldSettings);
 
     // sides.cpp
+    static constexpr const char* ChoiceTitle = "Choose configuration"; // and what else showing Staging sorts out
     void ShowHangarSide(bool preselect);
     void ShowStagingSide();
     void SwitchToHangar(); // with the packages as they are now

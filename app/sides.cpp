@@ -93,7 +93,7 @@ void Program::LoadStagedFiles(ChoiceQuestion question) {
         question = ChoiceQuestion::AsItIs;
     } else {
         if (!history.IsRunning()) // looking at it may end in a choice
-            history.Begin({"Choose configuration", CleanPackageName(view.packageName)});
+            history.Begin({ChoiceTitle, CleanPackageName(view.packageName)});
         CheckSingleAircraftCfg(context);
     }
     const auto importName = ReadImportName(files, settings.locations); // goes with the choice
