@@ -138,6 +138,7 @@ class Walk {
             return;
         }
         hasDropped = false;
+        isPruned = isPruned || after.size() >= 30; // the oldest may have gone
         states.resize(at + 1);
         states.push_back(Look());
         ++at;
@@ -149,7 +150,7 @@ class Walk {
         program->UndoLast();
         CheckRunning();
         if (form.status.starts_with("There is nothing")) {
-            if (at > 0 && Entries().size() < 30)
+            if (at > 0 && !isPruned)
                 Violation("there is something to be taken back");
             Expect(states[at]);
             return false;
@@ -297,7 +298,7 @@ class Walk {
     std::size_t at = 0;        // the one that there is now
     std::string step, lastArchive;
     int archives = 0;
-    bool isLost = false, hasDropped = false;
+    bool isLost = false, hasDropped = false, isPruned = false;
 };
 
 } // namespace
