@@ -399,7 +399,12 @@ TEST_F(DialogTest, TheEndOfTheProgramClosesTheDialogAndComesThrough) {
     user.Expect("frmMSFSImport", [](QWidget& window) { Click(window, "cmdOK"); });
     EXPECT_THROW(dialogs.ShowMSFSImport(imported), ProgramEnd);
     UnusedGaugesForm gauges;
-    gauges.search = [](const auto&) -> std::vector<UnusedGauge> { throw ProgramEnd{}; };
+    bool isSeen = false;
+    gauges.search = [&](const auto&) -> std::vector<UnusedGauge> {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isSeen; })); // the user looks at it in the meantime
+        throw ProgramEnd{};
+    };
+    user.Expect("frmUnusedGauges", [&](QWidget&) { isSeen = true; });
     EXPECT_THROW(dialogs.ShowUnusedGauges(gauges), ProgramEnd);
 }
 
