@@ -164,7 +164,7 @@ Work RemoveRoad(const Drive& drive, const std::string& road, const char* name) {
     };
     return {road,
             [&drive, installed, gauges, name] {
-                fs::remove_all(installed);
+                MakeEmpty(installed.parent_path()); // another package there would need the gauges as well
                 MakeEmpty(gauges);
                 Command::ForgetJournal(drive);
                 if (!Ours(
