@@ -25,6 +25,11 @@ Program::Program(FileSystem& fileSystem, Launcher& programLauncher, UserDialogs&
       files(history.Files()), launcher(programLauncher), user(userDialogs), dialogs(programDialogs),
       converter(pictureConverter), window(mainWindow), executable(std::move(runningExecutable)) {
     settings.AppDir = AddBackslash(appDir);
+    user.beforeTell = [this] { history.LookAround(); };
+}
+
+Program::~Program() {
+    user.beforeTell = {};
 }
 
 void Program::Run(const CommandTitle& title, const std::function<void()>& command) {

@@ -48,9 +48,9 @@ Status CommandLog::Flush() {
     return trouble;
 }
 
-std::vector<Record> CommandLog::Records() const {
+std::vector<Record> CommandLog::Records(std::size_t from) const {
     std::vector<Record> counting;
-    for (std::size_t i = 0; i < records.size(); ++i)
+    for (std::size_t i = from; i < records.size(); ++i)
         if (!isVoid[i])
             counting.push_back(records[i]);
     return counting;

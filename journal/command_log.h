@@ -26,8 +26,9 @@ class CommandLog {
     void SetHeading(std::string line) { heading = std::move(line); }
     bool IsEmpty() const { return count == 0; }
     const std::string& Path() const { return path; }
-    // Those that count.
-    std::vector<Record> Records() const;
+    // Those that count, from this one on.
+    std::vector<Record> Records(std::size_t from = 0) const;
+    std::size_t Count() const { return count; }
     // The first failure to write; what comes after it is not written.
     const Status& Trouble() const { return trouble; }
     // No more is written.

@@ -143,11 +143,19 @@ void History::SetSubject(const std::string& subject) {
 void History::StartLog() {
     log = std::make_unique<CommandLog>(disk, LogOf(running.number), LineOf(running));
     kept = std::make_unique<KeptPlaces>(disk, locations, running.key);
+    seenRecords.reset();
     files.Begin(*log, *kept, running.title.repacking != Repacking::None);
 }
 
 bool History::HasChanged() const {
     return log && !IsWithoutEffect(disk, log->Records());
+}
+
+void History::LookAround() {
+    if (!log || log->IsEmpty())
+        return;
+    seen = LookAtPlaces(disk, log->Records());
+    seenRecords = log->Count();
 }
 
 Status History::End(bool isToStay) {
@@ -178,7 +186,9 @@ Status History::End(bool isToStay) {
 }
 
 Status History::Keep() {
-    const auto left = LookAtPlaces(disk, log->Records());
+    auto left = LookAtPlaces(disk, log->Records());
+    if (seenRecords)
+        left = WithoutOthers(std::move(left), seen, log->Records(*seenRecords));
     Status status = log->Append(left);
     if (status)
         status = log->Flush();

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,8 @@ class History {
     bool HasChanged() const;
     // The first change that the disk refused for no reason of the file's own.
     const Status& Trouble() const { return files.Trouble(); }
+    // From now on others may put something there while the user reads what he is told: it is not the command's.
+    void LookAround();
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to
     // stay, all that it had done was taken back (what could not be is told by Remains).
     Status End(bool isToStay = true);
@@ -116,6 +119,8 @@ class History {
     std::unique_ptr<CommandLog> log; // while a command runs
     std::unique_ptr<KeptPlaces> kept;
     std::vector<Status> remains;
+    std::vector<LeftPlace> seen; // by LookAround, when the log had so many records
+    std::optional<std::size_t> seenRecords;
 };
 
 } // namespace korvadex

@@ -28,6 +28,7 @@ class JournaledFiles : public FileSystem {
     // The first change of the command that the disk did not take: it is full, or damaged.
     const Status& Trouble() const { return trouble; }
 
+    // These ask and work in the thread that makes the change: a place of the user's is changed in the main one only.
     // Asks, once for a command, whether things that cannot be kept, for this reason, may go for good.
     std::function<bool(const Status&)> mayDelete;
     // Asks, once for a command, whether it may work although nothing of it can be written down.

@@ -4,6 +4,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace korvadex {
@@ -123,6 +124,31 @@ std::vector<LeftPlace> LookAtPlaces(const FileSystem& files, const std::vector<R
         places.Add(record.other, false);
     }
     return places.Take();
+}
+
+std::vector<LeftPlace> WithoutOthers(std::vector<LeftPlace> now, const std::vector<LeftPlace>& before,
+                                     const std::vector<Record>& later) {
+    std::map<std::string, bool> wasThere;
+    for (const LeftPlace& place : before)
+        wasThere[FoldCase(place.path)] = place.info.has_value();
+    std::set<std::string> changed;
+    for (const Record& record : later)
+        changed.insert({FoldCase(record.path), FoldCase(record.other)});
+    const auto isCommands = [&](std::string path) {
+        for (; !path.empty(); path = WithoutBackslash(ParentDirectory(path)))
+            if (changed.contains(path))
+                return true;
+        return false;
+    };
+    std::erase_if(now, [&](LeftPlace& place) {
+        const std::string key = FoldCase(place.path);
+        const auto known = wasThere.find(key);
+        if (!place.info || isCommands(key) || (known != wasThere.end() && known->second))
+            return false;
+        place.info.reset();
+        return known == wasThere.end();
+    });
+    return now;
 }
 
 std::string FindObstacle(const FileSystem& files, const Journal& journal) {

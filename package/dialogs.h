@@ -2,6 +2,7 @@
 // with a script.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -35,6 +36,8 @@ class UserDialogs {
 
     // What the running command is about: stands in the title line of every message and question.
     std::string subject;
+    // Called before the user is told something, and reads it for as long as he likes.
+    std::function<void()> beforeTell;
 
     // Plain text, lines separated by CR LF. A Yes/No box cannot be closed unanswered; OK/Cancel takes Escape
     // as Cancel.
@@ -57,6 +60,8 @@ class UserDialogs {
     virtual void ShowInfo(const InfoForm& form) = 0;
 
     void Tell(const std::string& text, MessageIcon icon = MessageIcon::None) {
+        if (beforeTell)
+            beforeTell();
         ShowMessage(text, MessageButtons::Ok, icon, {});
     }
     // No is the preset where a Yes deletes from the Hangar, or what cannot be taken back.

@@ -546,6 +546,25 @@ TEST_F(JournalTest, ANewCommandEndsTheRedo) {
     EXPECT_EQ(drive.Names("Staging"), (std::vector<std::string>{"first", "third"}));
 }
 
+TEST_F(JournalTest, WhatComesWhileTheUserReadsIsNotTheCommands) {
+    for (const char* mine : {"Sim\\aircraft\\Lear\\mine.txt", "Sim\\gauges\\a.gau"}) {
+        auto history = Open(drive.Files());
+        history->Begin({.name = "Install"});
+        static_cast<void>(history->Files().CreateDirectory(drive.At("Sim\\aircraft\\Lear")));
+        Make(history->Files(), drive.At("Sim\\aircraft\\Lear\\lear.air"), "air");
+        static_cast<void>(history->Files().Delete(drive.At("Sim\\gauges\\a.gau")));
+        history->LookAround();
+        drive.Put(mine, "mine");
+        Make(history->Files(), drive.At("Sim\\aircraft\\Lear\\record.txt"), "record");
+        ASSERT_TRUE(history->End());
+        EXPECT_THAT(history->Undo(), HasSubstr(drive.At(mine)));
+        static_cast<void>(drive.Files().Delete(drive.At(mine)));
+        EXPECT_EQ(history->Undo(), "");
+        EXPECT_EQ(drive.Get("Sim\\gauges\\a.gau"), "gauge a");
+        EXPECT_FALSE(drive.Has("Sim\\aircraft\\Lear"));
+    }
+}
+
 // It stays in the history, but its undo has nothing to do.
 TEST_F(JournalTest, WhatHasLeftNothingDoesNotStandBeforeTheRest) {
     const std::string before = Look();
