@@ -207,10 +207,10 @@ class JournalOf : public JournalTest, public testing::WithParamInterface<Work> {
         std::string text;
         for (const FileChange& change :
              ListFileChanges(drive.Files(), history.ReadJournalOf(entry), entry.state == EntryState::Undone)) {
-            text += (text.empty() ? "" : " ") + std::string(1, "+-*>"[static_cast<int>(change.kind)]);
+            text.append(text.empty() ? "" : " ").append(1, "+-*>"[static_cast<int>(change.kind)]);
             text += change.path.substr(drive.Root().size());
             if (!change.newPath.empty())
-                text += ">" + change.newPath.substr(drive.Root().size());
+                text.append(">").append(change.newPath.substr(drive.Root().size()));
         }
         return text;
     }
