@@ -1,6 +1,6 @@
 // Every command is taken back and done again: to the byte, and to the nanosecond, all is as it was.
-#include "tests/cuts/ground.h"
-#include "tests/cuts/trees.h"
+#include "cuts/ground.h"
+#include "cuts/trees.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // Preloaded into a program: counts the calls by which it changes the disk below one directory, and at one of them does
-// to it what a kill, a bad disk or a power cut does. Linux only; tests/cuts/main.cpp starts programs with it.
+// to it what a kill, a bad disk or a power cut does. Linux only; cuts/main.cpp starts programs with it.
 //
 //   KORVADEX_CUT_BELOW  the directory, without links in its path and with a slash at its end
 //   KORVADEX_CUT_LIST   a file elsewhere that gets a line for each call

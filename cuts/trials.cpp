@@ -1,7 +1,7 @@
-#include "tests/cuts/trials.h"
+#include "cuts/trials.h"
 
-#include "tests/cuts/ground.h"
-#include "tests/cuts/trees.h"
+#include "cuts/ground.h"
+#include "cuts/trees.h"
 
 #include <algorithm>
 #include <csignal>

@@ -1,4 +1,4 @@
-#include "tests/cuts/ground.h"
+#include "cuts/ground.h"
 
 #include "app/program.h"
 #include "platform/drive_map_posix.h"

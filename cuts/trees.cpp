@@ -1,4 +1,4 @@
-#include "tests/cuts/trees.h"
+#include "cuts/trees.h"
 
 #include <array>
 #include <ctime>

@@ -5,8 +5,8 @@
 //   --run DIRECTORY COMMAND APPDIR      gives one there
 //   --restart DIRECTORY APPDIR          starts the program there, and ends it
 //   [--mode MODE] [--commands A,B] [--every N] [--jobs N] [--at N]
-#include "tests/cuts/ground.h"
-#include "tests/cuts/trials.h"
+#include "cuts/ground.h"
+#include "cuts/trials.h"
 
 #include <iostream>
 #include <map>
