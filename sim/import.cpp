@@ -58,7 +58,7 @@ class Import {
                 "Staging still holds what an earlier import of " + name +
                 " has brought.  Should Staging be cleared first?  "
                 "(Select 'No' to keep what you have added: then only the files that the aircraft has are replaced.)");
-        if (!CheckRoom(tree, clears) || (clears && !ClearStaging()))
+        if (!CheckRoom(tree) || (clears && !ClearStaging()))
             return false;
         WriteNameFile();
         CopyFiles(tree);
@@ -91,19 +91,14 @@ class Import {
         return true;
     }
 
-    bool CheckRoom(const Tree& tree, bool isToBeCleared) {
-        const std::uint64_t freed = isToBeCleared ? BytesOf(WalkTree(files, staging)) : 0;
-        const std::uint64_t needed = BytesOf(tree);
-        if (const auto space = files.MakeRoom(staging, needed); space && *space + freed < needed)
+    // What is cleared from Staging is kept, and makes no room.
+    bool CheckRoom(const Tree& tree) {
+        std::uint64_t needed = 0;
+        for (const FileEntry& file : tree.files)
+            needed += file.info.size;
+        if (const auto space = files.MakeRoom(staging, needed); space && *space < needed)
             return Refuse("There is not enough room for the aircraft in Staging.  " + NextStep(FileFault::DiskFull));
         return true;
-    }
-
-    static std::uint64_t BytesOf(const Tree& tree) {
-        std::uint64_t bytes = 0;
-        for (const FileEntry& file : tree.files)
-            bytes += file.info.size;
-        return bytes;
     }
 
     bool ClearStaging() {

@@ -40,7 +40,7 @@ TEST_F(ImportTest, EveryAircraftIsOffered) {
 
 TEST_F(ImportTest, WhatCannotBeImportedClearsNothing) {
     drive.Put("FS\\aircraft\\Zeppelin\\hull.air", std::string(100'000, 'x'));
-    drive.Put("Staging\\KX_MSFSImportName.txt", "Zeppelin\r\n");
+    drive.Fill("Staging", "KX_MSFSImportName.txt=Zeppelin, large.bmp=" + std::string(200'000, 'x')); // is kept
     const auto staged = drive.Tree("Staging");
     const auto expectRefusal = [&](FileSystem& files) {
         CommandContext disk = On(files);
