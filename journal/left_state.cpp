@@ -115,14 +115,18 @@ class Obstacles {
 
 std::vector<LeftPlace> LookAtPlaces(const FileSystem& files, const std::vector<Record>& records) {
     Places places(files);
-    for (const Record& record : records) {
-        const bool isOwn = record.kind == RecordKind::Placed || record.kind == RecordKind::MadeDirectory ||
-                           (record.kind == RecordKind::Renamed && IsKeptPlace(record.other)); // it came back
-        if (record.kind == RecordKind::KeptFrom || record.kind == RecordKind::DirectoryTime)
-            continue;
-        places.Add(record.path, isOwn);
-        places.Add(record.other, false);
-    }
+    const auto isOwn = [](const Record& record) {
+        return record.kind == RecordKind::Placed || record.kind == RecordKind::MadeDirectory ||
+               (record.kind == RecordKind::Renamed && IsKeptPlace(record.other)); // it came back
+    };
+    for (const Record& record : records)
+        if (isOwn(record)) // also where something else had that name before
+            places.Add(record.path, true);
+    for (const Record& record : records)
+        if (record.kind != RecordKind::KeptFrom && record.kind != RecordKind::DirectoryTime) {
+            places.Add(record.path, false);
+            places.Add(record.other, false);
+        }
     return places.Take();
 }
 

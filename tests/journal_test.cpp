@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <sstream>
 
 namespace korvadex::test {
 namespace {
@@ -231,6 +232,15 @@ TEST_P(JournalOf, GoesBackAndForth) {
     const std::string after = Look();
     EXPECT_NE(before, after);
     ExpectListed(*history);
+    // What the user has changed since is the user's.
+    std::istringstream listed(GetParam().listed ? GetParam().listed : "");
+    for (std::string change; listed >> change;)
+        if (const std::string path = drive.Root() + change.substr(1); change[0] == '+') {
+            const FileTime time = drive.Files().Info(path)->time;
+            EXPECT_TRUE(drive.Files().SetTime(path, FileTime(3h)));
+            EXPECT_EQ(history->Undo(), path + " was changed since.");
+            EXPECT_TRUE(drive.Files().SetTime(path, time));
+        }
     for (int turn = 0; turn < 2; ++turn) {
         ASSERT_EQ(history->Undo(), "");
         EXPECT_EQ(Look(), before);
