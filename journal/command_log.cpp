@@ -2,6 +2,7 @@
 
 #include "platform/windows_path.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace korvadex {
@@ -29,6 +30,18 @@ void CommandLog::Void(std::size_t number) {
         isVoid.push_back(true);
         ++count;
     }
+}
+
+void CommandLog::VoidRoundTrip() {
+    std::vector<std::size_t> last; // the newest first
+    for (std::size_t i = records.size(); i-- > 0 && last.size() < 2;)
+        if (!isVoid[i] && records[i].kind != RecordKind::DirectoryTime)
+            last.push_back(i);
+    const auto isRename = [&](std::size_t number) { return records[number].kind == RecordKind::Renamed; };
+    if (last.size() == 2 && std::ranges::all_of(last, isRename) && records[last[0]].path == records[last[1]].other &&
+        records[last[0]].other == records[last[1]].path)
+        for (const std::size_t number : last)
+            Void(number);
 }
 
 Status CommandLog::Append(const std::vector<LeftPlace>& left) {

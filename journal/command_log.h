@@ -19,6 +19,8 @@ class CommandLog {
     Result<std::size_t> Append(const Record& record);
     // The record says what was not done after all.
     void Void(std::size_t number);
+    // When the last two records are a rename there and back, they say what was not done.
+    void VoidRoundTrip();
     Status Append(const std::vector<LeftPlace>& left);
     Status Flush();
 

@@ -233,8 +233,10 @@ Status JournaledFiles::Rename(Path from, Path to) {
         }
     }
     const Status status = Make(record, [&] { return disk.Rename(from, to); });
-    if (status)
+    if (status) {
         made.NoteRenamed(from, to);
+        log->VoidRoundTrip();
+    }
     return status;
 }
 

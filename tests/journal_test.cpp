@@ -595,5 +595,26 @@ TEST_F(JournalTest, WhatHasLeftNothingDoesNotStandBeforeTheRest) {
     EXPECT_TRUE(drive.Has("Staging\\first.txt"));
 }
 
+TEST_F(JournalTest, ARenameThereAndBackIsNoCommand) {
+    const std::string before = Look(), from = drive.At("Hangar\\Jets\\Lear"), to = drive.At("Hangar\\Jets\\Cub");
+    auto history = Open(drive.Files());
+    const auto rename = [&] {
+        EXPECT_TRUE(history->Files().Rename(from, to));
+        EXPECT_TRUE(history->Files().Rename(to, from));
+    };
+    history->Begin({.name = "Rename"});
+    rename();
+    EXPECT_FALSE(history->HasChanged());
+    ASSERT_TRUE(history->End());
+    EXPECT_THAT(history->Entries(), testing::IsEmpty());
+    EXPECT_EQ(Look(), before);
+    history->Begin({.name = "Rename"});
+    rename();
+    Make(history->Files(), from + "\\new.txt", "new");
+    ASSERT_TRUE(history->End());
+    ASSERT_EQ(history->Undo(), "");
+    EXPECT_EQ(Look(), before);
+}
+
 } // namespace
 } // namespace korvadex::test
