@@ -18,9 +18,11 @@ std::string StateText(const HistoryEntry& entry) {
     case EntryState::Undone:
         return entry.whyNot.empty() ? "Taken back" : "Taken back for good";
     case EntryState::CutOff:
+        return "Cut off";
+    case EntryState::Remains:
         break;
     }
-    return "Cut off";
+    return "Taken back in part";
 }
 
 } // namespace
@@ -91,18 +93,22 @@ void HistoryEditor::ReverseTo(int row, int count, bool isUndo) {
 }
 
 void HistoryEditor::Empty() {
-    if (user.AskYesNo("Do you want to empty the history?  What is kept (" + SizeText(history.KeptBytes()) +
-                          ") will be deleted, and none of the commands in the list can be taken back or done again "
-                          "any more.  The Hangar, Staging and the simulator stay as they are.",
-                      MessageIcon::Exclamation, Answer::No))
+    std::string text = "Do you want to empty the history?  What is kept (" + SizeText(history.KeptBytes()) +
+                       ") will be deleted, and none of the commands in the list can be taken back or done again any "
+                       "more.  The Hangar, Staging and the simulator stay as they are.";
+    if (const std::string away = NameKept(true); !away.empty())
+        text += "\r\n\r\nWhat is kept in " + away + " stays there, as it cannot be reached now.";
+    if (std::ranges::any_of(history.Entries(), [&](auto& entry) { return history.MustStay(entry); }))
+        text += "\r\n\r\nWhat could not be taken back of a command that was cut off stays where it is kept, and the "
+                "list goes on to name it.";
+    if (user.AskYesNo(text, MessageIcon::Exclamation, Answer::No))
         history.Empty();
 }
 
 void HistoryEditor::SetLimits(const HistoryLimits& limits) {
     if (limits == settings.historyLimits)
         return;
-    const bool isLess =
-        history.Entries().size() > static_cast<std::size_t>(limits.commands) || history.KeptBytes() > limits.bytes;
+    const bool isLess = history.CommandCount() > limits.commands || history.KeptBytes() > limits.bytes;
     if (isLess && !user.AskYesNo("There is more in the history than that: the oldest commands cannot be taken back "
                                  "any more, and what is kept of them will be deleted.  Do you want that?",
                                  MessageIcon::Exclamation, Answer::No))
@@ -112,17 +118,23 @@ void HistoryEditor::SetLimits(const HistoryLimits& limits) {
     history.Prune();
 }
 
-std::string HistoryEditor::DescribeKept() const {
+std::string HistoryEditor::NameKept(bool isAway) const {
     std::set<std::string> directories;
     for (const HistoryEntry& entry : history.Entries())
-        for (const std::string& keptIn : entry.keptIn)
-            directories.insert(ParentDirectory(WithoutBackslash(keptIn)));
-    std::string text = "Kept at the moment: " + SizeText(history.KeptBytes());
-    for (const char* before = " in "; const std::string& directory : directories) {
-        text += before + directory;
-        before = ", ";
-    }
-    return text + ".  The list itself is in " + history.Directory() + ".";
+        if (entry.state != EntryState::Remains && history.IsAway(entry) == isAway)
+            for (const std::string& keptIn : entry.keptIn)
+                directories.insert(ParentDirectory(keptIn));
+    std::string text;
+    for (const std::string& directory : directories)
+        text += (text.empty() ? "" : ", ") + directory;
+    return text;
+}
+
+std::string HistoryEditor::DescribeKept() const {
+    const std::string here = NameKept(false), away = NameKept(true);
+    return "Kept at the moment: " + SizeText(history.KeptBytes()) + (here.empty() ? "" : " in " + here) +
+           (away.empty() ? "" : ".  More is in " + away + ", which cannot be reached now") +
+           ".  The list itself is in " + history.Directory() + ".";
 }
 
 } // namespace korvadex

@@ -52,6 +52,8 @@ class HistoryEditor {
   private:
     const HistoryEntry& EntryAt(int row) const;
     void ReverseTo(int row, int count, bool isUndo);
+    // The directories in which something is kept that is within reach, or away.
+    std::string NameKept(bool isAway) const;
 
     History& history;
     const FileSystem& files;

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <map>
 #include <random>
+#include <utility>
 
 namespace korvadex {
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr std::string_view LogExtension = ".log", DoneExtension = ".done", NewExtension = ".new";
 constexpr const char* CutOffReason = "It was cut off, and has been taken back.";
-constexpr const char* RemainsReason = "Not all of it could be taken back.  What was kept of it is in ";
+constexpr const char* RemainsReason = "Not all of it could be taken back.";
 constexpr const char* NoRoomReason = "What it had kept had to go, as there was no more room for it.";
 
 FileTime Now() {
@@ -107,7 +108,7 @@ void History::Open(const std::string& historyDirectory) {
         if (!entry)
             continue; // its log alone would be taken for a command that was cut off
         entry->number = *number;
-        if (disk.Info(LogOf(*number)).fault() == FileFault::NotFound) {
+        if (disk.Info(LogOf(*number)).fault() == FileFault::NotFound && !MustStay(*entry)) {
             Drop(*entry); // to the end
             continue;
         }
@@ -325,6 +326,7 @@ std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
     if (!failures.empty())
         return failures;
     HistoryEntry ended = entry;
+    ended.state = EntryState::CutOff;
     ended.whyNot = CutOffReason;
     ended.keptIn = KeptIn(entry, records);
     ended.keptBytes = BytesIn(disk, ended.keptIn);
@@ -336,10 +338,11 @@ std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
 // Its things may be the only ones that there are: the history names them, and never lets them go.
 void History::GiveUpCutOff(const HistoryEntry& entry) {
     HistoryEntry ended = entry;
+    ended.state = EntryState::Remains;
     ended.whyNot = RemainsReason;
-    const auto keptIn = KeptIn(entry, ReadJournalOf(entry).records);
-    for (const std::string& directoryOfKept : keptIn)
-        ended.whyNot += (directoryOfKept == keptIn.front() ? "" : ", ") + directoryOfKept;
+    ended.keptIn = KeptIn(entry, ReadJournalOf(entry).records);
+    for (const char* before = "  What was kept of it is in "; const std::string& keptIn : ended.keptIn)
+        ended.whyNot += std::exchange(before, ", ") + keptIn;
     static_cast<void>(EndCutOff(ended));
 }
 
@@ -358,7 +361,6 @@ std::vector<std::string> History::KeptIn(const HistoryEntry& entry, const std::v
 
 bool History::EndCutOff(HistoryEntry ended) {
     ended.item = ended.number;
-    ended.state = EntryState::CutOff;
     if (!WriteEntry(ended))
         return false;
     DeleteProgress(ended.number);
@@ -382,7 +384,7 @@ const HistoryEntry* History::NextRedo() const {
 std::vector<const HistoryEntry*> History::RedoOrder() const {
     int lastNew = 0;
     for (const HistoryEntry& entry : entries)
-        if (entry.state != EntryState::CutOff)
+        if (entry.state == EntryState::Done || entry.state == EntryState::Undone)
             lastNew = std::max(lastNew, entry.item);
     std::vector<const HistoryEntry*> order;
     for (const HistoryEntry& entry : entries)
@@ -451,8 +453,23 @@ Journal History::ReadJournalOf(const HistoryEntry& entry) const {
 std::uint64_t History::KeptBytes() const {
     std::uint64_t sum = 0;
     for (const HistoryEntry& entry : entries)
-        sum += entry.keptBytes;
+        sum += MayGo(entry) ? entry.keptBytes : 0;
     return sum;
+}
+
+int History::CommandCount() const {
+    return static_cast<int>(std::ranges::count_if(entries, [&](const HistoryEntry& entry) { return MayGo(entry); }));
+}
+
+bool History::IsAway(const HistoryEntry& entry) const {
+    return std::ranges::any_of(entry.keptIn, [&](const std::string& keptIn) {
+        return !disk.IsDirectory(ParentDirectory(ParentDirectory(keptIn)));
+    });
+}
+
+bool History::MustStay(const HistoryEntry& entry) const {
+    const auto isEmpty = [&](const std::string& keptIn) { return HoldsNothing(disk, keptIn); };
+    return entry.state == EntryState::Remains && (IsAway(entry) || !std::ranges::all_of(entry.keptIn, isEmpty));
 }
 
 void History::Drop(const HistoryEntry& entry) {
@@ -487,12 +504,19 @@ HistoryEntry* History::OldestKeeping(const std::function<bool(const HistoryEntry
 }
 
 void History::Prune() {
-    while (entries.size() > static_cast<std::size_t>(std::max(limits.commands, 1))) {
-        Drop(entries.front());
-        entries.erase(entries.begin());
+    std::uint64_t bytes = 0;
+    for (const HistoryEntry& entry : entries)
+        bytes += entry.keptBytes;
+    if (std::ssize(entries) <= limits.commands && bytes <= limits.bytes)
+        return; // without asking for a drive that may be away
+    for (int count = CommandCount(); count > std::max(limits.commands, 1); --count) {
+        const auto oldest = std::ranges::find_if(entries, [&](const HistoryEntry& entry) { return MayGo(entry); });
+        Drop(*oldest);
+        entries.erase(oldest);
     }
     while (KeptBytes() > limits.bytes) {
-        HistoryEntry* oldest = OldestKeeping([&](const HistoryEntry& entry) { return &entry != &entries.back(); });
+        HistoryEntry* oldest =
+            OldestKeeping([&](const HistoryEntry& entry) { return &entry != &entries.back() && MayGo(entry); });
         if (!oldest)
             return;
         GiveUpKept(*oldest, NoRoomReason);
@@ -518,9 +542,12 @@ void History::MakeRoom(const std::string& where, std::uint64_t bytes) {
 }
 
 void History::Empty() {
-    for (const HistoryEntry& entry : entries)
+    std::erase_if(entries, [&](const HistoryEntry& entry) {
+        if (MustStay(entry))
+            return false;
         Drop(entry);
-    entries.clear();
+        return true;
+    });
 }
 
 } // namespace korvadex

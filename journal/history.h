@@ -82,9 +82,15 @@ class History {
     std::string Redo();
     // Its records; empty when they cannot be read.
     Journal ReadJournalOf(const HistoryEntry& entry) const;
-    // All that is kept goes, and the list with it.
+    // All that is kept and within reach goes, and the list with it, but for the entries that must stay.
     void Empty();
+    // Of those that could go: they are what the limits are about.
+    int CommandCount() const;
     std::uint64_t KeptBytes() const;
+    // What it keeps is on a drive that is not there now.
+    bool IsAway(const HistoryEntry& entry) const;
+    // No one else knows where these things of the user's are.
+    bool MustStay(const HistoryEntry& entry) const;
 
   private:
     std::string LogOf(int number) const;
@@ -105,6 +111,7 @@ class History {
     void Drop(const HistoryEntry& entry);
     void GiveUpKept(HistoryEntry& entry, const std::string& why);
     void MakeRoom(const std::string& directory, std::uint64_t bytes);
+    bool MayGo(const HistoryEntry& entry) const { return !MustStay(entry) && !IsAway(entry); }
     HistoryEntry* OldestKeeping(const std::function<bool(const HistoryEntry&)>& isWanted);
 
     FileSystem& disk;

@@ -9,17 +9,17 @@ namespace korvadex {
 namespace {
 
 constexpr std::string_view Mark = "korvadex journal 1";
-constexpr std::array<std::string_view, 3> RepackingNames = {"", "packs", "unpacks"},
-                                          StateNames = {"done", "undone", "cut off"};
+constexpr std::array<std::string_view, 3> RepackingNames = {"", "packs", "unpacks"};
+constexpr std::array<std::string_view, 4> StateNames = {"done", "undone", "cut off", "remains"};
 constexpr std::size_t FixedFields = 14;
 
 template<class Value>
-std::optional<Value> ValueOf(std::string_view name, const std::array<std::string_view, 3>& names) {
+std::optional<Value> ValueOf(std::string_view name, const auto& names) {
     const auto found = std::ranges::find(names, name);
     return found == names.end() ? std::nullopt : std::optional(static_cast<Value>(found - names.begin()));
 }
 
-std::string_view NameOf(auto value, const std::array<std::string_view, 3>& names) {
+std::string_view NameOf(auto value, const auto& names) {
     return names[static_cast<std::size_t>(value)];
 }
 

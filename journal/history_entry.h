@@ -27,7 +27,8 @@ struct CommandTitle {
 enum class EntryState {
     Done,
     Undone,
-    CutOff // in the middle of its work, and taken back at the next start
+    CutOff, // in the middle of its work, and taken back at the next start
+    Remains // the same, but not all of it could be taken back: keptIn names what is the user's, and stays
 };
 
 struct HistoryEntry {

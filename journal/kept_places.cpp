@@ -97,6 +97,16 @@ void DeleteKept(FileSystem& files, const std::string& directory) {
         KeepTime(files, ParentDirectory(kept), [&] { return files.RemoveDirectory(WithoutBackslash(kept)); }));
 }
 
+bool HoldsNothing(const FileSystem& files, const std::string& directory) {
+    const auto entries = files.List(directory);
+    if (!entries)
+        return entries.fault() == FileFault::NotFound;
+    return std::ranges::all_of(*entries, [&](const DirectoryEntry& entry) {
+        return entry.info.kind == EntryKind::Directory && !entry.isMountPoint &&
+               HoldsNothing(files, AddBackslash(directory) + entry.name);
+    });
+}
+
 KeptSize SizeOf(const FileSystem& files, const std::string& path) {
     const auto info = files.Info(path);
     if (!info)

@@ -47,6 +47,9 @@ class KeptPlaces {
 // then. Links go as links, and what lies on another volume stays.
 void DeleteKept(FileSystem& files, const std::string& directory);
 
+// There is no file in it, nor anything else but directories; or it is not there.
+bool HoldsNothing(const FileSystem& files, const std::string& directory);
+
 struct KeptSize {
     std::uint64_t files = 0, bytes = 0;
 };

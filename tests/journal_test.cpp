@@ -370,6 +370,21 @@ class JournalTrouble : public JournalTest {
                 count += entry.path().filename() == name;
         return count;
     }
+    void SetAsideLear(History& history) {
+        history.Begin({.name = "Remove", .subject = "Lear"});
+        EXPECT_TRUE(history.Files().SetAside(lear));
+        ASSERT_TRUE(history.End());
+    }
+    // Two commands more than there may be.
+    void ExceedLimits(History& history) {
+        history.SetLimits({.commands = 1, .bytes = 0});
+        for (int i = 0; i < 2; ++i) {
+            history.Begin({.name = "Work"});
+            Exchange(history.Files(), gauge);
+            ASSERT_TRUE(history.End());
+            history.Prune();
+        }
+    }
     static void Exchange(FileSystem& files, const std::string& path) {
         EXPECT_TRUE(files.Delete(path));
         Make(files, path, "new");
@@ -412,12 +427,7 @@ TEST_F(JournalTrouble, WhatAnEarlierCommandHadTakenBackSaysNothingOfThisOne) {
 }
 
 TEST_F(JournalTrouble, AFileOfTheJournalThatCannotBeReadChangesNothing) {
-    {
-        const auto history = Open(disk);
-        history->Begin({.name = "Remove", .subject = "Lear"});
-        EXPECT_TRUE(history->Files().SetAside(lear));
-        ASSERT_TRUE(history->End());
-    }
+    SetAsideLear(*Open(disk));
     const std::string after = Look();
     disk.unreadableFiles = ".done";
     EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
@@ -434,17 +444,34 @@ TEST_F(JournalTrouble, TheOnlyCopyOfAThingIsNeverGivenUp) {
     CutOff([&](FileSystem& files) { EXPECT_TRUE(files.SetAside(lear)); });
     drive.Fill("Hangar", "Jets\\Lear\\another.txt=x");
     EXPECT_THAT(TakeBackAll(), testing::SizeIs(1));
-    const auto history = Open(disk);
+    auto history = Open(disk);
     history->GiveUpCutOff(history->CutOff().front());
-    history->SetLimits({.commands = 1, .bytes = 0});
-    for (int i = 0; i < 2; ++i) {
-        history->Begin({.name = "Work"});
-        Exchange(history->Files(), gauge);
-        ASSERT_TRUE(history->End());
-        history->Prune();
-    }
+    ExceedLimits(*history);
+    history = Open(disk);
+    EXPECT_EQ(history->Entries().size(), 2u); // it takes no other's place
     static_cast<void>(history->Files().MakeRoom(drive.Root(), ~std::uint64_t{0}));
+    history->Empty();
     EXPECT_EQ(KeptOf("lear.air"), 1);
+    ASSERT_EQ(history->Entries().size(), 1u);
+    EXPECT_THAT(history->Entries().front().whyNot,
+                HasSubstr("What was kept of it is in " + drive.At("Hangar\\~kx~kept")));
+    std::filesystem::remove_all(drive.Files().HostPath(drive.At("Hangar\\~kx~kept"))); // by the user
+    history->Empty();
+    EXPECT_THAT(history->Entries(), testing::IsEmpty());
+}
+
+TEST_F(JournalTrouble, WhatIsKeptOnADriveThatIsAwayGoesWhenItIsBack) {
+    const auto history = Open(disk);
+    SetAsideLear(*history);
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar"), drive.At("Away")));
+    history->SetLocations({drive.At("Sim\\")});
+    ExceedLimits(*history);
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Away"), drive.At("Hangar")));
+    ASSERT_EQ(history->Entries().size(), 2u);
+    EXPECT_EQ(history->Entries().front().whyNot, "");
+    history->Prune();
+    EXPECT_EQ(history->Entries().size(), 1u);
+    EXPECT_EQ(KeptOf("lear.air"), 0);
 }
 
 TEST_F(JournalTrouble, ACommandThatIsToGoOnWithoutItsLogGoesOn) {
@@ -469,9 +496,7 @@ TEST_F(JournalTrouble, WhatIsHalfLetGoIsNotBroughtBack) {
         SCOPED_TRACE(change);
         drive.Fill("Hangar", "Jets\\Lear\\lear.air=air, Jets\\Lear\\panel\\panel.cfg=panel, Jets\\Lear\\old.txt=old");
         auto history = Open(drive.Files());
-        history->Begin({.name = "Remove", .subject = "Lear"});
-        EXPECT_TRUE(history->Files().SetAside(lear));
-        ASSERT_TRUE(history->End());
+        SetAsideLear(*history);
         FaultyFiles faulty(drive.Files());
         faulty.StopAt(change);
         Open(faulty)->Empty();
