@@ -26,8 +26,8 @@ void AddTree(const FileSystem& files, const std::string& directory, const std::s
     if (!entries)
         return;
     for (const DirectoryEntry& entry : *entries) {
-        if (entry.name == LockFileName)
-            continue; // it shows where a program runs, not what that has done
+        if (IsLastingName(entry.name) || entry.name == "journal")
+            continue; // it shows that a program runs, and what that keeps, not what it has done
         const std::string name = relative + entry.name;
         if (entry.info.kind == EntryKind::Directory) {
             tree[name + "\\"];
