@@ -182,11 +182,12 @@ bool SetMode(int file, mode_t mode) {
     return fchmod(file, mode & 0777) == 0 || errno == EPERM || errno == ENOTSUP;
 }
 
-void CopyDosAttributes(int from, int to) {
+// Nor for being without these, where the disk has no such thing; a full or damaged one is another matter.
+bool CopyDosAttributes(int from, int to) {
     std::array<char, 64> value{};
     const ssize_t length = fgetxattr(from, DosAttributes, value.data(), value.size());
-    if (length > 0)
-        static_cast<void>(fsetxattr(to, DosAttributes, value.data(), static_cast<std::size_t>(length), 0));
+    return length <= 0 || fsetxattr(to, DosAttributes, value.data(), static_cast<std::size_t>(length), 0) == 0 ||
+           (errno != EIO && errno != ENOSPC && errno != EDQUOT);
 }
 
 // What chmod and those attributes hold: "644", or with the bytes of the second in hex "644:30783230".
@@ -430,9 +431,9 @@ Status DriveFileSystem::Copy(const std::string& from, const std::string& to) {
         return output.status();
     Status status = CopyContents(input->get(), output->get(), static_cast<std::uint64_t>(info.st_size), from, to);
     if (status) {
-        CopyDosAttributes(input->get(), output->get());
         const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
-        if (futimens(output->get(), times.data()) != 0 || !SetMode(output->get(), info.st_mode) || output->Close() != 0)
+        if (!CopyDosAttributes(input->get(), output->get()) || futimens(output->get(), times.data()) != 0 ||
+            !SetMode(output->get(), info.st_mode) || output->Close() != 0)
             status = Failure(to);
     }
     if (!status) {
@@ -668,9 +669,8 @@ Status DriveFileSystem::CopyAttributes(const std::string& from, const std::strin
     struct stat info {};
     if (fstat(input->get(), &info) != 0)
         return Failure(from);
-    CopyDosAttributes(input->get(), output->get());
     const std::array<timespec, 2> times = {info.st_atim, info.st_mtim};
-    if (futimens(output->get(), times.data()) != 0)
+    if (!CopyDosAttributes(input->get(), output->get()) || futimens(output->get(), times.data()) != 0)
         return Failure(to);
     return SetMode(output->get(), info.st_mode) ? Status{} : Failure(to);
 }
