@@ -2,6 +2,7 @@
 #include "app/history_editor.h"
 #include "app/program.h"
 #include "archive/in_place.h"
+#include "journal/take_back.h"
 #include "package/name_list.h"
 #include "platform/date_text.h"
 #include "platform/windows_path.h"
@@ -23,9 +24,18 @@ std::string Describe(const HistoryEntry& entry) {
 
 std::string ListFailures(const std::vector<Status>& failures) {
     std::vector<std::string> names;
-    std::ranges::transform(failures, std::back_inserter(names),
-                           [](const Status& status) { return status.path + " (" + DescribeFault(status) + ")"; });
+    std::ranges::transform(failures, std::back_inserter(names), [](const Status& status) {
+        return status.path + " (" +
+               (IsGoneForGood(status) ? "it could not be kept, and is gone for good" : DescribeFault(status)) + ")";
+    });
     return ListNames(names);
+}
+
+// What has become of a command of which nothing is to be tried again. whole: what to say when it is all.
+std::string DescribeTakenBack(const std::vector<Status>& goneForGood, const char* whole) {
+    if (goneForGood.empty())
+        return whole;
+    return "What it had changed has been taken back, but for the following ...\r\n\r\n" + ListFailures(goneForGood);
 }
 
 // Of a file of the program's own: the directory of the user's in which that lies.
@@ -67,10 +77,11 @@ void Program::TellCutOff(const HistoryEntry& entry) {
     const SubjectScope about(user, entry.title.subject);
     for (;;) {
         const auto failures = history.TakeBackCutOff(entry);
-        if (failures.empty()) {
-            user.Tell("Korvadex was cut off in the middle of " + Describe(entry) +
-                          ".  What it had changed so far has been taken back: everything is as it was before.",
-                      MessageIcon::Information);
+        if (std::ranges::all_of(failures, IsGoneForGood)) {
+            const auto outcome = DescribeTakenBack(
+                failures, "What it had changed so far has been taken back: everything is as it was before.");
+            user.Tell("Korvadex was cut off in the middle of " + Describe(entry) + ".  " + outcome,
+                      failures.empty() ? MessageIcon::Information : MessageIcon::Exclamation);
             return;
         }
         if (!user.AskYesNo("Korvadex was cut off in the middle of " + Describe(entry) +
@@ -106,17 +117,32 @@ void Program::EndJournal() {
     history.Prune();
 }
 
+// Half of it is of no use to anybody.
+void Program::EndBroken(const std::exception& trouble) {
+    const bool hasChanged = history.HasChanged();
+    static_cast<void>(history.End(false));
+    if (!hasStarted)
+        throw;
+    const std::string text = std::string("The command could not be finished (") + trouble.what() + ").";
+    if (hasChanged)
+        return TellTakenBack(text);
+    isHangarStale = true;
+    user.Tell(text, MessageIcon::Exclamation);
+}
+
 void Program::TellTakenBack(const std::string& why) {
     const std::string reason = why.empty() ? "" : why + "  ";
     const auto& remains = history.Remains();
-    if (remains.empty())
-        user.Tell(reason + "Everything that it had changed has been taken back: all is as it was before.",
+    if (std::ranges::all_of(remains, IsGoneForGood))
+        user.Tell(reason + DescribeTakenBack(
+                               remains, "Everything that it had changed has been taken back: all is as it was before."),
                   MessageIcon::Exclamation);
     else
         user.Tell(reason + "The following of what it had changed could not be taken back ...\r\n\r\n" +
                       ListFailures(remains) + "\r\n\r\nWhat was kept of it is in the directory ~kx~kept.",
                   MessageIcon::Exclamation);
     ShowChanges({.hangar = true, .simulator = true, .package = true});
+    static_cast<void>(history.End()); // of what that has settled
 }
 
 void Program::UndoLast() {

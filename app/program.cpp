@@ -43,13 +43,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
     const SubjectScope about(user, title.subject);
 
     try {
-        ShowStatus("");
-        if (title.name.empty() || MayChange()) {
-            if (!title.name.empty())
-                history.Begin(title);
-            command();
-        }
-        EndJournal();
+        Do(title, command);
         ShowHistoryTexts();
         // What is selected is what is shown, also where a package has gone and its neighbour has followed.
         if (view.HangarSideShown && package.ref != selection.Package())
@@ -72,6 +66,20 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
     } catch (const ProgramEnd&) {
         EndJournal();
         EndRun();
+    }
+}
+
+void Program::Do(const CommandTitle& title, const std::function<void()>& command) {
+    try {
+        ShowStatus("");
+        if (title.name.empty() || MayChange()) {
+            if (!title.name.empty())
+                history.Begin(title);
+            command();
+        }
+        EndJournal();
+    } catch (const std::exception& trouble) {
+        EndBroken(trouble);
     }
 }
 

@@ -163,6 +163,8 @@ class Program : private CommandDisplay {
     // a title, and goes into the history. One without a name only looks; its subject is asked about as any other.
     void Run(const CommandTitle& title, const std::function<void()>& command);
     void Run(const std::function<void()>& command) { Run({}, command); }
+    // The command itself; what an exception leaves of it is taken back.
+    void Do(const CommandTitle& title, const std::function<void()>& command);
     // A command on what is shown: the package, or Staging under the name that it is to get.
     CommandTitle Titled(const std::string& name) const;
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
@@ -277,6 +279,8 @@ class Program : private CommandDisplay {
     void TellCutOff(const HistoryEntry& entry);
     // The running command has come to its end, in whatever way.
     void EndJournal();
+    // An exception has ended it.
+    void EndBroken(const std::exception& trouble);
     void TellTakenBack(const std::string& why);
     void SetSubject(const std::string& subject);          // of the running command
     bool Reverse(const HistoryEntry* entry, bool isUndo); // false, after a message, when it cannot be

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::string_view LogExtension = ".log", DoneExtension = ".done", NewExtension = ".new";
 constexpr const char* CutOffReason = "It was cut off, and has been taken back.";
+constexpr const char* LostReason = "It was cut off, and has been taken back but for what could not be kept.";
 constexpr const char* RemainsReason = "Not all of it could be taken back.";
 constexpr const char* NoRoomReason = "What it had kept had to go, as there was no more room for it.";
 
@@ -131,8 +132,7 @@ HistoryEntry History::NewEntry(const CommandTitle& title) {
 }
 
 void History::Begin(const CommandTitle& title) {
-    running = NewEntry(title);
-    StartLog();
+    Start(NewEntry(title));
 }
 
 void History::SetSubject(const std::string& subject) {
@@ -141,7 +141,10 @@ void History::SetSubject(const std::string& subject) {
         log->SetHeading(LineOf(running));
 }
 
-void History::StartLog() {
+void History::Start(HistoryEntry entry) {
+    if (IsRunning()) // an exception has left it so
+        static_cast<void>(End());
+    running = std::move(entry);
     log = std::make_unique<CommandLog>(disk, LogOf(running.number), LineOf(running));
     kept = std::make_unique<KeptPlaces>(disk, locations, running.key);
     seenRecords.reset();
@@ -284,7 +287,7 @@ void History::DeleteProgress(int number) {
 // All of it is taken back: what it had made is of no use to anybody.
 void History::DropRunning() {
     log->Close();
-    if (!remains.empty()) // its things stay where they are kept
+    if (!std::ranges::all_of(remains, IsGoneForGood)) // its things stay where they are kept
         return GiveUpCutOff(running);
     for (const std::string& location : locations)
         DeleteKept(disk, location + std::string(KeptDirectoryName) + "\\" + running.key + "\\");
@@ -323,16 +326,16 @@ std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
         return {text.status()};
     const auto records = ReadJournal(*text).records;
     auto failures = TakeBackAll(entry, records);
-    if (!failures.empty())
+    if (!std::ranges::all_of(failures, IsGoneForGood))
         return failures;
     HistoryEntry ended = entry;
     ended.state = EntryState::CutOff;
-    ended.whyNot = CutOffReason;
+    ended.whyNot = failures.empty() ? CutOffReason : LostReason;
     ended.keptIn = KeptIn(entry, records);
     ended.keptBytes = BytesIn(disk, ended.keptIn);
     if (!EndCutOff(ended)) // on a full disk; what is written down of it would be taken back once more
         static_cast<void>(disk.Delete(LogOf(entry.number)));
-    return {};
+    return failures;
 }
 
 // Its things may be the only ones that there are: the history names them, and never lets them go.
@@ -418,13 +421,13 @@ std::string History::Reverse(const HistoryEntry& entry) {
         return "What was kept of it in " + entry.keptIn.front() + " is not as it was.";
     if (auto obstacle = FindObstacle(disk, journal); !obstacle.empty())
         return obstacle;
-    running = NewEntry(entry.title);
-    running.item = entry.item;
-    running.time = entry.time;
-    running.files = entry.files;
-    running.bytes = entry.bytes;
-    running.state = entry.state == EntryState::Done ? EntryState::Undone : EntryState::Done;
-    StartLog();
+    HistoryEntry reversal = NewEntry(entry.title);
+    reversal.item = entry.item;
+    reversal.time = entry.time;
+    reversal.files = entry.files;
+    reversal.bytes = entry.bytes;
+    reversal.state = entry.state == EntryState::Done ? EntryState::Undone : EntryState::Done;
+    Start(std::move(reversal));
     const auto remove = [&](const std::string& path) { return files.SetAside(path); };
     const auto repackBack = [&](const std::vector<std::string>& paths) {
         return repack(files, paths, (entry.title.repacking == Repacking::Packs) == (entry.state == EntryState::Undone));

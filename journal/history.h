@@ -43,6 +43,7 @@ class History {
     const HistoryLimits& Limits() const { return limits; }
 
     // --- a command at work
+    // One that has not been ended is, as it is.
     void Begin(const CommandTitle& title);
     // What it is about may come to be known while it works.
     bool IsRunning() const { return log != nullptr; }
@@ -63,7 +64,8 @@ class History {
 
     // --- what was cut off in the middle: the next start takes it back
     std::vector<HistoryEntry> CutOff() const;
-    // The failures; then it can be tried again. Afterwards the entry says that it was cut off.
+    // The failures; then it can be tried again, unless all of it is gone for good. Afterwards the entry says that it
+    // was cut off.
     std::vector<Status> TakeBackCutOff(const HistoryEntry& entry);
     // Leaves the rest of it as it is.
     void GiveUpCutOff(const HistoryEntry& entry);
@@ -96,7 +98,7 @@ class History {
     std::string LogOf(int number) const;
     std::string DoneOf(int number) const;
     HistoryEntry NewEntry(const CommandTitle& title);
-    void StartLog();
+    void Start(HistoryEntry entry);
     // What the ended command has left, as an entry of the history.
     Status Keep();
     Status WriteEntry(const HistoryEntry& entry);

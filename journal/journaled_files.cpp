@@ -18,6 +18,14 @@ Status CheckFree(const FileSystem& disk, const std::string& path) {
     return info.fault() == FileFault::NotFound ? Status{} : info.status();
 }
 
+// By which it is known again.
+void NoteInfo(Record& record, const Result<FileInfo>& info) {
+    if (info && (record.kind == RecordKind::Renamed || info->kind == EntryKind::File)) {
+        record.time = info->time;
+        record.size = info->size;
+    }
+}
+
 // Tells of what the disk does not take.
 class WatchedFile : public OutputFile {
   public:
@@ -225,13 +233,9 @@ Status JournaledFiles::Rename(Path from, Path to) {
         if (const Status status = CheckFree(disk, record.path); !status)
             return status;
     NoteTimes({record.path, record.other});
-    if (wasMade && IsOwnPlace(from)) {
+    if (wasMade && IsOwnPlace(from))
         record.kind = RecordKind::Placed;
-        if (const auto info = disk.Info(from); info && info->kind == EntryKind::File) {
-            record.time = info->time;
-            record.size = info->size;
-        }
-    }
+    NoteInfo(record, disk.Info(from));
     const Status status = Make(record, [&] { return disk.Rename(from, to); });
     if (status) {
         made.NoteRenamed(from, to);
@@ -318,6 +322,8 @@ void JournaledFiles::Prepare(Exchange& exchange) {
     }
     if (!exchange.status)
         return;
+    if (record.kind == RecordKind::Renamed)
+        NoteInfo(record, disk.Info(from));
     const auto number = Announce(record);
     exchange.status = number.status();
     if (number)

@@ -32,7 +32,7 @@ struct Record {
     std::string path = {}, other = {}, kept = {};
     std::string attributes = {}; // FileSystem::Attributes
     FileTime time = {};
-    std::uint64_t size = 0; // of a file that is Created or Placed, with its time; 0 where that is not known yet
+    std::uint64_t size = 0; // of what is Renamed, or a file that is Created or Placed, with its time; 0: not known yet
 
     bool operator==(const Record&) const = default;
 };

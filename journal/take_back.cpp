@@ -141,7 +141,7 @@ class Reversal {
         case RecordKind::RemovedDirectory:
             return MakeDirectory(record);
         case RecordKind::Renamed:
-            return RenameBack(record.path, record.other);
+            return RenameBack(record);
         case RecordKind::Replaced:
             return ReplaceBack(record);
         case RecordKind::SetAside:
@@ -189,9 +189,15 @@ class Reversal {
         return status;
     }
 
-    Status RenameBack(const std::string& from, const std::string& to) {
-        if (!EqualNoCase(from, to) && (!IsThere(from) || IsThere(to)))
-            return {};
+    Status RenameBack(const Record& record) {
+        const std::string &from = record.path, &to = record.other;
+        if (!EqualNoCase(from, to)) {
+            if (!IsThere(from))
+                return {};
+            if (const auto there = files.Info(to)) // it itself, when it was not renamed yet
+                return there->time == record.time && there->size == record.size ? Status{}
+                                                                                : Status{FileFault::Exists, to};
+        }
         if (IsKeptPlace(to) && !isCutOff)
             return tools.remove(from);
         KeepDone();
@@ -215,10 +221,11 @@ class Reversal {
         if (!IsThere(record.kept))
             return NotKept(record);
         if (IsThere(record.path)) {
-            if (IsOwnPlace(record.other) ? IsSame(record.path, record.kept) : IsThere(record.other))
+            const bool comesFromScratch = IsOwnPlace(record.other);
+            if ((comesFromScratch || IsThere(record.other)) && IsSame(record.path, record.kept))
                 return {}; // it was not done yet: what is kept is a second name of it
             const Status status =
-                IsOwnPlace(record.other) ? tools.remove(record.path) : files.Rename(record.path, record.other);
+                comesFromScratch ? tools.remove(record.path) : files.Rename(record.path, record.other);
             if (!status)
                 return status;
         }

@@ -24,6 +24,11 @@ struct TakeBackTools {
     std::function<void()> flushDone = {};
 };
 
+// Of a failure: it could not be kept, and no other try brings it back.
+inline bool IsGoneForGood(const Status& failure) {
+    return failure.fault == FileFault::NotKept;
+}
+
 // What has not been done is left, so that a taking back that was itself cut off can be begun anew. isCutOff: the
 // command did not come to its end, and its things go back to where they were kept; goes on after a failure. Otherwise
 // it ends with the first failure, and what it takes away is kept anew. The failures.

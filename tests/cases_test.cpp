@@ -13,7 +13,8 @@
 //   noon DIRECTORY                  its files get one time   headless (no editor starts)
 //   space BYTES                     free on the disk
 //   fail                            no more
-//   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any)
+//   fail CHANGE PART FAULT          from now on every such change of a path with this part (*: any); Memory: there is
+//                                   none left
 // The user (the program starts with the first of these):
 //   start                           (once more) with the settings that there are; "start first": there are none;
 //                                   "start fails", "start first fails": the program ends
@@ -339,7 +340,7 @@ class CaseTest : public ProgramTest {
                  for (const auto& fault : faults)
                      if ((fault[0] == "*" || fault[0] == change) &&
                          (fault[1] == "*" || path.find(fault[1]) != path.npos))
-                         return Faults.at(fault[2]);
+                         return fault[2] == "Memory" ? throw std::bad_alloc() : Faults.at(fault[2]);
                  return FileFault::None;
              });
          }}},

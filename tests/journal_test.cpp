@@ -349,8 +349,9 @@ class JournalTrouble : public JournalTest {
     UncertainFiles disk{drive.Files()};
 
     // A command that does not come to its end.
-    void CutOff(const std::function<void(FileSystem&)>& work) {
+    void CutOff(const std::function<void(FileSystem&)>& work, bool mayDelete = false) {
         const auto history = Open(disk);
+        history->Files().mayDelete = [=](auto&) { return mayDelete; };
         history->Begin({.name = "Work", .subject = "Lear"});
         work(history->Files());
     }
@@ -540,7 +541,41 @@ TEST_F(JournalTrouble, WhatCannotBeKeptIsToldWhenTheRestIsTakenBack) {
         EXPECT_TRUE(history->Files().Delete(drive.At("Sim\\gauges\\c.gau")));
         EXPECT_TRUE(history->End(false));
         EXPECT_THAT(history->Remains(), testing::SizeIs(1));
+        EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
     }
+    CutOff([&](FileSystem& files) { EXPECT_TRUE(files.Delete(gauge)); }, true);
+    EXPECT_THAT(TakeBackAll(), testing::SizeIs(1));
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+}
+
+TEST_F(JournalTrouble, WhoHasTakenAFormerNameIsNamed) {
+    const std::string old = lear + "\\old.txt";
+    for (const std::string& name : {lear, old}) {
+        CutOff([&](FileSystem& files) {
+            if (name == lear)
+                EXPECT_TRUE(files.Rename(lear, drive.At("Hangar\\Props\\Lear 2")));
+            else
+                EXPECT_TRUE(files.Replace(old, lear + "\\panel\\panel.cfg"));
+        });
+        Make(drive.Files(), name, "of the user");
+        EXPECT_THAT(TakeBackAll(), testing::ElementsAre(testing::Field(&Status::path, name)));
+        EXPECT_TRUE(drive.Files().Delete(name));
+        EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+        EXPECT_EQ(Look(), before);
+    }
+}
+
+TEST_F(JournalTrouble, ACommandThatWasNotEndedStandsBeforeTheNextOne) {
+    const auto history = Open(disk);
+    history->Begin({.name = "First"});
+    Exchange(history->Files(), gauge);
+    history->Begin({.name = "Second"});
+    EXPECT_TRUE(history->Files().SetAside(lear));
+    EXPECT_TRUE(history->End());
+    EXPECT_THAT(TakeBackAll(), testing::IsEmpty());
+    for (int turn = 0; turn < 2; ++turn)
+        EXPECT_EQ(history->Undo(), "");
+    EXPECT_EQ(Look(), before);
 }
 
 TEST_F(JournalTrouble, WhatTheUserHasPutInTheFreePlaceSinceStays) {
