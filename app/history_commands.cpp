@@ -44,6 +44,14 @@ std::string PlaceOf(const std::string& path) {
     return own == std::string::npos ? path : path.substr(0, own + 1);
 }
 
+bool HasChanged(const std::vector<Record>& records, const std::string& directory) {
+    return std::ranges::any_of(records, [&](const Record& record) {
+        return record.kind != RecordKind::DirectoryTime && record.kind != RecordKind::KeptFrom &&
+               (IsAtOrBelow(record.path, directory) || IsAtOrBelow(record.other, directory) ||
+                IsAtOrBelow(record.kept, directory));
+    });
+}
+
 // None when the path is no package's directory.
 PackageRef PackageAt(const Locations& locations, const std::string& path) {
     if (!IsAtOrBelow(path, locations.HangarDir) || path.size() <= locations.HangarDir.size())
@@ -69,17 +77,61 @@ void Program::OpenHistory() {
     history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
     history.SetLimits(settings.historyLimits);
     history.Open(settings.AppDir + HistoryDirectory);
-    for (const HistoryEntry& entry : history.CutOff())
-        TellCutOff(entry);
+    SettleCutOff();
 }
 
-void Program::TellCutOff(const HistoryEntry& entry) {
+void Program::SettleCutOff() {
+    std::vector<std::pair<HistoryEntry, Doubts>> wanted;
+    for (const HistoryEntry& entry : history.CutOff())
+        if (auto doubts = DoubtsOf(entry); MayTakeBack(entry, doubts))
+            wanted.emplace_back(entry, std::move(doubts));
+    // Cut off while it takes them back, it need not ask again.
+    locks.Sign(false);
+    for (const auto& [entry, doubts] : wanted)
+        if (!looksOnly)
+            TakeBackCutOff(entry, doubts);
+}
+
+Program::Doubts Program::DoubtsOf(const HistoryEntry& entry) const {
+    Doubts doubts;
+    const auto records = history.ReadJournalOf(entry).records;
+    for (const TakenPlace& place : locks.Places())
+        if (place.state != PlaceState::Known && HasChanged(records, place.directory))
+            (place.state == PlaceState::Empty ? doubts.away : doubts.other).push_back(place.directory);
+    return doubts;
+}
+
+bool Program::MayTakeBack(const HistoryEntry& entry, const Doubts& doubts) {
     const SubjectScope about(user, entry.title.subject);
-    for (;;) {
-        const auto failures = history.TakeBackCutOff(entry);
+    std::string others;
+    for (const std::string& directory : doubts.other)
+        others += (others.empty() ? "" : " and ") + directory;
+    if (others.empty() ||
+        user.AskYesNo("Korvadex was cut off in the middle of " + Describe(entry) +
+                          ".  Another Korvadex seems to have worked in " + others +
+                          " since, or it is not the same drive.  Shall what the command had changed be taken back all "
+                          "the same?  (If not, it stays as it is now; what was kept remains in the directory "
+                          "~kx~kept.)",
+                      MessageIcon::Exclamation, Answer::No))
+        return true;
+    GiveUpCutOff(entry);
+    return false;
+}
+
+void Program::GiveUpCutOff(const HistoryEntry& entry) {
+    history.GiveUpCutOff(entry);
+    keepsScratch = true;
+}
+
+void Program::TakeBackCutOff(const HistoryEntry& entry, Doubts doubts) {
+    const SubjectScope about(user, entry.title.subject);
+    for (bool isSame = true;;) {
+        isSame = isSame && doubts.other.empty();
+        const auto failures = history.TakeBackCutOff(entry, doubts.away);
         if (std::ranges::all_of(failures, IsGoneForGood)) {
             const auto outcome = DescribeTakenBack(
-                failures, "What it had changed so far has been taken back: everything is as it was before.");
+                failures, isSame ? "What it had changed so far has been taken back: everything is as it was before."
+                                 : "What it had changed so far has been taken back, as far as it was still there.");
             user.Tell("Korvadex was cut off in the middle of " + Describe(entry) + ".  " + outcome,
                       failures.empty() ? MessageIcon::Information : MessageIcon::Exclamation);
             return;
@@ -90,10 +142,16 @@ void Program::TellCutOff(const HistoryEntry& entry) {
                                "\r\n\r\nPlease close the program that uses them, or make sure that the drive is there "
                                "and that you may write there.  Do you want to try again?  (If not, it stays as it is "
                                "now; what was kept remains in the directory ~kx~kept.)",
-                           MessageIcon::Exclamation)) {
-            history.GiveUpCutOff(entry);
+                           MessageIcon::Exclamation))
+            return GiveUpCutOff(entry);
+        // A drive may be there by now, or another one.
+        const auto others = locks.Take(settings.AppDir, settings.locations, true);
+        keepsScratch = keepsScratch || !others.cutOff.empty();
+        looksOnly = !others.atWork.empty();
+        doubts = DoubtsOf(entry);
+        if (looksOnly || !MayTakeBack(entry, doubts))
             return;
-        }
+        locks.Sign(false);
     }
 }
 

@@ -198,6 +198,7 @@ class Program : private CommandDisplay {
     bool MayKeepSettings();
     // What a run does before its first change.
     void PutInOrder();
+    void ClearScratch();
     bool TakeMarker();
     void CreateDefaultCategories();
     void ShowFirstPackage();
@@ -276,7 +277,18 @@ class Program : private CommandDisplay {
 
     // history_commands.cpp
     void OpenHistory();
-    void TellCutOff(const HistoryEntry& entry);
+    // What was cut off is taken back.
+    void SettleCutOff();
+    // Where the command was at work and things may not be as it had left them: each with its backslash.
+    struct Doubts {
+        std::vector<std::string> away;  // the drive is not there
+        std::vector<std::string> other; // somebody else has worked there since
+    };
+    Doubts DoubtsOf(const HistoryEntry& entry) const;
+    // False when the user wants what the command has done left as it is.
+    bool MayTakeBack(const HistoryEntry& entry, const Doubts& doubts);
+    void GiveUpCutOff(const HistoryEntry& entry);
+    void TakeBackCutOff(const HistoryEntry& entry, Doubts doubts);
     // The running command has come to its end, in whatever way.
     void EndJournal();
     // An exception has ended it.
@@ -302,7 +314,8 @@ class Program : private CommandDisplay {
     LoadedPackage package;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     LocationLocks locks{files};
-    bool looksOnly = true; // until it has all the places
+    bool looksOnly = true;     // until it has all the places
+    bool keepsScratch = false; // what lies under scratch names there may be of use to somebody
     Selection selection{files, settings.locations};
     HeldAliases held;
     std::string lastPictureDirectory; // where picture files were last chosen from; "" at first

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace korvadex {
 
@@ -20,6 +21,12 @@ constexpr const char* NothingChanged =
 
 std::string AtWork(const std::vector<HeldPlace>& held) {
     return "Another Korvadex is at work here ...\r\n\r\n" + ListHeld(held) + "\r\n\r\n";
+}
+
+std::string CutOffIn(const std::vector<HeldPlace>& places) {
+    return "Another Korvadex was cut off here, and may have left a command half done ...\r\n\r\n" + ListHeld(places) +
+           "\r\n\r\nIt is best to start that one first: it puts in order what it has left.  Do you want to work here "
+           "all the same?  (If not, you can look at everything, and nothing is changed.)";
 }
 
 } // namespace
@@ -68,21 +75,46 @@ void Program::StartUp() {
 }
 
 bool Program::EnterPlaces(const std::string& advice) {
-    if (const auto others = locks.Take(settings.AppDir, settings.locations); !others.empty()) {
+    auto others = locks.Take(settings.AppDir, settings.locations);
+    if (others.atWork.empty() && !others.cutOff.empty()) {
         looksOnly = true;
-        user.Tell(AtWork(others) + advice, MessageIcon::Exclamation);
-    } else if (looksOnly) {
+        if (!user.AskYesNo(CutOffIn(others.cutOff), MessageIcon::Exclamation, Answer::No))
+            return false;
+        keepsScratch = true;
+        others = locks.Take(settings.AppDir, settings.locations, true);
+    }
+    if (!others.atWork.empty()) {
+        looksOnly = true;
+        user.Tell(AtWork(others.atWork) + advice, MessageIcon::Exclamation);
+        return false;
+    }
+    if (looksOnly) {
         looksOnly = false;
         PutInOrder();
+        if (looksOnly)
+            return EnterPlaces(advice);
     }
-    return !looksOnly;
+    locks.Sign();
+    return true;
 }
 
 void Program::PutInOrder() {
     OpenHistory();
-    CleanScratch(files, settings.locations);
+    if (looksOnly)
+        return;
+    ClearScratch();
     CleanScratchIn(files, settings.AppDir);
     CreateDefaultCategories();
+}
+
+void Program::ClearScratch() {
+    if (!std::exchange(keepsScratch, false))
+        return CleanScratch(files, settings.locations);
+    history.Begin({"Clear up", ""});
+    for (const std::string& directory : ScratchDirectories(files, settings.locations))
+        if (history.Files().SetScratchAside(directory).fault == FileFault::NotKept) // and may go
+            CleanScratchIn(files, ParentDirectory(directory));
+    EndJournal();
 }
 
 bool Program::MayChange() {
@@ -106,9 +138,9 @@ bool Program::MayChange() {
 
 bool Program::MayKeepSettings() {
     const auto others = locks.Take(settings.AppDir, settings.locations);
-    looksOnly = looksOnly || !others.empty();
+    looksOnly = looksOnly || !others.atWork.empty() || !others.cutOff.empty();
     if (!locks.HasSettings())
-        user.Tell(AtWork(others) + NothingChanged, MessageIcon::Exclamation);
+        user.Tell(AtWork(others.atWork) + NothingChanged, MessageIcon::Exclamation);
     return locks.HasSettings();
 }
 

@@ -251,7 +251,8 @@ Status History::WriteEntry(const HistoryEntry& entry) {
     return status;
 }
 
-std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records) {
+std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records,
+                                         const std::vector<std::string>& away) {
     KeptPlaces places(disk, locations, entry.key);
     const auto remove = [&](const std::string& path) {
         const auto place = places.PlaceFor(path);
@@ -275,6 +276,7 @@ std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::v
         static_cast<void>(progress.Append(Record{.kind = RecordKind::Void, .size = number}));
     };
     tools.flushDone = [&] { static_cast<void>(progress.Flush()); };
+    tools.away = away;
     return TakeBack(records, tools, true);
 }
 
@@ -320,12 +322,12 @@ std::vector<HistoryEntry> History::CutOff() const {
     return found;
 }
 
-std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry) {
+std::vector<Status> History::TakeBackCutOff(const HistoryEntry& entry, const std::vector<std::string>& away) {
     const auto text = ReadBytes(disk, LogOf(entry.number));
     if (!text)
         return {text.status()};
     const auto records = ReadJournal(*text).records;
-    auto failures = TakeBackAll(entry, records);
+    auto failures = TakeBackAll(entry, records, away);
     if (!std::ranges::all_of(failures, IsGoneForGood))
         return failures;
     HistoryEntry ended = entry;

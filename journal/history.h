@@ -65,8 +65,9 @@ class History {
     // --- what was cut off in the middle: the next start takes it back
     std::vector<HistoryEntry> CutOff() const;
     // The failures; then it can be tried again, unless all of it is gone for good. Afterwards the entry says that it
-    // was cut off.
-    std::vector<Status> TakeBackCutOff(const HistoryEntry& entry);
+    // was cut off. away: the directories (each with its backslash) in which it had changed something, and whose drives
+    // are not there.
+    std::vector<Status> TakeBackCutOff(const HistoryEntry& entry, const std::vector<std::string>& away = {});
     // Leaves the rest of it as it is.
     void GiveUpCutOff(const HistoryEntry& entry);
 
@@ -102,7 +103,8 @@ class History {
     // What the ended command has left, as an entry of the history.
     Status Keep();
     Status WriteEntry(const HistoryEntry& entry);
-    std::vector<Status> TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records);
+    std::vector<Status> TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records,
+                                    const std::vector<std::string>& away = {});
     // How far it has been taken back.
     void DeleteProgress(int number);
     std::string Reverse(const HistoryEntry& entry);

@@ -384,6 +384,11 @@ Status JournaledFiles::SetAside(Path path) {
     return info ? TakeAway(WithoutBackslash(path)) : info.status();
 }
 
+Status JournaledFiles::SetScratchAside(Path directory) {
+    const Lock lock(mutex);
+    return TakeAway(WithoutBackslash(directory));
+}
+
 Status JournaledFiles::TakeAway(Path path) {
     NoteTimes({path});
     const auto place = kept->PlaceFor(path);

@@ -50,6 +50,8 @@ class JournaledFiles : public FileSystem {
     std::vector<Status> ReplaceAll(std::span<const Replacement> replacements) override;
     Status Delete(Path path) override;
     Status SetAside(Path path) override;
+    // The same of a directory of scratch names that holds what somebody else had begun; for a running command.
+    Status SetScratchAside(Path directory);
     Status CreateDirectory(Path path) override;
     Status RemoveDirectory(Path path) override;
     Status Link(Path from, Path to) override;

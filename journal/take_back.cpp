@@ -53,6 +53,10 @@ class Reversal {
     // Directories that were there when the command began and went by nothing that it has done: a drive is away, and
     // what is on it can only be taken back when it is there again.
     void FindGone() {
+        for (const std::string& directory : tools.away) {
+            gone.push_back(directory);
+            failures.push_back({FileFault::NotFound, directory});
+        }
         for (const Record& record : records) {
             const std::string directory = AddBackslash(record.path);
             if (record.kind != RecordKind::DirectoryTime || IsOwnPlace(record.path) || IsThere(record.path) ||
@@ -268,6 +272,7 @@ class Reversal {
         std::vector<Record> times = removedTimes;
         std::ranges::copy_if(records, std::back_inserter(times),
                              [](const Record& record) { return record.kind == RecordKind::DirectoryTime; });
+        std::erase_if(times, [&](const Record& record) { return IsGone(record); });
         for (const Record& record : times)
             GiveTimeBack(record);
     }

@@ -22,6 +22,9 @@ struct TakeBackTools {
     std::function<void(std::size_t)> noteDone = {};
     // What was said so far survives a power cut.
     std::function<void()> flushDone = {};
+    // Directories, each with its backslash, whose drives are away: what the command did below them is left, and each
+    // is a failure.
+    std::vector<std::string> away = {};
 };
 
 // Of a failure: it could not be kept, and no other try brings it back.

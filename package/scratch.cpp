@@ -69,16 +69,26 @@ void CleanScratchIn(FileSystem& files, const std::string& directory) {
     static_cast<void>(DeleteAll(files, ScratchDirectoryIn(directory)));
 }
 
-void CleanScratch(FileSystem& files, const Locations& locations) {
-    const auto clean = [&](const std::string& directory) { CleanScratchIn(files, directory); };
-    clean(locations.StagingDir);
-    clean(locations.HangarDir);
-    clean(locations.MsfsDir);
+std::vector<std::string> ScratchDirectories(const FileSystem& files, const Locations& locations) {
+    std::vector<std::string> found;
+    const auto look = [&](const std::string& directory) {
+        if (auto scratch = ScratchDirectoryIn(directory); files.Info(WithoutBackslash(scratch)))
+            found.push_back(std::move(scratch));
+    };
+    look(locations.StagingDir);
+    look(locations.HangarDir);
+    look(locations.MsfsDir);
     // Places of the simulator that may lie on a volume of their own.
     for (const char* place : {"aircraft\\", "gauges\\", "sound\\", "effects\\", "modules\\"})
-        clean(locations.MsfsDir + place);
+        look(locations.MsfsDir + place);
     for (const auto& category : CollectDirectories(files, locations.HangarDir, true, Unlimited).paths)
-        clean(category + "\\");
+        look(category + "\\");
+    return found;
+}
+
+void CleanScratch(FileSystem& files, const Locations& locations) {
+    for (const std::string& directory : ScratchDirectories(files, locations))
+        static_cast<void>(DeleteAll(files, directory));
 }
 
 Status RewriteBytes(FileSystem& files, const Locations& locations, const std::string& path, std::string_view bytes) {

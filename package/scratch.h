@@ -18,7 +18,10 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
 // name.
 void ReleaseScratch(FileSystem& files, const std::string& scratch);
 
-// Removes what an interrupted run left in the locations (and beside installed aircraft and packages).
+// The directories, each with its backslash, with what an interrupted run has left in the locations (and beside
+// installed aircraft and packages).
+std::vector<std::string> ScratchDirectories(const FileSystem& files, const Locations& locations);
+// Removes them.
 void CleanScratch(FileSystem& files, const Locations& locations);
 // The same in one directory, such as that of the settings file.
 void CleanScratchIn(FileSystem& files, const std::string& directory);

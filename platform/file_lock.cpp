@@ -5,12 +5,12 @@
 namespace korvadex {
 
 std::string TextOf(const LockHolder& holder) {
-    return holder.user + "\r\n" + holder.machine + "\r\n" + holder.since + "\r\n";
+    return holder.user + "\r\n" + holder.machine + "\r\n" + holder.since + "\r\n" + holder.directory + "\r\n";
 }
 
 LockHolder HolderOf(std::string_view text) {
     LockHolder holder;
-    for (std::string* line : {&holder.user, &holder.machine, &holder.since}) {
+    for (std::string* line : {&holder.user, &holder.machine, &holder.since, &holder.directory}) {
         const auto end = std::min(text.find('\n'), text.size());
         *line = text.substr(0, end);
         // It goes into a message, and anybody may have written it.

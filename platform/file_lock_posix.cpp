@@ -39,23 +39,40 @@ bool IsFileAt(const std::string& hostPath, const Descriptor& file) {
            found.st_ino == own.st_ino;
 }
 
+std::string ReadText(const Descriptor& file) {
+    std::string text(LongestHolderText, '\0');
+    const auto length = pread(file.get(), text.data(), text.size(), 0);
+    text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    return text;
+}
+
+// Without it, it is a lock all the same; but no mark is better than another's.
+bool WriteText(const Descriptor& file, const std::string& text) {
+    const auto length = pwrite(file.get(), text.data(), text.size(), 0);
+    static_cast<void>(!ftruncate(file.get(), length > 0 ? length : 0));
+    return length == static_cast<ssize_t>(text.size()) && fsync(file.get()) == 0;
+}
+
 class PosixLock final : public FileLock {
   public:
-    PosixLock(Descriptor locked, std::string hostPath) : file(std::move(locked)), path(std::move(hostPath)) {
-        const std::string text = TextOf(ThisHolder()); // without it, it is a lock all the same
-        if (const auto length = pwrite(file.get(), text.data(), text.size(), 0); length > 0)
-            static_cast<void>(!ftruncate(file.get(), length));
-    }
+    PosixLock(Descriptor locked, std::string hostPath, bool isMarked)
+        : file(std::move(locked)), path(std::move(hostPath)), isAnothers(isMarked) {}
     // Before the lock goes: who has opened the file meanwhile sees that it is the one no more.
     ~PosixLock() override {
-        if (IsAt(path))
+        if (!isAnothers && IsAt(path))
             unlink(path.c_str());
+    }
+    void Sign(const LockHolder& holder) override {
+        isAnothers = false;
+        isSigned = isSigned || WriteText(file, TextOf(holder));
     }
     bool IsAt(const std::string& hostPath) const override { return IsFileAt(hostPath, file); }
 
   private:
     Descriptor file;
     const std::string path;
+    bool isAnothers; // what stands in the file
+    bool isSigned = false;
 };
 
 Descriptor OpenOrMake(const char* path) {
@@ -69,21 +86,21 @@ Descriptor OpenOrMake(const char* path) {
 }
 
 LockAttempt Held(const Descriptor& file) {
-    std::array<char, 512> text{};
-    const auto length = pread(file.get(), text.data(), text.size(), 0);
-    return {.outcome = LockOutcome::HeldByOther,
-            .holder = HolderOf({text.data(), length > 0 ? static_cast<std::size_t>(length) : 0})};
+    return {.outcome = LockOutcome::HeldByOther, .holder = HolderOf(ReadText(file))};
 }
 
 // One that may only be read, as another user's may be: whether he is still there can be seen, and what he has left
-// can go. Nothing: all may be tried again.
-std::optional<LockAttempt> ClearForeign(const std::string& path) {
+// can go; its text is for the next one. Nothing: all may be tried again.
+std::optional<LockAttempt> ClearForeign(const std::string& path, std::string& text) {
     const Descriptor file(open(path.c_str(), O_RDONLY | Flags));
     if (!file)
         return LockAttempt{.outcome = LockOutcome::CannotWrite};
     if (Lock(file, F_RDLCK) != 0)
         return Held(file);
-    if (IsFileAt(path, file) && unlink(path.c_str()) != 0)
+    if (!IsFileAt(path, file))
+        return std::nullopt;
+    text = ReadText(file);
+    if (unlink(path.c_str()) != 0)
         return LockAttempt{.outcome = LockOutcome::CannotWrite};
     return std::nullopt;
 }
@@ -91,11 +108,12 @@ std::optional<LockAttempt> ClearForeign(const std::string& path) {
 } // namespace
 
 LockAttempt TakeFileLock(const std::string& hostPath) {
+    std::string cleared;
     for (int attempt = 0; attempt < MaxAttempts; ++attempt) {
         Descriptor file = OpenOrMake(hostPath.c_str());
         const int code = file ? 0 : errno;
         if (code == EACCES || code == EPERM) {
-            if (auto foreign = ClearForeign(hostPath))
+            if (auto foreign = ClearForeign(hostPath, cleared))
                 return std::move(*foreign);
             continue;
         }
@@ -112,14 +130,18 @@ LockAttempt TakeFileLock(const std::string& hostPath) {
             return Held(file);
         if (refusal != 0)
             return {.outcome = LockOutcome::NoLocks};
-        if (IsFileAt(hostPath, file))
-            return {.outcome = LockOutcome::Taken, .lock = std::make_unique<PosixLock>(std::move(file), hostPath)};
-        // Its holder has just ended.
+        if (!IsFileAt(hostPath, file))
+            continue; // its holder has just ended
+        std::string text = ReadText(file);
+        if (text.empty() && !cleared.empty())
+            static_cast<void>(WriteText(file, text = cleared));
+        auto lock = std::make_unique<PosixLock>(std::move(file), hostPath, !text.empty());
+        return {.outcome = LockOutcome::Taken, .lock = std::move(lock), .left = HolderOf(text)};
     }
     return {.outcome = LockOutcome::HeldByOther};
 }
 
-LockHolder ThisHolder() {
+LockHolder ThisHolder(std::string directory) {
     std::array<char, 4096> buffer{};
     struct passwd entry {};
     struct passwd* user = nullptr;
@@ -127,7 +149,7 @@ LockHolder ThisHolder() {
     std::array<char, 256> machine{};
     gethostname(machine.data(), machine.size() - 1);
     return {user ? user->pw_name : std::to_string(geteuid()), machine.data(),
-            ShortDateTime(std::chrono::system_clock::now())};
+            ShortDateTime(std::chrono::system_clock::now()), std::move(directory)};
 }
 
 } // namespace korvadex

@@ -30,30 +30,49 @@ bool IsFileAt(const std::string& path, const UniqueHandle& file) {
            found.nFileIndexLow == own.nFileIndexLow;
 }
 
+std::string ReadText(const UniqueHandle& file) {
+    std::string text(LongestHolderText, '\0');
+    DWORD length = 0;
+    if (!ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &length, nullptr))
+        length = 0;
+    text.resize(length);
+    return text;
+}
+
+// Without it, it is a lock all the same; but no mark is better than another's.
+bool WriteText(const UniqueHandle& file, const std::string& text) {
+    DWORD written = 0;
+    if (SetFilePointer(file.get(), 0, nullptr, FILE_BEGIN) != 0)
+        return false;
+    if (!WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr))
+        SetFilePointer(file.get(), 0, nullptr, FILE_BEGIN);
+    SetEndOfFile(file.get());
+    return written == text.size() && FlushFileBuffers(file.get());
+}
+
 class WindowsLock final : public FileLock {
   public:
-    explicit WindowsLock(UniqueHandle locked) : file(std::move(locked)) {
-        const std::string text = TextOf(ThisHolder()); // without it, it is a lock all the same
-        DWORD written = 0;
-        if (WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr))
-            SetEndOfFile(file.get());
-    }
+    WindowsLock(UniqueHandle locked, bool isMarked) : file(std::move(locked)), isAnothers(isMarked) {}
     // Before the lock goes: who has opened the file meanwhile sees that it is the one no more.
     ~WindowsLock() override {
         FILE_DISPOSITION_INFO gone{TRUE};
-        SetFileInformationByHandle(file.get(), FileDispositionInfo, &gone, sizeof gone);
+        if (!isAnothers)
+            SetFileInformationByHandle(file.get(), FileDispositionInfo, &gone, sizeof gone);
+    }
+    void Sign(const LockHolder& holder) override {
+        isAnothers = false;
+        isSigned = isSigned || WriteText(file, TextOf(holder));
     }
     bool IsAt(const std::string& hostPath) const override { return IsFileAt(hostPath, file); }
 
   private:
     const UniqueHandle file;
+    bool isAnothers; // what stands in the file
+    bool isSigned = false;
 };
 
 LockAttempt Held(const UniqueHandle& file) {
-    std::array<char, 512> text{};
-    DWORD length = 0;
-    ReadFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &length, nullptr);
-    return {.outcome = LockOutcome::HeldByOther, .holder = HolderOf({text.data(), length})};
+    return {.outcome = LockOutcome::HeldByOther, .holder = HolderOf(ReadText(file))};
 }
 
 // Nothing: it may be tried again.
@@ -77,7 +96,9 @@ std::optional<LockAttempt> Try(const std::wstring& native, const std::string& pa
     }
     if (!IsFileAt(path, file))
         return std::nullopt; // its holder has just ended
-    return LockAttempt{.outcome = LockOutcome::Taken, .lock = std::make_unique<WindowsLock>(std::move(file))};
+    const std::string text = ReadText(file);
+    auto lock = std::make_unique<WindowsLock>(std::move(file), !text.empty());
+    return LockAttempt{.outcome = LockOutcome::Taken, .lock = std::move(lock), .left = HolderOf(text)};
 }
 
 std::wstring Text(BOOL (*read)(wchar_t*, DWORD*)) {
@@ -104,12 +125,12 @@ LockAttempt TakeFileLock(const std::string& hostPath) {
     return {.outcome = LockOutcome::CannotWrite};
 }
 
-LockHolder ThisHolder() {
+LockHolder ThisHolder(std::string directory) {
     return {FromWide(Text([](wchar_t* text, DWORD* length) { return GetUserNameW(text, length); })),
             FromWide(Text([](wchar_t* text, DWORD* length) {
                 return GetComputerNameExW(ComputerNamePhysicalDnsHostname, text, length);
             })),
-            ShortDateTime(std::chrono::system_clock::now())};
+            ShortDateTime(std::chrono::system_clock::now()), std::move(directory)};
 }
 
 } // namespace korvadex

@@ -2,6 +2,7 @@
 #include "app/commands.h"
 #include "tests/support/program_fixture.h"
 
+#include <filesystem>
 #include <set>
 
 namespace korvadex::test {
@@ -195,6 +196,7 @@ TEST_F(Locks, OneThatIsLostIsMissedBeforeTheNextChange) {
     ASSERT_TRUE(drive.Files().Rename(lock, drive.At("moved")));
     auto other = TakeFileLock(drive.Files().HostPath(lock));
     ASSERT_EQ(other.outcome, LockOutcome::Taken);
+    other.lock->Sign(ThisHolder());
     user.Expect("Another Korvadex is at work here ...\n\nHangar location " + locations.HangarDir + "  (...)\n\n" +
                 Refused);
     program->CreatePackageNotes();
@@ -202,6 +204,141 @@ TEST_F(Locks, OneThatIsLostIsMissedBeforeTheNextChange) {
     other.lock.reset();
     program->CreatePackageNotes();
     EXPECT_TRUE(drive.Has("Hangar\\Jets\\Lear\\Documentation"));
+}
+
+// The first installation is cut off in the middle of a command.
+class CutOffPlaces : public Locks {
+  protected:
+    CutOffPlaces() { CutOff(); }
+    void CutOff() {
+        for (const char* old : {"App\\journal", "Hangar"})
+            std::filesystem::remove_all(drive.Files().HostPath(drive.At(old)));
+        drive.Fill("Hangar", "Jets\\Lear\\Lear.air=x, ~kx~scratch\\1~x=half");
+        History history(drive.Files(), {});
+        history.SetLocations({locations.HangarDir, locations.StagingDir, locations.MsfsDir});
+        history.Open(drive.At("App\\journal\\"));
+        history.Begin({"Copy to Hangar", "Jets\\Cub"});
+        EXPECT_TRUE(history.Files().CreateDirectory(drive.At("Hangar\\Jets\\Cub")));
+        EXPECT_TRUE(history.Files().Copy(drive.At("Hangar\\Jets\\Lear\\Lear.air"), drive.At(CubFile)));
+        for (const char* place : {"App\\", "Hangar\\", "Staging\\", "FS\\"})
+            Mark(place, "App\\");
+    }
+    void Mark(const std::string& place, const std::string& appDir) {
+        drive.Put(place + Lock, TextOf(ThisHolder(HostPath(appDir))));
+    }
+    void ClearMark(const std::string& place) { EXPECT_TRUE(drive.Files().Delete(drive.At(place + Lock))); }
+    std::string HostPath(const std::string& name) { return drive.Files().HostPath(drive.At(name)); }
+    std::string OwnerOf(const std::string& place) { return HolderOf(drive.Get(place + Lock)).directory; }
+
+    const std::string Lock = std::string(LockFileName);
+    static constexpr const char* CubFile = "Hangar\\Jets\\Cub\\Cub.air";
+    static constexpr const char* WorkHere =
+        "Another Korvadex was cut off here, and may have left a command half done ...\n\n...Hangar location...(...since"
+        "...settings in...)\n...to work here all the same?...";
+    static constexpr const char* AllTheSame =
+        "Korvadex was cut off in the middle of \"Copy to Hangar Jets\\Cub\" (...).  Another Korvadex seems to have "
+        "worked in...Hangar\\ since, or it is not the same drive.  Shall...";
+    static constexpr const char* AsBefore = "Korvadex was cut off...taken back: everything is as it was before.";
+    static constexpr const char* AsFar = "Korvadex was cut off...taken back, as far as it was still there.";
+    static constexpr const char* NotBack = "Korvadex was cut off...could not be taken back ...\n\n...Hangar\\ (...";
+};
+
+TEST_F(CutOffPlaces, AreLeftToTheirOwnerUntilTheUserWantsThem) {
+    const auto before = drive.Tree();
+    secondUser.Expect(WorkHere, Answer::No, MessageIcon::Exclamation);
+    StartSecond();
+    EXPECT_EQ(secondUser.preset, Answer::No);
+    EXPECT_EQ(secondForm.view.statusCounts,
+              "2 packages  -  0 installed in MSFS  -  Staging is empty  -  only to look at");
+    secondUser.Expect(WorkHere, Answer::No);
+    second->CreatePackageNotes();
+    second->Shutdown();
+    EXPECT_EQ(drive.Tree(), before);
+    EXPECT_EQ(OwnerOf("Hangar\\"), HostPath("App\\"));
+    // The owner can start while the question is open.
+    secondUser.Expect(WorkHere, Answer::Yes).Then([&] {
+        user.Expect(AsBefore);
+        Start();
+    });
+    secondUser.Expect(AtWork(LookOnly));
+    StartSecond();
+    EXPECT_FALSE(drive.Has(CubFile));
+}
+
+TEST_F(CutOffPlaces, AreTakenOverWithWhatIsHalfDone) {
+    secondUser.Expect(WorkHere, Answer::Yes);
+    StartSecond();
+    EXPECT_TRUE(drive.Has(CubFile));
+    EXPECT_FALSE(drive.Has("Hangar\\~kx~scratch"));
+    EXPECT_EQ(OwnerOf("FS\\"), HostPath("Other\\"));
+    second->UndoLast();
+    EXPECT_EQ(drive.Get("Hangar\\~kx~scratch\\1~x"), "half");
+    second->Shutdown();
+    EXPECT_FALSE(IsLocked("Hangar\\"));
+}
+
+TEST_F(CutOffPlaces, AreTheirOwnersOnlyWhileNobodyElseHasWorkedThere) {
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        bool isAsked = false, isAskedFirst = false;
+    } rows[] = {
+        {"nothing", [] {}},
+        {"another has ended in a place where nothing was changed", [&] { ClearMark("FS\\"); }},
+        {"the installation has got another name",
+         [&] {
+             for (const char* place : {"App\\", "Hangar\\", "FS\\"})
+                 Mark(place, "Before\\");
+         }},
+        {"another has ended", [&] { ClearMark("Hangar\\"); }, true},
+        {"another could not write its name", [&] { drive.Put("Hangar\\" + Lock, ""); }, true},
+        {"another was cut off, too", [&] { Mark("Hangar\\", "Other\\"); }, true, true},
+    };
+    for (const auto& row : rows)
+        for (const bool isWanted : {true, false}) {
+            SCOPED_TRACE(row.what);
+            CutOff();
+            row.change();
+            if (row.isAskedFirst)
+                user.Expect(WorkHere, Answer::Yes);
+            if (row.isAsked)
+                user.Expect(AllTheSame, isWanted ? Answer::Yes : Answer::No, MessageIcon::Exclamation);
+            if (!row.isAsked || isWanted)
+                user.Expect(row.isAsked ? AsFar : AsBefore);
+            Start();
+            user.Finish();
+            EXPECT_EQ(drive.Has(CubFile), row.isAsked && !isWanted);
+            EXPECT_EQ(OwnerOf("Hangar\\"), HostPath("App\\"));
+            program->Shutdown();
+            Start(); // and that was all
+            program->Shutdown();
+        }
+}
+
+TEST_F(CutOffPlaces, WaitForADriveThatIsAway) {
+    const auto exchange = [&](const char* away, const char* back) {
+        ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar"), drive.At(away)));
+        ASSERT_TRUE(drive.Files().Rename(drive.At(back), drive.At("Hangar")));
+    };
+    drive.MakeDirectory("Point");
+    exchange("Drive", "Point");
+    user.Expect(NotBack, Answer::Yes).Expect(NotBack, Answer::Yes).Then([&] { exchange("Point", "Drive"); });
+    user.Expect(AsBefore);
+    Start();
+    EXPECT_FALSE(drive.Has(CubFile));
+    program->Shutdown();
+    EXPECT_EQ(drive.Outline("Point"), "");
+
+    // Another one has come with it.
+    CutOff();
+    exchange("Drive", "Point");
+    user.Expect(NotBack, Answer::Yes).Then([&] {
+        exchange("Point", "Drive");
+        ClearMark("Hangar\\");
+    });
+    user.Expect(AllTheSame, Answer::No);
+    Start();
+    EXPECT_TRUE(drive.Has(CubFile));
 }
 
 } // namespace

@@ -29,16 +29,33 @@ TEST_F(FileLocks, OneAtATimeHasIt) {
     auto first = Take();
     ASSERT_EQ(first.outcome, LockOutcome::Taken);
     EXPECT_TRUE(first.lock->IsAt(Host(Name)));
-    EXPECT_EQ(HolderOf(drive.Get(Name)), ThisHolder());
+    const auto self = ThisHolder("C:\\Korvadex\\");
+    EXPECT_EQ(drive.Get(Name), "");
+    first.lock->Sign(self);
+    EXPECT_EQ(HolderOf(drive.Get(Name)), self);
     for (int i = 0; i < 2; ++i) { // a refusal takes nothing from it
         const auto second = Take();
         EXPECT_EQ(second.outcome, LockOutcome::HeldByOther);
         EXPECT_FALSE(second.lock);
-        EXPECT_EQ(second.holder, ThisHolder());
+        EXPECT_EQ(second.holder, self);
     }
     first.lock.reset();
     EXPECT_FALSE(drive.Has(Name));
     EXPECT_EQ(Take().outcome, LockOutcome::Taken);
+}
+
+TEST_F(FileLocks, AMarkStaysUntilItIsSignedOver) {
+    const std::string mark = TextOf({"anna", "WORKSHOP", "22.11.2026 10:47", "D:\\Korvadex\\"});
+    drive.Put(Name, mark + "more");
+    for (int i = 0; i < 2; ++i) {
+        const auto found = Take();
+        ASSERT_EQ(found.outcome, LockOutcome::Taken);
+        EXPECT_EQ(TextOf(found.left), mark);
+    }
+    EXPECT_EQ(drive.Get(Name), mark + "more");
+    const auto found = Take();
+    found.lock->Sign({"w", "", "", ""});
+    EXPECT_EQ(drive.Get(Name), "w\r\n\r\n\r\n\r\n");
 }
 
 TEST_F(FileLocks, OneAtATimeHasItAlsoWhereManyComeAndGo) {
@@ -87,9 +104,9 @@ TEST_F(FileLocks, ReadsWhateverStandsThere) {
         LockHolder holder;
     } rows[] = {
         {"", {}},
-        {"anna", {"anna", "", ""}},
-        {"anna\r\n\r\n22.11.2026\r\nmore\r\n", {"anna", "", "22.11.2026"}},
-        {"an\tna\nw\x1B\x7F\n", {"anna", "w", ""}},
+        {"anna", {"anna", "", "", ""}},
+        {"anna\r\n\r\n22.11.2026\r\nD:\\\r\nmore\r\n", {"anna", "", "22.11.2026", "D:\\"}},
+        {"an\tna\nw\x1B\x7F\n", {"anna", "w", "", ""}},
     };
     for (const auto& row : rows)
         EXPECT_EQ(HolderOf(row.text), row.holder) << row.text;
@@ -101,6 +118,8 @@ TEST_F(FileLocks, DISABLED_OfAnotherProcess) {
     if (!std::getline(std::cin, path) || !std::getline(std::cin, end))
         return;
     const auto lock = TakeFileLock(path);
+    if (lock.lock)
+        lock.lock->Sign(ThisHolder());
     while (lock.lock && !std::filesystem::exists(end))
         std::this_thread::yield();
     std::_Exit(0);
@@ -120,9 +139,7 @@ TEST_F(FileLocks, EndsWithItsProcess) {
     EXPECT_EQ(other.get(), 0);
     EXPECT_EQ(refused.outcome, LockOutcome::HeldByOther);
     EXPECT_EQ(refused.holder.machine, ThisHolder().machine);
-    EXPECT_TRUE(drive.Has(Name));
-    EXPECT_EQ(Take().outcome, LockOutcome::Taken);
-    EXPECT_FALSE(drive.Has(Name));
+    EXPECT_EQ(Take().left, refused.holder);
 }
 
 } // namespace
