@@ -49,7 +49,7 @@ LocationLocks::Others LocationLocks::Take(const std::string& appDir, const Locat
         if (directory == appDir)
             earlier = attempt.left;
         const auto state = directory == appDir ? PlaceState::Known : StateOf(directory, attempt);
-        if (state != PlaceState::Known && attempt.left != LockHolder{})
+        if (state != PlaceState::Known && !attempt.left.machine.empty())
             others.cutOff.push_back({name, directory, attempt.left});
         taken.push_back({directory, state, std::move(attempt.lock)});
     };
