@@ -52,7 +52,7 @@ std::optional<HistoryEntry> ReadEntry(std::string_view text) {
     if (fields.size() < FixedFields || fields[0] != Mark)
         return std::nullopt;
     std::vector<std::int64_t> numbers;
-    for (const std::size_t field : {1, 2, 9, 10, 11, 13}) {
+    for (const std::size_t field : {1u, 2u, 9u, 10u, 11u, 13u}) {
         const auto number = NumberOf(fields[field]);
         if (!number || *number < 0)
             return std::nullopt;
