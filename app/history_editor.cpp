@@ -11,12 +11,12 @@ namespace korvadex {
 
 namespace {
 
-std::string StateText(const HistoryEntry& entry) {
-    switch (entry.state) {
+std::string StateText(EntryState state, bool isForGood) {
+    switch (state) {
     case EntryState::Done:
-        return entry.whyNot.empty() ? "" : "Cannot be taken back";
+        return isForGood ? "Cannot be taken back" : "";
     case EntryState::Undone:
-        return entry.whyNot.empty() ? "Taken back" : "Taken back for good";
+        return isForGood ? "Taken back for good" : "Taken back";
     case EntryState::CutOff:
         return "Cut off";
     case EntryState::Remains:
@@ -44,9 +44,14 @@ const HistoryEntry& HistoryEditor::EntryAt(int row) const {
 
 std::vector<HistoryRow> HistoryEditor::Rows() const {
     std::vector<HistoryRow> rows;
-    for (auto entry = history.Entries().rbegin(); entry != history.Entries().rend(); ++entry)
-        rows.push_back({ShortDateTime(entry->time), entry->title.name, entry->title.subject,
-                        std::to_string(entry->files), SizeText(entry->bytes), StateText(*entry), entry->whyNot});
+    for (int row = 0; row < std::ssize(history.Entries()); ++row) {
+        const HistoryEntry& entry = EntryAt(row);
+        const bool isOutdone = entry.state == EntryState::Undone && entry.whyNot.empty() && RedosTo(row) == 0;
+        const std::string reason = isOutdone ? "Another command has come since it was taken back." : entry.whyNot;
+        rows.push_back({ShortDateTime(entry.time), entry.title.name, entry.title.subject,
+                        entry.files > 0 ? std::to_string(entry.files) : "",
+                        entry.files > 0 ? SizeText(entry.bytes) : "", StateText(entry.state, !reason.empty()), reason});
+    }
     return rows;
 }
 

