@@ -280,14 +280,21 @@ void SetAttribute(TemporaryDrive& drive, const std::string& path, const char* va
 
 } // namespace
 
+std::vector<std::string> CommandsWithUndo() {
+    std::vector<std::string> names;
+    for (const Command& command : Commands)
+        if (command.canBeUndone)
+            names.push_back(command.name);
+    return names;
+}
+
 std::vector<std::string> CutCommands() {
     std::vector<std::string> names;
     for (const Command& command : Commands)
         names.push_back(command.name);
     for (const std::string_view reversal : {Undo, Redo})
-        for (const Command& command : Commands)
-            if (command.canBeUndone)
-                names.push_back(std::string(reversal) + command.name);
+        for (const std::string& command : CommandsWithUndo())
+            names.push_back(std::string(reversal) + command);
     return names;
 }
 
@@ -317,36 +324,22 @@ void PrepareGround(const std::string& command, const std::string& hostDirectory)
         throw std::runtime_error("cannot copy to " + hostDirectory);
 }
 
-void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command) {
-    const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
-    Run run(*files, appDir);
-    run.Do(StepsOf(command).itself);
-    unlink((hostDirectory + "/" + CommandEndMark).c_str());
-}
-
-std::vector<std::string> CommandsWithUndo() {
-    std::vector<std::string> names;
-    for (const Command& command : Commands)
-        if (command.canBeUndone)
-            names.push_back(command.name);
-    return names;
-}
-
 std::string CommandSteps(const std::string& command) {
     return StepsOf(command).itself;
 }
 
-void DoOn(const std::string& hostDirectory, const std::string& appDir, const std::string& steps,
+void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command) {
+    DoOn(hostDirectory, appDir, CommandSteps(command) + "; look",
+         [&] { unlink((hostDirectory + "/" + CommandEndMark).c_str()); });
+}
+
+bool DoOn(const std::string& hostDirectory, const std::string& appDir, const std::string& steps,
           const std::function<void()>& look) {
     const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
     Run run(*files, appDir);
     run.look = look;
     run.Do(steps);
-}
-
-bool StartOn(const std::string& hostDirectory, const std::string& appDir) {
-    const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
-    return Run(*files, appDir).isStarted;
+    return run.isStarted;
 }
 
 } // namespace korvadex::test

@@ -24,11 +24,10 @@ inline constexpr const char* CommandEndMark = "the command has ended";
 void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command);
 // What the user does for it.
 std::string CommandSteps(const std::string& command);
-// The same for any steps, with "undo", "redo" and "look" (which calls this) among them.
-void DoOn(
+// The same for any steps, with "undo", "redo" and "look" (which calls this) among them. False when the program does not
+// stay.
+bool DoOn(
     const std::string& hostDirectory, const std::string& appDir, const std::string& steps,
     const std::function<void()>& look = [] {});
-// The same without a command; false when the program does not stay.
-bool StartOn(const std::string& hostDirectory, const std::string& appDir);
 
 } // namespace korvadex::test

@@ -22,7 +22,7 @@ int Main(const std::vector<std::string>& arguments) {
         return 0;
     }
     if (what == "--restart")
-        return StartOn(arguments.at(1), arguments.at(2)) ? 0 : 1;
+        return DoOn(arguments.at(1), arguments.at(2), "") ? 0 : 1;
 
     auto commands = CutCommands();
     if (what == "--list") {
