@@ -44,22 +44,10 @@ class Locks : public ProgramTest {
 };
 
 TEST_F(Locks, TheSecondLooksOnly) {
-    const std::set<std::string> looking = {"mnuLocations",
-                                           "mnuLocationProfiles",
-                                           "mnuExit",
-                                           "mnuAllPackages",
-                                           "mnuInstalledPackages",
-                                           "mnuRunMSFS",
-                                           "mnuPhotosByCategory",
-                                           "mnuPhotosForAll",
-                                           "mnuPackagesNoImages",
-                                           "mnuCreatePanelAlias",
-                                           "mnuCheckRefs",
-                                           "mnuCreateSoundAlias",
-                                           "mnuGaugeCrosscheck",
-                                           "mnuReadNotes",
-                                           "mnuReadMe",
-                                           "mnuAbout"};
+    const std::string looking =
+        "mnuLocations mnuLocationProfiles mnuExit mnuAllPackages mnuInstalledPackages mnuRunMSFS "
+        "mnuPhotosByCategory mnuPhotosForAll mnuPackagesNoImages mnuCreatePanelAlias "
+        "mnuCheckRefs mnuCreateSoundAlias mnuGaugeCrosscheck mnuReadNotes mnuReadMe mnuAbout ";
     Start();
     drive.Fill("Staging", "a\\readme.txt=1, b\\readme.txt=2, a\\aircraft.cfg=[fltsim.0], b\\aircraft.cfg=[fltsim.0]");
     drive.Fill("Hangar", "~kx~scratch\\1~x=half, Jets\\Lear\\readme.txt=1, Jets\\Lear\\more\\readme.txt=2");
@@ -76,14 +64,13 @@ TEST_F(Locks, TheSecondLooksOnly) {
         second->Refresh();
         for (const Menu& menu : MainMenus())
             for (const Command& command : menu.commands)
-                if (!looking.contains(command.entry)) {
+                if (looking.find(std::string(command.entry) + " ") == looking.npos) {
                     SCOPED_TRACE(command.entry);
                     secondUser.Expect(AtWork(Refused), MessageIcon::Exclamation);
                     second->RunCommand(command.entry);
                     secondUser.Finish();
                 }
-        for (const auto routine :
-             {&Program::DeleteShownImage, &Program::MakeShownImageFirst, &Program::UndoLast, &Program::RedoLast}) {
+        for (const auto routine : {&Program::DeleteShownImage, &Program::MakeShownImageFirst}) {
             secondUser.Expect(AtWork(Refused));
             ((*second).*routine)();
         }

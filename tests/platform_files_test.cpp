@@ -172,14 +172,6 @@ TEST_F(Files, CanHaveASecondName) {
     EXPECT_EQ(drive.Outline(), "B.TXT=b, a.txt=new, dir\\Second.txt=a") << "it holds what the first one was";
 }
 
-TEST_F(Files, AreKeptAsideByNoHost) {
-    drive.Fill("", "a.txt=a, dir\\b.txt=b");
-    for (const char* name : {"a.txt", "dir"})
-        EXPECT_EQ(files.SetAside(drive.At(name)).fault, FileFault::NotKept);
-    EXPECT_EQ(drive.Outline(), "a.txt=a, dir\\b.txt=b");
-    EXPECT_GT(*files.MakeRoom(drive.Root(), 1), 0u);
-}
-
 TEST_F(Files, AreDeletedOnlyWhereThatIsMeant) {
     drive.Fill("", "ro.txt=keep, rw.txt=go, dir\\a.txt=keep, empty\\");
     ASSERT_TRUE(files.SetReadOnly(drive.At("ro.txt"), true));
