@@ -8,6 +8,7 @@
 #include "ui/frmHangar.h"
 #include "ui/picture_files.h"
 
+#include <QAccessible>
 #include <QtTest>
 #include <QtWidgets>
 
@@ -60,6 +61,18 @@ class WindowTest : public testing::Test {
     void ChooseEntry(const char* entry) {
         Control<QAction>(window, entry).trigger();
         user.Finish();
+    }
+    // The controls in the order of the key Tab, from this one on. Each has to say what it is.
+    static QStringList TabOrder(QWidget& first) {
+        QStringList order;
+        for (QWidget* widget = &first; order.isEmpty() || widget != &first; widget = widget->nextInFocusChain()) {
+            if (!(widget->focusPolicy() & Qt::TabFocus) || widget->objectName().startsWith("qt_"))
+                continue;
+            EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+                << widget->objectName().toStdString();
+            order.append(widget->objectName());
+        }
+        return order;
     }
     std::string Text(const char* label) { return Control<QLabel>(window, label).text().toStdString(); }
 
