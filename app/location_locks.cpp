@@ -3,7 +3,6 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace korvadex {
 
@@ -77,12 +76,12 @@ PlaceState LocationLocks::StateOf(const std::string& directory, const LockAttemp
 }
 
 void LocationLocks::Sign(bool alsoWhereEmpty) {
-    for (TakenPlace& place : std::views::reverse(places)) { // the directory of the settings last
-        if (place.state == PlaceState::Empty && !alsoWhereEmpty)
+    for (auto place = places.rbegin(); place != places.rend(); ++place) { // the directory of the settings last
+        if (place->state == PlaceState::Empty && !alsoWhereEmpty)
             continue;
-        place.state = PlaceState::Known;
-        if (place.lock)
-            place.lock->Sign(self);
+        place->state = PlaceState::Known;
+        if (place->lock)
+            place->lock->Sign(self);
     }
 }
 

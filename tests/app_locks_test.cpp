@@ -3,7 +3,6 @@
 #include "tests/support/program_fixture.h"
 
 #include <filesystem>
-#include <set>
 
 namespace korvadex::test {
 namespace {
