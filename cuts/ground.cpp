@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* AppDir = "C:\\App\\";
 
-// Says Yes and takes the first of what is offered.
+// Says Yes and takes the first of what is offered, but gives nothing up.
 class ReadyUser : public UserDialogs {
   public:
     explicit ReadyUser(bool saysNothing) : isSilent(saysNothing) {}
@@ -31,8 +31,10 @@ class ReadyUser : public UserDialogs {
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
                               const MessageOptions&) override {
         Print(text);
-        if (text.find("Do you want to try again?") != std::string::npos)
-            return {Answer::No, false};
+        for (const char* question :
+             {"Do you want to try again?", "Shall it be deleted all the same?", "Do you want to go on all the same?"})
+            if (text.find(question) != std::string::npos)
+                return {Answer::No, false};
         return {buttons == MessageButtons::YesNo ? Answer::Yes : Answer::Ok, false};
     }
     std::optional<std::string> AskText(const std::string& prompt, bool) override {

@@ -256,7 +256,12 @@ std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::v
     KeptPlaces places(disk, locations, entry.key);
     const auto remove = [&](const std::string& path) {
         const auto place = places.PlaceFor(path);
-        return place ? disk.Rename(path, place->path) : place.status();
+        if (place)
+            return disk.Rename(path, place->path);
+        const auto info = disk.Info(path);
+        if (IsRunning() && place.fault() == FileFault::DiskFull && info && info->kind != EntryKind::Directory)
+            return DeleteFile(disk, path); // nobody has had it before
+        return Status{place.fault(), path, place.status().nativeCode};
     };
     const auto repackBack = [&](const std::vector<std::string>& paths) {
         return repack(files, paths, (entry.title.repacking == Repacking::Packs) == (entry.state == EntryState::Undone));

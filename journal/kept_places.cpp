@@ -21,9 +21,7 @@ void DeleteAll(FileSystem& files, const std::string& path) {
         static_cast<void>(files.RemoveDirectory(path));
         return;
     }
-    if (info->readOnly)
-        static_cast<void>(files.ClearAttributes(path));
-    static_cast<void>(files.Delete(path));
+    static_cast<void>(DeleteFile(files, path));
 }
 
 // The directory of all that is kept comes and goes without a trace in the time of the one that it lies in.
@@ -85,6 +83,12 @@ Result<std::string> KeptPlaces::NewDirectory(const std::string& parent) {
         if (status.fault != FileFault::Exists)
             return status;
     }
+}
+
+Status DeleteFile(FileSystem& files, const std::string& path) {
+    if (const auto info = files.Info(path); info && info->readOnly)
+        static_cast<void>(files.ClearAttributes(path));
+    return files.Delete(path);
 }
 
 void DeleteKept(FileSystem& files, const std::string& directory) {

@@ -43,6 +43,8 @@ class KeptPlaces {
     std::map<std::string, std::string> current; // by the folded parent: the numbered directory for its things
 };
 
+// A file or a link, also a read-only one.
+Status DeleteFile(FileSystem& files, const std::string& path);
 // All that is kept of one command in this directory (one of KeptPlaces::Directories), and its parent when it is empty
 // then. Links go as links, and what lies on another volume stays.
 void DeleteKept(FileSystem& files, const std::string& directory);

@@ -555,6 +555,16 @@ TEST_F(JournalTrouble, WhatCannotBeKeptIsToldWhenTheRestIsTakenBack) {
     EXPECT_THAT(TakeBackAll(), IsEmpty());
 }
 
+TEST_F(JournalTrouble, TakingBackNeedsNoRoom) {
+    const auto history = Open(disk);
+    history->Begin({.name = "Work"});
+    Make(history->Files(), drive.At("Sim\\gauges\\c.gau"), "c");
+    disk.FailOn("CreateDirectory", "~kx~kept", FileFault::DiskFull);
+    EXPECT_TRUE(history->End(false));
+    EXPECT_THAT(history->Remains(), testing::IsEmpty());
+    EXPECT_EQ(Look(), before);
+}
+
 TEST_F(JournalTrouble, WhoHasTakenAFormerNameIsNamed) {
     const char* rows[][2] = {
         {R"(Hangar\Jets\Lear)", R"(move Hangar\Jets\Lear > Hangar\Props\Lear 2)"},
