@@ -147,6 +147,11 @@ Steps StepsOf(const std::string& name) {
     return {found->before, "", found->itself};
 }
 
+// Then the user sees it, and gives no command.
+struct NotInHangar : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // The program from its start to its end.
 class Run {
   public:
@@ -207,7 +212,7 @@ class Run {
         const auto& packages = program.View().packages;
         program.ChoosePackage(int(std::ranges::find(packages, package, &HangarPackage::name) - packages.begin()));
         if (LastPathComponent(WithoutBackslash(program.Package().path)) != package)
-            throw std::runtime_error("not in the Hangar: " + package);
+            throw NotInHangar("not in the Hangar: " + package);
     }
 
     ReadyUser user;
@@ -331,8 +336,13 @@ std::string CommandSteps(const std::string& command) {
 }
 
 void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, const std::string& command) {
-    DoOn(hostDirectory, appDir, CommandSteps(command) + "; look",
-         [&] { unlink((hostDirectory + "/" + CommandEndMark).c_str()); });
+    const auto end = [&] { unlink((hostDirectory + "/" + CommandEndMark).c_str()); };
+    try {
+        DoOn(hostDirectory, appDir, CommandSteps(command) + "; look", end);
+    } catch (const NotInHangar& gone) {
+        std::cout << "  " << gone.what() << std::endl;
+        end();
+    }
 }
 
 bool DoOn(const std::string& hostDirectory, const std::string& appDir, const std::string& steps,

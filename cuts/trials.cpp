@@ -179,6 +179,8 @@ class CommandTrials {
         const Lines uncut = ReadLines(place.Said());
         said.insert(uncut.begin(), uncut.end());
         RequireNone(From(after, RunUncut(place)), "another run ends otherwise");
+        if (trials.mode == "second")
+            afterTwice = RunUncut(place, 2);
         if (const std::string reversed = CommandBefore(command); !reversed.empty()) {
             PrepareGround(reversed, base + "/goal");
             const HostTree goal = Read(base + "/goal");
@@ -263,10 +265,11 @@ class CommandTrials {
     std::string Restart(const Place& place, const std::string& how = "", int at = 0) {
         return Execute(place, {"--restart", place.Drive(), App}, how, at);
     }
-    HostTree RunUncut(Place& place) {
+    HostTree RunUncut(Place& place, int times = 1) {
         place.Begin(prepared);
         // Of these the calls are counted as the full disk counts them.
-        Require(Give(place, trials.mode == "enospc" ? "enospc" : "count", 0), "uncut");
+        for (int turn = 0; turn < times; ++turn)
+            Require(Give(place, trials.mode == "enospc" ? "enospc" : "count", 0), "uncut");
         Require(Restart(place), "the start after it");
         return Read(place.Drive());
     }
@@ -294,6 +297,7 @@ class CommandTrials {
 
     Outcome Try(Place& place, int call) {
         place.Begin(prepared);
+        isGivenTwice = false;
         std::string problem;
         if (trials.mode == "second")
             problem = RunWithSecond(place, call);
@@ -332,6 +336,7 @@ class CommandTrials {
         // Where the first one had done nothing yet, the second may have come before it.
         if (!changed.empty() && (hasBegun || !From(after, Read(place.Drive())).empty()))
             problem = "the second one changed " + changed[0];
+        isGivenTwice = !changed.empty();
         kill(first, SIGCONT);
         const std::string ending = Wait(first);
         return problem.empty() ? ending : problem;
@@ -346,7 +351,7 @@ class CommandTrials {
         const std::size_t index = std::size_t(call) - 1;
         std::string detail = index < calls.size() ? calls[index] : "the end";
         const HostTree now = Read(place.Drive());
-        const auto fromBefore = From(before, now), fromAfter = From(after, now);
+        const auto fromBefore = From(before, now), fromAfter = From(isGivenTwice ? afterTwice : after, now);
         if (!problem.empty())
             return {call, Verdict::Neither, detail + ": " + problem};
         for (const auto& entry : fs::recursive_directory_iterator(place.Drive()))
@@ -384,7 +389,8 @@ class CommandTrials {
     const std::string command;
     const Trials trials;
     const std::string base, prepared;
-    HostTree before, after;
+    HostTree before, after, afterTwice;
+    bool isGivenTwice = false; // one after the other
     Lines calls;
     std::size_t commandEnd = 0; // among them
     std::set<std::string> said, settingsSeen;
