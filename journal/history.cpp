@@ -260,7 +260,7 @@ std::vector<Status> History::TakeBackAll(const HistoryEntry& entry, const std::v
             return disk.Rename(path, place->path);
         const auto info = disk.Info(path);
         if (IsRunning() && place.fault() == FileFault::DiskFull && info && info->kind != EntryKind::Directory)
-            return DeleteFile(disk, path); // nobody has had it before
+            return DeleteOne(disk, path); // nobody has had it before
         return Status{place.fault(), path, place.status().nativeCode};
     };
     const auto repackBack = [&](const std::vector<std::string>& paths) {

@@ -21,7 +21,7 @@ void DeleteAll(FileSystem& files, const std::string& path) {
         static_cast<void>(files.RemoveDirectory(path));
         return;
     }
-    static_cast<void>(DeleteFile(files, path));
+    static_cast<void>(DeleteOne(files, path));
 }
 
 // The directory of all that is kept comes and goes without a trace in the time of the one that it lies in.
@@ -85,7 +85,7 @@ Result<std::string> KeptPlaces::NewDirectory(const std::string& parent) {
     }
 }
 
-Status DeleteFile(FileSystem& files, const std::string& path) {
+Status DeleteOne(FileSystem& files, const std::string& path) {
     if (const auto info = files.Info(path); info && info->readOnly)
         static_cast<void>(files.ClearAttributes(path));
     return files.Delete(path);

@@ -44,7 +44,7 @@ class KeptPlaces {
 };
 
 // A file or a link, also a read-only one.
-Status DeleteFile(FileSystem& files, const std::string& path);
+Status DeleteOne(FileSystem& files, const std::string& path);
 // All that is kept of one command in this directory (one of KeptPlaces::Directories), and its parent when it is empty
 // then. Links go as links, and what lies on another volume stays.
 void DeleteKept(FileSystem& files, const std::string& directory);
