@@ -558,7 +558,7 @@ TEST_F(JournalTrouble, WhatCannotBeKeptIsToldWhenTheRestIsTakenBack) {
 TEST_F(JournalTrouble, TakingBackNeedsNoRoom) {
     const auto history = Open(disk);
     history->Begin({.name = "Work"});
-    Make(history->Files(), drive.At("Sim\\gauges\\c.gau"), "c");
+    static_cast<void>(Make(history->Files(), drive.At("Sim\\gauges\\c.gau"), "c"));
     disk.FailOn("CreateDirectory", "~kx~kept", FileFault::DiskFull);
     EXPECT_TRUE(history->End(false));
     EXPECT_THAT(history->Remains(), testing::IsEmpty());
