@@ -33,7 +33,7 @@ class Program : private CommandDisplay {
     // appDir ends in a backslash; executable is started again after a change of the Hangar location.
     Program(FileSystem& files, Launcher& launcher, UserDialogs& user, ProgramDialogs& dialogs,
             PictureConverter& converter, MainWindow& window, std::string appDir, std::string executable);
-    ~Program();
+    ~Program() override;
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
