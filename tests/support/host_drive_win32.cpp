@@ -28,11 +28,19 @@ void RemoveTree(FileSystem& files, const std::string& directory) {
 HostDrive MakeHostDrive() {
     std::array<wchar_t, MAX_PATH + 1> temporary{};
     std::array<wchar_t, MAX_PATH + 1> name{};
-    // The system finds a free name by making a file of it, whose place a directory takes.
-    if (GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data()) == 0 ||
-        GetTempFileNameW(temporary.data(), L"kvx", 0, name.data()) == 0 || !DeleteFileW(name.data()) ||
-        !CreateDirectoryW(name.data(), nullptr))
-        throw std::runtime_error("no temporary directory could be made: " + FromWide(temporary.data()));
+    const auto require = [&](bool isDone) {
+        if (!isDone)
+            throw std::runtime_error("no temporary directory could be made: " + FromWide(temporary.data()));
+    };
+    require(GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data()) != 0);
+    // The system finds a free name by making a file of it, whose place a directory takes unless another process is
+    // quicker.
+    bool isMade = false;
+    do {
+        require(GetTempFileNameW(temporary.data(), L"kvx", 0, name.data()) != 0 && DeleteFileW(name.data()));
+        isMade = CreateDirectoryW(name.data(), nullptr);
+    } while (!isMade && GetLastError() == ERROR_ALREADY_EXISTS);
+    require(isMade);
     return {name.data(), AddBackslash(FromWide(name.data())), MakeHostFileSystem()};
 }
 
