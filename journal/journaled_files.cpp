@@ -228,7 +228,8 @@ Status JournaledFiles::Rename(Path from, Path to) {
             made.NoteRenamed(from, to);
         return status;
     }
-    Record record{.kind = RecordKind::Renamed, .path = WithoutBackslash(to), .other = WithoutBackslash(from)};
+    Record record{
+        .kind = RecordKind::Renamed, .path = WithoutBackslash(to), .other = disk.StoredPath(WithoutBackslash(from))};
     if (!EqualNoCase(record.path, record.other))
         if (const Status status = CheckFree(disk, record.path); !status)
             return status;
@@ -298,16 +299,17 @@ void JournaledFiles::Prepare(Exchange& exchange) {
     const bool isNew = disk.Info(to).fault() == FileFault::NotFound;
     const bool comesFromScratch = IsOwnPlace(from) && made.IsMade(from);
     Record& record = exchange.record;
-    record = {.kind = RecordKind::Replaced, .path = to, .other = from};
+    const std::string stored = disk.StoredPath(to);
+    record = {.kind = RecordKind::Replaced, .path = stored, .other = from};
     NoteTimes({to, from});
     if (isNew || made.IsMade(to)) {
         if (!isNew && comesFromScratch)
             return; // what is replaced is the command's own
         record.kind = isNew && comesFromScratch ? RecordKind::Placed : RecordKind::Renamed;
     } else if (isRepacking && comesFromScratch && seen) {
-        record = {.kind = RecordKind::Repacked, .path = to};
+        record = {.kind = RecordKind::Repacked, .path = stored};
     } else if (exchange.status) {
-        auto place = kept->PlaceFor(to);
+        auto place = kept->PlaceFor(stored);
         if (place) {
             record.kept = place->path;
             if (!place->newDirectory.empty())
@@ -317,7 +319,7 @@ void JournaledFiles::Prepare(Exchange& exchange) {
         } else if (!MayDelete(place.status())) {
             exchange.status = place.status();
         } else {
-            record = {.kind = RecordKind::Deleted, .path = to, .other = from};
+            record = {.kind = RecordKind::Deleted, .path = stored, .other = from};
         }
     }
     if (!exchange.status)
@@ -373,7 +375,7 @@ Status JournaledFiles::Delete(Path path) {
         return info.status();
     if (info->kind == EntryKind::Directory || info->readOnly)
         return disk.Delete(path); // which refuses it
-    return TakeAway(path);
+    return TakeAway(disk.StoredPath(path));
 }
 
 Status JournaledFiles::SetAside(Path path) {
@@ -381,7 +383,7 @@ Status JournaledFiles::SetAside(Path path) {
     if (!log || made.IsMade(path))
         return {FileFault::NotKept, path};
     const auto info = disk.Info(path);
-    return info ? TakeAway(WithoutBackslash(path)) : info.status();
+    return info ? TakeAway(disk.StoredPath(WithoutBackslash(path))) : info.status();
 }
 
 Status JournaledFiles::SetScratchAside(Path directory) {
@@ -442,7 +444,7 @@ Status JournaledFiles::RemoveDirectory(Path path) {
         return {FileFault::NotEmpty, path};
     NoteTimes({path});
     const Status status = Make({.kind = RecordKind::RemovedDirectory,
-                                .path = WithoutBackslash(path),
+                                .path = disk.StoredPath(WithoutBackslash(path)),
                                 .attributes = *attributes,
                                 .time = info->time},
                                [&] { return disk.RemoveDirectory(path); });

@@ -65,6 +65,7 @@ class JournaledFiles : public FileSystem {
     Result<std::uint64_t> MakeRoom(Path directory, std::uint64_t bytes) override;
     bool SameVolume(Path a, Path b) const override { return disk.SameVolume(a, b); }
     std::vector<std::string> Drives() const override { return disk.Drives(); }
+    std::string StoredPath(Path path) const override { return disk.StoredPath(path); }
     std::string HostPath(Path path) const override { return disk.HostPath(path); }
     std::optional<std::string> PathFromHost(Path hostPath) const override { return disk.PathFromHost(hostPath); }
     std::string SourceFromHost(Path hostPath) const override { return disk.SourceFromHost(hostPath); }

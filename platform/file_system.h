@@ -123,6 +123,8 @@ class FileSystem {
     virtual Result<std::vector<DirectoryEntry>> List(const std::string& directory) const = 0;
     // The entry itself; a link is reported as a link.
     virtual Result<FileInfo> Info(const std::string& path) const = 0;
+    // The path with its last name as it is stored on the disk; as given where nothing is there.
+    virtual std::string StoredPath(const std::string& path) const = 0;
     // True when the path names a directory, also through a link (a location may be one).
     virtual bool IsDirectory(const std::string& path) const = 0;
 

@@ -277,6 +277,7 @@ class DriveFileSystem : public FileSystem {
     Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
     bool SameVolume(const std::string& a, const std::string& b) const override;
     std::vector<std::string> Drives() const override;
+    std::string StoredPath(const std::string& path) const override;
     std::string HostPath(const std::string& path) const override;
     std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
     std::string SourceFromHost(const std::string& hostPath) const override;
@@ -706,6 +707,13 @@ std::vector<std::string> DriveFileSystem::Drives() const {
     for (const auto& [letter, directory] : names.Drives().directories)
         drives.push_back(std::string(1, static_cast<char>(letter - 'a' + 'A')) + ":\\");
     return drives;
+}
+
+std::string DriveFileSystem::StoredPath(const std::string& path) const {
+    const auto name = names.Resolve(path);
+    if (!name || !name->exists || ParentDirectory(path).empty())
+        return path;
+    return ParentDirectory(path) + ShownName(name->path.substr(name->path.rfind('/') + 1));
 }
 
 std::string DriveFileSystem::HostPath(const std::string& path) const {

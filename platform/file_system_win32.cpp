@@ -201,6 +201,7 @@ class WindowsFileSystem final : public FileSystem {
     Result<std::uint64_t> FreeSpace(const std::string& directory) const override;
     bool SameVolume(const std::string& a, const std::string& b) const override;
     std::vector<std::string> Drives() const override;
+    std::string StoredPath(const std::string& path) const override;
     std::string HostPath(const std::string& path) const override { return path; }
     std::optional<std::string> PathFromHost(const std::string& hostPath) const override;
     std::string SourceFromHost(const std::string& hostPath) const override;
@@ -208,6 +209,12 @@ class WindowsFileSystem final : public FileSystem {
   private:
     Status PutInPlace(const std::string& from, const std::string& to);
 };
+
+std::string WindowsFileSystem::StoredPath(const std::string& path) const {
+    const auto native = Native(path);
+    const auto record = native ? FindRecord(*native) : std::nullopt;
+    return record ? ParentDirectory(path) + FromWide(record->cFileName) : path;
+}
 
 Result<std::vector<DirectoryEntry>> WindowsFileSystem::List(const std::string& directory) const {
     const Result<std::wstring> native = Native(directory);

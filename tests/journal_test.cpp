@@ -145,18 +145,18 @@ const Work Works[] = {
         rmdir Sim\~kx~scratch)",
      "+Sim\\aircraft\\Lear\\lear.air +Sim\\aircraft\\Lear\\panel\\panel.cfg +Sim\\sound\\s.wav"},
     {"trees and files go", R"(
-        aside Hangar\Jets\Lear
+        aside Hangar\Jets\LEAR
         rmdir Hangar\Jets
         unlock Sim\gauges\b.gau
         delete Sim\gauges\b.gau
-        delete Sim\gauges\a.gau
-        rmdir Sim\gauges)",
+        delete Sim\gauges\A.GAU
+        rmdir Sim\Gauges)",
      "-Hangar\\Jets\\Lear\\lear.air -Hangar\\Jets\\Lear\\old.txt -Hangar\\Jets\\Lear\\panel\\panel.cfg "
      "-Sim\\gauges\\a.gau -Sim\\gauges\\b.gau"},
     {"a file is rewritten twice, and read-only", R"(
         mkdir Hangar\~kx~scratch
         put Hangar\~kx~scratch\1 > once
-        onto Hangar\~kx~scratch\1 > Hangar\Jets\Lear\panel\panel.cfg
+        onto Hangar\~kx~scratch\1 > Hangar\Jets\Lear\panel\PANEL.CFG
         put Hangar\~kx~scratch\1 > twice
         onto Hangar\~kx~scratch\1 > Hangar\Jets\Lear\panel\panel.cfg
         rmdir Hangar\~kx~scratch
@@ -189,7 +189,7 @@ const Work Works[] = {
         move Sim\gauges\c.gau > Sim\gauges\a.gau)",
      "*Sim\\gauges\\a.gau"},
     {"a directory gets another name, and a file", R"(
-        move Hangar\Jets\Lear > Hangar\Jets\Lear 2
+        move Hangar\Jets\LEAR > Hangar\Jets\Lear 2
         move Sim\gauges\a.gau > Sim\gauges\c.gau)",
      ">Hangar\\Jets\\Lear\\>Hangar\\Jets\\Lear 2\\ >Sim\\gauges\\a.gau>Sim\\gauges\\c.gau"},
     {"a file is made where a name was there and back", R"(

@@ -98,6 +98,7 @@ class FaultyFiles : public FileSystem {
     }
     bool SameVolume(Path a, Path b) const override { return !CrossesVolumes(a, b) && real.SameVolume(a, b); }
     std::vector<std::string> Drives() const override { return real.Drives(); }
+    std::string StoredPath(Path path) const override { return real.StoredPath(path); }
     std::string HostPath(Path path) const override { return real.HostPath(path); }
     std::optional<std::string> PathFromHost(Path hostPath) const override { return real.PathFromHost(hostPath); }
     std::string SourceFromHost(Path hostPath) const override { return real.SourceFromHost(hostPath); }
