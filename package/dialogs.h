@@ -45,6 +45,10 @@ class UserDialogs {
                                       const MessageOptions& options) = 0;
     // One line of text (shown as dots when secret); none when the user cancelled.
     virtual std::optional<std::string> AskText(const std::string& prompt, bool isSecret) = 0;
+    // The same, with a text to begin with.
+    virtual std::optional<std::string> AskName(const std::string& prompt, const std::string& /*present*/) {
+        return AskText(prompt, false);
+    }
     // An existing zip archive; the directory to open on may be "". None when the user cancelled.
     virtual std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) = 0;
 

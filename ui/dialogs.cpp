@@ -60,6 +60,12 @@ QString StartDirectory(const FileSystem& files, const std::string& last, QStanda
     return QDir::homePath();
 }
 
+std::optional<std::string> TextFrom(InputBox& box) {
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return FromQt(box.Text());
+}
+
 } // namespace
 
 Dialogs::Dialogs(FileSystem& fileSystem) : files(fileSystem), fitToScreen(FitDialogsToScreen()) {}
@@ -86,9 +92,13 @@ CheckedAnswer Dialogs::ShowMessage(const std::string& text, MessageButtons butto
 
 std::optional<std::string> Dialogs::AskText(const std::string& prompt, bool isSecret) {
     InputBox box(LinesToQt(prompt), isSecret, Parent());
-    if (box.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return FromQt(box.Text());
+    return TextFrom(box);
+}
+
+std::optional<std::string> Dialogs::AskName(const std::string& prompt, const std::string& present) {
+    InputBox box(LinesToQt(prompt), false, Parent());
+    box.Propose(ToQt(present));
+    return TextFrom(box);
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {

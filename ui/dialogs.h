@@ -23,6 +23,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
                               const MessageOptions& options) override;
     std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
+    std::optional<std::string> AskName(const std::string& prompt, const std::string& present) override;
     std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
     std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) override;
     void ShowInstallStatus(const std::string& text) override;

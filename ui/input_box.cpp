@@ -18,6 +18,11 @@ InputBox::InputBox(const QString& prompt, bool isSecret, QWidget* parent)
 
 InputBox::~InputBox() = default;
 
+void InputBox::Propose(const QString& text) {
+    ui->txtInput->setText(text);
+    ui->txtInput->selectAll();
+}
+
 QString InputBox::Text() const {
     return ui->txtInput->text();
 }

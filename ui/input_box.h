@@ -1,4 +1,4 @@
-// One line of text from the user, such as a password.
+// One line of text from the user, such as a password or a name.
 #pragma once
 
 #include <QDialog>
@@ -19,6 +19,8 @@ class InputBox : public QDialog {
     InputBox(const QString& prompt, bool isSecret, QWidget* parent);
     ~InputBox() override;
 
+    // To begin with; typing replaces it.
+    void Propose(const QString& text);
     QString Text() const;
 
   private:
