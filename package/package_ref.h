@@ -23,6 +23,11 @@ struct PackageRef {
 // "Jets\Lear" -> {"Jets", "Lear"}; "Lear" -> {"", "Lear"}, the package of that name in whatever category.
 PackageRef PackageRefOf(std::string_view text);
 
+// A package, or all packages of a category, stand in the Hangar at `to` instead of `from` ("Jets", "Jets\Lear"): the
+// text of a package follows. False where it names another one.
+bool FollowName(std::string& text, std::string_view from, std::string_view to);
+void FollowName(PackageRef& package, std::string_view from, std::string_view to);
+
 // True when the simulator has an aircraft of the package's name.
 bool IsInstalled(const FileSystem& files, const Locations& locations, const PackageRef& package);
 

@@ -142,6 +142,26 @@ Status WriteInstallRecord(CommandContext& context, const std::string& directory,
     return RewriteBytes(context.files, context.locations, directory + std::string(InstallRecordFile), BytesOf(record));
 }
 
+Status FollowInRecords(CommandContext& context, const std::string& from, const std::string& to) {
+    const auto entries = context.files.List(context.locations.Aircraft());
+    Status outcome;
+    for (const DirectoryEntry& entry : entries ? *entries : std::vector<DirectoryEntry>()) {
+        const std::string directory = context.locations.Aircraft() + entry.name + "\\";
+        auto record =
+            entry.info.kind == EntryKind::Directory ? ReadInstallRecord(context.files, directory) : std::nullopt;
+        if (!record)
+            continue;
+        bool isNamed = FollowName(record->package, from, to);
+        for (RecordedFile& file : record->files)
+            isNamed = FollowName(file.origin, from, to) || isNamed;
+        if (!isNamed)
+            continue;
+        if (const Status status = WriteInstallRecord(context, directory, *record); !status && outcome)
+            outcome = status;
+    }
+    return outcome;
+}
+
 std::vector<std::string> ReadFoundGauges(const FileSystem& files, const std::string& directory) {
     auto names = ReadConfigLines(files, directory + std::string(FoundGaugesFile));
     return names ? std::move(*names) : std::vector<std::string>();

@@ -54,6 +54,9 @@ std::string BytesOf(const InstallRecord& record);
 // Directories end in a backslash. None when there is no record, or none that can be read.
 std::optional<InstallRecord> ReadInstallRecord(const FileSystem& files, const std::string& directory);
 Status WriteInstallRecord(CommandContext& context, const std::string& directory, const InstallRecord& record);
+// What stood in the Hangar at `from` ("Jets" or "Jets\Lear") stands at `to` now: every record that names it says so.
+// The first failure; the others are written all the same.
+Status FollowInRecords(CommandContext& context, const std::string& from, const std::string& to);
 // The names in FoundGaugesFile.
 std::vector<std::string> ReadFoundGauges(const FileSystem& files, const std::string& directory);
 
