@@ -12,10 +12,14 @@ namespace korvadex {
 struct HangarPackage {
     std::string name;
     bool isInstalled = false;
+
+    bool operator==(const HangarPackage&) const = default;
 };
 struct HangarCategory {
     std::string name;
     std::vector<HangarPackage> packages; // ordered by name, without case
+
+    bool operator==(const HangarCategory&) const = default;
 };
 using HangarListing = std::vector<HangarCategory>;
 

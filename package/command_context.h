@@ -36,6 +36,8 @@ class CommandDisplay {
     virtual void ShowStatus(const std::string& text) = 0;
     // frmFileList with these lines under this caption.
     virtual void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) = 0;
+    // What a check of an installed aircraft's gauges has found, for whoever shows it later.
+    virtual void NoteMissingGauges(const std::string& /*package*/, const std::vector<std::string>& /*missing*/) {}
 };
 
 struct CommandContext {

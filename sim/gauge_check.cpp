@@ -85,6 +85,7 @@ PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path) {
                           MessageIcon::Exclamation);
         return check;
     }
+    check.isRead = true;
     std::set<std::string> seen;
     std::optional<GaugeStock> stock; // read at the first gauge line: an alias file needs none
     for (const std::string& line : *lines) {
@@ -164,6 +165,8 @@ std::string ImportStatusText(std::string_view aircraft, const PanelCheck& check)
 
 void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel) {
     const PanelCheck check = CrossCheckPanel(context, panel);
+    if (check.isRead)
+        context.display.NoteMissingGauges(package, check.missing);
     context.user.ShowInstallStatus(InstallStatusText(package, check) + MissingLender(context, panel));
 }
 

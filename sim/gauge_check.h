@@ -10,6 +10,7 @@ namespace korvadex {
 
 // What a panel.cfg names against what the simulator has.
 struct PanelCheck {
+    bool isRead = false;              // the panel could be
     bool PanelNoGauges = true;        // without any gauge line, as a panel that only leads to another one
     std::vector<std::string> missing; // file names of gauges: "clock.gau"
     std::vector<std::string> used;    // the paths of the files found, each once
