@@ -34,6 +34,8 @@ constexpr Command ToolsCommands[] = {
     Command("mnuUninstallCategory", "Uninstall packages in current category &from MSFS", &Program::UninstallCategory,
             {.separator = "mnuSep3"}),
     Command("mnuUninstallAll", "Uninstall &all packages from MSFS", &Program::UninstallAll),
+    Command("mnuCollection", "&Show collection", &Program::ToggleCollection,
+            {.separator = "mnuSep22", .shortcut = "F9", .tick = &MainView::isCollectionShown}),
     Command("mnuRunMSFS", "&Run Flight Simulator", &Program::StartSimulator,
             {.separator = "mnuSep4", .key = "RunMSFS", .toolTip = "Run Flight Simulator"}),
 };

@@ -23,6 +23,7 @@ struct CommandExtras {
     const char* toolTip = "";                // of the button
     bool hasButtonOnBothSides = false;       // although its menu has one side: the command goes there by itself
     std::string MainView::*object = nullptr; // stands behind the caption; there is nothing to do while it is empty
+    bool MainView::*tick = nullptr;          // before the caption, while this is so
 };
 
 struct Command {

@@ -25,6 +25,8 @@ void Program::RunHangarCommand(const std::string& name, std::initializer_list<Pl
         const Changes changes = command();
         if (changes.renamed)
             held.FollowPackage(package.ref, *changes.renamed);
+        if (changes.renamed && !changes.renamed->IsNone())
+            FollowInHangar(package.ref.Text(), changes.renamed->Text());
         ShowChanges(changes);
     });
 }

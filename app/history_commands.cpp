@@ -3,6 +3,7 @@
 #include "app/program.h"
 #include "archive/in_place.h"
 #include "journal/take_back.h"
+#include "package/file_primitives.h"
 #include "package/name_list.h"
 #include "platform/date_text.h"
 #include "platform/windows_path.h"
@@ -52,12 +53,12 @@ bool HasChanged(const std::vector<Record>& records, const std::string& directory
     });
 }
 
-// None when the path is no package's directory.
-PackageRef PackageAt(const Locations& locations, const std::string& path) {
+// "Jets\Lear" or "Jets"; "" when the path is neither a package's directory nor a category's.
+std::string NameInHangar(const Locations& locations, const std::string& path) {
     if (!IsAtOrBelow(path, locations.HangarDir) || path.size() <= locations.HangarDir.size())
-        return {};
+        return "";
     const std::string below = path.substr(locations.HangarDir.size());
-    return std::ranges::count(below, '\\') == 1 ? PackageRefOf(below) : PackageRef();
+    return std::ranges::count(below, '\\') <= 1 ? below : "";
 }
 
 } // namespace
@@ -199,6 +200,7 @@ void Program::TellTakenBack(const std::string& why) {
         user.Tell(reason + "The following of what it had changed could not be taken back ...\r\n\r\n" +
                       ListFailures(remains) + "\r\n\r\nWhat was kept of it is in the directory ~kx~kept.",
                   MessageIcon::Exclamation);
+    FollowBack();
     ShowChanges({.hangar = true, .simulator = true, .package = true});
     static_cast<void>(history.End()); // of what that has settled
 }
@@ -264,21 +266,25 @@ void Program::ShowHistoryTexts() {
 // All may have changed. The package that it was about is shown, where it is there, and Staging comes back with the name
 // that it had.
 void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack) {
-    PackageRef about = PackageRefOf(title.subject);
-    for (auto record = takenBack.rbegin(); record != takenBack.rend(); ++record)
-        if (const auto from = PackageAt(settings.locations, record->path);
-            record->kind == RecordKind::Renamed && !from.IsNone()) {
-            const auto to = PackageAt(settings.locations, record->other);
-            held.FollowPackage(from, to);
-            about = about == from ? to : about;
-        }
+    PackageRef about = PackageRefOf(title.subject), selected = selection.Package();
+    for (auto record = takenBack.rbegin(); record != takenBack.rend(); ++record) {
+        const auto from = NameInHangar(settings.locations, record->path),
+                   to = NameInHangar(settings.locations, record->other);
+        if (record->kind != RecordKind::Renamed || from.empty() || to.empty())
+            continue;
+        FollowInHangar(from, to);
+        FollowName(about, from, to);
+        FollowName(selected, from, to);
+    }
     for (PackageRef* lender : {&held.HeldPanelAlias, &held.HeldSoundAlias})
         if (files.Info(WithoutBackslash(lender->Directory(settings.locations))).fault() == FileFault::NotFound)
             *lender = {};
-    selection.ReadCategories();
+    ReadCategories(selected);
+    const bool isOfCategory =
+        about.category.empty() && HasSubdirectory(files, settings.locations.HangarDir, about.name);
     if (title.name == ChoiceTitle) // shown, Staging would be sorted out again at once
         ShowHangarSide(true);
-    else if (view.HangarSideShown)
+    else if (view.HangarSideShown && !isOfCategory)
         selection.Select(about);
     const bool wasEmpty = view.isStagingEmpty;
     ShowChanges({.hangar = true, .simulator = true, .package = true});

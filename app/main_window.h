@@ -36,6 +36,7 @@ struct MainView {
     std::string statusCounts;
     int imageIndex = 0;   // of the package's pictures, from 1; 0 when it has none
     int listRevision = 0; // grows when the loaded package was loaded anew
+    bool isCollectionShown = false;
 };
 
 // What frmPhotos shows.
@@ -78,6 +79,9 @@ class MainWindow {
     virtual void ApplyListGeometry(const WindowGeometry& geometry) = 0;
     // None when the list window was never shown.
     virtual std::optional<WindowGeometry> ListGeometry() const = 0;
+    // Of the collection beside the form, in twips; none while the user has not changed it.
+    virtual void ApplyCollectionWidth(double width) = 0;
+    virtual std::optional<double> CollectionWidth() const = 0;
     // EndProgram: closes every window and leaves the event loop.
     virtual void EndProgram() = 0;
 };

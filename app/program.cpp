@@ -54,6 +54,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
                 ShowStatus(problem);
             gallery.Refresh();
         }
+        collection.Take(selection.Hangar());
         UpdateCaption();
         UpdateStatusCounts();
         // A list that is not whole is said for as long as it is shown.
@@ -72,6 +73,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
 void Program::Do(const CommandTitle& title, const std::function<void()>& command) {
     try {
         ShowStatus("");
+        followed.clear();
         if (title.name.empty() || MayChange()) {
             if (!title.name.empty())
                 history.Begin(title);
@@ -98,8 +100,10 @@ void Program::ShowChanges(const Changes& changes) {
         ProposeName(changes.staged);
     // Pictures may have come or gone.
     isHangarStale = isHangarStale || changes.hangar || changes.simulator || (changes.package && view.HangarSideShown);
-    if (changes.package)
+    if (changes.package) {
+        collection.Forget(package.ref);
         LoadShownSide();
+    }
     UpdateCaption();
     ShowView();
 }
@@ -178,6 +182,7 @@ void Program::GoToStaging() {
 void Program::Refresh() {
     Run([&] {
         RefreshSelection();
+        collection.Forget(selection.Package());
         LoadShownSide(ChoiceQuestion::Ask);
     });
 }
@@ -364,6 +369,10 @@ void Program::HideProgress() {
 void Program::ShowStatus(const std::string& text) {
     view.status = text;
     window.ShowStatus(text);
+}
+
+void Program::NoteMissingGauges(const std::string& name, const std::vector<std::string>& missing) {
+    collection.NoteMissingGauges(name, missing);
 }
 
 void Program::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {

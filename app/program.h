@@ -2,6 +2,7 @@
 // can give.
 #pragma once
 
+#include "app/collection.h"
 #include "app/gallery_window.h"
 #include "app/list_window.h"
 #include "app/location_locks.h"
@@ -22,6 +23,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace korvadex {
@@ -60,6 +62,20 @@ class Program : private CommandDisplay {
     // Says what could not be opened after all (Launcher::TakeFailures). False when there is nothing left to wait for.
     bool CheckOpenings();
     void DeleteComponents(int group, const std::vector<int>& positions);
+
+    // --- the collection beside the form
+    // As if chosen in the choosers; goes to the Hangar side.
+    void ShowPackage(const PackageRef& wanted);
+    // Asks for its name.
+    void NewCategory();
+    void RenameCategory(const std::string& category);
+    // On the package of the Hangar that is shown.
+    void MoveToCategory(const std::string& category);
+    void ToggleCollection();
+    // Goes on reading what is known of the packages, for about this long; not while a command runs. False when there is
+    // nothing more to read.
+    bool ReadCollection(std::chrono::milliseconds time);
+    const Collection& GetCollection() const { return collection; }
 
     // --- the pictures of the shown package
     void ShowNextImage();
@@ -155,6 +171,7 @@ class Program : private CommandDisplay {
     void HideProgress() override;
     void ShowStatus(const std::string& text) override;
     void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override;
+    void NoteMissingGauges(const std::string& package, const std::vector<std::string>& missing) override;
 
     // The file at a position of a component list; none when there is no such position.
     std::optional<std::string> ComponentPath(int group, int position) const;
@@ -244,6 +261,15 @@ class Program : private CommandDisplay {
     bool IsPackageReady(std::initializer_list<Place> alsoNeeded = {}, bool asItIsNow = true);
     void Compress(const std::string& name, bool compress);
 
+    // collection_commands.cpp
+    // What stood in the Hangar at `from` ("Jets", "Jets\Lear") stands at `to` now: held aliases and first packages
+    // follow.
+    void FollowInHangar(const std::string& from, const std::string& to);
+    // The same the other way, of what the running command has renamed and what was taken back.
+    void FollowBack();
+    // Reads the categories anew; what was selected stays so under the name that it has now.
+    void ReadCategories(const PackageRef& selected);
+
     // picture_commands.cpp
     std::string ShownImage() const;          // its path; "" when there is none
     void ShowImage(const std::string& path); // where the package has it
@@ -317,11 +343,13 @@ class Program : private CommandDisplay {
     bool looksOnly = true;     // until it has all the places
     bool keepsScratch = false; // what lies under scratch names there may be of use to somebody
     Selection selection{files, settings.locations};
+    Collection collection{files, settings.locations};
     HeldAliases held;
-    std::string lastPictureDirectory; // where picture files were last chosen from; "" at first
-    std::string importedAircraft;     // set until Staging is shown with it: the gauges are still to come
-    std::string stagedAircraft; // the one imported last in this run; a choice of configuration deletes its name file
-    modUnzip unzip;             // one for the run: it remembers the last right password
+    std::vector<std::pair<std::string, std::string>> followed; // FollowInHangar in the running command
+    std::string lastPictureDirectory;                          // where picture files were last chosen from; "" at first
+    std::string importedAircraft; // set until Staging is shown with it: the gauges are still to come
+    std::string stagedAircraft;   // the one imported last in this run; a choice of configuration deletes its name file
+    modUnzip unzip;               // one for the run: it remembers the last right password
     // The Hangar or the simulator may have changed since it was listed: that is done anew after the command.
     bool isHangarStale = false;
     ListWindow fileList{window, files, settings.locations};

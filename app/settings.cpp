@@ -17,6 +17,7 @@ namespace {
 
 constexpr double LowestPosition = -70, CorrectedPosition = -60;
 constexpr double ScreenMargin = 100;
+constexpr double MostCollectionWidth = 100'000;
 
 constexpr std::string_view UnnamedProfile = "A Location Profile";
 
@@ -131,6 +132,12 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
     else if (key == "HISTORYMEGABYTES")
         values.historyLimits.bytes = IntegerIn(value) > 0 ? BytesOf(std::min(IntegerIn(value), MostHistoryMegabytes))
                                                           : values.historyLimits.bytes;
+    else if (key == "COLLECTION")
+        values.isCollectionShown = value == "YES"  ? std::optional(true)
+                                   : value == "NO" ? std::optional(false)
+                                                   : values.isCollectionShown;
+    else if (key == "COLLECTIONWIDTH")
+        values.collectionWidth = Extent(NumberIn(value), MostCollectionWidth).value_or(values.collectionWidth);
     else
         return ReadWindowLine(key, value, screen, mainWindow, values.ListWindowGeometry);
     return true;
@@ -195,6 +202,8 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
     take(values.limits.FileMax, kept.limits.FileMax, onDisk.limits.FileMax);
     take(values.historyLimits.commands, kept.historyLimits.commands, onDisk.historyLimits.commands);
     take(values.historyLimits.bytes, kept.historyLimits.bytes, onDisk.historyLimits.bytes);
+    take(values.isCollectionShown, kept.isCollectionShown, onDisk.isCollectionShown);
+    take(values.collectionWidth, kept.collectionWidth, onDisk.collectionWidth);
 }
 
 bool IsOneStorableLine(std::string_view text) {
@@ -249,6 +258,10 @@ std::vector<std::string> Render(const SettingsValues& values, const std::optiona
         lines.push_back("HISTORYCOMMANDS=" + std::to_string(values.historyLimits.commands));
     if (values.historyLimits.bytes != HistoryLimits{}.bytes)
         lines.push_back("HISTORYMEGABYTES=" + std::to_string(MegabytesOf(values.historyLimits.bytes)));
+    if (values.isCollectionShown)
+        lines.push_back(*values.isCollectionShown ? "COLLECTION=YES" : "COLLECTION=NO");
+    if (values.collectionWidth > 0)
+        lines.push_back("COLLECTIONWIDTH=" + ShortestText(values.collectionWidth));
     return lines;
 }
 

@@ -54,6 +54,8 @@ struct SettingsValues {
     WindowGeometry ListWindowGeometry;
     WalkLimits limits;
     HistoryLimits historyLimits;
+    std::optional<bool> isCollectionShown; // none: the user has not said yet
+    double collectionWidth = 0;            // in twips; 0 as designed
 
     bool operator==(const SettingsValues&) const = default;
 };

@@ -175,6 +175,7 @@ void Program::UpdateStatusCounts() {
 
 void Program::TakeStock() {
     selection.ReadHangar();
+    collection.LookAgain();
     isHangarStale = false;
 }
 

@@ -16,6 +16,9 @@ namespace {
 // Tells the next start that the program started it itself: the user has just chosen the locations.
 constexpr const char* MarkerName = "LocationChange";
 
+// Of the main window, where the user has not said whether the collection is to stand beside the form.
+constexpr double WidthForCollection = 1100 * 15;
+
 constexpr const char* NothingChanged =
     "Nothing was changed.  Please end the other one, or wait until it has ended, and try again.";
 
@@ -60,6 +63,9 @@ void Program::StartUp() {
             MessageIcon::Information);
     window.ApplyGeometry(settings.mainWindow);
     window.ApplyListGeometry(settings.ListWindowGeometry);
+    window.ApplyCollectionWidth(settings.collectionWidth);
+    const auto geometry = window.Geometry();
+    view.isCollectionShown = settings.isCollectionShown.value_or(geometry && geometry->width >= WidthForCollection);
 
     auto request = RequestLocations(LocationsCaller::StartUp, isFirstRun);
     request.RestartedAfterLocationChange = TakeMarker();
@@ -228,6 +234,8 @@ Status Program::Save() {
         return {}; // another program keeps its own there
     if (const auto list = window.ListGeometry())
         settings.ListWindowGeometry = *list;
+    if (const auto width = window.CollectionWidth())
+        settings.collectionWidth = *width;
     // Before it was shown, a window that the file has no place for has none worth keeping.
     const bool isPlaced = hasStarted || settings.mainWindow.top;
     // Not a part of what the running command does.

@@ -1,10 +1,16 @@
 // A collection of 2,000 packages in 20 categories: how long the program takes to start on it, and to build each of the
-// overviews of the list window. "Cold" is a file system that has seen nothing of the disk yet, "warm" one that has just
-// done the same.
+// overviews of the list window; then the main window with the collection beside the form and without it: its start, a
+// package that is selected, and a key in the filter of the collection. "Cold" is a file system that has seen nothing of
+// the disk yet, "warm" one that has just done the same.
 #include "bench/bench_command.h"
 #include "bench/unseen_window.h"
 
 #include "app/program.h"
+#include "ui/collection_panel.h"
+#include "ui/frmHangar.h"
+
+#include <QApplication>
+#include <QLineEdit>
 
 #include <benchmark/benchmark.h>
 
@@ -24,9 +30,9 @@ constexpr int Categories = 20, PackagesPerCategory = 100;
 constexpr int InstalledEvery = 10, PicturelessEvery = 4;
 
 // On a drive of its own; removed at the end.
-class Collection {
+class Ground {
   public:
-    Collection() {
+    Ground() {
         fs::remove(drive.At("Hangar/Bench"));
         drive.PutSettings();
         for (int number = 0; number < Categories * PackagesPerCategory; ++number)
@@ -61,7 +67,7 @@ class SilentUser : public AgreeableUser {
 
 // ---- what is measured
 
-void Start(benchmark::State& state, const Collection& collection, bool isCold) {
+void Start(benchmark::State& state, const Ground& collection, bool isCold) {
     auto files = collection.Files();
     SilentUser user;
     UnseenWindow form;
@@ -80,7 +86,7 @@ void Start(benchmark::State& state, const Collection& collection, bool isCold) {
     }
 }
 
-void BuildList(benchmark::State& state, const Collection& collection, std::string_view caption, bool isCold,
+void BuildList(benchmark::State& state, const Ground& collection, std::string_view caption, bool isCold,
                std::size_t expected) {
     const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
     auto files = collection.Files();
@@ -97,13 +103,82 @@ void BuildList(benchmark::State& state, const Collection& collection, std::strin
     state.counters["lines"] = static_cast<double>(expected);
 }
 
+// The program with its main window.
+class Desk {
+  public:
+    Desk(const Ground& data, bool isCollectionShown) : files(data.Files()) {
+        window.SetProgram(&program);
+        if (!program.Start() ||
+            program.View().statusCounts != "2000 packages  -  200 installed in MSFS  -  Staging is empty")
+            throw std::runtime_error("the program did not start as it should");
+        if (program.View().isCollectionShown != isCollectionShown)
+            program.ToggleCollection();
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    ~Desk() { window.hide(); }
+
+    std::unique_ptr<FileSystem> files;
+    SilentUser user;
+    UnseenDialogs dialogs;
+    UnseenConverter converter;
+    NoLauncher launcher;
+    frmHangar window{*files};
+    Program program{*files, launcher, user, dialogs, converter, window, "C:\\App\\", ""};
+};
+
+void StartWithWindow(benchmark::State& state, const Ground& collection, bool isShown) {
+    for ([[maybe_unused]] auto turn : state)
+        Desk(collection, isShown);
+}
+
+void Select(benchmark::State& state, const Ground& collection, bool isShown) {
+    Desk desk(collection, isShown);
+    int number = 0;
+    for ([[maybe_unused]] auto turn : state) {
+        number = (number + 7) % (Categories * PackagesPerCategory);
+        const PackageRef package{"Category " + std::to_string(number % Categories),
+                                 "Package " + std::to_string(number)};
+        desk.program.ShowPackage(package);
+        QCoreApplication::processEvents();
+        if (desk.program.Package().ref != package) {
+            state.SkipWithError("another package is shown");
+            return;
+        }
+    }
+}
+
+void Filter(benchmark::State& state, const Ground& collection) {
+    Desk desk(collection, true);
+    while (desk.program.ReadCollection(std::chrono::seconds(1)))
+        continue;
+    auto& field = *desk.window.findChild<QLineEdit*>("txtCollectionFilter");
+    const QString typed = "package 12";
+    for ([[maybe_unused]] auto turn : state) {
+        field.setText(typed.left(field.text().size() % typed.size() + 1));
+        QCoreApplication::processEvents();
+    }
+}
+
+void ReadAll(benchmark::State& state, const Ground& collection) {
+    const auto files = collection.Files();
+    const Locations locations{"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS\\"};
+    const auto listing = ListHangar(*files, locations, SubdirectoryNames(*files, locations.HangarDir));
+    for ([[maybe_unused]] auto turn : state) {
+        Collection read(*files, locations);
+        read.Take(listing);
+        while (read.ReadMore(std::chrono::seconds(1)))
+            continue;
+    }
+}
+
 } // namespace
 
 int RunAll(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 2;
-    const Collection collection;
+    const Ground collection;
     struct List {
         std::string caption;
         std::size_t lines;
@@ -125,6 +200,22 @@ int RunAll(int count, char** arguments) {
                 BuildList(state, collection, list.caption, isCold, list.lines);
             })->Unit(benchmark::kMillisecond);
     }
+    for (const bool isShown : {false, true}) {
+        const std::string suffix = isShown ? ", with the collection" : ", without the collection";
+        const auto add = [&](const std::string& name, const auto& run) {
+            benchmark::RegisterBenchmark((name + suffix).c_str(), [&collection, isShown, run](auto& state) {
+                run(state, collection, isShown);
+            })->Unit(benchmark::kMillisecond);
+        };
+        add("Start with the window", StartWithWindow);
+        add("Select a package", Select);
+    }
+    benchmark::RegisterBenchmark("Filter the collection, a key", [&collection](auto& state) {
+        Filter(state, collection);
+    })->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("Read all of the collection", [&collection](auto& state) {
+        ReadAll(state, collection);
+    })->Unit(benchmark::kMillisecond);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;
@@ -133,6 +224,8 @@ int RunAll(int count, char** arguments) {
 } // namespace korvadex::bench
 
 int main(int count, char** arguments) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(count, arguments);
     try {
         return korvadex::bench::RunAll(count, arguments);
     } catch (const std::exception& failure) {

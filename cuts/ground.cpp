@@ -39,7 +39,7 @@ class ReadyUser : public UserDialogs {
     }
     std::optional<std::string> AskText(const std::string& prompt, bool) override {
         Print(prompt);
-        return std::nullopt;
+        return prompt.find("category") == prompt.npos ? std::nullopt : std::optional<std::string>("Renamed");
     }
     std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
         return "C:\\Downloads\\Pair.zip";
@@ -127,6 +127,9 @@ const Command Commands[] = {
     {"delete files", "", Lear + "delete files"},
     {"delete staged files", "", "staging; delete files"},
     {"information", "", Lear + "mnuInformation"},
+    {"new category", "", "new category"},
+    {"rename category", InstallAll, "rename category"},
+    {"move", InstallAll, Lear + "move"},
     {"first package", "", Lear + "first package", false},
 };
 
@@ -183,6 +186,7 @@ class Run {
             {"refresh", &Program::Refresh},
             {"undo", &Program::UndoLast},
             {"redo", &Program::RedoLast},
+            {"new category", &Program::NewCategory},
             {"first package", &Program::SetFirstPackage},
             {"next picture", &Program::ShowNextImage},
             {"make first", &Program::MakeShownImageFirst},
@@ -201,6 +205,10 @@ class Run {
             program.ProcessArchives({"C:\\Downloads\\Pair.zip"});
         else if (step == "leave open")
             user.leavesChoiceOpen = true;
+        else if (step == "rename category")
+            program.RenameCategory("Jets");
+        else if (step == "move")
+            program.MoveToCategory("Props");
         else if (step == "delete files")
             program.DeleteComponents(Documentation, {0, 1});
         else

@@ -44,7 +44,7 @@ class Locks : public ProgramTest {
 
 TEST_F(Locks, TheSecondLooksOnly) {
     const std::string looking =
-        "mnuLocations mnuLocationProfiles mnuExit mnuAllPackages mnuInstalledPackages mnuRunMSFS "
+        "mnuLocations mnuLocationProfiles mnuExit mnuAllPackages mnuInstalledPackages mnuCollection mnuRunMSFS "
         "mnuPhotosByCategory mnuPhotosForAll mnuPackagesNoImages mnuCreatePanelAlias "
         "mnuCheckRefs mnuCreateSoundAlias mnuGaugeCrosscheck mnuReadNotes mnuReadMe mnuAbout ";
     Start();
@@ -69,7 +69,7 @@ TEST_F(Locks, TheSecondLooksOnly) {
                     second->RunCommand(command.entry);
                     secondUser.Finish();
                 }
-        for (const auto routine : {&Program::DeleteShownImage, &Program::MakeShownImageFirst}) {
+        for (const auto routine : {&Program::DeleteShownImage, &Program::MakeShownImageFirst, &Program::NewCategory}) {
             secondUser.Expect(AtWork(Refused));
             ((*second).*routine)();
         }

@@ -50,6 +50,8 @@ std::string Describe(const Settings& settings) {
     add("|main=", settings.mainWindow);
     add("|list=", settings.ListWindowGeometry);
     text << "|limits=" << settings.limits.DirMax << " " << settings.limits.FileMax << "|";
+    text << "collection=" << (settings.isCollectionShown ? *settings.isCollectionShown ? "shown" : "hidden" : "open")
+         << " " << settings.collectionWidth << "|";
     text << "history=" << settings.historyLimits.commands << " " << MegabytesOf(settings.historyLimits.bytes) << "|";
     return text.str();
 }
@@ -118,6 +120,9 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"limits below", "DIRMAX=10\nFILEMAX=10\n", "|limits=500 5000|"},
         {"limits above", "DIRMAX=800\nFILEMAX=5001\n", "|limits=800 5001|"},
         {"limits beyond all bounds", "DIRMAX=99999999999\n", "|limits=2147483647 5000|"},
+        {"no word on the collection", "COLLECTION=yes\nCOLLECTIONWIDTH=-5\n", "|collection=open 0|"},
+        {"the collection", "COLLECTION=YES\nCOLLECTIONWIDTH=3900\n", "|collection=shown 3900|"},
+        {"no collection", "COLLECTION=YES\nCOLLECTION=NO\n", "|collection=hidden 0|"},
         {"a history as it comes", "HISTORYCOMMANDS=0\nHISTORYMEGABYTES=none\n", "|history=30 2048|"},
         {"a shorter history", "HISTORYCOMMANDS=3\nHISTORYMEGABYTES=100\n", "|history=3 100|"},
         {"a history beyond all bounds", "HISTORYCOMMANDS=99999\nHISTORYMEGABYTES=99999999999\n",
@@ -156,6 +161,12 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
          example + "DIRMAX=800\nFILEMAX=100000\n"},
         {"another history", [](Settings& s) { s.historyLimits = {.commands = 5, .bytes = BytesOf(70)}; },
          example + "HISTORYCOMMANDS=5\nHISTORYMEGABYTES=70\n"},
+        {"the collection hidden, and of its own width",
+         [](Settings& s) {
+             s.isCollectionShown = false;
+             s.collectionWidth = 3900;
+         },
+         example + "COLLECTION=NO\nCOLLECTIONWIDTH=3900\n"},
         {"asking at every start", [](Settings& s) { s.AskLocationAtStart = true; }, asking},
         {"blanks around a profile's values", [](Settings& s) { s.LocationProfiles[0].name = "  FS2002 "; }, example},
         {"an archive directory that the file cannot hold", [](Settings& s) { s.LastZipPath = "C:\\\xD0\x96\\"; },
@@ -191,8 +202,8 @@ TEST_F(SettingsFile, WhatThisRunDidNotChangeStaysAsItWasEditedMeanwhile) {
         std::function<void(Settings&)> change;
         std::string edited, written;
     } rows[] = {
-        {"limits", none, example + "FILEMAX=20000\nHISTORYCOMMANDS=5\nHISTORYMEGABYTES=70\n",
-         example + "FILEMAX=20000\nHISTORYCOMMANDS=5\nHISTORYMEGABYTES=70\n"},
+        {"limits", none, example + "FILEMAX=20000\nHISTORYCOMMANDS=5\nHISTORYMEGABYTES=70\nCOLLECTION=YES\n",
+         example + "FILEMAX=20000\nHISTORYCOMMANDS=5\nHISTORYMEGABYTES=70\nCOLLECTION=YES\n"},
         {"two keys of one profile", [](Settings& s) { s.LocationProfiles[2].firstPackage = "Jets\\Cub"; },
          with("D:\\CFS2\\", "D:\\CFS3"),
          with("D:\\CFS2\\\nALTFIRSTPACKAGE2=Jets\\Lear", "D:\\CFS3\\\nALTFIRSTPACKAGE2=Jets\\Cub")},

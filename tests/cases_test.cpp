@@ -25,6 +25,7 @@
 //   drop FILE, FILE (archives)      add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
 //   paste BYTES (a picture)         open, folder, erase GROUP POSITIONS (files of a component list)
 //   line ROW, close (the list window) photo ROW (of the gallery)
+//   show CATEGORY\PACKAGE, new (category), recategory CATEGORY (its name), moveto CATEGORY
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
 //                                   ("No to all": with the check box)
@@ -241,7 +242,7 @@ class CaseTest : public ProgramTest {
                 all += text + "|";
             return all.substr(0, all.empty() ? 0 : all.size() - 1);
         };
-        Texts files, left, photos;
+        Texts files, left, photos, collection;
         if (const int group = GroupNamed(field); group < GroupCount) {
             for (const auto& file : shown.ComponentFiles[std::size_t(group)])
                 files.push_back(file.Name());
@@ -252,6 +253,10 @@ class CaseTest : public ProgramTest {
                 left.push_back(text.substr(6));
         for (const auto& picture : form.gallery.pictures)
             photos.push_back(picture.path.substr(drive.At("Hangar\\").size()));
+        program->ReadCollection(std::chrono::hours(1));
+        for (const auto& category : program->GetCollection().Arrange())
+            for (const auto& package : category.packages)
+                collection.push_back(DescribeMarks(package));
         const int image = view.imageIndex;
         const std::map<std::string, std::string> fields = {
             {"name", view.packageName},
@@ -267,6 +272,7 @@ class CaseTest : public ProgramTest {
             {"categories", joined(view.categories)},
             {"packages", joined(form.PackageLines())},
             {"counts", view.statusCounts},
+            {"collection", joined(collection)},
             {"undo", view.undoText},
             {"redo", view.redoText},
             {"status", form.status},
@@ -279,6 +285,7 @@ class CaseTest : public ProgramTest {
             {"left", joined(left)},
             {"photos", form.gallery.caption + ": " + joined(photos)},
             {"hangar", program->GetSettings().locations.HangarDir},
+            {"first", program->GetSettings().LocationProfiles[0].firstPackage},
             {"started", joined(launcher.started)},
             {"ends", std::to_string(form.ends)},
         };
@@ -393,6 +400,10 @@ class CaseTest : public ProgramTest {
          {" ", [this](auto& group, auto& row) { program->ShowComponentInFolder(GroupNamed(group), std::stoi(row)); }}},
         {"erase", {" ", [this](auto& group, auto& rows) { program->DeleteComponents(GroupNamed(group), Rows(rows)); }}},
         {"line", {[this](auto& row) { program->ChooseFileListLine(std::stoi(row)); }}},
+        {"show", {[this](auto& package) { program->ShowPackage(PackageRefOf(package)); }}},
+        {"new", {[this](auto&) { program->NewCategory(); }}},
+        {"recategory", {[this](auto& category) { program->RenameCategory(category); }}},
+        {"moveto", {[this](auto& category) { program->MoveToCategory(category); }}},
         {"photo", {[this](auto& row) { program->ChooseGalleryPicture(std::stoi(row)); }}},
     };
     const Verbs dialogue = {
@@ -404,7 +415,7 @@ class CaseTest : public ProgramTest {
         {"import", {[this](auto& text) { user.ExpectImportStatus(In(text, "\n")); }}},
         {"archive",
          {[this](auto& file) { user.ExpectZipFile(file.empty() ? std::nullopt : std::optional(drive.At(file))); }}},
-        {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), text); }}},
+        {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), In(text)); }}},
         {"pick", {" -> ", [this](auto& rows, auto& row) { user.ExpectConfigurations(Split(rows, "|"), Row(row)); }}},
         {"take", {" -> ", [this](auto& names, auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows)); }}},
         {"locations", {[this](auto& list) {

@@ -55,9 +55,11 @@ TEST_F(HelpPage, NamesEverySetting) {
     settings.AskLocationAtStart = true;
     settings.limits = {.DirMax = 501, .FileMax = 5001};
     settings.historyLimits = {.commands = 3, .bytes = BytesOf(3)};
+    settings.isCollectionShown = true;
+    settings.collectionWidth = 1;
     ASSERT_TRUE(SaveSettings(drive.Files(), settings, WindowGeometry{}));
     const auto keys = All(QString::fromStdString(drive.Get("kx.ini")), "(\\w+=)");
-    EXPECT_EQ(keys.size(), 20);
+    EXPECT_EQ(keys.size(), 22);
     for (const auto& key : keys)
         EXPECT_TRUE(page.contains("<code>" + key)) << key.toStdString();
 }

@@ -129,6 +129,7 @@ TEST_F(HangarWindow, EveryControlHasANameAndItsTurnInTheTabOrder) {
                             "txtAircraftName",    "txtPanelAlias",    "txtSoundAlias"};
     for (int group = 0; group < GroupCount; ++group)
         expected.append(QString("lstComponents_%1").arg(group));
+    expected += {"txtCollectionFilter", "cboCollectionOrder"};
     const auto order = TabOrder(Control<QWidget>(window, "cboPackageCategory"));
     EXPECT_EQ(order.filter(QRegularExpression("^(cbo|txt|lst)")), expected);
 }

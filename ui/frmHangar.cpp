@@ -4,6 +4,7 @@
 #include "media/shown_pictures.h"
 #include "platform/windows_path.h"
 #include "ui/archive_files.h"
+#include "ui/collection_panel.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
 #include "ui/frmPhotos.h"
@@ -22,12 +23,23 @@
 #include <QShortcut>
 #include <QTimer>
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <string_view>
+
 namespace korvadex {
 
 namespace {
 
 // How often it is looked whether other programs could open what they were given.
 constexpr int OpeningsInterval = 200; // ms
+
+// What is known of the packages of the collection is read while nothing else is to be done.
+constexpr int ReadInterval = 20; // ms
+constexpr std::chrono::milliseconds ReadTime(10);
+constexpr int ReadsBetweenShows = 12;
+constexpr int CollectionWidthAsDesigned = 240;
 
 constexpr int ButtonMargins = 12;
 
@@ -56,7 +68,8 @@ void SetText(QLineEdit* box, const QString& text) {
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
     : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
-      prbProgress(new QProgressBar), processZip(new QShortcut(this)), checkOpenings(new QTimer(this)) {
+      prbProgress(new QProgressBar), processZip(new QShortcut(this)), checkOpenings(new QTimer(this)),
+      readCollection(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     KeepUndoKeysInFields(*this);
@@ -88,6 +101,9 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     // The picture and the lists share what a larger window has to give.
     ui->splMain->setStretchFactor(0, 1);
     ui->splMain->setStretchFactor(1, 1);
+    ui->splCollection->setStretchFactor(0, 0);
+    ui->splCollection->setStretchFactor(1, 1);
+    ui->pnlCollection->hide();
     // A small screen has no room for buttons wider than their texts.
     for (auto* button : findChildren<QPushButton*>())
         button->setMinimumWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() +
@@ -96,6 +112,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ConnectControls();
     ConnectFilter();
     ConnectMenus();
+    ConnectCollection();
     checkOpenings->setInterval(OpeningsInterval);
     connect(checkOpenings, &QTimer::timeout, this, [this] {
         if (!program || !program->CheckOpenings())
@@ -109,8 +126,10 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
 frmHangar::~frmHangar() = default;
 
 void frmHangar::Run(const std::function<void(Program&)>& command) {
-    if (program)
-        command(*program);
+    if (!program)
+        return;
+    ui->pnlCollection->Settle();
+    command(*program);
 }
 
 void frmHangar::Jump(const std::function<void(Program&)>& command) {
@@ -192,7 +211,9 @@ void frmHangar::ConnectFilter() {
         chooser->setFocus();
         chooser->showPopup();
     });
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, field, [field] {
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, field, [this, field] {
+        if (ui->pnlCollection->isVisible())
+            return ui->pnlCollection->FocusFilter();
         field->setFocus(Qt::ShortcutFocusReason);
         field->selectAll();
     });
@@ -206,6 +227,56 @@ void frmHangar::ConnectMenus() {
     const auto process = [start] { start("mnuProcessZipFile"); };
     connect(processZip, &QShortcut::activated, this, process);
     connect(ui->cmdProcessZip, &QPushButton::clicked, this, process);
+}
+
+void frmHangar::ConnectCollection() {
+    CollectionPanel* panel = ui->pnlCollection;
+    connect(panel, &CollectionPanel::PackageChosen, this,
+            [this](const PackageRef& package) { Jump([&](Program& to) { to.ShowPackage(package); }); });
+    connect(panel, &CollectionPanel::CommandChosen, this, [this](const PackageRef& package, const char* entry) {
+        RunOn(package,
+              [=](Program& to) { std::string_view(entry) == "cmdExplore" ? to.Explore() : to.RunCommand(entry); });
+    });
+    connect(panel, &CollectionPanel::MoveChosen, this, [this](const PackageRef& package, const std::string& category) {
+        RunOn(package, [&](Program& to) { to.MoveToCategory(category); });
+    });
+    connect(panel, &CollectionPanel::RenameChosen, this,
+            [this](const std::string& category) { Run([&](Program& to) { to.RenameCategory(category); }); });
+    connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });
+    connect(ui->splCollection, &QSplitter::splitterMoved, this,
+            [this] { collectionWidth = ui->pnlCollection->width() * TwipsPerPixel; });
+    readCollection->setInterval(ReadInterval);
+    connect(readCollection, &QTimer::timeout, this, &frmHangar::ReadCollection);
+}
+
+void frmHangar::RunOn(const PackageRef& package, const std::function<void(Program&)>& command) {
+    Jump([&](Program& to) {
+        to.ShowPackage(package);
+        if (to.View().HangarSideShown && to.Package().ref == package)
+            command(to);
+    });
+}
+
+void frmHangar::ShowCollection(const MainView& view, const LoadedPackage& package) {
+    CollectionPanel* panel = ui->pnlCollection;
+    if (panel->isHidden() == view.isCollectionShown) {
+        const bool hadFocus = panel->isAncestorOf(focusWidget());
+        panel->setVisible(view.isCollectionShown);
+        if (hadFocus) // it goes with the panel
+            ui->cboPackageCategory->setFocus();
+    }
+    if (!program || !view.isCollectionShown)
+        return;
+    panel->Show(program->GetCollection(), view.HangarSideShown ? package.ref : PackageRef(), view.HangarSideShown);
+    readCollection->start();
+}
+
+void frmHangar::ReadCollection() {
+    const bool isMore = program && !ui->pnlCollection->isHidden() && program->ReadCollection(ReadTime);
+    if (!isMore)
+        readCollection->stop();
+    if (!isMore || ++collectionReads % ReadsBetweenShows == 0)
+        ui->pnlCollection->Refresh();
 }
 
 void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
@@ -229,6 +300,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
         ShowPicture(view, package);
     shownRevision = view.listRevision;
     shownImage = view.imageIndex;
+    ShowCollection(view, package);
     checkOpenings->start(); // a command may have opened something
 }
 
@@ -375,6 +447,11 @@ void frmHangar::ApplyListGeometry(const WindowGeometry& geometry) {
 
 std::optional<WindowGeometry> frmHangar::ListGeometry() const {
     return fileList->LastGeometry();
+}
+
+void frmHangar::ApplyCollectionWidth(double width) {
+    const int pixels = width > 0 ? int(std::lround(width / TwipsPerPixel)) : CollectionWidthAsDesigned;
+    ui->splCollection->setSizes({pixels, std::max(1, this->width() - pixels)});
 }
 
 void frmHangar::EndProgram() {

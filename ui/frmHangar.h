@@ -55,6 +55,8 @@ class frmHangar : public QMainWindow, public MainWindow {
     std::optional<WindowGeometry> Geometry() const override;
     void ApplyListGeometry(const WindowGeometry& geometry) override;
     std::optional<WindowGeometry> ListGeometry() const override;
+    void ApplyCollectionWidth(double width) override;
+    std::optional<double> CollectionWidth() const override { return collectionWidth; }
     void EndProgram() override;
 
   signals:
@@ -75,6 +77,11 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ConnectControls();
     void ConnectFilter();
     void ConnectMenus();
+    void ConnectCollection();
+    // Shows the package; the command follows where it is shown then.
+    void RunOn(const PackageRef& package, const std::function<void(Program&)>& command);
+    void ShowCollection(const MainView& view, const LoadedPackage& package);
+    void ReadCollection();
     void ShowSide(bool isHangarSide);
     void ShowPackageName(const MainView& view);
     void MarkPackageName();
@@ -91,11 +98,14 @@ class frmHangar : public QMainWindow, public MainWindow {
     QProgressBar* prbProgress;
     QShortcut* processZip; // for the side whose menu has no such entry
     QTimer* checkOpenings;
+    QTimer* readCollection;
     std::unique_ptr<frmFileList> fileList;
     std::unique_ptr<frmPhotos> photos;
     Painting painting;
     int shownRevision = -1;
     int shownImage = 0;
+    int collectionReads = 0;
+    std::optional<double> collectionWidth; // where the user has changed it
     bool hasEnded = false;
 };
 

@@ -41,6 +41,10 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             entry->setShortcut(QKeySequence(command.extras.shortcut));
             if (command.extras.object)
                 withObject.emplace_back(&command, entry);
+            if (command.extras.tick) {
+                entry->setCheckable(true);
+                withTick.emplace_back(&command, entry);
+            }
             connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
         }
     }
@@ -55,6 +59,8 @@ void Menus::ShowObjects(const MainView& view) {
         entry->setText(object.empty() ? QString(command->caption) : command->caption + (" " + ObjectText(object)));
         entry->setEnabled(!object.empty());
     }
+    for (const auto& [command, entry] : withTick)
+        entry->setChecked(view.*command->extras.tick);
 }
 
 void Menus::ShowSide(Side side) {

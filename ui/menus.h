@@ -22,7 +22,7 @@ class Menus : public QObject {
 
     // Of the two Options menus only that of the shown side is visible.
     void ShowSide(Side side);
-    // Entries that name what they are about.
+    // Entries that name what they are about, or say by a tick how it is.
     void ShowObjects(const MainView& view);
 
   signals:
@@ -30,7 +30,7 @@ class Menus : public QObject {
 
   private:
     std::vector<std::pair<Side, QMenu*>> ofOneSide;
-    std::vector<std::pair<const Command*, QAction*>> withObject;
+    std::vector<std::pair<const Command*, QAction*>> withObject, withTick;
 };
 
 } // namespace korvadex

@@ -25,6 +25,10 @@ class WalkingUser : public AutomaticUser {
     void ShowRename(const RenameForm& form) override {
         form.accept({"Renamed " + std::to_string(dice.Below(4)), dice.OneIn(2) ? form.entry.aircraftTitle : "Title"});
     }
+    // A name that is taken is asked for again.
+    std::optional<std::string> AskName(const std::string&, const std::string&) override {
+        return dice.OneIn(4) ? std::nullopt : std::optional("Category " + std::to_string(dice.Below(4)));
+    }
     void ShowUnusedGauges(const UnusedGaugesForm& form) override {
         if (!form.search([](int, int) {}).empty())
             form.remove({0});
@@ -59,7 +63,7 @@ const std::vector<std::string>& OnPackage() {
                "mnuPastePanelAlias, mnuRestoreOldPanel, mnuCreateSoundAlias, mnuPasteSoundAlias, mnuRestoreOldSound, "
                "mnuCopyToStaging, mnuCompress, mnuDecompress, mnuCompressAll, mnuDecompressAll, mnuUninstallCategory, "
                "mnuUninstallAll, mnuUnusedGauges, mnuImportImage, mnuCreateNotes, mnuDeleteNotes, mnuInformation, "
-               "make first, delete picture, delete files, delete files");
+               "make first, delete picture, delete files, delete files, move, move, new category, rename category");
     return list;
 }
 
@@ -264,7 +268,16 @@ class Walk {
                 return program->DeleteShownImage();
             if (command == "delete files")
                 return program->DeleteComponents(static_cast<int>(dice.Below(GroupCount)), {0, 1});
-            program->RunCommand(command);
+            const auto& categories = program->View().categories;
+            const int category = Any(categories);
+            if (command == "new category")
+                return program->NewCategory();
+            if (command == "move" && category >= 0)
+                return program->MoveToCategory(categories[std::size_t(category)]);
+            if (command == "rename category" && category >= 0)
+                return program->RenameCategory(categories[std::size_t(category)]);
+            if (command.starts_with("mnu"))
+                program->RunCommand(command);
         });
     }
     int Any(const auto& list) { return list.empty() ? -1 : static_cast<int>(dice.Below(list.size())); }

@@ -68,6 +68,9 @@ class RecordingWindow : public MainWindow {
     std::optional<WindowGeometry> Geometry() const override { return geometry; }
     void ApplyListGeometry(const WindowGeometry&) override {}
     std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
+    std::optional<double> collectionWidth;
+    void ApplyCollectionWidth(double) override {}
+    std::optional<double> CollectionWidth() const override { return collectionWidth; }
     void EndProgram() override { ++ends; }
 };
 

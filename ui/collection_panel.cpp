@@ -1,0 +1,355 @@
+#include "ui/collection_panel.h"
+
+#include "app/commands.h"
+#include "ui/collection_model.h"
+#include "ui/qt_text.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+
+#include <algorithm>
+#include <utility>
+
+namespace korvadex {
+
+namespace {
+
+constexpr int MarkSize = 16, MarkGap = 2;
+
+// Draws the marks of a package at the end of its row.
+class MarkPainter : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QVariantList marks = index.data(CollectionModel::MarksRole).toList();
+        QStyleOptionViewItem named = option;
+        QRect place(option.rect.right() - MarkSize, option.rect.center().y() - MarkSize / 2, MarkSize, MarkSize);
+        for (const QVariant& mark : marks) {
+            mark.value<QIcon>().paint(painter, place);
+            place.translate(-MarkSize - MarkGap, 0);
+        }
+        if (!marks.isEmpty())
+            named.rect.setRight(place.right());
+        QStyledItemDelegate::paint(painter, named, index);
+    }
+};
+
+QAction* AddEntry(QMenu& menu, const char* name, const QString& caption, const QKeySequence& key = {}) {
+    QAction* entry = menu.addAction(caption);
+    entry->setObjectName(name);
+    if (!key.isEmpty()) { // to be seen only: the tree handles its keys itself
+        entry->setShortcut(key);
+        entry->setShortcutContext(Qt::WidgetShortcut);
+        entry->setShortcutVisibleInContextMenu(true);
+    }
+    return entry;
+}
+
+} // namespace
+
+CollectionPanel::CollectionPanel(QWidget* parent)
+    : QWidget(parent), txtFilter(new QLineEdit), cboOrder(new QComboBox), lblCount(new QLabel), tree(new QTreeView),
+      model(new CollectionModel(this)) {
+    txtFilter->setObjectName("txtCollectionFilter");
+    txtFilter->setAccessibleName("Filter of the collection");
+    txtFilter->setPlaceholderText("Filter the collection");
+    txtFilter->setToolTip("Show only the packages with all these words in their names, titles or information (Ctrl+F)");
+    txtFilter->setClearButtonEnabled(true);
+    cboOrder->setObjectName("cboCollectionOrder");
+    cboOrder->setAccessibleName("Order of the collection");
+    cboOrder->addItems({"By name", "Installed first", "Largest first", "Newest first"}); // as CollectionOrder
+    cboOrder->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cboOrder->setMinimumContentsLength(6);
+    lblCount->setObjectName("lblCollectionCount");
+    lblCount->setTextFormat(Qt::PlainText);
+    tree->setObjectName("treCollection");
+    tree->setAccessibleName("Collection");
+    tree->setModel(model);
+    tree->setItemDelegate(new MarkPainter(tree));
+    tree->setHeaderHidden(true);
+    tree->setUniformRowHeights(true);
+    tree->setIndentation(14);
+    tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    tree->setMinimumHeight(60);
+    tree->installEventFilter(this);
+    txtFilter->installEventFilter(this);
+
+    auto* line = new QHBoxLayout;
+    line->addWidget(cboOrder, 1);
+    line->addWidget(lblCount);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(9, 9, 3, 9);
+    column->addWidget(txtFilter);
+    column->addLayout(line);
+    column->addWidget(tree);
+
+    connect(txtFilter, &QLineEdit::textChanged, this, &CollectionPanel::Arrange);
+    connect(cboOrder, &QComboBox::activated, this, &CollectionPanel::Arrange);
+    connect(tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        if (!isArranging && txtFilter->text().isEmpty())
+            collapsed.insert(model->CategoryAt(index));
+    });
+    connect(tree, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        if (!isArranging)
+            collapsed.erase(model->CategoryAt(index));
+    });
+    connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &CollectionPanel::TakeSelection);
+    connect(tree, &QTreeView::clicked, this, [this] {
+        if (const PackageRef package = SelectedAlone(); !package.IsNone())
+            emit PackageChosen(package);
+    });
+    connect(tree, &QTreeView::customContextMenuRequested, this, &CollectionPanel::ShowMenu);
+}
+
+// --- what is shown
+
+void CollectionPanel::Show(const Collection& newCollection, const PackageRef& newShown, bool isNowHangarSide) {
+    collection = &newCollection;
+    isHangarSide = isNowHangarSide;
+    isFollowed = isFollowed && newShown == shown;
+    shown = newShown;
+    Refresh();
+    if (!isFollowed)
+        Follow();
+}
+
+void CollectionPanel::Refresh() {
+    if (collection && collection->Revision() != shownRevision)
+        Arrange();
+}
+
+void CollectionPanel::Arrange() {
+    if (!collection)
+        return;
+    shownRevision = collection->Revision();
+    const std::vector<PackageRef> selected = Selected();
+    const auto* package = model->PackageAt(tree->currentIndex());
+    const PackageRef current = package ? package->ref : PackageRef{model->CategoryAt(tree->currentIndex()), ""};
+    const int scrolled = tree->verticalScrollBar()->value();
+    bool isReset = false;
+    const auto watch = connect(model, &QAbstractItemModel::modelReset, this, [&] { isReset = true; });
+    isArranging = true;
+    model->Show(collection->Arrange(FromQt(txtFilter->text()), CollectionOrder(cboOrder->currentIndex())));
+    disconnect(watch);
+    ShowCount();
+    if (isReset) {
+        Expand();
+        QItemSelection selection;
+        for (const PackageRef& ref : selected)
+            if (const QModelIndex index = model->IndexOf(ref); index.isValid())
+                selection.select(index, index);
+        const QModelIndex place = model->IndexOf(current);
+        if (selection.isEmpty() && place.isValid() && current.IsNone())
+            selection.select(place, place);
+        tree->selectionModel()->setCurrentIndex(place, QItemSelectionModel::NoUpdate);
+        tree->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+        tree->verticalScrollBar()->setValue(scrolled);
+        isFollowed = isFollowed && !selection.isEmpty();
+        if (!isFollowed)
+            Follow();
+    }
+    isArranging = false;
+}
+
+void CollectionPanel::ShowCount() {
+    std::size_t left = 0, all = 0;
+    for (const CollectionCategory& category : model->Shown())
+        left += category.packages.size();
+    for (const HangarCategory& category : collection->Listing())
+        all += category.packages.size();
+    lblCount->setText(left == all ? QString::number(all) : QString("%1 of %2").arg(left).arg(all));
+}
+
+// What the filter has left is seen whatever was folded up.
+void CollectionPanel::Expand() {
+    tree->expandAll();
+    if (!txtFilter->text().trimmed().isEmpty())
+        return;
+    for (const std::string& category : collapsed)
+        tree->collapse(model->IndexOf({category, ""}));
+}
+
+void CollectionPanel::Follow() {
+    const QModelIndex index = shown.IsNone() ? QModelIndex() : model->IndexOf(shown);
+    if (!index.isValid())
+        return;
+    isFollowed = true;
+    collapsed.erase(shown.category);
+    if (tree->selectionModel()->isSelected(index))
+        return;
+    const bool wasArranging = std::exchange(isArranging, true);
+    tree->setCurrentIndex(index);
+    tree->scrollTo(index);
+    isArranging = wasArranging;
+}
+
+// --- what the user does
+
+void CollectionPanel::FocusFilter() {
+    txtFilter->setFocus(Qt::ShortcutFocusReason);
+    txtFilter->selectAll();
+}
+
+void CollectionPanel::TakeSelection() {
+    if (isArranging || !isHangarSide)
+        return;
+    isChoicePending = true;
+    QMetaObject::invokeMethod(this, &CollectionPanel::Settle, Qt::QueuedConnection);
+}
+
+void CollectionPanel::Settle() {
+    if (!std::exchange(isChoicePending, false))
+        return;
+    if (const PackageRef package = SelectedAlone(); !package.IsNone() && package != shown)
+        emit PackageChosen(package);
+}
+
+std::vector<PackageRef> CollectionPanel::Selected() const {
+    std::vector<PackageRef> packages;
+    for (const QModelIndex& index : tree->selectionModel()->selectedIndexes())
+        if (const auto* package = model->PackageAt(index))
+            packages.push_back(package->ref);
+    return packages;
+}
+
+PackageRef CollectionPanel::SelectedAlone() const {
+    const auto indexes = tree->selectionModel()->selectedIndexes();
+    const auto* package = indexes.size() == 1 ? model->PackageAt(indexes.front()) : nullptr;
+    return package ? package->ref : PackageRef();
+}
+
+bool CollectionPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const auto* pressed = static_cast<QKeyEvent*>(event);
+        if ((pressed->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier &&
+            (watched == tree ? PressTreeKey(pressed->key()) : PressFilterKey(pressed->key())))
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool CollectionPanel::PressTreeKey(int key) {
+    const PackageRef package = SelectedAlone();
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!package.IsNone())
+            emit PackageChosen(package);
+        else if (const QModelIndex index = tree->currentIndex(); index.isValid() && !model->PackageAt(index))
+            tree->setExpanded(index, !tree->isExpanded(index));
+        return true;
+    case Qt::Key_Delete:
+        if (!package.IsNone())
+            emit CommandChosen(package, "mnuRemoveFromHangar");
+        return true;
+    case Qt::Key_F2:
+        Rename();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CollectionPanel::PressFilterKey(int key) {
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: // the first that is left, unless the selected one is among them
+        if (SelectedAlone().IsNone() && !model->Shown().empty() && !model->Shown().front().packages.empty())
+            tree->setCurrentIndex(model->IndexOf(model->Shown().front().packages.front().ref));
+        if (const PackageRef package = SelectedAlone(); !package.IsNone())
+            emit PackageChosen(package);
+        tree->setFocus();
+        return true;
+    case Qt::Key_Down:
+        tree->setFocus();
+        return true;
+    case Qt::Key_Escape:
+        txtFilter->clear();
+        tree->setFocus();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CollectionPanel::Rename() {
+    if (const PackageRef package = SelectedAlone(); !package.IsNone())
+        emit CommandChosen(package, "mnuRename");
+    else if (const QModelIndex index = tree->currentIndex(); index.isValid() && !model->PackageAt(index))
+        emit RenameChosen(model->CategoryAt(index));
+}
+
+// --- the menu
+
+void CollectionPanel::ShowMenu(const QPoint& at) {
+    const QModelIndex index = tree->currentIndex();
+    const bool isByKey = !tree->indexAt(at).isValid() || !tree->selectionModel()->isSelected(tree->indexAt(at));
+    auto* menu = new QMenu(this);
+    menu->setObjectName("mnuOfCollection");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const PackageRef package = SelectedAlone();
+    const QModelIndex place = model->IndexOf(package);
+    if (!package.IsNone() && place.isValid())
+        AddPackageEntries(*menu, *model->PackageAt(place));
+    else if (index.isValid() && !model->PackageAt(index) && Selected().empty())
+        connect(AddEntry(*menu, "mnuRenameCategory", "Re&name category", Qt::Key_F2), &QAction::triggered, this,
+                [this, category = model->CategoryAt(index)] { emit RenameChosen(category); });
+    connect(AddEntry(*menu, "mnuNewCategory", "Ne&w category..."), &QAction::triggered, this,
+            &CollectionPanel::NewCategoryChosen);
+    const QRect row = tree->visualRect(index);
+    const QPoint point = isByKey && row.isValid() ? row.center() : at;
+    const QRect inside = tree->viewport()->rect();
+    menu->popup(tree->viewport()->mapToGlobal(QPoint(std::clamp(point.x(), inside.left(), inside.right()),
+                                                     std::clamp(point.y(), inside.top(), inside.bottom()))));
+}
+
+void CollectionPanel::AddPackageEntries(QMenu& menu, const CollectionPackage& package) {
+    const PackageRef ref = package.ref;
+    connect(AddEntry(menu, "mnuShowPackage", "&Show", Qt::Key_Return), &QAction::triggered, this,
+            [this, ref] { emit PackageChosen(ref); });
+    const auto add = [&](const char* entry, bool isPossible = true, const QKeySequence& key = {}) {
+        QAction* action = AddEntry(menu, entry, CommandOfEntry(entry).caption, key);
+        action->setEnabled(isPossible);
+        connect(action, &QAction::triggered, this, [this, ref, entry] { emit CommandChosen(ref, entry); });
+    };
+    menu.addSeparator();
+    add("mnuHangarToMsfs", !package.isInstalled);
+    add("mnuRemoveFromMsfs", package.isInstalled);
+    menu.addSeparator();
+    add("mnuGaugeCrosscheck", package.isInstalled);
+    add("mnuCheckRefs");
+    menu.addSeparator();
+    add("mnuCompress");
+    add("mnuDecompress");
+    add("mnuCopyToStaging");
+    menu.addSeparator();
+    AddTargets(menu, ref);
+    add("mnuRename", true, Qt::Key_F2);
+    add("mnuRemoveFromHangar", true, Qt::Key_Delete);
+    connect(AddEntry(menu, "cmdExplore", "&Explore"), &QAction::triggered, this,
+            [this, ref] { emit CommandChosen(ref, "cmdExplore"); });
+    menu.addSeparator();
+}
+
+void CollectionPanel::AddTargets(QMenu& menu, const PackageRef& package) {
+    QMenu* targets = menu.addMenu("Mo&ve to category");
+    targets->setObjectName("mnuMoveToCategory");
+    for (const HangarCategory& category : collection->Listing()) {
+        QAction* target = targets->addAction(ToQt(category.name).replace('&', "&&"));
+        target->setEnabled(category.name != package.category);
+        connect(target, &QAction::triggered, this,
+                [this, package, name = category.name] { emit MoveChosen(package, name); });
+    }
+}
+
+} // namespace korvadex

@@ -1,0 +1,80 @@
+// The collection beside the form: a tree of categories and packages, with a filter and an order.
+#pragma once
+
+#include "app/collection.h"
+
+#include <QPersistentModelIndex>
+#include <QWidget>
+
+#include <set>
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QTreeView;
+
+namespace korvadex {
+
+class CollectionModel;
+
+class CollectionPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit CollectionPanel(QWidget* parent = nullptr);
+
+    // The collection, which lives as long as this, and the package that the form shows. On the Staging side the keys
+    // only move about: Enter or a click goes to the package.
+    void Show(const Collection& collection, const PackageRef& shown, bool isHangarSide);
+    // What has become known meanwhile.
+    void Refresh();
+    void FocusFilter();
+    // A selection is handed on in a moment; this does it now, before anything else works on what is shown.
+    void Settle();
+
+  signals:
+    void PackageChosen(const PackageRef& package);
+    // An entry of the menus, or "cmdExplore", for the package.
+    void CommandChosen(const PackageRef& package, const char* entry);
+    void MoveChosen(const PackageRef& package, const std::string& category);
+    void RenameChosen(const std::string& category);
+    void NewCategoryChosen();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool PressTreeKey(int key);
+    bool PressFilterKey(int key);
+    void Arrange();
+    void ShowCount();
+    void Expand();
+    void Follow();
+    void TakeSelection();
+    // Of those that are selected; categories are not among them.
+    std::vector<PackageRef> Selected() const;
+    // The package that is selected alone; none when there are several, or a category.
+    PackageRef SelectedAlone() const;
+    void Rename();
+    void ShowMenu(const QPoint& at);
+    void AddPackageEntries(QMenu& menu, const CollectionPackage& package);
+    void AddTargets(QMenu& menu, const PackageRef& package);
+
+    QLineEdit* txtFilter;
+    QComboBox* cboOrder;
+    QLabel* lblCount;
+    QTreeView* tree;
+    CollectionModel* model;
+    const Collection* collection = nullptr;
+    PackageRef shown;
+    int shownRevision = -1;
+    std::set<std::string> collapsed; // categories
+    bool isArranging = false;        // what changes in the tree is not of the user's doing
+    bool isHangarSide = true, isChoicePending = false;
+    bool isFollowed = false; // what is shown was selected since
+};
+
+} // namespace korvadex
