@@ -63,10 +63,17 @@ Status CommandLog::Flush() {
 
 std::vector<Record> CommandLog::Records(std::size_t from) const {
     std::vector<Record> counting;
+    for (const std::size_t number : Numbers(from))
+        counting.push_back(records[number]);
+    return counting;
+}
+
+std::vector<std::size_t> CommandLog::Numbers(std::size_t from) const {
+    std::vector<std::size_t> numbers;
     for (std::size_t i = from; i < records.size(); ++i)
         if (!isVoid[i])
-            counting.push_back(records[i]);
-    return counting;
+            numbers.push_back(i);
+    return numbers;
 }
 
 void CommandLog::Abandon() {

@@ -30,6 +30,8 @@ class CommandLog {
     const std::string& Path() const { return path; }
     // Those that count, from this one on.
     std::vector<Record> Records(std::size_t from = 0) const;
+    // Their numbers.
+    std::vector<std::size_t> Numbers(std::size_t from) const;
     std::size_t Count() const { return count; }
     // The first failure to write; what comes after it is not written.
     const Status& Trouble() const { return trouble; }

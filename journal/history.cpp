@@ -162,6 +162,59 @@ void History::LookAround() {
     seenRecords = log->Count();
 }
 
+HistoryMark History::Mark() const {
+    return {log ? log->Count() : 0, files.Knows()};
+}
+
+std::vector<Status> History::TakeBackTo(const HistoryMark& mark) {
+    if (!log)
+        return {};
+    const auto records = log->Records(mark.records);
+    const auto numbers = log->Numbers(mark.records);
+    KeptPlaces places(disk, locations, running.key);
+    std::vector<std::string> leftovers;
+    TakeBackTools tools = {.files = disk, .remove = {}, .repack = {}};
+    tools.remove = [&](const std::string& path) {
+        const auto place = places.PlaceFor(path);
+        if (place && !place->newDirectory.empty())
+            leftovers.push_back(place->newDirectory);
+        return place ? disk.Rename(path, place->path) : place.status();
+    };
+    tools.repack = [&](const std::vector<std::string>& paths) {
+        return repack(files, paths, running.title.repacking == Repacking::Unpacks);
+    };
+    // Times are given back last, but for those of directories that are not there under this name any more.
+    const auto isTime = [&](std::size_t i) {
+        const auto hasBrought = [&](const Record& earlier) {
+            return earlier.kind != RecordKind::DirectoryTime &&
+                   IsAtOrBelow(AddBackslash(records[i].path), AddBackslash(earlier.path));
+        };
+        return records[i].kind == RecordKind::DirectoryTime &&
+               std::none_of(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(i), hasBrought);
+    };
+    // What comes may be kept in the same directories.
+    tools.noteDone = [&](std::size_t i) {
+        if (!isTime(i) && records[i].kind != RecordKind::KeptFrom)
+            log->Void(numbers[i]);
+    };
+    tools.flushDone = [&] { static_cast<void>(log->Flush()); };
+    std::vector<Status> failures;
+    files.Amend(mark.known, [&] {
+        failures = TakeBack(records, tools, true);
+        for (std::size_t i = 0; i < records.size() && failures.empty(); ++i)
+            if (isTime(i))
+                log->Void(numbers[i]);
+        // Safe before the next change: what that sets aside must not be taken for something of these.
+        static_cast<void>(log->Flush());
+        for (const std::string& leftover : leftovers)
+            DeleteNumbered(disk, leftover);
+        for (const std::string& own : places.Directories())
+            if (!kept->Directories().contains(own))
+                DeleteKept(disk, own);
+    });
+    return failures;
+}
+
 Status History::End(bool isToStay) {
     remains.clear();
     files.End();

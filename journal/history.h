@@ -20,6 +20,12 @@ struct HistoryLimits {
     bool operator==(const HistoryLimits&) const = default;
 };
 
+// A moment in the work of a command.
+struct HistoryMark {
+    std::size_t records = 0;
+    JournaledFiles::Known known = {};
+};
+
 // Packs (or unpacks) these files; the failures.
 using Repack = std::function<std::vector<Status>(FileSystem& files, const std::vector<std::string>& paths, bool packs)>;
 
@@ -49,12 +55,17 @@ class History {
     bool IsRunning() const { return log != nullptr; }
     void SetSubject(const std::string& subject);
     const std::string& Subject() const { return running.title.subject; }
+    const CommandTitle& Title() const { return running.title; }
     // It has changed something that is still to be seen, and could be taken back.
     bool HasChanged() const;
     // The first change that the disk refused for no reason of the file's own.
     const Status& Trouble() const { return files.Trouble(); }
     // From now on others may put something there while the user reads what he is told: it is not the command's.
     void LookAround();
+    // What the running command has done since the mark is taken back, and it goes on. The failures: what they name is
+    // still the command's.
+    HistoryMark Mark() const;
+    std::vector<Status> TakeBackTo(const HistoryMark& mark);
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to
     // stay, all that it had done was taken back (what could not be is told by Remains).
     Status End(bool isToStay = true);

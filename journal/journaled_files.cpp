@@ -3,6 +3,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvadex {
 
@@ -64,6 +65,17 @@ void JournaledFiles::End() {
     made.Clear();
     timed.clear();
     unwrittenTimes.clear();
+}
+
+void JournaledFiles::Amend(const Known& before, const std::function<void()>& takeBack) {
+    CommandLog* const running = std::exchange(log, nullptr);
+    takeBack(); // without the lock: it may work in several threads
+    const Lock lock(mutex);
+    log = running;
+    made = before.made;
+    timed = before.timed;
+    unwrittenTimes = before.unwrittenTimes;
+    trouble = {};
 }
 
 // Where nothing may be written, nothing can be deleted either.

@@ -25,6 +25,16 @@ class JournaledFiles : public FileSystem {
     void Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepacking);
     void End();
     bool IsActive() const { return log != nullptr; }
+    // What is known of the running command beside its log.
+    struct Known {
+        MadePlaces made = {};
+        std::set<std::string> timed = {};        // the directories whose times are in the log, or are to come into it
+        std::vector<Record> unwrittenTimes = {}; // with the next change
+    };
+    Known Knows() const { return {made, timed, unwrittenTimes}; }
+    // What the command has done since that was all is taken back by this, on the disk itself; then it goes on, as if
+    // the disk had taken everything.
+    void Amend(const Known& before, const std::function<void()>& takeBack);
     // The first change of the command that the disk did not take: it is full, or damaged.
     const Status& Trouble() const { return trouble; }
 

@@ -101,6 +101,12 @@ void DeleteKept(FileSystem& files, const std::string& directory) {
         KeepTime(files, ParentDirectory(kept), [&] { return files.RemoveDirectory(WithoutBackslash(kept)); }));
 }
 
+void DeleteNumbered(FileSystem& files, const std::string& directory) {
+    if (EqualNoCase(WithoutBackslash(LastPathComponent(ParentDirectory(ParentDirectory(directory)))),
+                    KeptDirectoryName))
+        DeleteAll(files, WithoutBackslash(directory));
+}
+
 bool HoldsNothing(const FileSystem& files, const std::string& directory) {
     const auto entries = files.List(directory);
     if (!entries)

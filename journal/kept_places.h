@@ -49,6 +49,9 @@ Status DeleteOne(FileSystem& files, const std::string& path);
 // then. Links go as links, and what lies on another volume stays.
 void DeleteKept(FileSystem& files, const std::string& directory);
 
+// The same of one of the numbered directories in it.
+void DeleteNumbered(FileSystem& files, const std::string& directory);
+
 // There is no file in it, nor anything else but directories; or it is not there.
 bool HoldsNothing(const FileSystem& files, const std::string& directory);
 

@@ -212,16 +212,30 @@ void PrintTo(const Work& work, std::ostream* out) {
     *out << work.name;
 }
 
-class JournalOf : public JournalTest, public testing::WithParamInterface<Work> {
+// Each at once, or after a first try of it that was taken back in the middle of the command.
+class JournalOf : public JournalTest, public testing::WithParamInterface<std::tuple<Work, bool>> {
   protected:
+    const Work row = std::get<Work>(GetParam());
+
     void Give(History& history) {
-        history.Begin({.name = "Work", .subject = "Lear", .repacking = GetParam().repacking});
-        Take(history.Files(), drive.Root(), GetParam().steps);
+        history.Begin({.name = "Work", .subject = "Lear", .repacking = row.repacking});
+        if (std::get<bool>(GetParam())) {
+            const std::string before = Look();
+            const auto mark = history.Mark();
+            Take(history.Files(), drive.Root(), row.steps);
+            const auto failures = history.TakeBackTo(mark);
+            if (&history.Disk() == &drive.Files()) { // which does not fail
+                EXPECT_THAT(failures, testing::IsEmpty());
+                EXPECT_EQ(Look(), before);
+                EXPECT_FALSE(history.HasChanged());
+            }
+        }
+        Take(history.Files(), drive.Root(), row.steps);
         static_cast<void>(history.End());
     }
     // The files of the only command.
     void ExpectListed(const History& history) {
-        if (!GetParam().listed)
+        if (!row.listed)
             return;
         ASSERT_THAT(history.Entries(), SizeIs(1));
         const HistoryEntry& entry = history.Entries().front();
@@ -233,11 +247,11 @@ class JournalOf : public JournalTest, public testing::WithParamInterface<Work> {
             if (!change.newPath.empty())
                 listed.append(">").append(change.newPath.substr(drive.Root().size()));
         }
-        EXPECT_EQ(listed, GetParam().listed);
+        EXPECT_EQ(listed, row.listed);
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(, JournalOf, testing::ValuesIn(Works));
+INSTANTIATE_TEST_SUITE_P(, JournalOf, testing::Combine(testing::ValuesIn(Works), testing::Bool()));
 
 TEST_P(JournalOf, GoesBackAndForth) {
     const std::string before = Look();
@@ -247,7 +261,7 @@ TEST_P(JournalOf, GoesBackAndForth) {
     EXPECT_NE(before, after);
     ExpectListed(*history);
     // What the user has changed since is the user's.
-    std::istringstream listed(GetParam().listed ? GetParam().listed : "");
+    std::istringstream listed(row.listed ? row.listed : "");
     for (std::string change; listed >> change;)
         if (const std::string path = drive.Root() + change.substr(1); change[0] == '+') {
             const FileTime time = drive.Files().Info(path)->time;
