@@ -1,13 +1,11 @@
 #include "app/batch.h"
 
+#include "app/batch_run.h"
 #include "package/file_primitives.h"
-#include "package/load_package.h"
 #include "package/name_list.h"
 #include "package/presence.h"
 #include "platform/windows_path.h"
 #include "sim/hangar_compression.h"
-#include "sim/remove.h"
-#include "sim/sim_usage.h"
 
 #include <algorithm>
 #include <map>
@@ -17,22 +15,10 @@ namespace korvadex {
 
 namespace {
 
-// Why the batch leaves the package; "" when it is loaded for its command.
-std::string LoadForBatch(CommandContext& context, const PackageRef& ref, LoadedPackage& package) {
-    auto gone = DescribeGone(context.files, context.locations, {Place::Hangar});
-    if (gone.empty())
-        gone = DescribeGonePackage(context.files, ref.Directory(context.locations));
-    if (!gone.empty())
-        return gone;
-    context.display.ShowStatus(ref.Text());
-    const auto twins = LoadPackage(context, ref, package).twins;
-    return twins.empty() ? "" : "it holds two files of one name, " + twins[0] + " and " + twins[1];
-}
-
 // The packages in an order in which a lender's turn comes when its borrowers have gone.
-class BorrowersFirst {
+class BorrowersOrder {
   public:
-    BorrowersFirst(CommandContext& command, const SimUsage& simUsage, std::vector<PackageRef> listed)
+    BorrowersOrder(CommandContext& command, const SimUsage& simUsage, std::vector<PackageRef> listed)
         : context(command), aircraft(command.files, command.locations), usage(simUsage), packages(std::move(listed)),
           isTaken(packages.size()) {
         for (std::size_t i = 0; i < packages.size(); ++i)
@@ -75,64 +61,51 @@ class BorrowersFirst {
     std::vector<PackageRef> ordered;
 };
 
+// Asked for each package: a listing of all aircraft would be too much.
+std::string InstalledName(const CommandContext& context, const PackageRef& ref) {
+    return FindSimAircraftDirectory(context.files, context.locations, ref.name);
+}
+
+std::string DescribeGoneSimulator(const CommandContext& context) {
+    return context.files.IsDirectory(context.locations.MsfsDir + "aircraft")
+               ? ""
+               : DescribeGone(context.files, context.locations, {Place::Simulator});
+}
+
 // Removals that know of each other.
 class Uninstall {
   public:
     Uninstall(CommandContext& command, SimUsage& simUsage) : context(command), usage(simUsage) {}
 
     void Remove(const PackageRef& ref) {
-        const std::string name = InstalledName(ref);
-        if (name.empty()) {
-            if (const std::string gone = DescribeGoneSimulator(); !gone.empty())
-                Leave(ref, gone);
-            else
-                ++summary.notInstalled;
-            return;
-        }
+        const std::string name = InstalledName(context, ref);
         if (lenders.contains(name)) // of two packages of one name
             return;
-        LoadedPackage package;
-        if (const std::string reason = LoadForBatch(context, ref, package); !reason.empty())
-            return Leave(ref, reason);
-        const std::string directory = context.locations.Aircraft() + name + "\\";
-        if (!MayBeDeleted(context.locations, directory))
-            return Leave(ref, directory + " holds one of the directories in 'Locations'");
-        const bool QuietMode = true;
-        RemovalOutcome outcome = RemoveFromSim(context, package, &usage, QuietMode);
-        std::ranges::move(outcome.remainingGauges, std::back_inserter(summary.remainingGauges));
-        if (!outcome.unseen.empty())
-            summary.unseen = outcome.unseen;
-        if (const std::string gone = DescribeGoneSimulator(); !gone.empty())
-            Leave(ref, gone);
-        else if (InstalledName(ref).empty())
+        BatchRemoval removal = RemoveInBatch(context, usage, ref);
+        std::ranges::move(removal.outcome.remainingGauges, std::back_inserter(summary.remainingGauges));
+        if (!removal.outcome.unseen.empty())
+            summary.unseen = removal.outcome.unseen;
+        if (removal.isNotInstalled)
+            ++summary.notInstalled;
+        else if (removal.isRemoved)
             ++summary.removed;
-        else if (!outcome.kept.empty())
-            Leave(ref, outcome.kept);
+        else if (!removal.reason.empty())
+            Leave(ref, removal.reason);
         else
             lenders.insert(name);
     }
+    void Leave(const PackageRef& ref, const std::string& reason) { summary.left.push_back({ref, reason}); }
 
     UninstallSummary Finish() {
         // Of two packages of one name the other one may have taken it out.
         std::erase_if(summary.left, [&](const LeftPackage& left) {
-            return DescribeGoneSimulator().empty() && InstalledName(left.package).empty();
+            return DescribeGoneSimulator(context).empty() && InstalledName(context, left.package).empty();
         });
         summary.lenders = static_cast<int>(lenders.size());
         return std::move(summary);
     }
 
   private:
-    // Asked for each package: a listing of all aircraft would be too much.
-    std::string InstalledName(const PackageRef& ref) const {
-        return FindSimAircraftDirectory(context.files, context.locations, ref.name);
-    }
-    std::string DescribeGoneSimulator() const {
-        return context.files.IsDirectory(context.locations.MsfsDir + "aircraft")
-                   ? ""
-                   : DescribeGone(context.files, context.locations, {Place::Simulator});
-    }
-    void Leave(const PackageRef& ref, const std::string& reason) { summary.left.push_back({ref, reason}); }
-
     CommandContext& context;
     SimUsage& usage;
     std::set<std::string> lenders; // as the simulator knows them
@@ -141,10 +114,15 @@ class Uninstall {
 
 } // namespace
 
-CompressionSummary CompressPackages(CommandContext& context, const std::vector<PackageRef>& packages, bool compress) {
+CompressionSummary CompressPackages(CommandContext& context, BatchProgress& progress,
+                                    const std::vector<PackageRef>& packages, bool compress) {
     CompressionSummary summary;
     for (const PackageRef& ref : packages) {
         LoadedPackage package;
+        if (!progress.Next(ref)) {
+            summary.left.push_back({ref, StoppedReason});
+            continue;
+        }
         if (const std::string reason = LoadForBatch(context, ref, package); !reason.empty()) {
             summary.left.push_back({ref, reason});
             continue;
@@ -157,18 +135,52 @@ CompressionSummary CompressPackages(CommandContext& context, const std::vector<P
     return summary;
 }
 
-UninstallSummary UninstallPackages(CommandContext& context, const std::vector<PackageRef>& packages,
-                                   const HangarListing& hangar) {
+SimUsage UsageOf(CommandContext& context, const HangarListing& hangar) {
     // Everything that is installed, so that who uses what is found out once for all of them.
     std::vector<std::string> names;
     for (const HangarCategory& category : hangar) {
         for (const HangarPackage& listed : category.packages)
             names.push_back(listed.name);
     }
-    SimUsage usage(context, names);
+    return SimUsage(context, names);
+}
+
+std::vector<PackageRef> BorrowersFirst(CommandContext& context, const SimUsage& usage,
+                                       const std::vector<PackageRef>& packages) {
+    return BorrowersOrder(context, usage, packages).Take();
+}
+
+BatchRemoval RemoveInBatch(CommandContext& context, SimUsage& usage, const PackageRef& ref) {
+    const std::string name = InstalledName(context, ref);
+    if (name.empty()) {
+        const std::string gone = DescribeGoneSimulator(context);
+        return {.isNotInstalled = gone.empty(), .reason = gone};
+    }
+    LoadedPackage package;
+    if (const std::string reason = LoadForBatch(context, ref, package); !reason.empty())
+        return {.reason = reason};
+    const std::string directory = context.locations.Aircraft() + name + "\\";
+    if (!MayBeDeleted(context.locations, directory))
+        return {.reason = directory + " holds one of the directories in 'Locations'"};
+    const bool QuietMode = true;
+    BatchRemoval removal{.outcome = RemoveFromSim(context, package, &usage, QuietMode)};
+    removal.reason = DescribeGoneSimulator(context);
+    removal.isRemoved = removal.reason.empty() && InstalledName(context, ref).empty();
+    if (!removal.isRemoved && removal.reason.empty())
+        removal.reason = removal.outcome.kept;
+    return removal;
+}
+
+UninstallSummary UninstallPackages(CommandContext& context, BatchProgress& progress,
+                                   const std::vector<PackageRef>& packages, const HangarListing& hangar) {
+    SimUsage usage = UsageOf(context, hangar);
     Uninstall uninstall(context, usage);
-    for (const PackageRef& ref : BorrowersFirst(context, usage, packages).Take())
-        uninstall.Remove(ref);
+    for (const PackageRef& ref : BorrowersFirst(context, usage, packages)) {
+        if (progress.Next(ref))
+            uninstall.Remove(ref);
+        else
+            uninstall.Leave(ref, StoppedReason);
+    }
     return uninstall.Finish();
 }
 

@@ -2,8 +2,9 @@
 // shows. What they say to the user is summed up for the end.
 #pragma once
 
-#include "app/hangar_listing.h"
-#include "package/command_context.h"
+#include "app/batch_progress.h"
+#include "sim/remove.h"
+#include "sim/sim_usage.h"
 
 #include <string>
 #include <vector>
@@ -20,7 +21,8 @@ struct CompressionSummary {
     std::vector<LeftPackage> left;
     std::vector<std::string> failures; // files that stayed as they were, with the reason
 };
-CompressionSummary CompressPackages(CommandContext& context, const std::vector<PackageRef>& packages, bool compress);
+CompressionSummary CompressPackages(CommandContext& context, BatchProgress& progress,
+                                    const std::vector<PackageRef>& packages, bool compress);
 
 struct UninstallSummary {
     int removed = 0, notInstalled = 0, lenders = 0; // a lender was kept because of an alias, and the user was told
@@ -30,8 +32,19 @@ struct UninstallSummary {
 };
 // Takes the packages out of the simulator, borrowers of a panel or a sound before its lender. The Hangar as it was
 // listed last says what else is installed.
-UninstallSummary UninstallPackages(CommandContext& context, const std::vector<PackageRef>& packages,
-                                   const HangarListing& hangar);
+UninstallSummary UninstallPackages(CommandContext& context, BatchProgress& progress,
+                                   const std::vector<PackageRef>& packages, const HangarListing& hangar);
+
+// The same, one by one.
+SimUsage UsageOf(CommandContext& context, const HangarListing& hangar);
+std::vector<PackageRef> BorrowersFirst(CommandContext& context, const SimUsage& usage,
+                                       const std::vector<PackageRef>& packages);
+struct BatchRemoval {
+    bool isRemoved = false, isNotInstalled = false;
+    std::string reason = {}; // why it was left; "" also where the user was told of the aircraft that need it
+    RemovalOutcome outcome = {};
+};
+BatchRemoval RemoveInBatch(CommandContext& context, SimUsage& usage, const PackageRef& ref);
 
 // "The following packages were kept ...", with the reasons: "Jets\Lear" where another category has a Lear too.
 void TellLeft(UserDialogs& user, const std::string& text, const std::vector<LeftPackage>& left,

@@ -139,6 +139,16 @@ constexpr Menu Menus[] = {
     {"mnuHelp", "He&lp", {}, HelpCommands},
 };
 
+constexpr PackageCommand ForPackages[] = {
+    {"mnuInstallEach", "&Copy to MSFS", &Program::InstallEach, "Ctrl+I"},
+    {"mnuRemoveEach", "&Remove from MSFS", &Program::RemoveEach, "Ctrl+U"},
+    {"mnuCheckGaugesOfEach", "Check &gauges", &Program::CheckGaugesOfEach, "", "mnuSepEach1"},
+    {"mnuCheckRefsOfEach", "Check aliases &to", &Program::CheckReferencesOfEach},
+    {"mnuCompressEach", "Co&mpress", &Program::CompressEach, "", "mnuSepEach2"},
+    {"mnuDecompressEach", "&Decompress", &Program::DecompressEach},
+    {"mnuDeleteEach", "Remove from &Hangar", &Program::DeleteEach, "Del", "mnuSepEach3"},
+};
+
 constexpr const char* Keys[] = {
     "ListAllPackages",
     "ListInstalledPackages",
@@ -168,6 +178,10 @@ constexpr const char* Keys[] = {
 
 std::span<const Menu> MainMenus() {
     return Menus;
+}
+
+std::span<const PackageCommand> PackageCommands() {
+    return ForPackages;
 }
 
 std::span<const char* const> ToolbarKeys() {

@@ -2,10 +2,13 @@
 // there.
 #pragma once
 
+#include "package/package_ref.h"
+
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
@@ -47,6 +50,16 @@ struct Menu {
 std::span<const Menu> MainMenus();
 // The buttons by their keys, in their order; "" is a separator.
 std::span<const char* const> ToolbarKeys();
+
+// What can be done to packages that are selected in a list.
+struct PackageCommand {
+    const char* entry;
+    const char* caption;
+    void (Program::*routine)(const std::vector<PackageRef>&);
+    const char* shortcut = "";
+    const char* separator = nullptr; // the line above the entry
+};
+std::span<const PackageCommand> PackageCommands();
 
 // The command of this menu entry; an entry that does not exist is a broken promise (std::invalid_argument).
 const Command& CommandOfEntry(std::string_view entry);

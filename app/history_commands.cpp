@@ -1,6 +1,7 @@
 // What was done to the collection lately: taken back, done again, or cut off.
 #include "app/history_editor.h"
 #include "app/program.h"
+#include "app/unattended.h"
 #include "archive/in_place.h"
 #include "journal/take_back.h"
 #include "package/file_primitives.h"
@@ -64,16 +65,17 @@ std::string NameInHangar(const Locations& locations, const std::string& path) {
 } // namespace
 
 void Program::OpenHistory() {
-    history.Files().mayDelete = [this](const Status& why) {
-        return user.AskYesNo("What goes now cannot be kept in " + why.path + " (" + DescribeFault(why) +
-                                 "), so that it could be taken back.  Shall it be deleted all the same?",
-                             MessageIcon::Exclamation, Answer::No);
+    const auto ask = [this](const std::string& question) {
+        return unattended ? unattended->Refuse(question)
+                          : user.AskYesNo(question, MessageIcon::Exclamation, Answer::No);
     };
-    history.Files().mayGoOnWithoutLog = [this](const Status& why) {
-        return user.AskYesNo("What this command changes cannot be written down in " + why.path + " (" +
-                                 DescribeFault(why) +
-                                 "), so that it could be taken back.  Do you want to go on all the same?",
-                             MessageIcon::Exclamation, Answer::No);
+    history.Files().mayDelete = [ask](const Status& why) {
+        return ask("What goes now cannot be kept in " + why.path + " (" + DescribeFault(why) +
+                   "), so that it could be taken back.  Shall it be deleted all the same?");
+    };
+    history.Files().mayGoOnWithoutLog = [ask](const Status& why) {
+        return ask("What this command changes cannot be written down in " + why.path + " (" + DescribeFault(why) +
+                   "), so that it could be taken back.  Do you want to go on all the same?");
     };
     history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
     history.SetLimits(settings.historyLimits);
@@ -161,7 +163,7 @@ void Program::SetSubject(const std::string& subject) {
     user.subject = subject;
 }
 
-void Program::EndJournal() {
+bool Program::EndJournal() {
     const Status trouble = history.Trouble();
     const bool isToStay = trouble || !history.HasChanged() ||
                           !user.AskYesNo("The disk failed at " + PlaceOf(trouble.path) + " (" + DescribeFault(trouble) +
@@ -174,6 +176,7 @@ void Program::EndJournal() {
     else if (!isToStay)
         TellTakenBack("");
     history.Prune();
+    return isToStay && written;
 }
 
 // Half of it is of no use to anybody.
@@ -263,6 +266,12 @@ void Program::ShowHistoryTexts() {
     view.redoText = textOf(history.NextRedo());
 }
 
+void Program::ForgetGoneLenders() {
+    for (PackageRef* lender : {&held.HeldPanelAlias, &held.HeldSoundAlias})
+        if (files.Info(WithoutBackslash(lender->Directory(settings.locations))).fault() == FileFault::NotFound)
+            *lender = {};
+}
+
 // All may have changed. The package that it was about is shown, where it is there, and Staging comes back with the name
 // that it had.
 void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack) {
@@ -276,9 +285,7 @@ void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>&
         FollowName(about, from, to);
         FollowName(selected, from, to);
     }
-    for (PackageRef* lender : {&held.HeldPanelAlias, &held.HeldSoundAlias})
-        if (files.Info(WithoutBackslash(lender->Directory(settings.locations))).fault() == FileFault::NotFound)
-            *lender = {};
+    ForgetGoneLenders();
     ReadCategories(selected);
     const bool isOfCategory =
         about.category.empty() && HasSubdirectory(files, settings.locations.HangarDir, about.name);

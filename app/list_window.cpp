@@ -46,7 +46,7 @@ std::optional<ListLine> ListWindow::Choose(int row) const {
     if (row < 0 || row >= std::ssize(shown.lines))
         return std::nullopt;
     const ListLine& line = shown.lines[static_cast<std::size_t>(row)];
-    if (line == ListLine{} || (line.IsHeading() && shown.caption != CategoryListCaption))
+    if (line.package == PackageRef{} || (line.IsHeading() && shown.caption != CategoryListCaption))
         return std::nullopt;
     return line;
 }

@@ -58,6 +58,8 @@ class MainWindow {
     virtual void ShowProgress(int minimum, int maximum) = 0;
     virtual void SetProgress(int value) = 0;
     virtual void HideProgress() = 0;
+    // While a command for many packages runs a button beside the bar, and Esc, call Program::StopAfterThis.
+    virtual void OfferStop(bool isOffered) = 0;
     // frmFileList: the users of a panel or sound, or an overview. Opens the window. With the caption that it
     // shows already, the place in the list stays where it can.
     virtual void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) = 0;

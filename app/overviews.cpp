@@ -38,6 +38,8 @@ Overview ByCategory(std::string_view caption, const HangarListing& hangar, Wante
 } // namespace
 
 std::string LineText(const ListLine& line) {
+    if (!line.text.empty())
+        return line.text;
     if (line.package.name.empty())
         return line.IsHeading() ? " -->  " + line.package.category : "";
     return line.isInstalled ? "< " + line.package.name + " >" : line.package.name;

@@ -41,6 +41,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
         ~Running() { flag = false; }
     } running(isRunning);
     const SubjectScope about(user, title.subject);
+    isStopWanted = false;
 
     try {
         Do(title, command);

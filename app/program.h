@@ -28,6 +28,10 @@
 
 namespace korvadex {
 
+class BatchRun;
+class UnattendedUser;
+struct LeftPackage;
+
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
 class Program : private CommandDisplay {
@@ -114,6 +118,20 @@ class Program : private CommandDisplay {
     void DecompressAll();
     void UninstallCategory();
     void UninstallAll();
+
+    // For many packages at once, one after the other, as one command of the history; a report in the list window says
+    // what came of each. Nobody is asked about a single one: what would need that is left as it was. With exactly one
+    // package it is the command for the one that is shown, which it is then. They go to the Hangar side first.
+    using Packages = std::vector<PackageRef>;
+    void InstallEach(const Packages& packages);
+    void RemoveEach(const Packages& packages);
+    void CheckGaugesOfEach(const Packages& packages);
+    void CheckReferencesOfEach(const Packages& packages);
+    void CompressEach(const Packages& packages);
+    void DecompressEach(const Packages& packages);
+    void DeleteEach(const Packages& packages);
+    // The running command for many packages ends after the one at hand.
+    void StopAfterThis();
 
     // On what stands in Staging; nothing on the Hangar side, from where only these two go to the Staging side first.
     void ProcessZipIntoStaging();
@@ -298,8 +316,26 @@ class Program : private CommandDisplay {
 
     // batch_commands.cpp
     std::vector<PackageRef> PackagesInBatch(bool isCategoryOnly);
-    void CompressEach(const std::string& question, bool compress);
-    void UninstallEach(const std::string& question, bool isCategoryOnly);
+    void CompressWhole(const std::string& question, bool compress);
+    void UninstallWhole(const std::string& question, bool isCategoryOnly);
+    // The report of those that were left, if there are any.
+    void ShowLeft(const std::string& headline, const std::string& done, const std::vector<LeftPackage>& left);
+    bool WantsToStop() const { return isStopWanted || isEndWanted; }
+
+    // each_commands.cpp
+    struct EachCommand {
+        CommandTitle title;        // without its subject
+        std::string done;          // "installed"
+        std::vector<Place> places; // that it needs
+        std::string question = {}; // once for all of them; "" for none
+        bool onlyLooks = false;
+    };
+    void RunEach(EachCommand command, Packages packages, const std::function<void(BatchRun&, const Packages&)>& work);
+    // True when it is one package only, for which this command was run then.
+    bool RunForOne(const Packages& packages, void (Program::*single)());
+    // Each once, and those without a category as they stand in the Hangar.
+    Packages Resolved(const Packages& packages);
+    void CompressPackagesOf(const Packages& packages, bool compress);
 
     // history_commands.cpp
     void OpenHistory();
@@ -315,13 +351,15 @@ class Program : private CommandDisplay {
     bool MayTakeBack(const HistoryEntry& entry, const Doubts& doubts);
     void GiveUpCutOff(const HistoryEntry& entry);
     void TakeBackCutOff(const HistoryEntry& entry, Doubts doubts);
-    // The running command has come to its end, in whatever way.
-    void EndJournal();
+    // The running command has come to its end, in whatever way. False, after a message, when what it had done was taken
+    // back.
+    bool EndJournal();
     // An exception has ended it.
     void EndBroken(const std::exception& trouble);
     void TellTakenBack(const std::string& why);
     void SetSubject(const std::string& subject);          // of the running command
     bool Reverse(const HistoryEntry* entry, bool isUndo); // false, after a message, when it cannot be
+    void ForgetGoneLenders();                             // that were held for a paste
     void ShowReversed(const CommandTitle& title, const std::vector<Record>& takenBack);
     void ShowHistoryTexts();
     std::vector<Status> RepackFiles(const std::vector<std::string>& paths, bool packs);
@@ -354,7 +392,9 @@ class Program : private CommandDisplay {
     bool isHangarStale = false;
     ListWindow fileList{window, files, settings.locations};
     GalleryWindow gallery{window, files, settings.locations, settings.limits};
+    UnattendedUser* unattended = nullptr; // while a command for many packages runs
     bool isRunning = false;
+    bool isStopWanted = false;
     bool isEnded = false;
     bool isSaved = false;
     bool hasStarted = false;

@@ -13,6 +13,7 @@ class UnseenWindow : public MainWindow {
     void ShowProgress(int, int) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
+    void OfferStop(bool) override {}
     void ShowFileList(const std::string&, const std::vector<ListLine>&) override {}
     bool IsFileListVisible() const override { return false; }
     void ShowGallery(const GalleryView&) override {}

@@ -107,6 +107,10 @@ const Command Commands[] = {
     {"remove shared", Lear + Install + Cub + Install, Cub + "mnuRemoveFromMsfs"},
     {"uninstall all", InstallAll, "mnuUninstallAll"},
     {"uninstall category", InstallAll, Lear + "mnuUninstallCategory"},
+    {"install each", "", "each install"},
+    {"remove each", InstallAll, "each remove"},
+    {"delete each", "", "each delete"},
+    {"compress each", "", "each compress"},
     {"copy to Staging", Clear, Lear + "mnuCopyToStaging"},
     {"rename", "", Lear + "mnuRename"},
     {"paste panel alias", "", PastePanel},
@@ -195,6 +199,8 @@ class Run {
             (program.*button->second)();
         else if (step.starts_with("mnu"))
             program.RunCommand(step);
+        else if (step.starts_with("each "))
+            DoEach(step.substr(5));
         else if (const auto bar = step.find('\\'); bar != step.npos)
             Select(step.substr(0, bar), step.substr(bar + 1));
         else if (step.starts_with("name "))
@@ -213,6 +219,16 @@ class Run {
             program.DeleteComponents(Documentation, {0, 1});
         else
             throw std::runtime_error("no such step: " + step);
+    }
+    // Of the packages that are there: one that cannot be installed, and borrowers before their lender.
+    void DoEach(const std::string& command) {
+        static const std::map<std::string, void (Program::*)(const std::vector<PackageRef>&)> routines = {
+            {"install", &Program::InstallEach},
+            {"remove", &Program::RemoveEach},
+            {"delete", &Program::DeleteEach},
+            {"compress", &Program::CompressEach}};
+        (program.*
+         routines.at(command))({{"Jets", "Alias Jet"}, {"Jets", "None"}, {"Jets", "Lear 45"}, {"Props", "Cub"}});
     }
     void Select(const std::string& category, const std::string& package) {
         const auto& categories = program.View().categories;

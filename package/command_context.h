@@ -18,6 +18,7 @@ namespace korvadex {
 struct ListLine {
     PackageRef package = {};
     bool isInstalled = false;
+    std::string text = {}; // of a report: is shown in place of the name; it may also stand there without a package
 
     bool operator==(const ListLine&) const = default;
     bool IsHeading() const { return package.name.empty() && !package.category.empty(); }

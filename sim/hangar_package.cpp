@@ -86,7 +86,8 @@ std::string DescribePlaceOfOthers(const CommandContext& context, const std::stri
     return "the Hangar leads by a link to " + place + ", which belongs to Flight Simulator or to Staging.";
 }
 
-Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, const std::function<bool()>& lastLook) {
+Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, const std::function<bool()>& lastLook,
+                         Unasked unasked) {
     const std::string directory = package.ref.Directory(context.locations);
     Changes changes;
     if (IsMountPoint(context, directory)) {
@@ -128,7 +129,9 @@ Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, 
         return changes;
     // A directory in another place that stands in the Hangar as a link stays where it is.
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
-    if (!context.user.AskYesNo(
+    const bool isAsked = unasked == Unasked::No || !place.empty();
+    if (isAsked &&
+        !context.user.AskYesNo(
             "Are you sure you want to remove this package from the hangar?" +
                 (place.empty() ? "" : "\r\n\r\nIt is a link to " + place + ".  Only the link will be removed."),
             MessageIcon::None, Answer::No)) {
@@ -209,13 +212,13 @@ Changes RenameInHangar(CommandContext& context, const LoadedPackage& package) {
     return RenamePackage(context, package);
 }
 
-void CheckReferences(CommandContext& context, const PackageRef& package) {
+bool CheckReferences(CommandContext& context, const PackageRef& package, Unasked unasked) {
     const AliasUsers panel = ShowUsersInHangar(context, package, "panel");
     const bool isPanelUsed = !panel.paths.empty();
     if (isPanelUsed) {
         context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
-        if (!context.user.AskYesNo("Continue on to sound alias check?"))
-            return;
+        if (unasked == Unasked::No && !context.user.AskYesNo("Continue on to sound alias check?"))
+            return true;
     }
     const AliasUsers sound = ShowUsersInHangar(context, package, "sound");
     const bool isSoundUsed = !sound.paths.empty();
@@ -223,26 +226,30 @@ void CheckReferences(CommandContext& context, const PackageRef& package) {
         context.user.Tell(
             "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
     const std::vector<Unseen>& unseen = isPanelUsed || panel.unseen.empty() ? sound.unseen : panel.unseen;
-    if (isPanelUsed || isSoundUsed)
+    if (isPanelUsed || isSoundUsed) {
         context.user.Tell("Done.");
-    else if (!unseen.empty())
+    } else if (!unseen.empty()) {
         context.user.Tell(DescribeUnseenUsers(&unseen == &panel.unseen ? "panel" : "sound", unseen),
                           MessageIcon::Exclamation);
-    else
+        return false;
+    } else if (unasked == Unasked::No) {
         context.user.Tell("Done checking for panel and sound aliases to this package.  None found.");
+    }
+    return true;
 }
 
-void CheckInstalledGauges(CommandContext& context, const PackageRef& package) {
+bool CheckInstalledGauges(CommandContext& context, const PackageRef& package) {
     if (!IsInstalled(context.files, context.locations, package)) {
         context.user.Tell("This package is not currently installed in Flight Simulator.", MessageIcon::Information);
-        return;
+        return false;
     }
     const std::string panel = GetInstalledFile(context.files, context.locations, package.name, "\\panel\\panel.cfg");
     if (panel.empty()) {
         context.user.Tell("This package doesn't contain a panel to do a gauge crosscheck with.");
-        return;
+        return false;
     }
     ShowInstallCheck(context, package.name, panel);
+    return true;
 }
 
 } // namespace korvadex

@@ -13,10 +13,13 @@ namespace korvadex {
 // to the simulator or to Staging, "" elsewhere.
 std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory);
 
+// Whether what every such command asks first is left out: it was asked for many packages at once.
+enum class Unasked { No, Yes };
+
 // An installed package is offered to be removed from the simulator first; either answer goes on. Directly before the
 // deletion lastLook may keep the package, after a message of its own.
 Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package,
-                         const std::function<bool()>& lastLook = {});
+                         const std::function<bool()>& lastLook = {}, Unasked unasked = Unasked::No);
 
 // Refused for an aircraft when Staging holds one. The package is removed from the Hangar when the user wants that,
 // after every file has been copied and counted, and while all of that is still so.
@@ -25,10 +28,11 @@ Changes CopyToStaging(CommandContext& context, const LoadedPackage& package);
 // frmRename, unless the package is installed or another one of the Hangar uses its panel or sound.
 Changes RenameInHangar(CommandContext& context, const LoadedPackage& package);
 
-// Lists who uses the package's panel or sound via alias.
-void CheckReferences(CommandContext& context, const PackageRef& package);
+// Lists who uses the package's panel or sound via alias; unasked: both, and nothing is said when nobody does. False
+// when it could not be found out.
+bool CheckReferences(CommandContext& context, const PackageRef& package, Unasked unasked = Unasked::No);
 
-// frmInstallStatus for the installed package.
-void CheckInstalledGauges(CommandContext& context, const PackageRef& package);
+// frmInstallStatus for the installed package. False, after a message, when there is nothing to check.
+bool CheckInstalledGauges(CommandContext& context, const PackageRef& package);
 
 } // namespace korvadex

@@ -26,6 +26,7 @@
 //   paste BYTES (a picture)         open, folder, erase GROUP POSITIONS (files of a component list)
 //   line ROW, close (the list window) photo ROW (of the gallery)
 //   show CATEGORY\PACKAGE, new (category), recategory CATEGORY (its name), moveto CATEGORY
+//   each COMMAND CATEGORY\PACKAGE, ... (install, remove, gauges, refs, compress, decompress, delete)
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
 //                                   ("No to all": with the check box)
@@ -36,6 +37,7 @@
 //   rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
 //   locations STAGING, HANGAR, FS   entered in their dialog  closed (that dialog)
 //   then LINE                       is done when the question before it is answered
+//   at N of M: LINE                 is done when the turn of that package has come
 // What is to be seen then:
 //   tree DIRECTORY: OUTLINE         all that is there        names DIRECTORY: NAME, NAME (of all)
 //   file FILE = BYTES               packed FILE (it is an archive now)
@@ -354,6 +356,7 @@ class CaseTest : public ProgramTest {
         {"space", {[this](auto& bytes) { disk.freeSpace = std::stoull(bytes); }}},
         {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
+        {"stop", {[this](auto&) { program->StopAfterThis(); }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},
         {"tree", {": ", [this](auto& directory, auto& outline) { EXPECT_EQ(drive.Outline(directory), In(outline)); }}},
         {"names",
@@ -405,6 +408,20 @@ class CaseTest : public ProgramTest {
         {"recategory", {[this](auto& category) { program->RenameCategory(category); }}},
         {"moveto", {[this](auto& category) { program->MoveToCategory(category); }}},
         {"photo", {[this](auto& row) { program->ChooseGalleryPicture(std::stoi(row)); }}},
+        {"each",
+         {" ",
+          [this](auto& command, auto& list) {
+              static const std::map<std::string, void (Program::*)(const std::vector<PackageRef>&)> routines = {
+                  {"install", &Program::InstallEach},      {"remove", &Program::RemoveEach},
+                  {"gauges", &Program::CheckGaugesOfEach}, {"refs", &Program::CheckReferencesOfEach},
+                  {"compress", &Program::CompressEach},    {"decompress", &Program::DecompressEach},
+                  {"delete", &Program::DeleteEach}};
+              std::vector<PackageRef> packages;
+              for (const auto& package : Split(list, ", "))
+                  packages.push_back(PackageRefOf(package));
+              (*program.*routines.at(command))(packages);
+              form.onStatus.clear();
+          }}},
     };
     const Verbs dialogue = {
         {"say", Message(MessageIcon::None)},
@@ -459,6 +476,12 @@ class CaseTest : public ProgramTest {
              entries.erase(entries.begin());
              user.ExpectRename(shown, line.find('|') != line.npos, entries);
          }}},
+        {"at",
+         {": ",
+          [this](auto& turn, auto& what) {
+              const auto [verb, text] = Cut(what, " ");
+              form.onStatus[turn + ":"] = [this, line = Line{0, verb, text}] { Do(line); };
+          }}},
         {"then",
          {" ",
           [this](auto& verb, auto& text) {

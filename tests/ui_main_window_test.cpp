@@ -38,6 +38,21 @@ class HangarWindow : public WindowTest {
     }
 };
 
+// Does something as soon as the widget has come up and events are looked at.
+class WhenShown : public QObject {
+  public:
+    WhenShown(QWidget& widget, std::function<void()> deed) : act(std::move(deed)) { widget.installEventFilter(this); }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Show && act)
+            QMetaObject::invokeMethod(this, std::exchange(act, {}), Qt::QueuedConnection);
+        return false;
+    }
+
+  private:
+    std::function<void()> act;
+};
+
 } // namespace
 
 TEST_F(HangarWindow, EachSideHasItsOwnControls) {
@@ -332,6 +347,55 @@ TEST_F(HangarWindow, ListAndGalleryStandBesideTheWindow) {
     QWidget* opened = gallery();
     window.close();
     EXPECT_FALSE(opened->isVisible());
+}
+
+TEST_F(HangarWindow, ManyPackagesOfAListAreGoneThrough) {
+    ShowPackage("Learjet");
+    ChooseEntry("mnuAllPackages");
+    auto& dialog = Control<QWidget>(window, "frmFileList");
+    auto& lines = Control<QListWidget>(dialog, "lstFileList");
+    const auto select = [&](const char* first, const char* second) {
+        lines.clearSelection();
+        for (const char* name : {first, second})
+            QTest::mouseClick(lines.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                              lines.visualItemRect(lines.findItems(name, Qt::MatchExactly).value(0)).center());
+    };
+    select("Beaver", "Dakota");
+    EXPECT_EQ(Shown(), "Learjet") << "lines are being selected";
+    // Nothing but Stop works in the middle of it.
+    auto& stop = Control<QPushButton>(window, "cmdStop");
+    WhenShown middle(stop, [&] {
+        Click(window, "cmdGoToStaging");
+        Type(dialog, "txtFilter", "lost");
+        QTest::keyClick(&lines, Qt::Key_Escape);
+        EXPECT_FALSE(stop.isEnabled());
+    });
+    user.ExpectMessage("0 of 2 packages were installed.*", "OK");
+    QTest::keyClick(&lines, Qt::Key_I, Qt::ControlModifier);
+    user.Finish();
+    EXPECT_TRUE(program.View().HangarSideShown && dialog.isVisible() && !stop.isVisible());
+    EXPECT_EQ(Control<QLineEdit>(dialog, "txtFilter").text(), "");
+
+    select("Beaver", "Dakota"); // in the report
+    user.ExpectMessage("Done.", "OK");
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, lines.mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(&lines, &event);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(menu);
+    QTest::mouseClick(menu, Qt::LeftButton, {},
+                      menu->actionGeometry(&Control<QAction>(*menu, "mnuInstallEach")).center());
+    QCoreApplication::processEvents();
+    user.Finish();
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\Beaver") && drive.Has("FS\\aircraft\\Dakota"));
+    EXPECT_EQ(dialog.windowTitle(), "Install 2 packages");
+    lines.selectAll();
+    user.ExpectMessage("Are you sure you want to remove these packages from the Flight Simulator directory?*", "Yes");
+    user.ExpectMessage("Done.", "OK");
+    QTest::keyClick(&lines, Qt::Key_U, Qt::ControlModifier);
+    user.Finish();
+    EXPECT_EQ(drive.Outline("FS\\aircraft"), "Super_cub\\");
+    ClickRow(lines, lines.count() - 1);
+    EXPECT_EQ(Shown(), "Dakota");
 }
 
 TEST_F(HangarWindow, FilesAreOpenedShownAndDeletedByKeyAndMenu) {

@@ -5,7 +5,9 @@
 #include "ui/window_geometry.h"
 #include "ui_frmFileList.h"
 
+#include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QShortcut>
 
@@ -18,8 +20,11 @@ frmFileList::frmFileList(QWidget* parent) : QDialog(parent), ui(std::make_unique
     ui->lstFileList->installEventFilter(this);
     ui->txtFilter->installEventFilter(this);
     connect(ui->txtFilter, &QLineEdit::textChanged, this, &frmFileList::ApplyFilter);
-    connect(ui->lstFileList, &QListWidget::itemClicked, this,
-            [this](const QListWidgetItem* item) { emit LineChosen(ui->lstFileList->row(item)); });
+    connect(ui->lstFileList, &QListWidget::itemClicked, this, [this](const QListWidgetItem* item) {
+        if (QApplication::keyboardModifiers() == Qt::NoModifier && ui->lstFileList->selectedItems().size() <= 1)
+            emit LineChosen(ui->lstFileList->row(item)); // otherwise lines are being selected
+    });
+    connect(ui->lstFileList, &QListWidget::customContextMenuRequested, this, &frmFileList::ShowMenu);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::close);
     auto* find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, [this] {
@@ -35,10 +40,17 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<ListLine>&
     if (isRefreshed) {
         const int row = ui->lstFileList->currentRow();
         const ListLine line = row >= 0 ? lines[std::size_t(row)] : ListLine{};
+        std::vector<std::pair<int, ListLine>> selected;
+        for (const auto* item : ui->lstFileList->selectedItems())
+            selected.emplace_back(ui->lstFileList->row(item), lines[std::size_t(ui->lstFileList->row(item))]);
         const int scrolled = ui->lstFileList->verticalScrollBar()->value();
         FillList(newLines);
         if (row >= 0)
             ui->lstFileList->setCurrentRow(RowNow(row, line));
+        if (selected.size() > 1)
+            for (const auto& [at, before] : selected)
+                if (const int now = RowNow(at, before); lines[std::size_t(now)].package == before.package)
+                    ui->lstFileList->item(now)->setSelected(true);
         ApplyFilter();
         ui->lstFileList->doItemsLayout(); // the range of the scroll bar, now
         ui->lstFileList->verticalScrollBar()->setValue(scrolled);
@@ -46,6 +58,9 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<ListLine>&
     }
     setWindowTitle(caption);
     ui->lstFileList->setAccessibleName(caption);
+    const bool isReport = std::ranges::any_of(newLines, [](const ListLine& line) { return !line.text.empty(); });
+    ui->lstFileList->setWordWrap(isReport); // sentences
+    ui->lstFileList->setResizeMode(isReport ? QListView::Adjust : QListView::Fixed);
     FillList(newLines);
     ui->txtFilter->clear();
     ui->lstFileList->scrollToTop();
@@ -113,6 +128,53 @@ bool frmFileList::IsSeen(int row) const {
     return row >= 0 && !ui->lstFileList->item(row)->isHidden();
 }
 
+std::vector<PackageRef> frmFileList::SelectedPackages() const {
+    std::vector<PackageRef> packages;
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+        const PackageRef& package = lines[row].package;
+        if (!package.IsNone() && IsSeen(int(row)) && ui->lstFileList->item(int(row))->isSelected() &&
+            std::find(packages.begin(), packages.end(), package) == packages.end())
+            packages.push_back(package);
+    }
+    return packages;
+}
+
+void frmFileList::Give(const PackageCommand& command) {
+    if (const auto packages = SelectedPackages(); !packages.empty())
+        emit CommandGiven(command, packages);
+}
+
+void frmFileList::ShowMenu(const QPoint& at) {
+    const auto count = SelectedPackages().size();
+    if (count == 0)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName("mnuPackages");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (count == 1) {
+        QAction* show = menu->addAction("&Show", this, [this] { emit LineChosen(ui->lstFileList->currentRow()); });
+        show->setObjectName("mnuShowPackage");
+        menu->addSeparator();
+    } else {
+        menu->addSection(QString("%1 packages").arg(count));
+    }
+    for (const PackageCommand& command : PackageCommands()) {
+        if (command.separator)
+            menu->addSeparator()->setObjectName(command.separator);
+        QAction* entry = menu->addAction(command.caption);
+        // When the menu has gone: the command may show windows of its own.
+        connect(
+            entry, &QAction::triggered, this, [this, &command] { Give(command); }, Qt::QueuedConnection);
+        entry->setObjectName(command.entry);
+        entry->setShortcut(QKeySequence(command.shortcut)); // to be seen only: the list handles its keys itself
+        entry->setShortcutContext(Qt::WidgetShortcut);
+        entry->setShortcutVisibleInContextMenu(true);
+    }
+    const QRect inside = ui->lstFileList->viewport()->rect();
+    menu->popup(ui->lstFileList->viewport()->mapToGlobal(
+        QPoint(std::clamp(at.x(), inside.left(), inside.right()), std::clamp(at.y(), inside.top(), inside.bottom()))));
+}
+
 void frmFileList::ApplyGeometry(const WindowGeometry& geometry) {
     if (geometry.height <= 0 || geometry.width <= 0)
         return;
@@ -134,11 +196,30 @@ void frmFileList::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
 }
 
+const PackageCommand* frmFileList::CommandOf(const QKeyEvent& pressed) {
+    const QKeySequence keys(pressed.key() | (pressed.modifiers() & ~Qt::KeypadModifier));
+    const auto commands = PackageCommands();
+    const auto found = std::ranges::find_if(commands, [&](const PackageCommand& command) {
+        return *command.shortcut && keys == QKeySequence(command.shortcut);
+    });
+    return found == commands.end() ? nullptr : &*found;
+}
+
 bool frmFileList::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress)
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
         return QDialog::eventFilter(watched, event);
     const bool isInFilter = watched == ui->txtFilter;
-    switch (static_cast<QKeyEvent*>(event)->key()) {
+    const auto* pressed = static_cast<QKeyEvent*>(event);
+    const PackageCommand* command = isInFilter ? nullptr : CommandOf(*pressed);
+    if (event->type() == QEvent::ShortcutOverride) {
+        event->setAccepted(command); // the main window has some of the keys, too
+        return command;
+    }
+    if (command) {
+        Give(*command);
+        return true;
+    }
+    switch (pressed->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (const int row = ui->lstFileList->currentRow(); IsSeen(row))

@@ -1,7 +1,9 @@
-// The list window beside the main window: an overview of the collection, or the users of a panel or a sound, one
-// line each, and a field that narrows what is seen of it.
+// The list window beside the main window: an overview of the collection, the users of a panel or a sound, or the report
+// of a command for many packages, one line each, and a field that narrows what is seen of it. Packages that are
+// selected in it can be given commands.
 #pragma once
 
+#include "app/commands.h"
 #include "app/settings.h"
 #include "package/command_context.h"
 
@@ -36,6 +38,8 @@ class frmFileList : public QDialog {
   signals:
     // A click, or Enter, on a line; its position among all lines, those that the filter hides included.
     void LineChosen(int row);
+    // One of PackageCommands, for at least one package.
+    void CommandGiven(const PackageCommand& command, const std::vector<PackageRef>& packages);
 
   protected:
     void hideEvent(QHideEvent* event) override;
@@ -47,6 +51,11 @@ class frmFileList : public QDialog {
     int RowNow(int row, const ListLine& line) const;
     void ApplyFilter();
     bool IsSeen(int row) const;
+    static const PackageCommand* CommandOf(const QKeyEvent& pressed); // nullptr for other keys
+    void ShowMenu(const QPoint& at);
+    void Give(const PackageCommand& command);
+    // Those of the selected lines that are seen, in the order shown, each once.
+    std::vector<PackageRef> SelectedPackages() const;
 
     std::unique_ptr<Ui::frmFileList> ui;
     std::vector<ListLine> lines; // a row for each

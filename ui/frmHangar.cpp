@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QShortcut>
 #include <QTimer>
 
@@ -68,8 +69,8 @@ void SetText(QLineEdit* box, const QString& text) {
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
     : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
-      prbProgress(new QProgressBar), processZip(new QShortcut(this)), checkOpenings(new QTimer(this)),
-      readCollection(new QTimer(this)) {
+      prbProgress(new QProgressBar), cmdStop(new QPushButton("Stop")), processZip(new QShortcut(this)),
+      checkOpenings(new QTimer(this)), readCollection(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     KeepUndoKeysInFields(*this);
@@ -88,6 +89,16 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     prbProgress->setMaximumWidth(240);
     prbProgress->hide();
     ui->staBar->addPermanentWidget(prbProgress);
+    cmdStop->setObjectName("cmdStop");
+    cmdStop->setAccessibleName("Stop");
+    cmdStop->setToolTip("Stop after the package at hand (Esc)");
+    cmdStop->setFocusPolicy(Qt::NoFocus);
+    cmdStop->hide();
+    ui->staBar->addPermanentWidget(cmdStop);
+    connect(cmdStop, &QPushButton::clicked, this, [this] {
+        cmdStop->setEnabled(false);
+        Run([](Program& to) { to.StopAfterThis(); });
+    });
     lblCounts->setObjectName("lblCounts");
     lblCounts->setTextFormat(Qt::PlainText);
     lblCounts->setContentsMargins(6, 0, 6, 0);
@@ -178,6 +189,10 @@ void frmHangar::ConnectControls() {
     });
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseFileListLine(row); }); });
+    connect(fileList.get(), &frmFileList::CommandGiven, this,
+            [this](const PackageCommand& command, const std::vector<PackageRef>& packages) {
+                Jump([&](Program& to) { (to.*command.routine)(packages); });
+            });
     connect(photos.get(), &frmPhotos::PictureChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseGalleryPicture(row); }); });
 }
@@ -395,6 +410,12 @@ void frmHangar::SetProgress(int value) {
 
 void frmHangar::HideProgress() {
     prbProgress->hide();
+}
+
+void frmHangar::OfferStop(bool isOffered) {
+    cmdStop->setEnabled(isOffered);
+    cmdStop->setVisible(isOffered);
+    painting.SetStop(isOffered ? cmdStop : nullptr);
 }
 
 void frmHangar::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {

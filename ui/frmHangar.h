@@ -13,6 +13,7 @@
 
 class QLabel;
 class QProgressBar;
+class QPushButton;
 class QShortcut;
 class QTimer;
 
@@ -42,6 +43,7 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ShowProgress(int minimum, int maximum) override;
     void SetProgress(int value) override;
     void HideProgress() override;
+    void OfferStop(bool isOffered) override;
     void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override;
     bool IsFileListVisible() const override;
     void ShowGallery(const GalleryView& gallery) override;
@@ -96,6 +98,7 @@ class frmHangar : public QMainWindow, public MainWindow {
     QLabel* lblStatus;
     QLabel* lblCounts;
     QProgressBar* prbProgress;
+    QPushButton* cmdStop;
     QShortcut* processZip; // for the side whose menu has no such entry
     QTimer* checkOpenings;
     QTimer* readCollection;

@@ -7,10 +7,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace korvadex::test {
@@ -24,7 +27,9 @@ class RecordingWindow : public MainWindow {
     GalleryView gallery;
     bool isListVisible = false, isGalleryVisible = false;
     int ends = 0, listShows = 0, galleryShows = 0, comings = 0;
-    std::function<void()> onShow; // a window's events can arrive at any moment
+    bool isStopOffered = false;
+    std::map<std::string, std::function<void()>> onStatus; // by how the text begins; once
+    std::function<void()> onShow;                          // a window's events can arrive at any moment
 
     void ShowView(const MainView& shown, const LoadedPackage&) override {
         view = shown;
@@ -38,10 +43,19 @@ class RecordingWindow : public MainWindow {
             lines.push_back(LineText({PackageRefOf(package.name), package.isInstalled}));
         return lines;
     }
-    void ShowStatus(const std::string& text) override { status = text; }
+    void ShowStatus(const std::string& text) override {
+        status = text;
+        if (const auto found =
+                std::ranges::find_if(onStatus, [&](const auto& each) { return text.starts_with(each.first); });
+            found != onStatus.end()) {
+            const auto act = std::exchange(found->second, [] {});
+            act();
+        }
+    }
     void ShowProgress(int, int) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
+    void OfferStop(bool isOffered) override { isStopOffered = isOffered; }
     void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override {
         listCaption = caption;
         listLines.clear();

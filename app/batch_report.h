@@ -1,0 +1,23 @@
+// What came of a command for many packages, as the list window shows it: first those that were left, each with the
+// reason, then those that were done.
+#pragma once
+
+#include "app/batch_run.h"
+#include "app/overviews.h"
+
+#include <string>
+#include <vector>
+
+namespace korvadex {
+
+// "11 of 12 packages were installed."; done: "installed".
+std::string CountDone(const std::string& done, const std::vector<Turn>& turns);
+Overview BuildReport(const std::string& caption, const std::string& headline, const std::string& done,
+                     const std::vector<Turn>& turns, const FileSystem& files, const Locations& locations);
+// "Done." where nothing is to be said about any of them.
+void TellReport(UserDialogs& user, const std::string& done, const std::vector<Turn>& turns);
+
+// "1 package", "12 packages"
+std::string CountPackages(std::size_t count);
+
+} // namespace korvadex

@@ -1,0 +1,209 @@
+// The commands for many packages that were chosen in a list.
+#include "app/batch.h"
+#include "app/batch_report.h"
+#include "app/program.h"
+#include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "platform/windows_path.h"
+#include "sim/gauge_check.h"
+#include "sim/gauges.h"
+#include "sim/hangar_compression.h"
+#include "sim/hangar_package.h"
+#include "sim/install.h"
+
+#include <algorithm>
+#include <set>
+
+namespace korvadex {
+
+namespace {
+
+std::string ListPackages(const std::vector<PackageRef>& packages) {
+    std::vector<std::string> names;
+    std::ranges::transform(packages, std::back_inserter(names), &PackageRef::Text);
+    return ListNames(names);
+}
+
+} // namespace
+
+Program::Packages Program::Resolved(const Packages& packages) {
+    Packages resolved;
+    std::set<std::string> known;
+    for (PackageRef wanted : packages) {
+        for (const HangarCategory& category : selection.Hangar())
+            for (const HangarPackage& listed : category.packages)
+                if (wanted.category.empty() &&
+                    EqualNoCase(SpacesToUnderscores(listed.name), SpacesToUnderscores(wanted.name)))
+                    wanted = {category.name, listed.name};
+        if (!wanted.IsNone() && known.insert(FoldCase(wanted.Text())).second)
+            resolved.push_back(wanted);
+    }
+    return resolved;
+}
+
+bool Program::RunForOne(const Packages& packages, void (Program::*single)()) {
+    const Packages resolved = Resolved(packages);
+    if (resolved.size() > 1)
+        return false;
+    if (resolved.empty())
+        return true;
+    const PackageRef& wanted = resolved.front();
+    bool isShown = false;
+    Run([&] {
+        isShown = (view.HangarSideShown && package.ref == wanted) || SelectPackage(wanted);
+        if (!isShown)
+            user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
+    });
+    if (isShown && !isEnded)
+        (this->*single)();
+    return true;
+}
+
+void Program::RunEach(EachCommand command, Packages packages,
+                      const std::function<void(BatchRun&, const Packages&)>& work) {
+    packages = Resolved(packages);
+    command.title.subject = CountPackages(packages.size());
+    const std::string caption = command.title.Text();
+    if (command.onlyLooks)
+        command.title.name.clear();
+    Run(command.title, [&] {
+        EnsureHangarSide();
+        if (!command.question.empty() &&
+            !user.AskYesNo(command.question + "\r\n\r\n" + ListPackages(packages), MessageIcon::None, Answer::No))
+            return;
+        UnattendedUser nobody;
+        std::vector<Turn> turns;
+        {
+            BatchProgress progress(*this, window, packages.size(), [this] { return WantsToStop(); });
+            BatchRun batch(context, history, progress, nobody, command.places);
+            struct Unattended {
+                UnattendedUser*& user;
+                ~Unattended() { user = nullptr; }
+            } scope{unattended = &nobody};
+            work(batch, packages);
+            turns = std::move(batch.turns);
+        }
+        if (!EndJournal())
+            for (Turn& turn : turns)
+                if (turn.isDone)
+                    turn = {turn.package, false, {"It was taken back with all the others."}};
+        if (!command.onlyLooks) {
+            ForgetGoneLenders();
+            ShowChanges({.hangar = true, .simulator = true, .package = true});
+        }
+        ShowStatus(CountDone(command.done, turns));
+        fileList.Show(
+            BuildReport(caption, CountDone(command.done, turns), command.done, turns, files, settings.locations));
+        TellReport(user, command.done, turns);
+    });
+}
+
+void Program::InstallEach(const Packages& packages) {
+    if (RunForOne(packages, &Program::InstallPackage))
+        return;
+    RunEach({.title = {.name = "Install"}, .done = "installed", .places = {Place::Simulator, Place::Hangar}}, packages,
+            [&](BatchRun& batch, const Packages& chosen) {
+                batch.LoadEach(LendersFirst(batch.context, chosen),
+                               [](CommandContext& each, const LoadedPackage& loaded) {
+                                   return InstallIntoSim(each, loaded).simulator;
+                               });
+            });
+}
+
+void Program::RemoveEach(const Packages& packages) {
+    if (RunForOne(packages, &Program::RemovePackageFromSim))
+        return;
+    RunEach({.title = {.name = "Remove from MSFS"},
+             .done = "removed from MSFS",
+             .places = {Place::Simulator, Place::Hangar},
+             .question = "Are you sure you want to remove these packages from the Flight Simulator directory?"},
+            packages, [&](BatchRun& batch, const Packages& chosen) {
+                TakeStock();
+                SimUsage usage = UsageOf(batch.context, selection.Hangar());
+                batch.TakeEach(BorrowersFirst(batch.context, usage, chosen),
+                               [&](CommandContext& each, const PackageRef& ref) {
+                                   const BatchRemoval removal = RemoveInBatch(each, usage, ref);
+                                   if (removal.isNotInstalled)
+                                       each.user.Tell("This package is not currently installed in Flight Simulator.");
+                                   for (const std::string& reason : {removal.reason, removal.outcome.unseen})
+                                       if (!reason.empty())
+                                           each.user.Tell(reason);
+                                   TellRemainingGauges(each, removal.outcome.remainingGauges);
+                                   return removal.isRemoved;
+                               });
+            });
+}
+
+void Program::CheckGaugesOfEach(const Packages& packages) {
+    if (RunForOne(packages, &Program::CheckPackageGauges))
+        return;
+    RunEach({.title = {.name = "Check gauges of"},
+             .done = "checked",
+             .places = {Place::Simulator, Place::Hangar},
+             .onlyLooks = true},
+            packages, [&](BatchRun& batch, const Packages& chosen) {
+                batch.TakeEach(chosen, [](CommandContext& each, const PackageRef& ref) {
+                    return CheckInstalledGauges(each, ref);
+                });
+            });
+}
+
+void Program::CheckReferencesOfEach(const Packages& packages) {
+    if (RunForOne(packages, &Program::CheckPackageReferences))
+        return;
+    RunEach({.title = {.name = "Check aliases to"}, .done = "checked", .places = {Place::Hangar}, .onlyLooks = true},
+            packages, [&](BatchRun& batch, const Packages& chosen) {
+                batch.TakeEach(chosen, [](CommandContext& each, const PackageRef& ref) {
+                    return CheckReferences(each, ref, Unasked::Yes);
+                });
+            });
+}
+
+void Program::CompressPackagesOf(const Packages& packages, bool compress) {
+    RunEach({.title = {compress ? "Compress" : "Decompress", "", compress ? Repacking::Packs : Repacking::Unpacks},
+             .done = compress ? "compressed" : "decompressed",
+             .places = {Place::Hangar}},
+            packages, [&](BatchRun& batch, const Packages& chosen) {
+                batch.LoadEach(chosen, [&](CommandContext& each, const LoadedPackage& loaded) {
+                    const auto failures = CompressInHangar(each, loaded, compress);
+                    if (failures)
+                        TellCompressed(each, *failures);
+                    return !failures || failures->empty();
+                });
+            });
+}
+
+void Program::CompressEach(const Packages& packages) {
+    if (!RunForOne(packages, &Program::CompressShownPackage))
+        CompressPackagesOf(packages, true);
+}
+
+void Program::DecompressEach(const Packages& packages) {
+    if (!RunForOne(packages, &Program::DecompressShownPackage))
+        CompressPackagesOf(packages, false);
+}
+
+void Program::DeleteEach(const Packages& packages) {
+    if (RunForOne(packages, &Program::RemovePackageFromHangar))
+        return;
+    RunEach({.title = {.name = "Remove from Hangar"},
+             .done = "removed from the Hangar",
+             .places = {Place::Simulator, Place::Hangar},
+             .question = "Are you sure you want to remove these packages from the hangar?"},
+            packages, [&](BatchRun& batch, const Packages& chosen) {
+                Packages order = LendersFirst(batch.context, chosen);
+                std::ranges::reverse(order);
+                batch.LoadEach(order, [&](CommandContext& each, const LoadedPackage& loaded) {
+                    return RemoveFromHangar(each, loaded, {}, Unasked::Yes).renamed.has_value();
+                });
+            });
+}
+
+void Program::StopAfterThis() {
+    if (!isRunning || isStopWanted)
+        return;
+    isStopWanted = true;
+    ShowStatus(view.status + "  -  the last one, as you have stopped the command");
+}
+
+} // namespace korvadex
