@@ -1,6 +1,6 @@
 // Work on the whole simulator and the whole Hangar against what a person would otherwise do: the search for unused
 // gauges beside one plain read of the panels, packing beside `zip -9 -j` and unpacking beside `unzip` file by file,
-// removing 500 aircraft beside `rm -r`.
+// removing 500 aircraft beside `rm -r`, installing 120 in one go beside installing them one by one.
 //
 // Ours and each tool take turns on the same data in one run, each in a process of its own; all times include the
 // start of that process. The table at the end gives medians.
@@ -213,6 +213,55 @@ Work UninstallWork(const TemporaryDrive& drive) {
             [=] { return fs::is_empty(aircraft); }};
 }
 
+Work InstallEachWork(const TemporaryDrive& drive) {
+    static constexpr int Count = 120;
+    const fs::path simulator = drive.At("FS");
+    fs::remove_all(drive.At("Hangar/Bench"));
+    for (int number = 0; number < Count; ++number) {
+        const fs::path directory = drive.At("Hangar/Bench/Plane" + std::to_string(number));
+        Put(directory / "aircraft.cfg", "[fltsim.0]\r\ntitle=Plane\r\n");
+        Put(directory / "Panel/panel.cfg", PanelText(number));
+        Put(directory / "Model/plane.mdl", std::string(200'000, 'm'));
+        Put(directory / "Gauges" / (GaugeOf(number) + ".gau"), "MZ");
+        for (int texture = 0; texture < 20; ++texture)
+            Put(directory / "Texture" / (std::to_string(texture) + ".bmp"), std::string(66'000, 't'));
+    }
+    drive.PutSettings();
+    const auto install = [&drive](bool atOnce) {
+        return Ours([&drive, atOnce] {
+            const auto files = drive.Files();
+            NoLauncher launcher;
+            AgreeableUser user;
+            UnseenWindow form;
+            UnseenDialogs dialogs;
+            UnseenConverter converter;
+            Program program(*files, launcher, user, dialogs, converter, form, "C:\\App\\", "");
+            if (!program.Start())
+                return false;
+            std::vector<PackageRef> packages;
+            for (const HangarPackage& package : program.View().packages)
+                packages.push_back({"Bench", package.name});
+            if (atOnce)
+                program.InstallEach(packages);
+            for (int i = 0; i < std::ssize(packages) && !atOnce; ++i) {
+                program.ChoosePackage(i);
+                program.InstallPackage();
+            }
+            return packages.size() == Count && !user.isWarned;
+        });
+    };
+    return {"install 120",
+            [&drive, simulator] {
+                Command::ForgetJournal(drive);
+                for (const char* directory : {"aircraft", "gauges"}) {
+                    fs::remove_all(simulator / directory);
+                    fs::create_directories(simulator / directory);
+                }
+            },
+            {{"in one go", install(true)}, {"one by one", install(false), 1.2}},
+            [simulator] { return std::distance(fs::directory_iterator(simulator / "aircraft"), {}) == Count; }};
+}
+
 // ---- running them
 
 bool Run(const Work& work) {
@@ -244,7 +293,8 @@ bool RunAll(const std::string& only) {
     const std::vector<std::pair<std::string, Work (*)(const TemporaryDrive&)>> works = {{"gauges", UnusedGaugesWork},
                                                                                         {"compress", CompressWork},
                                                                                         {"decompress", DecompressWork},
-                                                                                        {"uninstall", UninstallWork}};
+                                                                                        {"uninstall", UninstallWork},
+                                                                                        {"install", InstallEachWork}};
     bool isGood = true;
     for (const auto& [name, make] : works)
         isGood = (only.empty() || only == name || (name == "compress" && only == "decompress"))
