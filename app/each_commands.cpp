@@ -5,6 +5,7 @@
 #include "package/file_primitives.h"
 #include "package/name_list.h"
 #include "platform/windows_path.h"
+#include "sim/categories.h"
 #include "sim/gauge_check.h"
 #include "sim/gauges.h"
 #include "sim/hangar_compression.h"
@@ -41,7 +42,7 @@ Program::Packages Program::Resolved(const Packages& packages) {
     return resolved;
 }
 
-bool Program::RunForOne(const Packages& packages, void (Program::*single)()) {
+bool Program::RunForOne(const Packages& packages, const std::function<void()>& single) {
     const Packages resolved = Resolved(packages);
     if (resolved.size() > 1)
         return false;
@@ -55,7 +56,7 @@ bool Program::RunForOne(const Packages& packages, void (Program::*single)()) {
             user.Tell("The package you've selected no longer seems to be in the Hangar.", MessageIcon::Exclamation);
     });
     if (isShown && !isEnded)
-        (this->*single)();
+        single();
     return true;
 }
 
@@ -87,6 +88,17 @@ void Program::RunEach(EachCommand command, Packages packages,
             for (Turn& turn : turns)
                 if (turn.isDone)
                     turn = {turn.package, false, {"It was taken back with all the others."}};
+        if (!command.category.empty()) {
+            PackageRef selected = selection.Package();
+            for (Turn& turn : turns)
+                if (turn.isDone) {
+                    const PackageRef moved{command.category, turn.package.name};
+                    FollowInHangar(turn.package.Text(), moved.Text());
+                    FollowName(selected, turn.package.Text(), moved.Text());
+                    turn.package = moved;
+                }
+            ReadCategories(selected);
+        }
         if (!command.onlyLooks) {
             ForgetGoneLenders();
             ShowChanges({.hangar = true, .simulator = true, .package = true});
@@ -99,7 +111,7 @@ void Program::RunEach(EachCommand command, Packages packages,
 }
 
 void Program::InstallEach(const Packages& packages) {
-    if (RunForOne(packages, &Program::InstallPackage))
+    if (RunForOne(packages, [this] { InstallPackage(); }))
         return;
     RunEach({.title = {.name = "Install"}, .done = "installed", .places = {Place::Simulator, Place::Hangar}}, packages,
             [&](BatchRun& batch, const Packages& chosen) {
@@ -111,7 +123,7 @@ void Program::InstallEach(const Packages& packages) {
 }
 
 void Program::RemoveEach(const Packages& packages) {
-    if (RunForOne(packages, &Program::RemovePackageFromSim))
+    if (RunForOne(packages, [this] { RemovePackageFromSim(); }))
         return;
     RunEach({.title = {.name = "Remove from MSFS"},
              .done = "removed from MSFS",
@@ -135,7 +147,7 @@ void Program::RemoveEach(const Packages& packages) {
 }
 
 void Program::CheckGaugesOfEach(const Packages& packages) {
-    if (RunForOne(packages, &Program::CheckPackageGauges))
+    if (RunForOne(packages, [this] { CheckPackageGauges(); }))
         return;
     RunEach({.title = {.name = "Check gauges of"},
              .done = "checked",
@@ -149,7 +161,7 @@ void Program::CheckGaugesOfEach(const Packages& packages) {
 }
 
 void Program::CheckReferencesOfEach(const Packages& packages) {
-    if (RunForOne(packages, &Program::CheckPackageReferences))
+    if (RunForOne(packages, [this] { CheckPackageReferences(); }))
         return;
     RunEach({.title = {.name = "Check aliases to"}, .done = "checked", .places = {Place::Hangar}, .onlyLooks = true},
             packages, [&](BatchRun& batch, const Packages& chosen) {
@@ -174,17 +186,31 @@ void Program::CompressPackagesOf(const Packages& packages, bool compress) {
 }
 
 void Program::CompressEach(const Packages& packages) {
-    if (!RunForOne(packages, &Program::CompressShownPackage))
+    if (!RunForOne(packages, [this] { CompressShownPackage(); }))
         CompressPackagesOf(packages, true);
 }
 
 void Program::DecompressEach(const Packages& packages) {
-    if (!RunForOne(packages, &Program::DecompressShownPackage))
+    if (!RunForOne(packages, [this] { DecompressShownPackage(); }))
         CompressPackagesOf(packages, false);
 }
 
+void Program::MoveEach(const Packages& packages, const std::string& category) {
+    if (RunForOne(packages, [&] { MoveToCategory(category); }))
+        return;
+    RunEach(
+        {.title = {.name = "Move"}, .done = "moved to " + category, .places = {Place::Hangar}, .category = category},
+        packages, [&](BatchRun& batch, const Packages& chosen) {
+            batch.TakeEach(chosen, [&](CommandContext& each, const PackageRef& ref) {
+                if (ref.category == category)
+                    each.user.Tell("It is in that category already.");
+                return korvadex::MoveToCategory(each, ref, category).renamed.has_value();
+            });
+        });
+}
+
 void Program::DeleteEach(const Packages& packages) {
-    if (RunForOne(packages, &Program::RemovePackageFromHangar))
+    if (RunForOne(packages, [this] { RemovePackageFromHangar(); }))
         return;
     RunEach({.title = {.name = "Remove from Hangar"},
              .done = "removed from the Hangar",

@@ -129,6 +129,7 @@ class Program : private CommandDisplay {
     void CheckReferencesOfEach(const Packages& packages);
     void CompressEach(const Packages& packages);
     void DecompressEach(const Packages& packages);
+    void MoveEach(const Packages& packages, const std::string& category);
     void DeleteEach(const Packages& packages);
     // The running command for many packages ends after the one at hand.
     void StopAfterThis();
@@ -328,11 +329,12 @@ class Program : private CommandDisplay {
         std::string done;          // "installed"
         std::vector<Place> places; // that it needs
         std::string question = {}; // once for all of them; "" for none
+        std::string category = {}; // in which they are then; "" where they stay
         bool onlyLooks = false;
     };
     void RunEach(EachCommand command, Packages packages, const std::function<void(BatchRun&, const Packages&)>& work);
     // True when it is one package only, for which this command was run then.
-    bool RunForOne(const Packages& packages, void (Program::*single)());
+    bool RunForOne(const Packages& packages, const std::function<void()>& single);
     // Each once, and those without a category as they stand in the Hangar.
     Packages Resolved(const Packages& packages);
     void CompressPackagesOf(const Packages& packages, bool compress);

@@ -111,6 +111,7 @@ const Command Commands[] = {
     {"remove each", InstallAll, "each remove"},
     {"delete each", "", "each delete"},
     {"compress each", "", "each compress"},
+    {"move each", InstallAll, "each move"},
     {"copy to Staging", Clear, Lear + "mnuCopyToStaging"},
     {"rename", "", Lear + "mnuRename"},
     {"paste panel alias", "", PastePanel},
@@ -227,8 +228,12 @@ class Run {
             {"remove", &Program::RemoveEach},
             {"delete", &Program::DeleteEach},
             {"compress", &Program::CompressEach}};
-        (program.*
-         routines.at(command))({{"Jets", "Alias Jet"}, {"Jets", "None"}, {"Jets", "Lear 45"}, {"Props", "Cub"}});
+        const std::vector<PackageRef> packages = {
+            {"Jets", "Alias Jet"}, {"Jets", "None"}, {"Jets", "Lear 45"}, {"Props", "Cub"}};
+        if (command == "move")
+            program.MoveEach(packages, "Props");
+        else
+            (program.*routines.at(command))(packages);
     }
     void Select(const std::string& category, const std::string& package) {
         const auto& categories = program.View().categories;

@@ -27,6 +27,7 @@
 //   line ROW, close (the list window) photo ROW (of the gallery)
 //   show CATEGORY\PACKAGE, new (category), recategory CATEGORY (its name), moveto CATEGORY
 //   each COMMAND CATEGORY\PACKAGE, ... (install, remove, gauges, refs, compress, decompress, delete)
+//   moveeach CATEGORY\PACKAGE, ... -> CATEGORY
 // What follows such a line is shown by it, in this order; nothing else is. "..." is whatever comes there:
 //   say TEXT -> ANSWER              warn, inform, alarm: with an icon; without an answer it is OK
 //                                   ("No to all": with the check box)
@@ -176,6 +177,12 @@ class CaseTest : public ProgramTest {
         for (auto& path : paths)
             path = drive.At(path);
         return paths;
+    }
+    static std::vector<PackageRef> Packages(const std::string& list) {
+        std::vector<PackageRef> packages;
+        for (const auto& package : Split(list, ", "))
+            packages.push_back(PackageRefOf(package));
+        return packages;
     }
     static std::optional<int> Row(const std::string& number) {
         return number.empty() ? std::nullopt : std::optional(std::stoi(number));
@@ -408,6 +415,7 @@ class CaseTest : public ProgramTest {
         {"recategory", {[this](auto& category) { program->RenameCategory(category); }}},
         {"moveto", {[this](auto& category) { program->MoveToCategory(category); }}},
         {"photo", {[this](auto& row) { program->ChooseGalleryPicture(std::stoi(row)); }}},
+        {"moveeach", {" -> ", [this](auto& list, auto& category) { program->MoveEach(Packages(list), category); }}},
         {"each",
          {" ",
           [this](auto& command, auto& list) {
@@ -416,10 +424,7 @@ class CaseTest : public ProgramTest {
                   {"gauges", &Program::CheckGaugesOfEach}, {"refs", &Program::CheckReferencesOfEach},
                   {"compress", &Program::CompressEach},    {"decompress", &Program::DecompressEach},
                   {"delete", &Program::DeleteEach}};
-              std::vector<PackageRef> packages;
-              for (const auto& package : Split(list, ", "))
-                  packages.push_back(PackageRefOf(package));
-              (*program.*routines.at(command))(packages);
+              (*program.*routines.at(command))(Packages(list));
               form.onStatus.clear();
           }}},
     };
