@@ -197,7 +197,7 @@ void frmFileList::hideEvent(QHideEvent* event) {
 }
 
 const PackageCommand* frmFileList::CommandOf(const QKeyEvent& pressed) {
-    const QKeySequence keys(pressed.key() | (pressed.modifiers() & ~Qt::KeypadModifier));
+    const QKeySequence keys(QKeyCombination(pressed.modifiers() & ~Qt::KeypadModifier, Qt::Key(pressed.key())));
     const auto commands = PackageCommands();
     const auto found = std::ranges::find_if(commands, [&](const PackageCommand& command) {
         return *command.shortcut && keys == QKeySequence(command.shortcut);
