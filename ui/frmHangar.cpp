@@ -17,9 +17,7 @@
 #include "ui_frmHangar.h"
 
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTimer>
@@ -68,8 +66,7 @@ void SetText(QLineEdit* box, const QString& text) {
 } // namespace
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
-    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), lblStatus(new QLabel), lblCounts(new QLabel),
-      prbProgress(new QProgressBar), cmdStop(new QPushButton("Stop")), processZip(new QShortcut(this)),
+    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), processZip(new QShortcut(this)),
       checkOpenings(new QTimer(this)), readCollection(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
@@ -77,32 +74,6 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
     photos = std::make_unique<frmPhotos>(files);
-
-    lblStatus->setObjectName("lblStatus");
-    lblStatus->setTextFormat(Qt::PlainText);
-    lblStatus->setSizePolicy(QSizePolicy::Ignored,
-                             QSizePolicy::Preferred); // a long text never widens the window
-    lblStatus->setContentsMargins(6, 0, 6, 0);
-    ui->staBar->addWidget(lblStatus, 1);
-    prbProgress->setObjectName("prbProgress");
-    prbProgress->setAccessibleName("Progress");
-    prbProgress->setMaximumWidth(240);
-    prbProgress->hide();
-    ui->staBar->addPermanentWidget(prbProgress);
-    cmdStop->setObjectName("cmdStop");
-    cmdStop->setAccessibleName("Stop");
-    cmdStop->setToolTip("Stop after the package at hand (Esc)");
-    cmdStop->setFocusPolicy(Qt::NoFocus);
-    cmdStop->hide();
-    ui->staBar->addPermanentWidget(cmdStop);
-    connect(cmdStop, &QPushButton::clicked, this, [this] {
-        cmdStop->setEnabled(false);
-        Run([](Program& to) { to.StopAfterThis(); });
-    });
-    lblCounts->setObjectName("lblCounts");
-    lblCounts->setTextFormat(Qt::PlainText);
-    lblCounts->setContentsMargins(6, 0, 6, 0);
-    ui->staBar->addPermanentWidget(lblCounts);
 
     // The two take each other's place.
     ui->txtPackageName->setMinimumHeight(ui->cboPackageName->sizeHint().height());
@@ -167,6 +138,7 @@ void frmHangar::ConnectControls() {
     press(ui->cmdPackageNames, &Program::ListPackagesInCategory);
     press(ui->cmdPackageCategories, &Program::ListCategories);
     connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, ui->cmdRefresh, &QPushButton::click);
+    connect(ui->staBar, &StatusBar::StopRequested, this, [this] { Run([](Program& to) { to.StopAfterThis(); }); });
 
     connect(ui->tabComponents, &ComponentLists::OpenRequested, this,
             [this](int group, int position) { Run([=](Program& to) { to.OpenComponent(group, position); }); });
@@ -307,8 +279,8 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ui->lblPackageSize->setText(ToQt(view.sizeText));
     const bool isNothingThere = view.HangarSideShown ? view.isHangarEmpty : view.isStagingEmpty;
     ui->stkComponents->setCurrentWidget(isNothingThere ? ui->wgtInvitation : ui->tabComponents);
-    lblStatus->setText(ToQt(view.status));
-    lblCounts->setText(ToQt(view.statusCounts));
+    ui->staBar->ShowText(ToQt(view.status));
+    ui->staBar->ShowCounts(ToQt(view.statusCounts));
     if (view.listRevision != shownRevision)
         ShowPackage(package);
     if (view.listRevision != shownRevision || view.imageIndex != shownImage)
@@ -392,30 +364,23 @@ void frmHangar::ShowSide(bool isHangarSide) {
 }
 
 void frmHangar::ShowStatus(const std::string& text) {
-    lblStatus->setText(ToQt(text));
+    ui->staBar->ShowText(ToQt(text));
 }
 
 void frmHangar::ShowProgress(int minimum, int maximum) {
-    prbProgress->setRange(minimum, maximum);
-    prbProgress->setValue(minimum);
-    prbProgress->show();
-    painting.Start();
-    SetProgress(minimum);
+    ui->staBar->ShowProgress(minimum, maximum);
 }
 
 void frmHangar::SetProgress(int value) {
-    prbProgress->setValue(value);
-    painting.Step();
+    ui->staBar->SetProgress(value);
 }
 
 void frmHangar::HideProgress() {
-    prbProgress->hide();
+    ui->staBar->HideProgress();
 }
 
 void frmHangar::OfferStop(bool isOffered) {
-    cmdStop->setEnabled(isOffered);
-    cmdStop->setVisible(isOffered);
-    painting.SetStop(isOffered ? cmdStop : nullptr);
+    ui->staBar->OfferStop(isOffered);
 }
 
 void frmHangar::ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) {

@@ -4,16 +4,12 @@
 #include "app/main_window.h"
 #include "app/program.h"
 #include "platform/file_system.h"
-#include "ui/painting.h"
 
 #include <QMainWindow>
 
 #include <functional>
 #include <memory>
 
-class QLabel;
-class QProgressBar;
-class QPushButton;
 class QShortcut;
 class QTimer;
 
@@ -95,16 +91,11 @@ class frmHangar : public QMainWindow, public MainWindow {
     Program* program = nullptr;
     std::unique_ptr<Ui::frmHangar> ui;
     Menus* menus;
-    QLabel* lblStatus;
-    QLabel* lblCounts;
-    QProgressBar* prbProgress;
-    QPushButton* cmdStop;
     QShortcut* processZip; // for the side whose menu has no such entry
     QTimer* checkOpenings;
     QTimer* readCollection;
     std::unique_ptr<frmFileList> fileList;
     std::unique_ptr<frmPhotos> photos;
-    Painting painting;
     int shownRevision = -1;
     int shownImage = 0;
     int collectionReads = 0;
