@@ -87,8 +87,6 @@ TEST_F(CollectionWindow, FollowsTheFormAndTheFormFollowsIt) {
     ClickOn("Lear", Qt::ControlModifier);
     EXPECT_EQ(Shown(), "Props\\Dakota");
     EXPECT_EQ(Selected().size(), 2);
-    EXPECT_EQ(OpenMenu(), std::vector<std::string>{"mnuNewCategory"});
-    Menu().close();
 
     program.GoToStaging();
     ClickOn("Beech", Qt::ControlModifier);
@@ -173,6 +171,42 @@ TEST_F(CollectionWindow, OffersWhatCanBeDone) {
     PressInTree(Qt::Key_Delete);
     EXPECT_EQ(Shown(), "Props\\Cub");
     EXPECT_EQ(Selected(), QModelIndexList{Row("Cub")});
+}
+
+TEST_F(CollectionWindow, GivesCommandsToAllThatAreSelected) {
+    ClickOn("Props");
+    EXPECT_EQ(OpenMenu(), (std::vector<std::string>{"mnuSelectPackages", "mnuRenameCategory", "mnuNewCategory"}));
+    Choose(Control<QAction>(Menu(), "mnuSelectPackages"));
+    EXPECT_EQ(Selected(), (QModelIndexList{Row("Cub"), Row("Dakota")}));
+    ClickOn("Cub", Qt::ControlModifier);
+    ClickOn("Lear", Qt::ControlModifier);
+    EXPECT_EQ(OpenMenu(), (std::vector<std::string>{"mnuInstallEach", "mnuRemoveEach", "mnuCheckGaugesOfEach",
+                                                    "mnuCheckRefsOfEach", "mnuCompressEach", "mnuDecompressEach",
+                                                    "mnuDeleteEach", "mnuMoveToCategory", "mnuNewCategory"}));
+    user.ExpectMessage("Done.", "OK");
+    Choose(Control<QAction>(Menu(), "mnuInstallEach"));
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\Lear") && drive.Has("FS\\aircraft\\Dakota"));
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        Activate();
+        Tree().setFocus();
+        Press(key, modifiers);
+    };
+    // In the order shown, whichever was selected first.
+    user.ExpectMessage("Are you sure you want to remove these packages from the Flight Simulator directory?\n\n"
+                       "Jets\\Lear\nProps\\Dakota*",
+                       "Yes");
+    user.ExpectMessage("Done.", "OK");
+    press(Qt::Key_U, Qt::ControlModifier);
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\Lear") || drive.Has("FS\\aircraft\\Dakota"));
+    Tree().collapse(Row("Props")); // what is not seen is not meant
+    user.ExpectMessage("Done.", "OK");
+    press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\Lear") && !drive.Has("FS\\aircraft\\Dakota"));
+    Tree().expand(Row("Props"));
+    OpenMenu();
+    user.ExpectMessage("1 of 2*", "OK");
+    Choose(*Control<QMenu>(Menu(), "mnuMoveToCategory").actions()[1]);
+    EXPECT_EQ(Rows(), "Jets  (1)|Beech|Props  (3)|Cub|Dakota|Lear|");
 }
 
 TEST_F(CollectionWindow, RemembersWhetherItIsShownAndHowWide) {

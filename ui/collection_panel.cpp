@@ -1,7 +1,7 @@
 #include "ui/collection_panel.h"
 
-#include "app/commands.h"
 #include "ui/collection_model.h"
+#include "ui/package_menu.h"
 #include "ui/qt_text.h"
 
 #include <QComboBox>
@@ -42,17 +42,6 @@ class MarkPainter : public QStyledItemDelegate {
         QStyledItemDelegate::paint(painter, named, index);
     }
 };
-
-QAction* AddEntry(QMenu& menu, const char* name, const QString& caption, const QKeySequence& key = {}) {
-    QAction* entry = menu.addAction(caption);
-    entry->setObjectName(name);
-    if (!key.isEmpty()) { // to be seen only: the tree handles its keys itself
-        entry->setShortcut(key);
-        entry->setShortcutContext(Qt::WidgetShortcut);
-        entry->setShortcutVisibleInContextMenu(true);
-    }
-    return entry;
-}
 
 } // namespace
 
@@ -132,7 +121,10 @@ void CollectionPanel::Arrange() {
     if (!collection)
         return;
     shownRevision = collection->Revision();
-    const std::vector<PackageRef> selected = Selected();
+    std::vector<PackageRef> selected;
+    for (const QModelIndex& index : tree->selectionModel()->selectedIndexes())
+        if (const auto* each = model->PackageAt(index))
+            selected.push_back(each->ref);
     const auto* package = model->PackageAt(tree->currentIndex());
     const PackageRef current = package ? package->ref : PackageRef{model->CategoryAt(tree->currentIndex()), ""};
     const int scrolled = tree->verticalScrollBar()->value();
@@ -215,10 +207,14 @@ void CollectionPanel::Settle() {
 }
 
 std::vector<PackageRef> CollectionPanel::Selected() const {
-    std::vector<PackageRef> packages;
+    std::vector<std::pair<int, int>> rows;
     for (const QModelIndex& index : tree->selectionModel()->selectedIndexes())
-        if (const auto* package = model->PackageAt(index))
-            packages.push_back(package->ref);
+        if (index.parent().isValid() && tree->isExpanded(index.parent()))
+            rows.emplace_back(index.parent().row(), index.row());
+    std::ranges::sort(rows);
+    std::vector<PackageRef> packages;
+    for (const auto& [category, row] : rows)
+        packages.push_back(model->Shown()[std::size_t(category)].packages[std::size_t(row)].ref);
     return packages;
 }
 
@@ -229,6 +225,13 @@ PackageRef CollectionPanel::SelectedAlone() const {
 }
 
 bool CollectionPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == tree && (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress)) {
+        const bool isOnlyAsked = event->type() == QEvent::ShortcutOverride; // the window has some of the keys, too
+        if (GiveByKey(*static_cast<QKeyEvent*>(event), isOnlyAsked)) {
+            event->accept();
+            return true;
+        }
+    }
     if (event->type() == QEvent::KeyPress) {
         const auto* pressed = static_cast<QKeyEvent*>(event);
         if ((pressed->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier &&
@@ -236,6 +239,16 @@ bool CollectionPanel::eventFilter(QObject* watched, QEvent* event) {
             return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+bool CollectionPanel::GiveByKey(const QKeyEvent& pressed, bool isOnlyAsked) {
+    const PackageCommand* command = PackageCommandOf(pressed);
+    const auto packages = command ? Selected() : std::vector<PackageRef>();
+    if (packages.empty())
+        return false;
+    if (!isOnlyAsked)
+        emit CommandGiven(*command, packages);
+    return true;
 }
 
 bool CollectionPanel::PressTreeKey(int key) {
@@ -247,10 +260,6 @@ bool CollectionPanel::PressTreeKey(int key) {
             emit PackageChosen(package);
         else if (const QModelIndex index = tree->currentIndex(); index.isValid() && !model->PackageAt(index))
             tree->setExpanded(index, !tree->isExpanded(index));
-        return true;
-    case Qt::Key_Delete:
-        if (!package.IsNone())
-            emit CommandChosen(package, "mnuRemoveFromHangar");
         return true;
     case Qt::Key_F2:
         Rename();
@@ -289,6 +298,17 @@ void CollectionPanel::Rename() {
         emit RenameChosen(model->CategoryAt(index));
 }
 
+void CollectionPanel::SelectPackagesOf(const std::string& category) {
+    const QModelIndex parent = model->IndexOf({category, ""});
+    if (!model->hasChildren(parent))
+        return;
+    tree->expand(parent);
+    const QModelIndex first = model->index(0, 0, parent);
+    const QItemSelection all(first, model->index(model->rowCount(parent) - 1, 0, parent));
+    tree->selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    tree->selectionModel()->select(all, QItemSelectionModel::ClearAndSelect);
+}
+
 // --- the menu
 
 void CollectionPanel::ShowMenu(const QPoint& at) {
@@ -297,58 +317,71 @@ void CollectionPanel::ShowMenu(const QPoint& at) {
     auto* menu = new QMenu(this);
     menu->setObjectName("mnuOfCollection");
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const PackageRef package = SelectedAlone();
-    const QModelIndex place = model->IndexOf(package);
-    if (!package.IsNone() && place.isValid())
-        AddPackageEntries(*menu, *model->PackageAt(place));
-    else if (index.isValid() && !model->PackageAt(index) && Selected().empty())
-        connect(AddEntry(*menu, "mnuRenameCategory", "Re&name category", Qt::Key_F2), &QAction::triggered, this,
-                [this, category = model->CategoryAt(index)] { emit RenameChosen(category); });
-    connect(AddEntry(*menu, "mnuNewCategory", "Ne&w category..."), &QAction::triggered, this,
+    const auto packages = Selected();
+    if (packages.size() > 1)
+        AddEntriesOfMany(*menu, packages);
+    else if (packages.size() == 1)
+        AddEntriesOfOne(*menu, *model->PackageAt(model->IndexOf(packages.front())));
+    else if (index.isValid() && !model->PackageAt(index))
+        AddEntriesOfCategory(*menu, model->CategoryAt(index));
+    connect(AddEntry(*menu, "mnuNewCategory", "Ne&w category...", {}), &QAction::triggered, this,
             &CollectionPanel::NewCategoryChosen);
     const QRect row = tree->visualRect(index);
-    const QPoint point = isByKey && row.isValid() ? row.center() : at;
-    const QRect inside = tree->viewport()->rect();
-    menu->popup(tree->viewport()->mapToGlobal(QPoint(std::clamp(point.x(), inside.left(), inside.right()),
-                                                     std::clamp(point.y(), inside.top(), inside.bottom()))));
+    OpenMenu(*menu, *tree, isByKey && row.isValid() ? row.center() : at);
 }
 
-void CollectionPanel::AddPackageEntries(QMenu& menu, const CollectionPackage& package) {
+void CollectionPanel::AddEntriesOfOne(QMenu& menu, const CollectionPackage& package) {
     const PackageRef ref = package.ref;
     connect(AddEntry(menu, "mnuShowPackage", "&Show", Qt::Key_Return), &QAction::triggered, this,
             [this, ref] { emit PackageChosen(ref); });
-    const auto add = [&](const char* entry, bool isPossible = true, const QKeySequence& key = {}) {
+    const auto add = [&](const char* entry, const QKeySequence& key = {}, bool isPossible = true) {
         QAction* action = AddEntry(menu, entry, CommandOfEntry(entry).caption, key);
         action->setEnabled(isPossible);
         connect(action, &QAction::triggered, this, [this, ref, entry] { emit CommandChosen(ref, entry); });
     };
+    const auto keyOf = [](const char* entry) { return QKeySequence(CommandOfEntry(entry).extras.shortcut); };
     menu.addSeparator();
-    add("mnuHangarToMsfs", !package.isInstalled);
-    add("mnuRemoveFromMsfs", package.isInstalled);
+    add("mnuHangarToMsfs", keyOf("mnuHangarToMsfs"), !package.isInstalled);
+    add("mnuRemoveFromMsfs", keyOf("mnuRemoveFromMsfs"), package.isInstalled);
     menu.addSeparator();
-    add("mnuGaugeCrosscheck", package.isInstalled);
+    add("mnuGaugeCrosscheck", {}, package.isInstalled);
     add("mnuCheckRefs");
     menu.addSeparator();
     add("mnuCompress");
     add("mnuDecompress");
     add("mnuCopyToStaging");
     menu.addSeparator();
-    AddTargets(menu, ref);
-    add("mnuRename", true, Qt::Key_F2);
-    add("mnuRemoveFromHangar", true, Qt::Key_Delete);
-    connect(AddEntry(menu, "cmdExplore", "&Explore"), &QAction::triggered, this,
+    AddTargets(menu, {ref});
+    add("mnuRename", Qt::Key_F2);
+    add("mnuRemoveFromHangar", Qt::Key_Delete);
+    connect(AddEntry(menu, "cmdExplore", "&Explore", {}), &QAction::triggered, this,
             [this, ref] { emit CommandChosen(ref, "cmdExplore"); });
     menu.addSeparator();
 }
 
-void CollectionPanel::AddTargets(QMenu& menu, const PackageRef& package) {
+void CollectionPanel::AddEntriesOfMany(QMenu& menu, const std::vector<PackageRef>& packages) {
+    menu.addSection(QString("%1 packages").arg(packages.size()));
+    AddPackageCommands(menu, [this, packages](const PackageCommand& command) { emit CommandGiven(command, packages); });
+    menu.addSeparator();
+    AddTargets(menu, packages);
+}
+
+void CollectionPanel::AddEntriesOfCategory(QMenu& menu, const std::string& category) {
+    connect(AddEntry(menu, "mnuSelectPackages", "&Select its packages", {}), &QAction::triggered, this,
+            [this, category] { SelectPackagesOf(category); });
+    connect(AddEntry(menu, "mnuRenameCategory", "Re&name category", Qt::Key_F2), &QAction::triggered, this,
+            [this, category] { emit RenameChosen(category); });
+}
+
+void CollectionPanel::AddTargets(QMenu& menu, const std::vector<PackageRef>& packages) {
     QMenu* targets = menu.addMenu("Mo&ve to category");
     targets->setObjectName("mnuMoveToCategory");
     for (const HangarCategory& category : collection->Listing()) {
         QAction* target = targets->addAction(ToQt(category.name).replace('&', "&&"));
-        target->setEnabled(category.name != package.category);
+        target->setEnabled(
+            !std::ranges::all_of(packages, [&](const PackageRef& each) { return each.category == category.name; }));
         connect(target, &QAction::triggered, this,
-                [this, package, name = category.name] { emit MoveChosen(package, name); });
+                [this, packages, name = category.name] { emit MoveChosen(packages, name); });
     }
 }
 

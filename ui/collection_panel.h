@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/collection.h"
+#include "app/commands.h"
 
 #include <QPersistentModelIndex>
 #include <QWidget>
@@ -11,6 +12,7 @@
 #include <vector>
 
 class QComboBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -39,7 +41,9 @@ class CollectionPanel : public QWidget {
     void PackageChosen(const PackageRef& package);
     // An entry of the menus, or "cmdExplore", for the package.
     void CommandChosen(const PackageRef& package, const char* entry);
-    void MoveChosen(const PackageRef& package, const std::string& category);
+    // One of PackageCommands, for at least one package, in the order shown.
+    void CommandGiven(const PackageCommand& command, const std::vector<PackageRef>& packages);
+    void MoveChosen(const std::vector<PackageRef>& packages, const std::string& category);
     void RenameChosen(const std::string& category);
     void NewCategoryChosen();
 
@@ -47,6 +51,8 @@ class CollectionPanel : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // False when the key is none of PackageCommands, or nothing is selected.
+    bool GiveByKey(const QKeyEvent& pressed, bool isOnlyAsked);
     bool PressTreeKey(int key);
     bool PressFilterKey(int key);
     void Arrange();
@@ -54,14 +60,17 @@ class CollectionPanel : public QWidget {
     void Expand();
     void Follow();
     void TakeSelection();
-    // Of those that are selected; categories are not among them.
+    // The packages that are selected, in the order shown; those in a category that is folded up are not among them.
     std::vector<PackageRef> Selected() const;
     // The package that is selected alone; none when there are several, or a category.
     PackageRef SelectedAlone() const;
     void Rename();
+    void SelectPackagesOf(const std::string& category);
     void ShowMenu(const QPoint& at);
-    void AddPackageEntries(QMenu& menu, const CollectionPackage& package);
-    void AddTargets(QMenu& menu, const PackageRef& package);
+    void AddEntriesOfOne(QMenu& menu, const CollectionPackage& package);
+    void AddEntriesOfMany(QMenu& menu, const std::vector<PackageRef>& packages);
+    void AddEntriesOfCategory(QMenu& menu, const std::string& category);
+    void AddTargets(QMenu& menu, const std::vector<PackageRef>& packages);
 
     QLineEdit* txtFilter;
     QComboBox* cboOrder;

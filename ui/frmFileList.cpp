@@ -1,6 +1,7 @@
 #include "ui/frmFileList.h"
 
 #include "app/overviews.h"
+#include "ui/package_menu.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmFileList.h"
@@ -158,21 +159,8 @@ void frmFileList::ShowMenu(const QPoint& at) {
     } else {
         menu->addSection(QString("%1 packages").arg(count));
     }
-    for (const PackageCommand& command : PackageCommands()) {
-        if (command.separator)
-            menu->addSeparator()->setObjectName(command.separator);
-        QAction* entry = menu->addAction(command.caption);
-        // When the menu has gone: the command may show windows of its own.
-        connect(
-            entry, &QAction::triggered, this, [this, &command] { Give(command); }, Qt::QueuedConnection);
-        entry->setObjectName(command.entry);
-        entry->setShortcut(QKeySequence(command.shortcut)); // to be seen only: the list handles its keys itself
-        entry->setShortcutContext(Qt::WidgetShortcut);
-        entry->setShortcutVisibleInContextMenu(true);
-    }
-    const QRect inside = ui->lstFileList->viewport()->rect();
-    menu->popup(ui->lstFileList->viewport()->mapToGlobal(
-        QPoint(std::clamp(at.x(), inside.left(), inside.right()), std::clamp(at.y(), inside.top(), inside.bottom()))));
+    AddPackageCommands(*menu, [this](const PackageCommand& command) { Give(command); });
+    OpenMenu(*menu, *ui->lstFileList, at);
 }
 
 void frmFileList::ApplyGeometry(const WindowGeometry& geometry) {
@@ -196,21 +184,12 @@ void frmFileList::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
 }
 
-const PackageCommand* frmFileList::CommandOf(const QKeyEvent& pressed) {
-    const QKeySequence keys(QKeyCombination(pressed.modifiers() & ~Qt::KeypadModifier, Qt::Key(pressed.key())));
-    const auto commands = PackageCommands();
-    const auto found = std::ranges::find_if(commands, [&](const PackageCommand& command) {
-        return *command.shortcut && keys == QKeySequence(command.shortcut);
-    });
-    return found == commands.end() ? nullptr : &*found;
-}
-
 bool frmFileList::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
         return QDialog::eventFilter(watched, event);
     const bool isInFilter = watched == ui->txtFilter;
     const auto* pressed = static_cast<QKeyEvent*>(event);
-    const PackageCommand* command = isInFilter ? nullptr : CommandOf(*pressed);
+    const PackageCommand* command = isInFilter ? nullptr : PackageCommandOf(*pressed);
     if (event->type() == QEvent::ShortcutOverride) {
         event->setAccepted(command); // the main window has some of the keys, too
         return command;

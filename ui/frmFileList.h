@@ -51,7 +51,6 @@ class frmFileList : public QDialog {
     int RowNow(int row, const ListLine& line) const;
     void ApplyFilter();
     bool IsSeen(int row) const;
-    static const PackageCommand* CommandOf(const QKeyEvent& pressed); // nullptr for other keys
     void ShowMenu(const QPoint& at);
     void Give(const PackageCommand& command);
     // Those of the selected lines that are seen, in the order shown, each once.

@@ -120,6 +120,10 @@ void frmHangar::Jump(const std::function<void(Program&)>& command) {
         ui->txtPackageFilter->clear();
 }
 
+void frmHangar::Give(const PackageCommand& command, const std::vector<PackageRef>& packages) {
+    Jump([&](Program& to) { (to.*command.routine)(packages); });
+}
+
 void frmHangar::ConnectControls() {
     connect(ui->cboPackageCategory, &QComboBox::activated, this,
             [this](int index) { Run([=](Program& to) { to.ChooseCategory(index); }); });
@@ -161,10 +165,7 @@ void frmHangar::ConnectControls() {
     });
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseFileListLine(row); }); });
-    connect(fileList.get(), &frmFileList::CommandGiven, this,
-            [this](const PackageCommand& command, const std::vector<PackageRef>& packages) {
-                Jump([&](Program& to) { (to.*command.routine)(packages); });
-            });
+    connect(fileList.get(), &frmFileList::CommandGiven, this, &frmHangar::Give);
     connect(photos.get(), &frmPhotos::PictureChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseGalleryPicture(row); }); });
 }
@@ -224,9 +225,11 @@ void frmHangar::ConnectCollection() {
         RunOn(package,
               [=](Program& to) { std::string_view(entry) == "cmdExplore" ? to.Explore() : to.RunCommand(entry); });
     });
-    connect(panel, &CollectionPanel::MoveChosen, this, [this](const PackageRef& package, const std::string& category) {
-        RunOn(package, [&](Program& to) { to.MoveToCategory(category); });
-    });
+    connect(panel, &CollectionPanel::CommandGiven, this, &frmHangar::Give);
+    connect(panel, &CollectionPanel::MoveChosen, this,
+            [this](const std::vector<PackageRef>& packages, const std::string& category) {
+                Jump([&](Program& to) { to.MoveEach(packages, category); });
+            });
     connect(panel, &CollectionPanel::RenameChosen, this,
             [this](const std::string& category) { Run([&](Program& to) { to.RenameCategory(category); }); });
     connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });

@@ -1,6 +1,7 @@
 // The main window: shows what the program tells it and hands on what the user does.
 #pragma once
 
+#include "app/commands.h"
 #include "app/main_window.h"
 #include "app/program.h"
 #include "platform/file_system.h"
@@ -72,6 +73,7 @@ class frmHangar : public QMainWindow, public MainWindow {
     void Run(const std::function<void(Program&)>& command);
     // The same for one that leads to a package, which the filter is not to hide.
     void Jump(const std::function<void(Program&)>& command);
+    void Give(const PackageCommand& command, const std::vector<PackageRef>& packages);
     void ConnectControls();
     void ConnectFilter();
     void ConnectMenus();
