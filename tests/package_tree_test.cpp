@@ -1,4 +1,5 @@
 // Walks, classification by name, and the deletions that everything relies on.
+#include "package/aircraft_parts.h"
 #include "package/classification.h"
 #include "package/component_files.h"
 #include "package/file_primitives.h"
@@ -7,6 +8,7 @@
 #include "package/pictures.h"
 #include "package/scratch.h"
 #include "platform/text_file.h"
+#include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
 
@@ -204,6 +206,97 @@ TEST_F(TreeTest, ComponentFilesOpenAndDelete) {
                 MessageIcon::Exclamation);
     EXPECT_TRUE(DeleteComponentFiles(context, package, Documentation, {0}).package);
     EXPECT_EQ(drive.Outline(directory), "a.txt=written meanwhile");
+}
+
+TEST_F(TreeTest, TheFilesOfSeveralAircraftAreToldApart) {
+    std::string many, manyOfA;
+    for (const char* file : {"a\\1", "a\\2", "b\\1"})
+        for (int i = 0; i < 200; ++i) {
+            const std::string name = std::string(file) + std::to_string(i) + ".bmp=x, ";
+            many += name;
+            manyOfA += name.starts_with("a") ? name : "";
+        }
+    const struct {
+        std::string tree;
+        std::map<std::string, std::string> nested; // in lower case
+        std::vector<std::string> parts;            // name: caption, its configurations, its files
+        std::size_t kept;
+        std::string left;
+    } rows[] = {
+        {"Plane\\readme.txt=x", {}, {}, 0, "Plane\\readme.txt=x"},
+        {"Jets\\A\\aircraft.cfg=[fltsim.0]\ntitle=Lear, Jets\\A\\empty\\, Jets\\A\\panel\\p.bmp=x, "
+         "Jets\\B\\AirCraft.CFG=title=, Jets\\B\\empty\\, Jets\\B\\texture\\t.bmp=x, Jets\\readme.txt=x, "
+         "Props\\Caf\xc3\xa9.1\\aircraft.cfg=[fltsim.0]\ntitle=Red\n[fltsim.1]\ntitle=Blue, gauges\\g.gau=x",
+         {},
+         {"Jets\\A: Lear, 1, 2", "Jets\\B: B, 0, 2", "Props\\Caf\xc3\xa9.1: Red, 2, 1"},
+         0,
+         "Jets\\A\\aircraft.cfg=[fltsim.0]\ntitle=Lear, Jets\\A\\empty\\, Jets\\A\\panel\\p.bmp=x, "
+         "Jets\\readme.txt=x, gauges\\g.gau=x"},
+        {"aircraft.cfg=, panel\\panel.cfg=x, Red\\aircraft.cfg=title=Red, Red\\texture\\t.bmp=x",
+         {},
+         {".: My planes, 0, 2", "Red: Red, 0, 2"},
+         1,
+         "Red\\aircraft.cfg=title=Red, Red\\texture\\t.bmp=x"},
+        {"A\\aircraft.cfg=title=A, NestedZIP1_p.zip\\panel.cfg=of A, NestedZIP2_Two.2.zip\\aircraft.cfg=x, "
+         "NestedZIP3_p.zip\\panel.cfg=of Two, NestedZIP4_all.zip\\all.txt=x",
+         {{"nestedzip1_p.zip", "A\\p.zip"},
+          {"nestedzip2_two.2.zip", "Two.2.zip"},
+          {"nestedzip3_p.zip", "NestedZIP2_Two.2.zip\\p.zip"},
+          {"nestedzip4_all.zip", "all.zip"}},
+         {"A: A, 0, 2", "NestedZIP2_Two.2.zip: Two.2, 0, 2"},
+         1,
+         "NestedZIP2_Two.2.zip\\aircraft.cfg=x, NestedZIP3_p.zip\\panel.cfg=of Two, NestedZIP4_all.zip\\all.txt=x"},
+        {"A\\aircraft.cfg=title=A, B\\aircraft.cfg=title=B, NestedZIP1_b.zip\\1=in a, NestedZIP2_a.zip\\2=circle",
+         {{"nestedzip1_b.zip", "NestedZIP2_a.zip\\b.zip"}, {"nestedzip2_a.zip", "NestedZIP1_b.zip\\a.zip"}},
+         {"A: A, 0, 1", "B: B, 0, 1"},
+         0,
+         "A\\aircraft.cfg=title=A, NestedZIP1_b.zip\\1=in a, NestedZIP2_a.zip\\2=circle"},
+        {many + "a\\aircraft.cfg=, b\\aircraft.cfg=",
+         {},
+         {"a: a, 0, 401", "b: b, 0, 201"},
+         0,
+         manyOfA + "a\\aircraft.cfg="},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.tree.substr(0, 60));
+        DeleteTree(context, locations.StagingDir);
+        ArchiveContents contents{.directory = drive.At("Staging\\ZIP_My planes.zip\\")};
+        drive.Fill("Staging\\ZIP_My planes.zip", row.tree);
+        for (const auto& [directory, archive] : row.nested)
+            contents.nested[FoldCase(contents.directory) + directory + "\\"] = contents.directory + archive;
+        const Tree tree = WalkTree(drive.Files(), contents.directory);
+        contents.files = tree.files;
+        contents.directories = tree.directories;
+
+        const auto parts = FindAircraftParts(drive.Files(), contents);
+        std::vector<std::string> found;
+        for (const auto& part : parts)
+            found.push_back(part.name + ": " + part.caption + ", " + std::to_string(part.configurations) + ", " +
+                            std::to_string(part.files));
+        EXPECT_EQ(found, row.parts);
+        EXPECT_THAT(DeleteOtherParts(drive.Files(), contents, parts, row.kept), IsEmpty());
+        const auto left = drive.Tree("Staging\\ZIP_My planes.zip");
+        DeleteTree(context, locations.StagingDir);
+        drive.Fill("Staging\\ZIP_My planes.zip", row.left);
+        EXPECT_EQ(left, drive.Tree("Staging\\ZIP_My planes.zip"));
+    }
+}
+
+TEST_F(TreeTest, OfTheOtherAircraftOnlyWhatCameFromTheArchiveGoes) {
+    drive.Fill("Staging\\ZIP_p.zip",
+               "A\\aircraft.cfg=, B\\aircraft.cfg=, B\\held.bmp=x, B\\Thumbs.db=x, B\\old.txt=x, B\\t\\t=x");
+    const Tree tree = WalkTree(drive.Files(), drive.At("Staging\\ZIP_p.zip\\"));
+    const ArchiveContents contents{tree.root, tree.files, tree.directories, {}};
+    const auto parts = FindAircraftParts(drive.Files(), contents);
+    drive.Fill("Staging\\ZIP_p.zip", "B\\mine.txt=mine, B\\old.txt=changed, B\\t\\mine\\");
+    FaultyFiles faulty(drive.Files());
+    faulty.FailOn("Delete", "held", FileFault::InUse);
+    const std::string b = drive.At("Staging\\ZIP_p.zip\\B\\");
+    EXPECT_THAT(DeleteOtherParts(faulty, contents, parts, 0),
+                ElementsAre(b + "held.bmp (another program is using it)",
+                            b + "old.txt (it was changed by another program meanwhile)"));
+    EXPECT_EQ(drive.Outline("Staging\\ZIP_p.zip"),
+              "A\\aircraft.cfg=, B\\Thumbs.db=x, B\\held.bmp=x, B\\mine.txt=mine, B\\old.txt=changed, B\\t\\mine\\");
 }
 
 } // namespace
