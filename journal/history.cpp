@@ -247,8 +247,6 @@ Status History::Keep() {
     if (seenRecords)
         left = WithoutOthers(std::move(left), seen, log->Records(*seenRecords));
     Status status = log->Append(left);
-    if (status)
-        status = log->Flush();
     log->Close();
     if (!status)
         return status;
@@ -271,7 +269,7 @@ Status History::Keep() {
         running.files = size.files;
         running.bytes = size.bytes;
     }
-    status = WriteEntry(running);
+    status = WriteEntry(running, {log->Path()});
     if (!status) {
         static_cast<void>(disk.Delete(DoneOf(running.number)));
         return status;
@@ -287,7 +285,7 @@ Status History::Keep() {
     return {};
 }
 
-Status History::WriteEntry(const HistoryEntry& entry) {
+Status History::WriteEntry(const HistoryEntry& entry, const std::vector<std::string>& others) {
     const std::string path = DoneOf(entry.number), made = path + std::string(NewExtension);
     static_cast<void>(disk.Delete(made));
     auto file = disk.CreateNew(made);
@@ -295,8 +293,12 @@ Status History::WriteEntry(const HistoryEntry& entry) {
         return file.status();
     const std::string line = LineOf(entry);
     Status status = WriteAll(**file, std::as_bytes(std::span(line)));
-    const Status closed = (*file)->Close(true);
+    const Status closed = (*file)->Close(false);
     status = status ? closed : status;
+    std::vector<std::string> written = others;
+    written.push_back(made);
+    for (const Status& flushed : status ? disk.Flush(written) : std::vector<Status>())
+        status = status ? flushed : status;
     if (status)
         status = disk.Info(path) ? disk.Replace(made, path) : disk.Rename(made, path);
     if (status)

@@ -113,7 +113,8 @@ class History {
     void Start(HistoryEntry entry);
     // What the ended command has left, as an entry of the history.
     Status Keep();
-    Status WriteEntry(const HistoryEntry& entry);
+    // others: files that are to be on the disk before it.
+    Status WriteEntry(const HistoryEntry& entry, const std::vector<std::string>& others = {});
     std::vector<Status> TakeBackAll(const HistoryEntry& entry, const std::vector<Record>& records,
                                     const std::vector<std::string>& away = {});
     // How far it has been taken back.

@@ -103,21 +103,33 @@ Status JournaledFiles::Note(Status status) {
 }
 
 Result<std::size_t> JournaledFiles::Announce(const Record& record) {
-    if (isWithoutLog)
-        return std::size_t{0};
+    const auto numbers = Announce(std::span(&record, 1));
+    return numbers ? Result<std::size_t>(numbers->front()) : numbers.status();
+}
+
+Result<std::vector<std::size_t>> JournaledFiles::Announce(std::span<const Record> records) {
+    std::vector<std::size_t> numbers(records.size());
+    if (isWithoutLog || records.empty())
+        return numbers;
     const bool isFirst = !hasAnnounced;
-    const Status times = WriteTimes();
-    auto number = times ? log->Append(record) : Result<std::size_t>(times);
-    if (number && (isFirst || MustBeSafe(record)))
-        if (const Status flushed = log->Flush(); !flushed)
-            number = flushed;
-    if (!number && isFirst && MayGoOnWithoutLog(number.status())) {
+    Status status = WriteTimes();
+    for (std::size_t i = 0; i < records.size() && status; ++i) {
+        const auto number = log->Append(records[i]);
+        status = number.status();
+        if (number)
+            numbers[i] = *number;
+    }
+    if (status && (isFirst || std::ranges::any_of(records, [&](const Record& record) { return MustBeSafe(record); })))
+        status = log->Flush();
+    if (!status && isFirst && MayGoOnWithoutLog(status)) {
         isWithoutLog = true;
         log->Abandon();
-        return std::size_t{0};
+        return numbers;
     }
-    hasAnnounced = hasAnnounced || number;
-    return number;
+    hasAnnounced = hasAnnounced || status;
+    if (!status)
+        return status;
+    return numbers;
 }
 
 // A power cut may lose the record and leave the change. What is below a directory that was made goes with that, and
@@ -151,13 +163,16 @@ Status JournaledFiles::Make(const Record& record, const std::function<Status()>&
     if (!number)
         return number.status();
     const Status status = change();
-    if (!status) {
-        log->Void(*number);
-        static_cast<void>(
-            Note({status.fault, IsOwnPlace(record.path) && !record.other.empty() ? record.other : record.path,
-                  status.nativeCode}));
-    }
+    if (!status)
+        TakeForVoid(*number, record, status);
     return status;
+}
+
+void JournaledFiles::TakeForVoid(std::size_t number, const Record& record, const Status& refusal) {
+    log->Void(number);
+    static_cast<void>(
+        Note({refusal.fault, IsOwnPlace(record.path) && !record.other.empty() ? record.other : record.path,
+              refusal.nativeCode}));
 }
 
 void JournaledFiles::NoteTimes(std::initializer_list<std::string> paths) {
@@ -232,14 +247,48 @@ Status JournaledFiles::Link(Path from, Path to) {
 }
 
 Status JournaledFiles::Rename(Path from, Path to) {
+    const Replacement rename{.from = from, .to = to};
+    return RenameAll(std::span(&rename, 1)).front();
+}
+
+std::vector<Status> JournaledFiles::RenameAll(std::span<const Replacement> renames) {
     const Lock lock(mutex);
-    const bool wasMade = log && made.IsMade(from);
-    if (!log || (wasMade && IsOwnPlace(from) && IsOwnPlace(to))) {
-        const Status status = Note(disk.Rename(from, to));
-        if (log && status)
-            made.NoteRenamed(from, to);
-        return status;
+    if (!log)
+        return disk.RenameAll(renames);
+    std::vector<Status> outcomes(renames.size());
+    std::vector<std::optional<std::size_t>> positions(renames.size());
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < renames.size(); ++i) {
+        auto record = RecordOfRename(renames[i].from, renames[i].to);
+        outcomes[i] = record.status();
+        if (!record || !*record)
+            continue;
+        positions[i] = records.size();
+        records.push_back(std::move(**record));
     }
+    const auto numbers = Announce(records);
+    for (std::size_t i = 0; i < renames.size(); ++i) {
+        if (outcomes[i] && positions[i])
+            outcomes[i] = numbers.status();
+        if (!outcomes[i])
+            continue;
+        const auto& [from, to, seen] = renames[i];
+        outcomes[i] = disk.Rename(from, to);
+        if (outcomes[i])
+            made.NoteRenamed(from, to);
+        else if (positions[i])
+            TakeForVoid((*numbers)[*positions[i]], records[*positions[i]], outcomes[i]);
+        else
+            static_cast<void>(Note(outcomes[i]));
+    }
+    log->VoidRoundTrip();
+    return outcomes;
+}
+
+Result<std::optional<Record>> JournaledFiles::RecordOfRename(Path from, Path to) {
+    const bool wasMade = made.IsMade(from);
+    if (wasMade && IsOwnPlace(from) && IsOwnPlace(to))
+        return std::optional<Record>();
     Record record{
         .kind = RecordKind::Renamed, .path = WithoutBackslash(to), .other = disk.StoredPath(WithoutBackslash(from))};
     if (!EqualNoCase(record.path, record.other))
@@ -249,12 +298,7 @@ Status JournaledFiles::Rename(Path from, Path to) {
     if (wasMade && IsOwnPlace(from))
         record.kind = RecordKind::Placed;
     NoteInfo(record, disk.Info(from));
-    const Status status = Make(record, [&] { return disk.Rename(from, to); });
-    if (status) {
-        made.NoteRenamed(from, to);
-        log->VoidRoundTrip();
-    }
-    return status;
+    return std::optional(std::move(record));
 }
 
 Status JournaledFiles::Replace(Path from, Path to) {

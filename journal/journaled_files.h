@@ -54,6 +54,7 @@ class JournaledFiles : public FileSystem {
     Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override;
     Status Copy(Path from, Path to) override;
     Status Rename(Path from, Path to) override;
+    std::vector<Status> RenameAll(std::span<const Replacement> renames) override;
     Status Replace(Path from, Path to) override;
     void BeginFlush(Path path) override { disk.BeginFlush(path); }
     std::vector<Status> Flush(std::span<const std::string> paths) override;
@@ -86,6 +87,10 @@ class JournaledFiles : public FileSystem {
     // Announces the change, makes it, and takes the announcement back when that failed.
     Status Make(const Record& record, const std::function<Status()>& change);
     Result<std::size_t> Announce(const Record& record);
+    // Together; the numbers.
+    Result<std::vector<std::size_t>> Announce(std::span<const Record> records);
+    // What the disk has refused was not done.
+    void TakeForVoid(std::size_t number, const Record& record, const Status& refusal);
     bool MustBeSafe(const Record& record) const;
     // Something in the directories of these paths is about to change.
     void NoteTimes(std::initializer_list<std::string> paths);
@@ -97,6 +102,8 @@ class JournaledFiles : public FileSystem {
     Status DeleteForGood(Path path, const Status& why);
     void NoteFree(Path path);
     Status ChangeAttributes(RecordKind kind, Path path, const std::function<Status()>& change);
+    // None when it is nobody's business.
+    Result<std::optional<Record>> RecordOfRename(Path from, Path to);
     // The record of a file that takes the place of another; announced.
     struct Exchange {
         Replacement replacement;

@@ -23,18 +23,24 @@ class Places {
             found.push_back({.path = path});
             return;
         }
-        isOwn = isOwn && info->kind == EntryKind::Directory;
-        found.push_back({path, *info, isOwn});
-        if (!isOwn)
-            return;
-        if (const auto entries = files.List(path))
-            for (const DirectoryEntry& entry : *entries)
-                Add(AddBackslash(path) + entry.name, !entry.isMountPoint);
+        Note(path, *info, isOwn);
     }
 
     std::vector<LeftPlace> Take() { return std::move(found); }
 
   private:
+    void Note(const std::string& path, const FileInfo& info, bool isOwn) {
+        isOwn = isOwn && info.kind == EntryKind::Directory;
+        found.push_back({path, info, isOwn});
+        if (!isOwn)
+            return;
+        if (const auto entries = files.List(path))
+            for (const DirectoryEntry& entry : *entries)
+                if (const std::string below = AddBackslash(path) + entry.name;
+                    !IsOwnName(entry.name) && seen.insert(FoldCase(below)).second)
+                    Note(below, entry.info, !entry.isMountPoint);
+    }
+
     const FileSystem& files;
     std::set<std::string> seen;
     std::vector<LeftPlace> found;

@@ -172,7 +172,9 @@ class Reversal {
         const auto info = files.Info(record.path);
         if (!info)
             return info.fault() == FileFault::NotFound ? Status{} : info.status();
-        if (isCutOff && info->kind == EntryKind::Directory && !record.other.empty() && IsThere(record.other))
+        const bool isAnother = info->kind == EntryKind::Directory ||
+                               (record.time != FileTime{} && (info->time != record.time || info->size != record.size));
+        if (isCutOff && isAnother && !record.other.empty() && IsThere(record.other))
             return {}; // it was not done, and what is there came later
         hasCleared = true;
         return tools.remove(record.path);

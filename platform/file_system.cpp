@@ -45,6 +45,13 @@ std::string DescribeFault(const Status& status) {
     return DescribeFault(status.fault) + (hasNumber ? " (" + std::to_string(status.nativeCode) + ")" : "");
 }
 
+std::vector<Status> FileSystem::RenameAll(std::span<const Replacement> renames) {
+    std::vector<Status> outcomes;
+    for (const Replacement& rename : renames)
+        outcomes.push_back(Rename(rename.from, rename.to));
+    return outcomes;
+}
+
 std::vector<Status> FileSystem::ReplaceAll(std::span<const Replacement> replacements) {
     std::vector<Status> outcomes;
     for (const Replacement& replacement : replacements) {

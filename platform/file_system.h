@@ -136,6 +136,8 @@ class FileSystem {
     virtual Status Copy(const std::string& from, const std::string& to) = 0;
     // Renames a file or directory on one volume; never replaces (Exists). A change of case alone is possible.
     virtual Status Rename(const std::string& from, const std::string& to) = 0;
+    // The same for many, none of which depends on another; an outcome for each. Quicker where each is written down.
+    virtual std::vector<Status> RenameAll(std::span<const Replacement> renames);
     // Puts the file `from` in the place of the file `to` in one step, on disk when it returns. Where it
     // fails, `to` is as it was.
     virtual Status Replace(const std::string& from, const std::string& to) = 0;

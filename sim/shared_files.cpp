@@ -96,16 +96,21 @@ Status SharedFiles::PlaceThrough(const std::string& scratch, const std::string& 
         if (afterEach)
             afterEach();
     }
+    std::vector<Replacement> renames;
     for (const std::string& source : sources) {
         const std::string name = LastPathComponent(source);
-        if (Status status = PutInPlace(scratch + name, directory + name); !status)
-            return status;
+        renames.push_back({scratch + name, directory + name});
     }
-    return {};
+    const auto outcomes = context.files.RenameAll(renames);
+    Status first;
+    for (std::size_t i = 0; i < renames.size(); ++i) {
+        const Status status = Settle(renames[i].from, renames[i].to, outcomes[i]);
+        first = first ? status : first;
+    }
+    return first;
 }
 
-Status SharedFiles::PutInPlace(const std::string& copy, const std::string& target) {
-    Status status = context.files.Rename(copy, target);
+Status SharedFiles::Settle(const std::string& copy, const std::string& target, Status status) {
     if (status.fault == FileFault::Exists) {
         if (!IsMissing(copy, target))
             return {}; // somebody has put one there meanwhile

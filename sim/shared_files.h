@@ -34,7 +34,8 @@ class SharedFiles {
 
   private:
     bool IsMissing(const std::string& source, const std::string& target) const;
-    Status PutInPlace(const std::string& copy, const std::string& target);
+    // After the renaming of the copy, which had this outcome.
+    Status Settle(const std::string& copy, const std::string& target, Status status);
     Status PlaceThrough(const std::string& scratch, const std::string& directory,
                         const std::vector<std::string>& sources, std::string_view packedEnding,
                         const std::function<void()>& afterEach);

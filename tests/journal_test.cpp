@@ -604,15 +604,50 @@ TEST_F(JournalTrouble, ACommandThatWasNotEndedStandsBeforeTheNextOne) {
 }
 
 TEST_F(JournalTrouble, WhatTheUserHasPutInTheFreePlaceSinceStays) {
-    FailFrom([](auto& change, auto&) { return change == "Rename"; }); // between its record and the deed
-    CutOff(R"(
+    static constexpr const char* cases[][2] = {
+        {"mkdir Sim\\~kx~scratch\\Lear", "Sim\\aircraft\\Lear\\mine.air"},
+        {"put Sim\\~kx~scratch\\new.gau > new", "Sim\\gauges\\new.gau"},
+    };
+    for (const auto& [make, mine] : cases) {
+        SCOPED_TRACE(mine);
+        FailFrom([](auto& change, auto&) { return change == "Rename"; }); // between its record and the deed
+        CutOff("mkdir Sim\\~kx~scratch\n" + std::string(make) + R"(
+            move Sim\~kx~scratch\Lear > Sim\aircraft\Lear
+            move Sim\~kx~scratch\new.gau > Sim\gauges\new.gau)");
+        disk.FailWhere({});
+        drive.Fill("", std::string(mine) + "=mine");
+        EXPECT_THAT(TakeBackAll(), IsEmpty());
+        EXPECT_TRUE(drive.Has(mine));
+    }
+}
+
+// An installation may place hundreds of files beside its directory.
+TEST_F(JournalTrouble, WhatIsRenamedTogetherIsWrittenDownInOneGo) {
+    int flushes = 0;
+    disk.FailWhere([&](auto& change, auto& path) {
+        flushes += change == "Flush" && path.ends_with(".log");
+        return FileFault::None;
+    });
+    const auto history = Open(disk);
+    history->Begin({.name = "Work"});
+    Take(history->Files(), drive.Root(), R"(
         mkdir Sim\~kx~scratch
-        mkdir Sim\~kx~scratch\1
-        move Sim\~kx~scratch\1 > Sim\aircraft\Lear)");
-    disk.FailWhere({});
-    drive.Fill("Sim", "aircraft\\Lear\\mine.air=mine");
-    EXPECT_THAT(TakeBackAll(), IsEmpty());
-    EXPECT_TRUE(drive.Has("Sim\\aircraft\\Lear\\mine.air"));
+        put Sim\~kx~scratch\a.gau > new
+        put Sim\~kx~scratch\d.gau > new
+        put Sim\~kx~scratch\c.gau > new)");
+    std::vector<Replacement> renames;
+    for (const char* name : {"a.gau", "c.gau", "d.gau"})
+        renames.push_back({drive.At("Sim\\~kx~scratch\\") + name, drive.At("Sim\\gauges\\") + name});
+    const auto outcomes = history->Files().RenameAll(renames);
+    EXPECT_EQ(outcomes[0].fault, FileFault::Exists);
+    EXPECT_TRUE(outcomes[1] && outcomes[2]);
+    EXPECT_EQ(flushes, 1);
+    Take(history->Files(), drive.Root(), R"(
+        delete Sim\~kx~scratch\a.gau
+        rmdir Sim\~kx~scratch)");
+    EXPECT_TRUE(history->End());
+    EXPECT_EQ(history->Undo(), "");
+    EXPECT_EQ(Look(), before);
 }
 
 // --- the order of what is taken back and done again
