@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/fake_converter.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/recording_window.h"
 #include "tests/support/zip_builder.h"
@@ -108,9 +109,11 @@ const Command Commands[] = {
     {"uninstall all", InstallAll, "mnuUninstallAll"},
     {"uninstall category", InstallAll, Lear + "mnuUninstallCategory"},
     {"install each", "", "each install"},
+    {"install each but one", "", "spoil; each install"},
     {"remove each", InstallAll, "each remove"},
     {"delete each", "", "each delete"},
     {"compress each", "", "each compress"},
+    {"compress each but one", "", "spoil; each compress"},
     {"move each", InstallAll, "each move"},
     {"copy to Staging", Clear, Lear + "mnuCopyToStaging"},
     {"rename", "", Lear + "mnuRename"},
@@ -163,7 +166,7 @@ struct NotInHangar : std::runtime_error {
 // The program from its start to its end.
 class Run {
   public:
-    Run(FileSystem& files, const std::string& appDir, bool isSilent = false)
+    Run(FileSystem& files, const std::string& appDir, bool isSilent)
         : user(isSilent), program(files, launcher, user, dialogs, converter, window, appDir, "") {
         window.geometry.reset();
         dialogs.chosenPictures.files = {"C:\\Pictures\\new.png", "C:\\Pictures\\left.jpg"};
@@ -251,6 +254,26 @@ class Run {
     RecordingWindow window;
     Program program;
 };
+
+// The same with these steps. One of them may be to spoil a package, which many at once then leave as it was,
+// after a part of the work: it cannot come to its place in the simulator, nor can one of its files be packed.
+bool RunSteps(
+    FileSystem& files, const std::string& appDir, const std::string& steps, bool isSilent,
+    const std::function<void()>& look = [] {}) {
+    constexpr std::string_view spoil = "spoil; ";
+    const auto at = steps.find(spoil);
+    const bool isSpoiled = at != steps.npos;
+    FaultyFiles spoiled(files);
+    spoiled.FailWhere([](const std::string& change, const std::string& path) {
+        const bool isIts = (change == "Rename" && path.ends_with("aircraft\\Lear_45")) ||
+                           (change == "Replace" && path.ends_with("Lear 45\\Texture\\large.bmp"));
+        return isIts ? FileFault::Denied : FileFault::None;
+    });
+    Run run(isSpoiled ? spoiled : files, appDir, isSilent);
+    run.look = look;
+    run.Do(isSpoiled ? std::string(steps).erase(at, spoil.size()) : steps);
+    return run.isStarted;
+}
 
 std::string Zip(std::initializer_list<std::pair<std::string, std::string>> members) {
     ZipBuilder zip;
@@ -352,10 +375,10 @@ void PrepareGround(const std::string& command, const std::string& hostDirectory)
     const std::string root = drive.Files().HostPath("C:\\");
     Age(root);
     const Steps steps = StepsOf(command);
-    Run(drive.Files(), AppDir, true).Do(steps.before);
+    RunSteps(drive.Files(), AppDir, steps.before, true);
     Age(root);
     if (!steps.justBefore.empty())
-        Run(drive.Files(), AppDir, true).Do(steps.justBefore);
+        RunSteps(drive.Files(), AppDir, steps.justBefore, true);
     if (std::system(("cp -a '" + root + "' '" + hostDirectory + "'").c_str()) != 0)
         throw std::runtime_error("cannot copy to " + hostDirectory);
 }
@@ -377,10 +400,7 @@ void RunCommandOn(const std::string& hostDirectory, const std::string& appDir, c
 bool DoOn(const std::string& hostDirectory, const std::string& appDir, const std::string& steps,
           const std::function<void()>& look) {
     const auto files = MakeDriveFileSystem({{{'c', hostDirectory}}});
-    Run run(*files, appDir);
-    run.look = look;
-    run.Do(steps);
-    return run.isStarted;
+    return RunSteps(*files, appDir, steps, false, look);
 }
 
 } // namespace korvadex::test
