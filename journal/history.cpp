@@ -166,15 +166,32 @@ HistoryMark History::Mark() const {
     return {log ? log->Count() : 0, files.Knows()};
 }
 
-std::vector<Status> History::TakeBackTo(const HistoryMark& mark) {
+std::vector<Status> History::TakeBackIn(const std::string& where, const HistoryMark& mark) {
     if (!log)
         return {};
-    const auto records = log->Records(mark.records);
-    const auto numbers = log->Numbers(mark.records);
+    auto records = log->Records(mark.records);
+    auto numbers = log->Numbers(mark.records);
+    auto known = mark.known;
+    if (!where.empty()) {
+        std::vector<std::size_t> wanted;
+        for (std::size_t i = 0; i < records.size(); ++i)
+            if (IsAtOrBelow(records[i].path, where) && records[i].kind != RecordKind::DirectoryTime)
+                wanted.push_back(i);
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            records[i] = records[wanted[i]];
+            numbers[i] = numbers[wanted[i]];
+        }
+        records.resize(wanted.size());
+        numbers.resize(wanted.size());
+        known = files.Knows();
+        known.made.Note(where, false);
+    }
     KeptPlaces places(disk, locations, running.key);
     std::vector<std::string> leftovers;
-    TakeBackTools tools = {.files = disk, .remove = {}, .repack = {}};
+    TakeBackTools tools = {.files = disk, .remove = {}, .repack = {}, .leavesOthers = true};
     tools.remove = [&](const std::string& path) {
+        if (const auto info = disk.Info(path); info && info->kind == EntryKind::File)
+            return DeleteOne(disk, path); // nobody has had it before
         const auto place = places.PlaceFor(path);
         if (place && !place->newDirectory.empty())
             leftovers.push_back(place->newDirectory);
@@ -199,7 +216,7 @@ std::vector<Status> History::TakeBackTo(const HistoryMark& mark) {
     };
     tools.flushDone = [&] { static_cast<void>(log->Flush()); };
     std::vector<Status> failures;
-    files.Amend(mark.known, [&] {
+    files.Amend(known, [&] {
         failures = TakeBack(records, tools, true);
         for (std::size_t i = 0; i < records.size() && failures.empty(); ++i)
             if (isTime(i))

@@ -65,7 +65,10 @@ class History {
     // What the running command has done since the mark is taken back, and it goes on. The failures: what they name is
     // still the command's.
     HistoryMark Mark() const;
-    std::vector<Status> TakeBackTo(const HistoryMark& mark);
+    std::vector<Status> TakeBackTo(const HistoryMark& mark) { return TakeBackIn("", mark); }
+    // The same of what it has done in one directory: that is not kept, and nothing of it is there to be taken back any
+    // more.
+    std::vector<Status> ClearAway(const HistoryMark& mark, const std::string& where) { return TakeBackIn(where, mark); }
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to
     // stay, all that it had done was taken back (what could not be is told by Remains).
     Status End(bool isToStay = true);
@@ -121,6 +124,7 @@ class History {
     void DeleteProgress(int number);
     std::string Reverse(const HistoryEntry& entry);
     void DropRunning();
+    std::vector<Status> TakeBackIn(const std::string& where, const HistoryMark& mark); // "": wherever it was
     // Where things of a command that was cut off may be kept.
     std::vector<std::string> KeptIn(const HistoryEntry& entry, const std::vector<Record>& records) const;
     bool EndCutOff(HistoryEntry ended); // false when it could not be written down

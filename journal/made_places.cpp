@@ -19,10 +19,6 @@ bool HasComponent(std::string_view path, bool (*isWanted)(std::string_view)) {
     return false;
 }
 
-bool IsInScratch(std::string_view path) {
-    return HasComponent(path, IsScratchName);
-}
-
 std::string ParentKey(const std::string& key) {
     return WithoutBackslash(ParentDirectory(key));
 }
@@ -38,10 +34,13 @@ bool IsOwnPlace(std::string_view path) {
 }
 
 bool MadePlaces::IsMade(const std::string& path) const {
-    for (std::string key = KeyOf(path); !key.empty(); key = ParentKey(key))
+    for (std::string key = KeyOf(path); !key.empty(); key = ParentKey(key)) {
         if (const auto known = places.find(key); known != places.end())
             return known->second;
-    return IsInScratch(path);
+        if (IsScratchName(LastPathComponent(key)))
+            return true;
+    }
+    return false;
 }
 
 void MadePlaces::Note(const std::string& path, bool isMade) {

@@ -22,6 +22,8 @@ struct TakeBackTools {
     std::function<void(std::size_t)> noteDone = {};
     // What was said so far survives a power cut.
     std::function<void()> flushDone = {};
+    // All records are there: what else stands in a directory that was made is somebody else's, and stays with it.
+    bool leavesOthers = false;
     // Directories, each with its backslash, whose drives are away: what the command did below them is left, and each
     // is a failure.
     std::vector<std::string> away = {};
