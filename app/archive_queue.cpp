@@ -2,6 +2,7 @@
 
 #include "journal/record.h"
 #include "package/scratch.h"
+#include "package/walk.h"
 #include "platform/code_page.h"
 #include "platform/text_file.h"
 #include "platform/windows_path.h"
@@ -32,6 +33,22 @@ QueuedArchive ReadArchive(std::string_view line) {
 }
 
 } // namespace
+
+FoundArchives FindArchives(const FileSystem& files, const Locations& locations, const std::vector<std::string>& paths) {
+    FoundArchives found;
+    for (const std::string& path : paths) {
+        if (!files.IsDirectory(path)) {
+            found.archives.push_back({path});
+            continue;
+        }
+        const Tree tree = WalkTree(files, AddBackslash(path), WalkFor::Search);
+        found.unreadable.insert(found.unreadable.end(), tree.unreadable.begin(), tree.unreadable.end());
+        for (const FileEntry& file : CollectFiles(tree, "zip", FileMode::Extension, Unlimited).entries)
+            if (file.info.kind == EntryKind::File && locations.RootOf(file.path).empty())
+                found.archives.push_back({file.path});
+    }
+    return found;
+}
 
 Status ArchiveQueue::Open(const std::string& path, bool isToBeRead) {
     file = path;
@@ -139,10 +156,12 @@ Status ArchiveQueue::Save() const {
     if (!unread || isReadOnly || file.empty())
         return unread;
     std::string text;
-    for (const QueuedArchive& entry : entries)
+    for (const QueuedArchive& entry : entries) {
         text += JoinFields({entry.path, entry.part, entry.reason});
-    if (text.empty() && files.Info(file).fault() == FileFault::NotFound)
-        return {};
+        text.insert(text.size() - 1, 1, '\r'); // for people who look at it
+    }
+    if (text.empty())
+        return files.Info(file).fault() == FileFault::NotFound ? Status{} : files.Delete(file);
     return RewriteBytes(files, {}, file, text);
 }
 

@@ -1,6 +1,7 @@
 // The archives that wait for Staging, in a file of their own: a restart finds them all again.
 #pragma once
 
+#include "package/locations.h"
 #include "platform/file_system.h"
 
 #include <string>
@@ -16,7 +17,17 @@ struct QueuedArchive {
     bool operator==(const QueuedArchive&) const = default;
 };
 
+struct FoundArchives {
+    std::vector<QueuedArchive> archives;
+    std::vector<std::string> unreadable; // directories
+};
+// These archives, and in the place of a directory among them all zip archives below it, in the order of a listing. What
+// lies in one of the locations is passed over there.
+FoundArchives FindArchives(const FileSystem& files, const Locations& locations, const std::vector<std::string>& paths);
+
+inline constexpr const char* NoArchiveText = "No archive waits in the queue.";
 inline constexpr const char* GoneArchiveReason = "It is not there.  Is its drive away, or was it moved?";
+inline constexpr const char* NothingCameReason = "Nothing of it came into Staging.";
 inline constexpr const char* OddLineReason = "This line of queue.txt does not name an archive.";
 
 class ArchiveQueue {

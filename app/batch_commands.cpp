@@ -51,7 +51,7 @@ void Program::CompressWhole(const std::string& question, bool compress) {
     }
     ShowChanges({.hangar = true, .package = true});
     ShowStatus("");
-    ShowLeft(CountPackages(summary.left.size()) + " left as they are.", compress ? "compressed" : "decompressed",
+    ShowLeft(Counted(summary.left.size()) + " left as they are.", compress ? "compressed" : "decompressed",
              summary.left);
     TellLeft(user, "The following packages were left as they are", summary.left, packages);
     if (WasStopped(summary.left) && summary.failures.empty())

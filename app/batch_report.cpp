@@ -45,7 +45,7 @@ class Report {
             const bool isOnlyOne = categories[FoldCase(turn.package.name)] == 1;
             lines.push_back({.package = turn.package,
                              .isInstalled = simAircraft.Holds(turn.package.name),
-                             .text = isOnlyOne ? "" : turn.package.Text()});
+                             .text = isOnlyOne || !turn.title.empty() ? turn.title : turn.package.Text()});
             for (const std::string& note : turn.notes)
                 for (const std::string& line : LinesOf(note))
                     lines.push_back({.package = turn.package, .text = "        " + line});
@@ -62,13 +62,13 @@ class Report {
 
 } // namespace
 
-std::string CountPackages(std::size_t count) {
-    return std::to_string(count) + (count == 1 ? " package" : " packages");
+std::string Counted(std::size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string CountDone(const std::string& done, const std::vector<Turn>& turns) {
+std::string CountDone(const std::string& done, const std::vector<Turn>& turns, const std::string& what) {
     const auto count = std::ranges::count_if(turns, &Turn::isDone);
-    return std::to_string(count) + " of " + CountPackages(turns.size()) + (count == 1 ? " was " : " were ") + done +
+    return std::to_string(count) + " of " + Counted(turns.size(), what) + (count == 1 ? " was " : " were ") + done +
            ".";
 }
 

@@ -11,13 +11,13 @@
 namespace korvadex {
 
 // "11 of 12 packages were installed."; done: "installed".
-std::string CountDone(const std::string& done, const std::vector<Turn>& turns);
+std::string CountDone(const std::string& done, const std::vector<Turn>& turns, const std::string& what = "package");
 Overview BuildReport(const std::string& caption, const std::string& headline, const std::string& done,
                      const std::vector<Turn>& turns, const FileSystem& files, const Locations& locations);
 // "Done." where nothing is to be said about any of them.
 void TellReport(UserDialogs& user, const std::string& done, const std::vector<Turn>& turns);
 
 // "1 package", "12 packages"
-std::string CountPackages(std::size_t count);
+std::string Counted(std::size_t count, const std::string& what = "package");
 
 } // namespace korvadex

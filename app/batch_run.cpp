@@ -87,19 +87,25 @@ void BatchRun::LoadEach(const std::vector<PackageRef>& packages, const Deed& dee
 }
 
 void BatchRun::TakeEach(const std::vector<PackageRef>& packages, const NamedDeed& deed) {
-    for (const PackageRef& package : packages) {
-        if (!isCutShort && !progress.Next(package)) {
-            isCutShort = true;
-            why = StoppedReason;
-        }
-        if (isCutShort)
-            turns.push_back({package, false, {why}});
-        else
-            Take(package, deed);
-    }
+    for (const PackageRef& package : packages)
+        TakeOne(package, deed);
 }
 
-void BatchRun::Take(const PackageRef& package, const NamedDeed& deed) {
+void BatchRun::TakeOne(PackageRef package, const NamingDeed& deed) {
+    if (!isCutShort && !progress.Next(package))
+        CutShort(StoppedReason);
+    if (isCutShort)
+        turns.push_back({std::move(package), false, {why}, false});
+    else
+        Take(std::move(package), deed);
+}
+
+void BatchRun::CutShort(const std::string& reason) {
+    if (!std::exchange(isCutShort, true))
+        why = reason;
+}
+
+void BatchRun::Take(PackageRef package, const NamingDeed& deed) {
     const HistoryMark mark = history.Mark();
     auto& notes = unattended.notes;
     notes.clear();
@@ -123,8 +129,7 @@ void BatchRun::Take(const PackageRef& package, const NamedDeed& deed) {
             notes.push_back("Not all that it had changed could be taken back: " + failure.path + " (" +
                             DescribeFault(failure) + ").");
     if (!trouble) {
-        isCutShort = true;
-        why = "The disk had failed before its turn (" + DescribeFault(trouble) + ").";
+        CutShort("The disk had failed before its turn (" + DescribeFault(trouble) + ").");
         if (notes.empty())
             notes.push_back("The disk failed at " + trouble.path + " (" + DescribeFault(trouble) + ").");
     }

@@ -22,6 +22,8 @@ struct Turn {
     PackageRef package; // as it is called now
     bool isDone = false;
     std::vector<std::string> notes; // why it was left, or what else there is to say
+    bool wasReached = true;
+    std::string title = {}; // for the report; "" for the package's name
 };
 
 // Why the batch cannot work on the package; "" when it is loaded.
@@ -43,6 +45,12 @@ class BatchRun {
     using NamedDeed = std::function<bool(CommandContext& context, const PackageRef& package)>;
     void TakeEach(const std::vector<PackageRef>& packages, const NamedDeed& deed);
 
+    // A single turn, in which the package may get another name.
+    using NamingDeed = std::function<bool(CommandContext& context, PackageRef& package)>;
+    void TakeOne(PackageRef package, const NamingDeed& deed);
+    // From now on there are no more turns, for this reason.
+    void CutShort(const std::string& reason);
+
     // Where what prepares the turns works.
     CommandContext context;
 
@@ -50,7 +58,7 @@ class BatchRun {
     std::vector<Turn> turns;
 
   private:
-    void Take(const PackageRef& package, const NamedDeed& deed);
+    void Take(PackageRef package, const NamingDeed& deed);
     std::string DescribeHindrance(const PackageRef& package) const;
 
     History& history;

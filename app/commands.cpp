@@ -36,6 +36,9 @@ constexpr Command ToolsCommands[] = {
     Command("mnuUninstallAll", "Uninstall &all packages from MSFS", &Program::UninstallAll),
     Command("mnuCollection", "&Show collection", &Program::ToggleCollection,
             {.separator = "mnuSep22", .shortcut = "F9", .tick = &MainView::isCollectionShown}),
+    Command("mnuTakeNext", "Ta&ke the next archive of the queue", &Program::TakeNextArchive,
+            {.separator = "mnuSep23", .shortcut = "Ctrl+N"}),
+    Command("mnuTakeAll", "&Take all archives that need no question", &Program::TakeAllArchives),
     Command("mnuRunMSFS", "&Run Flight Simulator", &Program::StartSimulator,
             {.separator = "mnuSep4", .key = "RunMSFS", .toolTip = "Run Flight Simulator"}),
 };
@@ -55,6 +58,7 @@ constexpr Command StagingCommands[] = {
              .key = "ProcessZip",
              .toolTip = "Process ZIP file into Staging",
              .hasButtonOnBothSides = true}),
+    Command("mnuProcessZipDirectory", "Process a &directory of ZIP files", &Program::ProcessArchiveDirectory),
     Command("mnuImportFromMSFS", "Import package from &MSFS", &Program::ImportIntoStaging,
             {.separator = "mnuSep6",
              .CommandCode = 2,

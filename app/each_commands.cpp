@@ -60,10 +60,23 @@ bool Program::RunForOne(const Packages& packages, const std::function<void()>& s
     return true;
 }
 
+std::vector<Turn> Program::GoThrough(std::size_t count, const std::vector<Place>& places,
+                                     const std::function<void(BatchRun&)>& work) {
+    UnattendedUser nobody;
+    BatchProgress progress(*this, window, count, [this] { return WantsToStop(); });
+    BatchRun batch(context, history, progress, nobody, places);
+    struct Unattended {
+        UnattendedUser*& user;
+        ~Unattended() { user = nullptr; }
+    } scope{unattended = &nobody};
+    work(batch);
+    return std::move(batch.turns);
+}
+
 void Program::RunEach(EachCommand command, Packages packages,
                       const std::function<void(BatchRun&, const Packages&)>& work) {
     packages = Resolved(packages);
-    command.title.subject = CountPackages(packages.size());
+    command.title.subject = Counted(packages.size());
     const std::string caption = command.title.Text();
     if (command.onlyLooks)
         command.title.name.clear();
@@ -72,18 +85,8 @@ void Program::RunEach(EachCommand command, Packages packages,
         if (!command.question.empty() &&
             !user.AskYesNo(command.question + "\r\n\r\n" + ListPackages(packages), MessageIcon::None, Answer::No))
             return;
-        UnattendedUser nobody;
-        std::vector<Turn> turns;
-        {
-            BatchProgress progress(*this, window, packages.size(), [this] { return WantsToStop(); });
-            BatchRun batch(context, history, progress, nobody, command.places);
-            struct Unattended {
-                UnattendedUser*& user;
-                ~Unattended() { user = nullptr; }
-            } scope{unattended = &nobody};
-            work(batch, packages);
-            turns = std::move(batch.turns);
-        }
+        std::vector<Turn> turns =
+            GoThrough(packages.size(), command.places, [&](BatchRun& batch) { work(batch, packages); });
         if (!EndJournal())
             for (Turn& turn : turns)
                 if (turn.isDone)

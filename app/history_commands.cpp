@@ -228,6 +228,7 @@ bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
         return false;
     }
     const CommandTitle title = entry->title;
+    const int item = entry->item;
     const std::vector<Record> records = history.ReadJournalOf(*entry).records;
     const SubjectScope about(user, title.subject);
     const auto reason = isUndo ? history.Undo() : history.Redo();
@@ -240,6 +241,7 @@ bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
             TellTakenBack(text);
         return false;
     }
+    QueueFollows(item, isUndo);
     ShowReversed(title, records);
     ShowStatus((isUndo ? "Taken back: " : "Done again: ") + title.Text());
     return true;
@@ -296,7 +298,7 @@ void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>&
     const bool wasEmpty = view.isStagingEmpty;
     ShowChanges({.hangar = true, .simulator = true, .package = true});
     if (wasEmpty && !view.isStagingEmpty)
-        ProposeName(EndsWithNoCase(title.subject, ".zip") ? NameForArchive() : about.name);
+        ProposeName(EndsWithNoCase(title.subject, ".zip") ? NameForArchive(package) : about.name);
     history.Prune();
 }
 

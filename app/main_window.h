@@ -1,6 +1,7 @@
 // The main window as the program drives it, and what it shows.
 #pragma once
 
+#include "app/archive_queue.h"
 #include "app/hangar_listing.h"
 #include "app/settings.h"
 #include "media/gallery.h"
@@ -37,6 +38,7 @@ struct MainView {
     int imageIndex = 0;   // of the package's pictures, from 1; 0 when it has none
     int listRevision = 0; // grows when the loaded package was loaded anew
     bool isCollectionShown = false;
+    std::vector<QueuedArchive> queue;
 };
 
 // What frmPhotos shows.

@@ -146,6 +146,7 @@ void Program::ShowView() {
     view.categoryIndex = selection.CategoryIndex();
     view.packages = selection.Packages();
     view.packageIndex = selection.PackageIndex();
+    view.queue = queue.Entries();
     window.ShowView(view, package);
 }
 
@@ -183,6 +184,7 @@ void Program::GoToStaging() {
 void Program::Refresh() {
     Run([&] {
         RefreshSelection();
+        queue.LookAgain();
         collection.Forget(selection.Package());
         LoadShownSide(ChoiceQuestion::Ask);
     });

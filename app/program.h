@@ -2,6 +2,7 @@
 // can give.
 #pragma once
 
+#include "app/archive_queue.h"
 #include "app/collection.h"
 #include "app/gallery_window.h"
 #include "app/list_window.h"
@@ -20,6 +21,7 @@
 #include "sim/aliases.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +33,7 @@ namespace korvadex {
 class BatchRun;
 class UnattendedUser;
 struct LeftPackage;
+struct Turn;
 
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
@@ -142,9 +145,23 @@ class Program : private CommandDisplay {
     void RemovePanelFromStaging();
     void RemoveAircraftFromStaging();
     void RemoveSoundFromStaging();
-    // Archives that were not chosen in the dialog (dropped on the window), one after the other; goes to the Staging
-    // side first. One that the user declines to add is left out.
-    void ProcessArchives(const std::vector<std::string>& paths);
+
+    // --- the queue of archives; rows count from 0 in the order shown. They go to the Staging side first.
+    // What was dropped or chosen: archives, and directories of them. A single one goes into an empty Staging, more wait
+    // in the queue, and the first of it is taken when Staging is empty.
+    void OfferArchives(const std::vector<std::string>& paths);
+    void ProcessArchiveDirectory(); // asks which
+    // Into Staging, which has to be empty.
+    void TakeArchive(int row);
+    void TakeNextArchive();
+    // The one in Staging goes back to the end of the queue, and the next is taken; while there is none, the first.
+    void SkipArchive();
+    void RemoveFromQueue(const std::vector<int>& rows);
+    // To what is in Staging already.
+    void AddArchiveToStaging(int row);
+    // All that wait, one after the other, as one command of the history; a report in the list window says what came of
+    // each. What would need an answer, or has something to tell, stays in the queue with that as its reason.
+    void TakeAllArchives();
 
     // On the package of the Hangar that is shown; nothing on the Staging side, from where only these two go to the
     // Hangar side first.
@@ -303,17 +320,37 @@ class Program : private CommandDisplay {
     void RunStagingCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
                            const std::function<void()>& command);
     bool IsStagingReady(std::initializer_list<Place> alsoNeeded = {});
-    void CopyToHangar();
-    bool CanCopyToHangar(const std::string& name);
-    void AddArchive(std::string archive); // "" asks which
+    bool CopyToHangar(); // true when Staging was cleared then
+    bool CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made);
+    bool AddArchive(const QueuedArchive& archive); // false when there was nothing to be added
     // copiedTo: the package of the Hangar that has just been made of it.
     void EraseStaging(const std::string& copiedTo = "");
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     // Asks which configuration to keep where that is still open; false, after a message, when it stays so.
     bool IsConfigurationChosen();
-    std::string NameForArchive() const;
+    std::string NameForArchive(const LoadedPackage& loaded) const;
     void ImportAircraft();
+
+    // queue_commands.cpp
+    void OpenQueue();
+    void KeepQueue(const Status& saved); // tells when it was not
+    void Enqueue(const std::vector<QueuedArchive>& archives);
+    // True when the first of those that wait is to be taken.
+    bool AddOrEnqueue(const std::vector<QueuedArchive>& archives);
+    std::optional<QueuedArchive> ArchiveAt(int row) const;
+    std::string DescribeTurn(const QueuedArchive& archive, int ahead) const;
+    void NoteTaken(const std::vector<QueuedArchive>& archives);
+    void QueueFollows(int item, bool isUndo); // a command of the history that was taken back or done again
+
+    bool IsStagingFree(); // for the next archive; false after a message
+
+    // take_all_commands.cpp
+    std::string AskCategoryForAll(); // makes it where it is new; "" when there is none
+    // False when it is to be left; otherwise it is in the Hangar, and Staging as it was.
+    bool TakeUnattended(CommandContext& each, const QueuedArchive& archive, PackageRef& made);
+    void ShowTaken(const std::string& caption, const std::vector<QueuedArchive>& waiting, bool isKept,
+                   std::vector<Turn> turns);
 
     // batch_commands.cpp
     std::vector<PackageRef> PackagesInBatch(bool isCategoryOnly);
@@ -333,6 +370,9 @@ class Program : private CommandDisplay {
         bool onlyLooks = false;
     };
     void RunEach(EachCommand command, Packages packages, const std::function<void(BatchRun&, const Packages&)>& work);
+    // A turn for each, while nobody answers.
+    std::vector<Turn> GoThrough(std::size_t count, const std::vector<Place>& places,
+                                const std::function<void(BatchRun&)>& work);
     // True when it is one package only, for which this command was run then.
     bool RunForOne(const Packages& packages, const std::function<void()>& single);
     // Each once, and those without a category as they stand in the Hangar.
@@ -384,6 +424,10 @@ class Program : private CommandDisplay {
     bool keepsScratch = false; // what lies under scratch names there may be of use to somebody
     Selection selection{files, settings.locations};
     Collection collection{files, settings.locations};
+    ArchiveQueue queue{history.Disk()};                // not a part of what a command does
+    std::map<int, std::vector<QueuedArchive>> takenBy; // by the item in the history
+    std::vector<QueuedArchive> archivesInStaging;      // of those that were taken
+    int takenFromQueue = 0;                            // since it was empty
     HeldAliases held;
     std::vector<std::pair<std::string, std::string>> followed; // FollowInHangar in the running command
     std::string lastPictureDirectory;                          // where picture files were last chosen from; "" at first

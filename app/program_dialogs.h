@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace korvadex {
 
@@ -34,6 +35,12 @@ class ProgramDialogs {
     virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
     virtual void ShowHistory(HistoryEditor& history) = 0; // frmHistory
 
+    // One of these categories, or the name of a new one; none when the user cancelled.
+    virtual std::optional<std::string> ChooseCategory(const std::string& prompt,
+                                                      const std::vector<std::string>& categories,
+                                                      const std::string& preset) = 0;
+    // In which zip archives are searched for; the directory to open on may be "". "" when the user cancelled.
+    virtual std::string ChooseArchiveDirectory(const std::string& directory) = 0;
     // Existing picture files, one or several; the directory to open on may be "". None of them: cancelled.
     virtual OfferedPictures ChoosePictures(const std::string& directory) = 0;
     // Picture files, or a picture, that lie on the clipboard.

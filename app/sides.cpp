@@ -148,6 +148,7 @@ void Program::ForgetStaging() {
     view.proposedName.clear();
     importedAircraft.clear();
     stagedAircraft.clear();
+    archivesInStaging.clear();
 }
 
 // A name that the user has typed stays.

@@ -38,34 +38,28 @@ void Program::RunStagingCommand(const std::string& name, std::initializer_list<P
 }
 
 void Program::CopyStagingToHangar() {
-    RunStagingCommand("Copy to Hangar", {Place::Hangar, Place::Simulator}, [&] { CopyToHangar(); });
+    bool isCleared = false;
+    RunStagingCommand("Copy to Hangar", {Place::Hangar, Place::Simulator}, [&] { isCleared = CopyToHangar(); });
+    if (isCleared && !queue.Entries().empty())
+        TakeNextArchive();
 }
 
 void Program::ProcessZipIntoStaging() {
+    bool isToTake = false;
     Run({"Process ZIP", ""}, [&] {
         EnsureStagingSide();
-        if (IsStagingReady())
-            AddArchive("");
-    });
-}
-
-void Program::ProcessArchives(const std::vector<std::string>& paths) {
-    Run({"Process ZIP", ""}, [&] {
-        EnsureStagingSide();
-        if (!IsShownThere())
+        if (!IsStagingReady() || !MayAddToStaging())
             return;
-        std::string which; // the questions do not name the archive
-        for (std::size_t i = 0; i < paths.size(); ++i) {
-            if (paths.size() > 1)
-                which = LastPathComponent(paths[i]) + "  (" + std::to_string(i + 1) + " of " +
-                        std::to_string(paths.size()) + ")";
-            ShowStatus(which);
-            if (IsStagingReady())
-                AddArchive(paths[i]);
-        }
-        if (view.status == which)
-            ShowStatus("");
+        std::vector<QueuedArchive> archives;
+        for (const std::string& path : user.ChooseZipFiles("Process ZIP File ...", settings.LastZipPath))
+            archives.push_back({path});
+        if (archives.size() == 1)
+            AddArchive(archives.front());
+        else
+            isToTake = AddOrEnqueue(archives);
     });
+    if (isToTake)
+        TakeNextArchive();
 }
 
 void Program::ImportIntoStaging() {
@@ -92,13 +86,14 @@ void Program::RemoveSoundFromStaging() {
     RunStagingCommand("Erase sound", {}, [&] { EraseFromStaging(StagingPart::Sound); });
 }
 
-bool Program::CanCopyToHangar(const std::string& name) {
+bool Program::CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made) {
+    const auto& [category, name] = made;
     const auto refuse = [&](const std::string& text) {
-        user.Tell(text, MessageIcon::Exclamation);
+        each.user.Tell(text, MessageIcon::Exclamation);
         return false;
     };
     std::vector<std::string> twins;
-    for (const auto& group : package.ComponentFiles)
+    for (const auto& group : loaded.ComponentFiles)
         for (auto& path : FilesOfOneName(group))
             twins.push_back(std::move(path));
     if (!twins.empty())
@@ -109,12 +104,11 @@ bool Program::CanCopyToHangar(const std::string& name) {
         return refuse("Please enter a package name.");
     if (!CanBePackageName(name))
         return refuse("\"" + name + "\" cannot be the name of a package.  Please use another name.");
-    const auto& category = selection.Category();
     if (category.empty())
         return refuse("Please select a package category.");
     if (!files.IsDirectory(settings.locations.HangarDir + category))
         return refuse("The package category " + category + " no longer seems to be in the Hangar.");
-    if (!CheckPackageName(context, name))
+    if (!CheckPackageName(each, name))
         return false;
 
     struct Warning {
@@ -136,35 +130,35 @@ bool Program::CanCopyToHangar(const std::string& name) {
                              "You need this file if this package is an aircraft and should have sound.  "
                              "Are you sure you want to continue?"}};
     for (const auto& warning : warnings)
-        if (!package.PackageHasFile(warning.file) && !user.AskOkCancel(warning.text))
+        if (!loaded.PackageHasFile(warning.file) && !each.user.AskOkCancel(warning.text))
             return false;
     return true;
 }
 
-void Program::CopyToHangar() {
+bool Program::CopyToHangar() {
     ReloadWhenChanged();
     if (!CheckCopySource(context, package))
-        return;
+        return false;
     if (std::ranges::all_of(package.tree.files, IsProgramFile)) {
         user.Tell("Staging is empty.  There is nothing to copy to the Hangar.", MessageIcon::Exclamation);
-        return;
+        return false;
     }
     if (!IsConfigurationChosen())
-        return;
+        return false;
     view.packageName = CleanPackageName(view.packageName); // the name file may have filled it
     ShowView();
-    const auto name = view.packageName;
-    if (!CanCopyToHangar(name))
-        return;
-    const PackageRef made{selection.Category(), name};
+    const PackageRef made{selection.Category(), view.packageName};
+    if (!CanCopyToHangar(context, package, made))
+        return false;
     SetSubject(made.Text());
     const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
     if (!copy)
-        return;
+        return false;
     ShowChanges({.hangar = true, .renamed = made}); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
-        return;
+        return false;
     EraseStaging(*copy);
+    return StagingIsEmpty(files, settings.locations);
 }
 
 bool Program::MayAddToStaging() {
@@ -184,29 +178,21 @@ void Program::ImportAircraft() {
     LoadStagedFiles(ChoiceQuestion::Ask);
 }
 
-void Program::AddArchive(std::string archive) {
+bool Program::AddArchive(const QueuedArchive& archive) {
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
-    user.subject = LastPathComponent(archive);
-    if (!MayAddToStaging())
-        return;
-    if (archive.empty())
-        archive = user.ChooseZipFile("Process ZIP File ...", settings.LastZipPath).value_or("");
-    if (archive.empty())
-        return;
-    const auto& before = history.Subject(); // several may be dropped at once
-    SetSubject(before + (before.empty() ? "" : ", ") + LastPathComponent(archive));
-    user.subject = LastPathComponent(archive);
-    if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive))
-        return;
+    SetSubject(LastPathComponent(archive.path));
+    if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive.path))
+        return false;
     LoadStagedFiles(ChoiceQuestion::Ask);
     if (wasEmpty && Trim(view.packageName).empty())
-        ProposeName(NameForArchive());
+        ProposeName(NameForArchive(package));
+    return true;
 }
 
 // The title of the aircraft, else the name of the archive, which has a directory of its own in Staging.
-std::string Program::NameForArchive() const {
-    if (!package.isChoiceOpen && package.aircraftTitle != MultipleTitle)
-        if (auto name = NameFromTitle(package.aircraftTitle); !name.empty())
+std::string Program::NameForArchive(const LoadedPackage& loaded) const {
+    if (!loaded.isChoiceOpen && loaded.aircraftTitle != MultipleTitle)
+        if (auto name = NameFromTitle(loaded.aircraftTitle); !name.empty())
             return name;
     constexpr std::string_view mark = "ZIP_";
     for (const auto& name : SubdirectoryNames(files, settings.locations.StagingDir))

@@ -75,6 +75,8 @@ void Program::StartUp() {
     EnterPlaces();
     if (settings != settings.kept)
         KeepSettings();
+    if (looksOnly)
+        OpenQueue(); // otherwise it is open
     RefreshSelection();
     ShowFirstPackage();
     hasStarted = true;
@@ -110,6 +112,7 @@ void Program::PutInOrder() {
         return;
     ClearScratch();
     CleanScratchIn(files, settings.AppDir);
+    OpenQueue();
     CreateDefaultCategories();
 }
 

@@ -36,6 +36,11 @@ class UnseenDialogs : public ProgramDialogs {
     std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override { return std::nullopt; }
     void ShowLocationProfiles(ProfileEditor&) override {}
     void ShowHistory(HistoryEditor&) override {}
+    std::optional<std::string> ChooseCategory(const std::string&, const std::vector<std::string>&,
+                                              const std::string&) override {
+        return std::nullopt;
+    }
+    std::string ChooseArchiveDirectory(const std::string&) override { return ""; }
     OfferedPictures ChoosePictures(const std::string&) override { return {}; }
     OfferedPictures ClipboardPictures() override { return {}; }
 };

@@ -96,7 +96,8 @@ const Command Commands[] = {
     {"erase sound", "", "staging; mnuRemoveSoundFromStaging"},
     {"choose configuration", Clear + "leave open; drop", "staging; refresh"},
     {"process ZIP", Clear, "staging; mnuProcessZipFile"},
-    {"process dropped", "", "drop"},
+    {"mix", "drop", "mix"},
+    {"take all", Clear + "drop all; mnuRemoveStaging", "take all"},
     {"import", Clear, "mnuImportFromMSFS"},
     {"import again", Clear + "mnuImportFromMSFS", "mnuImportFromMSFS"},
     {"remove from Hangar", "", Lear + "mnuRemoveFromHangar"},
@@ -171,6 +172,7 @@ class Run {
         window.geometry.reset();
         dialogs.chosenPictures.files = {"C:\\Pictures\\new.png", "C:\\Pictures\\left.jpg"};
         dialogs.clipboardPictures.jpeg = "a screenshot";
+        dialogs.chosenCategories = {"More Jets"};
         isStarted = program.Start();
     }
     ~Run() { program.Shutdown(); }
@@ -212,7 +214,13 @@ class Run {
         else if (step == "look")
             look();
         else if (step == "drop")
-            program.ProcessArchives({"C:\\Downloads\\Pair.zip"});
+            program.OfferArchives({"C:\\Downloads\\Pair.zip"});
+        else if (step == "drop all") // the first goes into Staging
+            program.OfferArchives({"C:\\Downloads\\Pair.zip", "C:\\Downloads\\Many\\"});
+        else if (step == "mix")
+            program.AddArchiveToStaging(0);
+        else if (step == "take all")
+            program.TakeAllArchives();
         else if (step == "leave open")
             user.leavesChoiceOpen = true;
         else if (step == "rename category")
@@ -315,6 +323,14 @@ void Fill(TemporaryDrive& drive) {
                                           {"panel/panel.cfg", panel},
                                           {"gauges.zip", Zip({{"pair.gau", "MZ pair"}, {"readme.txt", "nested"}})},
                                           {"readme.txt", "outer"}}));
+    for (const auto& [name, model] :
+         {std::pair("Fine", "model.cfg"), std::pair("Lacking", "none.cfg"), std::pair("Third", "model.cfg")})
+        drive.Put(std::string("Downloads\\Many\\") + name + ".zip",
+                  Zip({{"aircraft.cfg", std::string("[fltsim.0]\r\ntitle=") + name + "\r\ntexture=\r\n"},
+                       {model, "model"},
+                       {"panel/panel.cfg", panel},
+                       {"sound/sound.cfg", "sound"},
+                       {"texture/a.bmp", large}}));
     drive.Fill("Pictures", "new.png=PNG, left.jpg=JFIF left");
 }
 

@@ -150,7 +150,7 @@ std::string Execute(const Place& place, const Lines& arguments, const std::strin
 // What is left out of a comparison: the program's own names and what it keeps for itself.
 bool IsOwnOfProgram(const std::string& path) {
     const auto name = path.substr(path.rfind('/') + 1);
-    return name.starts_with("~kx~") || path == "App/journal" || path == "App2";
+    return name.starts_with("~kx~") || path == "App/journal" || path == "App/queue.txt" || path == "App2";
 }
 
 enum class Verdict { Before, After, Told, Neither };

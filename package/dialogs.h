@@ -51,6 +51,11 @@ class UserDialogs {
     }
     // An existing zip archive; the directory to open on may be "". None when the user cancelled.
     virtual std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) = 0;
+    // The same, one or several of them; none when the user cancelled.
+    virtual std::vector<std::string> ChooseZipFiles(const std::string& title, const std::string& directory) {
+        const auto chosen = ChooseZipFile(title, directory);
+        return chosen ? std::vector{*chosen} : std::vector<std::string>();
+    }
 
     // frmMultipleCfg: the row picked, from 0. A dialog that was closed picks nothing.
     virtual std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) = 0;

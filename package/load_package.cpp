@@ -242,13 +242,15 @@ bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package) {
            now.unreadable != package.tree.unreadable;
 }
 
+bool HasSeveralAircraftCfg(const CommandContext& context) {
+    return CollectFiles(WalkTree(context.files, context.locations.StagingDir), "aircraft.cfg", FileMode::Name,
+                        context.limits)
+               .entries.size() > 1;
+}
+
 void CheckSingleAircraftCfg(CommandContext& context) {
     const std::string& staging = context.locations.StagingDir;
-    const auto hasSeveral = [&] {
-        return CollectFiles(WalkTree(context.files, staging), "aircraft.cfg", FileMode::Name, context.limits)
-                   .entries.size() > 1;
-    };
-    if (!hasSeveral())
+    if (!HasSeveralAircraftCfg(context))
         return;
     context.launcher.OpenInFileManager(staging, WindowState::Minimised);
     context.user.Tell(
@@ -258,7 +260,7 @@ void CheckSingleAircraftCfg(CommandContext& context) {
         "hit 'OK' to continue.  "
         "For your convenience a Minimized Windows Explorer session has been opened to the Staging directory.",
         MessageIcon::Exclamation);
-    if (!hasSeveral())
+    if (!HasSeveralAircraftCfg(context))
         return;
     if (context.user.AskYesNo("Korvadex cannot handle more than one aircraft.cfg in the Staging directory.  "
                               "Would you like to remove all files from the Staging directory?",

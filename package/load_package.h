@@ -27,6 +27,7 @@ LoadOutcome LoadStaging(CommandContext& context, LoadedPackage& package, ChoiceQ
 // True when the tree on disk is no longer the one that was loaded (names, sizes or times).
 bool HasChangedOnDisk(const FileSystem& files, const LoadedPackage& package);
 
+bool HasSeveralAircraftCfg(const CommandContext& context);
 // Staging can hold one aircraft only: asks for removal while there are several aircraft.cfg files. To be
 // called before Staging is loaded. Throws ProgramEnd when the user keeps them.
 void CheckSingleAircraftCfg(CommandContext& context);

@@ -11,18 +11,6 @@ namespace korvadex {
 
 namespace {
 
-std::string DescribeBadName(const CommandContext& context, const std::string& name, const std::string& own) {
-    if (name.empty())
-        return "You must enter a category name.";
-    if (!CanBePackageName(name))
-        return "\"" + name + "\" cannot be the name of a category.  Please use another name.";
-    // A change of case alone finds itself.
-    if (!EqualNoCase(name, own) &&
-        context.files.Info(context.locations.HangarDir + name).fault() != FileFault::NotFound)
-        return "Category name already exists in the Hangar.  Please use another name.";
-    return "";
-}
-
 void TellFailure(CommandContext& context, const std::string& what, const std::string& path, const Status& status) {
     context.user.Tell(what + "\r\n\r\n" + path + "\r\n\r\nThe reason: " + DescribeFault(status) +
                           ".  Nothing was changed.  Please make sure that no other program uses it and that you may "
@@ -63,6 +51,18 @@ std::string DescribeHindrance(const CommandContext& context, const PackageRef& p
 
 } // namespace
 
+std::string DescribeBadCategoryName(const CommandContext& context, const std::string& name, const std::string& own) {
+    if (name.empty())
+        return "You must enter a category name.";
+    if (!CanBePackageName(name))
+        return "\"" + name + "\" cannot be the name of a category.  Please use another name.";
+    // A change of case alone finds itself.
+    if (!EqualNoCase(name, own) &&
+        context.files.Info(context.locations.HangarDir + name).fault() != FileFault::NotFound)
+        return "Category name already exists in the Hangar.  Please use another name.";
+    return "";
+}
+
 std::string AskCategoryName(CommandContext& context, const std::string& own) {
     for (std::string typed = own;;) {
         const auto entered = context.user.AskName(
@@ -72,7 +72,7 @@ std::string AskCategoryName(CommandContext& context, const std::string& own) {
         const std::string name = CleanPackageName(*entered);
         if (name == own && !own.empty())
             return "";
-        const std::string problem = DescribeBadName(context, name, own);
+        const std::string problem = DescribeBadCategoryName(context, name, own);
         if (problem.empty())
             return name;
         context.user.Tell(problem, MessageIcon::Exclamation);

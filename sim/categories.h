@@ -7,6 +7,10 @@
 
 namespace korvadex {
 
+// Why a category cannot get this name; "" when it can. own: the one that it has now, "" for a new one.
+std::string DescribeBadCategoryName(const CommandContext& context, const std::string& name,
+                                    const std::string& own = "");
+
 // Asks for the name of a category until it is a name that is free; own: the one that it has now, "" for a new one. ""
 // when the user gave up, or entered what it has.
 std::string AskCategoryName(CommandContext& context, const std::string& own = "");

@@ -22,7 +22,8 @@
 //   undo, redo                      of the last command
 //   hangar, staging, refresh, exit  select CATEGORY\PACKAGE  category ROW
 //   name TEXT                       into the field for a package's name
-//   drop FILE, FILE (archives)      add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
+//   drop FILE, FILE (archives)      queue next, take ROW, skip, remove ROWS, mix ROW, all CATEGORY
+//   add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
 //   paste BYTES (a picture)         open, folder, erase GROUP POSITIONS (files of a component list)
 //   line ROW, close (the list window) photo ROW (of the gallery)
 //   show CATEGORY\PACKAGE, new (category), recategory CATEGORY (its name), moveto CATEGORY
@@ -251,7 +252,7 @@ class CaseTest : public ProgramTest {
                 all += text + "|";
             return all.substr(0, all.empty() ? 0 : all.size() - 1);
         };
-        Texts files, left, photos, collection;
+        Texts files, left, photos, collection, waiting;
         if (const int group = GroupNamed(field); group < GroupCount) {
             for (const auto& file : shown.ComponentFiles[std::size_t(group)])
                 files.push_back(file.Name());
@@ -262,6 +263,8 @@ class CaseTest : public ProgramTest {
                 left.push_back(text.substr(6));
         for (const auto& picture : form.gallery.pictures)
             photos.push_back(picture.path.substr(drive.At("Hangar\\").size()));
+        for (const auto& [path, part, reason] : view.queue)
+            waiting.push_back(LastPathComponent(path) + part + (reason.empty() ? "" : ": " + reason));
         program->ReadCollection(std::chrono::hours(1));
         for (const auto& category : program->GetCollection().Arrange())
             for (const auto& package : category.packages)
@@ -282,6 +285,7 @@ class CaseTest : public ProgramTest {
             {"packages", joined(form.PackageLines())},
             {"counts", view.statusCounts},
             {"collection", joined(collection)},
+            {"queue", joined(waiting)},
             {"undo", view.undoText},
             {"redo", view.redoText},
             {"status", form.status},
@@ -391,7 +395,25 @@ class CaseTest : public ProgramTest {
         {"category", {[this](auto& row) { program->ChooseCategory(std::stoi(row)); }}},
         {"select", {[this](auto& path) { Select(In(path)); }}},
         {"name", {[this](auto& text) { program->SetPackageName(In(text)); }}},
-        {"drop", {[this](auto& files) { program->ProcessArchives(Paths(files)); }}},
+        {"drop", {[this](auto& files) { program->OfferArchives(Paths(files)); }}},
+        {"queue",
+         {" ",
+          [this](auto& command, auto& rows) {
+              if (command == "all") {
+                  dialogs.chosenCategories.assign(1, rows.empty() ? std::nullopt : std::optional(rows));
+                  program->TakeAllArchives();
+              } else if (command == "next") {
+                  program->TakeNextArchive();
+              } else if (command == "skip") {
+                  program->SkipArchive();
+              } else if (command == "remove") {
+                  program->RemoveFromQueue(Rows(rows));
+              } else {
+                  const auto routine = command == "mix" ? &Program::AddArchiveToStaging : &Program::TakeArchive;
+                  (*program.*routine)(std::stoi(rows));
+              }
+              form.onStatus.clear();
+          }}},
         {"add", {[this](auto& files) {
              dialogs.chosenPictures.files = Paths(files);
              program->ImportImageFiles();

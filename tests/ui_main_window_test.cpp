@@ -144,7 +144,7 @@ TEST_F(HangarWindow, EveryControlHasANameAndItsTurnInTheTabOrder) {
                             "txtAircraftName",    "txtPanelAlias",    "txtSoundAlias"};
     for (int group = 0; group < GroupCount; ++group)
         expected.append(QString("lstComponents_%1").arg(group));
-    expected += {"txtCollectionFilter", "cboCollectionOrder"};
+    expected += {"txtCollectionFilter", "cboCollectionOrder", "lstQueue"};
     const auto order = TabOrder(Control<QWidget>(window, "cboPackageCategory"));
     EXPECT_EQ(order.filter(QRegularExpression("^(cbo|txt|lst)")), expected);
 }
@@ -249,7 +249,7 @@ TEST_F(HangarWindow, TheFilterNarrowsWhatTheChooserOffersAndNothingElse) {
 TEST_F(HangarWindow, AProposedNameIsMarkedSoThatTypingReplacesIt) {
     Start();
     drive.Put("Downloads\\zipped.zip", ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear 45\r\n").Bytes());
-    program.ProcessArchives({drive.At("Downloads\\zipped.zip")});
+    program.OfferArchives({drive.At("Downloads\\zipped.zip")});
     auto& field = Control<QLineEdit>(window, "txtPackageName");
     EXPECT_EQ(field.selectedText(), "Lear 45");
     for (const auto key : {Qt::Key_M, Qt::Key_N}) {

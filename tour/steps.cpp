@@ -211,6 +211,46 @@ void Compressed(Tour& tour) {
     tour.PhotographAll();
 }
 
+// A directory of archives, of which those that need no question are taken in one go.
+void Queue(Tour& tour) {
+    const auto put = [&](const char* name, const char* more, const char* panel, const char* password) {
+        test::ZipBuilder::Options options;
+        options.password = password;
+        test::ZipBuilder zip;
+        zip.Add("aircraft.cfg", std::string("[fltsim.0]\r\ntitle=") + name + "\r\n" + more, options);
+        for (const char* file : {"model/model.cfg", panel, "sound/sound.cfg"})
+            zip.Add(file, "[general]\r\n", options);
+        tour.Put(std::string("Archives\\") + name + ".zip", zip.Bytes());
+    };
+    for (const char* name : {"Aldous 2", "Corvale 12", "Dunmere Jet", "Hollin Glider", "Marlock 4", "Ostrand Twin"})
+        put(name, "", "panel/panel.cfg", "");
+    put("Brindle 8 liveries", "[fltsim.1]\r\ntitle=Brindle 8 by night\r\n", "panel/panel.cfg", "");
+    put("Jessamy", "", "readme.txt", "");
+    put("Kettering locked", "", "panel/panel.cfg", "secret");
+    tour.Put("Archives\\Nettle.zip", "half of it");
+    GoToStaging(tour);
+    tour.Choose("Alt+O", "D");
+    tour.Await("archiveDirectoryDialog");
+    const auto directory = QString::fromStdString(tour.HostPath("Archives"));
+    tour.Use([=](QWidget& dialog) { Control<QLineEdit>(dialog, "fileNameEdit").setText(directory); });
+    tour.Press("Return");
+    tour.AwaitHangar();
+    tour.Choose("Alt+O", "R");
+    tour.AwaitMessage("Are you sure you want to erase everything");
+    tour.Answer("Yes");
+    tour.AwaitMessage("Done.");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.Choose("Alt+T", "T");
+    tour.Await("InputBox");
+    tour.PhotographAll("queue_category");
+    tour.Press("Return");
+    tour.AwaitMessage("");
+    tour.Answer("OK");
+    tour.AwaitHangar();
+    tour.Photograph();
+}
+
 void Splash(Tour& tour) {
     tour.StartWithSplash();
     tour.Await("frmSplash");
@@ -377,14 +417,14 @@ const std::vector<Step>& Steps() {
         {"splash", Splash, Kind::Starts},
         {"hangar", [](Tour& tour) { tour.Photograph(); }},
         {"menu_file", Menu("Alt+F", {640, 185})},
-        {"menu_tools", Menu("Alt+T", {640, 330})},
+        {"menu_tools", Menu("Alt+T", {640, 390})},
         {"menu_options", Menu("Alt+O", {640, 470})},
         {"menu_data", Menu("Alt+D", {640, 280})},
         {"menu_help", Menu("Alt+L", {640, 130})},
         {"menu_staging",
          [](Tour& tour) {
              GoToStaging(tour);
-             Menu("Alt+O", {640, 340})(tour);
+             Menu("Alt+O", {640, 365})(tour);
          }},
         {"filter", Filter},
         {"locations", Window("Alt+F", "L", "frmLocations")},
@@ -414,6 +454,7 @@ const std::vector<Step>& Steps() {
         {"unused", Unused, Kind::Changes},
         {"alias", PasteAlias, Kind::Changes},
         {"history", History, Kind::Changes},
+        {"queue", Queue, Kind::Changes},
         {"notes", Notes, Kind::Changes},
         {"compressed", Compressed, Kind::Changes},
         {"everything", Everything, Kind::Changes},

@@ -1,6 +1,7 @@
 #include "ui/archive_files.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QUrl>
 
@@ -16,7 +17,7 @@ QStringList ArchiveFilesIn(const QMimeData* data) {
     for (const QUrl& url : data ? data->urls() : QList<QUrl>()) {
         const QString name = url.fileName();
         const bool isArchive = name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);
-        if (url.isLocalFile() && isArchive)
+        if (url.isLocalFile() && (isArchive || QFileInfo(url.toLocalFile()).isDir()))
             archives.append(url.toLocalFile());
     }
     return archives;

@@ -10,7 +10,8 @@ namespace korvadex {
 
 // The dialog offers zip archives first, then the programs that unpack themselves.
 void OfferArchives(QFileDialog& dialog);
-// The local files among what is dragged (none for null) whose names say that they are archives, as host paths.
+// The local files among what is dragged (none for null) whose names say that they are archives, and directories, as
+// host paths.
 QStringList ArchiveFilesIn(const QMimeData* data);
 
 } // namespace korvadex

@@ -60,6 +60,15 @@ QString StartDirectory(const FileSystem& files, const std::string& last, QStanda
     return QDir::homePath();
 }
 
+// What is chosen in the dialog; nothing when it was cancelled.
+std::vector<std::string> SourcesOf(const FileSystem& files, QFileDialog& dialog) {
+    std::vector<std::string> chosen;
+    if (dialog.exec() == QDialog::Accepted)
+        for (const QString& path : dialog.selectedFiles())
+            chosen.push_back(files.SourceFromHost(FromQt(path)));
+    return chosen;
+}
+
 std::optional<std::string> TextFrom(InputBox& box) {
     if (box.exec() != QDialog::Accepted)
         return std::nullopt;
@@ -102,13 +111,16 @@ std::optional<std::string> Dialogs::AskName(const std::string& prompt, const std
 }
 
 std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, const std::string& directory) {
+    const auto chosen = ChooseZipFiles(title, directory);
+    return chosen.empty() ? std::nullopt : std::optional(chosen.front());
+}
+
+std::vector<std::string> Dialogs::ChooseZipFiles(const std::string& title, const std::string& directory) {
     QFileDialog dialog(Parent(), ToQt(title), StartDirectory(files, directory, QStandardPaths::DownloadLocation));
     OfferArchives(dialog);
     dialog.setObjectName("zipFileDialog");
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return std::nullopt;
-    return files.SourceFromHost(FromQt(dialog.selectedFiles().constFirst()));
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    return SourcesOf(files, dialog);
 }
 
 std::optional<int> Dialogs::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {
@@ -192,6 +204,27 @@ void Dialogs::ShowHistory(HistoryEditor& history) {
     };
     frmHistory(history, guard, Parent()).exec();
     kept.Rethrow();
+}
+
+std::optional<std::string> Dialogs::ChooseCategory(const std::string& prompt,
+                                                   const std::vector<std::string>& categories,
+                                                   const std::string& preset) {
+    InputBox box(LinesToQt(prompt), false, Parent());
+    QStringList offered;
+    for (const std::string& category : categories)
+        offered.append(ToQt(category));
+    box.Offer(offered);
+    box.Propose(ToQt(preset));
+    return TextFrom(box);
+}
+
+std::string Dialogs::ChooseArchiveDirectory(const std::string& directory) {
+    QFileDialog dialog(Parent(), "Process a directory of archives",
+                       StartDirectory(files, directory, QStandardPaths::DownloadLocation));
+    dialog.setObjectName("archiveDirectoryDialog");
+    dialog.setFileMode(QFileDialog::Directory);
+    const auto chosen = SourcesOf(files, dialog);
+    return chosen.empty() ? "" : chosen.front();
 }
 
 OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {

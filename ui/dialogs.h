@@ -25,6 +25,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     std::optional<std::string> AskText(const std::string& prompt, bool isSecret) override;
     std::optional<std::string> AskName(const std::string& prompt, const std::string& present) override;
     std::optional<std::string> ChooseZipFile(const std::string& title, const std::string& directory) override;
+    std::vector<std::string> ChooseZipFiles(const std::string& title, const std::string& directory) override;
     std::optional<int> ChooseConfiguration(const std::vector<ConfigurationRow>& rows) override;
     void ShowInstallStatus(const std::string& text) override;
     void ShowImportStatus(const std::string& text) override;
@@ -35,6 +36,9 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     std::optional<LocationsEntry> ShowLocations(Settings& settings, const LocationsForm& form) override;
     void ShowLocationProfiles(ProfileEditor& profiles) override;
     void ShowHistory(HistoryEditor& history) override;
+    std::optional<std::string> ChooseCategory(const std::string& prompt, const std::vector<std::string>& categories,
+                                              const std::string& preset) override;
+    std::string ChooseArchiveDirectory(const std::string& directory) override;
     OfferedPictures ChoosePictures(const std::string& directory) override;
     OfferedPictures ClipboardPictures() override;
 

@@ -11,6 +11,7 @@
 #include "ui/menus.h"
 #include "ui/picture_files.h"
 #include "ui/qt_text.h"
+#include "ui/queue_panel.h"
 #include "ui/undo_keys.h"
 #include "ui/wheel_guard.h"
 #include "ui/window_geometry.h"
@@ -85,7 +86,11 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ui->splMain->setStretchFactor(1, 1);
     ui->splCollection->setStretchFactor(0, 0);
     ui->splCollection->setStretchFactor(1, 1);
-    ui->pnlCollection->hide();
+    ui->splLeft->setStretchFactor(0, 2);
+    ui->splLeft->setStretchFactor(1, 1);
+    for (QWidget* panel : {static_cast<QWidget*>(ui->pnlCollection), static_cast<QWidget*>(ui->pnlQueue),
+                           static_cast<QWidget*>(ui->splLeft)})
+        panel->hide();
     // A small screen has no room for buttons wider than their texts.
     for (auto* button : findChildren<QPushButton*>())
         button->setMinimumWidth(button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() +
@@ -95,6 +100,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ConnectFilter();
     ConnectMenus();
     ConnectCollection();
+    ConnectQueue();
     checkOpenings->setInterval(OpeningsInterval);
     connect(checkOpenings, &QTimer::timeout, this, [this] {
         if (!program || !program->CheckOpenings())
@@ -234,9 +240,23 @@ void frmHangar::ConnectCollection() {
             [this](const std::string& category) { Run([&](Program& to) { to.RenameCategory(category); }); });
     connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });
     connect(ui->splCollection, &QSplitter::splitterMoved, this,
-            [this] { collectionWidth = ui->pnlCollection->width() * TwipsPerPixel; });
+            [this] { collectionWidth = ui->splLeft->width() * TwipsPerPixel; });
     readCollection->setInterval(ReadInterval);
     connect(readCollection, &QTimer::timeout, this, &frmHangar::ReadCollection);
+}
+
+void frmHangar::ConnectQueue() {
+    QueuePanel* panel = ui->pnlQueue;
+    const auto on = [&](auto signal, auto command) {
+        connect(panel, signal, this,
+                [this, command](auto... given) { Run([=](Program& to) { (to.*command)(given...); }); });
+    };
+    on(&QueuePanel::NextChosen, &Program::TakeNextArchive);
+    on(&QueuePanel::SkipChosen, &Program::SkipArchive);
+    on(&QueuePanel::TakeAllChosen, &Program::TakeAllArchives);
+    on(&QueuePanel::TakeChosen, &Program::TakeArchive);
+    on(&QueuePanel::AddChosen, &Program::AddArchiveToStaging);
+    on(&QueuePanel::RemoveChosen, &Program::RemoveFromQueue);
 }
 
 void frmHangar::RunOn(const PackageRef& package, const std::function<void(Program&)>& command) {
@@ -259,6 +279,16 @@ void frmHangar::ShowCollection(const MainView& view, const LoadedPackage& packag
         return;
     panel->Show(program->GetCollection(), view.HangarSideShown ? package.ref : PackageRef(), view.HangarSideShown);
     readCollection->start();
+}
+
+void frmHangar::ShowQueue(const MainView& view) {
+    QueuePanel* panel = ui->pnlQueue;
+    panel->Show(view.queue);
+    const bool hadFocus = panel->isAncestorOf(focusWidget());
+    panel->setVisible(!view.queue.empty());
+    if (hadFocus && view.queue.empty())
+        ui->cboPackageCategory->setFocus();
+    ui->splLeft->setVisible(view.isCollectionShown || !view.queue.empty());
 }
 
 void frmHangar::ReadCollection() {
@@ -291,6 +321,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     shownRevision = view.listRevision;
     shownImage = view.imageIndex;
     ShowCollection(view, package);
+    ShowQueue(view);
     checkOpenings->start(); // a command may have opened something
 }
 
@@ -472,7 +503,7 @@ void frmHangar::dropEvent(QDropEvent* event) {
     event->accept();
     // The program that the file was dragged from waits until this returns.
     QMetaObject::invokeMethod(
-        this, [this, paths] { Run([&](Program& to) { to.ProcessArchives(paths); }); }, Qt::QueuedConnection);
+        this, [this, paths] { Run([&](Program& to) { to.OfferArchives(paths); }); }, Qt::QueuedConnection);
 }
 
 } // namespace korvadex

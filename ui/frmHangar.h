@@ -78,9 +78,11 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ConnectFilter();
     void ConnectMenus();
     void ConnectCollection();
+    void ConnectQueue();
     // Shows the package; the command follows where it is shown then.
     void RunOn(const PackageRef& package, const std::function<void(Program&)>& command);
     void ShowCollection(const MainView& view, const LoadedPackage& package);
+    void ShowQueue(const MainView& view);
     void ReadCollection();
     void ShowSide(bool isHangarSide);
     void ShowPackageName(const MainView& view);

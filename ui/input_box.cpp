@@ -18,13 +18,25 @@ InputBox::InputBox(const QString& prompt, bool isSecret, QWidget* parent)
 
 InputBox::~InputBox() = default;
 
+void InputBox::Offer(const QStringList& texts) {
+    ui->txtInput->hide();
+    ui->cboInput->addItems(texts);
+    ui->cboInput->setAccessibleName(ui->lblPrompt->text());
+    ui->cboInput->show();
+    ui->cboInput->setFocus();
+}
+
 void InputBox::Propose(const QString& text) {
-    ui->txtInput->setText(text);
-    ui->txtInput->selectAll();
+    Field()->setText(text);
+    Field()->selectAll();
 }
 
 QString InputBox::Text() const {
-    return ui->txtInput->text();
+    return Field()->text();
+}
+
+QLineEdit* InputBox::Field() const {
+    return ui->cboInput->count() > 0 ? ui->cboInput->lineEdit() : ui->txtInput;
 }
 
 } // namespace korvadex

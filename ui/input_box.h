@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class QLineEdit;
+
 namespace Ui {
 class InputBox;
 }
@@ -19,11 +21,15 @@ class InputBox : public QDialog {
     InputBox(const QString& prompt, bool isSecret, QWidget* parent);
     ~InputBox() override;
 
+    // To choose from; another text can be typed.
+    void Offer(const QStringList& texts);
     // To begin with; typing replaces it.
     void Propose(const QString& text);
     QString Text() const;
 
   private:
+    QLineEdit* Field() const;
+
     std::unique_ptr<Ui::InputBox> ui;
 };
 

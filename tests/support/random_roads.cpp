@@ -135,7 +135,11 @@ class Road : private RoadGround {
         if (!isEmpty)
             drive.Put("Staging\\left over.txt", "from before");
         Attempt(
-            "process archive", [&] { program->ProcessArchives({drive.At("Packed\\" + addon.archiveName)}); },
+            "process archive",
+            [&] {
+                program->OfferArchives({drive.At("Packed\\" + addon.archiveName)});
+                program->AddArchiveToStaging(0);
+            },
             [&] { return drive.Has("Staging\\ZIP_" + addon.archiveName); }, !isEmpty);
         if (!drive.Has("Staging\\ZIP_" + addon.archiveName))
             throw RoadEnd{};

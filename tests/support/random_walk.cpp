@@ -4,6 +4,7 @@
 #include "tests/support/road_ground.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <sstream>
 
@@ -282,6 +283,8 @@ class Walk {
     }
     int Any(const auto& list) { return list.empty() ? -1 : static_cast<int>(dice.Below(list.size())); }
     void Bring() {
+        if (!program->View().queue.empty() && dice.OneIn(2))
+            return program->AddArchiveToStaging(0);
         const auto addon = MakeAddon(dice, pool);
         const std::string path = "Packed\\" + std::to_string(++archives) + addon.archiveName;
         drive.Put(path, addon.Archive());
@@ -289,9 +292,13 @@ class Walk {
         if (archives > 1 && dice.OneIn(4))
             paths.push_back(drive.At(lastArchive));
         lastArchive = path;
-        program->ProcessArchives(paths);
+        program->OfferArchives(paths);
     }
     void CopyToHangar() {
+        std::vector<int> waiting(
+            program->View().queue.size()); // the next would come by itself, in a command of its own
+        std::iota(waiting.begin(), waiting.end(), 0);
+        program->RemoveFromQueue(waiting);
         program->ChooseCategory(Any(program->View().categories));
         if (dice.OneIn(2))
             program->SetPackageName("Plane " + std::to_string(dice.Below(6)));

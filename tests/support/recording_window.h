@@ -123,6 +123,23 @@ class ScriptedLocations : public ProgramDialogs {
     std::function<void(HistoryEditor&)> useHistory;
     void ShowHistory(HistoryEditor& history) override { useHistory(history); }
 
+    std::deque<std::optional<std::string>> chosenCategories; // one after the other
+    std::string offeredCategories;                           // "Jets, Props: Jets", as offered last
+    std::optional<std::string> ChooseCategory(const std::string&, const std::vector<std::string>& categories,
+                                              const std::string& preset) override {
+        offeredCategories.clear();
+        for (const auto& category : categories)
+            offeredCategories += (offeredCategories.empty() ? "" : ", ") + category;
+        offeredCategories += ": " + preset;
+        if (chosenCategories.empty())
+            return std::nullopt;
+        const auto chosen = chosenCategories.front();
+        chosenCategories.pop_front();
+        return chosen;
+    }
+    std::string archiveDirectory; // that is chosen
+    std::string ChooseArchiveDirectory(const std::string&) override { return archiveDirectory; }
+
     OfferedPictures chosenPictures, clipboardPictures;
     std::string pictureDirectory; // that the choice opened on
     OfferedPictures ChoosePictures(const std::string& directory) override {

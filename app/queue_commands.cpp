@@ -1,0 +1,208 @@
+// The queue of archives beside Staging: what waits in it, and how it is taken.
+#include "app/program.h"
+#include "package/file_primitives.h"
+#include "package/name_list.h"
+#include "platform/windows_path.h"
+
+#include <algorithm>
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::string_view QueueFileName = "queue.txt";
+
+} // namespace
+
+void Program::OpenQueue() {
+    const Status read = queue.Open(settings.AppDir + std::string(QueueFileName), looksOnly);
+    if (!read)
+        user.Tell("The queue of archives " + read.path + " could not be read (" + DescribeFault(read) +
+                      ").  The file is left as it is, and what is added to the queue now is lost when Korvadex ends.",
+                  MessageIcon::Exclamation);
+}
+
+void Program::KeepQueue(const Status& saved) {
+    if (!saved)
+        user.Tell("The queue of archives could not be saved in " + settings.AppDir + std::string(QueueFileName) + " (" +
+                      DescribeFault(saved) +
+                      ").  Korvadex tries again when the queue changes; until then it is lost "
+                      "when Korvadex ends.",
+                  MessageIcon::Exclamation);
+}
+
+void Program::Enqueue(const std::vector<QueuedArchive>& archives) {
+    if (queue.Entries().empty())
+        takenFromQueue = 0;
+    const std::size_t before = queue.Entries().size();
+    KeepQueue(queue.Add(archives));
+    queue.LookAgain();
+    const std::size_t added = queue.Entries().size() - before;
+    ShowStatus(added == 1 ? LastPathComponent(queue.Entries().back().path) + " waits in the queue."
+                          : std::to_string(added) + " archives were added to the queue.");
+}
+
+std::optional<QueuedArchive> Program::ArchiveAt(int row) const {
+    const auto& entries = queue.Entries();
+    return row >= 0 && row < std::ssize(entries) ? std::optional(entries[static_cast<std::size_t>(row)]) : std::nullopt;
+}
+
+void Program::OfferArchives(const std::vector<std::string>& paths) {
+    bool isToTake = false;
+    Run({"Process ZIP", ""}, [&] {
+        EnsureStagingSide();
+        if (!IsStagingReady())
+            return;
+        const FoundArchives found = FindArchives(files, settings.locations, paths);
+        if (!found.unreadable.empty())
+            user.Tell("The following directories could not be searched for archives ...\r\n\r\n" +
+                          ListNames(found.unreadable) +
+                          "\r\n\r\nPlease make sure that they are there and that you may read them, and try again.",
+                      MessageIcon::Exclamation);
+        else if (found.archives.empty())
+            user.Tell("There is no zip archive in what you have chosen.", MessageIcon::Exclamation);
+        isToTake = AddOrEnqueue(found.archives);
+    });
+    if (isToTake)
+        TakeNextArchive();
+}
+
+bool Program::AddOrEnqueue(const std::vector<QueuedArchive>& archives) {
+    const bool isEmpty = StagingIsEmpty(files, settings.locations);
+    if (archives.size() == 1 && isEmpty)
+        AddArchive(archives.front());
+    else if (!archives.empty())
+        Enqueue(archives);
+    return archives.size() > 1 && isEmpty;
+}
+
+void Program::ProcessArchiveDirectory() {
+    std::string directory;
+    Run({"Process ZIP", ""}, [&] {
+        if (ArePlacesThere({Place::Staging}))
+            directory = dialogs.ChooseArchiveDirectory(settings.LastZipPath);
+    });
+    if (!directory.empty())
+        OfferArchives({directory});
+}
+
+bool Program::IsStagingFree() {
+    const bool isFree = StagingIsEmpty(files, settings.locations);
+    if (!isFree)
+        user.Tell("Staging still contains files.  The next archive can be taken when they have been copied to the "
+                  "Hangar, or removed from Staging.",
+                  MessageIcon::Exclamation);
+    return isFree;
+}
+
+void Program::TakeNextArchive() {
+    TakeArchive(0);
+}
+
+void Program::TakeArchive(int row) {
+    const auto wanted = ArchiveAt(row);
+    Run({"Process ZIP", wanted ? LastPathComponent(wanted->path) : ""}, [&] {
+        if (!wanted)
+            return user.Tell(NoArchiveText);
+        EnsureStagingSide();
+        if (!IsStagingReady() || !IsStagingFree())
+            return;
+        ShowStatus(DescribeTurn(*wanted, 1));
+        AddArchive(*wanted);
+        EndJournal();
+        queue.LookAgain();
+        if (StagingIsEmpty(files, settings.locations)) { // the user was told why
+            QueuedArchive left = *wanted;
+            left.reason = files.Info(left.path) ? NothingCameReason : GoneArchiveReason;
+            KeepQueue(queue.PutLast({left}));
+            return;
+        }
+        NoteTaken({*wanted});
+        archivesInStaging.push_back(*wanted);
+        ++takenFromQueue;
+        ShowStatus(DescribeTurn(*wanted, 0));
+    });
+}
+
+// "2 of 30: Skerrow v2.zip"; ahead: how many of those that wait still are taken then.
+std::string Program::DescribeTurn(const QueuedArchive& archive, int ahead) const {
+    const auto total = static_cast<std::size_t>(takenFromQueue) + queue.Entries().size();
+    return std::to_string(takenFromQueue + ahead) + " of " + std::to_string(total) + ": " +
+           LastPathComponent(archive.path);
+}
+
+// The command that has just ended has taken them: with it they come back.
+void Program::NoteTaken(const std::vector<QueuedArchive>& archives) {
+    KeepQueue(queue.Remove(archives));
+    if (const HistoryEntry* entry = history.NextUndo(); entry && entry->title == history.Title())
+        takenBy[entry->item] = archives;
+}
+
+void Program::QueueFollows(int item, bool isUndo) {
+    const auto found = takenBy.find(item);
+    if (found == takenBy.end())
+        return;
+    KeepQueue(isUndo ? queue.AddFirst(found->second) : queue.Remove(found->second));
+    const int count = static_cast<int>(found->second.size());
+    takenFromQueue = std::max(0, takenFromQueue + (isUndo ? -count : count));
+}
+
+void Program::SkipArchive() {
+    bool isCleared = false;
+    Run({"Clear Staging", ""}, [&] {
+        const auto skipped = archivesInStaging; // forgotten with what is in Staging
+        if (skipped.empty()) {
+            if (const auto first = ArchiveAt(0))
+                KeepQueue(queue.PutLast({*first}));
+            return;
+        }
+        EnsureStagingSide();
+        if (!IsStagingReady())
+            return;
+        SetSubject(view.packageName);
+        EraseStaging();
+        EndJournal();
+        isCleared = StagingIsEmpty(files, settings.locations);
+        if (!isCleared)
+            return;
+        takenFromQueue = std::max(0, takenFromQueue - static_cast<int>(skipped.size()));
+        KeepQueue(queue.Add(skipped));
+    });
+    if (isCleared)
+        TakeNextArchive();
+}
+
+void Program::RemoveFromQueue(const std::vector<int>& rows) {
+    std::vector<QueuedArchive> chosen;
+    for (const int row : rows)
+        if (const auto archive = ArchiveAt(row))
+            chosen.push_back(*archive);
+    if (chosen.empty())
+        return;
+    Run({"Remove from queue", ""}, [&] {
+        if (chosen.size() > 1 && !user.AskYesNo("Do you want to remove these " + std::to_string(chosen.size()) +
+                                                " archives from the queue?  The archives themselves stay where they "
+                                                "are."))
+            return;
+        KeepQueue(queue.Remove(chosen));
+        ShowStatus(chosen.size() == 1 ? LastPathComponent(chosen.front().path) + " was removed from the queue."
+                                      : std::to_string(chosen.size()) + " archives were removed from the queue.");
+    });
+}
+
+void Program::AddArchiveToStaging(int row) {
+    const auto wanted = ArchiveAt(row);
+    if (!wanted)
+        return;
+    Run({"Process ZIP", LastPathComponent(wanted->path)}, [&] {
+        EnsureStagingSide();
+        if (!IsStagingReady() || !MayAddToStaging() || !AddArchive(*wanted))
+            return;
+        if (!EndJournal())
+            return;
+        NoteTaken({*wanted});
+        archivesInStaging.push_back(*wanted);
+    });
+}
+
+} // namespace korvadex
