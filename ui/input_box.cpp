@@ -2,6 +2,8 @@
 
 #include "ui_input_box.h"
 
+#include <QKeyEvent>
+
 namespace korvadex {
 
 InputBox::InputBox(const QString& prompt, bool isSecret, QWidget* parent)
@@ -21,14 +23,28 @@ InputBox::~InputBox() = default;
 void InputBox::Offer(const QStringList& texts) {
     ui->txtInput->hide();
     ui->cboInput->addItems(texts);
+    ui->cboInput->lineEdit()->installEventFilter(this);
     ui->cboInput->setAccessibleName(ui->lblPrompt->text());
     ui->cboInput->show();
     ui->cboInput->setFocus();
 }
 
 void InputBox::Propose(const QString& text) {
+    ui->cboInput->setCurrentIndex(ui->cboInput->findText(text));
     Field()->setText(text);
     Field()->selectAll();
+}
+
+// By itself Enter would bring back the item that was chosen before the text was typed.
+bool InputBox::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui->cboInput->lineEdit() && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            accept();
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 QString InputBox::Text() const {

@@ -27,6 +27,9 @@ class InputBox : public QDialog {
     void Propose(const QString& text);
     QString Text() const;
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     QLineEdit* Field() const;
 

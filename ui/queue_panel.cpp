@@ -18,7 +18,7 @@ namespace korvadex {
 namespace {
 
 constexpr int NameColumn = 0, ReasonColumn = 1;
-constexpr int WidestName = 160;
+constexpr int WidestName = 120, ReasonLines = 5;
 
 QStringList TextsOf(const QueuedArchive& archive) {
     QString name = ToQt(LastPathComponent(archive.path));
@@ -39,7 +39,8 @@ QAction* AddEntry(QMenu& menu, const char* name, const QString& caption, const Q
 
 } // namespace
 
-QueuePanel::QueuePanel(QWidget* parent) : QWidget(parent), lblQueue(new QLabel), list(new QTreeWidget) {
+QueuePanel::QueuePanel(QWidget* parent)
+    : QWidget(parent), lblQueue(new QLabel), list(new QTreeWidget), lblReason(new QLabel) {
     lblQueue->setObjectName("lblQueue");
     lblQueue->setTextFormat(Qt::PlainText);
     list->setObjectName("lstQueue");
@@ -51,6 +52,11 @@ QueuePanel::QueuePanel(QWidget* parent) : QWidget(parent), lblQueue(new QLabel),
     list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list->setContextMenuPolicy(Qt::CustomContextMenu);
     list->setMinimumHeight(60);
+    lblReason->setObjectName("lblReason");
+    lblReason->setTextFormat(Qt::PlainText);
+    lblReason->setWordWrap(true);
+    lblReason->setMaximumHeight(lblReason->fontMetrics().lineSpacing() * ReasonLines);
+    lblReason->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     list->header()->setStretchLastSection(true);
     list->installEventFilter(this);
 
@@ -58,6 +64,7 @@ QueuePanel::QueuePanel(QWidget* parent) : QWidget(parent), lblQueue(new QLabel),
     column->setContentsMargins(9, 9, 3, 9);
     column->addWidget(lblQueue);
     column->addWidget(list);
+    column->addWidget(lblReason);
     auto* buttons = new QGridLayout;
     column->addLayout(buttons);
     const auto add = [&](int row, int place, const char* name, const QString& text, const QString& toolTip) {
@@ -76,6 +83,7 @@ QueuePanel::QueuePanel(QWidget* parent) : QWidget(parent), lblQueue(new QLabel),
             this, &QueuePanel::Remove);
     connect(add(1, 1, "cmdTakeAll", "Take all ...", "Take all that need no question into the Hangar"),
             &QPushButton::clicked, this, &QueuePanel::TakeAllChosen);
+    connect(list, &QTreeWidget::currentItemChanged, this, &QueuePanel::ShowReason);
     connect(list, &QTreeWidget::itemDoubleClicked, this, &QueuePanel::TakeCurrent);
     connect(list, &QTreeWidget::customContextMenuRequested, this, &QueuePanel::ShowMenu);
 }
@@ -112,6 +120,15 @@ void QueuePanel::Show(const std::vector<QueuedArchive>& archives) {
     for (std::size_t row = 0; row < shown.size(); ++row)
         rows[int(row)]->setSelected(
             std::ranges::any_of(selected, [&](const QueuedArchive& before) { return isSame(before, shown[row]); }));
+    ShowReason();
+}
+
+void QueuePanel::ShowReason() {
+    const QTreeWidgetItem* item = list->currentItem();
+    const QString reason = item ? item->text(ReasonColumn) : QString();
+    lblReason->setText(reason);
+    lblReason->setToolTip(PlainToolTip(reason));
+    lblReason->setVisible(!reason.isEmpty());
 }
 
 std::vector<int> QueuePanel::Selected() const {

@@ -35,12 +35,14 @@ class QueuePanel : public QWidget {
 
   private:
     std::vector<int> Selected() const;
+    void ShowReason();
     void TakeCurrent();
     void Remove();
     void ShowMenu(const QPoint& at);
 
     QLabel* lblQueue;
     QTreeWidget* list;
+    QLabel* lblReason; // of the current row, for which the column is often too narrow
     std::vector<QueuedArchive> shown;
 };
 
