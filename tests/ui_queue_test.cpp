@@ -101,7 +101,7 @@ TEST_F(QueueWindow, TakesAllIntoACategoryThatIsChosenOnce) {
         EXPECT_FALSE(Control<QWidget>(box, "txtInput").isVisible());
         field.lineEdit()->selectAll();
         QTest::keyClicks(&field, "Newly made");
-        PressKey(*field.lineEdit(), Qt::Key_Return);
+        PressKey(field, Qt::Key_Return);
     });
     user.ExpectMessage("2 of 4 archives were taken into the Hangar.*", "OK");
     Press("cmdTakeAll");

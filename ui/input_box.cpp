@@ -23,7 +23,7 @@ InputBox::~InputBox() = default;
 void InputBox::Offer(const QStringList& texts) {
     ui->txtInput->hide();
     ui->cboInput->addItems(texts);
-    ui->cboInput->lineEdit()->installEventFilter(this);
+    ui->cboInput->installEventFilter(this);
     ui->cboInput->setAccessibleName(ui->lblPrompt->text());
     ui->cboInput->show();
     ui->cboInput->setFocus();
@@ -37,7 +37,7 @@ void InputBox::Propose(const QString& text) {
 
 // By itself Enter would bring back the item that was chosen before the text was typed.
 bool InputBox::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == ui->cboInput->lineEdit() && event->type() == QEvent::KeyPress) {
+    if (watched == ui->cboInput && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
             accept();
