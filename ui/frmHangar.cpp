@@ -89,7 +89,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ui->splLeft->setStretchFactor(0, 2);
     ui->splLeft->setStretchFactor(1, 1);
     for (QWidget* panel : {static_cast<QWidget*>(ui->pnlCollection), static_cast<QWidget*>(ui->pnlQueue),
-                           static_cast<QWidget*>(ui->splLeft)})
+                           static_cast<QWidget*>(ui->scrLeft)})
         panel->hide();
     // A small screen has no room for buttons wider than their texts.
     for (auto* button : findChildren<QPushButton*>())
@@ -240,7 +240,7 @@ void frmHangar::ConnectCollection() {
             [this](const std::string& category) { Run([&](Program& to) { to.RenameCategory(category); }); });
     connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });
     connect(ui->splCollection, &QSplitter::splitterMoved, this,
-            [this] { collectionWidth = ui->splLeft->width() * TwipsPerPixel; });
+            [this] { collectionWidth = ui->scrLeft->width() * TwipsPerPixel; });
     readCollection->setInterval(ReadInterval);
     connect(readCollection, &QTimer::timeout, this, &frmHangar::ReadCollection);
 }
@@ -288,7 +288,7 @@ void frmHangar::ShowQueue(const MainView& view) {
     panel->setVisible(!view.queue.empty());
     if (hadFocus && view.queue.empty())
         ui->cboPackageCategory->setFocus();
-    ui->splLeft->setVisible(view.isCollectionShown || !view.queue.empty());
+    ui->scrLeft->setVisible(view.isCollectionShown || !view.queue.empty());
 }
 
 void frmHangar::ReadCollection() {

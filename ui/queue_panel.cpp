@@ -18,7 +18,7 @@ namespace korvadex {
 namespace {
 
 constexpr int NameColumn = 0, ReasonColumn = 1;
-constexpr int WidestName = 120, ReasonLines = 5;
+constexpr int WidestName = 120, FewestLines = 3, ReasonLines = 5;
 
 QStringList TextsOf(const QueuedArchive& archive) {
     QString name = ToQt(LastPathComponent(archive.path));
@@ -52,9 +52,11 @@ QueuePanel::QueuePanel(QWidget* parent)
     list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list->setContextMenuPolicy(Qt::CustomContextMenu);
     list->setMinimumHeight(60);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lblReason->setObjectName("lblReason");
     lblReason->setTextFormat(Qt::PlainText);
     lblReason->setWordWrap(true);
+    lblReason->setMinimumHeight(lblReason->fontMetrics().lineSpacing() * FewestLines);
     lblReason->setMaximumHeight(lblReason->fontMetrics().lineSpacing() * ReasonLines);
     lblReason->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     list->header()->setStretchLastSection(true);
