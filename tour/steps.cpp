@@ -213,6 +213,7 @@ void Compressed(Tour& tour) {
 
 // A directory of archives, of which those that need no question are taken in one go.
 void Queue(Tour& tour) {
+    tour.MakeDirectory("Archives");
     const auto put = [&](const char* name, const char* more, const char* panel, const char* password) {
         test::ZipBuilder::Options options;
         options.password = password;
