@@ -3,6 +3,7 @@
 
 #include "app/settings.h"
 #include "media/picture_import.h"
+#include "package/aircraft_parts.h"
 
 #include <functional>
 #include <optional>
@@ -34,6 +35,8 @@ class ProgramDialogs {
     // frmLocationProfiles, and frmLocationProfileModify from there.
     virtual void ShowLocationProfiles(ProfileEditor& profiles) = 0;
     virtual void ShowHistory(HistoryEditor& history) = 0; // frmHistory
+    // frmSeveralAircraft: the row picked, from 0. A dialog that was closed picks nothing.
+    virtual std::optional<int> ChooseAircraft(const std::vector<AircraftPart>& parts) = 0;
 
     // One of these categories, or the name of a new one; none when the user cancelled.
     virtual std::optional<std::string> ChooseCategory(const std::string& prompt,

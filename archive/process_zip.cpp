@@ -38,9 +38,25 @@ std::string RefusedText(const std::string& archive, const std::vector<UnpackRepo
     return text;
 }
 
+// What was written below the directory, as it is now.
+void AddWritten(const FileSystem& files, const std::string& directory, const std::vector<std::string>& paths,
+                UnpackedArchive& unpacked) {
+    std::set<std::string> written;
+    for (const std::string& path : paths)
+        written.insert(FoldCase(path));
+    const Tree tree = WalkTree(files, directory, WalkFor::Search);
+    auto& [contents, isWhole] = unpacked;
+    isWhole = isWhole && tree.unreadable.empty();
+    std::erase_if(contents.files, [&](const FileEntry& file) { return written.contains(FoldCase(file.path)); });
+    std::ranges::copy_if(tree.files, std::back_inserter(contents.files),
+                         [&](const FileEntry& file) { return written.contains(FoldCase(file.path)); });
+    std::ranges::copy_if(tree.directories, std::back_inserter(contents.directories),
+                         [&](const std::string& path) { return written.contains(FoldCase(path)); });
+}
+
 // True when every file of the archive was unpacked and is on the disk, or left out because the user wanted to keep his
 // own.
-bool UnpackAndTell(CommandContext& context, modUnzip& unzip) {
+bool UnpackAndTell(CommandContext& context, modUnzip& unzip, UnpackedArchive& unpacked) {
     unzip.uPasswordAsked = 0;
     const UnpackReport report = unzip.UnzipArchive(context);
     if (const std::string text = TextOf(unzip.uZipFileName, report); !text.empty())
@@ -53,11 +69,15 @@ bool UnpackAndTell(CommandContext& context, modUnzip& unzip) {
                               ") could not all be written to the disk: " + flushed.path + "  (" +
                               DescribeFault(flushed) + ").  Please unpack it again when that is settled.",
                           MessageIcon::Exclamation);
-    return flushed && report.code == UnzipCode::Ok && report.refused.empty();
+    AddWritten(context.files, unzip.uExtractDir, report.written, unpacked);
+    const bool isDone = flushed && report.code == UnzipCode::Ok && report.refused.empty();
+    unpacked.isWhole = unpacked.isWhole && isDone;
+    return isDone;
 }
 
 // The archives that turned up below target, one by one, until none is left that was not asked about.
-void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& target) {
+void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unpacked) {
+    const std::string& target = unpacked.contents.directory;
     // In lower case: the very archive that was chosen, and what failed to unpack or could not be deleted.
     std::set<std::string> kept = {FoldCase(unzip.uZipFileName)};
     int number = 1;
@@ -69,6 +89,7 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
         });
         if (next == found.entries.end()) {
             context.display.ShowStatus(DescribeCut(found.cut, context.limits));
+            unpacked.isWhole = unpacked.isWhole && found.cut == ListCut::None;
             return;
         }
         const std::string path = next->path;
@@ -78,23 +99,30 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, const std::string& t
                                   ".  Should I unzip it as well?  (Usually pick 'Yes')")) {
             unzip.uZipFileName = path;
             unzip.uExtractDir = target + "NestedZIP" + std::to_string(number) + "_" + name;
-            isDone = UnpackAndTell(context, unzip);
+            isDone = UnpackAndTell(context, unzip, unpacked);
+            unpacked.contents.directories.push_back(unzip.uExtractDir);
+            unpacked.contents.nested[FoldCase(unzip.uExtractDir) + "\\"] = path;
             ++number;
+        } else {
+            unpacked.isWhole = false;
         }
         // Its files are all there, or the user does not want them: without it the search ends.
         if (!isDone || !DeleteFileForced(context.files, path))
             kept.insert(FoldCase(path));
+        else
+            std::erase_if(unpacked.contents.files, [&](const FileEntry& file) { return file.path == path; });
     }
 }
 
 } // namespace
 
-bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath, const std::string& path) {
+std::optional<UnpackedArchive> ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZipPath,
+                                              const std::string& path) {
     if (const auto file = context.files.OpenForReading(path); !file) {
         context.user.Tell("The zip file(" + path + ") could not be read (" + DescribeFault(file.status()) +
                               ").  Please make sure that it is there and that you may read it, and try again.",
                           MessageIcon::Exclamation);
-        return false;
+        return std::nullopt;
     }
     lastZipPath = ParentDirectory(path);
     const std::string zipName = LastPathComponent(path);
@@ -104,9 +132,10 @@ bool ProcessZipFile(CommandContext& context, modUnzip& unzip, std::string& lastZ
     unzip.uShowProgress = true;
     unzip.uZipFileName = path;
     unzip.uExtractDir = target;
-    UnpackAndTell(context, unzip);
-    UnpackNested(context, unzip, target);
-    return true;
+    UnpackedArchive unpacked{{.directory = target}};
+    UnpackAndTell(context, unzip, unpacked);
+    UnpackNested(context, unzip, unpacked);
+    return unpacked;
 }
 
 } // namespace korvadex

@@ -33,6 +33,7 @@ class UnseenWindow : public MainWindow {
 
 class UnseenDialogs : public ProgramDialogs {
   public:
+    std::optional<int> ChooseAircraft(const std::vector<AircraftPart>&) override { return std::nullopt; }
     std::optional<LocationsEntry> ShowLocations(Settings&, const LocationsForm&) override { return std::nullopt; }
     void ShowLocationProfiles(ProfileEditor&) override {}
     void ShowHistory(HistoryEditor&) override {}

@@ -9,6 +9,7 @@
 #include "ui/frmMSFSImport.h"
 #include "ui/frmMultipleCfg.h"
 #include "ui/frmRename.h"
+#include "ui/frmSeveralAircraft.h"
 #include "ui/frmUnusedGauges.h"
 #include "ui/input_box.h"
 #include "ui/message_box.h"
@@ -225,6 +226,13 @@ std::string Dialogs::ChooseArchiveDirectory(const std::string& directory) {
     dialog.setFileMode(QFileDialog::Directory);
     const auto chosen = SourcesOf(files, dialog);
     return chosen.empty() ? "" : chosen.front();
+}
+
+std::optional<int> Dialogs::ChooseAircraft(const std::vector<AircraftPart>& parts) {
+    frmSeveralAircraft dialog(parts, *this, Parent());
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.Choice();
 }
 
 OfferedPictures Dialogs::ChoosePictures(const std::string& directory) {

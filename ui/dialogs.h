@@ -39,6 +39,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
     std::optional<std::string> ChooseCategory(const std::string& prompt, const std::vector<std::string>& categories,
                                               const std::string& preset) override;
     std::string ChooseArchiveDirectory(const std::string& directory) override;
+    std::optional<int> ChooseAircraft(const std::vector<AircraftPart>& parts) override;
     OfferedPictures ChoosePictures(const std::string& directory) override;
     OfferedPictures ClipboardPictures() override;
 

@@ -91,7 +91,10 @@ class RecordingWindow : public MainWindow {
 // A dialog that was not expected, and an expected one that did not come, both fail.
 class ScriptedLocations : public ProgramDialogs {
   public:
-    ~ScriptedLocations() override { EXPECT_TRUE(answers.empty()) << "the locations dialog was not shown again"; }
+    ~ScriptedLocations() override {
+        EXPECT_TRUE(answers.empty()) << "the locations dialog was not shown again";
+        EXPECT_TRUE(aircraft.empty()) << "no choice of aircraft was shown";
+    }
 
     ScriptedLocations& Enter(Locations locations, std::string profile = "") {
         answers.push_back(LocationsEntry{std::move(profile), std::move(locations)});
@@ -139,6 +142,18 @@ class ScriptedLocations : public ProgramDialogs {
     }
     std::string archiveDirectory; // that is chosen
     std::string ChooseArchiveDirectory(const std::string&) override { return archiveDirectory; }
+    // What frmSeveralAircraft is to offer, each as "name: caption, its files", and the row that is picked.
+    std::deque<std::pair<std::vector<std::string>, std::optional<int>>> aircraft;
+    std::optional<int> ChooseAircraft(const std::vector<AircraftPart>& parts) override {
+        std::vector<std::string> offered;
+        for (const auto& part : parts)
+            offered.push_back(part.name + ": " + part.caption + ", " + std::to_string(part.files));
+        const auto [expected, row] = aircraft.empty() ? decltype(aircraft)::value_type() : aircraft.front();
+        EXPECT_EQ(offered, expected);
+        if (!aircraft.empty())
+            aircraft.pop_front();
+        return row;
+    }
 
     OfferedPictures chosenPictures, clipboardPictures;
     std::string pictureDirectory; // that the choice opened on
