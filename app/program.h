@@ -32,6 +32,7 @@ namespace korvadex {
 
 class BatchRun;
 class UnattendedUser;
+struct UnpackedArchive;
 struct LeftPackage;
 struct Turn;
 
@@ -322,14 +323,17 @@ class Program : private CommandDisplay {
     bool IsStagingReady(std::initializer_list<Place> alsoNeeded = {});
     bool CopyToHangar(); // true when Staging was cleared then
     bool CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made);
-    bool AddArchive(const QueuedArchive& archive); // false when there was nothing to be added
+    // False when nothing of it was added. Its part is then the aircraft that was picked of several, its reason why a
+    // part could not be taken.
+    bool AddArchive(QueuedArchive& archive);
     // copiedTo: the package of the Hangar that has just been made of it.
     void EraseStaging(const std::string& copiedTo = "");
     void EraseFromStaging(StagingPart part);
     bool MayAddToStaging();
     // Asks which configuration to keep where that is still open; false, after a message, when it stays so.
     bool IsConfigurationChosen();
-    std::string NameForArchive(const LoadedPackage& loaded) const;
+    // caption: of the aircraft in it, where that is known.
+    std::string NameForArchive(const LoadedPackage& loaded, const std::string& caption = "") const;
     void ImportAircraft();
 
     // queue_commands.cpp
@@ -341,9 +345,17 @@ class Program : private CommandDisplay {
     std::optional<QueuedArchive> ArchiveAt(int row) const;
     std::string DescribeTurn(const QueuedArchive& archive, int ahead) const;
     void NoteTaken(const std::vector<QueuedArchive>& archives);
-    void QueueFollows(int item, bool isUndo); // a command of the history that was taken back or done again
+    void NoteInStaging(const QueuedArchive& archive); // the same of a single one
+    void AddAtOnce(QueuedArchive archive);            // that did not wait
+    void QueueFollows(int item, bool isUndo);         // a command of the history that was taken back or done again
 
     bool IsStagingFree(); // for the next archive; false after a message
+
+    // several_aircraft.cpp
+    // Of several aircraft that were unpacked from the archive into an empty Staging the one that is its part stays, or
+    // which the user picks now: that is its part then, and the others wait in the queue. Its caption; "" where all
+    // stays, or where the part is not there: then that is the reason of the archive.
+    std::string KeepOneAircraft(CommandContext& each, const UnpackedArchive& unpacked, QueuedArchive& archive);
 
     // take_all_commands.cpp
     std::string AskCategoryForAll(); // makes it where it is new; "" when there is none

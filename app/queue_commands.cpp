@@ -70,7 +70,7 @@ void Program::OfferArchives(const std::vector<std::string>& paths) {
 bool Program::AddOrEnqueue(const std::vector<QueuedArchive>& archives) {
     const bool isEmpty = StagingIsEmpty(files, settings.locations);
     if (archives.size() == 1 && isEmpty)
-        AddArchive(archives.front());
+        AddAtOnce(archives.front());
     else if (!archives.empty())
         Enqueue(archives);
     return archives.size() > 1 && isEmpty;
@@ -108,20 +108,28 @@ void Program::TakeArchive(int row) {
         if (!IsStagingReady() || !IsStagingFree())
             return;
         ShowStatus(DescribeTurn(*wanted, 1));
-        AddArchive(*wanted);
+        QueuedArchive archive = *wanted;
+        const bool isAdded = AddArchive(archive);
         EndJournal();
         queue.LookAgain();
-        if (StagingIsEmpty(files, settings.locations)) { // the user was told why
-            QueuedArchive left = *wanted;
-            left.reason = files.Info(left.path) ? NothingCameReason : GoneArchiveReason;
-            KeepQueue(queue.PutLast({left}));
-            return;
-        }
-        NoteTaken({*wanted});
-        archivesInStaging.push_back(*wanted);
-        ++takenFromQueue;
-        ShowStatus(DescribeTurn(*wanted, 0));
+        if (isAdded && !StagingIsEmpty(files, settings.locations))
+            return NoteInStaging(archive);
+        if (archive.reason.empty()) // the user was told why
+            archive.reason = files.Info(archive.path) ? NothingCameReason : GoneArchiveReason;
+        KeepQueue(queue.PutLast({archive}));
     });
+}
+
+void Program::NoteInStaging(const QueuedArchive& archive) {
+    NoteTaken({archive});
+    archivesInStaging.push_back(archive);
+    ++takenFromQueue;
+    ShowStatus(DescribeTurn(archive, 0));
+}
+
+void Program::AddAtOnce(QueuedArchive archive) {
+    if (AddArchive(archive) && !archive.part.empty() && EndJournal()) // it came into the queue with the others
+        NoteInStaging(archive);
 }
 
 // "2 of 30: Skerrow v2.zip"; ahead: how many of those that wait still are taken then.
@@ -196,12 +204,13 @@ void Program::AddArchiveToStaging(int row) {
         return;
     Run({"Process ZIP", LastPathComponent(wanted->path)}, [&] {
         EnsureStagingSide();
-        if (!IsStagingReady() || !MayAddToStaging() || !AddArchive(*wanted))
+        QueuedArchive archive = *wanted;
+        if (!IsStagingReady() || !MayAddToStaging() || !AddArchive(archive))
             return;
         if (!EndJournal())
             return;
-        NoteTaken({*wanted});
-        archivesInStaging.push_back(*wanted);
+        NoteTaken({archive});
+        archivesInStaging.push_back(archive);
     });
 }
 

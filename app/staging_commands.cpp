@@ -54,7 +54,7 @@ void Program::ProcessZipIntoStaging() {
         for (const std::string& path : user.ChooseZipFiles("Process ZIP File ...", settings.LastZipPath))
             archives.push_back({path});
         if (archives.size() == 1)
-            AddArchive(archives.front());
+            AddAtOnce(archives.front());
         else
             isToTake = AddOrEnqueue(archives);
     });
@@ -178,22 +178,40 @@ void Program::ImportAircraft() {
     LoadStagedFiles(ChoiceQuestion::Ask);
 }
 
-bool Program::AddArchive(const QueuedArchive& archive) {
+bool Program::AddArchive(QueuedArchive& archive) {
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
-    SetSubject(LastPathComponent(archive.path));
-    if (!ProcessZipFile(context, unzip, settings.LastZipPath, archive.path))
+    archive.reason.clear();
+    if (!archive.part.empty() && !wasEmpty) {
+        user.Tell("This is one of several aircraft in an archive.  It can be taken when Staging is empty.",
+                  MessageIcon::Exclamation);
         return false;
+    }
+    SetSubject(LastPathComponent(archive.path));
+    const HistoryMark mark = history.Mark();
+    const auto unpacked = ProcessZipFile(context, unzip, settings.LastZipPath, archive.path);
+    if (!unpacked)
+        return false;
+    const std::string caption = wasEmpty ? KeepOneAircraft(context, *unpacked, archive) : "";
+    if (!archive.reason.empty()) {
+        std::string text = archive.reason;
+        for (const Status& failure : history.TakeBackTo(mark))
+            text += "\r\n\r\n" + failure.path + " could not be removed from Staging again (" + DescribeFault(failure) +
+                    ").";
+        user.Tell(text, MessageIcon::Exclamation);
+    }
     LoadStagedFiles(ChoiceQuestion::Ask);
-    if (wasEmpty && Trim(view.packageName).empty())
-        ProposeName(NameForArchive(package));
-    return true;
+    if (wasEmpty && Trim(view.packageName).empty() && archive.reason.empty())
+        ProposeName(NameForArchive(package, caption));
+    return archive.reason.empty();
 }
 
 // The title of the aircraft, else the name of the archive, which has a directory of its own in Staging.
-std::string Program::NameForArchive(const LoadedPackage& loaded) const {
+std::string Program::NameForArchive(const LoadedPackage& loaded, const std::string& caption) const {
     if (!loaded.isChoiceOpen && loaded.aircraftTitle != MultipleTitle)
         if (auto name = NameFromTitle(loaded.aircraftTitle); !name.empty())
             return name;
+    if (auto name = NameFromTitle(caption); !name.empty())
+        return name;
     constexpr std::string_view mark = "ZIP_";
     for (const auto& name : SubdirectoryNames(files, settings.locations.StagingDir))
         if (name.starts_with(mark))

@@ -83,8 +83,13 @@ bool Program::TakeUnattended(CommandContext& each, const QueuedArchive& archive,
         return leave("Staging contained files before its turn.");
     const HistoryMark mark = history.Mark();
     const auto hasNotes = [&] { return unattended->hasAsked || !unattended->notes.empty(); };
-    if (!ProcessZipFile(each, unzip, settings.LastZipPath, archive.path) || hasNotes())
+    const auto unpacked = ProcessZipFile(each, unzip, settings.LastZipPath, archive.path);
+    if (!unpacked || hasNotes())
         return false;
+    QueuedArchive taken{archive.path, archive.part};
+    const std::string caption = taken.part.empty() ? "" : KeepOneAircraft(each, *unpacked, taken);
+    if (!taken.reason.empty())
+        return leave(taken.reason);
     if (HasSeveralAircraftCfg(each))
         return leave("More than one aircraft configuration file (aircraft.cfg) was detected in it.");
     LoadedPackage loaded;
@@ -93,15 +98,15 @@ bool Program::TakeUnattended(CommandContext& each, const QueuedArchive& archive,
         return false;
     if (std::ranges::all_of(loaded.tree.files, IsProgramFile))
         return leave("There is nothing in it to copy to the Hangar.");
-    const std::string unpacked = settings.locations.StagingDir + "ZIP_" + LastPathComponent(archive.path) + "\\";
-    if (!std::ranges::all_of(loaded.tree.files,
-                             [&](const FileEntry& file) { return IsAtOrBelow(file.path, unpacked); }))
+    if (!std::ranges::all_of(loaded.tree.files, [&](const FileEntry& file) {
+            return IsAtOrBelow(file.path, unpacked->contents.directory);
+        }))
         return leave("The Staging directory has changed while it was unpacked.  It was not copied.");
     if (!CheckCopySource(each, loaded))
         return false;
     made.name = CleanPackageName(ReadImportName(files, settings.locations));
     if (made.name.empty())
-        made.name = CleanPackageName(NameForArchive(loaded));
+        made.name = CleanPackageName(NameForArchive(loaded, caption));
     if (!CanCopyToHangar(each, loaded, made))
         return false;
     const auto copy = CopyPackageTo(each, loaded, CopyRoot::Hangar, made.Text());

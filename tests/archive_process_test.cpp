@@ -12,7 +12,7 @@ namespace {
 class ProcessTest : public CommandTest {
   protected:
     bool Process(CommandContext commandContext) {
-        return ProcessZipFile(commandContext, unzip, lastZipPath, drive.At("in\\p.zip"));
+        return ProcessZipFile(commandContext, unzip, lastZipPath, drive.At("in\\p.zip")).has_value();
     }
     void EmptyStaging() { EXPECT_TRUE(DeleteTree(context, locations.StagingDir).empty()); }
     // What an archive with these bytes brings into an empty Staging. Nothing changes elsewhere.

@@ -34,6 +34,7 @@
 //                                   ("No to all": with the check box)
 //   install TEXT, import TEXT       the gauge crosscheck     enter PROMPT -> TEXT
 //   archive FILE                    of the file choice       pick A|B -> ROW (of the configurations)
+//   choose NAME: TITLE, FILES|... -> ROW (of the aircraft in an archive)
 //   take A|B -> ROW,ROW             to import                gauges A|B -> ROWS -> ROWS (unused, and deleted)
 //   info FIELD=TEXT, ... -> taken   what is entered there, and whether it is accepted
 //   rename NAME|TITLE -> NAME|TITLE -> ... (until it is accepted)
@@ -461,6 +462,11 @@ class CaseTest : public ProgramTest {
          {[this](auto& file) { user.ExpectZipFile(file.empty() ? std::nullopt : std::optional(drive.At(file))); }}},
         {"enter", {" -> ", [this](auto& prompt, auto& text) { user.ExpectText(In(prompt, "\n"), In(text)); }}},
         {"pick", {" -> ", [this](auto& rows, auto& row) { user.ExpectConfigurations(Split(rows, "|"), Row(row)); }}},
+        {"choose",
+         {" -> ",
+          [this](auto& parts, auto& row) {
+              dialogs.aircraft.push_back({Split(In(parts, "\n"), "\n"), Row(row)});
+          }}},
         {"take", {" -> ", [this](auto& names, auto& rows) { user.ExpectImport(Split(names, "|"), Rows(rows)); }}},
         {"locations", {[this](auto& list) {
              Texts entered = Split(list, ", ");
