@@ -17,6 +17,22 @@ struct MainView;
 
 enum class Side { Staging, Hangar };
 
+// What has to be there for a command to do more than refuse, as far as it is known without a walk over the disk; each a
+// bit. What a package holds is none of them: it may have come a moment ago.
+enum Need : unsigned {
+    NeedsNothing = 0,
+    NeedsPackage = 1 << 0,      // one of the Hangar is selected
+    NeedsInstalled = 1 << 1,    // and stands in the simulator
+    NeedsNotInstalled = 1 << 2, // or does not
+    NeedsShown = 1 << 3,        // that package, or Staging, is what the window shows
+    NeedsHangarSide = 1 << 4,
+    NeedsAnyPackage = 1 << 5, // in the Hangar
+    NeedsStagedFiles = 1 << 6,
+    NeedsPanelLender = 1 << 7, // held for a paste
+    NeedsSoundLender = 1 << 8,
+    NeedsQueued = 1 << 9, // an archive in the queue
+};
+
 // What not every command has.
 struct CommandExtras {
     const char* separator = nullptr;         // the line above the entry
@@ -27,6 +43,7 @@ struct CommandExtras {
     bool hasButtonOnBothSides = false;       // although its menu has one side: the command goes there by itself
     std::string MainView::*object = nullptr; // stands behind the caption; there is nothing to do while it is empty
     bool MainView::*tick = nullptr;          // before the caption, while this is so
+    unsigned needs = NeedsNothing;
 };
 
 struct Command {
@@ -58,8 +75,12 @@ struct PackageCommand {
     void (Program::*routine)(const std::vector<PackageRef>&);
     const char* shortcut = "";
     const char* separator = nullptr; // the line above the entry
+    unsigned needs = NeedsNothing;   // of one of the packages at least
 };
 std::span<const PackageCommand> PackageCommands();
+
+// False when all that the command could do now is to refuse.
+bool CanWork(const Command& command, const MainView& view);
 
 // The command of this menu entry; an entry that does not exist is a broken promise (std::invalid_argument).
 const Command& CommandOfEntry(std::string_view entry);

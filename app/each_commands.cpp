@@ -1,6 +1,7 @@
 // The commands for many packages that were chosen in a list.
 #include "app/batch.h"
 #include "app/batch_report.h"
+#include "app/commands.h"
 #include "app/program.h"
 #include "package/file_primitives.h"
 #include "package/name_list.h"
@@ -228,11 +229,20 @@ void Program::DeleteEach(const Packages& packages) {
             });
 }
 
+bool Program::CanWorkOn(const PackageCommand& command, const Packages& packages) const {
+    const SimAircraft simAircraft(files, settings.locations);
+    unsigned present = 0;
+    for (const PackageRef& each : packages)
+        present |= simAircraft.Holds(each.name) ? NeedsInstalled : NeedsNotInstalled;
+    return (command.needs & ~present) == 0;
+}
+
 void Program::StopAfterThis() {
     if (!isRunning || isStopWanted)
         return;
     isStopWanted = true;
-    ShowStatus(view.status + "  -  the last one, as you have stopped the command");
+    ShowStatus(CanStop() ? "The command is being stopped ..."
+                         : view.status + "  -  the last one, as you have stopped the command");
 }
 
 } // namespace korvadex

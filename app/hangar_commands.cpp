@@ -20,6 +20,7 @@ bool Program::IsPackageReady(std::initializer_list<Place> alsoNeeded, bool asItI
 void Program::RunHangarCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
                                const std::function<Changes()>& command) {
     Run(Titled(name), [&] {
+        LetStop();
         if (!IsPackageReady(alsoNeeded))
             return;
         const Changes changes = command();
@@ -33,6 +34,7 @@ void Program::RunHangarCommand(const std::string& name, std::initializer_list<Pl
 
 void Program::LookAtPackage(std::initializer_list<Place> alsoNeeded, const std::function<void()>& command) {
     Run(Titled(""), [&] {
+        LetStop();
         if (IsPackageReady(alsoNeeded))
             command();
     });
@@ -44,6 +46,7 @@ void Program::InstallPackage() {
 
 void Program::RemovePackageFromSim() {
     Run(Titled("Remove from MSFS"), [&] {
+        LetStop();
         if (IsPackageReady({Place::Simulator}, false))
             ShowChanges(RemoveFromSim(context, package).changes);
     });
@@ -106,6 +109,7 @@ void Program::DecompressShownPackage() {
 void Program::Compress(const std::string& name, bool compress) {
     Run({name, "", compress ? Repacking::Packs : Repacking::Unpacks}, [&] {
         EnsureHangarSide();
+        LetStop();
         if (!IsPackageReady())
             return;
         SetSubject(package.ref.Text());

@@ -6,6 +6,7 @@
 #include "journal/take_back.h"
 #include "package/file_primitives.h"
 #include "package/name_list.h"
+#include "package/progress.h"
 #include "platform/date_text.h"
 #include "platform/windows_path.h"
 
@@ -190,6 +191,26 @@ void Program::EndBroken(const std::exception& trouble) {
         return TellTakenBack(text);
     isHangarStale = true;
     user.Tell(text, MessageIcon::Exclamation);
+}
+
+void Program::EndStopped(const Stopped& stop) {
+    stopsAtStep = false;
+    window.HideProgress();
+    window.OfferStop(false);
+    ShowStatus("");
+    const std::string text = "The command was stopped.";
+    if (!stop.stays.empty()) {
+        ShowChanges({.package = true});
+        EndJournal();
+        return user.Tell(text + "  " + stop.stays);
+    }
+    const bool hasChanged = history.HasChanged();
+    static_cast<void>(history.End(false));
+    if (hasChanged)
+        return TellTakenBack(text);
+    LoadShownSide(); // it may have been in the middle of that
+    static_cast<void>(history.End());
+    user.Tell(text + "  Nothing was changed.");
 }
 
 void Program::TellTakenBack(const std::string& why) {

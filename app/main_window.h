@@ -39,6 +39,7 @@ struct MainView {
     int listRevision = 0; // grows when the loaded package was loaded anew
     bool isCollectionShown = false;
     std::vector<QueuedArchive> queue;
+    unsigned present = 0; // what there is of what commands need; see Need
 };
 
 // What frmPhotos shows.
@@ -60,7 +61,7 @@ class MainWindow {
     virtual void ShowProgress(int minimum, int maximum) = 0;
     virtual void SetProgress(int value) = 0;
     virtual void HideProgress() = 0;
-    // While a command for many packages runs a button beside the bar, and Esc, call Program::StopAfterThis.
+    // While it is offered a button beside the bar, and Esc, call Program::StopAfterThis.
     virtual void OfferStop(bool isOffered) = 0;
     // frmFileList: the users of a panel or sound, or an overview. Opens the window. With the caption that it
     // shows already, the place in the list stays where it can.

@@ -9,11 +9,13 @@
 #include "package/file_primitives.h"
 #include "package/opening.h"
 #include "package/package_name.h"
+#include "package/progress.h"
 #include "platform/windows_path.h"
 #include "sim/run_simulator.h"
 #include "sim/unused_gauges.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace korvadex {
 
@@ -72,6 +74,9 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
 }
 
 void Program::Do(const CommandTitle& title, const std::function<void()>& command) {
+    auto ofStaging = std::tie(view.packageName, view.proposedName, importedAircraft, stagedAircraft);
+    const std::tuple<std::string, std::string, std::string, std::string> before = ofStaging;
+    stopsAtStep = false;
     try {
         ShowStatus("");
         followed.clear();
@@ -81,6 +86,9 @@ void Program::Do(const CommandTitle& title, const std::function<void()>& command
             command();
         }
         EndJournal();
+    } catch (const Stopped& stop) {
+        ofStaging = before;
+        EndStopped(stop);
     } catch (const std::exception& trouble) {
         EndBroken(trouble);
     }
@@ -147,7 +155,19 @@ void Program::ShowView() {
     view.packages = selection.Packages();
     view.packageIndex = selection.PackageIndex();
     view.queue = queue.Entries();
+    view.present = Present();
     window.ShowView(view, package);
+}
+
+unsigned Program::Present() const {
+    const auto isSelected = view.packageIndex >= 0;
+    const auto bit = [](Need need, bool isThere) { return isThere ? unsigned(need) : 0u; };
+    const bool isInstalled = isSelected && view.packages[static_cast<std::size_t>(view.packageIndex)].isInstalled;
+    return bit(NeedsPackage, isSelected) | bit(NeedsInstalled, isInstalled) |
+           bit(NeedsNotInstalled, isSelected && !isInstalled) | bit(NeedsShown, isSelected || !view.HangarSideShown) |
+           bit(NeedsHangarSide, view.HangarSideShown) | bit(NeedsAnyPackage, !view.isHangarEmpty) |
+           bit(NeedsStagedFiles, !view.isStagingEmpty) | bit(NeedsPanelLender, !held.HeldPanelAlias.IsNone()) |
+           bit(NeedsSoundLender, !held.HeldSoundAlias.IsNone()) | bit(NeedsQueued, !view.queue.empty());
 }
 
 // --- the main window's own controls
@@ -187,6 +207,28 @@ void Program::Refresh() {
         queue.LookAgain();
         collection.Forget(selection.Package());
         LoadShownSide(ChoiceQuestion::Ask);
+    });
+}
+
+void Program::LookAgain() {
+    if (isRunning || isEnded || !hasStarted)
+        return;
+    const PackageRef selected = selection.Package();
+    const bool isInstalled = !selected.IsNone() && IsInstalled(files, settings.locations, selected);
+    bool isOther = isInstalled != bool(view.present & NeedsInstalled) ||
+                   StagingIsEmpty(files, settings.locations) != view.isStagingEmpty;
+    if (view.isHangarEmpty) {
+        TakeStock();
+        isOther = isOther || std::ranges::any_of(selection.Hangar(), [](const HangarCategory& category) {
+                      return !category.packages.empty();
+                  });
+    }
+    if (!isOther)
+        return;
+    Run([&, status = view.status] {
+        selection.ReadPackages();
+        isHangarStale = true;
+        ShowStatus(status);
     });
 }
 
@@ -358,15 +400,26 @@ LocationsRequest Program::RequestLocations(LocationsCaller caller, bool showDial
 // --- where commands show what they do
 
 void Program::ShowProgress(int minimum, int maximum) {
+    if (CanStop())
+        window.OfferStop(true);
     window.ShowProgress(minimum, maximum);
+    HeedStop();
 }
 
 void Program::SetProgress(int value) {
     window.SetProgress(value);
+    HeedStop();
 }
 
 void Program::HideProgress() {
     window.HideProgress();
+    if (CanStop())
+        window.OfferStop(false);
+}
+
+void Program::HeedStop() const {
+    if (isStopWanted && CanStop())
+        throw Stopped{};
 }
 
 void Program::ShowStatus(const std::string& text) {

@@ -31,6 +31,8 @@
 namespace korvadex {
 
 class BatchRun;
+struct PackageCommand;
+struct Stopped;
 class UnattendedUser;
 struct UnpackedArchive;
 struct LeftPackage;
@@ -49,8 +51,9 @@ class Program : private CommandDisplay {
 
     // The main window's start-up. False when the program is to end (EndProgram was called).
     bool Start();
-    // Saves kx.ini and ends. Runs once, however often it is called; does nothing while a command runs (then
-    // the window is to stay open: EndProgram was not called).
+    // Saves kx.ini and ends. Runs once, however often it is called. While a command runs it says that the program ends
+    // when that has come to its end, one for many packages after the one at hand; until then the window is to stay open
+    // (EndProgram was not called).
     void Shutdown();
     // The session may end at any moment: writes kx.ini now, also in the middle of a command.
     void SaveForSessionEnd();
@@ -65,6 +68,9 @@ class Program : private CommandDisplay {
     void GoToStaging();
     void Refresh();
     void SetFirstPackage();
+    // The user comes back from elsewhere, or looks for a command: whether what commands need is there is looked up
+    // again.
+    void LookAgain();
     void OpenComponent(int group, int position);
     void ShowComponentInFolder(int group, int position); // in the system's file manager
     // Says what could not be opened after all (Launcher::TakeFailures). False when there is nothing left to wait for.
@@ -135,7 +141,9 @@ class Program : private CommandDisplay {
     void DecompressEach(const Packages& packages);
     void MoveEach(const Packages& packages, const std::string& category);
     void DeleteEach(const Packages& packages);
-    // The running command for many packages ends after the one at hand.
+    // False when all that it could do with these is to refuse.
+    bool CanWorkOn(const PackageCommand& command, const Packages& packages) const;
+    // The running command ends: one for many packages after the one at hand, another one at the next step of its bar.
     void StopAfterThis();
 
     // On what stands in Staging; nothing on the Hangar side, from where only these two go to the Staging side first.
@@ -210,6 +218,11 @@ class Program : private CommandDisplay {
     void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override;
     void NoteMissingGauges(const std::string& package, const std::vector<std::string>& missing) override;
 
+    // From here on Stop ends the running command at a step of its bar, and what it has done is taken back.
+    void LetStop() { stopsAtStep = true; }
+    bool CanStop() const { return stopsAtStep && !unattended; }
+    void HeedStop() const;
+
     // The file at a position of a component list; none when there is no such position.
     std::optional<std::string> ComponentPath(int group, int position) const;
 
@@ -224,6 +237,7 @@ class Program : private CommandDisplay {
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
     void ShowChanges(const Changes& changes);
     void ShowView();
+    unsigned Present() const; // see MainView
     // False, after a message, when one of the places is gone.
     bool ArePlacesThere(std::initializer_list<Place> places);
     // The same of what is shown, Staging or a package of the Hangar; then the lists are filled anew.
@@ -410,6 +424,8 @@ class Program : private CommandDisplay {
     bool EndJournal();
     // An exception has ended it.
     void EndBroken(const std::exception& trouble);
+    // Stop was pressed.
+    void EndStopped(const Stopped& stop);
     void TellTakenBack(const std::string& why);
     void SetSubject(const std::string& subject);          // of the running command
     bool Reverse(const HistoryEntry* entry, bool isUndo); // false, after a message, when it cannot be
@@ -452,7 +468,7 @@ class Program : private CommandDisplay {
     GalleryWindow gallery{window, files, settings.locations, settings.limits};
     UnattendedUser* unattended = nullptr; // while a command for many packages runs
     bool isRunning = false;
-    bool isStopWanted = false;
+    bool isStopWanted = false, stopsAtStep = false;
     bool isEnded = false;
     bool isSaved = false;
     bool hasStarted = false;

@@ -30,6 +30,7 @@ bool Program::IsStagingReady(std::initializer_list<Place> alsoNeeded) {
 void Program::RunStagingCommand(const std::string& name, std::initializer_list<Place> alsoNeeded,
                                 const std::function<void()>& command) {
     Run(Titled(name), [&] {
+        LetStop();
         if (!IsStagingReady(alsoNeeded))
             return;
         SetSubject(view.packageName);
@@ -154,6 +155,7 @@ bool Program::CopyToHangar() {
     const auto copy = CopyPackageTo(context, package, CopyRoot::Hangar, made.Text());
     if (!copy)
         return false;
+    stopsAtStep = false;                            // it is done
     ShowChanges({.hangar = true, .renamed = made}); // what the user will want to see in the Hangar
     if (!user.AskYesNo("Done.\r\n\r\nWould you like to clear the Staging area at this point?"))
         return false;
@@ -167,6 +169,7 @@ bool Program::MayAddToStaging() {
 }
 
 void Program::ImportAircraft() {
+    LetStop();
     if (!MayAddToStaging())
         return;
     importedAircraft = ImportFromSim(context, stagedAircraft);
@@ -179,6 +182,7 @@ void Program::ImportAircraft() {
 }
 
 bool Program::AddArchive(QueuedArchive& archive) {
+    LetStop();
     const bool wasEmpty = StagingIsEmpty(files, settings.locations);
     archive.reason.clear();
     if (!archive.part.empty() && !wasEmpty) {

@@ -207,8 +207,13 @@ bool Program::IsGone(const std::string& line) const {
 }
 
 void Program::Shutdown() {
-    if (!isRunning && !isEnded)
-        EndRun();
+    if (isEnded || (isRunning && isEndWanted))
+        return;
+    if (!isRunning)
+        return EndRun();
+    isEndWanted = true;
+    ShowStatus((view.status.empty() ? "" : view.status + "  -  ") +
+               "Korvadex ends when this command has come to its end.");
 }
 
 bool Program::KeepSettings() {

@@ -65,14 +65,22 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
         paths.push_back(file.path);
     ProgressBar progress(context.display, static_cast<int>(paths.size()));
     const auto step = [&] { progress.Step(); };
-    const std::vector<FileFailure> failures =
-        compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
-    const auto isStillPacked = [&](const FileFailure& failure) {
-        return ReadPackedMember(context.files, failure.path) != std::nullopt;
+    const auto isPacked = [&](const std::string& path) {
+        return ReadPackedMember(context.files, path) != std::nullopt;
     };
+    std::vector<FileFailure> failures;
+    try {
+        failures = compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
+    } catch (const Stopped&) {
+        const auto packed = std::ranges::count_if(paths, isPacked);
+        UpdateMarker(context, packagePath, meg, packed > 0);
+        throw Stopped{std::to_string(compress ? packed : std::ssize(paths) - packed) + " of its " +
+                      std::to_string(paths.size()) + " files are " + (compress ? "compressed" : "decompressed") +
+                      " now.  Please give the command again for the others."};
+    }
     UpdateMarker(context, packagePath, meg,
                  compress ? failures.size() < paths.size() || paths.empty()
-                          : std::ranges::any_of(failures, isStillPacked));
+                          : std::ranges::any_of(failures, isPacked, &FileFailure::path));
     std::vector<std::string> texts;
     for (const FileFailure& failure : failures)
         texts.push_back(failure.text);

@@ -1,5 +1,7 @@
 #include "archive/in_place_work.h"
 
+#include "package/progress.h"
+
 #include <algorithm>
 #include <deque>
 #include <thread>
@@ -30,7 +32,12 @@ std::vector<FileFailure> WorkThrough(CommandContext& context, const std::vector<
         ahead.pop_front();
         if (batch.IsFull())
             batch.Commit();
-        afterEach();
+        try {
+            afterEach();
+        } catch (const Stopped&) {
+            batch.Commit();
+            throw;
+        }
     }
     batch.Commit();
     for (const Status& failed : batch.Failures())

@@ -1,5 +1,6 @@
 #include "cuts/ground.h"
 
+#include "app/history_editor.h"
 #include "app/program.h"
 #include "platform/drive_map_posix.h"
 #include "platform/windows_path.h"
@@ -221,6 +222,10 @@ class Run {
             program.AddArchiveToStaging(0);
         else if (step == "take all")
             program.TakeAllArchives();
+        else if (step.starts_with("stop "))
+            StopAtStep(std::stoi(step.substr(5)));
+        else if (step == "undo what stays")
+            CountCommands() > commandsBefore ? program.UndoLast() : void();
         else if (step == "leave open")
             user.leavesChoiceOpen = true;
         else if (step == "rename category")
@@ -231,6 +236,20 @@ class Run {
             program.DeleteComponents(Documentation, {0, 1});
         else
             throw std::runtime_error("no such step: " + step);
+    }
+    // Of the bar of the next command.
+    void StopAtStep(int number) {
+        commandsBefore = CountCommands();
+        window.onStep = [this, left = number]() mutable {
+            if (--left == 0)
+                program.StopAfterThis();
+        };
+    }
+    std::size_t CountCommands() {
+        std::size_t count = 0;
+        dialogs.useHistory = [&](HistoryEditor& history) { count = history.Rows().size(); };
+        program.ShowHistory();
+        return count;
     }
     // Of the packages that are there: one that cannot be installed, and borrowers before their lender.
     void DoEach(const std::string& command) {
@@ -261,6 +280,7 @@ class Run {
     FakeConverter converter;
     RecordingWindow window;
     Program program;
+    std::size_t commandsBefore = 0;
 };
 
 // The same with these steps. One of them may be to spoil a package, which many at once then leave as it was,

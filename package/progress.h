@@ -5,6 +5,12 @@
 
 namespace korvadex {
 
+// Thrown at a step of the bar when the user has stopped the command: what it has done is taken back by whoever gave it,
+// unless it stays as this says, in whole sentences.
+struct Stopped {
+    std::string stays = {};
+};
+
 // Shown from 0 to maximum while the object lives, hidden when it goes, however the work ends.
 class ProgressBar {
   public:

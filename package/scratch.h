@@ -5,6 +5,7 @@
 #include "platform/file_system.h"
 
 #include <string>
+#include <utility>
 
 namespace korvadex {
 
@@ -17,6 +18,19 @@ Result<std::string> MakeScratchName(FileSystem& files, const Locations& location
 // Deletes what is left under a scratch name, and its scratch directory when that is empty. Refuses any other
 // name.
 void ReleaseScratch(FileSystem& files, const std::string& scratch);
+
+// Calls it when it goes, however the work ends.
+class ScratchScope {
+  public:
+    ScratchScope(FileSystem& fileSystem, std::string scratchName) : files(fileSystem), name(std::move(scratchName)) {}
+    ~ScratchScope() { ReleaseScratch(files, name); }
+    ScratchScope(const ScratchScope&) = delete;
+    ScratchScope& operator=(const ScratchScope&) = delete;
+
+  private:
+    FileSystem& files;
+    const std::string name;
+};
 
 // The directories, each with its backslash, with what an interrupted run has left in the locations (and beside
 // installed aircraft and packages).

@@ -20,9 +20,6 @@ namespace korvadex {
 
 namespace {
 
-// In a group of many files the progress bar is repainted this often.
-constexpr int FilesPerTouch = 64;
-
 using Adaption = std::function<void(const std::string& directory)>;
 
 bool Refuse(CommandContext& context, const std::string& reason) {
@@ -99,6 +96,7 @@ class PackageCopy {
         const auto scratch = MakeScratchName(context.files, context.locations, destination);
         if (!scratch)
             return Fail(scratch.status());
+        const ScratchScope scope(context.files, *scratch);
         Status status = FillDirectory(AddBackslash(*scratch), progress);
         bool isDone = status ? PlaceShared(status) : false;
         if (isDone) {
@@ -107,7 +105,6 @@ class PackageCopy {
                 status = PutInPlace(*scratch);
             isDone = bool(status);
         }
-        ReleaseScratch(context.files, *scratch);
         return isDone || Fail(status);
     }
 
@@ -137,12 +134,11 @@ class PackageCopy {
             if (Status status = context.files.CreateDirectory(scratch + directory); !status)
                 return status;
         }
-        int group = 0, count = 0;
+        int group = 0;
         for (const PlannedFile& file : plan.files) {
             for (; group < file.group; ++group)
                 progress.Set(group);
-            if (++count % FilesPerTouch == 0)
-                progress.Touch();
+            progress.Touch();
             const std::string target = scratch + file.relative;
             Status status = context.files.Copy(file.source, target);
             if (status && kind != CopyRoot::Hangar && EndsWithNoCase(target, ".bmp"))

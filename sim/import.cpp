@@ -119,6 +119,7 @@ class Import {
     void CopyFiles(const Tree& tree) {
         const auto scratch = MakeScratchName(files, context.locations, staging + name);
         const std::string aside = scratch ? AddBackslash(*scratch) : "";
+        const ScratchScope scope(files, scratch ? *scratch : "");
         std::vector<std::string> relatives, copies;
         ProgressBar progress(context.display, static_cast<int>(tree.files.size()));
         for (const FileEntry& file : tree.files) {
@@ -140,8 +141,6 @@ class Import {
         }
         if (Status status = FlushFiles(files, {directories.begin(), directories.end()}); !status)
             NoteNotCopied(status.path, status);
-        if (scratch)
-            ReleaseScratch(files, *scratch);
     }
 
     void NoteNotCopied(const std::string& relative, const Status& status) {
@@ -195,23 +194,23 @@ class Import {
 } // namespace
 
 std::string ImportFromSim(CommandContext& context, std::string_view before) {
-    std::string imported;
+    std::string chosen;
     const std::vector<std::string> names = Candidates(context);
     const auto accept = [&](int row) {
         if (row < 0 || row >= std::ssize(names)) {
             context.user.Tell("Please pick a package by selecting it and selecting 'OK' or by double clicking it.");
             return false;
         }
-        const std::string& name = names[static_cast<std::size_t>(row)];
-        const bool wasImported =
-            !StagingIsEmpty(context.files, context.locations) &&
-            (EqualNoCase(name, before) || EqualNoCase(name, ReadImportName(context.files, context.locations)));
-        if (Import(context, name).Run(wasImported))
-            imported = name;
+        chosen = names[static_cast<std::size_t>(row)];
         return true;
     };
     context.user.ShowMSFSImport({.names = names, .accept = accept});
-    return imported;
+    if (chosen.empty())
+        return "";
+    const bool wasImported =
+        !StagingIsEmpty(context.files, context.locations) &&
+        (EqualNoCase(chosen, before) || EqualNoCase(chosen, ReadImportName(context.files, context.locations)));
+    return Import(context, chosen).Run(wasImported) ? chosen : "";
 }
 
 } // namespace korvadex

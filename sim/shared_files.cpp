@@ -74,11 +74,9 @@ Status SharedFiles::Place(const std::string& directory, const std::vector<std::s
         MakeScratchName(context.files, context.locations, directory + LastPathComponent(missing.front()));
     if (!scratch)
         return scratch.status();
-    Status status = context.files.CreateDirectory(*scratch);
-    if (status)
-        status = PlaceThrough(AddBackslash(*scratch), directory, missing, packedEnding, afterEach);
-    ReleaseScratch(context.files, *scratch);
-    return status;
+    const ScratchScope scope(context.files, *scratch);
+    const Status status = context.files.CreateDirectory(*scratch);
+    return status ? PlaceThrough(AddBackslash(*scratch), directory, missing, packedEnding, afterEach) : status;
 }
 
 Status SharedFiles::PlaceThrough(const std::string& scratch, const std::string& directory,

@@ -51,5 +51,27 @@ TEST_P(TakenBack, IsAsItWas) {
         EXPECT_THAT(Differences(looks[before], looks[after]), testing::IsEmpty()) << said.str();
 }
 
+// At each step of its bar; what is not taken back then can be undone.
+TEST_P(TakenBack, IsAsItWasWhenStopped) {
+    const std::string trial = base + "/trial";
+    const auto isOwn = [](const std::string& path) {
+        return path.ends_with("~kx~kept") || path.ends_with("~kx~lock") || path == "App/journal";
+    };
+    for (int step = 1; step == 1 || said.str().find("The command was stopped.") != std::string::npos; ++step) {
+        std::filesystem::remove_all(trial);
+        ASSERT_EQ(std::system(("cp -a '" + drive + "' '" + trial + "'").c_str()), 0);
+        said.str("");
+        std::vector<HostTree> looks;
+        DoOn(trial, "C:\\App\\",
+             "look; stop " + std::to_string(step) + "; " + CommandSteps(GetParam()) + "; undo what stays; look", [&] {
+                 looks.push_back(ReadTree(trial, isOwn)); // scratch names have come and gone in the locations
+                 looks.back().erase("App");
+                 looks.back().erase("App/kx.ini"); // from where the last archive came
+             });
+        ASSERT_EQ(looks.size(), 2u) << said.str();
+        EXPECT_THAT(Differences(looks[0], looks[1]), testing::IsEmpty()) << step << said.str();
+    }
+}
+
 } // namespace
 } // namespace korvadex::test

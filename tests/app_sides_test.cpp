@@ -147,14 +147,101 @@ TEST_F(Sides, ACommandIsNotInterruptedByAnother) {
         program->GoToStaging();
         program->ListAllPackages();
         program->SetPackageName("typed meanwhile");
-        program->Shutdown();
+        for (int i = 0; i < 2; ++i)
+            program->Shutdown();
+        EXPECT_EQ(form.status, "Korvadex ends when this command has come to its end.");
+        EXPECT_EQ(form.ends, 0);
     });
     form.onShow = [this] { program->ChooseCategory(1); }; // as a chooser does that is filled
     program->SetFirstPackage();
     EXPECT_EQ(form.view.header, "H A N G A R");
     EXPECT_EQ(Shown(), "");
     EXPECT_EQ(form.view.packageName, "");
-    EXPECT_EQ(form.ends, 0);
+    EXPECT_EQ(form.ends, 1);
+}
+
+TEST_F(Sides, WhatIsGreyWouldOnlyRefuse) {
+    drive.Fill("Hangar\\Jets\\Lear", "Panel\\panel.cfg=x, Sound\\sound.cfg=x");
+    Start();
+    user.isPatient = true;
+    const auto move = [&](const char* from, const char* to) {
+        ASSERT_TRUE(drive.Files().Rename(drive.At(from), drive.At(to)));
+    };
+    const std::string ofQueue = " TakeNext TakeAll";
+    const std::string all = ofQueue +
+                            " HangarUndo HangarRedo HangarToMsfs RemoveFromMsfs RemoveFromHangar Rename "
+                            "CreatePanelAlias PastePanelAlias RestoreOldPanel CreateSoundAlias PasteSoundAlias "
+                            "RestoreOldSound CheckRefs GaugeCrosscheck CopyToStaging Compress Decompress CreateNotes "
+                            "DeleteNotes ReadNotes ImportImageClipboard ImportImage Information";
+    const std::string ofStaging = " StagingToHangar RemoveStaging RemovePanelFromStaging RemoveAircraftFromStaging "
+                                  "RemoveSoundFromStaging";
+    const struct {
+        const char* state;
+        std::function<void()> enter;
+        std::string grey;
+        std::function<void()> change = {}; // by another program
+        const char* works = "";            // then
+    } rows[] = {
+        {"none selected", [&] { program->ChooseCategory(0); }, all},
+        {"installed", [&] { Select("Jets", 0); },
+         ofQueue + " HangarUndo HangarRedo HangarToMsfs PastePanelAlias PasteSoundAlias",
+         [&] { move("FS\\aircraft\\Big_Bird", "FS\\Big_Bird"); }, "mnuHangarToMsfs"},
+        {"not installed", [&] { Select("Jets", 2); },
+         ofQueue + " HangarUndo HangarRedo RemoveFromMsfs PastePanelAlias PasteSoundAlias GaugeCrosscheck",
+         [&] { drive.MakeDirectory("FS\\aircraft\\Lear"); }, "mnuRemoveFromMsfs"},
+        {"lenders held",
+         [&] {
+             Select("Jets", 2);
+             program->CreatePanelAlias();
+             program->CreateSoundAlias();
+         },
+         ofQueue + " HangarUndo HangarRedo HangarToMsfs"},
+        {"empty Staging", [&] { program->GoToStaging(); },
+         " PhotosByCategory PhotosForAll" + ofQueue + " StagingUndo StagingRedo" + ofStaging,
+         [&] { drive.Put("Staging\\late.txt", "x"); }, "mnuStagingToHangar"},
+        {"files in Staging", [&] { program->GoToStaging(); },
+         " PhotosByCategory PhotosForAll" + ofQueue + " StagingUndo StagingRedo"},
+        {"empty Hangar",
+         [&] {
+             program->GoToHangar();
+             if (!drive.Has("Jets"))
+                 for (const char* category : {"Jets", "Props"})
+                     move(("Hangar\\" + std::string(category)).c_str(), category);
+             program->Refresh();
+         },
+         " CompressAll DecompressAll UninstallCategory UninstallAll" + all,
+         [&] { move("Props", "Hangar\\Empty\\Glider"); }, "mnuCompressAll"},
+    };
+    const auto now = [&] {
+        return std::tuple(drive.Tree(), form.listShows, form.galleryShows, launcher.started.size());
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.state);
+        row.enter();
+        std::string grey;
+        const Side side = form.view.HangarSideShown ? Side::Hangar : Side::Staging;
+        for (const Menu& menu : MainMenus())
+            for (const Command& command : menu.commands) {
+                if (menu.side.value_or(side) != side || CanWork(command, form.view))
+                    continue;
+                grey += " " + std::string(command.entry).substr(3);
+                const auto before = now();
+                user.transcript.clear();
+                program->RunCommand(command.entry);
+                EXPECT_EQ(now(), before) << command.entry;
+                EXPECT_LE(user.transcript.size(), 2u) << command.entry; // a question, and why not
+                row.enter();
+            }
+        EXPECT_EQ(grey, row.grey);
+        if (!row.change)
+            continue;
+        row.change();
+        program->LookAgain();
+        EXPECT_TRUE(CanWork(CommandOfEntry(row.works), form.view));
+    }
+    for (const PackageCommand& command : PackageCommands())
+        for (const auto& [name, need] : {std::pair("Lear", NeedsInstalled), std::pair("Concorde", NeedsNotInstalled)})
+            EXPECT_EQ(program->CanWorkOn(command, {{"Jets", name}}), !command.needs || command.needs == need);
 }
 
 TEST_F(Sides, AReadMePageThatNoProgramShowsIsNamed) {

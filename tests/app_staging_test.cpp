@@ -3,6 +3,7 @@
 #include "package/erase_staging.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
+#include "tests/support/zip_builder.h"
 
 namespace korvadex::test {
 namespace {
@@ -32,6 +33,25 @@ TEST_F(StagingCommands, WhatWasSettledWhileLoadingIsCopiedAsItIs) {
     for (const auto& [name, bytes] : expected)
         EXPECT_EQ(drive.Get("Hangar\\Jets\\Lear\\" + name), bytes) << name;
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Lear\\Unrecognized Files\\Thumbs.db"));
+}
+
+TEST_F(StagingCommands, AnArchiveThatIsStoppedLeavesNothing) {
+    drive.Put("big.zip", ZipBuilder().Add("a.txt", "a").Add("big.bmp", std::string(17 << 20, 'x')).Bytes());
+    Start();
+    const auto before = drive.Tree("Staging");
+    for (const int step : {1, 2}) {
+        form.onStep = [&, left = step]() mutable {
+            if (--left == 0)
+                program->StopAfterThis();
+        };
+        user.Expect(step == 1 ? "The command was stopped.  Nothing was changed."
+                              : "The command was stopped.  Everything that it had changed has been taken back: all is "
+                                "as it was before.");
+        program->OfferArchives({drive.At("big.zip")});
+        EXPECT_TRUE(drive.Tree("Staging") == before) << step;
+        EXPECT_EQ(form.view.packageName, "");
+        EXPECT_EQ(form.view.undoText, "");
+    }
 }
 
 TEST_F(StagingCommands, WhatWasCutAtALimitIsNotCopied) {

@@ -369,6 +369,10 @@ class CaseTest : public ProgramTest {
         {"headless", {[this](auto&) { launcher.hasDesktop = false; }}},
         {"close", {[this](auto&) { form.isListVisible = false; }}},
         {"stop", {[this](auto&) { program->StopAfterThis(); }}},
+        {"leave", {[this](auto&) {
+             for (int i = 0; i < 2; ++i)
+                 program->Shutdown();
+         }}},
         {"now", {[this](auto&) { before = drive.Tree(); }}},
         {"tree", {": ", [this](auto& directory, auto& outline) { EXPECT_EQ(drive.Outline(directory), In(outline)); }}},
         {"names",

@@ -1,6 +1,7 @@
 // The dialogs, answered with mouse and keys.
 #include "app/profiles.h"
 #include "media/aircraft_info.h"
+#include "package/progress.h"
 #include "package/reduce_staging.h"
 #include "package/rename.h"
 #include "sim/import.h"
@@ -360,6 +361,7 @@ TEST_F(DialogTest, UnusedGaugesAreSearchedOnceAndLeaveTheListWhenDeleted) {
         progress(2, 5);
         EXPECT_EQ(Control<QProgressBar>(window, "prbProgress").value(), 2);
         EXPECT_FALSE(window.close()) << "in the middle of the search";
+        EXPECT_THROW(progress(3, 5), Stopped);
         EXPECT_FALSE(Control<QPushButton>(window, "cmdDelete").isEnabled());
         return gauges;
     };

@@ -98,7 +98,7 @@ TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
             if (entry->isSeparator())
                 continue;
             const Command& command = CommandOfEntry(offered.back());
-            EXPECT_EQ(entry->isEnabled(), !command.extras.object); // nothing to undo yet
+            EXPECT_EQ(entry->isEnabled(), CanWork(command, program.View())) << offered.back();
             entry->setEnabled(true);
             entry->trigger();
             EXPECT_EQ(started, offered.back());
@@ -114,7 +114,10 @@ TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
     }
     auto& toolbar = Control<Toolbar>(window, "Toolbar1");
     for (const Side side : {Side::Staging, Side::Hangar}) {
-        toolbar.ShowSide(side);
+        MainView view;
+        view.HangarSideShown = side == Side::Hangar;
+        view.present = ~0u;
+        toolbar.ShowState(view);
         keys.clear();
         for (QAction* button : toolbar.actions()) {
             const auto key = button->objectName().toStdString();
@@ -291,8 +294,7 @@ TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
     ShowPackage("Super cub");
     user.ExpectMessage("Are you sure you want to remove this package from the Flight Simulator directory?", "No");
     Press(Qt::Key_U, Qt::ControlModifier);
-    user.ExpectMessage("This package is already installed in Flight Simulator.", "OK");
-    Press(Qt::Key_I, Qt::ControlModifier);
+    Press(Qt::Key_I, Qt::ControlModifier); // grey, as it is installed
     drive.Put("Hangar\\Jets\\Super cub\\Documentation\\new.txt", "x");
     Press(Qt::Key_F5);
     EXPECT_EQ(Control<QListWidget>(window, "lstComponents_7").count(), 2);
@@ -365,7 +367,7 @@ TEST_F(HangarWindow, ManyPackagesOfAListAreGoneThrough) {
     // Nothing but Stop works in the middle of it.
     auto& stop = Control<QPushButton>(window, "cmdStop");
     WhenShown middle(stop, [&] {
-        Click(window, "cmdGoToStaging");
+        EXPECT_THROW(Click(window, "cmdGoToStaging"), std::runtime_error); // grey
         Type(dialog, "txtFilter", "lost");
         QTest::keyClick(&lines, Qt::Key_Escape);
         EXPECT_FALSE(stop.isEnabled());
@@ -396,6 +398,31 @@ TEST_F(HangarWindow, ManyPackagesOfAListAreGoneThrough) {
     EXPECT_EQ(drive.Outline("FS\\aircraft"), "Super_cub\\");
     ClickRow(lines, lines.count() - 1);
     EXPECT_EQ(Shown(), "Dakota");
+}
+
+TEST_F(HangarWindow, IsGreyWhileACommandWorksAndCanStopOrEndIt) {
+    ShowPackage("Beaver");
+    auto& chooser = Control<QComboBox>(window, "cboPackageName");
+    chooser.setFocus();
+    auto& stop = Control<QPushButton>(window, "cmdStop");
+    WhenShown stopped(stop, [&] {
+        for (const char* grey : {"cmdRefresh", "cboPackageName", "Toolbar1", "mnuBar"})
+            EXPECT_FALSE(Control<QWidget>(window, grey).isEnabled()) << grey;
+        Click(window, "cmdStop");
+    });
+    user.ExpectMessage("The command was stopped.*", "OK");
+    Press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_FALSE(drive.Has("FS\\aircraft\\Beaver"));
+    Activate();
+    EXPECT_TRUE(chooser.hasFocus());
+
+    WhenShown closed(stop, [&] {
+        EXPECT_FALSE(window.close() || window.close());
+        EXPECT_EQ(Text("lblStatus"), "Korvadex ends when this command has come to its end.");
+    });
+    user.ExpectMessage("Done.", "OK");
+    Press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_TRUE(drive.Has("FS\\aircraft\\Beaver") && !window.isVisible());
 }
 
 TEST_F(HangarWindow, FilesAreOpenedShownAndDeletedByKeyAndMenu) {

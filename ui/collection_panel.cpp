@@ -1,7 +1,6 @@
 #include "ui/collection_panel.h"
 
 #include "ui/collection_model.h"
-#include "ui/package_menu.h"
 #include "ui/qt_text.h"
 
 #include <QComboBox>
@@ -361,7 +360,8 @@ void CollectionPanel::AddEntriesOfOne(QMenu& menu, const CollectionPackage& pack
 
 void CollectionPanel::AddEntriesOfMany(QMenu& menu, const std::vector<PackageRef>& packages) {
     menu.addSection(QString("%1 packages").arg(packages.size()));
-    AddPackageCommands(menu, [this, packages](const PackageCommand& command) { emit CommandGiven(command, packages); });
+    AddPackageCommands(menu, packages, canWork,
+                       [this, packages](const PackageCommand& command) { emit CommandGiven(command, packages); });
     menu.addSeparator();
     AddTargets(menu, packages);
 }

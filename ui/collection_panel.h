@@ -3,6 +3,7 @@
 
 #include "app/collection.h"
 #include "app/commands.h"
+#include "ui/package_menu.h"
 
 #include <QPersistentModelIndex>
 #include <QWidget>
@@ -36,6 +37,8 @@ class CollectionPanel : public QWidget {
     void FocusFilter();
     // A selection is handed on in a moment; this does it now, before anything else works on what is shown.
     void Settle();
+
+    CanWorkOn canWork; // for its menu; without it all can
 
   signals:
     void PackageChosen(const PackageRef& package);

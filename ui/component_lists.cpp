@@ -70,13 +70,13 @@ void ComponentLists::DimEmptyTabs() {
     for (int group = 0; group < GroupCount; ++group) {
         const bool isEmpty = lstComponents[std::size_t(group)]->count() == 0;
         // An invalid colour is that of the palette.
-        tabBar()->setTabTextColor(group, isEmpty ? palette().color(QPalette::PlaceholderText) : QColor());
+        tabBar()->setTabTextColor(group, isEmpty && isEnabled() ? palette().color(QPalette::PlaceholderText) : QColor());
     }
 }
 
 void ComponentLists::changeEvent(QEvent* event) {
     QTabWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::EnabledChange)
         DimEmptyTabs();
 }
 

@@ -1,7 +1,6 @@
 #include "ui/frmFileList.h"
 
 #include "app/overviews.h"
-#include "ui/package_menu.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmFileList.h"
@@ -146,7 +145,8 @@ void frmFileList::Give(const PackageCommand& command) {
 }
 
 void frmFileList::ShowMenu(const QPoint& at) {
-    const auto count = SelectedPackages().size();
+    const std::vector<PackageRef> packages = SelectedPackages();
+    const auto count = packages.size();
     if (count == 0)
         return;
     auto* menu = new QMenu(this);
@@ -159,7 +159,7 @@ void frmFileList::ShowMenu(const QPoint& at) {
     } else {
         menu->addSection(QString("%1 packages").arg(count));
     }
-    AddPackageCommands(*menu, [this](const PackageCommand& command) { Give(command); });
+    AddPackageCommands(*menu, packages, canWork, [this](const PackageCommand& command) { Give(command); });
     OpenMenu(*menu, *ui->lstFileList, at);
 }
 

@@ -6,6 +6,7 @@
 #include "app/commands.h"
 #include "app/settings.h"
 #include "package/command_context.h"
+#include "ui/package_menu.h"
 
 #include <QDialog>
 
@@ -34,6 +35,8 @@ class frmFileList : public QDialog {
     void ApplyGeometry(const WindowGeometry& geometry);
     // None when the window was never shown.
     std::optional<WindowGeometry> LastGeometry() const;
+
+    CanWorkOn canWork; // for its menu; without it all can
 
   signals:
     // A click, or Enter, on a line; its position among all lines, those that the filter hides included.

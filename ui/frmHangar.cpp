@@ -106,7 +106,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
         if (!program || !program->CheckOpenings())
             checkOpenings->stop();
     });
-    menus->ShowObjects({});
+    menus->ShowState({});
     ShowSide(true);
     FitToScreen(*this);
 }
@@ -172,6 +172,10 @@ void frmHangar::ConnectControls() {
     connect(fileList.get(), &frmFileList::LineChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseFileListLine(row); }); });
     connect(fileList.get(), &frmFileList::CommandGiven, this, &frmHangar::Give);
+    fileList->canWork =
+        ui->pnlCollection->canWork = [this](const PackageCommand& command, const std::vector<PackageRef>& packages) {
+            return !program || program->CanWorkOn(command, packages);
+        };
     connect(photos.get(), &frmPhotos::PictureChosen, this,
             [this](int row) { Jump([=](Program& to) { to.ChooseGalleryPicture(row); }); });
 }
@@ -216,6 +220,12 @@ void frmHangar::ConnectFilter() {
 void frmHangar::ConnectMenus() {
     const auto start = [this](const char* name) { Run([=](Program& to) { to.RunCommand(name); }); };
     connect(menus, &Menus::Chosen, this, start);
+    const auto lookAgain = [this] { Run([](Program& to) { to.LookAgain(); }); };
+    connect(menus, &Menus::Opened, this, lookAgain);
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [lookAgain](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            lookAgain();
+    });
     connect(ui->Toolbar1, &Toolbar::Chosen, this, start);
     processZip->setKey(QKeySequence(CommandOfEntry("mnuProcessZipFile").extras.shortcut));
     const auto process = [start] { start("mnuProcessZipFile"); };
@@ -303,7 +313,9 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     setWindowTitle(ToQt(view.caption));
     ui->lblHeader->setText(ToQt(view.header));
     ShowSide(view.HangarSideShown);
-    menus->ShowObjects(view);
+    menus->ShowState(view);
+    ui->Toolbar1->ShowState(view);
+    ui->cmdFirstPackage->setEnabled(view.present & NeedsPackage);
     Fill(ui->cboPackageCategory, view.categories, view.categoryIndex);
     ui->cboPackageName->ShowPackages(view.packages, view.packageIndex);
     ui->cboPackageName->SetFilter(ui->txtPackageFilter->text());
@@ -372,9 +384,7 @@ void frmHangar::ShowFilterCount() {
 }
 
 void frmHangar::ShowSide(bool isHangarSide) {
-    const Side side = isHangarSide ? Side::Hangar : Side::Staging;
-    menus->ShowSide(side);
-    ui->Toolbar1->ShowSide(side);
+    menus->ShowSide(isHangarSide ? Side::Hangar : Side::Staging);
     const std::pair<QWidget*, QWidget*> counterparts[] = {
         {ui->cmdGoToStaging, ui->cmdGoToHangar},
         {ui->cboPackageName, ui->txtPackageName},
@@ -401,7 +411,19 @@ void frmHangar::ShowStatus(const std::string& text) {
     ui->staBar->ShowText(ToQt(text));
 }
 
+void frmHangar::SetBusy(bool isBusy) {
+    if (isBusy != centralWidget()->isEnabled())
+        return;
+    if (isBusy)
+        focusBefore = focusWidget();
+    for (QWidget* part : std::initializer_list<QWidget*>{ui->mnuBar, ui->Toolbar1, centralWidget()})
+        part->setEnabled(!isBusy);
+    if (!isBusy && focusBefore && !focusWidget())
+        focusBefore->setFocus();
+}
+
 void frmHangar::ShowProgress(int minimum, int maximum) {
+    SetBusy(true);
     ui->staBar->ShowProgress(minimum, maximum);
 }
 
@@ -411,6 +433,7 @@ void frmHangar::SetProgress(int value) {
 
 void frmHangar::HideProgress() {
     ui->staBar->HideProgress();
+    SetBusy(false);
 }
 
 void frmHangar::OfferStop(bool isOffered) {

@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <functional>
 #include <memory>
@@ -85,6 +86,8 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ShowQueue(const MainView& view);
     void ReadCollection();
     void ShowSide(bool isHangarSide);
+    // While a bar is shown all is grey but the status bar.
+    void SetBusy(bool isBusy);
     void ShowPackageName(const MainView& view);
     void MarkPackageName();
     void ShowPackage(const LoadedPackage& package);
@@ -105,6 +108,7 @@ class frmHangar : public QMainWindow, public MainWindow {
     int collectionReads = 0;
     std::optional<double> collectionWidth; // where the user has changed it
     bool hasEnded = false;
+    QPointer<QWidget> focusBefore; // it was busy
 };
 
 } // namespace korvadex

@@ -1,5 +1,6 @@
 #include "ui/frmUnusedGauges.h"
 
+#include "package/progress.h"
 #include "ui/list_keys.h"
 #include "ui/qt_text.h"
 #include "ui_frmUnusedGauges.h"
@@ -15,6 +16,7 @@ frmUnusedGauges::frmUnusedGauges(const UnusedGaugesForm& gaugesForm, QWidget* pa
     ui->setupUi(this);
     ui->cmdDelete->setEnabled(false);
     ui->cmdOK->setEnabled(false);
+    connect(ui->cmdStop, &QPushButton::clicked, this, &frmUnusedGauges::reject);
     connect(ui->cmdDelete, &QPushButton::clicked, this, &frmUnusedGauges::Delete);
     connect(ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     SelectByFirstKey(*ui->lstFileList);
@@ -41,14 +43,18 @@ void frmUnusedGauges::keyPressEvent(QKeyEvent* event) {
 
 void frmUnusedGauges::reject() {
     if (!isSearching)
-        QDialog::reject();
+        return QDialog::reject();
+    isStopWanted = true;
+    ui->cmdStop->setEnabled(false);
 }
 
 void frmUnusedGauges::Search() {
     isSearching = true;
+    painting.SetStop(ui->cmdStop);
     ShowGauges(form.search([this](int value, int maximum) { ShowProgress(value, maximum); }));
     ui->prbProgress->setValue(ui->prbProgress->maximum());
     isSearching = false;
+    ui->cmdStop->hide();
     ui->cmdDelete->setEnabled(true);
     ui->cmdOK->setEnabled(true);
 }
@@ -57,6 +63,8 @@ void frmUnusedGauges::ShowProgress(int value, int maximum) {
     ui->prbProgress->setRange(1, maximum);
     ui->prbProgress->setValue(value);
     painting.Step();
+    if (isStopWanted)
+        throw Stopped{};
 }
 
 void frmUnusedGauges::Delete() {

@@ -22,7 +22,7 @@ class frmUnusedGauges : public QDialog {
     frmUnusedGauges(const UnusedGaugesForm& form, QWidget* parent);
     ~frmUnusedGauges() override;
 
-    // Stays open while the search runs.
+    // Stops the search while it runs.
     void reject() override;
 
   protected:
@@ -39,7 +39,7 @@ class frmUnusedGauges : public QDialog {
     std::unique_ptr<Ui::frmUnusedGauges> ui;
     Painting painting;
     bool isStarted = false;
-    bool isSearching = false;
+    bool isSearching = false, isStopWanted = false;
 };
 
 } // namespace korvadex

@@ -31,6 +31,7 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
     for (const Menu& row : MainMenus()) {
         QMenu* menu = bar->addMenu(row.caption);
         menu->setObjectName(row.name);
+        connect(menu, &QMenu::aboutToShow, this, &Menus::Opened);
         if (row.side)
             ofOneSide.emplace_back(*row.side, menu);
         for (const Command& command : row.commands) {
@@ -39,12 +40,8 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
             QAction* entry = menu->addAction(command.caption);
             entry->setObjectName(command.entry);
             entry->setShortcut(QKeySequence(command.extras.shortcut));
-            if (command.extras.object)
-                withObject.emplace_back(&command, entry);
-            if (command.extras.tick) {
-                entry->setCheckable(true);
-                withTick.emplace_back(&command, entry);
-            }
+            entry->setCheckable(command.extras.tick != nullptr);
+            entries.emplace_back(&command, entry);
             connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
         }
     }
@@ -53,14 +50,15 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
         entry->setMenuRole(QAction::NoRole);
 }
 
-void Menus::ShowObjects(const MainView& view) {
-    for (const auto& [command, entry] : withObject) {
-        const std::string& object = view.*command->extras.object;
-        entry->setText(object.empty() ? QString(command->caption) : command->caption + (" " + ObjectText(object)));
-        entry->setEnabled(!object.empty());
+void Menus::ShowState(const MainView& view) {
+    for (const auto& [command, entry] : entries) {
+        if (const auto object = command->extras.object)
+            entry->setText((view.*object).empty() ? QString(command->caption)
+                                                  : command->caption + (" " + ObjectText(view.*object)));
+        if (const auto tick = command->extras.tick)
+            entry->setChecked(view.*tick);
+        entry->setEnabled(CanWork(*command, view));
     }
-    for (const auto& [command, entry] : withTick)
-        entry->setChecked(view.*command->extras.tick);
 }
 
 void Menus::ShowSide(Side side) {

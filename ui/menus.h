@@ -22,15 +22,16 @@ class Menus : public QObject {
 
     // Of the two Options menus only that of the shown side is visible.
     void ShowSide(Side side);
-    // Entries that name what they are about, or say by a tick how it is.
-    void ShowObjects(const MainView& view);
+    // Entries that name what they are about, or say by a tick how it is; those that cannot work now are off.
+    void ShowState(const MainView& view);
 
   signals:
+    void Opened();
     void Chosen(const char* entry);
 
   private:
     std::vector<std::pair<Side, QMenu*>> ofOneSide;
-    std::vector<std::pair<const Command*, QAction*>> withObject, withTick;
+    std::vector<std::pair<const Command*, QAction*>> entries;
 };
 
 } // namespace korvadex

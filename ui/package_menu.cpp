@@ -17,13 +17,15 @@ QAction* AddEntry(QMenu& menu, const char* name, const QString& caption, const Q
     return entry;
 }
 
-void AddPackageCommands(QMenu& menu, const std::function<void(const PackageCommand&)>& give) {
+void AddPackageCommands(QMenu& menu, const std::vector<PackageRef>& packages, const CanWorkOn& canWork,
+                        const std::function<void(const PackageCommand&)>& give) {
     for (const PackageCommand& command : PackageCommands()) {
         if (command.separator)
             menu.addSeparator()->setObjectName(command.separator);
+        QAction* entry = AddEntry(menu, command.entry, command.caption, QKeySequence(command.shortcut));
+        entry->setEnabled(!canWork || canWork(command, packages));
         QObject::connect(
-            AddEntry(menu, command.entry, command.caption, QKeySequence(command.shortcut)), &QAction::triggered,
-            menu.parent(), [give, &command] { give(command); }, Qt::QueuedConnection);
+            entry, &QAction::triggered, menu.parent(), [give, &command] { give(command); }, Qt::QueuedConnection);
     }
 }
 

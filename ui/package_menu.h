@@ -4,6 +4,7 @@
 #include "app/commands.h"
 
 #include <functional>
+#include <vector>
 
 class QAbstractScrollArea;
 class QAction;
@@ -17,8 +18,12 @@ namespace korvadex {
 
 // An entry whose key is only to be seen: the list handles its keys itself.
 QAction* AddEntry(QMenu& menu, const char* name, const QString& caption, const QKeySequence& key);
-// PackageCommands; the chosen one is given when the menu has gone, as it may show windows of its own.
-void AddPackageCommands(QMenu& menu, const std::function<void(const PackageCommand&)>& give);
+// Whether a command can do more than refuse to work on these.
+using CanWorkOn = std::function<bool(const PackageCommand&, const std::vector<PackageRef>&)>;
+// PackageCommands for these packages; the chosen one is given when the menu has gone, as it may show windows of its
+// own.
+void AddPackageCommands(QMenu& menu, const std::vector<PackageRef>& packages, const CanWorkOn& canWork,
+                        const std::function<void(const PackageCommand&)>& give);
 // nullptr for other keys.
 const PackageCommand* PackageCommandOf(const QKeyEvent& pressed);
 // Opens the menu at a point of the list, which may have scrolled out of sight.

@@ -22,7 +22,7 @@ StatusBar::StatusBar(QWidget* parent)
     addPermanentWidget(prbProgress);
     cmdStop->setObjectName("cmdStop");
     cmdStop->setAccessibleName("Stop");
-    cmdStop->setToolTip("Stop after the package at hand (Esc)");
+    cmdStop->setToolTip("Stop the command (Esc)");
     cmdStop->setFocusPolicy(Qt::NoFocus);
     cmdStop->hide();
     addPermanentWidget(cmdStop);

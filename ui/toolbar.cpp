@@ -1,5 +1,6 @@
 #include "ui/toolbar.h"
 
+#include "app/main_window.h"
 #include "ui/icons.h"
 
 #include <QAction>
@@ -17,13 +18,14 @@ Toolbar::Toolbar(QWidget* parent) : QToolBar(parent) {
         widgetForAction(action)->setObjectName("btn" + QString(key));
         connect(action, &QAction::triggered, this, [this, key] { emit Chosen(key); });
     }
-    ShowSide(Side::Hangar);
+    ShowState({});
 }
 
-void Toolbar::ShowSide(Side side) {
+void Toolbar::ShowState(const MainView& view) {
+    const Side side = view.HangarSideShown ? Side::Hangar : Side::Staging;
     for (QAction* action : actions()) {
         const Command* command = CommandOfKey(action->objectName().toStdString(), side);
-        action->setEnabled(command != nullptr);
+        action->setEnabled(command && CanWork(*command, view));
         if (command) {
             action->setText(command->extras.toolTip); // the accessible name
             action->setToolTip(command->extras.toolTip);

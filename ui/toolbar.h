@@ -13,8 +13,8 @@ class Toolbar : public QToolBar {
   public:
     explicit Toolbar(QWidget* parent = nullptr);
 
-    // Tool tips name what the buttons do on that side; those that do nothing there are off.
-    void ShowSide(Side side);
+    // Tool tips name what the buttons do on the side that is shown; those that cannot work now are off.
+    void ShowState(const MainView& view);
 
   signals:
     void Chosen(const char* key);

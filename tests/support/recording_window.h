@@ -52,8 +52,12 @@ class RecordingWindow : public MainWindow {
             act();
         }
     }
-    void ShowProgress(int, int) override {}
-    void SetProgress(int) override {}
+    std::function<void()> onStep; // of the bar, while Stop is offered
+    void ShowProgress(int, int) override { SetProgress(0); }
+    void SetProgress(int) override {
+        if (onStep && isStopOffered)
+            onStep();
+    }
     void HideProgress() override {}
     void OfferStop(bool isOffered) override { isStopOffered = isOffered; }
     void ShowFileList(const std::string& caption, const std::vector<ListLine>& lines) override {
