@@ -51,11 +51,6 @@ std::size_t StateOf(const std::vector<DirectoryEntry>& listed) {
     return std::hash<std::string>()(state);
 }
 
-std::string SizeText(std::uint64_t bytes) {
-    const auto tenths = (bytes * 10 + BytesPerMeg / 2) / BytesPerMeg;
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " Meg";
-}
-
 bool ComesBefore(const CollectionPackage& a, const CollectionPackage& b, CollectionOrder order) {
     switch (order) {
     case CollectionOrder::Installed:
@@ -90,7 +85,7 @@ std::string DescribePackage(const CollectionPackage& package) {
     if (package.isInstalled)
         add("Installed in MSFS");
     if (facts.isRead)
-        add(SizeText(facts.bytes) + (facts.isCompressed ? " (compressed)" : ""));
+        add(MegText(facts.bytes) + (facts.isCompressed ? " (compressed)" : ""));
     if (facts.isRead)
         add("Added " + ShortDateTime(facts.added));
     if (!facts.alias.empty())

@@ -1,10 +1,10 @@
 #include "app/history_editor.h"
 
+#include "package/meg.h"
 #include "platform/date_text.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
 
 namespace korvadex {
@@ -26,17 +26,6 @@ std::string StateText(EntryState state, bool isForGood) {
 }
 
 } // namespace
-
-std::string SizeText(std::uint64_t bytes) {
-    constexpr std::array<const char*, 4> units = {"KB", "MB", "GB", "TB"};
-    if (bytes < 1024)
-        return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
-    std::size_t unit = 0;
-    std::uint64_t tenths = (bytes * 10 + 512) / 1024;
-    for (; tenths >= 10240 && unit + 1 < units.size(); ++unit)
-        tenths = (tenths + 512) / 1024;
-    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " " + units[unit];
-}
 
 const HistoryEntry& HistoryEditor::EntryAt(int row) const {
     return history.Entries().at(history.Entries().size() - 1 - static_cast<std::size_t>(row));

@@ -62,7 +62,4 @@ class HistoryEditor {
     const Reverse reverse;
 };
 
-// "812 bytes", "1.5 KB", "20.0 MB", "1.3 GB"
-std::string SizeText(std::uint64_t bytes);
-
 } // namespace korvadex

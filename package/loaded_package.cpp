@@ -17,11 +17,15 @@ const FileEntry* FindByName(const std::vector<FileEntry>& files, std::string_vie
 
 } // namespace
 
-int LoadedPackage::SizeInMeg() const {
+std::uint64_t LoadedPackage::SizeInBytes() const {
     std::uint64_t bytes = 0;
     for (const auto& file : tree.files)
         bytes += file.info.size;
-    return static_cast<int>(InMeg(bytes));
+    return bytes;
+}
+
+int LoadedPackage::SizeInMeg() const {
+    return static_cast<int>(InMeg(SizeInBytes()));
 }
 
 bool LoadedPackage::PackageHasFile(std::string_view name) const {

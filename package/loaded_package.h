@@ -48,6 +48,7 @@ struct LoadedPackage {
     std::string compressionCode = std::string(UnknownCompression);
     ListCut cut = ListCut::None; // a list that a limit cut: nothing may be copied or deleted from it
 
+    std::uint64_t SizeInBytes() const;
     int SizeInMeg() const; // bytes / 1,024,000, rounded
     // A file of the package whose file name equals name, without case.
     bool PackageHasFile(std::string_view name) const;

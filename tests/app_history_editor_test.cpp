@@ -1,5 +1,6 @@
 // What the window History shows and does.
 #include "app/history_editor.h"
+#include "package/meg.h"
 #include "platform/text_file.h"
 #include "tests/support/command_fixture.h"
 

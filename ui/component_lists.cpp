@@ -1,5 +1,6 @@
 #include "ui/component_lists.h"
 
+#include "package/meg.h"
 #include "platform/date_text.h"
 #include "platform/windows_path.h"
 #include "ui/qt_text.h"
@@ -22,8 +23,10 @@ QString GroupName(int group) {
 }
 
 QString Describe(const FileEntry& file) {
-    return ToQt(file.path) + "\n" + QLocale().toString(qulonglong(file.info.size)) + " bytes, " +
-           ToQt(ShortDateTime(file.info.time));
+    QString size = ToQt(SizeText(file.info.size));
+    if (file.info.size >= 1024)
+        size += " (" + QLocale().toString(qulonglong(file.info.size)) + " bytes)";
+    return ToQt(file.path) + "\n" + size + ", " + ToQt(ShortDateTime(file.info.time));
 }
 
 } // namespace
