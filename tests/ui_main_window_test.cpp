@@ -175,12 +175,16 @@ TEST_F(HangarWindow, AccessKeysAreUnique) {
 }
 
 TEST_F(HangarWindow, IsShownWhereItCanBeReached) {
-    window.ApplyGeometry({.top = 300, .left = 450, .height = 8700, .width = 11850});
+    const QRect screen = window.screen()->availableGeometry();
+    window.ApplyGeometry({.top = 300, .left = 450, .height = 8700, .width = 10500});
     ASSERT_TRUE(window.Geometry());
     EXPECT_EQ(window.Geometry()->top, 300);
     EXPECT_EQ(window.Geometry()->left, 450);
-    window.ApplyGeometry({.top = 900000, .left = 900000, .height = {}, .width = {}}); // a screen that is gone
-    EXPECT_TRUE(window.screen()->geometry().intersects(window.geometry()));
+    // A screen that is gone, one with more room, one on the other side.
+    for (const auto& [top, left] : {std::pair(900000.0, 900000.0), {300.0, 6000.0}, {-9000.0, -9000.0}}) {
+        window.ApplyGeometry({.top = top, .left = left, .height = {}, .width = {}});
+        EXPECT_TRUE(screen.contains(window.geometry())) << top;
+    }
     const auto normal = *window.Geometry();
     window.showMaximized();
     EXPECT_EQ(window.Geometry()->top, normal.top);

@@ -20,14 +20,31 @@ int Pixels(double twips) {
     return int(std::lround(twips / TwipsPerPixel));
 }
 
-// Enough of the title bar to take hold of it.
-bool CanBeReached(const QRect& window) {
-    const QRect title(window.left(), window.top(), window.width(), 32);
-    const auto screens = QGuiApplication::screens();
-    return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-        const QRect seen = screen->availableGeometry().intersected(title);
-        return seen.width() >= 80 && seen.height() >= 16;
-    });
+// The frame of a window that was never shown is not known yet.
+constexpr QSize Frame(8, 40);
+// Some desktops let a frame hang over.
+constexpr int Overhang = 8;
+
+// Where it is when all of it can be seen, else on the screen that has most of it: that may have been another one, or
+// one that showed all things smaller.
+QRect OnScreen(const QRect& window) {
+    QRegion all;
+    QRect nearest;
+    int most = -1;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QRect available = screen->availableGeometry();
+        const QSize common = available.intersected(window).size();
+        all += available;
+        if (common.width() * common.height() > most)
+            nearest = available;
+        most = std::max(most, common.width() * common.height());
+    }
+    if (QRegion(window.adjusted(Overhang, Overhang, -Overhang, -Overhang)).subtracted(all).isEmpty())
+        return window;
+    QRect moved(window.topLeft(), window.size().boundedTo(nearest.size()));
+    moved.moveLeft(std::clamp(moved.left(), nearest.left(), nearest.right() + 1 - moved.width()));
+    moved.moveTop(std::clamp(moved.top(), nearest.top(), nearest.bottom() + 1 - moved.height()));
+    return moved;
 }
 
 constexpr const char* NormalFrame = "normalFrame";
@@ -40,13 +57,14 @@ QPoint FrameOf(const QWidget& window) {
     return window.frameGeometry().topLeft() - window.geometry().topLeft();
 }
 
-// The frame of a maximised window may be thinner: the normal one is remembered whenever the window is entered.
+// The frame of a maximised window may be thinner: the normal one is remembered.
 class FrameKeeper : public QObject {
   public:
     explicit FrameKeeper(QWidget& watched) : QObject(&watched), window(watched) { window.installEventFilter(this); }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::WindowActivate && IsNormal(window))
+        const bool mayTell = event->type() == QEvent::WindowActivate || event->type() == QEvent::Move;
+        if (mayTell && window.isVisible() && IsNormal(window))
             window.setProperty(NormalFrame, FrameOf(window));
         return false;
     }
@@ -77,7 +95,8 @@ WindowGeometry GeometryInTwips(const QWidget& window) {
     const bool isNormal = IsNormal(window);
     const QRect inner = isNormal ? window.geometry() : window.normalGeometry();
     const QVariant kept = window.property(NormalFrame);
-    const QPoint corner = inner.topLeft() + (isNormal || !kept.isValid() ? FrameOf(window) : kept.toPoint());
+    // One that was never normal since its place was set still has its corner there, without a frame.
+    const QPoint corner = inner.topLeft() + (isNormal ? FrameOf(window) : kept.toPoint());
     return {corner.y() * TwipsPerPixel, corner.x() * TwipsPerPixel, inner.height() * TwipsPerPixel,
             inner.width() * TwipsPerPixel};
 }
@@ -98,13 +117,13 @@ void SetGeometryInTwips(QWidget& window, const SavedGeometry& geometry) {
         corner.setX(Pixels(*geometry.left));
     if (geometry.top)
         corner.setY(Pixels(*geometry.top));
-    if (CanBeReached({corner, window.size()}))
-        window.move(corner);
+    const QRect place = OnScreen({corner, window.size() + Frame});
+    window.resize(place.size() - Frame);
+    window.move(place.topLeft());
 }
 
 void FitToScreen(QWidget& window) {
-    // The frame of a window that was never shown is not known yet.
-    const QSize most = window.screen()->availableSize() - QSize(8, 40);
+    const QSize most = window.screen()->availableSize() - Frame;
     window.resize(window.size().boundedTo(most));
 }
 

@@ -15,7 +15,7 @@ ScreenSize ScreenInTwips(const QWidget& window);
 // Position of the frame, size of what is inside it; of the normal state while the window is maximised.
 WindowGeometry GeometryInTwips(const QWidget& window);
 
-// Values that are not given stay. A window that would lie outside of every screen is brought back.
+// Values that are not given stay. What would lie off the screen is brought back, smaller where there is no room.
 void SetGeometryInTwips(QWidget& window, const SavedGeometry& geometry);
 
 // Shrinks a window that is larger than its screen.
