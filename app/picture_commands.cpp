@@ -7,6 +7,7 @@
 #include "platform/windows_path.h"
 
 #include <algorithm>
+#include <array>
 
 namespace korvadex {
 
@@ -30,6 +31,16 @@ bool Program::IsStillThere(const std::string& path) {
         return true;
     user.Tell("The picture " + path + " is no longer there.", MessageIcon::Exclamation);
     return false;
+}
+
+std::string Program::PictureInList(int group, int position) const {
+    constexpr std::array kinds = {".jpg", ".jpeg", ".gif", ".bmp", ".png"};
+    const auto path = ComponentPath(group, position);
+    const auto isOfKind = [&](const char* kind) { return path && EndsWithNoCase(*path, kind); };
+    // Bitmaps are what is packed.
+    if (std::ranges::none_of(kinds, isOfKind) || (package.isCompressed && isOfKind(".bmp")))
+        return "";
+    return *path;
 }
 
 void Program::ShowNextImage() {

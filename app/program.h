@@ -72,6 +72,8 @@ class Program : private CommandDisplay {
     // again.
     void LookAgain();
     void OpenComponent(int group, int position);
+    // The file's path when its kind is one that the picture area may be able to show; "" otherwise.
+    std::string PictureInList(int group, int position) const;
     void ShowComponentInFolder(int group, int position); // in the system's file manager
     // Says what could not be opened after all (Launcher::TakeFailures). False when there is nothing left to wait for.
     bool CheckOpenings();

@@ -55,6 +55,38 @@ TEST_F(PictureAreaTest, ButtonsKeysAndClicksGoThroughThePictures) {
     EXPECT_FALSE(IsEnabled("cmdFirstImage") || IsEnabled("cmdDeleteImage"));
 }
 
+TEST_F(PictureAreaTest, APictureThatIsSelectedInAListIsShownAndCannotBeDeletedHere) {
+    const std::string texture = "Hangar\\Jets\\Lear\\Texture\\";
+    drive.Put(texture + "broken.bmp", "no picture");
+    drive.Put(texture + "skin.bmp", PictureBytes({40, 30}, "BMP"));
+    drive.Put(texture + "skin.r8", "x");
+    drive.Put("Hangar\\Jets\\Cub\\x.air", "x");
+    program.Refresh();
+    Control<QTabWidget>(window, "tabComponents").setCurrentIndex(Texture);
+    auto& list = Control<QListWidget>(window, "lstComponents_5");
+    for (const auto& [row, name] : {std::pair(0, "a.jpg"), {1, "skin.bmp"}, {2, "a.jpg"}, {1, "skin.bmp"}}) {
+        list.setCurrentRow(row);
+        EXPECT_EQ(Text("lblImageName"), name);
+        EXPECT_EQ(IsEnabled("cmdDeleteImage") && IsEnabled("cmdFirstImage"), row != 1);
+    }
+    QTest::keyClick(&shown, Qt::Key_Delete); // not what is seen, nor what was
+    user.Finish();
+    EXPECT_EQ(Text("lblImageName"), "a.jpg");
+    EXPECT_TRUE(list.selectedItems().isEmpty() && IsEnabled("cmdImgNext"));
+    list.setCurrentRow(1);
+    Control<QTabWidget>(window, "tabComponents").setCurrentIndex(korvadex::Images);
+    EXPECT_EQ(Text("lblImageName"), "a.jpg");
+    Control<QTabWidget>(window, "tabComponents").setCurrentIndex(Texture);
+    EXPECT_EQ(Text("lblImageName"), "skin.bmp");
+    program.ShowPackage({"Jets", "Cub"});
+    EXPECT_EQ(Text("lblImageName"), "No images currently available for viewing.");
+    drive.Put("Hangar\\Jets\\Lear\\KX_Compression.txt", "1 Meg have been compressed.\r\n");
+    program.ShowPackage({"Jets", "Lear"});
+    Control<QTabWidget>(window, "tabComponents").setCurrentIndex(Texture);
+    list.setCurrentRow(1);
+    EXPECT_EQ(Text("lblImageName"), "a.jpg");
+}
+
 TEST_F(PictureAreaTest, PicturesComeInByDropPasteAndMenu) {
     drive.Put("from\\new.PNG", PictureBytes({30, 20}, "PNG"));
     drive.Put("from\\text.jpg", "no picture");

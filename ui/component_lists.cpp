@@ -42,12 +42,23 @@ ComponentLists::ComponentLists(QWidget* parent) : QTabWidget(parent) {
         list->installEventFilter(this);
         connect(list, &QListWidget::itemDoubleClicked, this,
                 [this, group, list](QListWidgetItem* item) { emit OpenRequested(group, list->row(item)); });
+        connect(list, &QListWidget::itemSelectionChanged, this, &ComponentLists::SelectionChanged);
         list->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(list, &QListWidget::customContextMenuRequested, this,
                 [this, group](const QPoint& at) { ShowMenu(group, at); });
         lstComponents[std::size_t(group)] = list;
         addTab(list, GroupName(group));
     }
+    connect(this, &QTabWidget::currentChanged, this, &ComponentLists::SelectionChanged);
+}
+
+std::optional<std::pair<int, int>> ComponentLists::SelectedFile() const {
+    const auto positions = SelectedPositions(currentIndex());
+    return positions.size() == 1 ? std::optional(std::pair(currentIndex(), positions.front())) : std::nullopt;
+}
+
+void ComponentLists::ClearSelection() {
+    lstComponents[std::size_t(currentIndex())]->clearSelection();
 }
 
 void ComponentLists::ShowFiles(const LoadedPackage& package) {
@@ -55,6 +66,7 @@ void ComponentLists::ShowFiles(const LoadedPackage& package) {
         QListWidget* list = lstComponents[std::size_t(group)];
         const auto& files = package.ComponentFiles[std::size_t(group)];
         const int row = list->currentRow();
+        const QSignalBlocker filling(list);
         list->clear();
         for (const FileEntry& file : files) {
             auto* item = new QListWidgetItem(ToQt(LastPathComponent(file.path)), list);

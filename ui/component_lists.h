@@ -6,6 +6,8 @@
 #include <QTabWidget>
 
 #include <array>
+#include <optional>
+#include <utility>
 #include <vector>
 
 class QListWidget;
@@ -20,8 +22,13 @@ class ComponentLists : public QTabWidget {
 
     // Fills all lists anew. A row keeps its place: position p of a list is position p of its group.
     void ShowFiles(const LoadedPackage& package);
+    // Group and position, when exactly one file of the open list is selected.
+    std::optional<std::pair<int, int>> SelectedFile() const;
+    void ClearSelection();
 
   signals:
+    // Another list, or another selection in it; not while they are filled.
+    void SelectionChanged();
     // A double click or Enter on a file.
     void OpenRequested(int group, int position);
     void ShowInFolderRequested(int group, int position);

@@ -159,13 +159,22 @@ void frmHangar::ConnectControls() {
                 Run([&](Program& to) { to.DeleteComponents(group, positions); });
             });
     const auto onPicture = [this](void (PictureBox::*signal)(), void (Program::*command)()) {
-        connect(ui->picPackage, signal, this, [this, command] { Run([=](Program& to) { (to.*command)(); }); });
+        connect(ui->picPackage, signal, this, [this, command] {
+            if (ui->picPackage->IsOther())
+                return ui->tabComponents->ClearSelection(); // back to the package's own
+            Run([=](Program& to) { (to.*command)(); });
+        });
     };
     onPicture(&PictureBox::NextRequested, &Program::ShowNextImage);
     onPicture(&PictureBox::PreviousRequested, &Program::ShowPreviousImage);
     onPicture(&PictureBox::DeleteRequested, &Program::DeleteShownImage);
     onPicture(&PictureBox::FirstRequested, &Program::MakeShownImageFirst);
-    onPicture(&PictureBox::PasteRequested, &Program::ImportImageClipboard);
+    connect(ui->picPackage, &PictureBox::PasteRequested, this,
+            [this] { Run([](Program& to) { to.ImportImageClipboard(); }); });
+    connect(ui->tabComponents, &ComponentLists::SelectionChanged, this, [this] {
+        if (program && !ShowSelectedPicture() && ui->picPackage->IsOther())
+            ShowPicture(program->View(), program->Package());
+    });
     connect(ui->picPackage, &PictureBox::PicturesDropped, this, [this](const QStringList& hostPaths) {
         Run([&](Program& to) { to.ImportDroppedImages(OfferFiles(files, hostPaths)); });
     });
@@ -388,6 +397,12 @@ void frmHangar::ShowSide(bool isHangarSide) {
     const std::pair<QWidget*, QWidget*> counterparts[] = {
         {ui->cmdGoToStaging, ui->cmdGoToHangar},
         {ui->cboPackageName, ui->txtPackageName},
+bool frmHangar::ShowSelectedPicture() {
+    const auto selected = ui->tabComponents->SelectedFile();
+    const auto path = selected ? program->PictureInList(selected->first, selected->second) : "";
+    return !path.empty() && ui->picPackage->ShowOther(ToQt(files.HostPath(path)), ToQt(LastPathComponent(path)));
+}
+
     };
     for (const auto& [hangar, staging] : counterparts) {
         const bool hadFocus = hangar->hasFocus() || staging->hasFocus();

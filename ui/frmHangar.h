@@ -91,6 +91,8 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ShowPackageName(const MainView& view);
     void MarkPackageName();
     void ShowPackage(const LoadedPackage& package);
+    // Of the lists, as long as it is selected. False when there is none that can be shown.
+    bool ShowSelectedPicture();
     void ShowPicture(const MainView& view, const LoadedPackage& package);
     void ShowFilterCount();
 

@@ -34,10 +34,11 @@ PictureView::PictureView(QWidget* parent) : PhotoView(parent), decodeAgain(new Q
     });
 }
 
-void PictureView::SetPicture(const QString& hostPath, const QString& fileName) {
+bool PictureView::SetPicture(const QString& hostPath, const QString& fileName) {
     path = hostPath;
     name = fileName;
     Decode();
+    return Trouble().isEmpty();
 }
 
 void PictureView::Decode() {
@@ -108,12 +109,26 @@ PictureBox::~PictureBox() = default;
 void PictureBox::ShowPicture(const QString& hostPath, const QString& fileName, int index, int count) {
     ui->lblImageName->setText(fileName);
     ui->imgImageBox->SetPicture(hostPath, fileName);
+    isOther = false;
     ShowCount(index, count);
+}
+
+bool PictureBox::ShowOther(const QString& hostPath, const QString& fileName) {
+    isOther = true;
+    if (!ui->imgImageBox->SetPicture(hostPath, fileName))
+        return false;
+    ui->lblImageName->setText(fileName);
+    ShowCount(0, 0);
+    ui->imgImageBox->setToolTip("Click for the picture of the package");
+    for (QPushButton* button : {ui->cmdImgNext, ui->cmdImgPrevious}) // both lead back to it
+        button->setEnabled(true);
+    return true;
 }
 
 void PictureBox::ShowNoPicture() {
     ui->lblImageName->setText("No images currently available for viewing.");
     ui->imgImageBox->SetPicture({}, {});
+    isOther = false;
     ShowCount(0, 0);
 }
 

@@ -22,8 +22,8 @@ class PictureView : public PhotoView {
   public:
     explicit PictureView(QWidget* parent = nullptr);
 
-    // A path as the host names it; "" for no picture.
-    void SetPicture(const QString& hostPath, const QString& fileName);
+    // A path as the host names it; "" for no picture. False when it cannot be shown.
+    bool SetPicture(const QString& hostPath, const QString& fileName);
 
     QSize sizeHint() const override { return {320, 220}; }
 
@@ -55,6 +55,10 @@ class PictureBox : public QWidget {
     // The file's host path, the name that is shown beside it, and which one of how many it is.
     void ShowPicture(const QString& hostPath, const QString& fileName, int index, int count);
     void ShowNoPicture();
+    // A file that is none of the package's pictures: it cannot be deleted here, nor made the first. False when it
+    // cannot be shown: then one of the others is to be.
+    bool ShowOther(const QString& hostPath, const QString& fileName);
+    bool IsOther() const { return isOther; }
 
   signals:
     void NextRequested();
@@ -73,6 +77,7 @@ class PictureBox : public QWidget {
     void ShowCount(int index, int count);
 
     std::unique_ptr<Ui::PictureBox> ui;
+    bool isOther = false;
 };
 
 } // namespace korvadex
