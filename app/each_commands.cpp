@@ -26,6 +26,13 @@ std::string ListPackages(const std::vector<PackageRef>& packages) {
     return ListNames(names);
 }
 
+// Who there uses what of these packages.
+ConfigUsage UsageInHangar(CommandContext& context, const std::vector<PackageRef>& packages) {
+    std::vector<std::string> names;
+    std::ranges::transform(packages, std::back_inserter(names), &PackageRef::name);
+    return ConfigUsage(context, context.locations.HangarDir, names);
+}
+
 } // namespace
 
 Program::Packages Program::Resolved(const Packages& packages) {
@@ -169,8 +176,9 @@ void Program::CheckReferencesOfEach(const Packages& packages) {
         return;
     RunEach({.title = {.name = "Check aliases to"}, .done = "checked", .places = {Place::Hangar}, .onlyLooks = true},
             packages, [&](BatchRun& batch, const Packages& chosen) {
-                batch.TakeEach(chosen, [](CommandContext& each, const PackageRef& ref) {
-                    return CheckReferences(each, ref, Unasked::Yes);
+                const ConfigUsage usage = UsageInHangar(batch.context, chosen);
+                batch.TakeEach(chosen, [&](CommandContext& each, const PackageRef& ref) {
+                    return CheckReferences(each, ref, &usage);
                 });
             });
 }
@@ -223,8 +231,12 @@ void Program::DeleteEach(const Packages& packages) {
             packages, [&](BatchRun& batch, const Packages& chosen) {
                 Packages order = LendersFirst(batch.context, chosen);
                 std::ranges::reverse(order);
+                ConfigUsage usage = UsageInHangar(batch.context, chosen);
                 batch.LoadEach(order, [&](CommandContext& each, const LoadedPackage& loaded) {
-                    return RemoveFromHangar(each, loaded, {}, Unasked::Yes).renamed.has_value();
+                    const bool isGone = RemoveFromHangar(each, loaded, {}, &usage).renamed.has_value();
+                    if (isGone)
+                        usage.Forget(loaded.path);
+                    return isGone;
                 });
             });
 }

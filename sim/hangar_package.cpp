@@ -27,10 +27,14 @@ bool IsMountPoint(const CommandContext& context, const std::string& directory) {
            });
 }
 
-// The users of the package's panel (kind "panel") or sound in the Hangar; those found are listed.
-AliasUsers ShowUsersInHangar(CommandContext& context, const PackageRef& package, const std::string& kind) {
+// The users of the package's panel (kind "panel") or sound in the Hangar, unless they are known looked for now; those
+// found are listed.
+AliasUsers ShowUsersInHangar(CommandContext& context, const PackageRef& package, const std::string& kind,
+                             const ConfigUsage* known = nullptr) {
     const std::string& root = context.locations.HangarDir;
-    AliasUsers users = FindAliasUsers(context, root, package.name, kind, package.Directory(context.locations));
+    const std::string own = package.Directory(context.locations);
+    AliasUsers users =
+        known ? known->FindUsers(package.name, kind, own) : FindAliasUsers(context, root, package.name, kind, own);
     ShowAliasUsers(context, root, kind, users.paths);
     return users;
 }
@@ -38,8 +42,8 @@ AliasUsers ShowUsersInHangar(CommandContext& context, const PackageRef& package,
 // True when the user would rather keep what another package needs, or may need. What could not be looked at is asked
 // about once.
 bool WantsToKeep(CommandContext& context, const PackageRef& package, const std::string& kind,
-                 const std::string& question, std::set<std::string>& asked) {
-    AliasUsers users = ShowUsersInHangar(context, package, kind);
+                 const std::string& question, const ConfigUsage* known, std::set<std::string>& asked) {
+    AliasUsers users = ShowUsersInHangar(context, package, kind, known);
     if (!users.paths.empty())
         return context.user.AskYesNo(question);
     std::erase_if(users.unseen, [&](const Unseen& thing) { return !asked.insert(thing.path).second; });
@@ -87,7 +91,7 @@ std::string DescribePlaceOfOthers(const CommandContext& context, const std::stri
 }
 
 Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, const std::function<bool()>& lastLook,
-                         Unasked unasked) {
+                         const ConfigUsage* known) {
     const std::string directory = package.ref.Directory(context.locations);
     Changes changes;
     if (IsMountPoint(context, directory)) {
@@ -119,17 +123,17 @@ Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package, 
             context, package.ref, "panel",
             "WARNING!  The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
             "Do you want to cancel this command?",
-            asked) ||
+            known, asked) ||
         WantsToKeep(
             context, package.ref, "sound",
             "WARNING!  "
             "The sound configuration in this package is used (via alias) by an aircraft(s) in the Hangar as shown.  "
             "Do you want to cancel this command?",
-            asked))
+            known, asked))
         return changes;
     // A directory in another place that stands in the Hangar as a link stays where it is.
     const std::string place = IsLinkedDirectory(context, directory) ? OneName(context.files, directory) : "";
-    const bool isAsked = unasked == Unasked::No || !place.empty();
+    const bool isAsked = !known || !place.empty();
     if (isAsked &&
         !context.user.AskYesNo(
             "Are you sure you want to remove this package from the hangar?" +
@@ -212,15 +216,15 @@ Changes RenameInHangar(CommandContext& context, const LoadedPackage& package) {
     return RenamePackage(context, package);
 }
 
-bool CheckReferences(CommandContext& context, const PackageRef& package, Unasked unasked) {
-    const AliasUsers panel = ShowUsersInHangar(context, package, "panel");
+bool CheckReferences(CommandContext& context, const PackageRef& package, const ConfigUsage* known) {
+    const AliasUsers panel = ShowUsersInHangar(context, package, "panel", known);
     const bool isPanelUsed = !panel.paths.empty();
     if (isPanelUsed) {
         context.user.Tell("The panel in this package is used (via alias) by an aircraft(s) in the Hangar as shown.");
-        if (unasked == Unasked::No && !context.user.AskYesNo("Continue on to sound alias check?"))
+        if (!known && !context.user.AskYesNo("Continue on to sound alias check?"))
             return true;
     }
-    const AliasUsers sound = ShowUsersInHangar(context, package, "sound");
+    const AliasUsers sound = ShowUsersInHangar(context, package, "sound", known);
     const bool isSoundUsed = !sound.paths.empty();
     if (isSoundUsed)
         context.user.Tell(
@@ -232,7 +236,7 @@ bool CheckReferences(CommandContext& context, const PackageRef& package, Unasked
         context.user.Tell(DescribeUnseenUsers(&unseen == &panel.unseen ? "panel" : "sound", unseen),
                           MessageIcon::Exclamation);
         return false;
-    } else if (unasked == Unasked::No) {
+    } else if (!known) {
         context.user.Tell("Done checking for panel and sound aliases to this package.  None found.");
     }
     return true;

@@ -3,6 +3,7 @@
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
+#include "sim/config_usage.h"
 
 #include <functional>
 #include <string>
@@ -13,13 +14,11 @@ namespace korvadex {
 // to the simulator or to Staging, "" elsewhere.
 std::string DescribePlaceOfOthers(const CommandContext& context, const std::string& directory);
 
-// Whether what every such command asks first is left out: it was asked for many packages at once.
-enum class Unasked { No, Yes };
-
 // An installed package is offered to be removed from the simulator first; either answer goes on. Directly before the
-// deletion lastLook may keep the package, after a message of its own.
+// deletion lastLook may keep the package, after a message of its own. known: it is one of many, who uses what in the
+// Hangar was found out for all of them, and what is asked about every one was asked.
 Changes RemoveFromHangar(CommandContext& context, const LoadedPackage& package,
-                         const std::function<bool()>& lastLook = {}, Unasked unasked = Unasked::No);
+                         const std::function<bool()>& lastLook = {}, const ConfigUsage* known = nullptr);
 
 // Refused for an aircraft when Staging holds one. The package is removed from the Hangar when the user wants that,
 // after every file has been copied and counted, and while all of that is still so.
@@ -28,9 +27,9 @@ Changes CopyToStaging(CommandContext& context, const LoadedPackage& package);
 // frmRename, unless the package is installed or another one of the Hangar uses its panel or sound.
 Changes RenameInHangar(CommandContext& context, const LoadedPackage& package);
 
-// Lists who uses the package's panel or sound via alias; unasked: both, and nothing is said when nobody does. False
-// when it could not be found out.
-bool CheckReferences(CommandContext& context, const PackageRef& package, Unasked unasked = Unasked::No);
+// Lists who uses the package's panel or sound via alias; as one of many both, and nothing is said when nobody does.
+// False when it could not be found out.
+bool CheckReferences(CommandContext& context, const PackageRef& package, const ConfigUsage* known = nullptr);
 
 // frmInstallStatus for the installed package. False, after a message, when there is nothing to check.
 bool CheckInstalledGauges(CommandContext& context, const PackageRef& package);
