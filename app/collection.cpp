@@ -3,6 +3,7 @@
 #include "media/info_text.h"
 #include "package/aircraft_cfg.h"
 #include "package/config_readers.h"
+#include "package/filter_words.h"
 #include "package/meg.h"
 #include "package/name_list.h"
 #include "platform/date_text.h"
@@ -29,17 +30,6 @@ std::string WordsOf(const std::string& name, const AircraftCfg& cfg) {
             if (field.text)
                 add(info.*field.text);
     return FoldCase(words);
-}
-
-std::vector<std::string> WordsIn(std::string_view filter) {
-    std::vector<std::string> words;
-    const std::string folded = FoldCase(filter);
-    for (std::size_t at = 0; (at = folded.find_first_not_of(" \t", at)) != folded.npos;) {
-        const std::size_t end = std::min(folded.find_first_of(" \t", at), folded.size());
-        words.push_back(folded.substr(at, end - at));
-        at = end;
-    }
-    return words;
 }
 
 // Changes with every name, size and time in the directory.
@@ -208,21 +198,17 @@ void Collection::NoteMissingGauges(std::string_view name, const std::vector<std:
 }
 
 CollectionView Collection::Arrange(std::string_view filter, CollectionOrder order) const {
-    const auto words = WordsIn(filter);
-    const auto isWanted = [&](const Entry& entry) {
-        return std::ranges::all_of(words,
-                                   [&](const auto& word) { return entry.words.find(word) != std::string::npos; });
-    };
+    const FilterWords words(filter);
     CollectionView view;
     for (const Category& category : categories) {
         CollectionCategory shown{category.name, category.entries.size(), {}};
         for (const Entry& entry : category.entries)
-            if (isWanted(entry))
+            if (words.AreIn(entry.words))
                 shown.packages.push_back(entry.package);
         if (order != CollectionOrder::Name)
             std::ranges::stable_sort(shown.packages,
                                      [&](const auto& a, const auto& b) { return ComesBefore(a, b, order); });
-        if (words.empty() || !shown.packages.empty())
+        if (words.IsEmpty() || !shown.packages.empty())
             view.push_back(std::move(shown));
     }
     return view;

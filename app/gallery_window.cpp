@@ -1,5 +1,7 @@
 #include "app/gallery_window.h"
 
+#include "package/file_primitives.h"
+
 #include <utility>
 
 namespace korvadex {
@@ -20,6 +22,9 @@ void GalleryWindow::Fill(GalleryView& filled) const {
         found = CollectGalleryImages(files, locations, filled.directory, limits);
     filled.notice = DescribeGaps(found, limits);
     filled.pictures = std::move(found.pictures);
+    const SimAircraft aircraft(files, locations);
+    for (GalleryPicture& picture : filled.pictures)
+        picture.isInstalled = aircraft.Holds(picture.package.name);
 }
 
 void GalleryWindow::Refresh() {

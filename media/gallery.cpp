@@ -63,6 +63,10 @@ Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations
     return std::move(walk.gallery);
 }
 
+bool IsInPicture(const FilterWords& words, const GalleryPicture& picture) {
+    return words.AreIn(FoldCase(picture.package.Text() + "\\" + LastPathComponent(picture.path)));
+}
+
 std::string DescribeGaps(const Gallery& gallery, const WalkLimits& limits) {
     if (!gallery.unreadable.empty())
         return "The directory " + gallery.unreadable + " could not be read; its pictures are not shown.";

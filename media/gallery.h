@@ -1,6 +1,7 @@
 // The picture gallery: the pictures of a category or of the whole Hangar, fifteen to a page, one of them marked.
 #pragma once
 
+#include "package/filter_words.h"
 #include "package/package_ref.h"
 #include "package/walk.h"
 #include "platform/file_system.h"
@@ -13,6 +14,7 @@ namespace korvadex {
 struct GalleryPicture {
     std::string path;
     PackageRef package;
+    bool isInstalled = false; // the package, in the simulator
     bool operator==(const GalleryPicture&) const = default;
 };
 struct Gallery {
@@ -22,9 +24,12 @@ struct Gallery {
 };
 
 // The pictures of every package below the Hangar or a category directory (which ends in a backslash), package by
-// package.
+// package. None counts as installed.
 Gallery CollectGalleryImages(const FileSystem& files, const Locations& locations, const std::string& directory,
                              const WalkLimits& limits);
+
+// Whether all the words stand in the names of package, category and file.
+bool IsInPicture(const FilterWords& words, const GalleryPicture& picture);
 
 // What the gallery leaves out and why, in one sentence; "" when it is whole.
 std::string DescribeGaps(const Gallery& gallery, const WalkLimits& limits);

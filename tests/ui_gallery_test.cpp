@@ -94,6 +94,38 @@ TEST_F(PhotosTest, PagesAreTurnedAndPicturesMarkedAndChosen) {
     EXPECT_FALSE(window.isVisible());
 }
 
+TEST_F(PhotosTest, AreNarrowedToAPackageAndToWords) {
+    for (const char* name : {"Lear", "Beech", "Cub"})
+        for (const char* file : {"(first).jpg", "second.jpg"})
+            Add(name, Picture({30, 20}), file);
+    gallery.pictures[2].isInstalled = gallery.pictures[3].isInstalled = true;
+    QSignalSpy chosen(&window, &frmPhotos::PictureChosen);
+    Show();
+    const auto texts = [&] {
+        std::string shown;
+        for (int index = 0; index < 7; ++index)
+            shown += Photo(index).Text().toStdString() + "|";
+        return shown + Label("lblCount");
+    };
+    QTest::mouseClick(&Photo(3), Qt::LeftButton);
+    EXPECT_EQ(Label("lblPicture"), "Jets  -  second.jpg  -  installed in MSFS");
+    QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+    EXPECT_EQ(texts(), "Lear|Beech|Cub|||||3 of 6 pictures");
+    EXPECT_TRUE(Photo(1).IsMarked());
+    QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+    auto& filter = Control<QLineEdit>(window, "txtFilter");
+    QTest::keyClicks(&filter, "jets CU");
+    EXPECT_EQ(texts(), "Cub|||||||1 of 6 pictures");
+    QTest::keyClick(&filter, Qt::Key_Return);
+    ASSERT_EQ(chosen.size(), 1);
+    EXPECT_EQ(chosen[0][0], 4);
+    filter.setText("second");
+    EXPECT_EQ(texts(), "Lear|Beech|Cub|||||3 of 6 pictures");
+    QTest::keyClick(&filter, Qt::Key_Escape);
+    QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+    EXPECT_EQ(texts(), "Lear|Lear|Beech|Beech|Cub|Cub||");
+}
+
 TEST_F(PhotosTest, WhatCannotBeShownHasItsPlace) {
     QByteArray huge = Picture({8, 8}); // claims 20,000 x 20,000
     const auto frame = huge.indexOf("\xFF\xC0");

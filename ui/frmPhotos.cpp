@@ -1,12 +1,14 @@
 #include "ui/frmPhotos.h"
 
 #include "platform/windows_path.h"
+#include "ui/icons.h"
 #include "ui/picture_loader.h"
 #include "ui/qt_text.h"
 #include "ui/window_geometry.h"
 #include "ui_frmPhotos.h"
 
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -41,16 +43,17 @@ std::optional<GalleryStep> StepOf(int key) {
     }
 }
 
-// "Jets  -  (shot1).jpg"
+// "Jets  -  (shot1).jpg  -  installed in MSFS"
 QString Whereabouts(const GalleryPicture& picture) {
-    return ToQt(picture.package.category + "  -  " + LastPathComponent(picture.path));
+    return ToQt(picture.package.category + "  -  " + LastPathComponent(picture.path) +
+                (picture.isInstalled ? "  -  installed in MSFS" : ""));
 }
 
 } // namespace
 
 frmPhotos::frmPhotos(const FileSystem& files)
-    : ui(std::make_unique<Ui::frmPhotos>()), thumbnails(new PictureLoader(files, this)),
-      large(new PictureLoader(files, this)), loadAgain(new QTimer(this)) {
+    : ui(std::make_unique<Ui::frmPhotos>()), installed(NamedIcon("Installed")),
+      thumbnails(new PictureLoader(files, this)), large(new PictureLoader(files, this)), loadAgain(new QTimer(this)) {
     setWindowFlags(Qt::Window);
     ui->setupUi(this);
     connect(ui->grdPhotos, &PhotoGrid::Clicked, this, [this](int thumbnail) {
@@ -70,6 +73,12 @@ frmPhotos::frmPhotos(const FileSystem& files)
     connect(ui->cmdNext, &QPushButton::clicked, this, [this] { Turn(true); });
     connect(ui->cmdPrevious, &QPushButton::clicked, this, [this] { Turn(false); });
     connect(ui->CancelButton, &QPushButton::clicked, this, &QDialog::close);
+    connect(ui->txtFilter, &QLineEdit::textChanged, this, &frmPhotos::Narrow);
+    connect(ui->chkOnePerPackage, &QCheckBox::toggled, this, &frmPhotos::Narrow);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+        ui->txtFilter->setFocus(Qt::ShortcutFocusReason);
+        ui->txtFilter->selectAll();
+    });
 
     connect(thumbnails, &PictureLoader::Loaded, this, [this](const std::string& path) {
         for (int index = 0; index < GalleryPages::PageSize; ++index)
@@ -90,8 +99,10 @@ frmPhotos::frmPhotos(const FileSystem& files)
 frmPhotos::~frmPhotos() = default;
 
 void frmPhotos::ShowGallery(const GalleryView& gallery) {
-    if (!isVisible() || gallery.caption != shown.caption)
+    if (!isVisible() || gallery.caption != shown.caption) {
+        ui->txtFilter->clear();
         pages = GalleryPages();
+    }
     UpdateGallery(gallery);
     ui->grdPhotos->setFocus();
     setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -111,19 +122,45 @@ void frmPhotos::UpdateGallery(const GalleryView& gallery) {
 }
 
 void frmPhotos::TakePictures(const GalleryView& gallery) {
-    const std::string marked = Marked() ? Marked()->path : "";
+    const GalleryPicture marked = Marked() ? *Marked() : GalleryPicture();
     const int start = pages.Start();
-    if (gallery.pictures != shown.pictures) {
+    if (!std::ranges::equal(gallery.pictures, shown.pictures, {}, &GalleryPicture::path, &GalleryPicture::path)) {
         thumbnails->Forget();
         large->Forget();
     }
     shown = gallery;
-    pages = GalleryPages(int(shown.pictures.size()));
+    seen = Seen();
+    pages = GalleryPages(int(seen.size()));
     pages.TurnTo(start);
-    const auto now = std::find_if(shown.pictures.begin(), shown.pictures.end(),
-                                  [&](const GalleryPicture& picture) { return picture.path == marked; });
-    if (now != shown.pictures.end())
-        pages.Mark(int(now - shown.pictures.begin()) + 1);
+    // The mark stays with its picture, else with the package's only one.
+    const auto at = [&](int row) -> const GalleryPicture& { return shown.pictures[std::size_t(row)]; };
+    auto now = std::ranges::find(seen, marked.path, [&](int row) { return at(row).path; });
+    if (now == seen.end() && ui->chkOnePerPackage->isChecked() && !marked.path.empty())
+        now = std::ranges::find(seen, marked.package, [&](int row) { return at(row).package; });
+    if (now != seen.end())
+        pages.Mark(int(now - seen.begin()) + 1);
+}
+
+std::vector<int> frmPhotos::Seen() const {
+    const FilterWords words(FromQt(ui->txtFilter->text()));
+    std::vector<int> rows;
+    for (int row = 0; row < int(shown.pictures.size()); ++row) {
+        const GalleryPicture& picture = shown.pictures[std::size_t(row)];
+        const bool isFirst = rows.empty() || shown.pictures[std::size_t(rows.back())].package != picture.package;
+        if ((isFirst || !ui->chkOnePerPackage->isChecked()) && IsInPicture(words, picture))
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+void frmPhotos::Narrow() {
+    TakePictures(GalleryView(shown));
+    if (!pages.Marked()) {
+        pages.TurnTo(1);
+        if (!ui->txtFilter->text().trimmed().isEmpty()) // Enter goes to the package of the first that is left
+            pages.Mark(1);
+    }
+    ShowPage();
 }
 
 bool frmPhotos::IsPageComplete() const {
@@ -134,12 +171,15 @@ bool frmPhotos::IsPageComplete() const {
 }
 
 const GalleryPicture* frmPhotos::PictureAt(int number) const {
-    return number > 0 ? &shown.pictures[std::size_t(number - 1)] : nullptr;
+    return number > 0 ? &shown.pictures[std::size_t(seen[std::size_t(number - 1)])] : nullptr;
 }
 
 void frmPhotos::ShowPage() {
     for (int index = 0; index < GalleryPages::PageSize; ++index)
         ShowThumbnail(index);
+    ui->lblCount->setText(seen.size() == shown.pictures.size()
+                              ? QString()
+                              : QString("%1 of %2 pictures").arg(seen.size()).arg(shown.pictures.size()));
     ui->lblPage->setText(QString("Page %1 of %2").arg(pages.Number()).arg(pages.Count()));
     ui->cmdNext->setEnabled(pages.HasNext());
     ui->cmdPrevious->setEnabled(pages.HasPrevious());
@@ -152,6 +192,7 @@ void frmPhotos::ShowThumbnail(int index) {
     if (!picture)
         return photo.ShowNothing();
     photo.ShowPicture(thumbnails->Find(picture->path), ToQt(picture->package.name));
+    photo.ShowBadge(picture->isInstalled ? installed : QIcon());
     photo.setToolTip(PlainToolTip(ToQt(picture->package.name) + "\n" + Whereabouts(*picture)));
 }
 
@@ -186,7 +227,7 @@ void frmPhotos::LoadPictures() {
     for (const int page : {0, 1, -1}) // what stands on this one first
         for (int index = 0; index < GalleryPages::PageSize; ++index) {
             const int number = pages.Start() + page * GalleryPages::PageSize + index;
-            if (number >= 1 && number <= int(shown.pictures.size()))
+            if (number >= 1 && number <= int(seen.size()))
                 wanted.push_back(PictureAt(number)->path);
         }
     thumbnails->Want(wanted, ui->grdPhotos->Box());
@@ -208,10 +249,12 @@ void frmPhotos::Turn(bool isForward) {
 
 void frmPhotos::Choose() {
     if (pages.Marked())
-        emit PictureChosen(pages.Marked() - 1);
+        emit PictureChosen(seen[std::size_t(pages.Marked() - 1)]);
 }
 
 void frmPhotos::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && ui->txtFilter->hasFocus() && !ui->txtFilter->text().isEmpty())
+        return ui->txtFilter->clear();
     const auto step = StepOf(event->key());
     if (!step || (event->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
         return QDialog::keyPressEvent(event);

@@ -1,12 +1,15 @@
-// The picture gallery beside the main window: a page of fifteen thumbnails, and the marked one larger.
+// The picture gallery beside the main window: a page of fifteen thumbnails, and the marked one larger. A filter narrows
+// what is seen, and a tick leaves one picture to each package.
 #pragma once
 
 #include "app/main_window.h"
 #include "platform/file_system.h"
 
 #include <QDialog>
+#include <QIcon>
 
 #include <memory>
+#include <vector>
 
 class QTimer;
 
@@ -45,6 +48,10 @@ class frmPhotos : public QDialog {
 
   private:
     void TakePictures(const GalleryView& gallery);
+    // Of the pictures, the positions of those that the filter and the tick leave.
+    std::vector<int> Seen() const;
+    // The filter or the tick has changed.
+    void Narrow();
     void ShowPage();
     void ShowThumbnail(int index);
     void ShowMarked();
@@ -56,7 +63,9 @@ class frmPhotos : public QDialog {
     const GalleryPicture* Marked() const { return PictureAt(pages.Marked()); }
 
     std::unique_ptr<Ui::frmPhotos> ui;
+    const QIcon installed;
     GalleryView shown;
+    std::vector<int> seen; // the pages are of these
     GalleryPages pages;
     PictureLoader* thumbnails; // of the page, and of the pages before and behind it
     PictureLoader* large;      // the marked picture

@@ -10,7 +10,7 @@ namespace korvadex {
 
 namespace {
 
-constexpr int Margin = 5, EmblemSize = 128;
+constexpr int Margin = 5, EmblemSize = 128, BadgeSize = 16, BadgeMargin = 3;
 
 } // namespace
 
@@ -20,6 +20,7 @@ PhotoView::PhotoView(QWidget* parent, int linesOfText) : QWidget(parent), captio
 
 void PhotoView::ShowNothing() {
     content = Content::Nothing;
+    badge = {};
     picture = {};
     caption.clear();
     setToolTip({});
@@ -45,6 +46,11 @@ void PhotoView::SetMarked(bool isMarkedNow) {
     if (isMarked == isMarkedNow)
         return;
     isMarked = isMarkedNow;
+    update();
+}
+
+void PhotoView::ShowBadge(const QIcon& icon) {
+    badge = icon;
     update();
 }
 
@@ -101,6 +107,16 @@ void PhotoView::paintEvent(QPaintEvent* /*event*/) {
     else
         PaintPicture(painter);
     PaintCaption(painter);
+    if (!badge.isNull())
+        PaintBadge(painter);
+}
+
+void PhotoView::PaintBadge(QPainter& painter) const {
+    const QRect ground(PictureArea().topLeft(), QSize(BadgeSize, BadgeSize) + 2 * QSize(BadgeMargin, BadgeMargin));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().window());
+    painter.drawRoundedRect(ground, 4, 4);
+    badge.paint(&painter, ground.marginsRemoved({BadgeMargin, BadgeMargin, BadgeMargin, BadgeMargin}));
 }
 
 void PhotoView::PaintCaption(QPainter& painter) const {

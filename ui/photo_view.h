@@ -21,6 +21,8 @@ class PhotoView : public QWidget {
     // What was loaded, or null while it is not there yet.
     void ShowPicture(const LoadedPicture* loaded, const QString& text);
     void SetMarked(bool isMarkedNow);
+    // An icon in a corner, over the picture.
+    void ShowBadge(const QIcon& icon);
 
     // How many pixels of the screen a picture may have here.
     QSize Box() const;
@@ -54,10 +56,11 @@ class PhotoView : public QWidget {
     void PaintPicture(QPainter& painter) const;
     void PaintPlaceholder(QPainter& painter) const;
     void PaintCaption(QPainter& painter) const;
+    void PaintBadge(QPainter& painter) const;
 
     Content content = Content::Nothing;
     LoadedPicture picture;
-    QIcon emblem;
+    QIcon emblem, badge;
     QString caption;
     bool isMarked = false;
     const int captionLines;
