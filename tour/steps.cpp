@@ -3,9 +3,11 @@
 #include "tests/support/zip_builder.h"
 #include "tour/tour.h"
 
+#include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTreeView>
 
 namespace korvadex::tour {
 
@@ -51,6 +53,36 @@ void Filter(Tour& tour) {
     tour.Press("Ctrl+F");
     tour.Write("flo");
     tour.Photograph();
+}
+
+// Several packages are selected, and the menu is open.
+void Collection(Tour& tour) {
+    tour.GoTo(demo::CompletePackage);
+    tour.Press("F9");
+    tour.AwaitHangar();
+    tour.Use([](QWidget& hangar) { Control<QTreeView>(hangar, "treCollection").setFocus(); });
+    for (int row = 0; row < 2; ++row)
+        tour.Press("Shift+Down");
+    tour.Use([](QWidget& hangar) {
+        auto& tree = Control<QTreeView>(hangar, "treCollection");
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {-1, -1}, tree.mapToGlobal(QPoint(1, 1)));
+        QCoreApplication::sendEvent(&tree, &menuKey);
+    });
+    tour.Photograph();
+}
+
+// The report of a command for many.
+void Many(Tour& tour) {
+    tour.Press("F9");
+    tour.AwaitHangar();
+    tour.Use([](QWidget& hangar) {
+        auto& tree = Control<QTreeView>(hangar, "treCollection");
+        tree.setFocus();
+        tree.selectAll();
+    });
+    tour.Press("Ctrl+I");
+    tour.AwaitMessage("");
+    tour.PhotographAll();
 }
 
 void Directory(Tour& tour) {
@@ -428,6 +460,7 @@ const std::vector<Step>& Steps() {
              Menu("Alt+O", {640, 365})(tour);
          }},
         {"filter", Filter},
+        {"collection", Collection, Kind::Changes},
         {"locations", Window("Alt+F", "L", "frmLocations")},
         {"directory", Directory},
         {"profiles", Window("Alt+F", "P", "frmLocationProfiles")},
@@ -452,6 +485,7 @@ const std::vector<Step>& Steps() {
         {"duplicate", Duplicate, Kind::Changes},
         {"executable", Executable, Kind::Changes},
         {"crosscheck", Crosscheck, Kind::Changes},
+        {"many", Many, Kind::Changes},
         {"unused", Unused, Kind::Changes},
         {"alias", PasteAlias, Kind::Changes},
         {"history", History, Kind::Changes},
