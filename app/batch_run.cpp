@@ -128,6 +128,8 @@ void BatchRun::Take(PackageRef package, const NamingDeed& deed) {
         for (const Status& failure : history.TakeBackTo(mark))
             notes.push_back("Not all that it had changed could be taken back: " + failure.path + " (" +
                             DescribeFault(failure) + ").");
+    if (isDone)
+        history.Remember(mark);
     if (!trouble) {
         CutShort("The disk had failed before its turn (" + DescribeFault(trouble) + ").");
         if (notes.empty())

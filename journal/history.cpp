@@ -148,11 +148,28 @@ void History::Start(HistoryEntry entry) {
     log = std::make_unique<CommandLog>(disk, LogOf(running.number), LineOf(running));
     kept = std::make_unique<KeptPlaces>(disk, locations, running.key);
     seenRecords.reset();
+    remembered.clear();
     files.Begin(*log, *kept, running.title.repacking != Repacking::None);
 }
 
 bool History::HasChanged() const {
-    return log && !IsWithoutEffect(disk, log->Records());
+    return log && (!IsWithoutEffect(disk, log->Records()) || !RememberedAway().empty());
+}
+
+void History::Remember(const HistoryMark& mark) {
+    if (log)
+        for (LeftPlace& place : LookAtPlaces(disk, log->Records(mark.records)))
+            remembered.insert_or_assign(FoldCase(place.path), std::move(place));
+}
+
+std::vector<LeftPlace> History::RememberedAway() const {
+    std::vector<LeftPlace> places;
+    for (const std::string& location : locations)
+        if (!location.empty() && !disk.IsDirectory(WithoutBackslash(location)))
+            for (const auto& [key, place] : remembered)
+                if (IsAtOrBelow(place.path, location))
+                    places.push_back(place);
+    return places;
 }
 
 void History::LookAround() {
@@ -244,7 +261,7 @@ Status History::End(bool isToStay) {
     }
     const auto records = log->Records();
     Status status = log->Flush();
-    if (!status || !isToStay || IsWithoutEffect(disk, records)) {
+    if (!status || !isToStay || !HasChanged()) {
         remains = TakeBackAll(running, records);
         DropRunning();
     } else {
@@ -263,6 +280,10 @@ Status History::Keep() {
     auto left = LookAtPlaces(disk, log->Records());
     if (seenRecords)
         left = WithoutOthers(std::move(left), seen, log->Records(*seenRecords));
+    for (LeftPlace& place : RememberedAway()) {
+        std::erase_if(left, [&](const LeftPlace& other) { return EqualNoCase(other.path, place.path); });
+        left.push_back(std::move(place));
+    }
     Status status = log->Append(left);
     log->Close();
     if (!status)

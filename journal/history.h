@@ -5,6 +5,7 @@
 #include "journal/journaled_files.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -69,6 +70,8 @@ class History {
     // The same of what it has done in one directory: that is not kept, and nothing of it is there to be taken back any
     // more.
     std::vector<Status> ClearAway(const HistoryMark& mark, const std::string& where) { return TakeBackIn(where, mark); }
+    // How it has left what it has done since the mark: known also when the drive goes before the command ends.
+    void Remember(const HistoryMark& mark);
     // The command has come to its end. A failure says that it could not be written down; then, as when it is not to
     // stay, all that it had done was taken back (what could not be is told by Remains).
     Status End(bool isToStay = true);
@@ -114,6 +117,8 @@ class History {
     std::string DoneOf(int number) const;
     HistoryEntry NewEntry(const CommandTitle& title);
     void Start(HistoryEntry entry);
+    // Of the running command, what is remembered on drives that are not there now.
+    std::vector<LeftPlace> RememberedAway() const;
     // What the ended command has left, as an entry of the history.
     Status Keep();
     // others: files that are to be on the disk before it.
@@ -148,6 +153,7 @@ class History {
     std::vector<Status> remains;
     std::vector<LeftPlace> seen; // by LookAround, when the log had so many records
     std::optional<std::size_t> seenRecords;
+    std::map<std::string, LeftPlace> remembered; // by folded path
 };
 
 } // namespace korvadex
