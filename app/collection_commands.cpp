@@ -21,12 +21,17 @@ void Program::ShowPackage(const PackageRef& wanted) {
 
 void Program::FollowInHangar(const std::string& from, const std::string& to) {
     followed.emplace_back(from, to);
+    const auto before = settings.locations.HangarDir + from + "\\";
+    if (StartsWithNoCase(openedPath, before)) // it is the same one
+        openedPath.replace(0, before.size(), settings.locations.HangarDir + to + "\\");
     for (PackageRef* lender : {&held.HeldPanelAlias, &held.HeldSoundAlias})
         FollowName(*lender, from, to);
     bool isFirst = false;
     for (LocationProfile& profile : settings.LocationProfiles)
-        if (EqualNoCase(profile.HangarDir, settings.locations.HangarDir))
+        if (EqualNoCase(profile.HangarDir, settings.locations.HangarDir)) {
+            FollowName(profile.lastPackage, from, to);
             isFirst = FollowName(profile.firstPackage, from, to) || isFirst;
+        }
     if (isFirst)
         KeepSettings();
 }

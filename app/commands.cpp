@@ -10,7 +10,13 @@ namespace korvadex {
 namespace {
 
 constexpr Command FileCommands[] = {
-    Command("mnuLocations", "&Locations", &Program::ChangeLocations),
+    Command("mnuFileProcessZip", "Process &ZIP file into Staging", &Program::ProcessZipIntoStaging,
+            {.shortcut = "Ctrl+O"}),
+    Command("mnuLastArchives", "Last &archives", nullptr,
+            {.choices = &MainView::lastArchives, .choose = &Program::ProcessLastArchive}),
+    Command("mnuGoToStaging", "Go to &Staging", &Program::GoToStaging, {.separator = "mnuSep23", .shortcut = "F7"}),
+    Command("mnuGoToHangar", "&Go to Hangar", &Program::GoToHangar, {.shortcut = "F8"}),
+    Command("mnuLocations", "&Locations", &Program::ChangeLocations, {.separator = "mnuSep24"}),
     Command("mnuLocationProfiles", "Location &profiles", &Program::EditLocationProfiles),
     Command("mnuHistory", "&History", &Program::ShowHistory),
     Command("mnuExit", "&Exit", &Program::Shutdown),
@@ -56,13 +62,13 @@ constexpr Command StagingCommands[] = {
     Command("mnuStagingToHangar", "Copy package to &Hangar", &Program::CopyStagingToHangar,
             {.separator = "mnuSep20",
              .CommandCode = 0,
+             .shortcut = "Ctrl+H",
              .key = "Install",
              .toolTip = "Copy packge to Hangar",
              .needs = NeedsStagedFiles}),
     Command("mnuProcessZipFile", "Process &ZIP file into Staging", &Program::ProcessZipIntoStaging,
             {.separator = "mnuSep5",
              .CommandCode = 1,
-             .shortcut = "Ctrl+O",
              .key = "ProcessZip",
              .toolTip = "Process ZIP file into Staging",
              .hasButtonOnBothSides = true}),
@@ -154,6 +160,7 @@ constexpr Command DataCommands[] = {
 };
 
 constexpr Command HelpCommands[] = {
+    Command("mnuHelpOnSide", "&Help on this side", &Program::OpenHelpOnSide, {.shortcut = "F1"}),
     Command("mnuReadMe", "&Read me", &Program::OpenReadMe),
     Command("mnuAbout", "&About Korvadex", &Program::ShowAbout),
 };
@@ -176,6 +183,8 @@ constexpr PackageCommand ForPackages[] = {
     {"mnuDecompressEach", "&Decompress", &Program::DecompressEach},
     {"mnuDeleteEach", "Remove from &Hangar", &Program::DeleteEach, "Del", "mnuSepEach3"},
 };
+
+constexpr PackageCommand ForOnePackage = {"mnuRenameOne", "Re&name", &Program::RenameOne, "F2"};
 
 constexpr const char* Keys[] = {
     "ListAllPackages",
@@ -212,13 +221,18 @@ std::span<const PackageCommand> PackageCommands() {
     return ForPackages;
 }
 
+const PackageCommand& RenameCommand() {
+    return ForOnePackage;
+}
+
 std::span<const char* const> ToolbarKeys() {
     return Keys;
 }
 
 bool CanWork(const Command& command, const MainView& view) {
     const CommandExtras& extras = command.extras;
-    return (extras.needs & ~view.present) == 0 && !(extras.object && (view.*extras.object).empty());
+    return (extras.needs & ~view.present) == 0 && !(extras.object && (view.*extras.object).empty()) &&
+           !(extras.choices && (view.*extras.choices).empty());
 }
 
 const Command& CommandOfEntry(std::string_view entry) {

@@ -43,6 +43,9 @@ struct CommandExtras {
     bool hasButtonOnBothSides = false;       // although its menu has one side: the command goes there by itself
     std::string MainView::*object = nullptr; // stands behind the caption; there is nothing to do while it is empty
     bool MainView::*tick = nullptr;          // before the caption, while this is so
+    // Opens a menu of its own with these, the first ten; there is nothing to choose while there are none.
+    std::vector<std::string> MainView::*choices = nullptr;
+    void (Program::*choose)(int) = nullptr; // by its position
     unsigned needs = NeedsNothing;
 };
 
@@ -52,7 +55,7 @@ struct Command {
 
     const char* entry;
     const char* caption;
-    void (Program::*routine)();
+    void (Program::*routine)(); // none: there are only its choices
     CommandExtras extras;
 };
 
@@ -78,6 +81,8 @@ struct PackageCommand {
     unsigned needs = NeedsNothing;   // of one of the packages at least
 };
 std::span<const PackageCommand> PackageCommands();
+// For a list in which exactly one is selected.
+const PackageCommand& RenameCommand();
 
 // False when all that the command could do now is to refuse.
 bool CanWork(const Command& command, const MainView& view);

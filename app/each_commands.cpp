@@ -249,6 +249,10 @@ bool Program::CanWorkOn(const PackageCommand& command, const Packages& packages)
     return (command.needs & ~present) == 0;
 }
 
+void Program::RenameOne(const Packages& packages) {
+    RunForOne(packages, [this] { RenamePackage(); });
+}
+
 void Program::StopAfterThis() {
     if (!isRunning || isStopWanted)
         return;

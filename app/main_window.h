@@ -21,6 +21,7 @@ inline constexpr const char* StagingHeader = "S T A G I N G";
 struct MainView {
     bool HangarSideShown = true;
     std::string caption = "Korvadex"; // "     (Staging Contains Files)" is added
+    std::string profile;              // stands behind the caption; "" when there is nothing to tell apart
     std::string header = HangarHeader;
     std::vector<std::string> categories;
     int categoryIndex = -1;
@@ -29,6 +30,7 @@ struct MainView {
     std::string packageName;  // the text of txtPackageName
     std::string proposedName; // what the program itself put there last, to be typed over
     std::string sizeText;     // "12 Meg (compressed)"
+    std::string sizeDetails;  // "12.3 Meg in 45 files"
     std::string status;
     std::string undoText, redoText; // what would be taken back or done again, "Install Jets\\Lear"; "" for nothing
     bool isStagingEmpty = true;
@@ -37,9 +39,12 @@ struct MainView {
     std::string statusCounts;
     int imageIndex = 0;   // of the package's pictures, from 1; 0 when it has none
     int listRevision = 0; // grows when the loaded package was loaded anew
+    int openRevision = 0; // grows when it is another one than before: this list is to be seen then
+    int groupToOpen = -1; // -1 for none
     bool isCollectionShown = false;
     std::vector<QueuedArchive> queue;
     unsigned present = 0; // what there is of what commands need; see Need
+    std::vector<std::string> lastArchives; // the last one first
 };
 
 // What frmPhotos shows.
@@ -84,9 +89,9 @@ class MainWindow {
     virtual void ApplyListGeometry(const WindowGeometry& geometry) = 0;
     // None when the list window was never shown.
     virtual std::optional<WindowGeometry> ListGeometry() const = 0;
-    // Of the collection beside the form, in twips; none while the user has not changed it.
-    virtual void ApplyCollectionWidth(double width) = 0;
-    virtual std::optional<double> CollectionWidth() const = 0;
+    virtual void ApplyLayout(const WindowLayout& layout) = 0;
+    // What the user has not changed is as it was applied.
+    virtual WindowLayout Layout() const = 0;
     // EndProgram: closes every window and leaves the event loop.
     virtual void EndProgram() = 0;
 };

@@ -1,7 +1,11 @@
 #include "app/own_files.h"
 
 #include "app/settings.h"
+#include "package/scratch.h"
 #include "platform/windows_path.h"
+
+#include <algorithm>
+#include <cctype>
 
 namespace korvadex {
 
@@ -28,7 +32,32 @@ Status MakeDirectories(FileSystem& files, const std::string& path) {
     return files.CreateDirectory(path);
 }
 
+std::string UrlOf(std::string hostPath) {
+    std::ranges::replace(hostPath, '\\', '/');
+    std::string url = hostPath.starts_with("//") ? "file:" : hostPath.starts_with('/') ? "file://" : "file:///";
+    for (const char c : hostPath) {
+        constexpr std::string_view digits = "0123456789ABCDEF", marks = "-._~/:";
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte < 128 && std::isalnum(byte)) || marks.find(c) != marks.npos)
+            url += c;
+        else
+            url += {'%', digits[byte / 16], digits[byte % 16]};
+    }
+    return url;
+}
+
 } // namespace
+
+std::string PageAt(FileSystem& files, const std::string& appDir, const std::string& page, std::string_view chapter) {
+    if (chapter.empty())
+        return page;
+    const std::string path = appDir + "kxhelp.htm", url = UrlOf(files.HostPath(page)) + "#" + std::string(chapter);
+    const auto status = RewriteLines(files, {}, path,
+                                     {"<!DOCTYPE html>", "<title>Korvadex</title>",
+                                      "<meta http-equiv=\"refresh\" content=\"0; url=" + url + "\">",
+                                      "<a href=\"" + url + "\">Korvadex: read me</a>"});
+    return status ? path : page;
+}
 
 std::string DataDirectory(const FileSystem& files, const std::string& executable) {
     return DirectoriesOf(files, executable).data;

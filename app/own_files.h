@@ -16,6 +16,10 @@ inline constexpr std::string_view ReadMePage = "kxdoc.htm";
 // host names it.
 std::string DataDirectory(const FileSystem& files, const std::string& executable);
 
+// What to open for the chapter of this id ("" for none): a small page in AppDir that leads there, as the programs that
+// desktops ask for pages open only whole ones. The page itself when that could not be written.
+std::string PageAt(FileSystem& files, const std::string& appDir, const std::string& page, std::string_view chapter);
+
 // Where kx.ini is (AppDir): the executable's directory, when the program is not installed or there is a kx.ini in it;
 // otherwise userDirectory (as the host names it), which is made. Where no drive leads to that, C:\Korvadex\ stands in
 // for it. BadName when no drive leads to any of them.

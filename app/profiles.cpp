@@ -55,6 +55,7 @@ bool ProfileEditor::Accept(int slot, LocationProfile& entry) {
         return false;
     auto& profile = settings.LocationProfiles.at(static_cast<std::size_t>(slot));
     entry.firstPackage = profile.firstPackage;
+    entry.lastPackage = profile.lastPackage;
     profile = entry;
     return true;
 }

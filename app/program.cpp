@@ -156,6 +156,7 @@ void Program::ShowView() {
     view.packageIndex = selection.PackageIndex();
     view.queue = queue.Entries();
     view.present = Present();
+    view.lastArchives = settings.lastArchives;
     window.ShowView(view, package);
 }
 
@@ -307,7 +308,7 @@ void Program::DeleteComponents(int group, const std::vector<int>& positions) {
 void Program::RunCommand(std::string_view entryOrKey) {
     const auto keys = ToolbarKeys();
     if (entryOrKey.empty() || std::ranges::find(keys, entryOrKey) == keys.end())
-        return (this->*CommandOfEntry(entryOrKey).routine)();
+        return CommandOfEntry(entryOrKey).routine ? (this->*CommandOfEntry(entryOrKey).routine)() : void();
     if (const Command* command = CommandOfKey(entryOrKey, view.HangarSideShown ? Side::Hangar : Side::Staging))
         (this->*command->routine)();
 }
@@ -371,11 +372,21 @@ void Program::OpenReadMe() {
     Run([&] { ShowReadMe(); });
 }
 
-void Program::ShowReadMe() {
+void Program::OpenHelp(std::string_view chapter) {
+    if (!isEnded)
+        ShowReadMe(!chapter.empty() ? chapter : view.HangarSideShown ? "window" : "staging");
+}
+
+void Program::OpenHelpOnSide() {
+    OpenHelp("");
+}
+
+void Program::ShowReadMe(std::string_view chapter) {
     for (const auto& directory : {settings.AppDir, DataDirectory(files, executable)}) {
         const auto page = directory + std::string(ReadMePage);
         if (files.Info(page)) {
-            if (!IsStarted(launcher.OpenDocument(page)))
+            // Not a part of what the running command does.
+            if (!IsStarted(launcher.OpenDocument(PageAt(history.Disk(), settings.AppDir, page, chapter))))
                 user.Tell("No program could be started for the read-me page " + page +
                               ".  Please open it in a web browser.",
                           MessageIcon::Exclamation);
@@ -388,7 +399,7 @@ void Program::ShowReadMe() {
 LocationsRequest Program::RequestLocations(LocationsCaller caller, bool showDialog) {
     return {.caller = caller,
             .showDialog = showDialog,
-            .openReadMe = [this] { ShowReadMe(); },
+            .openReadMe = [this] { ShowReadMe("start"); },
             .checkOpenings =
                 [this] {
                     for (const auto& failed : launcher.TakeFailures())

@@ -143,6 +143,8 @@ class Program : private CommandDisplay {
     void DecompressEach(const Packages& packages);
     void MoveEach(const Packages& packages, const std::string& category);
     void DeleteEach(const Packages& packages);
+    // Nothing with several.
+    void RenameOne(const Packages& packages);
     // False when all that it could do with these is to refuse.
     bool CanWorkOn(const PackageCommand& command, const Packages& packages) const;
     // The running command ends: one for many packages after the one at hand, another one at the next step of its bar.
@@ -151,6 +153,8 @@ class Program : private CommandDisplay {
     // On what stands in Staging; nothing on the Hangar side, from where only these two go to the Staging side first.
     void ProcessZipIntoStaging();
     void ImportIntoStaging();
+    // One of Settings::lastArchives, as if it had been dropped.
+    void ProcessLastArchive(int row);
     void CopyStagingToHangar();
     void RemoveAllFromStaging();
     void RemovePanelFromStaging();
@@ -205,6 +209,10 @@ class Program : private CommandDisplay {
     void ShowHistory();
 
     void OpenReadMe();
+    // The read-me page at the chapter of that id, "" for that of the shown side; also while a command waits for an
+    // answer.
+    void OpenHelp(std::string_view chapter);
+    void OpenHelpOnSide();
     void ShowAbout();
 
     const MainView& View() const { return view; }
@@ -249,7 +257,7 @@ class Program : private CommandDisplay {
     void ListFromMenu(std::string_view caption);
     void ListOverview(std::string_view caption);
 
-    void ShowReadMe();
+    void ShowReadMe(std::string_view chapter = {});
     LocationsRequest RequestLocations(LocationsCaller caller, bool showDialog);
 
     // gallery_commands.cpp
@@ -448,6 +456,8 @@ class Program : private CommandDisplay {
     Settings settings;
     MainView view;
     LoadedPackage package;
+    std::string openedPath; // of what was shown last
+    bool wasOpenedEmpty = false;
     CommandContext context{files, launcher, settings.locations, settings.limits, user, *this};
     LocationLocks locks{files};
     bool looksOnly = true;     // until it has all the places

@@ -60,11 +60,15 @@ std::optional<double> Extent(double value, double screen) {
     return value > 0 ? std::optional(value) : std::nullopt;
 }
 
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 // These return false for a key that is none of theirs.
 bool ReadProfileLine(std::string_view key, std::string_view value, SettingsValues& values) {
     // The digit before the equals sign tells the profile.
     const char digit = key.back();
-    if (digit < '0' || digit > '9')
+    if (!IsDigit(digit))
         return false;
     key.remove_suffix(1);
     auto& profile = values.LocationProfiles[static_cast<std::size_t>(digit - '0')];
@@ -122,7 +126,10 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
         values.CurrentProfile = IntegerIn(value);
     else if (key == "LOCATIONLASTZIP")
         values.LastZipPath = value;
-    else if (key == "DIRMAX")
+    else if (key.starts_with("LASTZIP") && key.size() == 8 && IsDigit(key.back())) {
+        if (!Trim(value).empty() && values.lastArchives.size() < MostLastArchives)
+            values.lastArchives.emplace_back(value);
+    } else if (key == "DIRMAX")
         values.limits.DirMax = IntegerIn(value) > WalkLimits{}.DirMax ? IntegerIn(value) : values.limits.DirMax;
     else if (key == "FILEMAX")
         values.limits.FileMax = IntegerIn(value) > WalkLimits{}.FileMax ? IntegerIn(value) : values.limits.FileMax;
@@ -137,7 +144,14 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
                                    : value == "NO" ? std::optional(false)
                                                    : values.isCollectionShown;
     else if (key == "COLLECTIONWIDTH")
-        values.collectionWidth = Extent(NumberIn(value), MostCollectionWidth).value_or(values.collectionWidth);
+        values.layout.collectionWidth =
+            Extent(NumberIn(value), MostCollectionWidth).value_or(values.layout.collectionWidth);
+    else if (key == "PICTURESHARE")
+        values.layout.pictureShare = std::clamp(NumberIn(value), 0.0, 100.0);
+    else if (key == "MMAXIMISED")
+        values.layout.isMaximised = value == "YES";
+    else if (key.starts_with("LASTPACKAGE") && key.size() == 12 && IsDigit(key.back()))
+        values.LocationProfiles[static_cast<std::size_t>(key.back() - '0')].lastPackage = value;
     else
         return ReadWindowLine(key, value, screen, mainWindow, values.ListWindowGeometry);
     return true;
@@ -189,21 +203,25 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
         const auto& newProfile = onDisk.LocationProfiles[i];
         if (i == active && !IsNamed(newProfile))
             continue; // the profile in use stays
-        for (const auto part : {&LocationProfile::name, &LocationProfile::StagingDir, &LocationProfile::HangarDir,
-                                &LocationProfile::MsfsDir, &LocationProfile::firstPackage})
+        for (const auto part :
+             {&LocationProfile::name, &LocationProfile::StagingDir, &LocationProfile::HangarDir,
+              &LocationProfile::MsfsDir, &LocationProfile::firstPackage, &LocationProfile::lastPackage})
             take(values.LocationProfiles[i].*part, kept.LocationProfiles[i].*part, newProfile.*part);
     }
     if (IsNamed(onDisk.LocationProfiles[active]))
         take(values.CurrentProfile, kept.CurrentProfile, onDisk.CurrentProfile);
     take(values.AskLocationAtStart, kept.AskLocationAtStart, onDisk.AskLocationAtStart);
     take(values.LastZipPath, kept.LastZipPath, onDisk.LastZipPath);
+    take(values.lastArchives, kept.lastArchives, onDisk.lastArchives);
     take(values.ListWindowGeometry, kept.ListWindowGeometry, onDisk.ListWindowGeometry);
     take(values.limits.DirMax, kept.limits.DirMax, onDisk.limits.DirMax);
     take(values.limits.FileMax, kept.limits.FileMax, onDisk.limits.FileMax);
     take(values.historyLimits.commands, kept.historyLimits.commands, onDisk.historyLimits.commands);
     take(values.historyLimits.bytes, kept.historyLimits.bytes, onDisk.historyLimits.bytes);
     take(values.isCollectionShown, kept.isCollectionShown, onDisk.isCollectionShown);
-    take(values.collectionWidth, kept.collectionWidth, onDisk.collectionWidth);
+    for (const auto part : {&WindowLayout::collectionWidth, &WindowLayout::pictureShare})
+        take(values.layout.*part, kept.layout.*part, onDisk.layout.*part);
+    take(values.layout.isMaximised, kept.layout.isMaximised, onDisk.layout.isMaximised);
 }
 
 bool IsOneStorableLine(std::string_view text) {
@@ -260,8 +278,20 @@ std::vector<std::string> Render(const SettingsValues& values, const std::optiona
         lines.push_back("HISTORYMEGABYTES=" + std::to_string(MegabytesOf(values.historyLimits.bytes)));
     if (values.isCollectionShown)
         lines.push_back(*values.isCollectionShown ? "COLLECTION=YES" : "COLLECTION=NO");
-    if (values.collectionWidth > 0)
-        lines.push_back("COLLECTIONWIDTH=" + ShortestText(values.collectionWidth));
+    if (values.layout.collectionWidth > 0)
+        lines.push_back("COLLECTIONWIDTH=" + ShortestText(values.layout.collectionWidth));
+    if (values.layout.pictureShare > 0)
+        lines.push_back("PICTURESHARE=" + ShortestText(values.layout.pictureShare));
+    if (values.layout.isMaximised)
+        lines.emplace_back("MMAXIMISED=YES");
+    for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i)
+        if (const auto& profile = values.LocationProfiles[i]; IsNamed(profile) && profile.firstPackage.empty() &&
+                                                              !profile.lastPackage.empty() &&
+                                                              IsOneStorableLine(profile.lastPackage))
+            lines.push_back("LASTPACKAGE" + std::to_string(i) + "=" + profile.lastPackage);
+    for (std::size_t i = 0; i < values.lastArchives.size(); ++i)
+        if (IsOneStorableLine(values.lastArchives[i]))
+            lines.push_back("LASTZIP" + std::to_string(i) + "=" + values.lastArchives[i]);
     return lines;
 }
 
@@ -279,6 +309,17 @@ Result<bool> LoadSettings(const FileSystem& files, const ScreenSize& screen, Set
     settings.locations = {active.StagingDir, active.HangarDir, active.MsfsDir};
     settings.kept = settings;
     return static_cast<bool>(lines);
+}
+
+std::string Settings::ProfileToName() const {
+    const auto& name = LocationProfiles.at(static_cast<std::size_t>(CurrentProfile)).name;
+    return std::ranges::count_if(LocationProfiles, IsNamed) > 1 || name != UnnamedProfile ? name : "";
+}
+
+void Settings::NoteArchive(const std::string& path) {
+    std::erase_if(lastArchives, [&](const std::string& other) { return EqualNoCase(other, path); });
+    lastArchives.insert(lastArchives.begin(), path);
+    lastArchives.resize(std::min(lastArchives.size(), MostLastArchives));
 }
 
 bool SettingsCanHold(std::string_view text) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
@@ -16,6 +17,7 @@ struct LocationProfile {
     std::string name; // "" for a free slot
     std::string StagingDir, HangarDir, MsfsDir;
     std::string firstPackage; // "category\package"
+    std::string lastPackage;  // the one shown last; kept while there is no first one
 
     bool operator==(const LocationProfile&) const = default;
 };
@@ -30,12 +32,20 @@ struct WindowGeometry {
 struct SavedGeometry {
     std::optional<double> top, left, height, width;
 };
+// How the main window shares its room; 0 as designed.
+struct WindowLayout {
+    double collectionWidth = 0; // in twips
+    double pictureShare = 0;    // of the picture and the fields above the lists, in per cent
+    bool isMaximised = false;
+
+    bool operator==(const WindowLayout&) const = default;
+};
 struct ScreenSize {
     double height = 0, width = 0; // twips
 };
 
-// A key of kx.ini has one digit for the profile.
-inline constexpr std::size_t ProfileCount = 10;
+// A key of kx.ini has one digit for the profile, and for the archive.
+inline constexpr std::size_t ProfileCount = 10, MostLastArchives = 10;
 
 inline constexpr int MostHistoryCommands = 1000, MostHistoryMegabytes = 1'000'000;
 constexpr std::uint64_t BytesOf(int megabytes) {
@@ -51,11 +61,12 @@ struct SettingsValues {
     int CurrentProfile = 0;
     bool AskLocationAtStart = false;
     std::string LastZipPath;
+    std::vector<std::string> lastArchives; // paths, the last one first
     WindowGeometry ListWindowGeometry;
     WalkLimits limits;
     HistoryLimits historyLimits;
     std::optional<bool> isCollectionShown; // none: the user has not said yet
-    double collectionWidth = 0;            // in twips; 0 as designed
+    WindowLayout layout;
 
     bool operator==(const SettingsValues&) const = default;
 };
@@ -68,6 +79,10 @@ struct Settings : SettingsValues {
 
     LocationProfile& ActiveProfile() { return LocationProfiles.at(static_cast<std::size_t>(CurrentProfile)); }
     std::string& FirstPackage() { return ActiveProfile().firstPackage; }
+    // The name of the profile in use; "" when it is the only one and has got none from the user.
+    std::string ProfileToName() const;
+    // It becomes the last archive.
+    void NoteArchive(const std::string& path);
 };
 
 inline constexpr std::string_view SettingsFileName = "kx.ini";

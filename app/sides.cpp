@@ -4,6 +4,7 @@
 #include "package/config_readers.h"
 #include "package/duplicates.h"
 #include "package/file_primitives.h"
+#include "package/meg.h"
 #include "package/package_name.h"
 #include "platform/windows_path.h"
 #include "sim/gauge_check.h"
@@ -25,6 +26,22 @@ std::string SizeText(const LoadedPackage& package) {
     if (package.compressionCode.empty() || package.compressionCode == UnknownCompression)
         return text + " (compressed)";
     return text + " (" + package.compressionCode + " Meg compressed)";
+}
+
+std::string SizeDetails(const LoadedPackage& package) {
+    const auto count = package.tree.files.size();
+    return package.path.empty()
+               ? ""
+               : MegText(package.SizeInBytes()) + " in " + std::to_string(count) + (count == 1 ? " file" : " files");
+}
+
+// Those that nobody knows first: they are to be looked at.
+int GroupToOpen(const LoadedPackage& package) {
+    const auto& groups = package.ComponentFiles;
+    const auto first = groups[Unrecognized].empty()
+                           ? std::ranges::find_if(groups, [](const auto& files) { return !files.empty(); })
+                           : groups.begin() + Unrecognized;
+    return first == groups.end() ? -1 : static_cast<int>(first - groups.begin());
 }
 
 } // namespace
@@ -118,12 +135,23 @@ void Program::LoadStagedFiles(ChoiceQuestion question) {
 void Program::ShowLoaded() {
     view.imageIndex = package.pictures.empty() ? 0 : 1;
     view.sizeText = SizeText(package);
+    view.sizeDetails = SizeDetails(package);
+    if (!package.ref.IsNone())
+        settings.ActiveProfile().lastPackage = package.ref.Text();
+    const int group = GroupToOpen(package);
+    if (package.path != openedPath || wasOpenedEmpty) {
+        view.groupToOpen = group;
+        ++view.openRevision;
+    }
+    openedPath = package.path;
+    wasOpenedEmpty = group < 0;
 }
 
 void Program::ClearPackageDisplay() {
     package = {};
     view.imageIndex = 0;
     view.sizeText.clear();
+    view.sizeDetails.clear();
     ++view.listRevision;
 }
 
@@ -140,6 +168,7 @@ void Program::UpdateCaption() {
     if (view.isStagingEmpty && !wasEmpty)
         ForgetStaging();
     view.caption = view.isStagingEmpty ? "Korvadex" : "Korvadex     (Staging Contains Files)";
+    view.profile = settings.ProfileToName();
 }
 
 // What was known of its contents is not true of the next.

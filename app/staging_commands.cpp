@@ -63,6 +63,24 @@ void Program::ProcessZipIntoStaging() {
         TakeNextArchive();
 }
 
+void Program::ProcessLastArchive(int row) {
+    auto& archives = settings.lastArchives;
+    if (row < 0 || row >= std::ssize(archives))
+        return;
+    const std::string path = archives[static_cast<std::size_t>(row)];
+    bool isThere = false;
+    Run([&] {
+        isThere = static_cast<bool>(files.Info(path));
+        if (isThere)
+            return;
+        std::erase(archives, path);
+        user.Tell("The archive " + path + " is no longer there.  It was taken off the list of the last archives.",
+                  MessageIcon::Exclamation);
+    });
+    if (isThere)
+        OfferArchives({path});
+}
+
 void Program::ImportIntoStaging() {
     Run({"Import", ""}, [&] {
         EnsureStagingSide();
@@ -130,6 +148,14 @@ bool Program::CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded,
         Warning{"sound.cfg", "The sound.cfg file is missing from the package.  "
                              "You need this file if this package is an aircraft and should have sound.  "
                              "Are you sure you want to continue?"}};
+    std::string lacking; // all in one, before it is asked about each
+    for (const auto& warning : warnings)
+        if (!loaded.PackageHasFile(warning.file))
+            lacking += std::string(warning.file) + ", ";
+    if (loaded.ComponentFiles[Texture].empty())
+        lacking += "textures, ";
+    if (!lacking.empty() && !unattended)
+        each.display.ShowStatus("Missing from this package: " + lacking.substr(0, lacking.size() - 2));
     for (const auto& warning : warnings)
         if (!loaded.PackageHasFile(warning.file) && !each.user.AskOkCancel(warning.text))
             return false;
@@ -195,6 +221,7 @@ bool Program::AddArchive(QueuedArchive& archive) {
     const auto unpacked = ProcessZipFile(context, unzip, settings.LastZipPath, archive.path);
     if (!unpacked)
         return false;
+    settings.NoteArchive(archive.path);
     const std::string caption = wasEmpty ? KeepOneAircraft(context, *unpacked, archive) : "";
     if (!archive.reason.empty()) {
         std::string text = archive.reason;

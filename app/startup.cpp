@@ -63,7 +63,7 @@ void Program::StartUp() {
             MessageIcon::Information);
     window.ApplyGeometry(settings.mainWindow);
     window.ApplyListGeometry(settings.ListWindowGeometry);
-    window.ApplyCollectionWidth(settings.collectionWidth);
+    window.ApplyLayout(settings.layout);
     const auto geometry = window.Geometry();
     view.isCollectionShown = settings.isCollectionShown.value_or(geometry && geometry->width >= WidthForCollection);
 
@@ -174,15 +174,19 @@ void Program::CreateDefaultCategories() {
 
 void Program::ShowFirstPackage() {
     auto& first = settings.FirstPackage();
+    auto& last = settings.ActiveProfile().lastPackage;
     try {
         if (!first.empty() && SelectPackage(PackageRefOf(first)))
             return;
         if (!first.empty() && IsGone(first))
             first.clear();
+        if (first.empty() && !last.empty() && SelectPackage(PackageRefOf(last)))
+            return;
         ShowHangarSide(false);
     } catch (const ProgramEnd&) {
         // A package that ends the program when it is loaded must not end every start from now on.
         first.clear();
+        last.clear();
         throw;
     }
 }
@@ -242,8 +246,7 @@ Status Program::Save() {
         return {}; // another program keeps its own there
     if (const auto list = window.ListGeometry())
         settings.ListWindowGeometry = *list;
-    if (const auto width = window.CollectionWidth())
-        settings.collectionWidth = *width;
+    settings.layout = window.Layout();
     // Before it was shown, a window that the file has no place for has none worth keeping.
     const bool isPlaced = hasStarted || settings.mainWindow.top;
     // Not a part of what the running command does.

@@ -26,8 +26,8 @@ class UnseenWindow : public MainWindow {
     std::optional<WindowGeometry> Geometry() const override { return std::nullopt; }
     void ApplyListGeometry(const WindowGeometry&) override {}
     std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
-    void ApplyCollectionWidth(double) override {}
-    std::optional<double> CollectionWidth() const override { return std::nullopt; }
+    void ApplyLayout(const WindowLayout&) override {}
+    WindowLayout Layout() const override { return {}; }
     void EndProgram() override {}
 };
 

@@ -305,9 +305,12 @@ void PutSettings(FileSystem& files, const std::string& root) {
     Settings settings;
     settings.AppDir = root + AppDirectory;
     settings.locations = {root + StagingDirectory, root + HangarDirectory, root + SimDirectory};
-    settings.LocationProfiles[0] = {"FS2002", settings.locations.StagingDir, settings.locations.HangarDir,
+    settings.LocationProfiles[0] = {"FS2002",
+                                    settings.locations.StagingDir,
+                                    settings.locations.HangarDir,
                                     settings.locations.MsfsDir,
-                                    std::string(LightPropsCategory) + "\\" + CompletePackage};
+                                    std::string(LightPropsCategory) + "\\" + CompletePackage,
+                                    ""};
     settings.LastZipPath = root + DownloadsDirectory;
     Require(SaveSettings(files, settings, std::nullopt));
 }

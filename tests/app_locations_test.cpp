@@ -148,7 +148,7 @@ TEST_F(LocationsEntryTest, WhenTheDialogIsShownAtStart) {
 
 TEST_F(LocationsEntryTest, ClosingTheDialog) {
     settings.locations = locations;
-    settings.LocationProfiles[0] = {"Main", locations.StagingDir, locations.HangarDir, locations.MsfsDir, ""};
+    settings.LocationProfiles[0] = {"Main", locations.StagingDir, locations.HangarDir, locations.MsfsDir, "", ""};
     settings.LocationProfiles[3].name = "Other";
     drive.Put("Full\\file.txt", "x");
 
@@ -320,7 +320,7 @@ TEST_F(LocationsEntryTest, WhatAFirstStartProposes) {
 
 TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
     const std::string exists = "The Profile Name you've entered already exists.";
-    const LocationProfile stored{"Two", "C:\\old", "", "", "Jets\\Lear"};
+    const LocationProfile stored{"Two", "C:\\old", "", "", "Jets\\Lear", ""};
     constexpr Entry Good = {"Staging", "Hangar", "FS"};
     const struct {
         const char *name, *entered;
@@ -351,7 +351,7 @@ TEST_F(LocationsEntryTest, AProfileThatIsNotInUse) {
         for (const auto& message : row.messages)
             user.Expect(message, MessageIcon::Exclamation);
         const Locations typed = Typed(row.entry);
-        LocationProfile entry{row.entered, typed.StagingDir, typed.HangarDir, typed.MsfsDir, ""};
+        LocationProfile entry{row.entered, typed.StagingDir, typed.HangarDir, typed.MsfsDir, "", ""};
         EXPECT_EQ(profiles.Accept(2, entry), row.messages.empty());
         EXPECT_EQ(entry.name + entry.MsfsDir, std::string(Trim(row.entered)) + AddBackslash(typed.MsfsDir));
         EXPECT_EQ(all(settings.LocationProfiles[2]), all(row.messages.empty() ? entry : stored));

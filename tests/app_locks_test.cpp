@@ -46,7 +46,8 @@ TEST_F(Locks, TheSecondLooksOnly) {
     const std::string looking =
         "mnuLocations mnuLocationProfiles mnuExit mnuAllPackages mnuInstalledPackages mnuCollection mnuRunMSFS "
         "mnuPhotosByCategory mnuPhotosForAll mnuPackagesNoImages mnuCreatePanelAlias "
-        "mnuCheckRefs mnuCreateSoundAlias mnuGaugeCrosscheck mnuReadNotes mnuReadMe mnuAbout ";
+        "mnuCheckRefs mnuCreateSoundAlias mnuGaugeCrosscheck mnuReadNotes mnuReadMe mnuAbout "
+        "mnuLastArchives mnuGoToStaging mnuGoToHangar mnuHelpOnSide ";
     Start();
     drive.Fill("Staging", "a\\readme.txt=1, b\\readme.txt=2, a\\aircraft.cfg=[fltsim.0], b\\aircraft.cfg=[fltsim.0]");
     drive.Fill("Hangar", "~kx~scratch\\1~x=half, Jets\\Lear\\readme.txt=1, Jets\\Lear\\more\\readme.txt=2");

@@ -51,8 +51,13 @@ std::string Describe(const Settings& settings) {
     add("|list=", settings.ListWindowGeometry);
     text << "|limits=" << settings.limits.DirMax << " " << settings.limits.FileMax << "|";
     text << "collection=" << (settings.isCollectionShown ? *settings.isCollectionShown ? "shown" : "hidden" : "open")
-         << " " << settings.collectionWidth << "|";
+         << " " << settings.layout.collectionWidth << "|layout=" << settings.layout.pictureShare << " "
+         << settings.layout.isMaximised
+         << "|last=" << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].lastPackage << "|";
     text << "history=" << settings.historyLimits.commands << " " << MegabytesOf(settings.historyLimits.bytes) << "|";
+    text << "archives=";
+    for (const auto& archive : settings.lastArchives)
+        text << archive << " ";
     return text.str();
 }
 
@@ -123,6 +128,12 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"no word on the collection", "COLLECTION=yes\nCOLLECTIONWIDTH=-5\n", "|collection=open 0|"},
         {"the collection", "COLLECTION=YES\nCOLLECTIONWIDTH=3900\n", "|collection=shown 3900|"},
         {"no collection", "COLLECTION=YES\nCOLLECTION=NO\n", "|collection=hidden 0|"},
+        {"a layout", "PICTURESHARE=40.5\nMMAXIMISED=YES\n", "|layout=40.5 1|"},
+        {"no layout", "PICTURESHARE=-1\nMMAXIMISED=1\n", "|layout=0 0|"},
+        {"the last package", "ALTLOCATION3=x\nLASTPACKAGE3=Jets\\Lear\n", "|last=Jets\\Lear|"},
+        {"the last package of no profile", "LASTPACKAGE0=Jets\\Lear\nLASTPACKAGE=x\n", "|last=|"},
+        {"the last archives", "LASTZIP0=C:\\b.zip\nLASTZIP4=\nLASTZIP9=C:\\a.zip\nLASTZIP=x\nLASTZIP10=x\n",
+         "|archives=C:\\b.zip C:\\a.zip "},
         {"a history as it comes", "HISTORYCOMMANDS=0\nHISTORYMEGABYTES=none\n", "|history=30 2048|"},
         {"a shorter history", "HISTORYCOMMANDS=3\nHISTORYMEGABYTES=100\n", "|history=3 100|"},
         {"a history beyond all bounds", "HISTORYCOMMANDS=99999\nHISTORYMEGABYTES=99999999999\n",
@@ -164,9 +175,28 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
         {"the collection hidden, and of its own width",
          [](Settings& s) {
              s.isCollectionShown = false;
-             s.collectionWidth = 3900;
+             s.layout = {.collectionWidth = 3900, .pictureShare = 40.5, .isMaximised = true};
          },
-         example + "COLLECTION=NO\nCOLLECTIONWIDTH=3900\n"},
+         example + "COLLECTION=NO\nCOLLECTIONWIDTH=3900\nPICTURESHARE=40.5\nMMAXIMISED=YES\n"},
+        {"the last package where there is no first one",
+         [](Settings& s) {
+             for (const std::size_t profile : {0U, 1U, 2U})
+                 s.LocationProfiles[profile].lastPackage = "Jets\\Cub";
+         },
+         example + "LASTPACKAGE0=Jets\\Cub\n"},
+        {"the last archives, but those that the file cannot hold",
+         [](Settings& s) {
+             s.NoteArchive("C:\\a.zip");
+             s.NoteArchive("C:\\\xD0\x96.zip");
+             s.NoteArchive("C:\\b.zip");
+             s.NoteArchive("C:\\A.zip");
+             for (int i = 0; i < 8; ++i)
+                 s.lastArchives.push_back("C:\\" + std::to_string(i) + ".zip");
+             s.NoteArchive("C:\\b.zip");
+         },
+         example + "LASTZIP0=C:\\b.zip\nLASTZIP1=C:\\A.zip\nLASTZIP3=C:\\0.zip\nLASTZIP4=C:\\1.zip\n"
+                   "LASTZIP5=C:\\2.zip\nLASTZIP6=C:\\3.zip\nLASTZIP7=C:\\4.zip\nLASTZIP8=C:\\5.zip\n"
+                   "LASTZIP9=C:\\6.zip\n"},
         {"asking at every start", [](Settings& s) { s.AskLocationAtStart = true; }, asking},
         {"blanks around a profile's values", [](Settings& s) { s.LocationProfiles[0].name = "  FS2002 "; }, example},
         {"an archive directory that the file cannot hold", [](Settings& s) { s.LastZipPath = "C:\\\xD0\x96\\"; },

@@ -1,5 +1,6 @@
 // What the case files of the two sides, lists and pictures cannot say.
 #include "app/commands.h"
+#include "package/file_primitives.h"
 #include "platform/windows_path.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
@@ -244,9 +245,25 @@ TEST_F(Sides, WhatIsGreyWouldOnlyRefuse) {
             EXPECT_EQ(program->CanWorkOn(command, {{"Jets", name}}), !command.needs || command.needs == need);
 }
 
-TEST_F(Sides, AReadMePageThatNoProgramShowsIsNamed) {
+TEST_F(Sides, TheReadMePageIsOpenedAtAChapterOrNamed) {
     drive.Put("App\\kxdoc.htm", "x");
     Start();
+    const auto leadsTo = [&](const std::string& chapter) {
+        const auto page = drive.Get("App\\kxhelp.htm");
+        return page.find("kxdoc.htm#" + chapter + "\"") != page.npos && page.find("url=file:///") != page.npos;
+    };
+    program->OpenHelpOnSide();
+    EXPECT_TRUE(leadsTo("window"));
+    program->OpenHelp("history");
+    EXPECT_TRUE(leadsTo("history"));
+    program->GoToStaging();
+    program->OpenHelp("");
+    EXPECT_TRUE(leadsTo("staging"));
+    EXPECT_EQ(launcher.started.back(), "open " + drive.At("App\\kxhelp.htm"));
+    EXPECT_TRUE(DeleteFileForced(drive.Files(), drive.At("App\\kxhelp.htm")));
+    drive.MakeDirectory("App\\kxhelp.htm");
+    program->OpenHelpOnSide();
+    EXPECT_EQ(launcher.started.back(), "open " + drive.At("App\\kxdoc.htm"));
     launcher.documentCode = 2;
     user.Expect("No program could be started for the read-me page " + drive.At("App\\kxdoc.htm") + "...");
     program->OpenReadMe();

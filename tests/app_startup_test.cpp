@@ -89,7 +89,7 @@ TEST_F(StartUp, TheEndOfTheSessionSaves) {
     drive.Put("App\\kx.ini", "");
     user.Expect("Are you sure...", Answer::No).Then([&] {
         program->EndSession();
-        EXPECT_EQ(SavedSettings(), SettingsText());
+        EXPECT_EQ(SavedSettings(), SettingsText() + "LASTPACKAGE0=Jets\\Lear\r\n");
         EXPECT_EQ(form.ends, 1);
     });
     program->RunCommand("RemovePackage");

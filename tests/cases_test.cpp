@@ -24,6 +24,7 @@
 //   name TEXT                       into the field for a package's name
 //   drop FILE, FILE (archives)      queue next, take ROW, skip, remove ROWS, mix ROW, all CATEGORY
 //   add FILE, FILE (pictures that are chosen, or "dropped FILE, FILE")
+//   last ROW (of the last archives)
 //   paste BYTES (a picture)         open, folder, erase GROUP POSITIONS (files of a component list)
 //   line ROW, close (the list window) photo ROW (of the gallery)
 //   show CATEGORY\PACKAGE, new (category), recategory CATEGORY (its name), moveto CATEGORY
@@ -200,6 +201,9 @@ class CaseTest : public ProgramTest {
         const auto at = std::ranges::find(ComponentGroupNames, name);
         return static_cast<int>(at - ComponentGroupNames.begin());
     }
+    static std::string GroupText(int group) {
+        return group < 0 ? "" : std::string(ComponentGroupNames.at(std::size_t(group)));
+    }
     void Run(const std::string& name) {
         static const std::map<std::string, void (Program::*)()> buttons = {
             {"cmdFirstPackage", &Program::SetFirstPackage},
@@ -275,6 +279,9 @@ class CaseTest : public ProgramTest {
             {"name", view.packageName},
             {"proposed", view.proposedName},
             {"caption", view.caption},
+            {"profile", view.profile},
+            {"opened", std::to_string(view.openRevision) + " " + GroupText(view.groupToOpen)},
+            {"archives", joined(view.lastArchives)},
             {"side", view.header},
             {"size", view.sizeText},
             {"title", shown.aircraftTitle},
@@ -419,6 +426,7 @@ class CaseTest : public ProgramTest {
               }
               form.onStatus.clear();
           }}},
+        {"last", {[this](auto& row) { program->ProcessLastArchive(std::stoi(row)); }}},
         {"add", {[this](auto& files) {
              dialogs.chosenPictures.files = Paths(files);
              program->ImportImageFiles();

@@ -424,8 +424,8 @@ TEST_F(DialogTest, AStatusWindowShowsItsText) {
 class LocationsTest : public DialogTest {
   protected:
     LocationsTest() {
-        settings.LocationProfiles[0] = {"FS2002", "C:\\Staging\\", "C:\\Hangar\\", "C:\\FS2002\\", ""};
-        settings.LocationProfiles[4] = {"CFS", "C:\\S4\\", "C:\\H4\\", "C:\\CFS\\", ""};
+        settings.LocationProfiles[0] = {"FS2002", "C:\\Staging\\", "C:\\Hangar\\", "C:\\FS2002\\", "", ""};
+        settings.LocationProfiles[4] = {"CFS", "C:\\S4\\", "C:\\H4\\", "C:\\CFS\\", "", ""};
         settings.locations = {"C:\\Staging\\", "C:\\Hangar\\", "C:\\FS2002\\"};
     }
     Settings settings;

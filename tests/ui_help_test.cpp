@@ -2,6 +2,7 @@
 #include "app/settings.h"
 #include "tests/support/temporary_drive.h"
 #include "ui/frmHangar.h"
+#include "ui/help_keys.h"
 
 #include <QtCore>
 #include <QtWidgets>
@@ -56,10 +57,12 @@ TEST_F(HelpPage, NamesEverySetting) {
     settings.limits = {.DirMax = 501, .FileMax = 5001};
     settings.historyLimits = {.commands = 3, .bytes = BytesOf(3)};
     settings.isCollectionShown = true;
-    settings.collectionWidth = 1;
+    settings.layout = {.collectionWidth = 1, .pictureShare = 1, .isMaximised = true};
+    settings.LocationProfiles[0].lastPackage = "x";
+    settings.lastArchives = {"a.zip"};
     ASSERT_TRUE(SaveSettings(drive.Files(), settings, WindowGeometry{}));
     const auto keys = All(QString::fromStdString(drive.Get("kx.ini")), "(\\w+=)");
-    EXPECT_EQ(keys.size(), 22);
+    EXPECT_EQ(keys.size(), 26);
     for (const auto& key : keys)
         EXPECT_TRUE(page.contains("<code>" + key)) << key.toStdString();
 }
@@ -72,6 +75,17 @@ TEST_F(HelpPage, LeadsNowhereInVain) {
         EXPECT_TRUE(pictures.contains("pictures/" + file)) << file.toStdString() << " is not shown";
     for (const auto& link : All(page, "href=\"([^\"]*)\""))
         EXPECT_TRUE(link.startsWith('#') && page.contains("id=\"" + link.mid(1) + '"')) << link.toStdString();
+}
+
+TEST_F(HelpPage, HasAChapterForEveryWindow) {
+    QStringList windows;
+    for (const auto& [window, chapter] : HelpChapters()) {
+        windows.append(window);
+        EXPECT_TRUE(page.contains(QString("id=\"%1\"").arg(chapter))) << chapter;
+    }
+    for (const auto& form : QDir(docs.filePath("../ui")).entryList({"frm*.ui"}))
+        EXPECT_TRUE(form == "frmHangar.ui" || form == "frmSplash.ui" || windows.contains(form.chopped(3)))
+            << form.toStdString();
 }
 
 } // namespace

@@ -101,7 +101,7 @@ TEST_F(HangarWindow, MenusAndToolbarOfferWhatTheTableOfCommandsHas) {
             EXPECT_EQ(entry->isEnabled(), CanWork(command, program.View())) << offered.back();
             entry->setEnabled(true);
             entry->trigger();
-            EXPECT_EQ(started, offered.back());
+            EXPECT_EQ(started == offered.back(), command.routine != nullptr) << started;
             EXPECT_EQ(entry->text(), command.caption);
             const QKeySequence accessKey = QKeySequence::mnemonic(entry->text());
             EXPECT_TRUE(accessKey.isEmpty() ? !entry->shortcut().isEmpty()
@@ -189,8 +189,21 @@ TEST_F(HangarWindow, IsShownWhereItCanBeReached) {
     window.showMaximized();
     EXPECT_EQ(window.Geometry()->top, normal.top);
     EXPECT_EQ(window.Geometry()->left, normal.left);
+    EXPECT_TRUE(window.Layout().isMaximised);
     window.showMinimized();
     EXPECT_FALSE(window.Geometry());
+    window.showNormal();
+    auto& splitter = Control<QSplitter>(window, "splMain");
+    const auto sizes = splitter.sizes();
+    QTest::mousePress(splitter.handle(1), Qt::LeftButton);
+    QTest::mouseMove(splitter.handle(1), splitter.handle(1)->rect().center() + QPoint(0, 30));
+    QTest::mouseRelease(splitter.handle(1), Qt::LeftButton);
+    const auto moved = splitter.sizes();
+    EXPECT_GT(moved[0], sizes[0]);
+    const WindowLayout layout = window.Layout();
+    splitter.setSizes(sizes);
+    window.ApplyLayout(layout);
+    EXPECT_EQ(splitter.sizes(), moved);
 }
 
 TEST_F(HangarWindow, TheWheelChangesOnlyWhatHasTheFocus) {
@@ -257,6 +270,13 @@ TEST_F(HangarWindow, AProposedNameIsMarkedSoThatTypingReplacesIt) {
     Start();
     drive.Put("Downloads\\zipped.zip", ZipBuilder().Add("aircraft.cfg", "[fltsim.0]\r\ntitle=Lear 45\r\n").Bytes());
     program.OfferArchives({drive.At("Downloads\\zipped.zip")});
+    EXPECT_EQ(Control<QTabWidget>(window, "tabComponents").currentIndex(), Aircraft);
+    EXPECT_EQ(window.windowTitle(), "Korvadex     (Staging Contains Files)  -  Main");
+    program.GoToHangar();
+    auto& archives = *Control<QAction>(window, "mnuLastArchives").menu();
+    EXPECT_TRUE(DeleteContents(drive.Files(), drive.At("Staging\\")).empty());
+    archives.actions().value(0)->trigger();
+    QCoreApplication::processEvents();
     auto& field = Control<QLineEdit>(window, "txtPackageName");
     EXPECT_EQ(field.selectedText(), "Lear 45");
     for (const auto key : {Qt::Key_M, Qt::Key_N}) {
@@ -308,6 +328,16 @@ TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
         user.Expect("zipFileDialog", [](QWidget& dialog) { PressKey(dialog, Qt::Key_Escape); });
         Press(Qt::Key_O, Qt::ControlModifier);
         EXPECT_EQ(Text("lblHeader"), StagingHeader);
+    }
+    for (const auto& [key, side] : {std::pair(Qt::Key_F8, HangarHeader), {Qt::Key_F7, StagingHeader}})
+        for (int i = 0; i < 2; ++i) {
+            Press(key);
+            EXPECT_EQ(Text("lblHeader"), side);
+        }
+    Control<QWidget>(window, "txtPackageName").setFocus();
+    for (const auto& [key, modifier] : {std::pair(Qt::Key_H, Qt::ControlModifier), {Qt::Key_Return, Qt::NoModifier}}) {
+        user.ExpectMessage("Staging is empty.  There is nothing to copy to the Hangar.", "OK");
+        Press(key, modifier);
     }
     Press(Qt::Key_I, Qt::ControlModifier); // these two ask nothing here
     Press(Qt::Key_U, Qt::ControlModifier);
@@ -402,6 +432,11 @@ TEST_F(HangarWindow, ManyPackagesOfAListAreGoneThrough) {
     EXPECT_EQ(drive.Outline("FS\\aircraft"), "Super_cub\\");
     ClickRow(lines, lines.count() - 1);
     EXPECT_EQ(Shown(), "Dakota");
+    user.Expect("frmRename", [](QWidget& rename) { PressKey(rename, Qt::Key_Escape); });
+    QTest::keyClick(&lines, Qt::Key_F2);
+    user.Finish();
+    lines.selectAll();
+    QTest::keyClick(&lines, Qt::Key_F2); // not for several
 }
 
 TEST_F(HangarWindow, IsGreyWhileACommandWorksAndCanStopOrEndIt) {

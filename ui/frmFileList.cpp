@@ -155,6 +155,13 @@ void frmFileList::ShowMenu(const QPoint& at) {
     if (count == 1) {
         QAction* show = menu->addAction("&Show", this, [this] { emit LineChosen(ui->lstFileList->currentRow()); });
         show->setObjectName("mnuShowPackage");
+        QAction* rename = menu->addAction(RenameCommand().caption);
+        connect(
+            rename, &QAction::triggered, this, [this] { Give(RenameCommand()); }, Qt::QueuedConnection);
+        rename->setObjectName(RenameCommand().entry);
+        rename->setShortcut(QKeySequence(RenameCommand().shortcut));
+        rename->setShortcutContext(Qt::WidgetShortcut);
+        rename->setShortcutVisibleInContextMenu(true);
         menu->addSeparator();
     } else {
         menu->addSection(QString("%1 packages").arg(count));
@@ -199,6 +206,10 @@ bool frmFileList::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     switch (pressed->key()) {
+    case Qt::Key_F2:
+        if (!isInFilter && SelectedPackages().size() == 1)
+            Give(RenameCommand());
+        return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (const int row = ui->lstFileList->currentRow(); IsSeen(row))

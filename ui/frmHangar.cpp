@@ -8,6 +8,7 @@
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
 #include "ui/frmPhotos.h"
+#include "ui/help_keys.h"
 #include "ui/menus.h"
 #include "ui/picture_files.h"
 #include "ui/qt_text.h"
@@ -67,8 +68,8 @@ void SetText(QLineEdit* box, const QString& text) {
 } // namespace
 
 frmHangar::frmHangar(const FileSystem& fileSystem)
-    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), processZip(new QShortcut(this)),
-      checkOpenings(new QTimer(this)), readCollection(new QTimer(this)) {
+    : files(fileSystem), ui(std::make_unique<Ui::frmHangar>()), checkOpenings(new QTimer(this)),
+      readCollection(new QTimer(this)) {
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     KeepUndoKeysInFields(*this);
@@ -236,10 +237,15 @@ void frmHangar::ConnectMenus() {
             lookAgain();
     });
     connect(ui->Toolbar1, &Toolbar::Chosen, this, start);
-    processZip->setKey(QKeySequence(CommandOfEntry("mnuProcessZipFile").extras.shortcut));
-    const auto process = [start] { start("mnuProcessZipFile"); };
-    connect(processZip, &QShortcut::activated, this, process);
-    connect(ui->cmdProcessZip, &QPushButton::clicked, this, process);
+    new HelpKeys(this, [this](const char* chapter) {
+        if (program) // what is shown may be what a dialog is about
+            program->OpenHelp(chapter);
+        checkOpenings->start();
+    });
+    connect(ui->txtPackageName, &QLineEdit::returnPressed, this, [start] { start("mnuStagingToHangar"); });
+    connect(menus, &Menus::ChoiceMade, this,
+            [this](const Command& command, int row) { Run([&](Program& to) { (to.*command.extras.choose)(row); }); });
+    connect(ui->cmdProcessZip, &QPushButton::clicked, this, [start] { start("mnuProcessZipFile"); });
 }
 
 void frmHangar::ConnectCollection() {
@@ -259,7 +265,11 @@ void frmHangar::ConnectCollection() {
             [this](const std::string& category) { Run([&](Program& to) { to.RenameCategory(category); }); });
     connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });
     connect(ui->splCollection, &QSplitter::splitterMoved, this,
-            [this] { collectionWidth = ui->scrLeft->width() * TwipsPerPixel; });
+            [this] { layout.collectionWidth = ui->scrLeft->width() * TwipsPerPixel; });
+    connect(ui->splMain, &QSplitter::splitterMoved, this, [this] {
+        const auto sizes = ui->splMain->sizes();
+        layout.pictureShare = 100.0 * sizes[0] / (sizes[0] + sizes[1]);
+    });
     readCollection->setInterval(ReadInterval);
     connect(readCollection, &QTimer::timeout, this, &frmHangar::ReadCollection);
 }
@@ -319,7 +329,7 @@ void frmHangar::ReadCollection() {
 }
 
 void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
-    setWindowTitle(ToQt(view.caption));
+    setWindowTitle(ToQt(view.caption + (view.profile.empty() ? "" : "  -  " + view.profile)));
     ui->lblHeader->setText(ToQt(view.header));
     ShowSide(view.HangarSideShown);
     menus->ShowState(view);
@@ -331,6 +341,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     ShowFilterCount();
     ShowPackageName(view);
     ui->lblPackageSize->setText(ToQt(view.sizeText));
+    ui->lblPackageSize->setToolTip(ToQt(view.sizeDetails));
     const bool isNothingThere = view.HangarSideShown ? view.isHangarEmpty : view.isStagingEmpty;
     ui->stkComponents->setCurrentWidget(isNothingThere ? ui->wgtInvitation : ui->tabComponents);
     ui->staBar->ShowText(ToQt(view.status));
@@ -339,6 +350,9 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
         ShowPackage(package);
     if (view.listRevision != shownRevision || view.imageIndex != shownImage)
         ShowPicture(view, package);
+    if (view.openRevision != shownOpening && view.groupToOpen >= 0)
+        ui->tabComponents->setCurrentIndex(view.groupToOpen);
+    shownOpening = view.openRevision;
     shownRevision = view.listRevision;
     shownImage = view.imageIndex;
     ShowCollection(view, package);
@@ -385,6 +399,12 @@ void frmHangar::ShowPicture(const MainView& view, const LoadedPackage& package) 
                                 int(package.pictures.size()));
 }
 
+bool frmHangar::ShowSelectedPicture() {
+    const auto selected = ui->tabComponents->SelectedFile();
+    const auto path = selected ? program->PictureInList(selected->first, selected->second) : "";
+    return !path.empty() && ui->picPackage->ShowOther(ToQt(files.HostPath(path)), ToQt(LastPathComponent(path)));
+}
+
 void frmHangar::ShowFilterCount() {
     const PackageChooser* chooser = ui->cboPackageName;
     const bool isShown = ui->txtPackageFilter->isEnabled() && !ui->txtPackageFilter->text().trimmed().isEmpty();
@@ -397,12 +417,6 @@ void frmHangar::ShowSide(bool isHangarSide) {
     const std::pair<QWidget*, QWidget*> counterparts[] = {
         {ui->cmdGoToStaging, ui->cmdGoToHangar},
         {ui->cboPackageName, ui->txtPackageName},
-bool frmHangar::ShowSelectedPicture() {
-    const auto selected = ui->tabComponents->SelectedFile();
-    const auto path = selected ? program->PictureInList(selected->first, selected->second) : "";
-    return !path.empty() && ui->picPackage->ShowOther(ToQt(files.HostPath(path)), ToQt(LastPathComponent(path)));
-}
-
     };
     for (const auto& [hangar, staging] : counterparts) {
         const bool hadFocus = hangar->hasFocus() || staging->hasFocus();
@@ -416,7 +430,6 @@ bool frmHangar::ShowSelectedPicture() {
         ui->txtPackageName->setFocus();
     ui->txtPackageFilter->setEnabled(isHangarSide);
     ui->lblPackageFilter->setEnabled(isHangarSide);
-    processZip->setEnabled(isHangarSide);
     ui->cmdFirstPackage->setVisible(isHangarSide);
     ui->cmdPackageNames->setVisible(isHangarSide);
     ui->lblPackageName->setBuddy(isHangarSide ? counterparts[1].first : counterparts[1].second);
@@ -507,9 +520,20 @@ std::optional<WindowGeometry> frmHangar::ListGeometry() const {
     return fileList->LastGeometry();
 }
 
-void frmHangar::ApplyCollectionWidth(double width) {
-    const int pixels = width > 0 ? int(std::lround(width / TwipsPerPixel)) : CollectionWidthAsDesigned;
-    ui->splCollection->setSizes({pixels, std::max(1, this->width() - pixels)});
+void frmHangar::ApplyLayout(const WindowLayout& newLayout) {
+    layout = newLayout;
+    const int width = layout.collectionWidth > 0 ? int(std::lround(layout.collectionWidth / TwipsPerPixel))
+                                                 : CollectionWidthAsDesigned;
+    ui->splCollection->setSizes({width, std::max(1, this->width() - width)});
+    if (const int share = int(std::lround(layout.pictureShare * 100)); share > 0)
+        ui->splMain->setSizes({share, 10000 - share});
+    setWindowState(windowState().setFlag(Qt::WindowMaximized, layout.isMaximised));
+}
+
+WindowLayout frmHangar::Layout() const {
+    WindowLayout now = layout;
+    now.isMaximised = isMaximized() || windowState().testFlag(Qt::WindowMaximized);
+    return now;
 }
 
 void frmHangar::EndProgram() {

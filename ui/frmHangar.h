@@ -12,7 +12,6 @@
 #include <functional>
 #include <memory>
 
-class QShortcut;
 class QTimer;
 
 namespace Ui {
@@ -55,8 +54,8 @@ class frmHangar : public QMainWindow, public MainWindow {
     std::optional<WindowGeometry> Geometry() const override;
     void ApplyListGeometry(const WindowGeometry& geometry) override;
     std::optional<WindowGeometry> ListGeometry() const override;
-    void ApplyCollectionWidth(double width) override;
-    std::optional<double> CollectionWidth() const override { return collectionWidth; }
+    void ApplyLayout(const WindowLayout& newLayout) override;
+    WindowLayout Layout() const override;
     void EndProgram() override;
 
   signals:
@@ -91,24 +90,23 @@ class frmHangar : public QMainWindow, public MainWindow {
     void ShowPackageName(const MainView& view);
     void MarkPackageName();
     void ShowPackage(const LoadedPackage& package);
+    void ShowPicture(const MainView& view, const LoadedPackage& package);
     // Of the lists, as long as it is selected. False when there is none that can be shown.
     bool ShowSelectedPicture();
-    void ShowPicture(const MainView& view, const LoadedPackage& package);
     void ShowFilterCount();
 
     const FileSystem& files;
     Program* program = nullptr;
     std::unique_ptr<Ui::frmHangar> ui;
     Menus* menus;
-    QShortcut* processZip; // for the side whose menu has no such entry
     QTimer* checkOpenings;
     QTimer* readCollection;
     std::unique_ptr<frmFileList> fileList;
     std::unique_ptr<frmPhotos> photos;
-    int shownRevision = -1;
+    int shownRevision = -1, shownOpening = -1;
     int shownImage = 0;
     int collectionReads = 0;
-    std::optional<double> collectionWidth; // where the user has changed it
+    WindowLayout layout; // as the user had it last
     bool hasEnded = false;
     QPointer<QWidget> focusBefore; // it was busy
 };

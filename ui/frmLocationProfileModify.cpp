@@ -30,8 +30,8 @@ void frmLocationProfileModify::Show(const LocationProfile& profile) {
 
 void frmLocationProfileModify::Accept() {
     const Locations entered = ui->locationFields->Entry();
-    LocationProfile profile{FromQt(ui->txtProfileName->text()), entered.StagingDir, entered.HangarDir, entered.MsfsDir,
-                            ""};
+    LocationProfile profile{
+        FromQt(ui->txtProfileName->text()), entered.StagingDir, entered.HangarDir, entered.MsfsDir, "", ""};
     const bool isTaken = profiles.Accept(ProfileBeingEdited, profile);
     Show(profile);
     if (isTaken)

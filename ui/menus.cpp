@@ -1,11 +1,14 @@
 #include "ui/menus.h"
 
 #include "app/main_window.h"
+#include "platform/windows_path.h"
 #include "ui/qt_text.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+
+#include <algorithm>
 
 namespace korvadex {
 
@@ -37,12 +40,15 @@ Menus::Menus(QMenuBar* bar) : QObject(bar) {
         for (const Command& command : row.commands) {
             if (const char* separator = command.extras.separator)
                 menu->addSeparator()->setObjectName(separator);
-            QAction* entry = menu->addAction(command.caption);
+            const bool hasChoices = command.extras.choices;
+            QAction* entry =
+                hasChoices ? menu->addMenu(command.caption)->menuAction() : menu->addAction(command.caption);
             entry->setObjectName(command.entry);
             entry->setShortcut(QKeySequence(command.extras.shortcut));
             entry->setCheckable(command.extras.tick != nullptr);
             entries.emplace_back(&command, entry);
-            connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
+            if (!hasChoices)
+                connect(entry, &QAction::triggered, this, [this, &command] { emit Chosen(command.entry); });
         }
     }
     // Quit and About stay where the table has them, on every desktop.
@@ -57,7 +63,28 @@ void Menus::ShowState(const MainView& view) {
                                                   : command->caption + (" " + ObjectText(view.*object)));
         if (const auto tick = command->extras.tick)
             entry->setChecked(view.*tick);
+        if (const auto choices = command->extras.choices)
+            ShowChoices(*command, *entry->menu(), view.*choices);
         entry->setEnabled(CanWork(*command, view));
+    }
+}
+
+void Menus::ShowChoices(const Command& command, QMenu& menu, const std::vector<std::string>& choices) {
+    QStringList paths;
+    for (const std::string& choice : choices)
+        paths.append(ToQt(choice));
+    if (paths == menu.property("paths").toStringList())
+        return;
+    menu.setProperty("paths", paths);
+    menu.clear();
+    for (int row = 0; row < std::min(int(paths.size()), 10); ++row) {
+        const std::string& path = choices[std::size_t(row)];
+        QAction* entry = menu.addAction(QString("&%1  ").arg((row + 1) % 10) + ObjectText(LastPathComponent(path)) +
+                                        "  -  " + ObjectText(ParentDirectory(path)));
+        // The list may change, and the entry go with it.
+        connect(
+            entry, &QAction::triggered, this, [this, &command, row] { emit ChoiceMade(command, row); },
+            Qt::QueuedConnection);
     }
 }
 

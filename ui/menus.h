@@ -28,9 +28,12 @@ class Menus : public QObject {
   signals:
     void Opened();
     void Chosen(const char* entry);
+    void ChoiceMade(const Command& command, int row);
 
   private:
     std::vector<std::pair<Side, QMenu*>> ofOneSide;
+    void ShowChoices(const Command& command, QMenu& menu, const std::vector<std::string>& choices);
+
     std::vector<std::pair<const Command*, QAction*>> entries;
 };
 

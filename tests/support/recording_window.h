@@ -86,9 +86,9 @@ class RecordingWindow : public MainWindow {
     std::optional<WindowGeometry> Geometry() const override { return geometry; }
     void ApplyListGeometry(const WindowGeometry&) override {}
     std::optional<WindowGeometry> ListGeometry() const override { return std::nullopt; }
-    std::optional<double> collectionWidth;
-    void ApplyCollectionWidth(double) override {}
-    std::optional<double> CollectionWidth() const override { return collectionWidth; }
+    WindowLayout layout;
+    void ApplyLayout(const WindowLayout& applied) override { layout = applied; }
+    WindowLayout Layout() const override { return layout; }
     void EndProgram() override { ++ends; }
 };
 
