@@ -14,6 +14,7 @@ constexpr std::pair<const char*, const char*> Chapters[] = {
     {"mnuBar", "menus"},
     {"Toolbar1", "toolbar"},
     {"pnlCollection", "collection"},
+    {"pnlQueue", "queue"},
     {"picPackage", "pictures"},
     {"txtPackageName", "hangar"},
     {"messageBox", "trouble"},
@@ -32,6 +33,7 @@ constexpr std::pair<const char*, const char*> Chapters[] = {
     {"frmMultipleCfg", "configurations"},
     {"frmPhotos", "gallery"},
     {"frmRename", "renaming"},
+    {"frmSeveralAircraft", "several"},
     {"frmUnusedGauges", "gauges"},
 };
 
