@@ -26,6 +26,7 @@ void InputBox::Offer(const QStringList& texts) {
     ui->cboInput->installEventFilter(this);
     ui->cboInput->setAccessibleName(ui->lblPrompt->text());
     ui->cboInput->show();
+    setMinimumHeight(layout()->totalHeightForWidth(width()));
     ui->cboInput->setFocus();
 }
 
