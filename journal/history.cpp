@@ -186,67 +186,72 @@ HistoryMark History::Mark() const {
 std::vector<Status> History::TakeBackIn(const std::string& where, const HistoryMark& mark) {
     if (!log)
         return {};
-    auto records = log->Records(mark.records);
-    auto numbers = log->Numbers(mark.records);
-    auto known = mark.known;
-    if (!where.empty()) {
-        std::vector<std::size_t> wanted;
-        for (std::size_t i = 0; i < records.size(); ++i)
-            if (IsAtOrBelow(records[i].path, where) && records[i].kind != RecordKind::DirectoryTime)
-                wanted.push_back(i);
-        for (std::size_t i = 0; i < wanted.size(); ++i) {
-            records[i] = records[wanted[i]];
-            numbers[i] = numbers[wanted[i]];
+    const auto takeBack = [&] {
+        auto records = log->Records(mark.records);
+        auto numbers = log->Numbers(mark.records);
+        auto known = mark.known;
+        if (!where.empty()) {
+            std::vector<std::size_t> wanted;
+            for (std::size_t i = 0; i < records.size(); ++i)
+                if (IsAtOrBelow(records[i].path, where) && records[i].kind != RecordKind::DirectoryTime)
+                    wanted.push_back(i);
+            for (std::size_t i = 0; i < wanted.size(); ++i) {
+                records[i] = records[wanted[i]];
+                numbers[i] = numbers[wanted[i]];
+            }
+            records.resize(wanted.size());
+            numbers.resize(wanted.size());
+            known = files.Knows();
+            known.made.Note(where, false);
         }
-        records.resize(wanted.size());
-        numbers.resize(wanted.size());
-        known = files.Knows();
-        known.made.Note(where, false);
-    }
-    KeptPlaces places(disk, locations, running.key);
-    std::vector<std::string> leftovers;
-    TakeBackTools tools = {.files = disk, .remove = {}, .repack = {}, .leavesOthers = true};
-    tools.remove = [&](const std::string& path) {
-        if (const auto info = disk.Info(path); info && info->kind == EntryKind::File)
-            return DeleteOne(disk, path); // nobody has had it before
-        const auto place = places.PlaceFor(path);
-        if (place && !place->newDirectory.empty())
-            leftovers.push_back(place->newDirectory);
-        return place ? disk.Rename(path, place->path) : place.status();
-    };
-    tools.repack = [&](const std::vector<std::string>& paths) {
-        return repack(files, paths, running.title.repacking == Repacking::Unpacks);
-    };
-    // Times are given back last, but for those of directories that are not there under this name any more.
-    const auto isTime = [&](std::size_t i) {
-        const auto hasBrought = [&](const Record& earlier) {
-            return earlier.kind != RecordKind::DirectoryTime &&
-                   IsAtOrBelow(AddBackslash(records[i].path), AddBackslash(earlier.path));
+        KeptPlaces places(disk, locations, running.key);
+        std::vector<std::string> leftovers;
+        TakeBackTools tools = {.files = disk, .remove = {}, .repack = {}, .leavesOthers = true};
+        tools.remove = [&](const std::string& path) {
+            if (const auto info = disk.Info(path); info && info->kind == EntryKind::File)
+                return DeleteOne(disk, path); // nobody has had it before
+            const auto place = places.PlaceFor(path);
+            if (place && !place->newDirectory.empty())
+                leftovers.push_back(place->newDirectory);
+            return place ? disk.Rename(path, place->path) : place.status();
         };
-        return records[i].kind == RecordKind::DirectoryTime &&
-               std::none_of(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(i), hasBrought);
-    };
-    // What comes may be kept in the same directories.
-    tools.noteDone = [&](std::size_t i) {
-        if (!isTime(i) && records[i].kind != RecordKind::KeptFrom)
-            log->Void(numbers[i]);
-    };
-    tools.flushDone = [&] { static_cast<void>(log->Flush()); };
-    std::vector<Status> failures;
-    files.Amend(known, [&] {
-        failures = TakeBack(records, tools, true);
-        for (std::size_t i = 0; i < records.size() && failures.empty(); ++i)
-            if (isTime(i))
+        tools.repack = [&](const std::vector<std::string>& paths) {
+            return repack(files, paths, running.title.repacking == Repacking::Unpacks);
+        };
+        // Times are given back last, but for those of directories that are not there under this name any more.
+        const auto isTime = [&](std::size_t i) {
+            const auto hasBrought = [&](const Record& earlier) {
+                return earlier.kind != RecordKind::DirectoryTime &&
+                       IsAtOrBelow(AddBackslash(records[i].path), AddBackslash(earlier.path));
+            };
+            return records[i].kind == RecordKind::DirectoryTime &&
+                   std::none_of(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(i), hasBrought);
+        };
+        // What comes may be kept in the same directories.
+        tools.noteDone = [&](std::size_t i) {
+            if (!isTime(i) && records[i].kind != RecordKind::KeptFrom)
                 log->Void(numbers[i]);
-        // Safe before the next change: what that sets aside must not be taken for something of these.
-        static_cast<void>(log->Flush());
-        for (const std::string& leftover : leftovers)
-            DeleteNumbered(disk, leftover);
-        for (const std::string& own : places.Directories())
-            if (!kept->Directories().contains(own))
-                DeleteKept(disk, own);
-    });
-    return failures;
+        };
+        tools.flushDone = [&] { static_cast<void>(log->Flush()); };
+        std::vector<Status> failures;
+        files.Amend(known, [&] {
+            failures = TakeBack(records, tools, true);
+            for (std::size_t i = 0; i < records.size() && failures.empty(); ++i)
+                if (isTime(i))
+                    log->Void(numbers[i]);
+            // Safe before the next change: what that sets aside must not be taken for something of these.
+            static_cast<void>(log->Flush());
+            for (const std::string& leftover : leftovers)
+                DeleteNumbered(disk, leftover);
+            for (const std::string& own : places.Directories())
+                if (!kept->Directories().contains(own))
+                    DeleteKept(disk, own);
+        });
+        return failures;
+    };
+    // Another program may have looked at a file just then.
+    const auto failures = takeBack();
+    return failures.empty() ? failures : takeBack();
 }
 
 Status History::End(bool isToStay) {

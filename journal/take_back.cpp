@@ -182,9 +182,8 @@ class Reversal {
 
     Status RemoveDirectory(const std::string& path) {
         const Status status = files.RemoveDirectory(path);
-        if (status.fault == FileFault::NotEmpty && isCutOff &&
-            !tools.leavesOthers) // by things whose records a power cut has lost
-            return tools.remove(path);
+        if (status.fault == FileFault::NotEmpty && isCutOff) // by things whose records a power cut has lost
+            return tools.leavesOthers ? status : tools.remove(path);
         return status.fault == FileFault::NotFound || status.fault == FileFault::NotEmpty ? Status{} : status;
     }
 
