@@ -162,6 +162,8 @@ Status ArchiveQueue::Save() const {
     }
     if (text.empty())
         return files.Info(file).fault() == FileFault::NotFound ? Status{} : files.Delete(file);
+    if (const auto kept = ReadBytes(files, file); kept && *kept == text)
+        return {};
     return RewriteBytes(files, {}, file, text);
 }
 

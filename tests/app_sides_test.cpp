@@ -233,7 +233,7 @@ TEST_F(Sides, WhatIsGreyWouldOnlyRefuse) {
                 EXPECT_LE(user.transcript.size(), 2u) << command.entry; // a question, and why not
                 row.enter();
             }
-        EXPECT_EQ(grey, row.grey);
+        EXPECT_EQ(grey, " LastArchives" + row.grey);
         if (!row.change)
             continue;
         row.change();

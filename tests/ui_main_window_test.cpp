@@ -335,10 +335,9 @@ TEST_F(HangarWindow, KeysDoWhatTheShownSideOffers) {
             EXPECT_EQ(Text("lblHeader"), side);
         }
     Control<QWidget>(window, "txtPackageName").setFocus();
-    for (const auto& [key, modifier] : {std::pair(Qt::Key_H, Qt::ControlModifier), {Qt::Key_Return, Qt::NoModifier}}) {
-        user.ExpectMessage("Staging is empty.  There is nothing to copy to the Hangar.", "OK");
-        Press(key, modifier);
-    }
+    Press(Qt::Key_H, Qt::ControlModifier); // grey, as Staging is empty
+    user.ExpectMessage("Staging is empty.  There is nothing to copy to the Hangar.", "OK");
+    Press(Qt::Key_Return);
     Press(Qt::Key_I, Qt::ControlModifier); // these two ask nothing here
     Press(Qt::Key_U, Qt::ControlModifier);
     Press(Qt::Key_F, Qt::ControlModifier);
