@@ -109,7 +109,7 @@ TEST_F(PhotosTest, AreNarrowedToAPackageAndToWords) {
     };
     QTest::mouseClick(&Photo(3), Qt::LeftButton);
     EXPECT_EQ(Label("lblPicture"), "Jets  -  second.jpg  -  installed in MSFS");
-    QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+    Control<QCheckBox>(window, "chkOnePerPackage").click();
     EXPECT_EQ(texts(), "Lear|Beech|Cub|||||3 of 6 pictures");
     EXPECT_TRUE(Photo(1).IsMarked());
     QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
@@ -122,7 +122,7 @@ TEST_F(PhotosTest, AreNarrowedToAPackageAndToWords) {
     filter.setText("second");
     EXPECT_EQ(texts(), "Lear|Beech|Cub|||||3 of 6 pictures");
     QTest::keyClick(&filter, Qt::Key_Escape);
-    QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+    Control<QCheckBox>(window, "chkOnePerPackage").click();
     EXPECT_EQ(texts(), "Lear|Lear|Beech|Beech|Cub|Cub||");
 }
 
