@@ -43,7 +43,7 @@ struct MainView {
     int groupToOpen = -1; // -1 for none
     bool isCollectionShown = false;
     std::vector<QueuedArchive> queue;
-    unsigned present = 0; // what there is of what commands need; see Need
+    unsigned present = 0;                  // what there is of what commands need; see Need
     std::vector<std::string> lastArchives; // the last one first
 };
 

@@ -85,7 +85,8 @@ void ComponentLists::DimEmptyTabs() {
     for (int group = 0; group < GroupCount; ++group) {
         const bool isEmpty = lstComponents[std::size_t(group)]->count() == 0;
         // An invalid colour is that of the palette.
-        tabBar()->setTabTextColor(group, isEmpty && isEnabled() ? palette().color(QPalette::PlaceholderText) : QColor());
+        tabBar()->setTabTextColor(group,
+                                  isEmpty && isEnabled() ? palette().color(QPalette::PlaceholderText) : QColor());
     }
 }
 
