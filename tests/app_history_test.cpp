@@ -34,14 +34,14 @@ INSTANTIATE_TEST_SUITE_P(, TakenBack, testing::ValuesIn(CommandsWithUndo()), [](
     return name;
 });
 
+bool IsOwn(const std::string& path) {
+    return path.ends_with("~kx~kept") || path.ends_with("~kx~lock") || path == "App/journal" || path == "App/queue.txt";
+}
+
 TEST_P(TakenBack, IsAsItWas) {
     std::vector<HostTree> looks; // after nothing, the command, its undo, its redo, and an undo of that
-    const auto isOwn = [](const std::string& path) {
-        return path.ends_with("~kx~kept") || path.ends_with("~kx~lock") || path == "App/journal" ||
-               path == "App/queue.txt";
-    };
     DoOn(drive, "C:\\App\\", "look; " + CommandSteps(GetParam()) + "; look; undo; look; redo; look; undo; look", [&] {
-        looks.push_back(ReadTree(drive, isOwn, true));
+        looks.push_back(ReadTree(drive, IsOwn, true));
         looks.back().erase("App"); // the journal comes and goes in it
     });
     ASSERT_EQ(looks.size(), 5u) << said.str();
@@ -54,9 +54,6 @@ TEST_P(TakenBack, IsAsItWas) {
 // At each step of its bar; what is not taken back then can be undone.
 TEST_P(TakenBack, IsAsItWasWhenStopped) {
     const std::string trial = base + "/trial";
-    const auto isOwn = [](const std::string& path) {
-        return path.ends_with("~kx~kept") || path.ends_with("~kx~lock") || path == "App/journal";
-    };
     for (int step = 1; step == 1 || said.str().find("The command was stopped.") != std::string::npos; ++step) {
         std::filesystem::remove_all(trial);
         ASSERT_EQ(std::system(("cp -a '" + drive + "' '" + trial + "'").c_str()), 0);
@@ -64,7 +61,7 @@ TEST_P(TakenBack, IsAsItWasWhenStopped) {
         std::vector<HostTree> looks;
         DoOn(trial, "C:\\App\\",
              "look; stop " + std::to_string(step) + "; " + CommandSteps(GetParam()) + "; undo what stays; look", [&] {
-                 looks.push_back(ReadTree(trial, isOwn)); // scratch names have come and gone in the locations
+                 looks.push_back(ReadTree(trial, IsOwn)); // scratch names have come and gone in the locations
                  looks.back().erase("App");
                  looks.back().erase("App/kx.ini"); // from where the last archive came
              });
