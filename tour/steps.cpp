@@ -61,8 +61,7 @@ void Collection(Tour& tour) {
     tour.Press("F9");
     tour.AwaitHangar();
     tour.Use([](QWidget& hangar) { Control<QTreeView>(hangar, "treCollection").setFocus(); });
-    for (int row = 0; row < 2; ++row)
-        tour.Press("Shift+Down");
+    tour.Press("Shift+Down");
     tour.Use([](QWidget& hangar) {
         auto& tree = Control<QTreeView>(hangar, "treCollection");
         QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {-1, -1}, tree.mapToGlobal(QPoint(1, 1)));
