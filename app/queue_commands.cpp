@@ -142,7 +142,7 @@ std::string Program::DescribeTurn(const QueuedArchive& archive, int ahead) const
 // The command that has just ended has taken them: with it they come back.
 void Program::NoteTaken(const std::vector<QueuedArchive>& archives) {
     KeepQueue(queue.Remove(archives));
-    if (const HistoryEntry* entry = history.NextUndo(); entry && entry->title == history.Title())
+    if (const HistoryEntry* entry = history.NextUndo(); entry && entry->item == history.Item())
         takenBy[entry->item] = archives;
 }
 

@@ -57,6 +57,8 @@ class History {
     void SetSubject(const std::string& subject);
     const std::string& Subject() const { return running.title.subject; }
     const CommandTitle& Title() const { return running.title; }
+    // The entry that it has when it stays; also after its end.
+    int Item() const { return running.item; }
     // It has changed something that is still to be seen, and could be taken back.
     bool HasChanged() const;
     // The first change that the disk refused for no reason of the file's own.
