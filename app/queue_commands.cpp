@@ -169,12 +169,11 @@ void Program::SkipArchive() {
             return;
         SetSubject(view.packageName);
         EraseStaging();
-        EndJournal();
-        isCleared = StagingIsEmpty(files, settings.locations);
-        if (!isCleared)
+        if (!StagingIsEmpty(files, settings.locations))
             return;
         takenFromQueue = std::max(0, takenFromQueue - static_cast<int>(skipped.size()));
-        KeepQueue(queue.Add(skipped));
+        KeepQueue(queue.Add(skipped)); // first: a cut after the end of the command would leave them nowhere
+        isCleared = EndJournal();
     });
     if (isCleared)
         TakeNextArchive();
