@@ -199,10 +199,13 @@ void Program::EndStopped(const Stopped& stop) {
     window.OfferStop(false);
     ShowStatus("");
     const std::string text = "The command was stopped.";
-    if (!stop.stays.empty()) {
-        ShowChanges({.package = true});
+    std::string stays = stop.stays;
+    if (stays.empty() && history.Files().IsWithoutLog())
+        stays = "What it has changed so far was not written down, and stays as it is.";
+    if (!stays.empty()) {
+        ShowChanges({.hangar = true, .simulator = true, .package = true});
         EndJournal();
-        return user.Tell(text + "  " + stop.stays);
+        return user.Tell(text + "  " + stays);
     }
     const bool hasChanged = history.HasChanged();
     static_cast<void>(history.End(false));

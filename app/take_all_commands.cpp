@@ -61,6 +61,9 @@ void Program::TakeAllArchives() {
         const std::string category = AskCategoryForAll();
         if (category.empty())
             return;
+        if (history.Files().IsWithoutLog()) // what is left could not be as it was
+            return user.Tell("What this command changes cannot be written down.  No archive was taken.",
+                             MessageIcon::Exclamation);
         auto turns = GoThrough(waiting.size(), {Place::Staging, Place::Hangar, Place::Simulator}, [&](BatchRun& batch) {
             for (const QueuedArchive& archive : waiting) {
                 if (!StagingIsEmpty(files, settings.locations))

@@ -25,6 +25,8 @@ class JournaledFiles : public FileSystem {
     void Begin(CommandLog& commandLog, KeptPlaces& keptPlaces, bool isRepacking);
     void End();
     bool IsActive() const { return log != nullptr; }
+    // The user lets the command work although nothing of it can be taken back.
+    bool IsWithoutLog() const { return log && isWithoutLog; }
     // What is known of the running command beside its log.
     struct Known {
         MadePlaces made = {};
