@@ -68,8 +68,8 @@ std::string Counted(std::size_t count, const std::string& what) {
 
 std::string CountDone(const std::string& done, const std::vector<Turn>& turns, const std::string& what) {
     const auto count = std::ranges::count_if(turns, &Turn::isDone);
-    return std::to_string(count) + " of " + Counted(turns.size(), what) + (count == 1 ? " was " : " were ") + done +
-           ".";
+    return std::to_string(count) + " of " + Counted(turns.size(), what) +
+           (count == 1 || turns.size() == 1 ? " was " : " were ") + done + ".";
 }
 
 Overview BuildReport(const std::string& caption, const std::string& headline, const std::string& done,

@@ -121,7 +121,7 @@ Work UnpackRoad(const Drive& drive, const std::string& name, const std::string& 
                      [archive](Command& command) {
                          modUnzip unzip;
                          std::string lastZipPath;
-                         return ProcessZipFile(command.context, unzip, lastZipPath, "C:\\" + archive);
+                         return ProcessZipFile(command.context, unzip, lastZipPath, "C:\\" + archive).has_value();
                      }) +
                 std::vector<Contender>{
                     {"unzip, sync -f",

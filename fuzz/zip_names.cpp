@@ -39,7 +39,7 @@ void Run(std::string_view input) {
     const Entries before = drive.Tree();
     modUnzip unzip;
     std::string lastZipPath;
-    Require(ProcessZipFile(drive.Context(), unzip, lastZipPath, "C:\\add-on.zip"), "the archive is there");
+    Require(ProcessZipFile(drive.Context(), unzip, lastZipPath, "C:\\add-on.zip").has_value(), "the archive is there");
     const Entries after = drive.Tree();
     Require(Outside("Staging\\", after) == Outside("Staging\\", before), "nothing changes outside of Staging");
     Require(IsClean(after), "nothing of the program's own is left, and no link");
