@@ -88,7 +88,8 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unp
             return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
         });
         if (next == found.entries.end()) {
-            context.display.ShowStatus(DescribeCut(found.cut, context.limits));
+            if (found.cut != ListCut::None)
+                context.display.ShowStatus(DescribeCut(found.cut, context.limits));
             unpacked.isWhole = unpacked.isWhole && found.cut == ListCut::None;
             return;
         }
