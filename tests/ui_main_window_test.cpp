@@ -364,6 +364,9 @@ TEST_F(HangarWindow, ListAndGalleryStandBesideTheWindow) {
     ClickRow(lines, int(lines.row(lines.findItems("Beaver", Qt::MatchExactly).value(0))));
     EXPECT_EQ(Shown(), "Beaver");
     EXPECT_EQ(filter.text(), "") << "what is shown is offered";
+    ShowPackage("Learjet");
+    EXPECT_EQ(lines.currentItem()->text(), "Learjet") << "the list follows";
+    ShowPackage("Beaver");
     drive.Put("Hangar\\Jets\\Beaver\\Images\\beaver.jpg", PictureBytes({40, 30}));
     drive.Put("Hangar\\Props\\Dakota\\Images\\dakota.jpg", PictureBytes({40, 30}));
     const auto gallery = [] {
@@ -375,7 +378,9 @@ TEST_F(HangarWindow, ListAndGalleryStandBesideTheWindow) {
     EXPECT_EQ(gallery()->windowTitle(), "All Packages");
     ChooseEntry("mnuPhotosByCategory");
     EXPECT_EQ(gallery()->windowTitle(), "Packages in Jets");
-    QTest::mouseClick(&Control<QWidget>(*gallery(), "imgPhoto_0"), Qt::LeftButton);
+    ShowPackage("Learjet");
+    ShowPackage("Beaver");
+    EXPECT_EQ(Control<QLabel>(*gallery(), "lblPackage").text(), "Beaver");
     QTest::mouseDClick(&Control<QWidget>(*gallery(), "imgPhoto_0"), Qt::LeftButton);
     EXPECT_EQ(Control<QComboBox>(window, "cboPackageName").currentText(), "Beaver");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));

@@ -12,6 +12,7 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <utility>
 
 namespace korvadex {
 
@@ -142,6 +143,20 @@ std::vector<PackageRef> frmFileList::SelectedPackages() const {
 void frmFileList::Give(const PackageCommand& command) {
     if (const auto packages = SelectedPackages(); !packages.empty())
         emit CommandGiven(command, packages);
+}
+
+void frmFileList::Follow(const PackageRef& package) {
+    if (package == std::exchange(followed, package) || package.IsNone() || ui->lstFileList->selectedItems().size() > 1)
+        return;
+    const auto isLine = [&](int row) {
+        const PackageRef& other = lines[std::size_t(row)].package;
+        return other.name == package.name && (other.category.empty() || other == package) && IsSeen(row);
+    };
+    if (const int current = ui->lstFileList->currentRow(); current >= 0 && isLine(current))
+        return;
+    for (int row = 0; row < int(lines.size()); ++row)
+        if (isLine(row))
+            return ui->lstFileList->setCurrentRow(row);
 }
 
 void frmFileList::ShowMenu(const QPoint& at) {

@@ -31,6 +31,9 @@ class frmFileList : public QDialog {
     // Opens the window. With the caption that it shows already, the filter and the place in the list stay.
     void ShowLines(const QString& caption, const std::vector<ListLine>& lines);
 
+    // Another package is shown: its line is the current one, where it is seen and not several are selected.
+    void Follow(const PackageRef& package);
+
     // Height and width of 0 leave the size as designed.
     void ApplyGeometry(const WindowGeometry& geometry);
     // None when the window was never shown.
@@ -61,6 +64,7 @@ class frmFileList : public QDialog {
 
     std::unique_ptr<Ui::frmFileList> ui;
     std::vector<ListLine> lines; // a row for each
+    PackageRef followed;
     std::optional<WindowGeometry> lastGeometry;
 };
 

@@ -357,6 +357,10 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
     shownImage = view.imageIndex;
     ShowCollection(view, package);
     ShowQueue(view);
+    if (view.HangarSideShown) {
+        fileList->Follow(package.ref);
+        photos->Follow(package.ref);
+    }
     checkOpenings->start(); // a command may have opened something
 }
 

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace korvadex {
 
@@ -118,6 +119,17 @@ void frmPhotos::UpdateGallery(const GalleryView& gallery) {
     setWindowTitle(ToQt(shown.caption));
     ui->lblNotice->setText(ToQt(shown.notice));
     ui->lblNotice->setVisible(!shown.notice.empty());
+    ShowPage();
+}
+
+void frmPhotos::Follow(const PackageRef& package) {
+    if (package == std::exchange(followed, package) || !isVisible() || (Marked() && Marked()->package == package))
+        return;
+    const auto first =
+        std::ranges::find(seen, package, [&](int row) { return shown.pictures[std::size_t(row)].package; });
+    if (first == seen.end())
+        return;
+    pages.Mark(int(first - seen.begin()) + 1);
     ShowPage();
 }
 

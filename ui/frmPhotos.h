@@ -34,6 +34,8 @@ class frmPhotos : public QDialog {
     void ShowGallery(const GalleryView& gallery);
     // The same, but the window stays where it is. Without a picture it closes.
     void UpdateGallery(const GalleryView& gallery);
+    // Another package is shown: its first picture is marked, unless one of its pictures is already.
+    void Follow(const PackageRef& package);
     // Every thumbnail of the page shows what it will show.
     bool IsPageComplete() const;
 
@@ -67,6 +69,7 @@ class frmPhotos : public QDialog {
     GalleryView shown;
     std::vector<int> seen; // the pages are of these
     GalleryPages pages;
+    PackageRef followed;
     PictureLoader* thumbnails; // of the page, and of the pages before and behind it
     PictureLoader* large;      // the marked picture
     QTimer* loadAgain;
