@@ -59,6 +59,8 @@ TEST_F(QueueWindow, IsUsedByKeysAndMenu) {
     EXPECT_TRUE(List().isVisible());
     WindowTest::Press(Qt::Key_F9);
     EXPECT_TRUE(List().isVisible());
+    EXPECT_FALSE(Control<QPushButton>(window, "cmdUnqueue").isEnabled());
+    List().setCurrentItem(List().topLevelItem(0));
     EXPECT_TRUE(TabOrder(List()).mid(0, 5) ==
                 QStringList({"lstQueue", "cmdTakeNext", "cmdSkip", "cmdUnqueue", "cmdTakeAll"}));
 

@@ -81,11 +81,13 @@ QueuePanel::QueuePanel(QWidget* parent)
             &QueuePanel::NextChosen);
     connect(add(0, 1, "cmdSkip", "Skip", "Put the archive in Staging back to the end of the queue"),
             &QPushButton::clicked, this, &QueuePanel::SkipChosen);
-    connect(add(1, 0, "cmdUnqueue", "Remove", "Remove the selected archives from the queue"), &QPushButton::clicked,
-            this, &QueuePanel::Remove);
+    cmdUnqueue = add(1, 0, "cmdUnqueue", "Remove", "Remove the selected archives from the queue");
+    connect(cmdUnqueue, &QPushButton::clicked, this, &QueuePanel::Remove);
     connect(add(1, 1, "cmdTakeAll", "Take all ...", "Take all that need no question into the Hangar"),
             &QPushButton::clicked, this, &QueuePanel::TakeAllChosen);
     connect(list, &QTreeWidget::currentItemChanged, this, &QueuePanel::ShowReason);
+    connect(list, &QTreeWidget::itemSelectionChanged, this, &QueuePanel::ShowWhatCanWork);
+    ShowWhatCanWork();
     connect(list, &QTreeWidget::itemDoubleClicked, this, &QueuePanel::TakeCurrent);
     connect(list, &QTreeWidget::customContextMenuRequested, this, &QueuePanel::ShowMenu);
 }
@@ -123,6 +125,11 @@ void QueuePanel::Show(const std::vector<QueuedArchive>& archives) {
         rows[int(row)]->setSelected(
             std::ranges::any_of(selected, [&](const QueuedArchive& before) { return isSame(before, shown[row]); }));
     ShowReason();
+    ShowWhatCanWork();
+}
+
+void QueuePanel::ShowWhatCanWork() {
+    cmdUnqueue->setEnabled(!list->selectedItems().isEmpty());
 }
 
 void QueuePanel::ShowReason() {

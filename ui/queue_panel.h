@@ -9,6 +9,7 @@
 
 class QLabel;
 class QMenu;
+class QPushButton;
 class QTreeWidget;
 
 namespace korvadex {
@@ -36,6 +37,7 @@ class QueuePanel : public QWidget {
   private:
     std::vector<int> Selected() const;
     void ShowReason();
+    void ShowWhatCanWork();
     void TakeCurrent();
     void Remove();
     void ShowMenu(const QPoint& at);
@@ -43,6 +45,7 @@ class QueuePanel : public QWidget {
     QLabel* lblQueue;
     QTreeWidget* list;
     QLabel* lblReason; // of the current row, for which the column is often too narrow
+    QPushButton* cmdUnqueue;
     std::vector<QueuedArchive> shown;
 };
 
