@@ -323,11 +323,11 @@ TEST_F(ManyArchives, GoIntoTheHangarInOneGo) {
                 .Expect("Are you sure you want to erase everything in the staging directory?", Answer::No);
             program->CopyStagingToHangar();
             const auto single = drive.Tree("Hangar\\Jets\\" + plane.title);
-            const auto batch = hangar.lower_bound(plane.title + "\\");
+            const std::string root = plane.title + "\\";
             for (const auto& [path, bytes] : single)
-                EXPECT_EQ(hangar.at(plane.title + "\\" + path), bytes) << path;
-            EXPECT_EQ(std::size_t(std::count_if(
-                          batch, hangar.end(), [&](auto& file) { return file.first.starts_with(plane.title + "\\"); })),
+                EXPECT_EQ(hangar.at(root + path), bytes) << path;
+            EXPECT_EQ(std::size_t(std::count_if(hangar.lower_bound(root), hangar.end(),
+                                                [&](auto& file) { return file.first.starts_with(root); })),
                       single.size() + 1);
             DeleteContents(drive.Files(), drive.At("Staging\\"));
             program->Refresh();
