@@ -225,7 +225,7 @@ TEST_F(Sides, WhatIsGreyWouldOnlyRefuse) {
             for (const Command& command : menu.commands) {
                 if (menu.side.value_or(side) != side || CanWork(command, form.view))
                     continue;
-                grey += " " + std::string(command.entry).substr(3);
+                grey.append(" ").append(std::string_view(command.entry).substr(3));
                 const auto before = now();
                 user.transcript.clear();
                 program->RunCommand(command.entry);
@@ -233,7 +233,7 @@ TEST_F(Sides, WhatIsGreyWouldOnlyRefuse) {
                 EXPECT_LE(user.transcript.size(), 2u) << command.entry; // a question, and why not
                 row.enter();
             }
-        EXPECT_EQ(grey, " LastArchives" + row.grey);
+        EXPECT_EQ(grey, std::string(" LastArchives").append(row.grey));
         if (!row.change)
             continue;
         row.change();
