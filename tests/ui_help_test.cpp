@@ -58,7 +58,7 @@ TEST_F(HelpPage, NamesEverySetting) {
     settings.historyLimits = {.commands = 3, .bytes = BytesOf(3)};
     settings.isCollectionShown = true;
     settings.layout = {.collectionWidth = 1, .pictureShare = 1, .isMaximised = true};
-    settings.LocationProfiles[0].lastPackage = "x";
+    settings.LocationProfiles[0].lastPackage = "Jets\\Lear";
     settings.lastArchives = {"a.zip"};
     ASSERT_TRUE(SaveSettings(drive.Files(), settings, WindowGeometry{}));
     const auto keys = All(QString::fromStdString(drive.Get("kx.ini")), "(\\w+=)");
