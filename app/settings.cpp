@@ -148,6 +148,8 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
             Extent(NumberIn(value), MostCollectionWidth).value_or(values.layout.collectionWidth);
     else if (key == "PICTURESHARE")
         values.layout.pictureShare = std::clamp(NumberIn(value), 0.0, 100.0);
+    else if (key == "QUEUESHARE")
+        values.layout.queueShare = std::clamp(NumberIn(value), 0.0, 100.0);
     else if (key == "MMAXIMISED")
         values.layout.isMaximised = value == "YES";
     else if (key.starts_with("LASTPACKAGE") && key.size() == 12 && IsDigit(key.back()))
@@ -219,7 +221,7 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
     take(values.historyLimits.commands, kept.historyLimits.commands, onDisk.historyLimits.commands);
     take(values.historyLimits.bytes, kept.historyLimits.bytes, onDisk.historyLimits.bytes);
     take(values.isCollectionShown, kept.isCollectionShown, onDisk.isCollectionShown);
-    for (const auto part : {&WindowLayout::collectionWidth, &WindowLayout::pictureShare})
+    for (const auto part : {&WindowLayout::collectionWidth, &WindowLayout::pictureShare, &WindowLayout::queueShare})
         take(values.layout.*part, kept.layout.*part, onDisk.layout.*part);
     take(values.layout.isMaximised, kept.layout.isMaximised, onDisk.layout.isMaximised);
 }
@@ -282,6 +284,8 @@ std::vector<std::string> Render(const SettingsValues& values, const std::optiona
         lines.push_back("COLLECTIONWIDTH=" + ShortestText(values.layout.collectionWidth));
     if (values.layout.pictureShare > 0)
         lines.push_back("PICTURESHARE=" + ShortestText(values.layout.pictureShare));
+    if (values.layout.queueShare > 0)
+        lines.push_back("QUEUESHARE=" + ShortestText(values.layout.queueShare));
     if (values.layout.isMaximised)
         lines.emplace_back("MMAXIMISED=YES");
     for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i)

@@ -36,6 +36,7 @@ struct SavedGeometry {
 struct WindowLayout {
     double collectionWidth = 0; // in twips
     double pictureShare = 0;    // of the picture and the fields above the lists, in per cent
+    double queueShare = 0;      // of the queue below the collection, in per cent
     bool isMaximised = false;
 
     bool operator==(const WindowLayout&) const = default;

@@ -57,12 +57,12 @@ TEST_F(HelpPage, NamesEverySetting) {
     settings.limits = {.DirMax = 501, .FileMax = 5001};
     settings.historyLimits = {.commands = 3, .bytes = BytesOf(3)};
     settings.isCollectionShown = true;
-    settings.layout = {.collectionWidth = 1, .pictureShare = 1, .isMaximised = true};
+    settings.layout = {.collectionWidth = 1, .pictureShare = 1, .queueShare = 1, .isMaximised = true};
     settings.LocationProfiles[0].lastPackage = "Jets\\Lear";
     settings.lastArchives = {"a.zip"};
     ASSERT_TRUE(SaveSettings(drive.Files(), settings, WindowGeometry{}));
     const auto keys = All(QString::fromStdString(drive.Get("kx.ini")), "(\\w+=)");
-    EXPECT_EQ(keys.size(), 26);
+    EXPECT_EQ(keys.size(), 27);
     for (const auto& key : keys)
         EXPECT_TRUE(page.contains("<code>" + key)) << key.toStdString();
 }

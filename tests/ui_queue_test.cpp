@@ -59,6 +59,16 @@ TEST_F(QueueWindow, IsUsedByKeysAndMenu) {
     EXPECT_TRUE(List().isVisible());
     WindowTest::Press(Qt::Key_F9);
     EXPECT_TRUE(List().isVisible());
+    auto& splitter = Control<QSplitter>(window, "splLeft");
+    QTest::mousePress(splitter.handle(1), Qt::LeftButton);
+    QTest::mouseMove(splitter.handle(1), splitter.handle(1)->rect().center() + QPoint(0, 30));
+    QTest::mouseRelease(splitter.handle(1), Qt::LeftButton);
+    const auto moved = splitter.sizes();
+    const WindowLayout layout = window.Layout();
+    EXPECT_GT(layout.queueShare, 0);
+    splitter.setSizes({moved[1], moved[0]});
+    window.ApplyLayout(layout);
+    EXPECT_EQ(splitter.sizes(), moved);
     EXPECT_FALSE(Control<QPushButton>(window, "cmdUnqueue").isEnabled());
     List().setCurrentItem(List().topLevelItem(0));
     EXPECT_TRUE(TabOrder(List()).mid(0, 5) ==

@@ -58,6 +58,17 @@ void Fill(QComboBox* box, const std::vector<std::string>& items, int index) {
     box->setCurrentIndex(index);
 }
 
+// Of the first of the two in it, in per cent.
+double FirstShare(const QSplitter& splitter) {
+    const auto sizes = splitter.sizes();
+    return 100.0 * sizes[0] / std::max(1, sizes[0] + sizes[1]);
+}
+
+void SetFirstShare(QSplitter& splitter, double share) {
+    const int first = int(std::lround(share * 100));
+    splitter.setSizes({first, 10000 - first});
+}
+
 void SetText(QLineEdit* box, const QString& text) {
     if (box->text() == text)
         return;
@@ -266,10 +277,9 @@ void frmHangar::ConnectCollection() {
     connect(panel, &CollectionPanel::NewCategoryChosen, this, [this] { Run([](Program& to) { to.NewCategory(); }); });
     connect(ui->splCollection, &QSplitter::splitterMoved, this,
             [this] { layout.collectionWidth = ui->scrLeft->width() * TwipsPerPixel; });
-    connect(ui->splMain, &QSplitter::splitterMoved, this, [this] {
-        const auto sizes = ui->splMain->sizes();
-        layout.pictureShare = 100.0 * sizes[0] / (sizes[0] + sizes[1]);
-    });
+    connect(ui->splMain, &QSplitter::splitterMoved, this, [this] { layout.pictureShare = FirstShare(*ui->splMain); });
+    connect(ui->splLeft, &QSplitter::splitterMoved, this,
+            [this] { layout.queueShare = 100 - FirstShare(*ui->splLeft); });
     readCollection->setInterval(ReadInterval);
     connect(readCollection, &QTimer::timeout, this, &frmHangar::ReadCollection);
 }
@@ -314,7 +324,10 @@ void frmHangar::ShowQueue(const MainView& view) {
     QueuePanel* panel = ui->pnlQueue;
     panel->Show(view.queue);
     const bool hadFocus = panel->isAncestorOf(focusWidget());
+    const bool isNew = panel->isHidden() && !view.queue.empty();
     panel->setVisible(!view.queue.empty());
+    if (isNew && layout.queueShare > 0)
+        SetFirstShare(*ui->splLeft, 100 - layout.queueShare);
     if (hadFocus && view.queue.empty())
         ui->cboPackageCategory->setFocus();
     ui->scrLeft->setVisible(view.isCollectionShown || !view.queue.empty());
@@ -529,8 +542,10 @@ void frmHangar::ApplyLayout(const WindowLayout& newLayout) {
     const int width = layout.collectionWidth > 0 ? int(std::lround(layout.collectionWidth / TwipsPerPixel))
                                                  : CollectionWidthAsDesigned;
     ui->splCollection->setSizes({width, std::max(1, this->width() - width)});
-    if (const int share = int(std::lround(layout.pictureShare * 100)); share > 0)
-        ui->splMain->setSizes({share, 10000 - share});
+    if (layout.pictureShare > 0)
+        SetFirstShare(*ui->splMain, layout.pictureShare);
+    if (layout.queueShare > 0)
+        SetFirstShare(*ui->splLeft, 100 - layout.queueShare);
     setWindowState(windowState().setFlag(Qt::WindowMaximized, layout.isMaximised));
 }
 
