@@ -70,9 +70,14 @@ void Program::ProcessLastArchive(int row) {
     const std::string path = archives[static_cast<std::size_t>(row)];
     bool isThere = false;
     Run([&] {
-        isThere = static_cast<bool>(files.Info(path));
+        const Status found = files.Info(path).status();
+        isThere = found.fault == FileFault::None;
         if (isThere)
             return;
+        if (found.fault != FileFault::NotFound || !files.IsDirectory(ParentDirectory(path)))
+            return user.Tell("The archive " + path + " cannot be read (" + DescribeFault(found) +
+                                 ").  Please make sure that its drive and its directory are there and try again.",
+                             MessageIcon::Exclamation);
         std::erase(archives, path);
         user.Tell("The archive " + path + " is no longer there.  It was taken off the list of the last archives.",
                   MessageIcon::Exclamation);
