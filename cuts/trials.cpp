@@ -370,7 +370,7 @@ class CommandTrials {
         return {call, isTold && IsMixture(now) ? Verdict::Told : Verdict::Neither, detail};
     }
 
-    // Each thing is as it was before or as it is after.
+    // Each thing is as it was before or as it is after; the settings may have what was chosen until the fault.
     bool IsMixture(const HostTree& now) const {
         const auto at = [](const HostTree& tree, const std::string& path) {
             const auto found = tree.find(path);
@@ -382,7 +382,7 @@ class CommandTrials {
                 paths.insert(path);
         return std::ranges::all_of(paths, [&](const std::string& path) {
             const TreeEntry there = at(now, path);
-            return there == at(before, path) || there == at(after, path);
+            return path == Settings || there == at(before, path) || there == at(after, path);
         });
     }
 
