@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
 
 namespace korvadex::test {
 
@@ -28,7 +29,7 @@ constexpr const char* AppDir = "C:\\App\\";
 class ReadyUser : public UserDialogs {
   public:
     explicit ReadyUser(bool saysNothing) : isSilent(saysNothing) {}
-    bool leavesChoiceOpen = false;
+    bool leavesChoiceOpen = false, hasNamedCategory = false;
 
     CheckedAnswer ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
                               const MessageOptions&) override {
@@ -41,7 +42,9 @@ class ReadyUser : public UserDialogs {
     }
     std::optional<std::string> AskText(const std::string& prompt, bool) override {
         Print(prompt);
-        return prompt.find("category") == prompt.npos ? std::nullopt : std::optional<std::string>("Renamed");
+        // A name that was not taken is asked for again.
+        const bool isNewCategory = prompt.find("category") != prompt.npos && !std::exchange(hasNamedCategory, true);
+        return isNewCategory ? std::optional<std::string>("Renamed") : std::nullopt;
     }
     std::optional<std::string> ChooseZipFile(const std::string&, const std::string&) override {
         return "C:\\Downloads\\Pair.zip";

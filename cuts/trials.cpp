@@ -179,8 +179,10 @@ class CommandTrials {
         const Lines uncut = ReadLines(place.Said());
         said.insert(uncut.begin(), uncut.end());
         RequireNone(From(after, RunUncut(place)), "another run ends otherwise");
-        if (trials.mode == "second")
+        if (trials.mode == "second") {
             afterTwice = RunUncut(place, 2);
+            settingsSeen.insert(afterTwice.at(Settings).bytes);
+        }
         if (const std::string reversed = CommandBefore(command); !reversed.empty()) {
             PrepareGround(reversed, base + "/goal");
             const HostTree goal = Read(base + "/goal");
