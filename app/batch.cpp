@@ -82,6 +82,8 @@ class Uninstall {
         if (lenders.contains(name)) // of two packages of one name
             return;
         BatchRemoval removal = RemoveInBatch(context, usage, ref);
+        if (!removal.outcome.removed.empty())
+            usage.Forget(removal.outcome.removed);
         std::ranges::move(removal.outcome.remainingGauges, std::back_inserter(summary.remainingGauges));
         if (!removal.outcome.unseen.empty())
             summary.unseen = removal.outcome.unseen;
@@ -150,7 +152,7 @@ std::vector<PackageRef> BorrowersFirst(CommandContext& context, const SimUsage& 
     return BorrowersOrder(context, usage, packages).Take();
 }
 
-BatchRemoval RemoveInBatch(CommandContext& context, SimUsage& usage, const PackageRef& ref) {
+BatchRemoval RemoveInBatch(CommandContext& context, const SimUsage& usage, const PackageRef& ref) {
     const std::string name = InstalledName(context, ref);
     if (name.empty()) {
         const std::string gone = DescribeGoneSimulator(context);

@@ -44,7 +44,7 @@ struct BatchRemoval {
     std::string reason = {}; // why it was left; "" also where the user was told of the aircraft that need it
     RemovalOutcome outcome = {};
 };
-BatchRemoval RemoveInBatch(CommandContext& context, SimUsage& usage, const PackageRef& ref);
+BatchRemoval RemoveInBatch(CommandContext& context, const SimUsage& usage, const PackageRef& ref);
 
 // "The following packages were kept ...", with the reasons: "Jets\Lear" where another category has a Lear too.
 void TellLeft(UserDialogs& user, const std::string& text, const std::vector<LeftPackage>& left,

@@ -128,8 +128,11 @@ void BatchRun::Take(PackageRef package, const NamingDeed& deed) {
         for (const Status& failure : history.TakeBackTo(mark))
             notes.push_back("Not all that it had changed could be taken back: " + failure.path + " (" +
                             DescribeFault(failure) + ").");
-    if (isDone)
+    if (isDone) {
         history.Remember(mark);
+        if (afterDone)
+            afterDone();
+    }
     if (!trouble) {
         CutShort("The disk had failed before its turn (" + DescribeFault(trouble) + ").");
         if (notes.empty())

@@ -51,6 +51,9 @@ class BatchRun {
     // From now on there are no more turns, for this reason.
     void CutShort(const std::string& reason);
 
+    // Called after a turn whose changes stay.
+    std::function<void()> afterDone;
+
     // Where what prepares the turns works.
     CommandContext context;
 

@@ -143,9 +143,15 @@ void Program::RemoveEach(const Packages& packages) {
             packages, [&](BatchRun& batch, const Packages& chosen) {
                 TakeStock();
                 SimUsage usage = UsageOf(batch.context, selection.Hangar());
+                std::string removed;
+                batch.afterDone = [&] {
+                    if (!removed.empty())
+                        usage.Forget(removed);
+                };
                 batch.TakeEach(BorrowersFirst(batch.context, usage, chosen),
                                [&](CommandContext& each, const PackageRef& ref) {
                                    const BatchRemoval removal = RemoveInBatch(each, usage, ref);
+                                   removed = removal.outcome.removed;
                                    if (removal.isNotInstalled)
                                        each.user.Tell("This package is not currently installed in Flight Simulator.");
                                    for (const std::string& reason : {removal.reason, removal.outcome.unseen})
@@ -232,11 +238,11 @@ void Program::DeleteEach(const Packages& packages) {
                 Packages order = LendersFirst(batch.context, chosen);
                 std::ranges::reverse(order);
                 ConfigUsage usage = UsageInHangar(batch.context, chosen);
+                std::string removed;
+                batch.afterDone = [&] { usage.Forget(removed); };
                 batch.LoadEach(order, [&](CommandContext& each, const LoadedPackage& loaded) {
-                    const bool isGone = RemoveFromHangar(each, loaded, {}, &usage).renamed.has_value();
-                    if (isGone)
-                        usage.Forget(loaded.path);
-                    return isGone;
+                    removed = loaded.path;
+                    return RemoveFromHangar(each, loaded, {}, &usage).renamed.has_value();
                 });
             });
 }

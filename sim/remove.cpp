@@ -20,7 +20,7 @@ namespace {
 // One removal, whose installed directory is known.
 class Removal {
   public:
-    Removal(CommandContext& command, const LoadedPackage& loaded, std::string installed, SimUsage* simUsage,
+    Removal(CommandContext& command, const LoadedPackage& loaded, std::string installed, const SimUsage* simUsage,
             bool isQuiet)
         : context(command), package(loaded), directory(std::move(installed)), usage(simUsage), QuietMode(isQuiet) {}
 
@@ -123,8 +123,8 @@ class Removal {
     void Delete() {
         const Status status = DeleteDirectory(context, directory, directory + std::string(InstallRecordFile));
         outcome.changes = {.simulator = true, .package = true};
-        if (status && usage)
-            usage->Forget(directory);
+        if (status)
+            outcome.removed = directory;
         if (!status && QuietMode)
             outcome.kept = DescribeRemaining(status);
         else if (!status)
@@ -136,14 +136,15 @@ class Removal {
     CommandContext& context;
     const LoadedPackage& package;
     const std::string directory; // ends in a backslash
-    SimUsage* usage;
+    const SimUsage* usage;
     const bool QuietMode;
     RemovalOutcome outcome;
 };
 
 } // namespace
 
-RemovalOutcome RemoveFromSim(CommandContext& context, const LoadedPackage& package, SimUsage* usage, bool QuietMode) {
+RemovalOutcome RemoveFromSim(CommandContext& context, const LoadedPackage& package, const SimUsage* usage,
+                             bool QuietMode) {
     const std::string installed = FindSimAircraftDirectory(context.files, context.locations, package.ref.name);
     if (installed.empty()) {
         if (!QuietMode)

@@ -34,6 +34,8 @@ class SimTest : public CommandTest {
     void RunRemoval(FileSystem& files) {
         CommandContext disk = On(files);
         removal = RemoveFromSim(disk, package, knownUsage, QuietMode);
+        if (knownUsage && !removal.removed.empty())
+            knownUsage->Forget(removal.removed);
         EXPECT_FALSE(display.isProgressVisible);
     }
     // Puts the selected package into the simulator; its panel finds all its gauges.
