@@ -83,7 +83,8 @@ Overview BuildReport(const std::string& caption, const std::string& headline, co
     return {caption, std::move(report.lines)};
 }
 
-void TellReport(UserDialogs& user, const std::string& done, const std::vector<Turn>& turns) {
+void TellReport(UserDialogs& user, const std::string& headline, const std::string& ofTheOthers,
+                const std::vector<Turn>& turns) {
     const bool isAllDone = std::ranges::all_of(turns, &Turn::isDone);
     if (std::ranges::all_of(turns, IsPlain))
         user.Tell("Done.");
@@ -91,8 +92,7 @@ void TellReport(UserDialogs& user, const std::string& done, const std::vector<Tu
         user.Tell("Done.\r\n\r\nThere is something to be said about some of the packages, as shown in the list.",
                   MessageIcon::Information);
     else
-        user.Tell(CountDone(done, turns) + "\r\n\r\nThe others were left as they were.  The list shows the reasons.",
-                  MessageIcon::Exclamation);
+        user.Tell(headline + "\r\n\r\n" + ofTheOthers + "  The list shows the reasons.", MessageIcon::Exclamation);
 }
 
 } // namespace korvadex

@@ -70,7 +70,7 @@ bool Program::RunForOne(const Packages& packages, const std::function<void()>& s
 
 std::vector<Turn> Program::GoThrough(std::size_t count, const std::vector<Place>& places,
                                      const std::function<void(BatchRun&)>& work) {
-    UnattendedUser nobody;
+    UnattendedUser nobody(user.IsAskedInBatches() ? &user : nullptr);
     BatchProgress progress(*this, window, count, [this] { return WantsToStop(); });
     BatchRun batch(context, history, progress, nobody, places);
     struct Unattended {
@@ -114,10 +114,10 @@ void Program::RunEach(EachCommand command, Packages packages,
             ForgetGoneLenders();
             ShowChanges({.hangar = true, .simulator = true, .package = true});
         }
-        ShowStatus(CountDone(command.done, turns));
-        fileList.Show(
-            BuildReport(caption, CountDone(command.done, turns), command.done, turns, files, settings.locations));
-        TellReport(user, command.done, turns);
+        const std::string headline = CountDone(command.done, turns);
+        ShowStatus(headline);
+        fileList.Show(BuildReport(caption, headline, command.done, turns, files, settings.locations));
+        TellReport(user, headline, "The others were left as they were.", turns);
     });
 }
 

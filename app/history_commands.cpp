@@ -67,8 +67,7 @@ std::string NameInHangar(const Locations& locations, const std::string& path) {
 
 void Program::OpenHistory() {
     const auto ask = [this](const std::string& question) {
-        return unattended ? unattended->Refuse(question)
-                          : user.AskYesNo(question, MessageIcon::Exclamation, Answer::No);
+        return unattended ? unattended->Refuse(question) : AskInTheMidst(question);
     };
     history.Files().mayDelete = [ask](const Status& why) {
         return ask("What goes now cannot be kept in " + why.path + " (" + DescribeFault(why) +
@@ -82,6 +81,16 @@ void Program::OpenHistory() {
     history.SetLimits(settings.historyLimits);
     history.Open(settings.AppDir + HistoryDirectory);
     SettleCutOff();
+}
+
+// Who asks has files open: nothing may be thrown through that.
+bool Program::AskInTheMidst(const std::string& question) {
+    try {
+        return user.AskYesNo(question, MessageIcon::Exclamation, Answer::No);
+    } catch (const Asked&) {
+        isUnanswered = true;
+        return false;
+    }
 }
 
 void Program::SettleCutOff() {
@@ -194,18 +203,27 @@ void Program::EndBroken(const std::exception& trouble) {
 }
 
 void Program::EndStopped(const Stopped& stop) {
+    EndHalfDone("The command was stopped.", stop.stays, MessageIcon::None);
+}
+
+void Program::EndUnanswered() {
+    isUnanswered = false;
+    if (!hasStarted)
+        throw ProgramEnd{};
+    EndHalfDone("The command was ended, as its question was not answered.", "", MessageIcon::Exclamation);
+}
+
+void Program::EndHalfDone(const std::string& text, std::string stays, MessageIcon icon) {
     stopsAtStep = false;
     window.HideProgress();
     window.OfferStop(false);
     ShowStatus("");
-    const std::string text = "The command was stopped.";
-    std::string stays = stop.stays;
     if (stays.empty() && history.Files().IsWithoutLog())
         stays = "What it has changed so far was not written down, and stays as it is.";
     if (!stays.empty()) {
         ShowChanges({.hangar = true, .simulator = true, .package = true});
         EndJournal();
-        return user.Tell(text + "  " + stays);
+        return user.Tell(text + "  " + stays, icon);
     }
     const bool hasChanged = history.HasChanged();
     static_cast<void>(history.End(false));
@@ -213,7 +231,7 @@ void Program::EndStopped(const Stopped& stop) {
         return TellTakenBack(text);
     LoadShownSide(); // it may have been in the middle of that
     static_cast<void>(history.End());
-    user.Tell(text + "  Nothing was changed.");
+    user.Tell(text + "  Nothing was changed.", icon);
 }
 
 void Program::TellTakenBack(const std::string& why) {

@@ -181,7 +181,8 @@ LocationsOutcome ValidateLocations(FileSystem& files, UserDialogs& user, Program
             settings = entered;
             return LocationsOutcome::Valid;
         }
-        if (!user.AskYesNo("Continue location entry?  "
+        if (!dialogs.CanEnterLocations() ||
+            !user.AskYesNo("Continue location entry?  "
                            "If 'No', Korvadex will end since it needs valid directory locations to operate properly."))
             return LocationsOutcome::GivenUp;
         showNow = true;

@@ -2,10 +2,12 @@
 
 #include "app/settings.h"
 #include "package/scratch.h"
+#include "platform/environment.h"
 #include "platform/windows_path.h"
 
 #include <algorithm>
 #include <cctype>
+#include <stdexcept>
 
 namespace korvadex {
 
@@ -30,6 +32,16 @@ Status MakeDirectories(FileSystem& files, const std::string& path) {
     if (const auto status = MakeDirectories(files, ParentDirectory(path)); !status)
         return status;
     return files.CreateDirectory(path);
+}
+
+Result<std::string> NamedDirectory(const FileSystem& files, const std::string& home) {
+    const auto host = AbsoluteHostPath(home);
+    const auto path = IsDrivePath(home) ? home : files.PathFromHost(host);
+    if (!path)
+        return Status{FileFault::BadName, host, 0};
+    if (!files.IsDirectory(*path))
+        throw std::runtime_error("KORVADEX_HOME names " + home + ", which is not a directory.");
+    return AddBackslash(*path);
 }
 
 std::string UrlOf(std::string hostPath) {
@@ -76,6 +88,20 @@ Result<std::string> SettingsDirectory(FileSystem& files, const std::string& exec
     if (const auto status = MakeDirectories(files, path); !status)
         return status;
     return AddBackslash(path);
+}
+
+std::string AppDirectory(FileSystem& files, const std::string& executable) {
+    const auto home = EnvironmentVariable("KORVADEX_HOME");
+    const auto directory = home.empty() ? SettingsDirectory(files, executable, UserDataDirectory() + "/korvadex")
+                                        : NamedDirectory(files, home);
+    if (directory)
+        return *directory;
+    const auto [fault, path, nativeCode] = directory.status();
+    throw std::runtime_error("Korvadex keeps its settings in " + path +
+                             (fault == FileFault::BadName
+                                  ? ", but none of the drives that it knows leads there"
+                                  : ", which could not be made (" + DescribeFault(directory.status()) + ")") +
+                             ".  Set KORVADEX_HOME to a directory on one of the drives.");
 }
 
 } // namespace korvadex

@@ -26,4 +26,8 @@ std::string PageAt(FileSystem& files, const std::string& appDir, const std::stri
 Result<std::string> SettingsDirectory(FileSystem& files, const std::string& executable,
                                       const std::string& userDirectory);
 
+// The same for this run, or the directory that $KORVADEX_HOME names, as a path of the host or with a drive letter.
+// Throws std::runtime_error, with a text for the user, where there is none.
+std::string AppDirectory(FileSystem& files, const std::string& executable);
+
 } // namespace korvadex

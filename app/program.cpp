@@ -3,6 +3,7 @@
 #include "app/commands.h"
 #include "app/own_files.h"
 #include "app/profiles.h"
+#include "app/unattended.h"
 #include "archive/viewing_copy.h"
 #include "media/notes.h"
 #include "package/component_files.h"
@@ -76,7 +77,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
 void Program::Do(const CommandTitle& title, const std::function<void()>& command) {
     auto ofStaging = std::tie(view.packageName, view.proposedName, importedAircraft, stagedAircraft);
     const std::tuple<std::string, std::string, std::string, std::string> before = ofStaging;
-    stopsAtStep = false;
+    stopsAtStep = isUnanswered = false;
     try {
         ShowStatus("");
         followed.clear();
@@ -85,10 +86,15 @@ void Program::Do(const CommandTitle& title, const std::function<void()>& command
                 history.Begin(title);
             command();
         }
+        if (isUnanswered)
+            throw Asked{};
         EndJournal();
     } catch (const Stopped& stop) {
         ofStaging = before;
         EndStopped(stop);
+    } catch (const Asked&) {
+        ofStaging = before;
+        EndUnanswered();
     } catch (const std::exception& trouble) {
         EndBroken(trouble);
     }

@@ -38,6 +38,13 @@ struct UnpackedArchive;
 struct LeftPackage;
 struct Turn;
 
+// Who gives the commands of this run.
+enum class RunFor {
+    Window,
+    Commands, // given one by one, with no window that comes back to what was shown; ends where it may only look
+    Looking   // nothing is changed, not even put in order; what others have for themselves stays theirs
+};
+
 // Each public command runs to its end before the next: one that arrives while another waits for an answer is
 // dropped, and none runs after the program has ended.
 class Program : private CommandDisplay {
@@ -50,7 +57,7 @@ class Program : private CommandDisplay {
     Program& operator=(const Program&) = delete;
 
     // The main window's start-up. False when the program is to end (EndProgram was called).
-    bool Start();
+    bool Start(RunFor giver = RunFor::Window);
     // Saves kx.ini and ends. Runs once, however often it is called. While a command runs it says that the program ends
     // when that has come to its end, one for many packages after the one at hand; until then the window is to stay open
     // (EndProgram was not called).
@@ -177,6 +184,11 @@ class Program : private CommandDisplay {
     // All that wait, one after the other, as one command of the history; a report in the list window says what came of
     // each. What would need an answer, or has something to tell, stays in the queue with that as its reason.
     void TakeAllArchives();
+    // The same of these archives, and of those in these directories; what is left does not come into the queue.
+    void TakeArchives(const std::vector<std::string>& paths);
+    // Aircraft of the simulator that no category of the Hangar holds, and these into the Hangar in the same way.
+    std::vector<std::string> ImportableAircraft();
+    void ImportEach(const std::vector<std::string>& aircraft);
 
     // On the package of the Hangar that is shown; nothing on the Staging side, from where only these two go to the
     // Hangar side first.
@@ -242,6 +254,8 @@ class Program : private CommandDisplay {
     void Run(const std::function<void()>& command) { Run({}, command); }
     // The command itself; what an exception leaves of it is taken back.
     void Do(const CommandTitle& title, const std::function<void()>& command);
+    // The question of one who goes on when the answer is No. Where nobody answers, the command is taken back then.
+    bool AskInTheMidst(const std::string& question);
     // A command on what is shown: the package, or Staging under the name that it is to get.
     CommandTitle Titled(const std::string& name) const;
     // Brings choosers, lists and the loaded package to what a command has left, and shows it.
@@ -363,6 +377,8 @@ class Program : private CommandDisplay {
     // queue_commands.cpp
     void OpenQueue();
     void KeepQueue(const Status& saved); // tells when it was not
+    // See FindArchives; tells what there is to say of them.
+    std::vector<QueuedArchive> LookForArchives(const std::vector<std::string>& paths);
     void Enqueue(const std::vector<QueuedArchive>& archives);
     // True when the first of those that wait is to be taken.
     bool AddOrEnqueue(const std::vector<QueuedArchive>& archives);
@@ -385,8 +401,18 @@ class Program : private CommandDisplay {
     std::string AskCategoryForAll(); // makes it where it is new; "" when there is none
     // False when it is to be left; otherwise it is in the Hangar, and Staging as it was.
     bool TakeUnattended(CommandContext& each, const QueuedArchive& archive, PackageRef& made);
-    void ShowTaken(const std::string& caption, const std::vector<QueuedArchive>& waiting, bool isKept,
-                   std::vector<Turn> turns);
+    bool ImportUnattended(CommandContext& each, const std::string& aircraft, PackageRef& made);
+    // What the turn has brought into Staging since the mark, from this directory alone; without a name in made it gets
+    // one.
+    bool CopyStagedUnattended(CommandContext& each, const HistoryMark& mark, const std::string& from,
+                              const std::string& caption, PackageRef& made);
+    // Each in a turn of its own, in a category that the user is asked for.
+    void TakeIntoHangar(const CommandTitle& title, const std::vector<std::string>& names,
+                        const std::function<bool(CommandContext&, std::size_t, PackageRef&)>& take,
+                        const std::function<void(std::vector<Turn>)>& show);
+    void TakeEachArchive(const std::vector<QueuedArchive>& archives, const char* ofTheOthers);
+    void ShowTaken(const std::string& caption, const std::string& what, std::vector<Turn> turns,
+                   const char* ofTheOthers);
 
     // batch_commands.cpp
     std::vector<PackageRef> PackagesInBatch(bool isCategoryOnly);
@@ -436,6 +462,9 @@ class Program : private CommandDisplay {
     void EndBroken(const std::exception& trouble);
     // Stop was pressed.
     void EndStopped(const Stopped& stop);
+    void EndUnanswered();
+    // Half of it is taken back, unless it stays as this says.
+    void EndHalfDone(const std::string& text, std::string stays, MessageIcon icon);
     void TellTakenBack(const std::string& why);
     void SetSubject(const std::string& subject);          // of the running command
     bool Reverse(const HistoryEntry* entry, bool isUndo); // false, after a message, when it cannot be
@@ -479,6 +508,8 @@ class Program : private CommandDisplay {
     ListWindow fileList{window, files, settings.locations};
     GalleryWindow gallery{window, files, settings.locations, settings.limits};
     UnattendedUser* unattended = nullptr; // while a command for many packages runs
+    RunFor runsFor = RunFor::Window;
+    bool isUnanswered = false; // a question in the midst of the running command
     bool isRunning = false;
     bool isStopWanted = false, stopsAtStep = false;
     bool isEnded = false;

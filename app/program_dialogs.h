@@ -28,6 +28,8 @@ class HistoryEditor;
 class ProgramDialogs {
   public:
     virtual ~ProgramDialogs() = default;
+    // False where wrong locations cannot be mended now.
+    virtual bool CanEnterLocations() const { return true; }
     // frmLocations with the non-empty profiles of settings; at a first start, with what can be proposed where nothing
     // was entered yet. The check box changes settings.AskLocationAtStart at once. None when the dialog was closed
     // without cmdAccept.

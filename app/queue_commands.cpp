@@ -53,18 +53,22 @@ void Program::OfferArchives(const std::vector<std::string>& paths) {
         EnsureStagingSide();
         if (!IsStagingReady())
             return;
-        const FoundArchives found = FindArchives(files, settings.locations, paths);
-        if (!found.unreadable.empty())
-            user.Tell("The following directories could not be searched for archives ...\r\n\r\n" +
-                          ListNames(found.unreadable) +
-                          "\r\n\r\nPlease make sure that they are there and that you may read them, and try again.",
-                      MessageIcon::Exclamation);
-        else if (found.archives.empty())
-            user.Tell("There is no zip archive in what you have chosen.", MessageIcon::Exclamation);
-        isToTake = AddOrEnqueue(found.archives);
+        isToTake = AddOrEnqueue(LookForArchives(paths));
     });
     if (isToTake)
         TakeNextArchive();
+}
+
+std::vector<QueuedArchive> Program::LookForArchives(const std::vector<std::string>& paths) {
+    FoundArchives found = FindArchives(files, settings.locations, paths);
+    if (!found.unreadable.empty())
+        user.Tell("The following directories could not be searched for archives ...\r\n\r\n" +
+                      ListNames(found.unreadable) +
+                      "\r\n\r\nPlease make sure that they are there and that you may read them, and try again.",
+                  MessageIcon::Exclamation);
+    else if (found.archives.empty())
+        user.Tell("There is no zip archive in what you have chosen.", MessageIcon::Exclamation);
+    return std::move(found.archives);
 }
 
 bool Program::AddOrEnqueue(const std::vector<QueuedArchive>& archives) {

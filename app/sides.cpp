@@ -136,7 +136,7 @@ void Program::ShowLoaded() {
     view.imageIndex = package.pictures.empty() ? 0 : 1;
     view.sizeText = SizeText(package);
     view.sizeDetails = SizeDetails(package);
-    if (!package.ref.IsNone())
+    if (!package.ref.IsNone() && runsFor == RunFor::Window)
         settings.ActiveProfile().lastPackage = package.ref.Text();
     const int group = GroupToOpen(package);
     if (package.path != openedPath || wasOpenedEmpty) {

@@ -34,13 +34,15 @@ std::string CutOffIn(const std::vector<HeldPlace>& places) {
 
 } // namespace
 
-bool Program::Start() {
+bool Program::Start(RunFor giver) {
+    runsFor = giver;
     Run([&] { StartUp(); });
     return !isEnded;
 }
 
 void Program::StartUp() {
-    locks.Take(settings.AppDir, {});
+    if (runsFor != RunFor::Looking)
+        locks.Take(settings.AppDir, {});
     const auto loaded = LoadSettings(files, window.Screen(), settings);
     if (!loaded) {
         isSaved = true; // what cannot be read is not written over
@@ -66,19 +68,31 @@ void Program::StartUp() {
     window.ApplyLayout(settings.layout);
     const auto geometry = window.Geometry();
     view.isCollectionShown = settings.isCollectionShown.value_or(geometry && geometry->width >= WidthForCollection);
+    if (runsFor == RunFor::Looking) {
+        RefreshSelection();
+        ShowHangarSide(false);
+        hasStarted = true;
+        return;
+    }
 
     auto request = RequestLocations(LocationsCaller::StartUp, isFirstRun);
     request.RestartedAfterLocationChange = TakeMarker();
     const auto outcome = ValidateLocations(files, user, dialogs, request, settings);
     if (outcome != LocationsOutcome::Valid)
         throw ProgramEnd{};
-    EnterPlaces();
+    if (runsFor == RunFor::Window)
+        EnterPlaces();
+    else if (!EnterPlaces(NothingChanged))
+        throw ProgramEnd{};
     if (settings != settings.kept)
         KeepSettings();
     if (looksOnly)
         OpenQueue(); // otherwise it is open
     RefreshSelection();
-    ShowFirstPackage();
+    if (runsFor == RunFor::Window)
+        ShowFirstPackage();
+    else
+        ShowHangarSide(false);
     hasStarted = true;
 }
 
@@ -244,6 +258,8 @@ void Program::SaveForSessionEnd() {
 Status Program::Save() {
     if (!locks.HasSettings())
         return {}; // another program keeps its own there
+    if (runsFor != RunFor::Window && settings == settings.kept)
+        return {};
     if (const auto list = window.ListGeometry())
         settings.ListWindowGeometry = *list;
     settings.layout = window.Layout();

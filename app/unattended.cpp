@@ -18,6 +18,19 @@ std::string InOneLine(const std::string& text) {
     return line;
 }
 
+// The answer of someone who may know it.
+template<class Ask>
+auto Put(UserDialogs* someone, const std::string& subject, Ask ask) -> std::optional<decltype(ask(*someone))> {
+    if (!someone)
+        return std::nullopt;
+    const SubjectScope about(*someone, subject);
+    try {
+        return ask(*someone);
+    } catch (const Asked&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 bool UnattendedUser::Refuse(const std::string& question) {
@@ -26,9 +39,12 @@ bool UnattendedUser::Refuse(const std::string& question) {
     return false;
 }
 
-CheckedAnswer UnattendedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon,
-                                          const MessageOptions&) {
+CheckedAnswer UnattendedUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                                          const MessageOptions& options) {
     if (buttons != MessageButtons::Ok) {
+        if (const auto answer = Put(someone, subject,
+                                    [&](UserDialogs& user) { return user.ShowMessage(text, buttons, icon, options); }))
+            return *answer;
         Refuse(text);
         throw Asked{};
     }
@@ -37,7 +53,10 @@ CheckedAnswer UnattendedUser::ShowMessage(const std::string& text, MessageButton
     return {Answer::Ok, false};
 }
 
-std::optional<std::string> UnattendedUser::AskText(const std::string& prompt, bool) {
+std::optional<std::string> UnattendedUser::AskText(const std::string& prompt, bool isSecret) {
+    if (const auto text = Put(someone, subject, [&](UserDialogs& user) { return user.AskText(prompt, isSecret); });
+        text && *text)
+        return *text;
     Refuse(prompt);
     return std::nullopt;
 }
@@ -47,7 +66,10 @@ std::optional<std::string> UnattendedUser::ChooseZipFile(const std::string& titl
     return std::nullopt;
 }
 
-std::optional<int> UnattendedUser::ChooseConfiguration(const std::vector<ConfigurationRow>&) {
+std::optional<int> UnattendedUser::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {
+    if (const auto row = Put(someone, subject, [&](UserDialogs& user) { return user.ChooseConfiguration(rows); });
+        row && *row)
+        return *row;
     Refuse("This aircraft has several configurations.");
     return std::nullopt;
 }
@@ -58,7 +80,8 @@ void UnattendedUser::ShowInstallStatus(const std::string& text) {
 }
 
 void UnattendedUser::ShowImportStatus(const std::string& text) {
-    notes.push_back(InOneLine(text));
+    if (!text.ends_with("Import will now continue ..."))
+        notes.push_back(InOneLine(text));
 }
 
 void UnattendedUser::ShowRename(const RenameForm&) {

@@ -8,11 +8,14 @@
 
 namespace korvadex {
 
-// Thrown at a message that asks: whoever gave the command leaves the package as it was.
+// Thrown at a question that nobody answers: what the package's command, or a single one, has changed is taken back.
 struct Asked {};
 
 class UnattendedUser : public UserDialogs {
   public:
+    // answering: who may know answers all the same, or throws Asked.
+    explicit UnattendedUser(UserDialogs* answering = nullptr) : someone(answering) {}
+
     // What was told, but for "Done.", and what was asked.
     std::vector<std::string> notes;
     // Of what needs an answer that cannot be thrown at this is the only trace: it was given up.
@@ -33,6 +36,9 @@ class UnattendedUser : public UserDialogs {
     void ShowUnusedGauges(const UnusedGaugesForm& form) override;
     void ShowMSFSImport(const ImportForm& form) override;
     void ShowInfo(const InfoForm& form) override;
+
+  private:
+    UserDialogs* const someone;
 };
 
 } // namespace korvadex

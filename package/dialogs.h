@@ -36,6 +36,8 @@ class UserDialogs {
 
     // What the running command is about: stands in the title line of every message and question.
     std::string subject;
+    // Whether he is asked also while many packages are gone through.
+    virtual bool IsAskedInBatches() const { return false; }
     // Called before the user is told something, and reads it for as long as he likes.
     std::function<void()> beforeTell;
 

@@ -23,23 +23,6 @@ bool HasAircraftParts(const CommandContext& context, const std::string& director
            HasSubdirectory(context.files, directory + "\\", "model");
 }
 
-std::vector<std::string> Candidates(CommandContext& context) {
-    const std::string& hangar = context.locations.HangarDir;
-    const std::string aircraft = context.locations.Aircraft();
-    const std::vector<std::string> categories = SubdirectoryNames(context.files, hangar);
-    const auto isInHangar = [&](const std::string& name) {
-        return std::ranges::any_of(categories, [&](const std::string& category) {
-            return HasSubdirectory(context.files, hangar + category + "\\", name) ||
-                   HasSubdirectory(context.files, hangar + category + "\\", UnderscoresToSpaces(name));
-        });
-    };
-    std::vector<std::string> names = SubdirectoryNames(context.files, aircraft);
-    std::erase_if(names, [&](const std::string& name) {
-        return !HasAircraftParts(context, aircraft + name) || isInHangar(name);
-    });
-    return names;
-}
-
 // One aircraft of the simulator on its way to Staging.
 class Import {
   public:
@@ -193,9 +176,30 @@ class Import {
 
 } // namespace
 
+std::vector<std::string> ImportableAircraft(CommandContext& context) {
+    const std::string& hangar = context.locations.HangarDir;
+    const std::string aircraft = context.locations.Aircraft();
+    const std::vector<std::string> categories = SubdirectoryNames(context.files, hangar);
+    const auto isInHangar = [&](const std::string& name) {
+        return std::ranges::any_of(categories, [&](const std::string& category) {
+            return HasSubdirectory(context.files, hangar + category + "\\", name) ||
+                   HasSubdirectory(context.files, hangar + category + "\\", UnderscoresToSpaces(name));
+        });
+    };
+    std::vector<std::string> names = SubdirectoryNames(context.files, aircraft);
+    std::erase_if(names, [&](const std::string& name) {
+        return !HasAircraftParts(context, aircraft + name) || isInHangar(name);
+    });
+    return names;
+}
+
+bool ImportIntoEmptyStaging(CommandContext& context, const std::string& aircraft) {
+    return Import(context, aircraft).Run(false);
+}
+
 std::string ImportFromSim(CommandContext& context, std::string_view before) {
     std::string chosen;
-    const std::vector<std::string> names = Candidates(context);
+    const std::vector<std::string> names = ImportableAircraft(context);
     const auto accept = [&](int row) {
         if (row < 0 || row >= std::ssize(names)) {
             context.user.Tell("Please pick a package by selecting it and selecting 'OK' or by double clicking it.");

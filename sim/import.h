@@ -17,6 +17,12 @@ struct ImportForm {
     std::function<bool(int row)> accept;
 };
 
+// The aircraft of the simulator that no category of the Hangar holds.
+std::vector<std::string> ImportableAircraft(CommandContext& context);
+
+// Copies this one into an empty Staging, as ImportFromSim does.
+bool ImportIntoEmptyStaging(CommandContext& context, const std::string& aircraft);
+
 // Shows frmMSFSImport with the aircraft that no category of the Hangar holds, and copies the chosen one with
 // its directories. The name of the aircraft that was imported, "" when the user chose none or nothing was
 // copied: then RunImportGaugeStep (sim/gauge_check.h) is to follow, after Staging has been loaded. Files that are in

@@ -1,6 +1,5 @@
 #include "app/own_files.h"
 #include "app/program.h"
-#include "platform/windows_path.h"
 #include "ui/dialogs.h"
 #include "ui/end_signals.h"
 #include "ui/frmHangar.h"
@@ -12,41 +11,10 @@
 #include "ui/single_instance.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QStandardPaths>
-
-#include <stdexcept>
 
 namespace korvadex {
 
 namespace {
-
-// $KORVADEX_HOME, as a path of the host or with a drive letter.
-Result<std::string> NamedDirectory(const FileSystem& files, const QString& home) {
-    const auto host = FromQt(QDir(home).absolutePath());
-    const auto path = IsDrivePath(FromQt(home)) ? FromQt(home) : files.PathFromHost(host);
-    if (!path)
-        return Status{FileFault::BadName, host, 0};
-    if (!files.IsDirectory(*path))
-        throw std::runtime_error("KORVADEX_HOME names " + FromQt(home) + ", which is not a directory.");
-    return AddBackslash(*path);
-}
-
-// The directory of kx.ini, ending in a backslash.
-std::string AppDirectory(FileSystem& files) {
-    const QString home = qEnvironmentVariable("KORVADEX_HOME");
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/korvadex";
-    const auto directory =
-        home.isEmpty() ? SettingsDirectory(files, RunningExecutable(), FromQt(data)) : NamedDirectory(files, home);
-    if (directory)
-        return *directory;
-    const auto [fault, path, nativeCode] = directory.status();
-    throw std::runtime_error("Korvadex keeps its settings in " + path +
-                             (fault == FileFault::BadName
-                                  ? ", but none of the drives that it knows leads there"
-                                  : ", which could not be made (" + DescribeFault(directory.status()) + ")") +
-                             ".  Set KORVADEX_HOME to a directory on one of the drives.");
-}
 
 void TellTrouble(const std::exception& trouble) {
     const auto text = "Korvadex cannot start.\n\n" + QString::fromUtf8(trouble.what());
@@ -65,7 +33,7 @@ void ComeToFront(frmHangar& hangar) {
 
 int RunProgram() {
     const auto files = MakeHostFileSystem();
-    const auto appDir = AppDirectory(*files);
+    const auto appDir = AppDirectory(*files, RunningExecutable());
     SingleInstance instance(ToQt(files->HostPath(appDir)));
     const auto place = instance.Claim();
     if (place == SingleInstance::Outcome::Busy)
