@@ -1,0 +1,45 @@
+#include "cli/screen.h"
+
+#include "platform/code_page.h"
+
+namespace korvadex {
+
+namespace {
+
+constexpr std::size_t MostLetters = 70;
+
+} // namespace
+
+void TextScreen::Write(std::ostream& stream, const std::string& text) {
+    HideProgress();
+    hasSpoken = true;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (text[i] != '\r' || text.substr(i, 2) != "\r\n")
+            stream << text[i];
+    stream.flush();
+}
+
+bool TextScreen::ReadLine(std::string& line) {
+    if (!std::getline(streams.in, line))
+        return false;
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
+void TextScreen::ShowProgress(int percent, const std::string& status) {
+    const std::string line = std::to_string(percent) + " %  " + std::string(FirstLetters(status, MostLetters));
+    if (!streams.isErrorTerminal || line == progress)
+        return;
+    HideProgress();
+    streams.error << line << std::flush;
+    progress = line;
+}
+
+void TextScreen::HideProgress() {
+    if (!progress.empty())
+        streams.error << "\r" << std::string(progress.size(), ' ') << "\r" << std::flush;
+    progress.clear();
+}
+
+} // namespace korvadex
