@@ -103,7 +103,7 @@ Work LoadRoad(const Drive& drive) {
             [] {},
             {{"korvadex",
               Ours(drive, [count](Command& command) { return ListedFiles(Load(command, ManyFilesPackage)) == count; })},
-             {"find -printf", Tool({"find", package, "-printf", "%p %s %T@\\n"}), 3.0}},
+             {"find -printf", Tool({"find", package, "-printf", "%p %s %T@\\n"}), 1.5}},
             [] { return true; }};
 }
 

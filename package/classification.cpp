@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_set>
+#include <iterator>
 
 namespace korvadex {
 
@@ -61,37 +61,44 @@ std::span<const FilePattern> PatternsOf(Group group) {
 }
 
 FileList CollectGroup(const Tree& tree, Group group, const PanelBitmapNames& names, const WalkLimits& limits) {
-    FileList list;
-    const auto append = [&list](FileList more) {
-        if (list.cut == ListCut::None)
-            list.cut = more.cut;
-        list.entries.insert(list.entries.end(), std::make_move_iterator(more.entries.begin()),
-                            std::make_move_iterator(more.entries.end()));
-    };
+    const auto fileMax = static_cast<std::size_t>(limits.FileMax);
+    const std::span<const FilePattern> patterns = PatternsOf(group);
+    const std::span<const FileEntry> first(tree.files.data(), std::min(tree.files.size(), fileMax));
+    FileList list{{}, tree.isLevelCut ? ListCut::Level : ListCut::None};
     if (group == Unrecognized) {
-        append(CollectFiles(tree, "", FileMode::All, limits));
-        std::erase_if(list.entries, [](const FileEntry& file) {
-            return file.info.kind == EntryKind::File && IsRecognized(file.key);
+        std::ranges::copy_if(first, std::back_inserter(list.entries), [](const FileEntry& file) {
+            return file.info.kind != EntryKind::File || !IsRecognized(file.key);
         });
+        list.cut = first.size() < tree.files.size() ? ListCut::FileMax : list.cut;
         return list;
     }
-    for (const auto& pattern : PatternsOf(group))
-        append(CollectFiles(tree, pattern.text, pattern.mode, limits));
-    if (group == Panel || group == Texture)
-        append(CollectBitmaps(tree, names, group == Panel, limits));
-
-    // No list holds a file twice, nor more than its capacity.
-    std::unordered_set<std::string_view> seen;
-    std::vector<FileEntry> unique;
-    for (const auto& file : list.entries) {
-        if (seen.insert(file.path).second)
-            unique.push_back(file);
+    // No list holds a file twice: it stands where the first of its patterns does, the bitmaps behind all others.
+    std::vector<std::vector<const FileEntry*>> found(patterns.size() + 1);
+    const auto isWantedBitmap = [&](const FileEntry& file) {
+        return (group == Panel || group == Texture) && MatchesPattern(file.key, "bmp", FileMode::Extension) &&
+               names.contains(file.key) == (group == Panel);
+    };
+    for (const FileEntry& file : tree.files) {
+        if (file.info.kind != EntryKind::File)
+            continue;
+        const auto pattern = std::ranges::find_if(patterns, [&](const FilePattern& candidate) {
+            return MatchesPattern(file.key, candidate.text, candidate.mode);
+        });
+        if (pattern == patterns.end() && !isWantedBitmap(file))
+            continue;
+        auto& alike = found[static_cast<std::size_t>(pattern - patterns.begin())];
+        if (alike.empty() || alike.back()->path != file.path) // two names on the disk may be shown as one
+            alike.push_back(&file);
     }
-    if (unique.size() > static_cast<std::size_t>(limits.FileMax)) {
-        unique.resize(static_cast<std::size_t>(limits.FileMax));
-        list.cut = ListCut::FileMax;
+    for (const auto& files : found) {
+        for (const FileEntry* file : files) {
+            if (list.entries.size() == fileMax) {
+                list.cut = ListCut::FileMax;
+                return list;
+            }
+            list.entries.push_back(*file);
+        }
     }
-    list.entries = std::move(unique);
     return list;
 }
 

@@ -44,12 +44,15 @@ class Settling {
     Settling(CommandContext& command, std::vector<FileEntry>& listed, Tree& listedTree)
         : context(command), files(listed), tree(listedTree) {}
 
-    // To be called last: list and tree become what lies on the disk.
-    void Finish() {
+    // To be called last: list and tree become what lies on the disk. True when something has changed there.
+    bool Finish() {
+        if (deleted.empty() && renamed.empty())
+            return false;
         std::erase_if(files, [&](const FileEntry& file) { return deleted.contains(file.path); });
         tree.Remove(deleted);
         tree.Rename(renamed);
         SortByName(files);
+        return true;
     }
 
     // One that cannot be deleted stays listed.
@@ -202,21 +205,22 @@ void SettleRun(CommandContext& context, bool isStaging, std::vector<FileEntry>& 
 
 void SortByName(std::vector<FileEntry>& files) {
     std::sort(files.begin(), files.end(), [](const FileEntry& a, const FileEntry& b) {
-        return a.key != b.key ? a.key < b.key : LessNoCase(a.path, b.path);
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : LessNoCase(a.path, b.path);
     });
 }
 
-void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree) {
+bool SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree) {
     Settling settling(context, files, tree);
     for (std::size_t begin = 0, end = 0; begin < files.size(); begin = end) {
         end = EndOfRun(files, begin);
         if (end - begin > 1 && IsDocument(files[begin]))
             SettleRun(context, isStaging, files, begin, end, settling);
     }
-    settling.Finish();
+    return settling.Finish();
 }
 
-void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
+bool SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree) {
     Settling settling(context, files, tree);
     std::size_t kept = files.size();
@@ -231,7 +235,7 @@ void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, s
             settling.Delete(first);
         }
     }
-    settling.Finish();
+    return settling.Finish();
 }
 
 std::vector<std::string> FilesOfOneName(const std::vector<FileEntry>& files) {

@@ -18,12 +18,13 @@ void SortByName(std::vector<FileEntry>& files);
 
 // Documents and pictures of one name: in Staging one of two with the same bytes is deleted; differing ones
 // are renamed to name(1), name(2) ... A rename never replaces a file, and one that fails leaves the name. The
-// tree follows.
-void SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree);
+// tree follows. True when it has changed.
+bool SettleDocuments(CommandContext& context, bool isStaging, std::vector<FileEntry>& files, Tree& tree);
 
 // All other files of one name, in Staging: keeps one of each name, by rule or by question, and deletes the
-// others from the disk, the list and the tree. One that cannot be deleted stays in all three.
-void SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
+// others from the disk, the list and the tree. One that cannot be deleted stays in all three. True when the tree has
+// changed.
+bool SettleStagingDuplicates(CommandContext& context, DuplicateChoice& choice, std::vector<FileEntry>& files,
                              Tree& tree);
 
 // Those files of a sorted list that have one name, documents and pictures left out.

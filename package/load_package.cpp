@@ -32,6 +32,7 @@ class Loader {
     std::vector<FileEntry> CollectNames(std::initializer_list<std::string_view> names);
     void FillComponentList(Group group);
     std::vector<std::string> FindTwins();
+    std::vector<FileEntry> TakeCollected(Group group);
     void ReadPanelConfigs();
     void ReadSoundConfigs();
     void ReadMarker();
@@ -49,6 +50,7 @@ class Loader {
     std::optional<std::string> keptTitle; // of the configuration that was kept just now
     DuplicateChoice choice;
     bool arePanelConfigsRead = false;
+    std::array<std::optional<std::vector<FileEntry>>, GroupCount> collected; // as long as the tree is as it was
 };
 
 void Loader::NoteCut(ListCut cut) {
@@ -72,21 +74,31 @@ std::vector<FileEntry> Loader::CollectNames(std::initializer_list<std::string_vi
     return found;
 }
 
+std::vector<FileEntry> Loader::TakeCollected(Group group) {
+    auto& files = collected[static_cast<std::size_t>(group)];
+    return files ? std::move(*files) : Collect(group);
+}
+
 void Loader::FillComponentList(Group group) {
-    auto files = Collect(group);
+    auto files = TakeCollected(group);
+    bool isChanged = false;
     if (!package.isChoiceOpen && question != ChoiceQuestion::AsItIs)
-        SettleDocuments(context, package.isStaging, files, package.tree);
+        isChanged = SettleDocuments(context, package.isStaging, files, package.tree);
     if (settles)
-        SettleStagingDuplicates(context, choice, files, package.tree);
+        isChanged = SettleStagingDuplicates(context, choice, files, package.tree) || isChanged;
+    if (isChanged)
+        collected = {};
     FilesOf(package, group) = std::move(files);
 }
 
 // Before anything is renamed in what may turn out to be no package at all.
 std::vector<std::string> Loader::FindTwins() {
     ReadPanelConfigs();
-    for (int group = 0; group < GroupCount; ++group)
-        if (auto twins = FilesOfOneName(Collect(static_cast<Group>(group))); !twins.empty())
+    for (int group = 0; group < GroupCount; ++group) {
+        auto& files = collected[static_cast<std::size_t>(group)].emplace(Collect(static_cast<Group>(group)));
+        if (auto twins = FilesOfOneName(files); !twins.empty())
             return twins;
+    }
     return {};
 }
 

@@ -43,7 +43,7 @@ bool IsInFamily(std::string_view key, std::string_view letters) {
 }
 
 bool HasExtension(std::string_view key, std::string_view extension) {
-    return key.size() > extension.size() && key.ends_with(extension) && key[key.size() - extension.size() - 1] == '.';
+    return key.size() > extension.size() && key[key.size() - extension.size() - 1] == '.' && key.ends_with(extension);
 }
 
 bool MatchesExtension(std::string_view key, std::string_view pattern) {
