@@ -124,7 +124,9 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
     } converter;
     Program program(host.files, host.launcher, user, user, converter, window, appDir, "");
     running = &program;
+    user.isStarting = command.run;
     bool isDone = program.Start(command.runFor);
+    user.isStarting = false;
     if (isDone && command.run) {
         screen.HasSpoken();
         CommandRun run{program, user, screen, arguments, host, arguments.words};
@@ -134,7 +136,9 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
             screen.Say(status);
     }
     program.Shutdown();
-    return user.HasOpenQuestion() ? QuestionOpen : isDone && !user.WasWarned() ? AllDone : NotDone;
+    if (user.HasOpenQuestion())
+        return QuestionOpen;
+    return isDone && !user.WasWarned() && !host.wasInterrupted() ? AllDone : NotDone;
 }
 
 } // namespace

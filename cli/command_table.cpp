@@ -323,6 +323,8 @@ bool UnusedGauges(CommandRun& run) {
                 run.screen.Say(unused[row].name);
             }
         isDone = true;
+        if (rows.empty())
+            run.screen.Warn("There are no such gauges.");
         if (run.arguments.Has("--delete") && !rows.empty())
             isDone = std::ranges::none_of(form.remove(rows), isWanted);
     };

@@ -25,6 +25,7 @@ bool IsTerminal(StandardStream stream) {
 }
 
 std::vector<std::string> OpenConsole(int count, char** arguments) {
+    std::signal(SIGPIPE, SIG_IGN); // "| head" must not cut a command off
     return {arguments + (count > 0 ? 1 : 0), arguments + count};
 }
 

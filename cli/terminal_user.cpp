@@ -63,6 +63,8 @@ CheckedAnswer TerminalUser::ShowMessage(const std::string& text, MessageButtons 
     if (std::exchange(isConfirmed, false) && !isWarning) {
     } else if (CanAsk()) {
         isYes = AskTerminal(text, buttons);
+    } else if (isStarting) {
+        LeaveOpen(text, ChoiceAdvice);
     } else if (standing == StandingAnswer::Yes && isWarning && options.preset == Answer::No) {
         LeaveOpen(text, PersonAdvice);
     } else if (standing == StandingAnswer::Yes || standing == StandingAnswer::No) {
@@ -133,7 +135,7 @@ std::optional<std::string> TerminalUser::ChooseCategory(const std::string& promp
 }
 
 std::optional<LocationsEntry> TerminalUser::ShowLocations(Settings& settings, const LocationsForm&) {
-    return LocationsEntry{settings.ActiveProfile().name, locations.value_or(settings.locations)};
+    return LocationsEntry{"", locations.value_or(settings.locations)};
 }
 
 void TerminalUser::ShowUnusedGauges(const UnusedGaugesForm& form) {

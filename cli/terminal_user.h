@@ -19,6 +19,9 @@ class TerminalUser : public UserDialogs, public ProgramDialogs {
   public:
     TerminalUser(TextScreen& shownOn, StandingAnswer given) : screen(shownOn), standing(given) {}
 
+    // What is asked while the program starts is about the places, not about the command: the answer that was given for
+    // that is none.
+    bool isStarting = false;
     // The next question is whether the command that was given is to be done, which its giver has said.
     void ExpectConfirmation() { isConfirmed = true; }
     std::optional<std::string> category;                               // answers ChooseCategory, once

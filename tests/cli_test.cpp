@@ -53,14 +53,13 @@ class CommandLine : public ProgramTest {
         std::istringstream in(typed);
         std::ostringstream outText, errorText;
         interruptsLeft = interruptsAfter;
-        const int code =
-            RunCommandLine(words, {in, outText, errorText, isTerminal, isTerminal},
-                           {.files = drive.Files(),
-                            .launcher = launcher,
-                            .appDir = [&] { return drive.At("App\\"); },
-                            .absolute = [](const std::string& path) { return path; },
-                            .noteInterrupts = [] {},
-                            .wasInterrupted = [&] { return interruptsLeft-- == 0 || interruptsLeft < -1; }});
+        const int code = RunCommandLine(words, {in, outText, errorText, isTerminal, isTerminal},
+                                        {.files = drive.Files(),
+                                         .launcher = launcher,
+                                         .appDir = [&] { return drive.At("App\\"); },
+                                         .absolute = [](const std::string& path) { return path; },
+                                         .noteInterrupts = [] {},
+                                         .wasInterrupted = [&] { return interruptsLeft-- <= 0; }});
         out = outText.str();
         error = errorText.str();
         return code;
@@ -274,13 +273,27 @@ TEST_F(CommandLine, WaitsForNobodyAndStopsWhenInterrupted) {
     EXPECT_EQ(Differences(Ground(), before), Words());
 
     interruptsAfter = 3;
-    EXPECT_NE(Run({"install", "Cub"}), AllDone) << out << error;
+    EXPECT_EQ(Run({"install", "Cub"}), NotDone) << out << error;
     EXPECT_EQ(Differences(Ground(), before), Words());
+    EXPECT_EQ(Run({"compress", "Cub"}), NotDone) << out << error;
+    EXPECT_NE(out.find("The command was stopped."), out.npos) << out << error;
+    interruptsAfter = 1'000'000'000;
+    EXPECT_EQ(Run({"decompress", "Cub"}), AllDone) << out << error;
+    interruptsAfter = 3;
     EXPECT_NE(
         Run({"add", drive.At("Downloads\\plain.zip"), drive.At("Downloads\\more\\two.zip"), "--category", "Jets"}),
         AllDone);
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Two\\"));
     EXPECT_EQ(drive.Outline("Staging"), "");
+}
+
+TEST_F(CommandLine, MakesNoHangarWhereTheDriveIsAway) {
+    ASSERT_TRUE(bool(drive.Files().Rename(drive.At("Hangar"), drive.At("Away"))));
+    EXPECT_EQ(Run({"add", drive.At("Downloads"), "--category", "Jets", "--answer", "yes"}), QuestionOpen);
+    EXPECT_NE(error.find("Hangar location does not exist.  Create it now?"), error.npos) << error;
+    EXPECT_EQ(Run({"list"}), NotDone);
+    EXPECT_NE(error.find("The Hangar directory"), error.npos) << error;
+    EXPECT_FALSE(drive.Has("Hangar\\"));
 }
 
 TEST_F(CommandLine, IsSetUpOnce) {
