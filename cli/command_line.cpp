@@ -109,7 +109,9 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
                     Name + " setup --staging DIRECTORY --hangar DIRECTORY --msfs DIRECTORY");
         return NotDone;
     }
-    if (command.runFor != RunFor::Looking)
+    const bool onlyLooks = command.looksWithoutWords && arguments.words.size() == 1;
+    const RunFor runFor = onlyLooks ? RunFor::Looking : command.runFor;
+    if (runFor != RunFor::Looking)
         host.noteInterrupts();
 
     Program* running = nullptr;
@@ -125,7 +127,7 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
     Program program(host.files, host.launcher, user, user, converter, window, appDir, "");
     running = &program;
     user.isStarting = command.run;
-    bool isDone = program.Start(command.runFor);
+    bool isDone = program.Start(runFor);
     user.isStarting = false;
     if (isDone && command.run) {
         screen.HasSpoken();

@@ -25,13 +25,18 @@ PackageRef NamedPackage(std::string text) {
     return PackageRefOf(WithoutBackslash(text));
 }
 
+// False, after a message, when one of them is not.
+bool AreThere(CommandRun& run, std::initializer_list<Place> places) {
+    const auto gone = DescribeGone(run.host.files, run.program.GetSettings().locations, places);
+    if (!gone.empty())
+        run.user.Tell(gone + GoneAdvice(), MessageIcon::Exclamation);
+    return gone.empty();
+}
+
 // None, after a message, when one of them is not there or may be several.
 std::vector<PackageRef> FindPackages(CommandRun& run, const std::vector<std::string>& words) {
-    const Locations& locations = run.program.GetSettings().locations;
-    if (const auto gone = DescribeGone(run.host.files, locations, {Place::Hangar}); !gone.empty()) {
-        run.user.Tell(gone + GoneAdvice(), MessageIcon::Exclamation);
+    if (!AreThere(run, {Place::Hangar}))
         return {};
-    }
     std::vector<PackageRef> found;
     for (const std::string& word : words) {
         const PackageRef wanted = NamedPackage(word);
@@ -111,11 +116,8 @@ std::vector<std::pair<std::string, std::string>> JsonMembers(const CollectionPac
 
 bool List(CommandRun& run) {
     const Program& program = run.program;
-    if (const auto gone = DescribeGone(run.host.files, program.GetSettings().locations, {Place::Hangar});
-        !gone.empty()) {
-        run.user.Tell(gone + GoneAdvice(), MessageIcon::Exclamation);
+    if (!AreThere(run, {Place::Hangar}))
         return false;
-    }
     std::string category;
     if (const auto wanted = run.user.category) {
         category = FindCategory(program, *wanted);
@@ -277,6 +279,8 @@ bool Add(CommandRun& run) {
 }
 
 bool Import(CommandRun& run) {
+    if (!AreThere(run, {Place::Hangar, Place::Simulator}))
+        return false;
     const std::vector<std::string> there = run.program.ImportableAircraft();
     if (run.words.empty())
         for (const std::string& name : there)
@@ -380,7 +384,7 @@ constexpr LineCommand Commands[] = {
     {"decompress", "PACKAGE...|--all", "unpacks them again", Decompress, RunFor::Commands, 0, AnyNumber, "--all"},
     {"move", "PACKAGE... CATEGORY", "to another category of the Hangar", Move, RunFor::Commands, 2, AnyNumber},
     {"import", "[AIRCRAFT...] [--category NAME]", "aircraft of MSFS into the Hangar, or their names", Import,
-     RunFor::Commands, 0, AnyNumber, "--category"},
+     RunFor::Commands, 0, AnyNumber, "--category", true},
     {"unused-gauges", "[--delete] [GAUGE...]", "gauges in MSFS that no aircraft uses", UnusedGauges, RunFor::Commands,
      0, AnyNumber, "--delete"},
     {"undo", "", "takes back the last command", Undo},

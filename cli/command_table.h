@@ -30,6 +30,7 @@ struct LineCommand {
     RunFor runFor = RunFor::Commands;
     std::size_t fewest = 0, most = 0; // words
     const char* options = "";         // that it knows, beside those of all commands
+    bool looksWithoutWords = false;
 };
 
 inline constexpr std::size_t AnyNumber = 1'000'000;

@@ -6,6 +6,7 @@ _korvadex_cli_offer() {
     for word in "$@"; do
         [[ ${word,,} == "${typed,,}"* ]] && COMPREPLY+=("$word")
     done
+    return 0
 }
 
 _korvadex_cli() {
@@ -51,6 +52,7 @@ _korvadex_cli() {
     show | check | install | remove | compress | decompress | move)
         compopt -o filenames
         _korvadex_cli_offer "${names[@]}"
+        [[ -z $typed ]] || _korvadex_cli_offer "${names[@]##*/}"
         [[ $command != move ]] || _korvadex_cli_offer "${names[@]%%/*}"
         ;;
     import)

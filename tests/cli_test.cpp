@@ -197,6 +197,8 @@ TEST_F(CommandLine, LooksWithoutAnyTrace) {
     EXPECT_NE(out.find("Gauges:\n  Gauges\\CubClock.gau\n"), out.npos) << out;
     EXPECT_EQ(Run({"show", "cub", "--json"}), AllDone);
     EXPECT_NE(out.find("\"Gauges\": [\"Gauges\\\\CubClock.gau\", "), out.npos) << out;
+    EXPECT_EQ(Run({"import"}), AllDone);
+    EXPECT_EQ(out, "Old_One\n");
     EXPECT_EQ(Run({"check", "cub"}), NotDone);
     EXPECT_EQ(out, "This package is not currently installed in Flight Simulator.\n");
     EXPECT_EQ(Run({"check", "--aliases", "cub"}), AllDone) << error;

@@ -31,22 +31,23 @@ VIAddVersionKey LegalCopyright "the Korvadex authors, MIT licence"
 !insertmacro MUI_LANGUAGE "English"
 
 ; A running program cannot be replaced or taken away.
-!macro AwaitEnd
-    again:
-    IfFileExists "$INSTDIR\korvadex.exe" 0 ended
+!macro AwaitEnd program id
+    again_${id}:
+    IfFileExists "$INSTDIR\${program}" 0 ended_${id}
     ClearErrors
-    FileOpen $0 "$INSTDIR\korvadex.exe" a
-    IfErrors 0 closable
-    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$INSTDIR\korvadex.exe is in use or cannot be written.  Please end Korvadex first, then choose Retry." /SD IDCANCEL IDRETRY again
+    FileOpen $0 "$INSTDIR\${program}" a
+    IfErrors 0 closable_${id}
+    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$INSTDIR\${program} is in use or cannot be written.  Please end Korvadex first, then choose Retry." /SD IDCANCEL IDRETRY again_${id}
     SetErrorLevel 1
     Quit
-    closable:
+    closable_${id}:
     FileClose $0
-    ended:
+    ended_${id}:
 !macroend
 
 Section "Korvadex"
-    !insertmacro AwaitEnd
+    !insertmacro AwaitEnd "korvadex.exe" window
+    !insertmacro AwaitEnd "korvadex-cli.exe" shell
     SetOutPath "$INSTDIR"
     File /r "${STAGE}/*"
     WriteUninstaller "$INSTDIR\uninstall.exe"
@@ -64,7 +65,8 @@ Section "Korvadex"
 SectionEnd
 
 Section "Uninstall"
-    !insertmacro AwaitEnd
+    !insertmacro AwaitEnd "korvadex.exe" window
+    !insertmacro AwaitEnd "korvadex-cli.exe" shell
     !include "${UNINSTALL}"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR" ; stays while kx.ini or anything else of the user's is in it
