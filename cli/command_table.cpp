@@ -127,15 +127,15 @@ bool List(CommandRun& run) {
         }
     }
     std::vector<std::string> objects;
-    for (const CollectionCategory& each : ReadHangar(run))
+    const bool areNames = run.arguments.Has("--names");
+    for (const CollectionCategory& each : areNames ? program.GetCollection().Arrange() : ReadHangar(run))
         for (const CollectionPackage& package : each.packages) {
             if (!category.empty() && each.name != category)
                 continue;
             if (run.arguments.Has("--json"))
                 objects.push_back("\n  " + JsonObject(JsonMembers(package)));
             else
-                run.screen.Say(run.arguments.Has("--names") ? package.ref.Text()
-                                                            : each.name + "\\" + DescribeMarks(package));
+                run.screen.Say(areNames ? package.ref.Text() : each.name + "\\" + DescribeMarks(package));
         }
     if (run.arguments.Has("--json"))
         run.screen.Say(JsonArray(objects));
