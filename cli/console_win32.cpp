@@ -22,6 +22,24 @@ struct ArgumentsFreer {
     void operator()(wchar_t** arguments) const { LocalFree(arguments); }
 };
 
+// The console is the shell's as well, which goes on with what it had.
+class ConsoleInUtf8 {
+  public:
+    ConsoleInUtf8() {
+        SetConsoleCP(CP_UTF8);
+        SetConsoleOutputCP(CP_UTF8);
+    }
+    ~ConsoleInUtf8() {
+        SetConsoleCP(input);
+        SetConsoleOutputCP(output);
+    }
+    ConsoleInUtf8(const ConsoleInUtf8&) = delete;
+    ConsoleInUtf8& operator=(const ConsoleInUtf8&) = delete;
+
+  private:
+    const UINT input = GetConsoleCP(), output = GetConsoleOutputCP();
+};
+
 HANDLE HandleOf(StandardStream stream) {
     return GetStdHandle(stream == StandardStream::In    ? STD_INPUT_HANDLE
                         : stream == StandardStream::Out ? STD_OUTPUT_HANDLE
@@ -36,8 +54,7 @@ bool IsTerminal(StandardStream stream) {
 }
 
 std::vector<std::string> OpenConsole(int /*count*/, char** /*arguments*/) {
-    SetConsoleOutputCP(CP_UTF8);
-    SetConsoleCP(CP_UTF8);
+    static const ConsoleInUtf8 untilTheEnd;
     int count = 0;
     const std::unique_ptr<wchar_t*, ArgumentsFreer> wide(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> arguments;

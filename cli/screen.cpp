@@ -13,9 +13,9 @@ constexpr std::size_t MostLetters = 70;
 void TextScreen::Write(std::ostream& stream, const std::string& text) {
     HideProgress();
     hasSpoken = true;
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if (text[i] != '\r' || text.substr(i, 2) != "\r\n")
-            stream << text[i];
+    for (const char letter : text)
+        if (letter == '\n' || static_cast<unsigned char>(letter) >= ' ')
+            stream << letter; // no name in it commands the terminal
     stream.flush();
 }
 

@@ -24,7 +24,7 @@ bool IsOneOf(const std::string& text, std::initializer_list<const char*> words) 
 } // namespace
 
 void TerminalUser::LeaveOpen(const std::string& question, const std::string& advice) {
-    screen.Warn((subject.empty() ? "" : subject + ": ") + question + "\r\n" + advice);
+    screen.Warn(About() + question + "\r\n" + advice);
     hasOpenQuestion = true;
     throw Asked{};
 }
@@ -42,13 +42,29 @@ std::string TerminalUser::ReadAnswer() {
 bool TerminalUser::AskTerminal(const std::string& question, MessageButtons buttons) {
     const bool isYesNo = buttons == MessageButtons::YesNo;
     for (;;) {
-        screen.Ask((subject.empty() ? "" : subject + ": ") + question + (isYesNo ? "  [yes/no] " : "  [ok/cancel] "));
+        screen.Ask(About() + question + (isYesNo ? "  [yes/no] " : "  [ok/cancel] "));
         const std::string answer = ReadAnswer();
         if (IsOneOf(answer, {"y", "yes", "ok", "o"}))
             return true;
         if (IsOneOf(answer, {"n", "no", "cancel", "c"}))
             return false;
     }
+}
+
+bool TerminalUser::IsYes(const std::string& question, MessageButtons buttons, bool isWarning, bool isForGood) {
+    if (std::exchange(isConfirmed, false) && !isWarning)
+        return true;
+    if (CanAsk())
+        return AskTerminal(question, buttons);
+    const bool isYes = standing == StandingAnswer::Yes;
+    if (isStarting)
+        LeaveOpen(question, ChoiceAdvice);
+    if (!isYes && standing != StandingAnswer::No)
+        LeaveOpen(question, AnswerAdvice);
+    if (isYes && isForGood)
+        LeaveOpen(question, PersonAdvice);
+    screen.Warn(About() + question + (isYes ? "  [yes]" : "  [no]"));
+    return isYes;
 }
 
 CheckedAnswer TerminalUser::ShowMessage(const std::string& text, MessageButtons buttons, MessageIcon icon,
@@ -59,20 +75,7 @@ CheckedAnswer TerminalUser::ShowMessage(const std::string& text, MessageButtons 
         wasWarned = wasWarned || isWarning;
         return {Answer::Ok, false};
     }
-    bool isYes = true;
-    if (std::exchange(isConfirmed, false) && !isWarning) {
-    } else if (CanAsk()) {
-        isYes = AskTerminal(text, buttons);
-    } else if (isStarting) {
-        LeaveOpen(text, ChoiceAdvice);
-    } else if (standing == StandingAnswer::Yes && isWarning && options.preset == Answer::No) {
-        LeaveOpen(text, PersonAdvice);
-    } else if (standing == StandingAnswer::Yes || standing == StandingAnswer::No) {
-        isYes = standing == StandingAnswer::Yes;
-        screen.Warn((subject.empty() ? "" : subject + ": ") + text + "  " + (isYes ? "[yes]" : "[no]"));
-    } else {
-        LeaveOpen(text, AnswerAdvice);
-    }
+    const bool isYes = IsYes(text, buttons, isWarning, isWarning && options.preset == Answer::No);
     if (buttons == MessageButtons::YesNo)
         return {isYes ? Answer::Yes : Answer::No, false};
     return {isYes ? Answer::Ok : Answer::Cancel, false};

@@ -58,6 +58,8 @@ class TerminalUser : public UserDialogs, public ProgramDialogs {
   private:
     bool CanAsk() const { return standing == StandingAnswer::None && screen.CanAsk(); }
     [[noreturn]] void LeaveOpen(const std::string& question, const std::string& advice);
+    std::string About() const { return subject.empty() ? "" : subject + ": "; }
+    bool IsYes(const std::string& question, MessageButtons buttons, bool isWarning, bool isForGood);
     bool AskTerminal(const std::string& question, MessageButtons buttons);
     std::string ReadAnswer();
     // One of these lines by its number; none where there is nobody to say it.
