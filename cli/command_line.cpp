@@ -88,27 +88,29 @@ bool TakeLocations(const Arguments& arguments, const CommandLineHost& host, Text
     return true;
 }
 
+// What there is to answer at once, as the directories are not known yet, or are known already.
+ExitCode TakeFirstStart(const LineCommand& command, const Arguments& arguments, const CommandLineHost& host,
+                        const std::string& appDir, TextScreen& screen, TerminalUser& user) {
+    const bool isFirst = host.files.Info(appDir + std::string(SettingsFileName)).fault() == FileFault::NotFound;
+    if (!command.run && isFirst)
+        return TakeLocations(arguments, host, screen, user) ? AllDone : WrongUsage;
+    if (!command.run)
+        screen.Warn("Korvadex knows its directories already, from " + appDir + std::string(SettingsFileName) +
+                    ".  Please change them in its window (File, Locations).");
+    else if (isFirst)
+        screen.Warn("Korvadex has no settings in " + appDir +
+                    " yet.  Please start its window once, or give it its three directories:\n" + Name +
+                    " setup --staging DIRECTORY --hangar DIRECTORY --msfs DIRECTORY");
+    return command.run && !isFirst ? AllDone : NotDone;
+}
+
 int RunCommand(const LineCommand& command, const Arguments& arguments, TextScreen& screen,
                const CommandLineHost& host) {
     const std::string appDir = host.appDir();
     TerminalUser user(screen, AnswerIn(arguments));
     user.category = arguments.ValueOf("--category");
-    const bool isFirstStart = host.files.Info(appDir + std::string(SettingsFileName)).fault() == FileFault::NotFound;
-    if (!command.run) {
-        if (!isFirstStart) {
-            screen.Warn("Korvadex knows its directories already, from " + appDir + std::string(SettingsFileName) +
-                        ".  Please change them in its window (File, Locations).");
-            return NotDone;
-        }
-        if (!TakeLocations(arguments, host, screen, user))
-            return WrongUsage;
-    } else if (isFirstStart) {
-        screen.Warn("Korvadex has no settings in " + appDir +
-                    " yet.  Please start its window once, or give it its "
-                    "three directories:\n" +
-                    Name + " setup --staging DIRECTORY --hangar DIRECTORY --msfs DIRECTORY");
-        return NotDone;
-    }
+    if (const ExitCode code = TakeFirstStart(command, arguments, host, appDir, screen, user); code != AllDone)
+        return code;
     const bool onlyLooks = command.looksWithoutWords && arguments.words.size() == 1;
     const RunFor runFor = onlyLooks ? RunFor::Looking : command.runFor;
     if (runFor != RunFor::Looking)
@@ -126,7 +128,7 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
     } converter;
     Program program(host.files, host.launcher, user, user, converter, window, appDir, "");
     running = &program;
-    user.isStarting = command.run;
+    user.isStarting = command.run != nullptr;
     bool isDone = program.Start(runFor);
     user.isStarting = false;
     if (isDone && command.run) {
@@ -136,6 +138,8 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
         isDone = command.run(run);
         if (const std::string status = program.View().status; !screen.HasSpoken() && !status.empty())
             screen.Say(status);
+    } else if (isDone) {
+        screen.Say("Done.");
     }
     program.Shutdown();
     if (user.HasOpenQuestion())
