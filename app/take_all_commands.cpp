@@ -63,6 +63,7 @@ void Program::TakeIntoHangar(const CommandTitle& title, const std::vector<std::s
         if (!ArePlacesThere({Place::Staging, Place::Hangar, Place::Simulator}) || !IsStagingFree())
             return;
         RefreshSelection();
+        const HistoryMark mark = history.Mark();
         const std::string category = AskCategoryForAll();
         if (category.empty())
             return;
@@ -77,6 +78,10 @@ void Program::TakeIntoHangar(const CommandTitle& title, const std::vector<std::s
                               [&](CommandContext& each, PackageRef& made) { return take(each, i, made); });
             }
         });
+        if (std::ranges::none_of(turns, &Turn::isDone)) { // nobody needs a new category
+            static_cast<void>(history.TakeBackTo(mark));
+            RefreshSelection();
+        }
         const bool isKept = EndJournal();
         for (std::size_t i = 0; i < turns.size(); ++i) {
             Turn& turn = turns[i];

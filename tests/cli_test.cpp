@@ -1,6 +1,7 @@
 // The command line: each command beside the window's own on the same ground, its questions, and the program itself.
 #include "cli/command_table.h"
 #include "package/progress.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/zip_builder.h"
@@ -54,7 +55,7 @@ class CommandLine : public ProgramTest {
         std::ostringstream outText, errorText;
         interruptsLeft = interruptsAfter;
         const int code = RunCommandLine(words, {in, outText, errorText, isTerminal, isTerminal},
-                                        {.files = drive.Files(),
+                                        {.files = disk ? *disk : drive.Files(),
                                          .launcher = launcher,
                                          .appDir = [&] { return drive.At("App\\"); },
                                          .absolute = [](const std::string& path) { return path; },
@@ -70,12 +71,14 @@ class CommandLine : public ProgramTest {
         Files all;
         for (const char* place : {"Hangar", "Staging", "FS", "Downloads"})
             for (auto& [name, bytes] : drive.Tree(place))
-                all[place + ("\\" + name)] = std::regex_replace(bytes, time, "$1");
+                if (name.find(ScratchDirectoryName) == name.npos) // is cleared at the next start
+                    all[place + ("\\" + name)] = std::regex_replace(bytes, time, "$1");
         return all;
     }
 
     const std::string places = "MTOP=1200.5\r\nMLEFT=900\r\nMHEIGHT=7200\r\nMWIDTH=9600\r\nLTOP=1\r\nLLEFT=2\r\n"
                                "LHEIGHT=3000\r\nLWIDTH=4000\r\nLASTPACKAGE0=Jets\\Lear\r\n";
+    FileSystem* disk = nullptr; // in the place of the drive's
     std::string out, error;
     int interruptsAfter = 1'000'000'000, interruptsLeft = 0; // looks until one is seen
 };
@@ -233,7 +236,7 @@ TEST_F(CommandLine, ChangesNothingBeforeItsQuestionIsAnswered) {
         {{"add", archive}, "The category of the Hangar"},
         {{"add", archive}, "Props", NotDone, "\n", true},
         {{"add", archive, "--category", "con"}, "con", NotDone},
-        {{"add", drive.At("Downloads\\more\\asks.zip"), "--category", "Jets"},
+        {{"add", drive.At("Downloads\\more\\asks.zip"), "--category", "New"},
          "Found another ZIP file called inner.zip"},
         {{"add", drive.At("Downloads\\none.zip"), "--category", "Jets"}, "0 of 1 archive", NotDone},
         {{"install", "Lear"}, "Several packages are called Lear.", NotDone},
@@ -287,6 +290,24 @@ TEST_F(CommandLine, WaitsForNobodyAndStopsWhenInterrupted) {
         AllDone);
     EXPECT_FALSE(drive.Has("Hangar\\Jets\\Two\\"));
     EXPECT_EQ(drive.Outline("Staging"), "");
+}
+
+TEST_F(CommandLine, LeavesNothingHalfDoneOnAFullDisk) {
+    const auto before = Ground();
+    for (const Words& line : {Words{"install", "Cub"}, {"add", drive.At("Downloads\\plain.zip"), "--category", "New"}})
+        for (int change = 1, changes = 10; change <= changes; change += 9) {
+            SCOPED_TRACE(line.front() + " " + std::to_string(change));
+            FaultyFiles faulty(drive.Files());
+            faulty.FailAt(change, FileFault::DiskFull);
+            disk = &faulty;
+            const int code = Run(line);
+            disk = nullptr;
+            changes = std::max(changes, faulty.Changes());
+            const std::string said = out + error;
+            const bool isTakenBack = code != AllDone || Run({"undo"}) == AllDone;
+            EXPECT_TRUE(isTakenBack) << error;
+            EXPECT_EQ(Differences(Ground(), before), Words()) << code << said;
+        }
 }
 
 TEST_F(CommandLine, MakesNoHangarWhereTheDriveIsAway) {
