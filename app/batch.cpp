@@ -119,6 +119,7 @@ class Uninstall {
 CompressionSummary CompressPackages(CommandContext& context, BatchProgress& progress,
                                     const std::vector<PackageRef>& packages, bool compress) {
     CompressionSummary summary;
+    Compression compression(context, compress, DirectoriesOf(packages, context.locations));
     for (const PackageRef& ref : packages) {
         LoadedPackage package;
         if (!progress.Next(ref)) {
@@ -131,7 +132,7 @@ CompressionSummary CompressPackages(CommandContext& context, BatchProgress& prog
         }
         if (!compress && !package.isCompressed)
             continue;
-        if (auto failures = CompressInHangar(context, package, compress))
+        if (auto failures = CompressInHangar(context, package, compression))
             std::ranges::move(*failures, std::back_inserter(summary.failures));
     }
     return summary;

@@ -194,8 +194,9 @@ void Program::CompressPackagesOf(const Packages& packages, bool compress) {
              .done = compress ? "compressed" : "decompressed",
              .places = {Place::Hangar}},
             packages, [&](BatchRun& batch, const Packages& chosen) {
+                Compression compression(batch.context, compress, DirectoriesOf(chosen, settings.locations));
                 batch.LoadEach(chosen, [&](CommandContext& each, const LoadedPackage& loaded) {
-                    const auto failures = CompressInHangar(each, loaded, compress);
+                    const auto failures = CompressInHangar(each, loaded, compression);
                     if (failures)
                         TellCompressed(each, *failures);
                     return !failures || failures->empty();

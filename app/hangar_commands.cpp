@@ -113,7 +113,8 @@ void Program::Compress(const std::string& name, bool compress) {
         if (!IsPackageReady())
             return;
         SetSubject(package.ref.Text());
-        if (const auto failures = CompressInHangar(context, package, compress)) {
+        Compression compression(context, compress, {package.path});
+        if (const auto failures = CompressInHangar(context, package, compression)) {
             TellCompressed(context, *failures);
             ShowChanges({.package = true});
         }

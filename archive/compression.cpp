@@ -36,6 +36,12 @@ std::vector<FileEntry> Packable(const Tree& tree, const WalkLimits& limits, List
     return packable;
 }
 
+std::vector<std::string> PathsOf(const std::vector<FileEntry>& files) {
+    std::vector<std::string> paths;
+    std::ranges::transform(files, std::back_inserter(paths), &FileEntry::path);
+    return paths;
+}
+
 // The marker says what is packed: it stands while anything is.
 void UpdateMarker(CommandContext& context, const std::string& packagePath, std::uint64_t meg, bool isPacked) {
     const std::string marker = packagePath + std::string(CompressionMarkerName);
@@ -52,7 +58,24 @@ void UpdateMarker(CommandContext& context, const std::string& packagePath, std::
 
 } // namespace
 
-std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath, bool compress) {
+Compression::Compression(CommandContext& commandContext, bool compress, std::vector<std::string> packagePaths)
+    : isCompressing(compress), context(commandContext), packages(std::move(packagePaths)),
+      work(context, compress ? MakePacking() : MakeUnpacking(), packages.size(),
+           [this](std::size_t package) { return Foresee(packages[package]); }) {}
+
+// None where nothing seems to be left to do.
+std::vector<std::string> Compression::Foresee(const std::string& packagePath) const {
+    ListCut cut = ListCut::None;
+    const std::vector<FileEntry> packable = Packable(WalkTree(context.files, packagePath), context.limits, cut);
+    const bool isToDo =
+        isCompressing
+            ? std::ranges::any_of(packable,
+                                  [&](const FileEntry& file) { return !BeginsLikeArchive(context.files, file.path); })
+            : bool(context.files.Info(packagePath + std::string(CompressionMarkerName)));
+    return cut == ListCut::None && isToDo ? PathsOf(packable) : std::vector<std::string>{};
+}
+
+std::vector<std::string> Compression::Take(const std::string& packagePath) {
     const Tree tree = WalkTree(context.files, packagePath);
     ListCut cut = ListCut::None;
     const std::vector<FileEntry> packable = Packable(tree, context.limits, cut);
@@ -60,9 +83,7 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
         return {packagePath + "\r\n\r\n" + DescribeCut(cut, context.limits) + "\r\n\r\nNothing was changed."};
     const std::uint64_t meg = UnpackedMeg(context.files, tree, packable);
 
-    std::vector<std::string> paths;
-    for (const FileEntry& file : packable)
-        paths.push_back(file.path);
+    const std::vector<std::string> paths = PathsOf(packable);
     ProgressBar progress(context.display, static_cast<int>(paths.size()));
     const auto step = [&] { progress.Step(); };
     const auto isPacked = [&](const std::string& path) {
@@ -70,21 +91,26 @@ std::vector<std::string> CompressPackage(CommandContext& context, const std::str
     };
     std::vector<FileFailure> failures;
     try {
-        failures = compress ? ZipFilesInPlace(context, paths, step) : UnzipFilesInPlace(context, paths, step);
+        const auto turn = std::ranges::find(packages, packagePath) - packages.begin();
+        failures = work.Take(static_cast<std::size_t>(turn), paths, step);
     } catch (const Stopped&) {
         const auto packed = std::ranges::count_if(paths, isPacked);
         UpdateMarker(context, packagePath, meg, packed > 0);
-        throw Stopped{std::to_string(compress ? packed : std::ssize(paths) - packed) + " of its " +
-                      std::to_string(paths.size()) + " files are " + (compress ? "compressed" : "decompressed") +
+        throw Stopped{std::to_string(isCompressing ? packed : std::ssize(paths) - packed) + " of its " +
+                      std::to_string(paths.size()) + " files are " + (isCompressing ? "compressed" : "decompressed") +
                       " now.  Please give the command again for the others."};
     }
     UpdateMarker(context, packagePath, meg,
-                 compress ? failures.size() < paths.size() || paths.empty()
-                          : std::ranges::any_of(failures, isPacked, &FileFailure::path));
+                 isCompressing ? failures.size() < paths.size() || paths.empty()
+                               : std::ranges::any_of(failures, isPacked, &FileFailure::path));
     std::vector<std::string> texts;
     for (const FileFailure& failure : failures)
         texts.push_back(failure.text);
     return texts;
+}
+
+std::vector<std::string> CompressPackage(CommandContext& context, const std::string& packagePath, bool compress) {
+    return Compression(context, compress, {packagePath}).Take(packagePath);
 }
 
 bool HasFilesToPack(CommandContext& context, const std::string& packagePath) {

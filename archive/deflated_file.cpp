@@ -3,86 +3,10 @@
 #include "archive/whole_size.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <libdeflate.h>
-#include <zlib.h>
 
 namespace korvadex {
-
-namespace {
-
-constexpr int BestLevel = 9; // of zlib, and of Info-ZIP's option
-
-struct Packed {
-    std::unique_ptr<std::byte[]> bytes;
-    std::size_t size = 0; // 0: it did not become smaller than the limit
-};
-
-struct CompressorFreer {
-    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
-};
-
-// The memory level decides how long zlib's blocks are.
-Packed PackByZlib(std::span<const std::byte> plain, int level, int memoryLevel, std::size_t limit) {
-    Packed packed{std::make_unique_for_overwrite<std::byte[]>(limit), 0};
-    z_stream stream{};
-    if (deflateInit2(&stream, level, Z_DEFLATED, -MAX_WBITS, memoryLevel, Z_DEFAULT_STRATEGY) != Z_OK)
-        return packed;
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<std::byte*>(plain.data()));
-    stream.avail_in = static_cast<uInt>(plain.size());
-    stream.next_out = reinterpret_cast<Bytef*>(packed.bytes.get());
-    stream.avail_out = static_cast<uInt>(limit);
-    if (deflate(&stream, Z_FINISH) == Z_STREAM_END)
-        packed.size = stream.total_out;
-    deflateEnd(&stream);
-    return packed;
-}
-
-Packed PackByLibdeflate(std::span<const std::byte> plain, int level, std::size_t limit) {
-    Packed packed{std::make_unique_for_overwrite<std::byte[]>(limit), 0};
-    const std::unique_ptr<libdeflate_compressor, CompressorFreer> compressor(libdeflate_alloc_compressor(level));
-    if (compressor)
-        packed.size =
-            libdeflate_deflate_compress(compressor.get(), plain.data(), plain.size(), packed.bytes.get(), limit);
-    return packed;
-}
-
-void KeepSmaller(Packed& best, Packed other) {
-    if (other.size != 0 && (best.size == 0 || other.size < best.size))
-        best = std::move(other);
-}
-
-// At the best level never larger than by zlib, whose longest blocks are what Info-ZIP makes. Its usual ones are smaller
-// where hardly anything repeats. libdeflate takes a third of the time, but is larger for one picture in three; it is
-// asked besides where the answer comes soon.
-Packed PackBest(std::span<const std::byte> plain) {
-    constexpr std::size_t smallSize = 1024 * 1024;
-    Packed best = PackByZlib(plain, BestLevel, MAX_MEM_LEVEL, plain.size());
-    const std::size_t longest = best.size;
-    const bool isDense = longest == 0 || longest > plain.size() / 4 * 3;
-    if (plain.size() <= smallSize || isDense)
-        KeepSmaller(best, PackByLibdeflate(plain, BestLevel, plain.size()));
-    const bool isClear = best.size < longest - longest / 100;
-    if ((plain.size() <= smallSize && !isClear) || isDense)
-        KeepSmaller(best, PackByZlib(plain, BestLevel, MAX_MEM_LEVEL - 1, plain.size()));
-    return best;
-}
-
-// Only bytes that give the file back may take its place.
-bool GivesBack(const Packed& packed, std::span<const std::byte> plain) {
-    struct Freer {
-        void operator()(libdeflate_decompressor* decompressor) const { libdeflate_free_decompressor(decompressor); }
-    };
-    const std::unique_ptr<libdeflate_decompressor, Freer> decompressor(libdeflate_alloc_decompressor());
-    const auto unpacked = std::make_unique_for_overwrite<std::byte[]>(plain.size());
-    return decompressor &&
-           libdeflate_deflate_decompress(decompressor.get(), packed.bytes.get(), packed.size, unpacked.get(),
-                                         plain.size(), nullptr) == LIBDEFLATE_SUCCESS &&
-           std::memcmp(unpacked.get(), plain.data(), plain.size()) == 0;
-}
-
-} // namespace
 
 bool DeflatedFile::Read(const FileInfo& info) {
     fileInfo = info;
@@ -107,16 +31,16 @@ bool DeflatedFile::ReadAll(std::size_t size) {
     return byteCount == size;
 }
 
-void DeflatedFile::Pack(int level) {
-    if (!isInMemory || byteCount == 0)
+void DeflatedFile::Pack(Deflater& deflater, int level) {
+    if (!isInMemory)
         return;
     const std::span<const std::byte> plain(bytes.get(), byteCount);
     crc = libdeflate_crc32(0, plain.data(), plain.size());
-    Packed packed = level == BestLevel ? PackBest(plain) : PackByZlib(plain, level, MAX_MEM_LEVEL, plain.size());
-    if (packed.size == 0 || packed.size >= byteCount || !GivesBack(packed, plain))
+    auto packed = deflater.Pack(plain, level);
+    if (!packed)
         return;
-    bytes = std::move(packed.bytes);
-    byteCount = packed.size;
+    bytes = std::move(packed->bytes);
+    byteCount = packed->size;
     isPacked = true;
 }
 

@@ -1,6 +1,7 @@
-// The contents of one file, deflated as small as it gets, for a new archive.
+// The contents of one file, deflated, for a new archive.
 #pragma once
 
+#include "archive/deflater.h"
 #include "archive/zip_source.h"
 #include "platform/file_system.h"
 
@@ -22,7 +23,7 @@ class DeflatedFile {
     // True when it was small enough to be read whole.
     bool IsRead() const { return isInMemory; }
     // Packs what was read. Looks at nothing but this object: it may run while others are read.
-    void Pack(int level);
+    void Pack(Deflater& deflater, int level);
     // What the library is to do with the bytes it gets: ZIP_CM_STORE, ZIP_CM_DEFLATE or, when they are packed
     // already, ZIP_CM_DEFAULT.
     int MethodForLibrary() const;

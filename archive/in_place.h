@@ -15,7 +15,7 @@ namespace korvadex {
 // file's own name counts as packed. A packed file that cannot be written is reported to the user.
 int UnzipFileInPlace(CommandContext& context, const std::string& path, bool testOnly = false);
 
-// Packs the file at level 9, unless it is packed already. Failures are reported to the user and leave the
+// Packs the file (see Deflater), unless it is packed already. Failures are reported to the user and leave the
 // file as it was.
 void ZipFileInPlace(CommandContext& context, const std::string& path);
 

@@ -1,35 +1,56 @@
 #include "archive/in_place_work.h"
 
+#include "archive/whole_size.h"
 #include "package/progress.h"
 
 #include <algorithm>
-#include <deque>
-#include <thread>
 
 namespace korvadex {
 
-unsigned ProcessorCount() {
-    return std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
+void InPlaceWork::Plan(std::size_t package, const std::vector<std::string>& paths) {
+    // Those before it had no turn.
+    std::erase_if(plan, [&](const Planned& each) { return each.package < package; });
+    const auto end = std::ranges::find_if(plan, [&](const Planned& each) { return each.package > package; });
+    if (!std::ranges::equal(plan.begin(), end, paths.begin(), paths.end(), {}, &Planned::path)) {
+        plan.erase(plan.begin(), end);
+        for (auto path = paths.rbegin(); path != paths.rend(); ++path)
+            plan.push_front({package, *path, nullptr});
+    }
+    nextPackage = std::max(nextPackage, package + 1);
 }
 
-std::vector<FileFailure> WorkThrough(CommandContext& context, const std::vector<std::string>& paths,
-                                     const InPlaceWork& work, const std::function<void()>& afterEach) {
-    constexpr std::uint64_t maxBytes = 128u << 20;
-    const std::size_t maxJobs = ProcessorCount() + 1;
+// Enough for all processors while the files before them are flushed.
+void InPlaceWork::BeginAhead() {
+    constexpr std::size_t maxJobs = 256;
+    constexpr std::size_t maxForeseen = 2; // at once: each takes a walk, and most may have nothing to be done
+    const std::size_t lastForeseen = std::min(packageCount, nextPackage + maxForeseen);
+    std::uint64_t bytes = 0;
+    for (std::size_t i = 0; i < maxJobs && bytes < MaxWholeSize; ++i) {
+        for (; i == plan.size() && nextPackage < lastForeseen; ++nextPackage)
+            for (std::string& path : foresee(nextPackage))
+                plan.push_back({nextPackage, std::move(path), nullptr});
+        if (i == plan.size())
+            return;
+        if (!plan[i].job)
+            plan[i].job = kind.begin(context, plan[i].path);
+        bytes += plan[i].job->Bytes();
+    }
+}
+
+std::vector<FileFailure> InPlaceWork::Take(std::size_t package, const std::vector<std::string>& paths,
+                                           const std::function<void()>& afterEach) {
     std::vector<FileFailure> failures;
     ReplaceBatch batch(context);
-    std::deque<std::unique_ptr<InPlaceJob>> ahead;
-    std::uint64_t bytes = 0;
-    auto next = paths.begin();
+    Plan(package, paths);
     for (const std::string& path : paths) {
-        while (next != paths.end() && (ahead.empty() || (ahead.size() < maxJobs && bytes < maxBytes))) {
-            ahead.push_back(work.begin(*next++));
-            bytes += ahead.back()->Bytes();
-        }
-        bytes -= ahead.front()->Bytes();
-        if (const Problem problem = ahead.front()->Finish(context, batch); problem.code != 0)
-            failures.push_back({path, work.describe(path, problem)});
-        ahead.pop_front();
+        BeginAhead();
+        auto job = std::move(plan.front().job);
+        plan.pop_front();
+        const auto now = context.files.Info(path);
+        if (!now || *now != job->seen) // what was read is no longer what is there
+            job = kind.begin(context, path);
+        if (const Problem problem = job->Finish(context, batch); problem.code != 0)
+            failures.push_back({path, kind.describe(path, problem)});
         if (batch.IsFull())
             batch.Commit();
         try {
@@ -41,7 +62,7 @@ std::vector<FileFailure> WorkThrough(CommandContext& context, const std::vector<
     }
     batch.Commit();
     for (const Status& failed : batch.Failures())
-        failures.push_back({failed.path, work.describe(failed.path, {work.writeFault, DescribeFault(failed)})});
+        failures.push_back({failed.path, kind.describe(failed.path, {kind.writeFault, DescribeFault(failed)})});
     return failures;
 }
 

@@ -4,8 +4,7 @@
 #include "archive/packed_member.h"
 #include "archive/unzip_code.h"
 #include "platform/windows_path.h"
-
-#include <future>
+#include "platform/workers.h"
 
 namespace korvadex {
 
@@ -21,32 +20,32 @@ std::string Describe(const std::string& path, const Problem& problem) {
 // A file on its way into an archive.
 class Packing : public InPlaceJob {
   public:
-    Packing(CommandContext& context, const std::string& filePath);
-    std::uint64_t Bytes() const override { return contents ? seen.size : 0; }
+    Packing(CommandContext& context, const std::string& filePath, Workers<Deflater>& workers);
+    std::uint64_t Bytes() const override { return contents ? seen->size : 0; }
     Problem Finish(CommandContext& context, ReplaceBatch& batch) override;
 
   private:
     // Makes the archive in the directory, under the file's own name.
     Problem Zip(CommandContext& context, const std::string& directory);
 
-    const std::string path;
     bool isPackedAlready = false;
-    FileInfo seen;                          // as it was before it was read
-    std::unique_ptr<DeflatedFile> contents; // none where the file is to be packed while it is written
-    std::future<void> packed;               // last: waits for its thread before the contents go
+    std::shared_ptr<DeflatedFile> contents; // none where the file is to be packed while it is written
+    std::future<void> packed;
 };
 
-Packing::Packing(CommandContext& context, const std::string& filePath) : path(filePath) {
+Packing::Packing(CommandContext& context, const std::string& filePath, Workers<Deflater>& workers)
+    : InPlaceJob(context.files, filePath) {
     isPackedAlready = path.empty() || UnzipFileInPlace(context, path, true) == UnzipCode::Ok;
-    const auto info = context.files.Info(path);
-    if (isPackedAlready || !info || info->kind != EntryKind::File)
+    if (isPackedAlready || !seen || seen->kind != EntryKind::File)
         return;
-    seen = *info;
-    auto file = std::make_unique<DeflatedFile>(context.files, path);
-    if (!file->Read(*info) || !file->IsRead())
+    auto file = std::make_shared<DeflatedFile>(context.files, path);
+    if (!file->Read(*seen) || !file->IsRead())
         return;
     contents = std::move(file);
-    packed = std::async(std::launch::async, [this] { contents->Pack(BestZipLevel); });
+    packed = workers.Start([wanted = std::weak_ptr(contents)](Deflater& deflater) {
+        if (const auto stillWanted = wanted.lock())
+            stillWanted->Pack(deflater, BestZipLevel);
+    });
 }
 
 std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode, std::uint64_t size) {
@@ -69,9 +68,9 @@ Problem Packing::Zip(CommandContext& context, const std::string& directory) {
     zip.names = {.argc = 1, .lpszZipFN = directory + LastPathComponent(path), .FNV = {path}};
     zip.options.flevel = '0' + BestZipLevel;
     zip.prepared = contents.get();
-    static_cast<void>(context.files.MakeRoom(directory, seen.size)); // without it, the archive tells
+    static_cast<void>(context.files.MakeRoom(directory, seen->size)); // without it, the archive tells
     if (const int code = zip.ZipArchive(context); code != ZipCode::Ok)
-        return {code, CauseOf(context, directory, code, seen.size)};
+        return {code, CauseOf(context, directory, code, seen->size)};
     if (!ReadPackedMember(context.files, zip.names.lpszZipFN))
         return {ZipCode::WriteError, "the archive could not be written"};
     return {};
@@ -80,6 +79,8 @@ Problem Packing::Zip(CommandContext& context, const std::string& directory) {
 Problem Packing::Finish(CommandContext& context, ReplaceBatch& batch) {
     if (isPackedAlready)
         return {};
+    if (!seen)
+        return {ZipCode::CannotOpen, "it could not be read"};
     if (packed.valid())
         packed.wait();
     const auto directory = batch.DirectoryFor(path);
@@ -87,7 +88,7 @@ Problem Packing::Finish(CommandContext& context, ReplaceBatch& batch) {
         return {ZipCode::CannotCreate, DescribeFault(directory.status())};
     Problem problem = Zip(context, *directory);
     if (problem.code == ZipCode::Ok) {
-        if (const Status added = batch.Add(*directory, path, seen); !added)
+        if (const Status added = batch.Add(*directory, path, *seen); !added)
             problem = {ZipCode::WriteError, DescribeFault(added)};
     }
     if (problem.code != ZipCode::Ok)
@@ -104,8 +105,15 @@ void ZipFileInPlace(CommandContext& context, const std::string& path) {
 
 std::vector<FileFailure> ZipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
                                          const std::function<void()>& afterEach) {
-    const auto begin = [&](const std::string& path) { return std::make_unique<Packing>(context, path); };
-    return WorkThrough(context, paths, {begin, ZipCode::WriteError, Describe}, afterEach);
+    return InPlaceWork(context, MakePacking()).Take(0, paths, afterEach);
+}
+
+InPlaceKind MakePacking() {
+    return {[workers = std::make_shared<Workers<Deflater>>(ProcessorCount())](CommandContext& context,
+                                                                              const std::string& path) {
+                return std::make_unique<Packing>(context, path, *workers);
+            },
+            ZipCode::WriteError, Describe};
 }
 
 } // namespace korvadex

@@ -3,6 +3,7 @@
 #include "archive/mod_unzip.h"
 #include "archive/packed_member.h"
 #include "platform/windows_path.h"
+#include "platform/workers.h"
 
 namespace korvadex {
 
@@ -57,7 +58,7 @@ Problem Unpack(CommandContext& context, const std::string& path, ReplaceBatch& b
 // the unzip library in its turn.
 class Unpacking : public InPlaceJob {
   public:
-    Unpacking(const FileSystem& files, std::string filePath, Inflaters& workers);
+    Unpacking(const FileSystem& files, const std::string& filePath, Inflaters& workers);
     ~Unpacking() override {
         if (isAhead)
             inflaters.Wait(job); // its buffer must not go while a thread works on it
@@ -71,20 +72,16 @@ class Unpacking : public InPlaceJob {
   private:
     Problem FinishAhead(CommandContext& context, ReplaceBatch& batch);
 
-    const std::string path;
     Inflaters& inflaters;
-    FileInfo seen; // as it was before it was read
     bool isAhead = false;
     InflateJob job;
 };
 
-Unpacking::Unpacking(const FileSystem& files, std::string filePath, Inflaters& workers)
-    : path(std::move(filePath)), inflaters(workers) {
-    const auto info = files.Info(path);
+Unpacking::Unpacking(const FileSystem& files, const std::string& filePath, Inflaters& workers)
+    : InPlaceJob(files, filePath), inflaters(workers) {
     const auto member = ReadPackedMember(files, path);
-    if (!info || !member || !member->FitsInOnePiece())
+    if (!seen || !member || !member->FitsInOnePiece())
         return;
-    seen = *info;
     job.packedSize = static_cast<std::size_t>(member->packedSize);
     job.size = static_cast<std::size_t>(member->size);
     job.crc = member->crc;
@@ -105,7 +102,7 @@ Problem Unpacking::FinishAhead(CommandContext& context, ReplaceBatch& batch) {
         return ProblemOf(directory.status());
     Status status = WriteNew(context.files, *directory + LastPathComponent(path), job.Unpacked());
     if (status)
-        status = batch.Add(*directory, path, seen);
+        status = batch.Add(*directory, path, *seen);
     if (status)
         return {};
     batch.Drop(*directory, path);
@@ -132,11 +129,15 @@ int UnzipFileInPlace(CommandContext& context, const std::string& path, bool test
 
 std::vector<FileFailure> UnzipFilesInPlace(CommandContext& context, const std::vector<std::string>& paths,
                                            const std::function<void()>& afterEach) {
-    Inflaters inflaters(ProcessorCount() > 1 ? ProcessorCount() : 0);
-    const auto begin = [&](const std::string& path) {
-        return std::make_unique<Unpacking>(context.files, path, inflaters);
-    };
-    return WorkThrough(context, paths, {begin, UnzipCode::DiskFull, Describe}, afterEach);
+    return InPlaceWork(context, MakeUnpacking()).Take(0, paths, afterEach);
+}
+
+InPlaceKind MakeUnpacking() {
+    const unsigned threads = ProcessorCount() > 1 ? ProcessorCount() : 0;
+    return {[inflaters = std::make_shared<Inflaters>(threads)](CommandContext& context, const std::string& path) {
+                return std::make_unique<Unpacking>(context.files, path, *inflaters);
+            },
+            UnzipCode::DiskFull, Describe};
 }
 
 } // namespace korvadex

@@ -64,7 +64,8 @@ int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile
     if (!prepared) {
         if (!ownContents.Read(*info))
             return ZipCode::ReadError;
-        ownContents.Pack(level);
+        Deflater deflater;
+        ownContents.Pack(deflater, level);
     }
     DeflatedFile& contents = prepared ? *prepared : ownContents;
 

@@ -64,8 +64,7 @@ struct ZipState {
 void ZpInit(ZipState& state, ZipCallbacks callbacks);
 void ZpSetOptions(ZipState& state, const ZPOPT& options);
 const ZPOPT& ZpGetOptions(const ZipState& state);
-// Makes the archive. At level 9 the packed bytes are as few as zlib makes, or fewer. The file to add may have
-// been read and packed before.
+// Makes the archive, packed as Deflater tells. The file to add may have been read and packed before.
 int ZpArchive(ZipState& state, FileSystem& files, const ZCL& names, DeflatedFile* prepared = nullptr);
 
 } // namespace korvadex

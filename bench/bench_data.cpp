@@ -18,6 +18,7 @@ namespace {
 constexpr int SheetSize = 1024; // pixels; 3 MB with 24 bits each
 constexpr int SheetCount = 67;
 constexpr int SmallFileCount = 5000;
+constexpr int HeaderSize = 54; // of a bitmap without a palette
 
 void Put(const fs::path& path, const std::string& bytes) {
     fs::create_directories(path.parent_path());
@@ -51,6 +52,20 @@ std::string WornLivery(int sheet) {
     return bytes;
 }
 
+// Five bits to a colour.
+std::string Bitmap16(const QImage& picture) {
+    std::string bytes = demo::Bitmap24(picture).left(HeaderSize).toStdString();
+    bytes[28] = 16; // bits to a pixel
+    const QImage pixels = picture.convertToFormat(QImage::Format_RGB555).mirrored();
+    return bytes.append(reinterpret_cast<const char*>(pixels.constBits()),
+                        static_cast<std::size_t>(pixels.sizeInBytes()));
+}
+
+// A strip of a sheet, as one of the small pictures that panels are full of.
+std::string Piece(const std::string& sheet, std::size_t number) {
+    return sheet.substr(0, HeaderSize) + sheet.substr(100'000 + number * 30'000, 66'000);
+}
+
 // Everything of a package but its textures.
 void PutFrame(const fs::path& directory) {
     const demo::Livery livery{{240, 242, 244}, {24, 84, 160}, {222, 226, 230}};
@@ -73,6 +88,39 @@ void MakeBitmapPackage(const fs::path& directory) {
     PutFrame(directory);
     for (int sheet = 0; sheet < SheetCount; ++sheet)
         Put(directory / "Texture" / ("Sheet " + std::to_string(sheet) + ".bmp"), WornLivery(sheet));
+}
+
+void MakeTextures(const fs::path& directory, TextureKind kind) {
+    static constexpr int Packages = 4, Sheets = 3, Pieces = 10;
+    const auto put = [&](int package, const std::string& name, const std::string& bytes) {
+        Put(directory / ("Package " + std::to_string(package)) / "texture" / (name + ".bmp"), bytes);
+    };
+    for (int package = 0; package < Packages; ++package) {
+        for (int sheet = package * Sheets; sheet < (package + 1) * Sheets; ++sheet) {
+            const demo::Livery livery{{240, 242, 244}, {24, 40 + sheet * 2, 160}, {222, 226, 230}};
+            const std::string number = std::to_string(sheet);
+            if (kind == TextureKind::Flat) {
+                put(package, "Sheet " + number,
+                    demo::Bitmap24(demo::DrawLivery(livery, sheet, SheetSize)).toStdString());
+                put(package, "Small sheet " + number,
+                    demo::Bitmap8(demo::DrawLivery(livery, sheet, 512)).toStdString());
+                put(package, "Panel " + number, demo::Bitmap8(demo::DrawPanel(livery, 1024, 768)).toStdString());
+                continue;
+            }
+            const std::string worn = WornLivery(sheet);
+            const auto picture = QImage::fromData(QByteArray::fromStdString(worn));
+            const bool isOfMoreColours = sheet % Sheets == 0;
+            put(package, "Sheet " + number,
+                !isOfMoreColours   ? demo::Bitmap8(picture).toStdString()
+                : package % 2 == 0 ? Bitmap16(picture)
+                                   : worn);
+        }
+        const std::string sheet = kind == TextureKind::Flat
+                                      ? demo::Bitmap24(demo::DrawLivery({}, package, SheetSize)).toStdString()
+                                      : WornLivery(package);
+        for (int piece = 0; piece < Pieces; ++piece)
+            put(package, "Piece " + std::to_string(piece), Piece(sheet, static_cast<std::size_t>(piece)));
+    }
 }
 
 void MakeManyFilesPackage(const fs::path& directory) {

@@ -15,11 +15,14 @@
 #include "platform/windows_path.h"
 #include "sim/unused_gauges.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <regex>
+#include <span>
 #include <stdexcept>
 
 namespace korvadex::bench {
@@ -51,7 +54,27 @@ std::string PanelText(int number) {
     return text + "[VIEWS]\r\nVIEW_FORWARD_DIR=3,0,0,0\r\n";
 }
 
-// ---- the works
+bool Run(const Work& work) {
+    std::vector<Turns> turns;
+    for (int round = 0; round < Rounds; ++round) {
+        if (const std::string failed = TakeTurns(work, turns); !failed.empty()) {
+            std::printf("%-17s %s failed\n", work.name.c_str(), failed.c_str());
+            return false;
+        }
+    }
+    for (std::size_t i = 0; i < turns.size(); ++i) {
+        const Contender& contender = work.contenders[i];
+        const double ratio = turns[0].Median() / turns[i].Median();
+        std::printf("%-17s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(), turns[i].Median() * 1000);
+        if (i > 0)
+            std::printf("   korvadex takes %.2f of it", ratio);
+        if (contender.limit > 0)
+            std::printf(" (at most %.2f: %s)", contender.limit, ratio <= contender.limit ? "reached" : "missed");
+        std::printf("\n");
+        std::fflush(stdout);
+    }
+    return true;
+}
 
 std::function<Measure()> Shell(const std::string& script) {
     return Tool({"sh", "-c", "{ " + script + "; } >/dev/null"});
@@ -91,82 +114,79 @@ void CopyFresh(const fs::path& from, const fs::path& to) {
         throw std::runtime_error(from.string() + " could not be copied");
 }
 
-// The textures of a package, and some of the small pictures that panels are full of.
-void MakePictures(const fs::path& directory) {
-    MakeBitmapPackage(directory);
-    for (int number = 20; number < 67; ++number) // the rest is enough
-        fs::remove(directory / "Texture" / ("Sheet " + std::to_string(number) + ".bmp"));
-    std::ifstream sheet(directory / "Texture/Sheet 0.bmp", std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(sheet), {}};
-    for (std::size_t number = 0; number < 60; ++number)
-        Put(directory / "Panel" / ("Small " + std::to_string(number) + ".bmp"),
-            bytes.substr(0, 54) + bytes.substr(100'000 + number * 30'000, 66'000));
+// The packages of a Hangar of textures, packed or unpacked in one go.
+bool CompressAll(const TemporaryDrive& drive, bool compress) {
+    Command command(drive);
+    const auto packages = CollectDirectories(*command.files, "C:\\Hangar\\Bench\\", true, command.limits).paths;
+    std::vector<std::string> directories;
+    for (const std::string& package : packages)
+        directories.push_back(AddBackslash(package));
+    Compression compression(command.context, compress, directories);
+    return std::ranges::all_of(directories, [&](const auto& each) { return compression.Take(each).empty(); }) &&
+           !command.user.isWarned;
 }
 
-Work CompressWork(const TemporaryDrive& drive) {
-    const fs::path plain = drive.At("Plain"), package = drive.At("Hangar/Bench/Pictures");
-    MakePictures(plain);
-    const fs::path byZip = drive.At("ByZip");
-    return {
-        "compress",
+// Runs the script for each bitmap, which is "$f", the n-th.
+std::function<Measure()> ForEachBitmap(const fs::path& hangar, const std::string& script) {
+    return Shell("find '" + hangar.string() + "' -name '*.bmp' | { n=0; while read -r f; do n=$((n+1)); " + script +
+                 " || exit 1; done; }");
+}
+
+// Without the markers.
+std::uintmax_t BitmapBytes(const fs::path& directory) {
+    std::uintmax_t bytes = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(directory))
+        bytes += entry.path().extension() == ".bmp" ? entry.file_size() : 0;
+    return bytes;
+}
+
+// Beside the time the size counts: all together, ours and what zip makes.
+bool RunCompress(const TemporaryDrive& drive, const std::string& name, TextureKind kind, double timeLimit,
+                 double sizeLimit) {
+    const fs::path plain = drive.At("Plain"), hangar = drive.At("Hangar/Bench"), byZip = drive.At("ByZip");
+    fs::remove_all(plain);
+    MakeTextures(plain, kind);
+    std::uintmax_t own = 0;
+    const Work work{
+        name,
         [=] {
-            CopyFresh(plain, package);
+            CopyFresh(plain, hangar);
             fs::remove_all(byZip);
             fs::create_directories(byZip);
         },
-        {{"korvadex", Ours([&drive] {
-              Command command(drive);
-              return CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true).empty() &&
-                     !command.user.isWarned;
-          })},
-         {"zip -9 -j",
-          Shell("find '" + package.string() + "' -name '*.bmp' -o -name '*.gau' | while read -r f; do zip -9 -j -q '" +
-                byZip.string() + "'/\"${f##*/}\".zip \"$f\" || exit 1; done"),
-          0.6}},
-        [=] {
-            // Together they are not larger than what zip makes of them.
-            fs::remove_all(byZip);
-            fs::create_directories(byZip);
-            std::uintmax_t own = 0, zips = 0;
-            for (const auto& entry : fs::recursive_directory_iterator(plain)) {
-                const std::string extension = entry.path().extension().string();
-                if (extension != ".bmp" && extension != ".gau")
-                    continue;
-                const fs::path other = byZip / "x.zip";
-                fs::remove(other);
-                if (!MeasureTool({"zip", "-9", "-j", "-q", other.string(), entry.path().string()}).isGood)
-                    return false;
-                own += fs::file_size(package / fs::relative(entry.path(), plain));
-                zips += fs::file_size(other);
-            }
-            return own <= zips;
+        {{"korvadex", Ours([&drive] { return CompressAll(drive, true); })},
+         {"zip -9 -j", ForEachBitmap(hangar, "zip -9 -j -q '" + byZip.string() + "'/$n.zip \"$f\""), timeLimit}},
+        [&] {
+            own = BitmapBytes(hangar);
+            return own < SizeOf(plain).bytes;
         }};
+    if (!Run(work))
+        return false;
+    const auto zips = SizeOf(byZip).bytes;
+    const double ratio = static_cast<double>(own) / static_cast<double>(zips);
+    std::printf("%-17s of %.1f MB korvadex makes %.2f MB, zip %.2f MB: %.3f of it (at most %.2f: %s)\n", name.c_str(),
+                static_cast<double>(SizeOf(plain).bytes) / 1e6, static_cast<double>(own) / 1e6,
+                static_cast<double>(zips) / 1e6, ratio, sizeLimit, ratio <= sizeLimit ? "reached" : "missed");
+    return true;
 }
 
 Work DecompressWork(const TemporaryDrive& drive) {
-    const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"), package = drive.At("Hangar/Bench/Pictures"),
+    const fs::path plain = drive.At("Plain"), packed = drive.At("Packed"), hangar = drive.At("Hangar/Bench"),
                    unpacked = drive.At("ByUnzip");
-    CopyFresh(plain, package);
-    Command command(drive);
-    CompressPackage(command.context, "C:\\Hangar\\Bench\\Pictures\\", true);
-    CopyFresh(package, packed);
+    fs::remove_all(plain);
+    MakeTextures(plain, TextureKind::Painted);
+    CopyFresh(plain, hangar);
+    CompressAll(drive, true);
+    CopyFresh(hangar, packed);
     return {"decompress",
             [=] {
-                CopyFresh(packed, package);
+                CopyFresh(packed, hangar);
                 fs::remove_all(unpacked);
                 fs::create_directories(unpacked);
             },
-            {{"korvadex", Ours([&drive] {
-                  Command own(drive);
-                  return CompressPackage(own.context, "C:\\Hangar\\Bench\\Pictures\\", false).empty() &&
-                         !own.user.isWarned;
-              })},
-             {"unzip",
-              Shell("find '" + package.string() +
-                    "' -name '*.bmp' -o -name '*.gau' | while read -r f; do unzip -o -q \"$f\" -d '" +
-                    unpacked.string() + "' || exit 1; done"),
-              0.35}},
-            [=] { return SizeOf(package) == SizeOf(plain); }};
+            {{"korvadex", Ours([&drive] { return CompressAll(drive, false); })},
+             {"unzip", ForEachBitmap(hangar, "unzip -o -q \"$f\" -d '" + unpacked.string() + "'"), 0.35}},
+            [=] { return SizeOf(hangar) == SizeOf(plain); }};
 }
 
 Work UninstallWork(const TemporaryDrive& drive) {
@@ -262,44 +282,28 @@ Work InstallEachWork(const TemporaryDrive& drive) {
             [simulator] { return std::distance(fs::directory_iterator(simulator / "aircraft"), {}) == Count; }};
 }
 
-// ---- running them
-
-bool Run(const Work& work) {
-    std::vector<Turns> turns;
-    for (int round = 0; round < Rounds; ++round) {
-        if (const std::string failed = TakeTurns(work, turns); !failed.empty()) {
-            std::printf("%-14s %s failed\n", work.name.c_str(), failed.c_str());
-            return false;
-        }
-    }
-    for (std::size_t i = 0; i < turns.size(); ++i) {
-        const Contender& contender = work.contenders[i];
-        const double ratio = turns[0].Median() / turns[i].Median();
-        std::printf("%-14s %-11s %9.1f ms", work.name.c_str(), contender.name.c_str(), turns[i].Median() * 1000);
-        if (i > 0)
-            std::printf("   korvadex takes %.2f of it", ratio);
-        if (contender.limit > 0)
-            std::printf(" (at most %.2f: %s)", contender.limit, ratio <= contender.limit ? "reached" : "missed");
-        std::printf("\n");
-        std::fflush(stdout);
-    }
-    return true;
-}
-
 } // namespace
 
-bool RunAll(const std::string& only) {
+// Those whose name the regular expression finds.
+bool RunAll(const std::regex& wanted) {
     const TemporaryDrive drive;
-    const std::vector<std::pair<std::string, Work (*)(const TemporaryDrive&)>> works = {{"gauges", UnusedGaugesWork},
-                                                                                        {"compress", CompressWork},
-                                                                                        {"decompress", DecompressWork},
-                                                                                        {"uninstall", UninstallWork},
-                                                                                        {"install", InstallEachWork}};
+    const auto run = [&drive](Work (*make)(const TemporaryDrive&)) {
+        return [&drive, make](const std::string&) { return Run(make(drive)); };
+    };
+    const auto compress = [&drive](TextureKind kind, double timeLimit, double sizeLimit) {
+        return [=, &drive](const std::string& name) { return RunCompress(drive, name, kind, timeLimit, sizeLimit); };
+    };
+    const std::pair<std::string, std::function<bool(const std::string&)>> works[] = {
+        {"unused gauges", run(UnusedGaugesWork)},
+        {"compress painted", compress(TextureKind::Painted, 0.25, 0.97)},
+        {"compress flat", compress(TextureKind::Flat, 0.6, 1.0)},
+        {"decompress", run(DecompressWork)},
+        {"uninstall all", run(UninstallWork)},
+        {"install 120", run(InstallEachWork)}};
     bool isGood = true;
-    for (const auto& [name, make] : works)
-        isGood = (only.empty() || only == name || (name == "compress" && only == "decompress"))
-                     ? Run(make(drive)) && isGood
-                     : isGood;
+    for (const auto& [name, work] : works)
+        if (std::regex_search(name, wanted))
+            isGood = work(name) && isGood;
     return isGood;
 }
 
@@ -307,7 +311,11 @@ bool RunAll(const std::string& only) {
 
 int main(int count, char** arguments) {
     try {
-        return korvadex::bench::RunAll(count > 1 ? arguments[1] : "") ? 0 : 1;
+        std::string filter;
+        for (const std::string argument : std::span(arguments, static_cast<std::size_t>(count)).subspan(1))
+            if (const std::string option = "--benchmark_filter="; argument.starts_with(option))
+                filter = argument.substr(option.size());
+        return korvadex::bench::RunAll(std::regex(filter)) ? 0 : 1;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

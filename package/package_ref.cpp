@@ -13,6 +13,13 @@ std::string PackageRef::Directory(const Locations& locations) const {
     return IsNone() ? "" : locations.HangarDir + Text() + "\\";
 }
 
+std::vector<std::string> DirectoriesOf(const std::vector<PackageRef>& packages, const Locations& locations) {
+    std::vector<std::string> directories;
+    for (const PackageRef& package : packages)
+        directories.push_back(package.Directory(locations));
+    return directories;
+}
+
 PackageRef PackageRefOf(std::string_view text) {
     const std::size_t bar = text.find('\\');
     if (bar == std::string_view::npos)

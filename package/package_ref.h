@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvadex {
 
@@ -19,6 +20,9 @@ struct PackageRef {
     // Ends in a backslash; "" for none.
     std::string Directory(const Locations& locations) const;
 };
+
+// The directories of all of them.
+std::vector<std::string> DirectoriesOf(const std::vector<PackageRef>& packages, const Locations& locations);
 
 // "Jets\Lear" -> {"Jets", "Lear"}; "Lear" -> {"", "Lear"}, the package of that name in whatever category.
 PackageRef PackageRefOf(std::string_view text);

@@ -1,17 +1,17 @@
 #include "sim/hangar_compression.h"
 
-#include "archive/compression.h"
 #include "package/name_list.h"
 #include "sim/hangar_package.h"
 
 namespace korvadex {
 
 std::optional<std::vector<std::string>> CompressInHangar(CommandContext& context, const LoadedPackage& package,
-                                                         bool compress) {
+                                                         Compression& compression) {
+    const bool compress = compression.isCompressing;
     if (compress && package.isCompressed && !HasFilesToPack(context, package.path))
         return std::nullopt;
     const std::string others = compress ? DescribePlaceOfOthers(context, package.path) : "";
-    return others.empty() ? CompressPackage(context, package.path, compress)
+    return others.empty() ? compression.Take(package.path)
                           : std::vector{package.path + " cannot be compressed: " + others};
 }
 

@@ -1,6 +1,7 @@
 // Packing and unpacking a package of the Hangar in place.
 #pragma once
 
+#include "archive/compression.h"
 #include "package/command_context.h"
 #include "package/loaded_package.h"
 
@@ -10,10 +11,10 @@
 
 namespace korvadex {
 
-// Packs or unpacks the package's bitmaps and gauges. Gives what could not be, with the reason; nothing where there is
-// nothing to pack.
+// The turn of the package in a compression: packs or unpacks its bitmaps and gauges. Gives what could not be, with the
+// reason; nothing where there is nothing to pack.
 std::optional<std::vector<std::string>> CompressInHangar(CommandContext& context, const LoadedPackage& package,
-                                                         bool compress);
+                                                         Compression& compression);
 // "Done.", or what was not compressed or decompressed.
 void TellCompressed(CommandContext& context, const std::vector<std::string>& failures);
 

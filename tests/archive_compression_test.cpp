@@ -1,7 +1,14 @@
 #include "archive/compression.h"
+#include "archive/in_place.h"
+#include "archive/packed_member.h"
+#include "package/scratch.h"
+#include "platform/windows_path.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/zip_builder.h"
+
+#include <random>
+#include <zlib.h>
 
 namespace korvadex::test {
 namespace {
@@ -115,6 +122,101 @@ TEST_F(CompressionTest, APackedFileThatIsDamagedStaysAndIsNamed) {
     EXPECT_EQ(drive.Get(directory + "Texture\\z.bmp"), "zipped");
     EXPECT_EQ(drive.Get(directory + "Texture\\d.bmp"), damaged);
     EXPECT_TRUE(drive.Has(directory + "KX_Compression.txt"));
+}
+
+TEST_F(CompressionTest, WhatWasReadAheadIsTakenAsItIsInItsTurn) {
+    const std::string skipped = "Hangar\\Jets\\Skipped\\", edited = "Hangar\\Jets\\Edited\\";
+    const std::vector<std::string> packages = {path, drive.At(skipped), drive.At(edited)};
+    for (const std::string& package : {skipped, edited})
+        for (const char* name : {"a.bmp", "b.bmp", "c.bmp"})
+            drive.Put(package + name, std::string(5000, 'a'));
+    {
+        Compression compression(context, true, packages);
+        EXPECT_THAT(compression.Take(packages[0]), testing::IsEmpty());
+        drive.Put(edited + "a.bmp", std::string(5000, 'b'));
+        ASSERT_TRUE(drive.Files().Delete(drive.At(edited + "b.bmp")));
+        drive.Put(edited + "d.bmp", "new");
+        const auto untouched = drive.States(skipped);
+        EXPECT_THAT(compression.Take(packages[2]), testing::IsEmpty());
+        EXPECT_TRUE(drive.States(skipped) == untouched);
+    }
+    EXPECT_FALSE(HasFilesToPack(context, packages[2]));
+    Compression unpacking(context, false, packages);
+    EXPECT_THAT(unpacking.Take(packages[0]), testing::IsEmpty());
+    drive.Put(edited + "c.bmp", "plain by now");
+    EXPECT_THAT(unpacking.Take(packages[2]), testing::IsEmpty());
+    EXPECT_EQ(drive.Tree(edited), (std::map<std::string, std::string>{
+                                      {"a.bmp", std::string(5000, 'b')}, {"c.bmp", "plain by now"}, {"d.bmp", "new"}}));
+}
+
+TEST_F(CompressionTest, NothingIsLostWhereABatchEndsOrTheDiskFillsAtAnyPoint) {
+    const std::string category = "Hangar\\Jets\\", plain(20000, 'p');
+    const std::vector<std::string> packages = {drive.At(category + "One\\"), drive.At(category + "Other\\")};
+    const std::vector<std::string> names = {"One\\a.bmp", "One\\b.bmp", "Other\\a.bmp"};
+    for (const bool isFull : {false, true}) {
+        for (const bool packs : {true, false}) {
+            SCOPED_TRACE(packs ? "packing" : "unpacking");
+            int changes = 1;
+            for (int change = 1; change <= changes; ++change) {
+                for (const std::string& name : names)
+                    drive.Put(category + name,
+                              packs ? plain : ZipBuilder().Add(LastPathComponent(name), plain).Bytes());
+                FaultyFiles faulty(drive.Files());
+                if (isFull)
+                    faulty.FailAt(change, FileFault::DiskFull);
+                else
+                    faulty.StopAt(change);
+                CommandContext onFaulty = On(faulty);
+                std::size_t failures = 0;
+                {
+                    Compression compression(onFaulty, packs, packages);
+                    for (const std::string& package : packages)
+                        failures += compression.Take(package).size();
+                }
+                changes = faulty.Changes();
+                std::size_t left = 0;
+                for (const std::string& name : names) {
+                    const bool isPlain = drive.Get(category + name) == plain;
+                    EXPECT_TRUE(isPlain || UnzipFileInPlace(context, drive.At(category + name), true) == 0)
+                        << name << " after change " << change;
+                    left += isPlain == packs;
+                }
+                EXPECT_EQ(left, failures) << "after change " << change;
+            }
+            EXPECT_GT(changes, 10);
+            CleanScratch(drive.Files(), locations); // the next start
+            EXPECT_EQ(drive.Outline("FS"), "aircraft\\");
+        }
+    }
+}
+
+// Painted: dithered, in few shades with some order. Drawn: a few colours in long runs.
+TEST_F(CompressionTest, PaintedTexturesPackBetterThanByZlibAndDrawnOnesAsWell) {
+    std::mt19937 random(7);
+    std::string painted(400000, '\0'), drawn(400000, '\0');
+    for (std::size_t i = 0; i < painted.size(); ++i) {
+        const std::size_t x = i % 512, y = i / 512;
+        painted[i] = static_cast<char>((x / 9 + y / 7) % 24 + (x / 64 + y / 64) % 3 * (random() % 4));
+        drawn[i] = static_cast<char>((x * x + y * y) / 40000 + (x % 97 == 0));
+    }
+    const struct {
+        const char* name;
+        std::string bytes;
+        double atMost;
+    } rows[] = {{"painted.bmp", painted, 0.97}, {"drawn.bmp", drawn, 1}};
+    for (const auto& row : rows) {
+        uLongf size = compressBound(row.bytes.size());
+        std::string byZlib(size, '\0');
+        ASSERT_EQ(compress2(reinterpret_cast<Bytef*>(byZlib.data()), &size,
+                            reinterpret_cast<const Bytef*>(row.bytes.data()), row.bytes.size(), 9),
+                  Z_OK);
+        drive.Put(row.name, row.bytes);
+        ZipFileInPlace(context, drive.At(row.name));
+        const auto member = ReadPackedMember(drive.Files(), drive.At(row.name));
+        ASSERT_TRUE(member);
+        EXPECT_EQ(member->method, 8) << "every version unpacks it";
+        EXPECT_LE(static_cast<double>(member->packedSize), static_cast<double>(size) * row.atMost) << row.name;
+    }
 }
 
 } // namespace
