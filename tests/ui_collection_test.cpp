@@ -126,6 +126,8 @@ TEST_F(CollectionWindow, IsFilteredAndSortedByKeys) {
     EXPECT_EQ(Rows(), "Jets  (2)|Lear|Beech|Props  (2)|Cub|Dakota|");
     const auto name = [&](const char* row) { return Row(row).data(Qt::AccessibleTextRole).toString().toStdString(); };
     EXPECT_EQ(name("Cub"), "Cub, installed in MSFS");
+    const auto tick = qvariant_cast<QIcon>(Row("Cub").data(Qt::DecorationRole));
+    EXPECT_EQ(tick.pixmap(16, QIcon::Selected).toImage().pixelColor(8, 2), Qt::white) << "else it is lost on its row";
     drive.MakeDirectory("Hangar\\Props\\Aztec");
     drive.Put("Hangar\\Props\\Aztec\\kx_compression.txt", "3 Meg");
     Press(Qt::Key_F5);

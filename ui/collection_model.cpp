@@ -4,6 +4,7 @@
 #include "ui/qt_text.h"
 
 #include <QFont>
+#include <QPainter>
 #include <QPixmap>
 
 #include <algorithm>
@@ -26,11 +27,29 @@ QIcon NoIcon() {
     return empty;
 }
 
+// On a selected row it stands on a white ground: its colours are lost on that of the row.
+QIcon Mark(const QString& name) {
+    QIcon mark = NamedIcon(name);
+    for (const QSize& size : mark.availableSizes()) {
+        QPixmap grounded(size);
+        grounded.fill(Qt::transparent);
+        QPainter painter(&grounded);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawRoundedRect(grounded.rect(), size.width() / 5.0, size.height() / 5.0);
+        painter.drawPixmap(grounded.rect(), mark.pixmap(size, 1.0));
+        painter.end();
+        mark.addPixmap(grounded, QIcon::Selected);
+    }
+    return mark;
+}
+
 } // namespace
 
 CollectionModel::CollectionModel(QObject* parent)
-    : QAbstractItemModel(parent), installed(NamedIcon("Installed")), compressed(NamedIcon("Compress")),
-      alias(NamedIcon("Alias")), missingGauges(NamedIcon("MissingGauges")), none(NoIcon()) {}
+    : QAbstractItemModel(parent), installed(Mark("Installed")), compressed(Mark("Compress")), alias(Mark("Alias")),
+      missingGauges(Mark("MissingGauges")), none(NoIcon()) {}
 
 void CollectionModel::Show(CollectionView shown) {
     if (!HaveSameRows(view, shown)) {

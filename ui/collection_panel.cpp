@@ -30,10 +30,11 @@ class MarkPainter : public QStyledItemDelegate {
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const QVariantList marks = index.data(CollectionModel::MarksRole).toList();
+        const auto mode = option.state & QStyle::State_Selected ? QIcon::Selected : QIcon::Normal;
         QStyleOptionViewItem named = option;
         QRect place(option.rect.right() - MarkSize, option.rect.center().y() - MarkSize / 2, MarkSize, MarkSize);
         for (const QVariant& mark : marks) {
-            mark.value<QIcon>().paint(painter, place);
+            mark.value<QIcon>().paint(painter, place, Qt::AlignCenter, mode);
             place.translate(-MarkSize - MarkGap, 0);
         }
         if (!marks.isEmpty())
