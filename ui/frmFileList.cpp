@@ -68,6 +68,7 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<ListLine>&
     ui->lstFileList->setFocus();
     show();
     raise();
+    activateWindow();
 }
 
 void frmFileList::FillList(const std::vector<ListLine>& newLines) {
