@@ -11,6 +11,7 @@
 #include "ui/single_instance.h"
 
 #include <QApplication>
+#include <QPalette>
 
 namespace korvadex {
 
@@ -29,6 +30,15 @@ void ComeToFront(frmHangar& hangar) {
         dialog->raise();
         dialog->activateWindow();
     }
+}
+
+// In dark colours some desktops leave what stands in an empty field black.
+void MakePlaceholdersReadable() {
+    QColor faint = QApplication::palette().color(QPalette::Text);
+    faint.setAlpha(128);
+    QPalette palette; // the rest stays the desktop's
+    palette.setColor(QPalette::PlaceholderText, faint);
+    QApplication::setPalette(palette);
 }
 
 int RunProgram() {
@@ -84,6 +94,7 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(korvadex::NamedIcon("korvadex"));
     // Between a question at start-up and the main window there is no window; the program itself says when it ends.
     QApplication::setQuitOnLastWindowClosed(false);
+    korvadex::MakePlaceholdersReadable();
     try {
         return korvadex::RunProgram();
     } catch (const std::exception& trouble) {
