@@ -5,7 +5,8 @@
 #include <functional>
 #include <memory>
 #include <span>
-#include <zlib.h>
+
+struct inflate_state;
 
 namespace korvadex {
 
@@ -17,14 +18,13 @@ class PieceInflater {
     PieceInflater& operator=(const PieceInflater&) = delete;
 
     // Hands on what these further bytes unpack to, until the sink answers other than 0. An Info-ZIP code, or that
-    // answer.
+    // answer. What stands behind the last byte is not looked at.
     int Inflate(std::span<const std::byte> packed, const std::function<int(std::span<const std::byte>)>& sink);
     // True when the last byte has come.
-    bool IsAtEnd() const { return isAtEnd; }
+    bool IsAtEnd() const;
 
   private:
-    z_stream stream{};
-    bool isReady, isAtEnd = false;
+    std::unique_ptr<inflate_state> state;
     std::unique_ptr<std::byte[]> unpacked;
 };
 

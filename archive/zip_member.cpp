@@ -38,13 +38,17 @@ std::string NameOfMethod(std::uint16_t method) {
 } // namespace
 
 bool ZipMember::FitsInOnePiece() const {
-    return encryption == ZIP_EM_NONE && (method == ZIP_CM_DEFLATE || method == ZIP_CM_STORE) && size <= MaxWholeSize &&
-           packedSize <= MaxBuffers - size;
+    return encryption == ZIP_EM_NONE && IsInflatedHere() && size <= MaxWholeSize && packedSize <= MaxBuffers - size;
 }
 
 bool ZipMember::IsAuthenticated() const {
     const bool isAes = encryption == ZIP_EM_AES_128 || encryption == ZIP_EM_AES_192 || encryption == ZIP_EM_AES_256;
     return isAes && (method == ZIP_CM_DEFLATE || method == ZIP_CM_STORE);
+}
+
+bool ZipMember::IsInflatedHere() const {
+    const bool isPlain = encryption == ZIP_EM_NONE && (method == ZIP_CM_DEFLATE || method == ZIP_CM_STORE);
+    return isPlain || IsAuthenticated();
 }
 
 std::string WhyUnreadable(const ZipMember& member) {

@@ -17,8 +17,11 @@ struct ZipMember {
 
     // It can be had in one piece: up to 64 MB, and not encrypted.
     bool FitsInOnePiece() const;
-    // Its bytes are checked by what the encryption brings, and are to be unpacked by the caller.
+    // Its bytes are checked by what the encryption brings.
     bool IsAuthenticated() const;
+    // The library only decrypts it: that would take longer to unpack it, compares a CRC-32 where there may be none, and
+    // not the authentication of what it has unpacked. What it gives packed it has authenticated to the last byte.
+    bool IsInflatedHere() const;
 };
 
 // Why members packed like this one are not read, in words for the user; "" when they are.

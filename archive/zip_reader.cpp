@@ -8,8 +8,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <libdeflate.h>
 #include <utility>
-#include <zlib.h>
 
 namespace korvadex {
 
@@ -66,7 +66,7 @@ class ZipReader : public ArchiveReader {
   private:
     void ReadEntry(std::uint64_t index, const ZipDirectory& directory);
     int Stream(const ZipMember& member, zip_file_t* file, const Sink& sink);
-    int StreamAuthenticated(const ZipMember& member, zip_file_t* file, const Sink& sink);
+    int StreamUnpacked(const ZipMember& member, zip_file_t* file, const Sink& sink);
 
     ZipHandle archive;
     const std::size_t commentSize;
@@ -108,11 +108,9 @@ int ZipReader::Open(std::size_t member, const std::string& password) {
     const ZipMember& entry = entries[member];
     if (entry.FitsInOnePiece())
         return UnzipCode::Ok;
-    // The library compares a CRC-32 where there may be none, and not the authentication of what it has unpacked: what
-    // it gives packed it has authenticated to the last byte.
-    const zip_flags_t flags = entry.IsAuthenticated() ? ZIP_FL_COMPRESSED : 0;
+    const zip_flags_t flags = entry.IsInflatedHere() ? ZIP_FL_COMPRESSED : 0;
     opened.reset(entry.encryption == ZIP_EM_NONE
-                     ? zip_fopen_index(archive.get(), entry.index, 0)
+                     ? zip_fopen_index(archive.get(), entry.index, flags)
                      : zip_fopen_index_encrypted(archive.get(), entry.index, flags, password.c_str()));
     return opened ? UnzipCode::Ok : FailureOf(entry, *archive, nullptr);
 }
@@ -127,10 +125,10 @@ int ZipReader::Read(const Sink& sink) {
     if (!piece)
         piece = std::make_unique_for_overwrite<std::byte[]>(PieceSize);
     const auto file = std::move(opened);
-    return entry.IsAuthenticated() ? StreamAuthenticated(entry, file.get(), sink) : Stream(entry, file.get(), sink);
+    return entry.IsInflatedHere() ? Stream(entry, file.get(), sink) : StreamUnpacked(entry, file.get(), sink);
 }
 
-int ZipReader::Stream(const ZipMember& member, zip_file_t* file, const Sink& sink) {
+int ZipReader::StreamUnpacked(const ZipMember& member, zip_file_t* file, const Sink& sink) {
     std::uint64_t total = 0;
     for (;;) {
         // The read after the last byte is the one that compares the CRC-32.
@@ -147,19 +145,19 @@ int ZipReader::Stream(const ZipMember& member, zip_file_t* file, const Sink& sin
     }
 }
 
-int ZipReader::StreamAuthenticated(const ZipMember& member, zip_file_t* file, const Sink& sink) {
+int ZipReader::Stream(const ZipMember& member, zip_file_t* file, const Sink& sink) {
     std::uint64_t total = 0;
     std::uint32_t crc = 0;
     const auto take = [&](std::span<const std::byte> bytes) {
         total += bytes.size();
-        crc = static_cast<std::uint32_t>(crc32_z(crc, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+        crc = libdeflate_crc32(crc, bytes.data(), bytes.size());
         return total > member.size ? UnzipCode::Error : sink(bytes);
     };
     PieceInflater inflater;
     for (;;) {
-        // The read after the last byte is the one that compares the authentication code.
+        // The read after the last byte is the one that compares an authentication code.
         const zip_int64_t count = zip_fread(file, piece.get(), PieceSize);
-        if (count < 0) // the password was right, as far as its two check bytes tell
+        if (count < 0) // a password was right, as far as its two check bytes tell
             return zip_error_code_zip(zip_file_get_error(file)) == ZIP_ER_CRC ? UnzipCode::Error
                                                                               : FailureOf(member, *archive, file);
         if (count == 0)

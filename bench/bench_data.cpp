@@ -136,18 +136,22 @@ void MakeManyFilesPackage(const fs::path& directory) {
     }
 }
 
-void MakeLargeFiles(const fs::path& directory) {
-    std::string noise(63'000'000, '\0'), sheets;
+void MakeHeldFile(const fs::path& path) {
+    std::string noise(63'000'000, '\0');
     std::uint32_t state = 1;
     for (char& byte : noise) {
         state = state * 1664525u + 1013904223u;
         byte = static_cast<char>(state >> 28); // four bits of eight
     }
-    Put(directory / "Noise.bmp", noise);
+    Put(path, noise);
+}
+
+void MakeLargeFile(const fs::path& path) {
+    std::string sheets;
     const std::string sheet = WornLivery(0);
     while (sheets.size() < 200'000'000)
         sheets += sheet;
-    Put(directory / "Sheets.bmp", sheets);
+    Put(path, sheets);
 }
 
 void MakeArchive(const fs::path& directory, const fs::path& archive) {

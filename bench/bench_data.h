@@ -13,9 +13,10 @@ enum class TextureKind { Painted, Flat };
 void MakeTextures(const std::filesystem::path& directory, TextureKind kind);
 // A package of 5,000 small files in the usual directories, no two of one name.
 void MakeManyFilesPackage(const std::filesystem::path& directory);
-// Two members of the sizes at which unpacking changes its ways: 63 MB that pack to half (the most that is held in
-// memory at once), and 200 MB.
-void MakeLargeFiles(const std::filesystem::path& directory);
+// Of the sizes at which unpacking changes its ways: 63 MB that pack to half (the most that is held in memory at once),
+// and 200 MB of textures.
+void MakeHeldFile(const std::filesystem::path& path);
+void MakeLargeFile(const std::filesystem::path& path);
 // A zip archive of everything below a directory, deflated at the usual level.
 void MakeArchive(const std::filesystem::path& directory, const std::filesystem::path& archive);
 

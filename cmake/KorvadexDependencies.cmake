@@ -19,6 +19,12 @@ add_library(korvadex_libdeflate INTERFACE)
 target_include_directories(korvadex_libdeflate SYSTEM INTERFACE "${LIBDEFLATE_INCLUDE_DIR}")
 target_link_libraries(korvadex_libdeflate INTERFACE "${LIBDEFLATE_LIBRARY}")
 
+find_path(LIBISAL_INCLUDE_DIR isa-l/igzip_lib.h REQUIRED)
+find_library(LIBISAL_LIBRARY NAMES isal REQUIRED)
+add_library(korvadex_libisal INTERFACE)
+target_include_directories(korvadex_libisal SYSTEM INTERFACE "${LIBISAL_INCLUDE_DIR}")
+target_link_libraries(korvadex_libisal INTERFACE "${LIBISAL_LIBRARY}")
+
 if(BUILD_TESTING)
   if(WIN32)
     # Debian ships GoogleTest only as native libraries; for Windows its source is compiled.

@@ -138,7 +138,16 @@ class PosixInput : public InputFile {
 class PosixOutput : public OutputFile {
   public:
     PosixOutput(Descriptor opened, std::string name) : file(std::move(opened)), path(std::move(name)) {}
-    Status Write(std::span<const std::byte> bytes) override { return WriteAll(file.get(), bytes, path); }
+    Status Write(std::span<const std::byte> bytes) override {
+        Status status = WriteAll(file.get(), bytes, path);
+        written += static_cast<off64_t>(bytes.size());
+        // Of a large file the disk takes the first bytes while the last ones are made.
+        if (constexpr off64_t pieceSize = 8 << 20; written - begun >= pieceSize) {
+            sync_file_range(file.get(), begun, written - begun, SYNC_FILE_RANGE_WRITE);
+            begun = written;
+        }
+        return status;
+    }
     Status Flush() override { return Outcome(fsync(file.get()), path); }
     Status Close(bool flush) override {
         if (Status flushed = flush ? Flush() : Status{}; !flushed)
@@ -149,6 +158,7 @@ class PosixOutput : public OutputFile {
   private:
     Descriptor file;
     std::string path;
+    off64_t written = 0, begun = 0; // bytes; those on their way to the disk
 };
 
 // Copies the rest of one file to another with what the system has for it, or through a buffer where it has

@@ -247,12 +247,19 @@ TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
 }
 
 TEST_F(ProcessTest, AMemberTooBigForMemoryStreams) {
-    const std::string zeros(70u << 20, '\0');
-    drive.Put("in\\p.zip", ZipBuilder().Add("big.bmp", zeros).Add("bad.bmp", zeros, {.crc = 7}).Bytes());
+    constexpr std::uint32_t size = 70u << 20;
+    std::string bytes(size, '\0');
+    for (std::uint32_t i = 0; i < size; i += 64) // no two pieces are alike
+        bytes[i] = static_cast<char>(i / 64 * 2654435761u >> 24);
+    ZipBuilder zip;
+    zip.Add("big.bmp", bytes).Add("wrong CRC", bytes, {.isStored = true, .crc = 7});
+    zip.Add("more", bytes, {.size = size - 1}).Add("less", "x", {.size = size});
+    zip.Add("nonsense", "\xFF\xFF\xFF", {.isStored = true, .method = 8, .size = size});
+    drive.Put("in\\p.zip", zip.Bytes());
     ExpectProblem(2);
     EXPECT_TRUE(Process(context));
     EXPECT_THAT(drive.Names("Staging"), testing::ElementsAre("ZIP_p.zip\\", "ZIP_p.zip\\big.bmp"));
-    EXPECT_TRUE(drive.Get("Staging\\ZIP_p.zip\\big.bmp") == zeros);
+    EXPECT_TRUE(drive.Get("Staging\\ZIP_p.zip\\big.bmp") == bytes);
     EXPECT_EQ(display.progressShown, 1);
     EXPECT_FALSE(display.isProgressVisible);
 }
