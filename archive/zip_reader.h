@@ -1,4 +1,4 @@
-// Zip archives for those who unpack them, by libzip and libdeflate.
+// Zip archives for those who unpack them, by libzip, libdeflate and ISA-L.
 #pragma once
 
 #include "archive/archive_reader.h"
