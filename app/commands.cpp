@@ -12,6 +12,7 @@ namespace {
 constexpr Command FileCommands[] = {
     Command("mnuFileProcessZip", "Process &ZIP file into Staging", &Program::ProcessZipIntoStaging,
             {.shortcut = "Ctrl+O"}),
+    Command("mnuFileProcessDirectory", "Process a &directory of ZIP files", &Program::ProcessArchiveDirectory),
     Command("mnuLastArchives", "Last &archives", nullptr,
             {.choices = &MainView::lastArchives, .choose = &Program::ProcessLastArchive}),
     Command("mnuGoToStaging", "Go to &Staging", &Program::GoToStaging, {.separator = "mnuSep25", .shortcut = "F7"}),

@@ -448,7 +448,7 @@ const std::vector<Step>& Steps() {
     static const std::vector<Step> steps = {
         {"splash", Splash, Kind::Starts},
         {"hangar", [](Tour& tour) { tour.Photograph(); }},
-        {"menu_file", Menu("Alt+F", {640, 185})},
+        {"menu_file", Menu("Alt+F", {640, 205})},
         {"menu_tools", Menu("Alt+T", {640, 390})},
         {"menu_options", Menu("Alt+O", {640, 470})},
         {"menu_data", Menu("Alt+D", {640, 280})},
