@@ -132,22 +132,39 @@ class Road : private RoadGround {
         drive.Put("Packed\\" + addon.archiveName, addon.Archive());
         Expect({});
         const bool isEmpty = !dice.OneIn(4);
-        if (!isEmpty)
+        if (!isEmpty) {
             drive.Put("Staging\\left over.txt", "from before");
+            OfferToQueue();
+        }
         Attempt(
             "process archive",
             [&] {
-                program->OfferArchives({drive.At("Packed\\" + addon.archiveName)});
-                program->AddArchiveToStaging(0);
+                if (isEmpty)
+                    program->OfferArchives({ArchivePath()});
+                else
+                    program->AddArchiveToStaging(0);
             },
             [&] { return drive.Has("Staging\\ZIP_" + addon.archiveName); }, !isEmpty);
         if (!drive.Has("Staging\\ZIP_" + addon.archiveName))
             throw RoadEnd{};
+        if (drive.Has(QueueFile))
+            Violation("is in Staging, and waits in the queue still");
         Choose();
         if (isEmpty && program->View().packageName != addon.titles[chosen])
             Violation("proposes the name \"" + program->View().packageName + "\"");
         CopyToHangar();
     }
+
+    // Where Staging holds files an archive waits, and nothing else happens.
+    void OfferToQueue() {
+        const FileTree before = drive.Tree();
+        Do("offer archive", [&] { program->OfferArchives({ArchivePath()}); });
+        FileTree now = drive.Tree();
+        const auto queue = now.extract(QueueFile);
+        if (!queue || !queue.mapped().starts_with(ArchivePath()) || now != before || !user.said.empty())
+            Violation("does not wait in the queue, or something else happened");
+    }
+    std::string ArchivePath() const { return drive.At("Packed\\" + addon.archiveName); }
 
     // What would replace another file is left out of the add-on.
     void PutByHand() {
@@ -402,6 +419,7 @@ class Road : private RoadGround {
             Violation("says that it is done and is not, or the other way round");
     }
 
+    static constexpr const char* QueueFile = "App\\queue.txt";
     std::map<std::string, std::pair<std::string, FileInfo>> beforePacking;
     std::map<std::string, std::set<std::string>> gaugesOf; // that the panels of packages name
     FileTree declined;                                     // Staging when the choice was declined
