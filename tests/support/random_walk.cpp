@@ -156,25 +156,33 @@ class Walk {
     void Give(const std::string& what, const std::function<void()>& command) {
         if (isLost)
             return;
-        const auto before = Entries();
+        known = Entries();
         step = what;
         user.said.clear();
+        form.onShow = [this] { NoteEnded(); };
         command();
+        form.onShow = {};
         if (form.ends > 0) { // several aircraft in Staging, and a No
             form.ends = 0;
             Start();
         }
-        const auto after = Entries();
-        if (std::ranges::includes(before, after)) { // it did nothing
-            if (!isLost)
-                Expect(states[at]);
-            return;
-        }
+        if (!NoteEnded() && !isLost)
+            Expect(states[at]);
+    }
+    // The state of a command that has ended and is in the history now. Another may follow it by itself: the next
+    // archive, once Staging is cleared.
+    bool NoteEnded() {
+        auto now = Entries();
+        const bool isNew = !std::ranges::includes(known, now);
+        known = std::move(now);
+        if (!isNew)
+            return false;
         hasDropped = false;
-        isPruned = isPruned || after.size() >= 30; // the oldest may have gone
+        isPruned = isPruned || known.size() >= 30; // the oldest may have gone
         states.resize(at + 1);
         states.push_back(Look());
         ++at;
+        return true;
     }
     // False when there was nothing.
     bool GoBack() {
@@ -318,8 +326,9 @@ class Walk {
     RecordingWindow form;
     std::unique_ptr<Program> program;
 
-    std::vector<State> states; // after each command that the history holds
-    std::size_t at = 0;        // the one that there is now
+    std::vector<State> states;   // after each command that the history holds
+    std::size_t at = 0;          // the one that there is now
+    std::set<std::string> known; // of Entries, when they were looked at last
     std::string step, lastArchive;
     int archives = 0;
     bool isLost = false, hasDropped = false, isPruned = false;
