@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -26,6 +27,10 @@ bool IsTerminal(StandardStream stream) {
 
 std::vector<std::string> OpenConsole(int count, char** arguments) {
     std::signal(SIGPIPE, SIG_IGN); // "| head" must not cut a command off
+    // A stream that came closed would be the first file that is opened, and what is said would go into that.
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) == -1)
+            static_cast<void>(open("/dev/null", O_RDWR));
     return {arguments + (count > 0 ? 1 : 0), arguments + count};
 }
 

@@ -1,5 +1,6 @@
 // The command line: each command beside the window's own on the same ground, its questions, and the program itself.
 #include "cli/command_table.h"
+#include "cli/json.h"
 #include "package/progress.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/package_builder.h"
@@ -200,6 +201,8 @@ TEST_F(CommandLine, LooksWithoutAnyTrace) {
     EXPECT_NE(out.find("Gauges:\n  Gauges\\CubClock.gau\n"), out.npos) << out;
     EXPECT_EQ(Run({"show", "cub", "--json"}), AllDone);
     EXPECT_NE(out.find("\"Gauges\": [\"Gauges\\\\CubClock.gau\", "), out.npos) << out;
+    EXPECT_EQ(JsonText("\"\\\x7F\xFF\xC3\xA4\xE2\x82"),
+              "\"\\\"\\\\\\u007f\xEF\xBF\xBD\xC3\xA4\xEF\xBF\xBD\xEF\xBF\xBD\"");
     EXPECT_EQ(Run({"import"}), AllDone);
     EXPECT_EQ(out, "Old_One\n");
     EXPECT_EQ(Run({"check", "cub"}), NotDone);
