@@ -130,6 +130,7 @@ void MessageBox::KeepWithinScreen() {
     if (high <= mostHigh && wide <= MostWide)
         return;
     auto* area = new QScrollArea(this);
+    area->setAccessibleName("Message");
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     delete grid->replaceWidget(label, area);

@@ -1,12 +1,16 @@
 #include "tests/support/modal_user.h"
 
+#include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
-#include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <utility>
 
 namespace korvadex::test {
@@ -18,6 +22,30 @@ constexpr int Interval = 5; // ms
 QString Describe(const QWidget& window) {
     const auto* message = qobject_cast<const QMessageBox*>(&window);
     return window.objectName() + ": " + (message ? message->text() : window.windowTitle());
+}
+
+// Each control says what it is, and no letter stands for two of them.
+void CheckControls(const QWidget& window) {
+    std::map<QKeySequence, QString> letters;
+    for (const QWidget* control : window.findChildren<QWidget*>()) {
+        if (!control->isVisible() || !control->isEnabled() || control->objectName().startsWith("qt_"))
+            continue;
+        if ((control->focusPolicy() & Qt::TabFocus) && !control->focusProxy()) {
+            auto* speaker = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
+            EXPECT_FALSE(speaker->text(QAccessible::Name).isEmpty())
+                << window.objectName().toStdString() << ": " << control->objectName().toStdString() << " "
+                << control->metaObject()->className();
+        }
+        const auto* label = qobject_cast<const QLabel*>(control);
+        const auto* button = qobject_cast<const QAbstractButton*>(control);
+        const QKeySequence letter = label && label->buddy() ? QKeySequence::mnemonic(label->text())
+                                    : button                ? button->shortcut()
+                                                            : QKeySequence();
+        if (!letter.isEmpty() && !letters.emplace(letter, control->objectName()).second)
+            ADD_FAILURE() << window.objectName().toStdString() << ": " << letter.toString().toStdString()
+                          << " stands for " << letters[letter].toStdString() << " and "
+                          << control->objectName().toStdString();
+    }
 }
 
 void Dismiss(QWidget& window) {
@@ -77,6 +105,8 @@ void ModalUser::Look() {
     }
     const Step step = std::move(steps.front());
     steps.pop_front();
+    if (!qobject_cast<QFileDialog*>(window))
+        CheckControls(*window);
     QWidget* former = std::exchange(acting, window);
     try {
         step.act(*window);
