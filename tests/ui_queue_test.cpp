@@ -74,6 +74,15 @@ TEST_F(QueueWindow, IsUsedByKeysAndMenu) {
     EXPECT_TRUE(TabOrder(List()).mid(0, 5) ==
                 QStringList({"lstQueue", "cmdTakeNext", "cmdSkip", "cmdUnqueue", "cmdTakeAll"}));
 
+    auto& status = Control<QLabel>(window, "lblStatus");
+    for (const char* text : {"short", "long "}) {
+        window.ShowStatus(text + std::string(text[0] == 'l' ? 2000 : 0, 'x'));
+        QHelpEvent hover(QEvent::ToolTip, {1, 1}, status.mapToGlobal(QPoint(1, 1)));
+        QCoreApplication::sendEvent(&status, &hover);
+        EXPECT_EQ(status.toolTip().isEmpty(), text[0] == 's');
+    }
+    EXPECT_TRUE(List().isColumnHidden(1)) << "there is no reason yet";
+
     user.ExpectMessage("Staging still contains files.*", "OK");
     Press("cmdTakeNext");
     ClearStaging();

@@ -12,6 +12,7 @@
 #include <QTreeWidget>
 
 #include <algorithm>
+#include <utility>
 
 namespace korvadex {
 
@@ -22,8 +23,8 @@ constexpr int WidestName = 120, FewestLines = 3, ReasonLines = 5;
 
 QStringList TextsOf(const QueuedArchive& archive) {
     QString name = ToQt(LastPathComponent(archive.path));
-    if (!archive.part.empty())
-        name += "  (" + ToQt(WithoutBackslash(archive.part)) + ")";
+    if (!archive.part.empty()) // what tells it from the others of the archive comes first
+        name = ToQt(WithoutBackslash(archive.part)) + "  (" + name + ")";
     QString reason = LinesToQt(archive.reason).simplified();
     return {name, reason};
 }
@@ -60,6 +61,7 @@ QueuePanel::QueuePanel(QWidget* parent)
     lblReason->setMaximumHeight(lblReason->fontMetrics().lineSpacing() * ReasonLines);
     lblReason->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     list->header()->setStretchLastSection(true);
+    list->setColumnHidden(ReasonColumn, true);
     list->installEventFilter(this);
 
     auto* column = new QVBoxLayout(this);
@@ -104,18 +106,19 @@ void QueuePanel::Show(const std::vector<QueuedArchive>& archives) {
         return a.path == b.path && a.part == b.part;
     };
     const int current = list->indexOfTopLevelItem(list->currentItem());
-    const bool wasEmpty = shown.empty();
     shown = archives;
     list->clear();
     QList<QTreeWidgetItem*> rows;
     for (const QueuedArchive& archive : shown) {
         auto* row = new QTreeWidgetItem(TextsOf(archive));
-        row->setToolTip(NameColumn, PlainToolTip(ToQt(archive.path)));
+        row->setToolTip(NameColumn, PlainToolTip(row->text(NameColumn) + "\n" + ToQt(archive.path)));
         row->setToolTip(ReasonColumn, PlainToolTip(LinesToQt(archive.reason)));
         rows.append(row);
     }
     list->addTopLevelItems(rows);
-    if (wasEmpty) {
+    const bool isAnyLeft = std::ranges::any_of(shown, [](const auto& archive) { return !archive.reason.empty(); });
+    if (std::exchange(hasReasons, isAnyLeft) != isAnyLeft) {
+        list->setColumnHidden(ReasonColumn, !isAnyLeft); // the names have all the room
         list->resizeColumnToContents(NameColumn);
         list->setColumnWidth(NameColumn, std::min(list->columnWidth(NameColumn), WidestName));
     }

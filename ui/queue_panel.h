@@ -47,6 +47,7 @@ class QueuePanel : public QWidget {
     QLabel* lblReason; // of the current row, for which the column is often too narrow
     QPushButton* cmdUnqueue;
     std::vector<QueuedArchive> shown;
+    bool hasReasons = false;
 };
 
 } // namespace korvadex

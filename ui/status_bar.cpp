@@ -1,13 +1,40 @@
 #include "ui/status_bar.h"
 
+#include "ui/qt_text.h"
+
+#include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyle>
 
 namespace korvadex {
 
+namespace {
+
+// Says with dots that its text is cut off, and shows all of it in its tool tip.
+class StatusLabel : public QLabel {
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                              SeenText(), foregroundRole());
+    }
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::ToolTip)
+            setToolTip(SeenText() == text() ? QString() : PlainToolTip(text()));
+        return QLabel::event(event);
+    }
+
+  private:
+    QString SeenText() const { return fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()); }
+};
+
+} // namespace
+
 StatusBar::StatusBar(QWidget* parent)
-    : QStatusBar(parent), lblStatus(new QLabel), prbProgress(new QProgressBar), cmdStop(new QPushButton("Stop")),
+    : QStatusBar(parent), lblStatus(new StatusLabel), prbProgress(new QProgressBar), cmdStop(new QPushButton("Stop")),
       lblCounts(new QLabel) {
     lblStatus->setObjectName("lblStatus");
     lblStatus->setTextFormat(Qt::PlainText);
