@@ -129,7 +129,8 @@ TEST_F(QueueWindow, TakesAllIntoACategoryThatIsChosenOnce) {
     EXPECT_TRUE(drive.Has("Hangar\\Newly made\\Plane a\\Model\\model.cfg"));
     EXPECT_THAT(Rows(),
                 testing::MatchesRegex("b.zip:The aircraft.cfg file is missing.*\\|d.zip:There was a problem.*"));
-    EXPECT_TRUE(Control<QDialog>(window, "frmFileList").isVisible());
+    const auto& report = Control<QDialog>(window, "frmFileList");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return report.isActiveWindow(); }));
 }
 
 } // namespace korvadex::test

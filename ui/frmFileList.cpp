@@ -69,6 +69,12 @@ void frmFileList::ShowLines(const QString& caption, const std::vector<ListLine>&
     show();
     raise();
     activateWindow();
+    isNew = true;
+}
+
+void frmFileList::TakeKeyboard() {
+    if (std::exchange(isNew, false) && isVisible())
+        activateWindow();
 }
 
 void frmFileList::FillList(const std::vector<ListLine>& newLines) {

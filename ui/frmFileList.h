@@ -31,6 +31,9 @@ class frmFileList : public QDialog {
     // Opens the window. With the caption that it shows already, the filter and the place in the list stay.
     void ShowLines(const QString& caption, const std::vector<ListLine>& lines);
 
+    // The command that opened the window has come to its end: the keyboard comes back from its message.
+    void TakeKeyboard();
+
     // Another package is shown: its line is the current one, where it is seen and not several are selected.
     void Follow(const PackageRef& package);
 
@@ -65,6 +68,7 @@ class frmFileList : public QDialog {
     std::unique_ptr<Ui::frmFileList> ui;
     std::vector<ListLine> lines; // a row for each
     PackageRef followed;
+    bool isNew = false;
     std::optional<WindowGeometry> lastGeometry;
 };
 

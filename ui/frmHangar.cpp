@@ -374,6 +374,7 @@ void frmHangar::ShowView(const MainView& view, const LoadedPackage& package) {
         fileList->Follow(package.ref);
         photos->Follow(package.ref);
     }
+    fileList->TakeKeyboard();
     checkOpenings->start(); // a command may have opened something
 }
 
