@@ -120,7 +120,9 @@ TEST_F(DialogTest, ALongMessageKeepsItsButtonsOnTheScreenAndCanBeRead) {
 TEST_F(DialogTest, NoneIsLargerThanTheScreen) {
     QDialog large;
     large.resize(5000, 5000);
+    large.move(0, -30);
     large.show();
+    EXPECT_GE(large.y(), large.screen()->availableGeometry().top());
     EXPECT_LT(large.height(), large.screen()->availableGeometry().height());
     EXPECT_LT(large.width(), large.screen()->availableGeometry().width());
 }

@@ -78,8 +78,13 @@ class DialogFitter : public QObject {
     DialogFitter() { qApp->installEventFilter(this); }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show && !event->spontaneous() && qobject_cast<QDialog*>(watched))
-            FitToScreen(*static_cast<QDialog*>(watched));
+        if (event->type() == QEvent::Show && !event->spontaneous() && qobject_cast<QDialog*>(watched)) {
+            auto& dialog = *static_cast<QDialog*>(watched);
+            FitToScreen(dialog);
+            // It got its place for the size that it had before: the title stays on the screen.
+            if (const int top = dialog.screen()->availableGeometry().top(); dialog.y() < top)
+                dialog.move(dialog.x(), top);
+        }
         return false;
     }
 };
