@@ -360,7 +360,8 @@ class Program : private CommandDisplay {
                            const std::function<void()>& command);
     bool IsStagingReady(std::initializer_list<Place> alsoNeeded = {});
     bool CopyToHangar(); // true when Staging was cleared then
-    bool CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made);
+    bool CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made,
+                         const std::string& ownDirectory = "");
     // False when nothing of it was added. Its part is then the aircraft that was picked of several, its reason why a
     // part could not be taken.
     bool AddArchive(QueuedArchive& archive);
@@ -402,10 +403,13 @@ class Program : private CommandDisplay {
     // False when it is to be left; otherwise it is in the Hangar, and Staging as it was.
     bool TakeUnattended(CommandContext& each, const QueuedArchive& archive, PackageRef& made);
     bool ImportUnattended(CommandContext& each, const std::string& aircraft, PackageRef& made);
-    // What the turn has brought into Staging since the mark, from this directory alone; without a name in made it gets
-    // one.
-    bool CopyStagedUnattended(CommandContext& each, const HistoryMark& mark, const std::string& from,
-                              const std::string& caption, PackageRef& made);
+    // What a turn has brought into Staging: since when and whereto alone, the caption of the aircraft ("" where that is
+    // not known), and for one of the simulator its directory there.
+    struct Staged {
+        const HistoryMark& mark;
+        std::string directory, caption, ownDirectory;
+    };
+    bool CopyStagedUnattended(CommandContext& each, const Staged& staged, PackageRef& made);
     // Each in a turn of its own, in a category that the user is asked for.
     void TakeIntoHangar(const CommandTitle& title, const std::vector<std::string>& names,
                         const std::function<bool(CommandContext&, std::size_t, PackageRef&)>& take,

@@ -110,7 +110,8 @@ void Program::RemoveSoundFromStaging() {
     RunStagingCommand("Erase sound", {}, [&] { EraseFromStaging(StagingPart::Sound); });
 }
 
-bool Program::CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made) {
+bool Program::CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded, const PackageRef& made,
+                              const std::string& ownDirectory) {
     const auto& [category, name] = made;
     const auto refuse = [&](const std::string& text) {
         each.user.Tell(text, MessageIcon::Exclamation);
@@ -132,7 +133,7 @@ bool Program::CanCopyToHangar(CommandContext& each, const LoadedPackage& loaded,
         return refuse("Please select a package category.");
     if (!files.IsDirectory(settings.locations.HangarDir + category))
         return refuse("The package category " + category + " no longer seems to be in the Hangar.");
-    if (!CheckPackageName(each, name))
+    if (!CheckPackageName(each, name, ownDirectory))
         return false;
 
     struct Warning {

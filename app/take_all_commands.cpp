@@ -156,7 +156,7 @@ bool Program::TakeUnattended(CommandContext& each, const QueuedArchive& archive,
         each.user.Tell(taken.reason);
         return false;
     }
-    return CopyStagedUnattended(each, mark, unpacked->contents.directory, caption, made);
+    return CopyStagedUnattended(each, {mark, unpacked->contents.directory, caption, ""}, made);
 }
 
 bool Program::ImportUnattended(CommandContext& each, const std::string& aircraft, PackageRef& made) {
@@ -172,11 +172,11 @@ bool Program::ImportUnattended(CommandContext& each, const std::string& aircraft
     if (unattended->hasAsked)
         return false;
     RunImportGaugeStep(each, aircraft);
-    return CopyStagedUnattended(each, mark, settings.locations.StagingDir, "", made);
+    const Locations& places = settings.locations;
+    return CopyStagedUnattended(each, {mark, places.StagingDir, "", places.Aircraft() + aircraft}, made);
 }
 
-bool Program::CopyStagedUnattended(CommandContext& each, const HistoryMark& mark, const std::string& from,
-                                   const std::string& caption, PackageRef& made) {
+bool Program::CopyStagedUnattended(CommandContext& each, const Staged& staged, PackageRef& made) {
     const auto leave = [&](const std::string& why) {
         each.user.Tell(why);
         return false;
@@ -191,14 +191,15 @@ bool Program::CopyStagedUnattended(CommandContext& each, const HistoryMark& mark
         return false;
     if (std::ranges::all_of(loaded.tree.files, IsProgramFile))
         return leave("There is nothing in it to copy to the Hangar.");
-    if (!std::ranges::all_of(loaded.tree.files, [&](const FileEntry& file) { return IsAtOrBelow(file.path, from); }))
+    if (!std::ranges::all_of(loaded.tree.files,
+                             [&](const FileEntry& file) { return IsAtOrBelow(file.path, staged.directory); }))
         return leave("The Staging directory has changed while it was unpacked.  It was not copied.");
     if (!CheckCopySource(each, loaded))
         return false;
     made.name = CleanPackageName(ReadImportName(files, settings.locations));
     if (made.name.empty())
-        made.name = CleanPackageName(NameForArchive(loaded, caption));
-    if (!CanCopyToHangar(each, loaded, made))
+        made.name = CleanPackageName(NameForArchive(loaded, staged.caption));
+    if (!CanCopyToHangar(each, loaded, made, staged.ownDirectory))
         return false;
     const auto copy = CopyPackageTo(each, loaded, CopyRoot::Hangar, made.Text());
     if (!copy)
@@ -210,7 +211,7 @@ bool Program::CopyStagedUnattended(CommandContext& each, const HistoryMark& mark
     if (!history.Trouble())
         return false;
     // What others have put there stays.
-    const auto failures = history.ClearAway(mark, settings.locations.StagingDir);
+    const auto failures = history.ClearAway(staged.mark, settings.locations.StagingDir);
     if (!failures.empty())
         return leave("The file " + failures.front().path + " could not be deleted from Staging (" +
                      DescribeFault(failures.front()) + ").");

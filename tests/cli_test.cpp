@@ -37,6 +37,7 @@ class CommandLine : public ProgramTest {
         PackageBuilder(drive, "Hangar\\Props\\Cub\\").With("Gauges\\CubClock.gau", "MZ");
         PackageBuilder(drive, "Hangar\\Props\\Lear\\");
         drive.Fill("FS", "gauges\\Nobodys.gau=MZ, aircraft\\Old_One\\panel\\panel.cfg=x, aircraft\\Old_One\\old.air=x, "
+                         "aircraft\\Old_One\\model\\model.cfg=x, aircraft\\Old_One\\sound\\sound.cfg=x, "
                          "aircraft\\Old_One\\aircraft.cfg=[fltsim.0]");
         drive.Put("Downloads\\plain.zip", Archive());
         drive.Put("Downloads\\more\\two.zip", Archive("title=Two\r\n"));
@@ -144,7 +145,7 @@ TEST_F(CommandLine, DoesWhatTheWindowDoes) {
          },
          {},
          QuestionOpen},
-        {{"import", "old_one", "--category", "Props", "--answer", "yes"},
+        {{"import", "old_one", "--category", "Props"},
          [&](Program& window) {
              user.isPatient = false;
              user.ExpectImport({"Old_One"}, {0}).ExpectImportStatus("...").Expect("Done.");
