@@ -205,10 +205,11 @@ TEST_F(CompressionTest, PaintedTexturesPackBetterThanByZlibAndDrawnOnesAsWell) {
         double atMost;
     } rows[] = {{"painted.bmp", painted, 0.97}, {"drawn.bmp", drawn, 1}};
     for (const auto& row : rows) {
-        uLongf size = compressBound(row.bytes.size());
+        const auto plainSize = static_cast<uLong>(row.bytes.size());
+        uLongf size = compressBound(plainSize);
         std::string byZlib(size, '\0');
         ASSERT_EQ(compress2(reinterpret_cast<Bytef*>(byZlib.data()), &size,
-                            reinterpret_cast<const Bytef*>(row.bytes.data()), row.bytes.size(), 9),
+                            reinterpret_cast<const Bytef*>(row.bytes.data()), plainSize, 9),
                   Z_OK);
         drive.Put(row.name, row.bytes);
         ZipFileInPlace(context, drive.At(row.name));
