@@ -48,6 +48,7 @@ void Deflater::Freer::operator()(z_stream_s* stream) const {
 std::byte* Deflater::Buffer::Room(std::size_t wanted) {
     if (size < wanted || size > MaxKept) {
         bytes.reset(); // before the next is there
+        size = 0;      // which may not come
         bytes = std::make_unique_for_overwrite<std::byte[]>(wanted);
         size = wanted;
     }

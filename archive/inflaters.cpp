@@ -19,6 +19,7 @@ void Inflaters::DecompressorFreer::operator()(libdeflate_decompressor* decompres
 }
 
 Inflaters::Inflaters(unsigned threadCount) {
+    threads.reserve(threadCount);
     try {
         for (unsigned i = 0; i < threadCount; ++i)
             threads.emplace_back([this] { Work(); });

@@ -22,6 +22,7 @@ template<class Tools>
 class Workers {
   public:
     explicit Workers(unsigned count) {
+        threads.reserve(count);
         try {
             for (unsigned i = 0; i < count; ++i)
                 threads.emplace_back([this] { Work(); });
