@@ -32,17 +32,17 @@ bool Alloc(auto& compressor, int level) {
 
 } // namespace
 
-void Deflater::Freer::operator()(libdeflate_compressor* compressor) const {
-    libdeflate_free_compressor(compressor);
+void Deflater::Freer::operator()(libdeflate_compressor* made) const {
+    libdeflate_free_compressor(made);
 }
 
-void Deflater::Freer::operator()(libdeflate_decompressor* decompressor) const {
-    libdeflate_free_decompressor(decompressor);
+void Deflater::Freer::operator()(libdeflate_decompressor* made) const {
+    libdeflate_free_decompressor(made);
 }
 
-void Deflater::Freer::operator()(z_stream_s* stream) const {
-    deflateEnd(stream);
-    delete stream;
+void Deflater::Freer::operator()(z_stream_s* made) const {
+    deflateEnd(made);
+    delete made;
 }
 
 std::byte* Deflater::Buffer::Room(std::size_t wanted) {

@@ -26,9 +26,9 @@ class Deflater {
 
   private:
     struct Freer {
-        void operator()(libdeflate_compressor* compressor) const;
-        void operator()(libdeflate_decompressor* decompressor) const;
-        void operator()(z_stream_s* stream) const;
+        void operator()(libdeflate_compressor* made) const;
+        void operator()(libdeflate_decompressor* made) const;
+        void operator()(z_stream_s* made) const;
     };
     using Compressor = std::unique_ptr<libdeflate_compressor, Freer>;
     struct Buffer {
