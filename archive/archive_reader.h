@@ -50,7 +50,13 @@ struct OpenedArchive {
     std::string explanation = {}; // a sentence that says more than the code; may be ""
 };
 
-// The archive at this path, by the reader of its kind.
+// Sentences about archives that are sound and yet not read here, and what can be done with them.
+inline constexpr const char* IsOnePart =
+    "It is one part of an archive in several parts.  Please put them together with another program first.";
+inline constexpr const char* IsPackedOddly = "It is packed in a way that Korvadex cannot unpack.";
+inline constexpr const char* UnpackElsewhere = "Please unpack it into Staging with another program.";
+
+// The archive at this path, by the reader of its kind, which its bytes tell and not its name.
 OpenedArchive OpenArchive(const FileSystem& files, const std::string& path);
 
 } // namespace korvadex

@@ -205,7 +205,7 @@ std::string Unpacker::FindPassword(std::size_t index) {
 
 int Unpacker::Open(std::size_t index) {
     if (const std::string reason = reader.WhyUnreadable(index); !reason.empty()) {
-        Explain(reason + "  Please unpack it into Staging with another program.");
+        Explain(reason + "  " + UnpackElsewhere);
         return UnzipCode::Unsupported;
     }
     if (!members[index].isEncrypted)
@@ -234,6 +234,8 @@ MemberOutcome Unpacker::Read(std::size_t index, const std::function<MemberOutcom
         outcome = sink(bytes);
         return outcome.IsFine() ? UnzipCode::Ok : sinkFailed;
     });
+    if (code == UnzipCode::Unsupported)
+        Explain(std::string(IsPackedOddly) + "  " + UnpackElsewhere);
     if (code == sinkFailed)
         return outcome;
     // What a password that is right makes no sense of is damaged.

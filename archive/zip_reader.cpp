@@ -179,8 +179,7 @@ OpenedArchive Unopened(const FileSystem& files, const std::string& path, int zip
     if (zipError == ZIP_ER_NOZIP)
         return {nullptr, UnzipCode::NotAnArchive, "There is no zip archive in it."};
     if (zipError == ZIP_ER_MULTIDISK)
-        return {nullptr, UnzipCode::Unsupported,
-                "It is one part of an archive in several parts.  Please put them together with another program first."};
+        return {nullptr, UnzipCode::Unsupported, IsOnePart};
     return {nullptr, UnzipCodeOf(zipError)};
 }
 

@@ -4,7 +4,7 @@ Root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 CacheDirectory=${XDG_CACHE_HOME:-$HOME/.cache}/korvadex
 
 # What each kind of build needs, as packages of Debian 12.
-BuildPackages=(g++ cmake ninja-build pkg-config zlib1g-dev libzip-dev libdeflate-dev libisal-dev libgtest-dev libgmock-dev)
+BuildPackages=(g++ cmake ninja-build pkg-config zlib1g-dev libzip-dev libdeflate-dev libisal-dev libarchive-dev libgtest-dev libgmock-dev)
 QtPackages=(qt6-base-dev librsvg2-bin)
 ClangPackages=(clang libclang-rt-14-dev)
 WindowsPackages=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest qt6-base-dev-tools dpkg-dev make nasm perl
