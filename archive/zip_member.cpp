@@ -3,6 +3,9 @@
 #include "archive/unzip_code.h"
 #include "archive/whole_size.h"
 
+#include <algorithm>
+#include <array>
+
 namespace korvadex {
 
 namespace {
@@ -10,28 +13,28 @@ namespace {
 std::string NameOfMethod(std::uint16_t method) {
     switch (method) {
     case 1:
-        return "shrink";
+        return "a method of 1989 (shrink)";
     case 2:
     case 3:
     case 4:
     case 5:
-        return "reduce";
+        return "a method of 1989 (reduce)";
     case 6:
-        return "implode";
+        return "a method of 1989 (implode)";
     case 9:
-        return "Deflate64";
+        return "the method Deflate64";
     case 12:
-        return "bzip2";
+        return "the method bzip2";
     case 14:
-        return "LZMA";
+        return "the method LZMA";
     case 93:
-        return "Zstandard";
+        return "the method Zstandard";
     case 95:
-        return "xz";
+        return "the method xz";
     case 98:
-        return "PPMd";
+        return "the method PPMd";
     default:
-        return "number " + std::to_string(method);
+        return "the method number " + std::to_string(method);
     }
 }
 
@@ -51,14 +54,20 @@ bool ZipMember::IsInflatedHere() const {
     return isPlain || IsAuthenticated();
 }
 
+bool ZipMember::IsOfOtherMethod() const {
+    constexpr std::array<std::uint16_t, 5> methods = {12, 14, 93, 95, 98}; // see NameOfMethod
+    return zip_compression_method_supported(method, 0) == 0 && std::ranges::find(methods, method) != methods.end();
+}
+
 std::string WhyUnreadable(const ZipMember& member) {
     const bool isEncrypted = member.encryption != ZIP_EM_NONE;
     if (isEncrypted && zip_encryption_method_supported(member.encryption, 0) == 0)
         return "It is encrypted in a way that Korvadex cannot read.";
     const bool isKnown =
         zip_compression_method_supported(member.method, 0) != 0 && (member.hasCrc || member.IsAuthenticated());
-    return isKnown ? ""
-                   : "It is packed with the method " + NameOfMethod(member.method) + ", which Korvadex cannot unpack.";
+    return isKnown || member.IsOfOtherMethod()
+               ? ""
+               : "It is packed with " + NameOfMethod(member.method) + ", which Korvadex cannot unpack.";
 }
 
 int UnzipCodeOf(int zipError) {

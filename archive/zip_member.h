@@ -22,6 +22,8 @@ struct ZipMember {
     // The library only decrypts it: that would take longer to unpack it, compares a CRC-32 where there may be none, and
     // not the authentication of what it has unpacked. What it gives packed it has authenticated to the last byte.
     bool IsInflatedHere() const;
+    // The library cannot unpack it, and libarchive can.
+    bool IsOfOtherMethod() const;
 };
 
 // Why members packed like this one are not read, in words for the user; "" when they are.

@@ -4,6 +4,7 @@
 #include "archive/piece_inflater.h"
 #include "archive/read_ahead.h"
 #include "archive/unzip_code.h"
+#include "archive/zip_other_methods.h"
 #include "archive/zip_source.h"
 
 #include <algorithm>
@@ -108,7 +109,7 @@ int ZipReader::Open(std::size_t member, const std::string& password) {
     const ZipMember& entry = entries[member];
     if (entry.FitsInOnePiece())
         return UnzipCode::Ok;
-    const zip_flags_t flags = entry.IsInflatedHere() ? ZIP_FL_COMPRESSED : 0;
+    const zip_flags_t flags = entry.IsInflatedHere() || entry.IsOfOtherMethod() ? ZIP_FL_COMPRESSED : 0;
     opened.reset(entry.encryption == ZIP_EM_NONE
                      ? zip_fopen_index(archive.get(), entry.index, flags)
                      : zip_fopen_index_encrypted(archive.get(), entry.index, flags, password.c_str()));
@@ -125,6 +126,8 @@ int ZipReader::Read(const Sink& sink) {
     if (!piece)
         piece = std::make_unique_for_overwrite<std::byte[]>(PieceSize);
     const auto file = std::move(opened);
+    if (entry.IsOfOtherMethod())
+        return ReadOtherMethod(entry, *file, sink);
     return entry.IsInflatedHere() ? Stream(entry, file.get(), sink) : StreamUnpacked(entry, file.get(), sink);
 }
 

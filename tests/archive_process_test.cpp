@@ -6,6 +6,8 @@
 #include "tests/support/faulty_files.h"
 #include "tests/support/zip_builder.h"
 
+#include <zlib.h>
+
 namespace korvadex::test {
 namespace {
 
@@ -48,6 +50,13 @@ constexpr const char* NoArchive = "There is no zip archive in it.";
 constexpr const char* WrongPassword =
     "The password that was entered is wrong.  Please process it again to enter another one.";
 
+std::string FromDigits(std::string_view digits) {
+    std::string bytes;
+    for (std::size_t i = 0; i < digits.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
+    return bytes;
+}
+
 // flat.txt (deflated) and kept.txt (stored) as another program encrypts them, with the second kind of AES.
 std::string AesArchive() {
     constexpr std::string_view digits =
@@ -58,10 +67,7 @@ std::string AesArchive() {
         "0063000000210000000000330000006801000008000b000000000000002080a48100000000666c61742e7478740199070002"
         "004145010800504b01023f0333000100630000002100000000002a0000001600000008000b000000000000002080a4816400"
         "00006b6570742e7478740199070002004145010000504b0506000000000200020082000000bf0000000000";
-    std::string bytes;
-    for (std::size_t i = 0; i < digits.size(); i += 2)
-        bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
-    return bytes;
+    return FromDigits(digits);
 }
 
 // An archive of one member.
@@ -96,6 +102,40 @@ TEST_F(ProcessTest, WhatOtherProgramsPackComesOut) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(Unpack(row.bytes), row.files);
+}
+
+// As another program packs "korvadex " three hundred times.
+TEST_F(ProcessTest, MembersOfOtherMethodsAreUnpacked) {
+    const struct {
+        std::uint16_t method;
+        const char* digits;
+    } rows[] = {
+        {12, "425a6839314159265359eeeff957000258118040002608914020005080600a550d334c2918523e291a291a291b"
+             "291c29185230a4745dc914e14243bbbfe55c"},
+        {14, "1a0205005d0010000000359bcaac4965885d9bc2912507cc4b3d0f1f92824c41a9827b52495f96bffff4d14000"},
+        {95, "fd377a585a0000016922de360200210100000000372797d6e00a8b001e5d00359bcaac4965885d9bc2912507cc"
+             "4b3d0f1f92824c41a9827b522e6a5c00000000184cea470001368c1500000053caa7023e300d8b020000000001"
+             "595a"},
+        {98, "07006b0639a9dc66813328d78a22000441be2a4000"},
+    };
+    std::string text;
+    for (int i = 0; i < 300; ++i)
+        text += "korvadex ";
+    const auto crc = static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(text.data()), 2700));
+    for (const auto& [method, digits] : rows) {
+        SCOPED_TRACE(method);
+        const auto zip = [&](std::uint32_t claimedCrc, std::uint32_t size, std::size_t cut) {
+            std::string packed = FromDigits(digits);
+            packed.resize(packed.size() - cut);
+            return Zip("a.txt", packed, {.isStored = true, .method = method, .crc = claimedCrc, .size = size});
+        };
+        EXPECT_EQ(Unpack(zip(crc, 2700, 0)), "a.txt=" + text);
+        for (const std::string& damaged :
+             {zip(crc + 1, 2700, 0), zip(crc, 2699, 0), zip(crc, 2701, 0), zip(crc, 2700, 9)}) {
+            user.Expect("There was a problem with the zip file(...", MessageIcon::Exclamation);
+            EXPECT_EQ(Unpack(damaged), "");
+        }
+    }
 }
 
 TEST_F(ProcessTest, FilesGetTheTimesOfTheirMembers) {
@@ -205,7 +245,7 @@ TEST_F(ProcessTest, DamagedArchivesAreReportedAndWhatIsSoundComesOut) {
         {"promises more", damaged({.size = 9000}), 2, true},
         {"cut behind an archive in it", whole.substr(0, whole.size() - 60), 51},
         {"unknown method", damaged({.method = 6}), 81, true,
-         "It is packed with the method implode, which Korvadex cannot unpack.  "
+         "It is packed with a method of 1989 (implode), which Korvadex cannot unpack.  "
          "Please unpack it into Staging with another program."},
     };
     for (const auto& row : rows) {
