@@ -182,6 +182,10 @@ class CommandTrials {
         if (trials.mode == "second") {
             afterTwice = RunUncut(place, 2);
             settingsSeen.insert(afterTwice.at(Settings).bytes);
+            place.Begin(prepared); // the other one was first
+            for (const char* app : {SecondApp, App})
+                Require(Execute(place, {"--run", place.Drive(), command, app}), "after the other one");
+            settingsSeen.insert(Read(place.Drive()).at(Settings).bytes);
         }
         if (const std::string reversed = CommandBefore(command); !reversed.empty()) {
             PrepareGround(reversed, base + "/goal");
