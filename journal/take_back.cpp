@@ -35,9 +35,16 @@ class Reversal {
         for (std::size_t i = records.size(); i-- > 0;) {
             if (tools.done.contains(i) || IsGone(records[i]))
                 continue;
+            if (IsStuck(records[i])) {
+                if (records[i].kind != RecordKind::DirectoryTime)
+                    Leave(records[i]);
+                continue;
+            }
             const Status status = IsBackAlready(i) ? Status{} : Reverse(records[i]);
             if (status && tools.noteDone)
                 tools.noteDone(i);
+            if (!status && !IsGoneForGood(status))
+                Leave(records[i]);
             if (!note(status))
                 return failures;
         }
@@ -95,6 +102,24 @@ class Reversal {
                 paths.push_back(record.path);
         if (!paths.empty())
             failures = tools.repack(paths);
+        for (const Status& failure : failures)
+            stuck.push_back(AddBackslash(failure.path));
+    }
+
+    // What could not be taken back, with all that the command had done before to what bears its names, or to what is in
+    // it or around it: that is for another try.
+    void Leave(const Record& record) {
+        for (const std::string& path : {record.path, record.other})
+            if (!path.empty())
+                stuck.push_back(AddBackslash(path));
+    }
+    bool IsStuck(const Record& record) const {
+        const auto isAt = [&](const std::string& path) {
+            return !path.empty() && std::ranges::any_of(stuck, [&](const std::string& name) {
+                return IsAtOrBelow(AddBackslash(path), name) || IsAtOrBelow(name, AddBackslash(path));
+            });
+        };
+        return record.kind != RecordKind::KeptFrom && (isAt(record.path) || isAt(record.other));
     }
 
     // What lies in a directory of kept things and whose record the disk has lost.
@@ -279,9 +304,10 @@ class Reversal {
             GiveTimeBack(record);
     }
 
+    // Of a directory; where it cannot be had, that is no failure.
     void GiveTimeBack(const Record& record) {
-        if (IsThere(record.path))
-            static_cast<void>(files.SetTime(record.path, record.time));
+        if (IsThere(record.path) && !files.SetTime(record.path, record.time))
+            static_cast<void>(files.SetTime(record.path, record.time)); // another program may have looked at it
     }
 
     const std::vector<Record>& records;
@@ -290,8 +316,9 @@ class Reversal {
     const bool isCutOff;
     std::map<std::string, std::size_t> broughtBack; // records of what was set aside, by the folded path
     std::vector<Status> failures;
-    std::vector<std::string> gone; // each with its backslash
-    bool hasCleared = false;       // since tools.flushDone
+    std::vector<std::string> gone;  // each with its backslash
+    bool hasCleared = false;        // since tools.flushDone
+    std::vector<std::string> stuck; // each with a backslash
     std::vector<Record> removedTimes;
     std::vector<std::string> scratch; // made for what came back through it, the innermost first
 };

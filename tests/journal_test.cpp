@@ -33,11 +33,14 @@ std::vector<Status> Pack(FileSystem& files, const std::vector<std::string>& path
         if (!bytes || bytes->starts_with("packed ") == packs)
             continue;
         static_cast<void>(files.Delete(scratch + "\\1"));
-        static_cast<void>(Make(files, scratch + "\\1", packs ? "packed " + *bytes : bytes->substr(7)));
-        static_cast<void>(files.CopyAttributes(path, scratch + "\\1"));
+        Status status = Make(files, scratch + "\\1", packs ? "packed " + *bytes : bytes->substr(7));
+        if (status)
+            status = files.CopyAttributes(path, scratch + "\\1");
         const Replacement replacement = {scratch + "\\1", path, *files.Info(path)};
-        if (const Status status = files.ReplaceAll(std::span(&replacement, 1)).front(); !status)
-            failures.push_back(status);
+        if (status)
+            status = files.ReplaceAll(std::span(&replacement, 1)).front();
+        if (!status)
+            failures.push_back({status.fault, path});
     }
     static_cast<void>(files.RemoveDirectory(scratch));
     return failures;
@@ -252,6 +255,30 @@ class JournalOf : public JournalTest, public testing::WithParamInterface<std::tu
 };
 
 INSTANTIATE_TEST_SUITE_P(, JournalOf, testing::Combine(testing::ValuesIn(Works), testing::Bool()));
+
+// A disk that fails once is asked again.
+TEST_F(JournalTest, OneFaultWhileACommandIsTakenBackIsOvercome) {
+    FaultyFiles faulty(drive.Files());
+    auto history = Open(faulty);
+    const std::string before = Look();
+    for (const Work& work : Works) {
+        bool hasFailed = true;
+        for (int change = 1; hasFailed; ++change) {
+            SCOPED_TRACE(std::string(work.name) + ", " + std::to_string(change));
+            history->Begin({.name = "Work", .subject = "Lear", .repacking = work.repacking});
+            const auto mark = history->Mark();
+            Take(history->Files(), drive.Root(), work.steps);
+            const int at = faulty.Changes() + change;
+            faulty.FailAt(at, FileFault::Failed);
+            EXPECT_THAT(history->TakeBackTo(mark), testing::IsEmpty());
+            faulty.FailWhere([](auto&, auto&) { return FileFault::None; });
+            hasFailed = faulty.Changes() >= at;
+            static_cast<void>(history->End());
+            ClearScratch();
+            ASSERT_EQ(Look(), before);
+        }
+    }
+}
 
 TEST_P(JournalOf, GoesBackAndForth) {
     const std::string before = Look();
