@@ -132,6 +132,7 @@ class History {
     std::string Reverse(const HistoryEntry& entry);
     void DropRunning();
     std::vector<Status> TakeBackIn(const std::string& where, const HistoryMark& mark); // "": wherever it was
+    std::vector<Status> TryTakingBack(const std::string& where, const HistoryMark& mark);
     // Where things of a command that was cut off may be kept.
     std::vector<std::string> KeptIn(const HistoryEntry& entry, const std::vector<Record>& records) const;
     bool EndCutOff(HistoryEntry ended); // false when it could not be written down

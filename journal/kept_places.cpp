@@ -141,4 +141,11 @@ KeptSize SizeOf(const FileSystem& files, const std::string& path) {
     return sum;
 }
 
+std::uint64_t SizeOf(const FileSystem& files, const std::vector<std::string>& directories) {
+    std::uint64_t sum = 0;
+    for (const std::string& directory : directories)
+        sum += SizeOf(files, WithoutBackslash(directory)).bytes;
+    return sum;
+}
+
 } // namespace korvadex

@@ -60,5 +60,7 @@ struct KeptSize {
 };
 // Of the files at and below the path.
 KeptSize SizeOf(const FileSystem& files, const std::string& path);
+// Bytes of the files in these directories, each with its backslash.
+std::uint64_t SizeOf(const FileSystem& files, const std::vector<std::string>& directories);
 
 } // namespace korvadex
