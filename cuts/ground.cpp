@@ -14,7 +14,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
+#include <sys/mount.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <utility>
@@ -376,6 +378,22 @@ void SetAttribute(TemporaryDrive& drive, const std::string& path, const char* va
         std::cerr << "no attributes here: " << host << "\n";
 }
 
+// A directory that is a volume of its own, as long as this lives.
+class OwnVolume {
+  public:
+    explicit OwnVolume(std::string hostDirectory) : directory(std::move(hostDirectory)) {
+        std::filesystem::create_directory(directory);
+        if (std::system(("mount -t tmpfs -o mode=755 simulator '" + directory + "'").c_str()) != 0)
+            throw std::runtime_error("cannot mount " + directory);
+    }
+    ~OwnVolume() { static_cast<void>(umount(directory.c_str())); }
+    OwnVolume(const OwnVolume&) = delete;
+    OwnVolume& operator=(const OwnVolume&) = delete;
+
+  private:
+    const std::string directory;
+};
+
 } // namespace
 
 std::vector<std::string> CommandsWithUndo() {
@@ -401,8 +419,10 @@ std::string CommandBefore(const std::string& command) {
     return command.starts_with(Undo) ? name : command.starts_with(Redo) ? std::string(Undo) + name : "";
 }
 
-void PrepareGround(const std::string& command, const std::string& hostDirectory) {
+void PrepareGround(const std::string& command, const std::string& hostDirectory, bool isSimulatorApart) {
     TemporaryDrive drive;
+    const std::string root = drive.Files().HostPath("C:\\");
+    const std::optional<OwnVolume> volume = isSimulatorApart ? std::optional<OwnVolume>(root + "/FS") : std::nullopt;
     Fill(drive);
     for (const char* path : {"Hangar\\Jets\\Lear 45\\Documentation\\readme.txt", "Staging\\ZIP_new.zip\\Lear.air",
                              "FS\\gauges\\old.gau", "FS\\gauges\\LearCab.cab"})
@@ -411,7 +431,6 @@ void PrepareGround(const std::string& command, const std::string& hostDirectory)
          {"Hangar\\Jets\\Lear 45\\Lear.air", "Hangar\\Jets\\Lear 45\\Texture", "FS\\gauges\\older.gau",
           "Staging\\ZIP_new.zip\\Panel\\panel.cfg", "Staging\\ZIP_new.zip\\Panel"})
         SetAttribute(drive, path, "0x2");
-    const std::string root = drive.Files().HostPath("C:\\");
     Age(root);
     const Steps steps = StepsOf(command);
     RunSteps(drive.Files(), AppDir, steps.before, true);

@@ -165,7 +165,7 @@ class CommandTrials {
   public:
     CommandTrials(std::string name, const Trials& how, std::string directory)
         : command(std::move(name)), trials(how), base(std::move(directory)), prepared(base + "/prepared") {
-        PrepareGround(command, prepared);
+        PrepareGround(command, prepared, trials.mode == "volumes");
         before = Read(prepared);
         settingsSeen.insert(before.at(Settings).bytes);
         Place place(base + "/uncut", trials.mode);
@@ -188,7 +188,7 @@ class CommandTrials {
             settingsSeen.insert(Read(place.Drive()).at(Settings).bytes);
         }
         if (const std::string reversed = CommandBefore(command); !reversed.empty()) {
-            PrepareGround(reversed, base + "/goal");
+            PrepareGround(reversed, base + "/goal", trials.mode == "volumes");
             const HostTree goal = Read(base + "/goal");
             settingsSeen.insert(goal.at(Settings).bytes);
             RequireNone(From(goal, after), "does not lead back");
