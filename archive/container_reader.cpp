@@ -230,13 +230,14 @@ int ContainerReader::Read(const Sink& sink) {
         piece = std::make_unique_for_overwrite<std::byte[]>(PieceSize);
     const std::size_t number = entries[current].header;
     const std::uint64_t size = members[current].size;
-    const auto sum = number < rarMembers.size() ? rarMembers[number].crc : std::nullopt;
+    const bool hasSum = number < rarMembers.size() && rarMembers[number].crc;
+    const std::uint32_t sum = hasSum ? *rarMembers[number].crc : 0;
     std::uint64_t total = 0;
     std::uint32_t crc = 0;
     for (;;) {
         const la_ssize_t count = archive_read_data(handle.get(), piece.get(), PieceSize);
         if (count == 0) {
-            const bool isRight = total == size && (!sum || crc == *sum);
+            const bool isRight = total == size && (!hasSum || crc == sum);
             return isRight ? UnzipCode::Ok : source.HasEnded() ? UnzipCode::Truncated : UnzipCode::Error;
         }
         if (count < 0) {
@@ -246,7 +247,7 @@ int ContainerReader::Read(const Sink& sink) {
             return source.HasFailed() ? UnzipCode::Error : code;
         }
         total += static_cast<std::uint64_t>(count);
-        crc = sum ? libdeflate_crc32(crc, piece.get(), static_cast<std::size_t>(count)) : 0;
+        crc = hasSum ? libdeflate_crc32(crc, piece.get(), static_cast<std::size_t>(count)) : 0;
         if (total > size)
             return UnzipCode::Error;
         if (const int code = sink(std::span(piece.get(), static_cast<std::size_t>(count))); code != UnzipCode::Ok)
