@@ -1,6 +1,7 @@
 #include "app/archive_queue.h"
 
 #include "journal/record.h"
+#include "package/archive_names.h"
 #include "package/scratch.h"
 #include "package/walk.h"
 #include "platform/code_page.h"
@@ -43,8 +44,8 @@ FoundArchives FindArchives(const FileSystem& files, const Locations& locations, 
         }
         const Tree tree = WalkTree(files, AddBackslash(path), WalkFor::Search);
         found.unreadable.insert(found.unreadable.end(), tree.unreadable.begin(), tree.unreadable.end());
-        for (const FileEntry& file : CollectFiles(tree, "zip", FileMode::Extension, Unlimited).entries)
-            if (file.info.kind == EntryKind::File && locations.RootOf(file.path).empty())
+        for (const FileEntry& file : tree.files)
+            if (file.info.kind == EntryKind::File && IsArchiveName(file.key) && locations.RootOf(file.path).empty())
                 found.archives.push_back({file.path});
     }
     return found;

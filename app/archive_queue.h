@@ -21,7 +21,7 @@ struct FoundArchives {
     std::vector<QueuedArchive> archives;
     std::vector<std::string> unreadable; // directories
 };
-// These archives, and in the place of a directory among them all zip archives below it, in the order of a listing. What
+// These archives, and in the place of a directory among them all archives below it, in the order of a listing. What
 // lies in one of the locations is passed over there.
 FoundArchives FindArchives(const FileSystem& files, const Locations& locations, const std::vector<std::string>& paths);
 

@@ -4,6 +4,7 @@
 #include "app/unattended.h"
 #include "archive/in_place.h"
 #include "journal/take_back.h"
+#include "package/archive_names.h"
 #include "package/file_primitives.h"
 #include "package/name_list.h"
 #include "package/progress.h"
@@ -340,7 +341,7 @@ void Program::ShowReversed(const CommandTitle& title, const std::vector<Record>&
     const bool wasEmpty = view.isStagingEmpty;
     ShowChanges({.hangar = true, .simulator = true, .package = true});
     if (wasEmpty && !view.isStagingEmpty)
-        ProposeName(EndsWithNoCase(title.subject, ".zip") ? NameForArchive(package) : about.name);
+        ProposeName(IsArchiveName(title.subject) ? NameForArchive(package) : about.name);
     history.Prune();
 }
 

@@ -3,6 +3,7 @@
 #include "app/program.h"
 #include "archive/process_zip.h"
 #include "package/aircraft_cfg.h"
+#include "package/archive_names.h"
 #include "package/duplicates.h"
 #include "package/file_primitives.h"
 #include "package/name_list.h"
@@ -252,7 +253,7 @@ std::string Program::NameForArchive(const LoadedPackage& loaded, const std::stri
     constexpr std::string_view mark = "ZIP_";
     for (const auto& name : SubdirectoryNames(files, settings.locations.StagingDir))
         if (name.starts_with(mark))
-            return name.substr(mark.size(), name.rfind('.') - mark.size());
+            return WithoutArchiveEnding(name.substr(mark.size()));
     return "";
 }
 

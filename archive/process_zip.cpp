@@ -1,6 +1,8 @@
 #include "archive/process_zip.h"
 
+#include "archive/archive_reader.h"
 #include "archive/member_names.h"
+#include "package/archive_names.h"
 #include "package/file_primitives.h"
 #include "package/meg.h"
 #include "package/walk.h"
@@ -75,6 +77,28 @@ bool UnpackAndTell(CommandContext& context, modUnzip& unzip, UnpackedArchive& un
     return isDone;
 }
 
+// The next archive below the directory that is not kept; "" when there is none. What is called otherwise than a zip
+// archive is kept, too, when it is none: an aircraft may have files of such a name.
+std::string FindNested(CommandContext& context, const std::string& directory, std::set<std::string>& kept,
+                       ListCut& cut) {
+    const Tree tree = WalkTree(context.files, directory);
+    const auto isNew = [&](const FileEntry& entry) {
+        return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
+    };
+    const FileList zips = CollectFiles(tree, "zip", FileMode::Extension, context.limits);
+    cut = zips.cut;
+    if (const auto next = std::ranges::find_if(zips.entries, isNew); next != zips.entries.end())
+        return next->path;
+    for (const FileEntry& file : tree.files) {
+        if (!IsArchiveName(file.key) || EndsWithNoCase(file.key, ".zip") || !isNew(file))
+            continue;
+        if (OpenArchive(context.files, file.path).reader)
+            return file.path;
+        kept.insert(FoldCase(file.path));
+    }
+    return "";
+}
+
 // The archives that turned up below target, one by one, until none is left that was not asked about.
 void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unpacked) {
     const std::string& target = unpacked.contents.directory;
@@ -82,18 +106,14 @@ void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unp
     std::set<std::string> kept = {FoldCase(unzip.uZipFileName)};
     int number = 1;
     for (;;) {
-        const FileList found =
-            CollectFiles(WalkTree(context.files, target), "zip", FileMode::Extension, context.limits);
-        const auto next = std::find_if(found.entries.begin(), found.entries.end(), [&](const FileEntry& entry) {
-            return entry.info.kind == EntryKind::File && !kept.contains(FoldCase(entry.path));
-        });
-        if (next == found.entries.end()) {
-            if (found.cut != ListCut::None)
-                context.display.ShowStatus(DescribeCut(found.cut, context.limits));
-            unpacked.isWhole = unpacked.isWhole && found.cut == ListCut::None;
+        ListCut cut = ListCut::None;
+        const std::string path = FindNested(context, target, kept, cut);
+        if (path.empty()) {
+            if (cut != ListCut::None)
+                context.display.ShowStatus(DescribeCut(cut, context.limits));
+            unpacked.isWhole = unpacked.isWhole && cut == ListCut::None;
             return;
         }
-        const std::string path = next->path;
         const std::string name = LastPathComponent(path);
         bool isDone = true;
         if (context.user.AskYesNo("Found another ZIP file called " + name +

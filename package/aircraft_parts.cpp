@@ -1,6 +1,7 @@
 #include "package/aircraft_parts.h"
 
 #include "package/aircraft_cfg.h"
+#include "package/archive_names.h"
 #include "package/file_primitives.h"
 #include "platform/windows_path.h"
 
@@ -52,7 +53,7 @@ std::string NameOfPlace(const ArchiveContents& contents, const std::string& dire
         name.erase(0, name.find('_') + 1);
     else
         return name;
-    return name.substr(0, name.rfind('.'));
+    return WithoutArchiveEnding(name);
 }
 
 AircraftPart ReadPart(const FileSystem& files, const ArchiveContents& contents, const std::string& cfgPath) {

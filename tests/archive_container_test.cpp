@@ -1,6 +1,8 @@
 // Archives of other kinds than zip: the same gate and the same writer for all of them.
 #include "archive/archive_reader.h"
+#include "archive/process_zip.h"
 #include "archive/unpack.h"
+#include "package/archive_names.h"
 #include "package/file_primitives.h"
 #include "tests/support/command_fixture.h"
 #include "tests/support/container_builder.h"
@@ -169,6 +171,33 @@ TEST_F(ContainerTest, TheKindIsToldByTheBytes) {
     EXPECT_EQ(Unpacked(), "n.rar=" + inner);
     for (const std::string& bytes : {std::string(2000, '\0'), std::string("\x1F\x8B\x08"), std::string("text")})
         EXPECT_THAT(Unpack(bytes).explanations, testing::ElementsAre("There is no zip archive in it."));
+}
+
+TEST_F(ContainerTest, ArchivesInArchivesAreAskedAboutWhenTheyAreArchives) {
+    const std::string inner = Container("7z", {{"inner.txt", "x"}});
+    const std::string outer =
+        Container("tar.gz", {{"Panel.7Z", inner}, {"data.cab", "mine"}, {"setup.exe", "MZ" + inner}});
+    drive.Put("in\\Lear.tar.gz", outer);
+    user.Expect("Found another ZIP file called Panel.7Z.  Should I unzip it as well?  (Usually pick 'Yes')",
+                Answer::Yes);
+    modUnzip unzip;
+    std::string lastZipPath;
+    ASSERT_TRUE(ProcessZipFile(context, unzip, lastZipPath, drive.At("in\\Lear.tar.gz")));
+    EXPECT_EQ(drive.Outline("Staging\\ZIP_Lear.tar.gz"),
+              "NestedZIP1_Panel.7Z\\inner.txt=x, data.cab=mine, setup.exe=MZ" + inner);
+    const struct {
+        const char *name, *without;
+        bool isArchive;
+    } rows[] = {{"Lear.ZIP", "Lear", true},
+                {"Lear 45.2.tar.gz", "Lear 45.2", true},
+                {"Lear 45.2.tgz", "Lear 45.2", true},
+                {"Lear.exe", "Lear", false},
+                {"7z", "7z", false},
+                {"Lear.7z.txt", "Lear.7z", false}};
+    for (const auto& [name, without, isArchive] : rows) {
+        EXPECT_EQ(WithoutArchiveEnding(name), without);
+        EXPECT_EQ(IsArchiveName(name), isArchive) << name;
+    }
 }
 
 // Files of an archive are whole, or missing and told so.

@@ -148,7 +148,10 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
     user.Expect("zipFileDialog", [&](QWidget& window) {
         EXPECT_EQ(window.windowTitle(), "Process ZIP File ...");
         EXPECT_EQ(dynamic_cast<QFileDialog&>(window).nameFilters(),
-                  QStringList({"Zip files (*.zip)", "Zip files that are programs (*.exe)"}));
+                  QStringList({"Zip files (*.zip)",
+                               "Other archives (*.7z *.rar *.lha *.lzh *.cab *.iso *.tar *.tar.gz *.tgz *.tbz2 "
+                               "*.tar.bz2 *.tar.xz *.txz *.tar.zst *.tzst)",
+                               "Zip files that are programs (*.exe)"}));
         // Pasted, not typed: the completion of names would join in.
         Control<QLineEdit>(window, "fileNameEdit").setText("Taymere 60.ZIP");
         PressKey(window, Qt::Key_Return);

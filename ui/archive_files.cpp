@@ -1,5 +1,7 @@
 #include "ui/archive_files.h"
 
+#include "package/archive_names.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
@@ -8,15 +10,16 @@
 namespace korvadex {
 
 void OfferArchives(QFileDialog& dialog) {
-    dialog.setNameFilter("Zip files (*.zip);;Zip files that are programs (*.exe)");
+    dialog.setNameFilters({"Zip files (*.zip)",
+                           QString::fromStdString("Other archives (" + OtherArchivePatterns() + ")"),
+                           "Zip files that are programs (*.exe)"});
     dialog.setDefaultSuffix("zip");
 }
 
 QStringList ArchiveFilesIn(const QMimeData* data) {
     QStringList archives;
     for (const QUrl& url : data ? data->urls() : QList<QUrl>()) {
-        const QString name = url.fileName();
-        const bool isArchive = name.endsWith(".zip", Qt::CaseInsensitive) || name.endsWith(".exe", Qt::CaseInsensitive);
+        const bool isArchive = MayBeArchiveName(url.fileName().toStdString());
         if (url.isLocalFile() && (isArchive || QFileInfo(url.toLocalFile()).isDir()))
             archives.append(url.toLocalFile());
     }

@@ -8,7 +8,7 @@ class QMimeData;
 
 namespace korvadex {
 
-// The dialog offers zip archives first, then the programs that unpack themselves.
+// The dialog offers zip archives first, then others and the programs that unpack themselves.
 void OfferArchives(QFileDialog& dialog);
 // The local files among what is dragged (none for null) whose names say that they are archives, and directories, as
 // host paths.
