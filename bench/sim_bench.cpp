@@ -102,7 +102,7 @@ Work UnusedGaugesWork(const TemporaryDrive& drive) {
                   }
                   return bytes > 0;
               }),
-              2.0},
+              1.4},
              {"find | cat", Shell("find '" + aircraft + "' -name panel.cfg -exec cat {} +")}},
             [] { return true; }};
 }

@@ -8,7 +8,8 @@ namespace korvadex {
 
 namespace {
 
-void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose, Tree& tree) {
+void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose, const TreeVisitor& visitor,
+               Tree& tree) {
     auto entries = files.List(path);
     if (!entries) {
         if (entries.fault() != FileFault::NotFound)
@@ -33,8 +34,10 @@ void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose
         else
             tree.isLevelCut = true;
     }
+    if (visitor)
+        visitor(tree);
     for (const auto& subdirectory : descent)
-        WalkLevel(files, subdirectory, purpose, tree);
+        WalkLevel(files, subdirectory, purpose, visitor, tree);
 }
 
 // A dot, the two letters and one more character at the end of the name.
@@ -119,10 +122,10 @@ bool IsLeftOut(const DirectoryEntry& entry) {
            (entry.info.kind == EntryKind::Directory && IsFileManagersDirectory(entry.name));
 }
 
-Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose) {
+Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose, const TreeVisitor& visitor) {
     Tree tree;
     tree.root = AddBackslash(root);
-    WalkLevel(files, tree.root, purpose, tree);
+    WalkLevel(files, tree.root, purpose, visitor, tree);
     return tree;
 }
 

@@ -7,6 +7,7 @@
 #include "package/locations.h"
 #include "platform/file_system.h"
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -53,7 +54,10 @@ enum class WalkFor {
     Search,  // the same without that bound: what guards a removal must see everything
     Deletion // everything that is there but what the program keeps for an undo, and its lock
 };
-Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose = WalkFor::Listing);
+// Called after each directory with all that was seen so far.
+using TreeVisitor = std::function<void(const Tree& soFar)>;
+Tree WalkTree(const FileSystem& files, const std::string& root, WalkFor purpose = WalkFor::Listing,
+              const TreeVisitor& visitor = {});
 
 // The one name of a place, also where a link or a second drive leads there; the name itself where the host does not
 // tell. Without a trailing backslash.

@@ -115,6 +115,7 @@ struct Replacement {
     std::optional<FileInfo> seen = {}; // `to` as it was read: with another size or time it is left (Changed)
 };
 
+// What looks at the disk, that is all that is const, may be called on several threads at once while nothing is changed.
 class FileSystem {
   public:
     virtual ~FileSystem() = default;

@@ -127,6 +127,7 @@ std::optional<std::string> HostNames::FindName(const std::string& directory, std
     struct stat info {};
     if (stat(directory.c_str(), &info) != 0)
         return std::nullopt;
+    const std::lock_guard lock(mutex);
     Listing* listing = Cached(directory);
     bool isFresh = listing && listing->device == info.st_dev && listing->inode == info.st_ino &&
                    IsSameTime(listing->changed, info.st_mtim);
@@ -156,6 +157,7 @@ std::optional<std::string> HostNames::FindName(const std::string& directory, std
 
 void HostNames::NoteAdded(const std::string& hostPath) {
     const std::string directory = HostDirectoryOf(hostPath);
+    const std::lock_guard lock(mutex);
     Listing* listing = Cached(directory);
     struct stat info {};
     if (!listing || stat(directory.c_str(), &info) != 0)
@@ -167,6 +169,7 @@ void HostNames::NoteAdded(const std::string& hostPath) {
 
 void HostNames::NoteRemoved(const std::string& hostPath) {
     const std::string directory = HostDirectoryOf(hostPath);
+    const std::lock_guard lock(mutex);
     for (auto listing = listings.begin(); listing != listings.end();) {
         const bool isTouched = listing->directory == directory || listing->directory == hostPath ||
                                listing->directory.starts_with(hostPath + "/");

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <list>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +28,8 @@ std::string ShownName(std::string_view hostName);
 std::string HostSpelling(std::string_view shownName);
 
 // Finds names whatever their case: the exact name first; only on a miss is the directory read. What was read
-// is kept while the directory's own time of change shows that nothing else has touched it.
+// is kept while the directory's own time of change shows that nothing else has touched it. May be called on several
+// threads at once.
 class HostNames {
   public:
     explicit HostNames(DriveMap drives) : map(std::move(drives)) {}
@@ -53,6 +55,7 @@ class HostNames {
     Listing* Cached(const std::string& directory);
 
     DriveMap map;
+    std::mutex mutex;            // guards the listings
     std::list<Listing> listings; // the latest first
 };
 

@@ -52,7 +52,7 @@ AliasUsers FindAliasUsers(CommandContext& context, const std::string& root, std:
     const std::string alias = AliasText(packageName, kind);
     AliasUsers users;
     users.unseen = VisitConfigFiles(
-        context, WalkToSearch(context.files, root), {.fileName = kind + ".cfg", .leaveOut = leaveOut},
+        context, root, {.fileName = kind + ".cfg", .leaveOut = leaveOut},
         [&](const FileEntry& file, const LowerLines& lines) {
             if (std::ranges::any_of(lines, [&](std::string_view line) { return Mentions(line, alias); }))
                 users.paths.push_back(file.path);

@@ -3,8 +3,11 @@
 
 #include "package/command_context.h"
 #include "package/walk.h"
+#include "sim/configs_ahead.h"
 
 #include <functional>
+#include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,10 +23,9 @@ using ConfigVisitor = std::function<Visit(const FileEntry& file, const LowerLine
 using ConfigProgress = std::function<void(int done, int total)>;
 
 struct ConfigSearch {
-    std::string fileName;      // in lower case
-    bool isEnding = false;     // files whose names end like that as well: oldpanel.cfg
-    std::string leaveOut{};    // what lies below this directory (ending in a backslash) does not count
-    ConfigProgress progress{}; // in place of the main window's bar
+    std::string fileName;   // in lower case
+    bool isEnding = false;  // files whose names end like that as well: oldpanel.cfg
+    std::string leaveOut{}; // what lies below this directory (ending in a backslash) does not count
 };
 
 // What could not be looked at, though it may be such a file, or hold one.
@@ -33,12 +35,34 @@ struct Unseen {
 // "C:\FS\aircraft\x  (a link that leads nowhere)", one to a line, in a message of its own words before and after.
 std::string ListUnseen(const std::vector<Unseen>& unseen);
 
-// All below a directory that a search looks at: no limit cuts it.
-Tree WalkToSearch(const FileSystem& files, const std::string& root);
+// Every such file below a directory, however many there are, and in what its links lead to: an aircraft may live on
+// another drive, and reading it does no harm. All are found, and being read, once this stands.
+class ConfigFiles {
+  public:
+    ConfigFiles(const FileSystem& fileSystem, const std::string& root, ConfigSearch wanted);
+    ConfigFiles(const FileSystem& fileSystem, const Tree& tree, ConfigSearch wanted);
 
-// Hands every such file in the tree, and in what its links lead to, to the visitor, in the tree's order, each read
-// once. Gives what could not be looked at: while there is such a thing an answer "nobody uses it" is worth nothing.
-std::vector<Unseen> VisitConfigFiles(CommandContext& context, const Tree& tree, const ConfigSearch& search,
+    // To be called once: hands each one to the visitor, in the order of a walk. Gives what could not be looked at:
+    // while there is such a thing an answer "nobody uses it" is worth nothing. Without `progress` the main window's bar
+    // shows how far it is.
+    std::vector<Unseen> Visit(CommandDisplay& display, const ConfigVisitor& visitor,
+                              const ConfigProgress& progress = {});
+
+  private:
+    bool IsWanted(const FileEntry& entry) const;
+    void AddFiles(std::span<const FileEntry> entries, int depth);
+    void AddUnreadable(const Tree& tree);
+    void AddLink(const FileEntry& link, int depth);
+
+    const FileSystem& files;
+    const ConfigSearch search;
+    std::set<std::string> visited; // what links led to
+    std::vector<Unseen> unseen;
+    ConfigsAhead configs{files};
+};
+
+// The same in one go.
+std::vector<Unseen> VisitConfigFiles(CommandContext& context, const std::string& root, const ConfigSearch& search,
                                      const ConfigVisitor& visitor);
 
 // True when the line, in lower case, speaks of a gauge.

@@ -24,7 +24,7 @@ void ConfigUsage::Read(CommandContext& context, const std::string& root, const s
         texts.push_back(AliasText(name, kind));
     NameMatcher aliasMatcher(texts), gaugeMatcher(gauges);
     aliasMatcher.TakeBlanksForUnderscores();
-    unseen[kind] = VisitConfigFiles(context, WalkToSearch(context.files, root), {.fileName = kind + ".cfg"},
+    unseen[kind] = VisitConfigFiles(context, root, {.fileName = kind + ".cfg"},
                                     [&](const FileEntry& file, const LowerLines& lines) {
                                         for (const std::string_view line : lines) {
                                             aliasMatcher.Search(line);

@@ -164,18 +164,18 @@ class GaugeUsers {
             names.push_back(GaugeName(gauge.name));
         NameMatcher matcher(names);
         // What could not be looked at may use any of them.
-        isComplete = VisitConfigFiles(context, WalkToSearch(context.files, context.locations.Aircraft()),
-                                      {.fileName = "panel.cfg", .leaveOut = directory},
-                                      [&](const FileEntry& file, const LowerLines& lines) {
-                                          for (const std::string_view line : lines) {
-                                              if (IsGaugeLine(line))
-                                                  matcher.Search(line);
-                                          }
-                                          for (const std::size_t name : matcher.TakeFound())
-                                              panels[names[name]].push_back(file.path);
-                                          return Visit::Continue;
-                                      })
-                         .empty();
+        isComplete =
+            VisitConfigFiles(context, context.locations.Aircraft(), {.fileName = "panel.cfg", .leaveOut = directory},
+                             [&](const FileEntry& file, const LowerLines& lines) {
+                                 for (const std::string_view line : lines) {
+                                     if (IsGaugeLine(line))
+                                         matcher.Search(line);
+                                 }
+                                 for (const std::size_t name : matcher.TakeFound())
+                                     panels[names[name]].push_back(file.path);
+                                 return Visit::Continue;
+                             })
+                .empty();
     }
 
     bool AreThere(const RecordedFile& gauge) const {

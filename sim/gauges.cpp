@@ -24,17 +24,18 @@ constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopw
 
 } // namespace
 
-std::vector<Unseen> FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
+std::vector<Unseen> FindGaugesInUse(CommandContext& context, ConfigFiles& panels, NameMatcher& names,
                                     const ConfigProgress& progress) {
-    return VisitConfigFiles(context, WalkToSearch(context.files, root + "aircraft\\"),
-                            {.fileName = "panel.cfg", .progress = progress},
-                            [&](const FileEntry&, const LowerLines& lines) {
-                                for (const std::string_view line : lines) {
-                                    if (IsGaugeLine(line))
-                                        names.Search(line);
-                                }
-                                return names.AreAllFound() ? Visit::Stop : Visit::Continue;
-                            });
+    return panels.Visit(
+        context.display,
+        [&](const FileEntry&, const LowerLines& lines) {
+            for (const std::string_view line : lines) {
+                if (IsGaugeLine(line))
+                    names.Search(line);
+            }
+            return names.AreAllFound() ? Visit::Stop : Visit::Continue;
+        },
+        progress);
 }
 
 std::string GaugeName(std::string_view path) {

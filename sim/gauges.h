@@ -21,9 +21,9 @@ std::string GaugeName(std::string_view path);
 // Gauges that come with the simulator; they are never deleted.
 bool IsStockGauge(std::string_view fileName);
 
-// Notes the gauge names that a panel of some aircraft below root & "aircraft\" uses: a line that contains the
-// name also contains "gauge". Gives what could not be looked at.
-std::vector<Unseen> FindGaugesInUse(CommandContext& context, const std::string& root, NameMatcher& names,
+// Notes the gauge names that one of the panels uses: a line that contains the name also contains "gauge". Gives what
+// could not be looked at.
+std::vector<Unseen> FindGaugesInUse(CommandContext& context, ConfigFiles& panels, NameMatcher& names,
                                     const ConfigProgress& progress = {});
 
 // "C:\FS2002\gauges directory does not exist. ..." True when it does.

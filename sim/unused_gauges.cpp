@@ -4,25 +4,41 @@
 #include "package/name_list.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
+#include "platform/workers.h"
 #include "sim/gauges.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <memory>
 
 namespace korvadex {
 
 namespace {
 
-std::vector<FileEntry> CollectGauges(CommandContext& context) {
-    const Tree tree = WalkTree(context.files, context.locations.Gauges());
-    std::vector<FileEntry> gauges;
-    for (const std::string_view extension : {"gau", "cab"}) {
-        const FileList list = CollectFiles(tree, extension, FileMode::Extension, context.limits);
-        if (list.cut != ListCut::None)
-            context.display.ShowStatus(DescribeCut(list.cut, context.limits));
-        gauges.insert(gauges.end(), list.entries.begin(), list.entries.end());
+// The gauges, and which of them are in use.
+struct GaugeSearch {
+    GaugeSearch(const FileSystem& files, const std::string& directory, const WalkLimits& limits) {
+        const Tree tree = WalkTree(files, directory);
+        for (const std::string_view extension : {"gau", "cab"}) {
+            FileList list = CollectFiles(tree, extension, FileMode::Extension, limits);
+            if (list.cut != ListCut::None)
+                cut = list.cut;
+            std::ranges::move(list.entries, std::back_inserter(gauges));
+        }
+        std::vector<std::string> names;
+        for (const FileEntry& gauge : gauges)
+            names.push_back(GaugeName(gauge.path));
+        used = NameMatcher(names);
     }
-    return gauges;
+
+    std::vector<FileEntry> gauges;
+    ListCut cut = ListCut::None;
+    NameMatcher used{std::vector<std::string>()};
+};
+
+ConfigFiles Panels(const CommandContext& context) {
+    return {context.files, context.locations.Aircraft(), {.fileName = "panel.cfg"}};
 }
 
 void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen) {
@@ -35,25 +51,32 @@ void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen)
 
 std::vector<FileEntry> FindUnused(CommandContext& context,
                                   const std::function<void(int value, int maximum)>& progress) {
-    const std::vector<FileEntry> gauges = CollectGauges(context);
-    std::vector<std::string> names;
-    for (const FileEntry& gauge : gauges)
-        names.push_back(GaugeName(gauge.path));
+    // The gauges are listed while the panels are looked for.
+    struct NoTools {};
+    std::unique_ptr<GaugeSearch> found;
+    Workers<NoTools> workers(1);
+    std::future<void> listed = workers.Start([&](NoTools&) {
+        found = std::make_unique<GaugeSearch>(context.files, context.locations.Gauges(), context.limits);
+    });
+    ConfigFiles panels = Panels(context);
+    listed.get();
+    if (found->cut != ListCut::None)
+        context.display.ShowStatus(DescribeCut(found->cut, context.limits));
 
     // The time goes into the panels; the bar shows it in gauges.
+    const std::vector<FileEntry>& gauges = found->gauges;
     const int count = static_cast<int>(gauges.size());
     const ConfigProgress inGauges = [&](int done, int total) {
         progress(std::max(1, static_cast<int>(static_cast<std::int64_t>(count) * done / total)), std::max(1, count));
     };
-    NameMatcher used(names);
-    const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used, inGauges);
+    const auto unseen = FindGaugesInUse(context, panels, found->used, inGauges);
     if (!unseen.empty()) {
         TellNotSearched(context, unseen);
         return {};
     }
     std::vector<FileEntry> unused;
     for (std::size_t i = 0; i < gauges.size(); ++i) {
-        if (!used.IsFound(i) && !IsStockGauge(gauges[i].Name()))
+        if (!found->used.IsFound(i) && !IsStockGauge(gauges[i].Name()))
             unused.push_back(gauges[i]);
     }
     return unused;
@@ -102,7 +125,8 @@ class GaugeList {
         for (const int row : rows)
             names.push_back(GaugeName(unused[static_cast<std::size_t>(row)].path));
         NameMatcher used(names);
-        const auto unseen = FindGaugesInUse(context, context.locations.MsfsDir, used);
+        ConfigFiles panels = Panels(context);
+        const auto unseen = FindGaugesInUse(context, panels, used);
         if (!unseen.empty()) {
             TellNotSearched(context, unseen);
             return;
