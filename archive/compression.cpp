@@ -89,20 +89,23 @@ std::vector<std::string> Compression::Take(const std::string& packagePath) {
     const auto isPacked = [&](const std::string& path) {
         return ReadPackedMember(context.files, path) != std::nullopt;
     };
+    const auto mayBePacked = [&](const std::string& path) {
+        return isPacked(path) || !ReadLikeArchive(context.files, path);
+    };
     std::vector<FileFailure> failures;
     try {
         const auto turn = std::ranges::find(packages, packagePath) - packages.begin();
         failures = work.Take(static_cast<std::size_t>(turn), paths, step);
     } catch (const Stopped&) {
         const auto packed = std::ranges::count_if(paths, isPacked);
-        UpdateMarker(context, packagePath, meg, packed > 0);
+        UpdateMarker(context, packagePath, meg, std::ranges::any_of(paths, mayBePacked));
         throw Stopped{std::to_string(isCompressing ? packed : std::ssize(paths) - packed) + " of its " +
                       std::to_string(paths.size()) + " files are " + (isCompressing ? "compressed" : "decompressed") +
                       " now.  Please give the command again for the others."};
     }
     UpdateMarker(context, packagePath, meg,
                  isCompressing ? failures.size() < paths.size() || paths.empty()
-                               : std::ranges::any_of(failures, isPacked, &FileFailure::path));
+                               : std::ranges::any_of(failures, mayBePacked, &FileFailure::path));
     std::vector<std::string> texts;
     for (const FileFailure& failure : failures)
         texts.push_back(failure.text);

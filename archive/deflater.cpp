@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <libdeflate.h>
+#include <new>
 #include <zlib.h>
 
 namespace korvadex {
@@ -75,7 +76,7 @@ std::size_t Deflater::PackByZlib(std::span<const std::byte> plain, int level, st
         stream.reset();
         auto fresh = std::make_unique<z_stream>();
         if (deflateInit2(fresh.get(), level, Z_DEFLATED, -MAX_WBITS, MAX_MEM_LEVEL - 1, Z_DEFAULT_STRATEGY) != Z_OK)
-            return 0;
+            throw std::bad_alloc();
         stream.reset(fresh.release());
         streamLevel = level;
     }
@@ -90,9 +91,10 @@ std::size_t Deflater::PackByZlib(std::span<const std::byte> plain, int level, st
 bool Deflater::GivesBack(std::span<const std::byte> packed, std::span<const std::byte> plain) {
     if (!decompressor)
         decompressor.reset(libdeflate_alloc_decompressor());
+    if (!decompressor)
+        throw std::bad_alloc();
     std::byte* const unpacked = unpackedRoom.Room(plain.size());
-    return decompressor &&
-           libdeflate_deflate_decompress(decompressor.get(), packed.data(), packed.size(), unpacked, plain.size(),
+    return libdeflate_deflate_decompress(decompressor.get(), packed.data(), packed.size(), unpacked, plain.size(),
                                          nullptr) == LIBDEFLATE_SUCCESS &&
            std::memcmp(unpacked, plain.data(), plain.size()) == 0;
 }

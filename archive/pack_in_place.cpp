@@ -6,11 +6,14 @@
 #include "platform/windows_path.h"
 #include "platform/workers.h"
 
+#include <new>
+
 namespace korvadex {
 
 namespace {
 
 constexpr int BestZipLevel = 9;
+constexpr const char* NoMemoryText = "there was not enough memory";
 
 std::string Describe(const std::string& path, const Problem& problem) {
     return "There was a problem zipping file " + path + ". (code " + std::to_string(problem.code) + ")  (" +
@@ -28,6 +31,9 @@ class Packing : public InPlaceJob {
     // Makes the archive in the directory, under the file's own name.
     Problem Zip(CommandContext& context, const std::string& directory);
 
+    bool IsPackedAlready(CommandContext& context);
+
+    Problem unclear = {}; // why it could not be found out whether it is packed
     bool isPackedAlready = false;
     std::shared_ptr<DeflatedFile> contents; // none where the file is to be packed while it is written
     std::future<void> packed;
@@ -35,8 +41,8 @@ class Packing : public InPlaceJob {
 
 Packing::Packing(CommandContext& context, const std::string& filePath, Workers<Deflater>& workers)
     : InPlaceJob(context.files, filePath) {
-    isPackedAlready = path.empty() || UnzipFileInPlace(context, path, true) == UnzipCode::Ok;
-    if (isPackedAlready || !seen || seen->kind != EntryKind::File)
+    isPackedAlready = path.empty() || IsPackedAlready(context);
+    if (isPackedAlready || unclear.code != 0 || !seen || seen->kind != EntryKind::File)
         return;
     auto file = std::make_shared<DeflatedFile>(context.files, path);
     if (!file->Read(*seen) || !file->IsRead())
@@ -48,11 +54,25 @@ Packing::Packing(CommandContext& context, const std::string& filePath, Workers<D
     });
 }
 
+bool Packing::IsPackedAlready(CommandContext& context) {
+    int code = UnzipFileInPlace(context, path, true);
+    if (code != UnzipCode::Ok && code != UnzipCode::NoMemory && seen && seen->kind == EntryKind::File) {
+        const auto read = ReadLikeArchive(context.files, path);
+        if (!read)
+            unclear = {ZipCode::CannotOpen, DescribeFault(read.status())};
+        else if (*read) // it may not have been readable for a moment only
+            code = UnzipFileInPlace(context, path, true);
+    }
+    if (code == UnzipCode::NoMemory)
+        unclear = {ZipCode::NoMemory, NoMemoryText};
+    return code == UnzipCode::Ok;
+}
+
 std::string CauseOf(const CommandContext& context, const std::string& directory, int zipCode, std::uint64_t size) {
     const auto space = context.files.FreeSpace(directory);
     switch (zipCode) {
     case ZipCode::NoMemory:
-        return "there was not enough memory";
+        return NoMemoryText;
     case ZipCode::TooBig:
         return "it is larger than 4 GB";
     case ZipCode::ReadError:
@@ -81,8 +101,14 @@ Problem Packing::Finish(CommandContext& context, ReplaceBatch& batch) {
         return {};
     if (!seen)
         return {ZipCode::CannotOpen, "it could not be read"};
-    if (packed.valid())
-        packed.wait();
+    if (unclear.code != 0)
+        return unclear;
+    try {
+        if (packed.valid())
+            packed.get();
+    } catch (const std::bad_alloc&) {
+        return {ZipCode::NoMemory, NoMemoryText};
+    }
     const auto directory = batch.DirectoryFor(path);
     if (!directory)
         return {ZipCode::CannotCreate, DescribeFault(directory.status())};

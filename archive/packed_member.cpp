@@ -6,6 +6,8 @@
 #include "archive/zip_source.h"
 #include "platform/windows_path.h"
 
+#include <vector>
+
 namespace korvadex {
 
 namespace {
@@ -68,6 +70,24 @@ bool BeginsLikeArchive(const FileSystem& files, const std::string& path) {
     const auto file = files.OpenForReading(path);
     const std::string start = file ? BytesFrom(**file, 4) : "";
     return start.size() == 4 && Little(start, 0, 4) == ZipRecord::Local;
+}
+
+Result<bool> ReadLikeArchive(const FileSystem& files, const std::string& path) {
+    const auto file = files.OpenForReading(path);
+    if (!file)
+        return file.status();
+    std::vector<std::byte> bytes(64 * 1024);
+    std::optional<bool> isArchive;
+    for (;;) {
+        const auto count = (*file)->Read(bytes);
+        if (!count)
+            return count.status();
+        if (!isArchive)
+            isArchive =
+                *count >= 4 && Little({reinterpret_cast<const char*>(bytes.data()), 4}, 0, 4) == ZipRecord::Local;
+        if (*count == 0 || !*isArchive)
+            return *isArchive;
+    }
 }
 
 bool ReadPackedBytes(const FileSystem& files, const std::string& path, std::span<std::byte> bytes) {

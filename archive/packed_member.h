@@ -26,6 +26,10 @@ struct PackedMember {
 // True when it begins as an archive that is a file of its own does. Four bytes tell it of most files at once.
 bool BeginsLikeArchive(const FileSystem& files, const std::string& path);
 
+// The same, where ReadPackedMember has found none: a fault when the file, or what begins like an archive up to its end,
+// cannot be read, so that it may be packed all the same.
+Result<bool> ReadLikeArchive(const FileSystem& files, const std::string& path);
+
 // None when the file is not packed. Whether its bytes are sound is not looked at.
 std::optional<PackedMember> ReadPackedMember(const FileSystem& files, const std::string& path);
 

@@ -66,7 +66,11 @@ class Unpacking : public InPlaceJob {
     std::uint64_t Bytes() const override { return job.capacity; }
     Problem Finish(CommandContext& context, ReplaceBatch& batch) override {
         const Problem problem = isAhead ? FinishAhead(context, batch) : Unpack(context, path, batch);
-        return problem.code == UnzipCode::NotAnArchive ? Problem{} : problem; // it is not packed
+        if (problem.code != UnzipCode::NotAnArchive || !seen)
+            return problem.code == UnzipCode::NotAnArchive ? Problem{} : problem;
+        const auto read = ReadLikeArchive(context.files, path);
+        return read || read.fault() == FileFault::NotFound ? Problem{} // it is not packed
+                                                           : Problem{problem.code, DescribeFault(read.status())};
     }
 
   private:

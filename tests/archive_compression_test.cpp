@@ -7,8 +7,30 @@
 #include "tests/support/faulty_files.h"
 #include "tests/support/zip_builder.h"
 
+#include <atomic>
+#include <cstdlib>
+#include <new>
 #include <random>
 #include <zlib.h>
+
+// Memory for a buffer of just this size is refused while it is so wanted.
+constexpr std::size_t RefusedSize = 123'457;
+static std::atomic<bool> isMemoryRefused = false;
+
+void* operator new[](std::size_t size) {
+    void* const memory = isMemoryRefused && size == RefusedSize ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace korvadex::test {
 namespace {
@@ -122,6 +144,45 @@ TEST_F(CompressionTest, APackedFileThatIsDamagedStaysAndIsNamed) {
     EXPECT_EQ(drive.Get(directory + "Texture\\z.bmp"), "zipped");
     EXPECT_EQ(drive.Get(directory + "Texture\\d.bmp"), damaged);
     EXPECT_TRUE(drive.Has(directory + "KX_Compression.txt"));
+}
+
+TEST_F(CompressionTest, WhatCannotBeReadOrHasNoMemoryIsNamedAndStays) {
+    const std::string bitmap = path + "Panel\\p.BMP", markerFile = directory + "KX_Compression.txt";
+    ASSERT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
+    const auto files = [&] {
+        auto all = State();
+        all.erase("KX_Compression.txt");
+        return all;
+    };
+    const auto packed = files();
+    FaultyFiles faulty(drive.Files());
+    faulty.unreadable = bitmap;
+    CommandContext onFaulty = On(faulty);
+    EXPECT_THAT(
+        CompressPackage(onFaulty, path, true),
+        testing::ElementsAre("There was a problem zipping file " + bitmap + ". (code 18)  (access was denied)"));
+    EXPECT_TRUE(files() == packed);
+    for (int refused = 1; refused < 4; ++refused) { // as long as another program has it open
+        faulty.readsRefused = refused;
+        static_cast<void>(CompressPackage(onFaulty, path, true));
+        EXPECT_TRUE(files() == packed) << refused;
+    }
+    faulty.readsRefused = INT_MAX;
+    EXPECT_THAT(
+        CompressPackage(onFaulty, path, false),
+        testing::ElementsAre("There was a problem unzipping file " + bitmap + ". (code 9)  (access was denied)"));
+    EXPECT_TRUE(drive.Has(markerFile));
+    EXPECT_THAT(CompressPackage(context, path, false), testing::IsEmpty());
+    EXPECT_FALSE(drive.Has(markerFile));
+
+    const std::string plain(RefusedSize, 'm');
+    drive.Put(directory + "m.bmp", plain);
+    isMemoryRefused = true;
+    EXPECT_THAT(CompressPackage(context, path, true),
+                testing::ElementsAre("There was a problem zipping file " + path +
+                                     "m.bmp. (code 4)  (there was not enough memory)"));
+    isMemoryRefused = false;
+    EXPECT_EQ(drive.Get(directory + "m.bmp"), plain);
 }
 
 TEST_F(CompressionTest, WhatWasReadAheadIsTakenAsItIsInItsTurn) {

@@ -4,6 +4,7 @@
 
 #include "platform/file_system.h"
 
+#include <climits>
 #include <functional>
 
 namespace korvadex::test {
@@ -39,7 +40,8 @@ class FaultyFiles : public FileSystem {
     // When set (a path that ends in a backslash), all below it counts as a disk of its own: nothing is
     // renamed into it or out of it.
     std::string volume;
-    std::string unreadable; // a directory (with a trailing backslash) that cannot be listed
+    std::string unreadable;             // a directory (with a trailing backslash) that cannot be listed, or a file
+    mutable int readsRefused = INT_MAX; // so often, if it is a file
 
     int Changes() const { return changes; }
 
@@ -51,7 +53,11 @@ class FaultyFiles : public FileSystem {
     }
     Result<FileInfo> Info(Path path) const override { return real.Info(path); }
     bool IsDirectory(Path path) const override { return real.IsDirectory(path); }
-    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override { return real.OpenForReading(path); }
+    Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override {
+        if (IsRefused(path))
+            return Status{FileFault::Denied, path};
+        return real.OpenForReading(path);
+    }
     Result<std::unique_ptr<OutputFile>> CreateNew(Path path) override;
     Status Copy(Path from, Path to) override { return Change("Copy", to, &FileSystem::Copy, from, to); }
     Status Rename(Path from, Path to) override {
@@ -99,12 +105,15 @@ class FaultyFiles : public FileSystem {
     bool SameVolume(Path a, Path b) const override { return !CrossesVolumes(a, b) && real.SameVolume(a, b); }
     std::vector<std::string> Drives() const override { return real.Drives(); }
     std::string StoredPath(Path path) const override { return real.StoredPath(path); }
-    std::string HostPath(Path path) const override { return real.HostPath(path); }
+    // A library that opens the file itself does not find it either.
+    std::string HostPath(Path path) const override { return real.HostPath(path) + (IsRefused(path) ? "~" : ""); }
     std::optional<std::string> PathFromHost(Path hostPath) const override { return real.PathFromHost(hostPath); }
     std::string SourceFromHost(Path hostPath) const override { return real.SourceFromHost(hostPath); }
 
   private:
     class Output;
+
+    bool IsRefused(Path path) const { return path == unreadable && readsRefused-- > 0; }
 
     // Counts a change and tells what becomes of it.
     Status Count(const char* what, Path path);
