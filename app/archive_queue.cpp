@@ -122,6 +122,14 @@ Status ArchiveQueue::SetReasons(std::vector<QueuedArchive> archives) {
     return Save();
 }
 
+bool ArchiveQueue::Holds(const QueuedArchive& archive) const {
+    const auto isExact = [&](const QueuedArchive& entry) {
+        return entry.path == archive.path && entry.part == archive.part;
+    };
+    return std::ranges::any_of(entries, isExact) ||
+           std::ranges::any_of(entries, [&](const QueuedArchive& entry) { return IsSame(entry, archive); });
+}
+
 std::vector<QueuedArchive>::iterator ArchiveQueue::Find(const QueuedArchive& archive) {
     const auto exact = std::ranges::find_if(
         entries, [&](const QueuedArchive& entry) { return entry.path == archive.path && entry.part == archive.part; });

@@ -38,6 +38,8 @@ class ArchiveQueue {
     // that of a file that is not there: nothing is known, and that file is never written over.
     Status Open(const std::string& path, bool isToBeRead);
     const std::vector<QueuedArchive>& Entries() const { return entries; }
+    // One that names the same waits.
+    bool Holds(const QueuedArchive& archive) const;
     // Which of them are there may have changed. True when any has come or gone.
     bool LookAgain();
 

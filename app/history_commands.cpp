@@ -270,8 +270,8 @@ bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
         ShowStatus(isUndo ? "There is nothing to be taken back." : "There is nothing to be done again.");
         return false;
     }
-    const CommandTitle title = entry->title;
-    const int item = entry->item;
+    const HistoryEntry reversed = *entry; // the history is another one afterwards
+    const CommandTitle& title = reversed.title;
     const std::vector<Record> records = history.ReadJournalOf(*entry).records;
     const SubjectScope about(user, title.subject);
     const auto reason = isUndo ? history.Undo() : history.Redo();
@@ -284,7 +284,7 @@ bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
             TellTakenBack(text);
         return false;
     }
-    QueueFollows(item, isUndo);
+    QueueFollows(reversed, isUndo);
     ShowReversed(title, records);
     ShowStatus((isUndo ? "Taken back: " : "Done again: ") + title.Text());
     return true;

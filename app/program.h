@@ -12,6 +12,7 @@
 #include "app/program_dialogs.h"
 #include "app/selection.h"
 #include "app/settings.h"
+#include "app/taken_archives.h"
 #include "archive/mod_unzip.h"
 #include "journal/history.h"
 #include "package/command_context.h"
@@ -386,9 +387,9 @@ class Program : private CommandDisplay {
     std::optional<QueuedArchive> ArchiveAt(int row) const;
     std::string DescribeTurn(const QueuedArchive& archive, int ahead) const;
     void NoteTaken(const std::vector<QueuedArchive>& archives);
-    void NoteInStaging(const QueuedArchive& archive); // the same of a single one
-    void AddAtOnce(QueuedArchive archive);            // that did not wait
-    void QueueFollows(int item, bool isUndo);         // a command of the history that was taken back or done again
+    void NoteInStaging(const QueuedArchive& archive);          // the same of a single one
+    void AddAtOnce(QueuedArchive archive);                     // that did not wait
+    void QueueFollows(const HistoryEntry& entry, bool isUndo); // that was taken back or done again
 
     bool IsStagingFree(); // for the next archive; false after a message
 
@@ -497,10 +498,10 @@ class Program : private CommandDisplay {
     bool keepsScratch = false; // what lies under scratch names there may be of use to somebody
     Selection selection{files, settings.locations};
     Collection collection{files, settings.locations};
-    ArchiveQueue queue{history.Disk()};                // not a part of what a command does
-    std::map<int, std::vector<QueuedArchive>> takenBy; // by the item in the history
-    std::vector<QueuedArchive> archivesInStaging;      // of those that were taken
-    int takenFromQueue = 0;                            // since it was empty
+    ArchiveQueue queue{history.Disk()}; // not a part of what a command does
+    TakenArchives takenBy{history.Disk()};
+    std::vector<QueuedArchive> archivesInStaging; // of those that were taken
+    int takenFromQueue = 0;                       // since it was empty
     HeldAliases held;
     std::vector<std::pair<std::string, std::string>> followed; // FollowInHangar in the running command
     std::string lastPictureDirectory;                          // where picture files were last chosen from; "" at first

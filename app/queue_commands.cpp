@@ -10,11 +10,12 @@ namespace korvadex {
 
 namespace {
 
-constexpr std::string_view QueueFileName = "queue.txt";
+constexpr std::string_view QueueFileName = "queue.txt", TakenFileName = "taken.txt";
 
 } // namespace
 
 void Program::OpenQueue() {
+    takenBy.Open(history.Directory() + std::string(TakenFileName), looksOnly);
     const Status read = queue.Open(settings.AppDir + std::string(QueueFileName), looksOnly);
     if (!read)
         user.Tell("The queue of archives " + read.path + " could not be read (" + DescribeFault(read) +
@@ -145,17 +146,24 @@ std::string Program::DescribeTurn(const QueuedArchive& archive, int ahead) const
 
 // The command that has just ended has taken them: with it they come back.
 void Program::NoteTaken(const std::vector<QueuedArchive>& archives) {
+    std::vector<QueuedArchive> waited; // others come from a shell
+    std::ranges::copy_if(archives, std::back_inserter(waited), [&](const auto& each) { return queue.Holds(each); });
+    const HistoryEntry* entry = history.NextUndo();
+    if (entry && entry->item == history.Item() && !waited.empty())
+        if (const Status noted = takenBy.Note(*entry, waited, history.Entries()); !noted)
+            user.Tell("Which archives this command has taken could not be written down in " + noted.path + " (" +
+                          DescribeFault(noted) +
+                          ").  When it is taken back after a restart, please choose the archives again.",
+                      MessageIcon::Exclamation);
     KeepQueue(queue.Remove(archives));
-    if (const HistoryEntry* entry = history.NextUndo(); entry && entry->item == history.Item())
-        takenBy[entry->item] = archives;
 }
 
-void Program::QueueFollows(int item, bool isUndo) {
-    const auto found = takenBy.find(item);
-    if (found == takenBy.end())
+void Program::QueueFollows(const HistoryEntry& entry, bool isUndo) {
+    const auto archives = takenBy.By(entry);
+    if (archives.empty())
         return;
-    KeepQueue(isUndo ? queue.AddFirst(found->second) : queue.Remove(found->second));
-    const int count = static_cast<int>(found->second.size());
+    KeepQueue(isUndo ? queue.AddFirst(archives) : queue.Remove(archives));
+    const int count = static_cast<int>(archives.size());
     takenFromQueue = std::max(0, takenFromQueue + (isUndo ? -count : count));
 }
 

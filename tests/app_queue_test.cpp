@@ -309,10 +309,17 @@ TEST_F(ManyArchives, GoIntoTheHangarInOneGo) {
         EXPECT_THAT(archive.reason, testing::HasSubstr(reasons[archive.path.substr(drive.At("Zips\\").size())]))
             << archive.path;
 
-    // One by one they become the same.
+    // Taken back they wait again, also those of the run before.
     program->UndoLast();
+    EXPECT_EQ(program->View().queue.size(), left);
     program->UndoLast();
+    EXPECT_EQ(program->View().queue.size(), std::size_t(Count));
     EXPECT_EQ(drive.Tree("Hangar"), before);
+    program->RedoLast();
+    EXPECT_EQ(program->View().queue.size(), left);
+    program->UndoLast();
+
+    // One by one they become the same.
     EXPECT_TRUE(drive.Tree("Staging").empty());
     program->ChooseCategory(0);
     int number = 0;
