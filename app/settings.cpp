@@ -152,6 +152,8 @@ bool ReadLine(std::string_view line, const ScreenSize& screen, SettingsValues& v
         values.layout.queueShare = std::clamp(NumberIn(value), 0.0, 100.0);
     else if (key == "MMAXIMISED")
         values.layout.isMaximised = value == "YES";
+    else if (key == "ONEPICTURE")
+        values.layout.isOnePicturePerPackage = value == "YES";
     else if (key.starts_with("LASTPACKAGE") && key.size() == 12 && IsDigit(key.back()))
         values.LocationProfiles[static_cast<std::size_t>(key.back() - '0')].lastPackage = value;
     else
@@ -223,7 +225,8 @@ void TakeUnchanged(const SettingsValues& kept, const SettingsValues& onDisk, Set
     take(values.isCollectionShown, kept.isCollectionShown, onDisk.isCollectionShown);
     for (const auto part : {&WindowLayout::collectionWidth, &WindowLayout::pictureShare, &WindowLayout::queueShare})
         take(values.layout.*part, kept.layout.*part, onDisk.layout.*part);
-    take(values.layout.isMaximised, kept.layout.isMaximised, onDisk.layout.isMaximised);
+    for (const auto part : {&WindowLayout::isMaximised, &WindowLayout::isOnePicturePerPackage})
+        take(values.layout.*part, kept.layout.*part, onDisk.layout.*part);
 }
 
 bool IsOneStorableLine(std::string_view text) {
@@ -288,6 +291,8 @@ std::vector<std::string> Render(const SettingsValues& values, const std::optiona
         lines.push_back("QUEUESHARE=" + ShortestText(values.layout.queueShare));
     if (values.layout.isMaximised)
         lines.emplace_back("MMAXIMISED=YES");
+    if (values.layout.isOnePicturePerPackage)
+        lines.emplace_back("ONEPICTURE=YES");
     for (std::size_t i = 0; i < values.LocationProfiles.size(); ++i)
         if (const auto& profile = values.LocationProfiles[i]; IsNamed(profile) && profile.firstPackage.empty() &&
                                                               !profile.lastPackage.empty() &&

@@ -32,12 +32,13 @@ struct WindowGeometry {
 struct SavedGeometry {
     std::optional<double> top, left, height, width;
 };
-// How the main window shares its room; 0 as designed.
+// How the main window shares its room, 0 as designed; and what the gallery beside it shows.
 struct WindowLayout {
     double collectionWidth = 0; // in twips
     double pictureShare = 0;    // of the picture and the fields above the lists, in per cent
     double queueShare = 0;      // of the queue below the collection, in per cent
     bool isMaximised = false;
+    bool isOnePicturePerPackage = false;
 
     bool operator==(const WindowLayout&) const = default;
 };

@@ -52,7 +52,8 @@ std::string Describe(const Settings& settings) {
     text << "|limits=" << settings.limits.DirMax << " " << settings.limits.FileMax << "|";
     text << "collection=" << (settings.isCollectionShown ? *settings.isCollectionShown ? "shown" : "hidden" : "open")
          << " " << settings.layout.collectionWidth << "|layout=" << settings.layout.pictureShare << " "
-         << settings.layout.queueShare << " " << settings.layout.isMaximised
+         << settings.layout.queueShare << " " << settings.layout.isMaximised << " "
+         << settings.layout.isOnePicturePerPackage
          << "|last=" << settings.LocationProfiles[static_cast<std::size_t>(settings.CurrentProfile)].lastPackage << "|";
     text << "history=" << settings.historyLimits.commands << " " << MegabytesOf(settings.historyLimits.bytes) << "|";
     text << "archives=";
@@ -128,8 +129,8 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"no word on the collection", "COLLECTION=yes\nCOLLECTIONWIDTH=-5\n", "|collection=open 0|"},
         {"the collection", "COLLECTION=YES\nCOLLECTIONWIDTH=3900\n", "|collection=shown 3900|"},
         {"no collection", "COLLECTION=YES\nCOLLECTION=NO\n", "|collection=hidden 0|"},
-        {"a layout", "PICTURESHARE=40.5\nQUEUESHARE=25\nMMAXIMISED=YES\n", "|layout=40.5 25 1|"},
-        {"no layout", "PICTURESHARE=-1\nMMAXIMISED=1\n", "|layout=0 0 0|"},
+        {"a layout", "PICTURESHARE=40.5\nQUEUESHARE=25\nMMAXIMISED=YES\nONEPICTURE=YES\n", "|layout=40.5 25 1 1|"},
+        {"no layout", "PICTURESHARE=-1\nMMAXIMISED=1\n", "|layout=0 0 0 0|"},
         {"the last package", "ALTLOCATION3=x\nLASTPACKAGE3=Jets\\Lear\n", "|last=Jets\\Lear|"},
         {"the last package of no profile", "LASTPACKAGE0=Jets\\Lear\nLASTPACKAGE=x\n", "|last=|"},
         {"the last archives", "LASTZIP0=C:\\b.zip\nLASTZIP4=\nLASTZIP9=C:\\a.zip\nLASTZIP=x\nLASTZIP10=x\n",
@@ -175,9 +176,14 @@ TEST_F(SettingsFile, IsWrittenByteForByteOrStaysUntouched) {
         {"the collection hidden, and of its own width",
          [](Settings& s) {
              s.isCollectionShown = false;
-             s.layout = {.collectionWidth = 3900, .pictureShare = 40.5, .queueShare = 25, .isMaximised = true};
+             s.layout = {.collectionWidth = 3900,
+                         .pictureShare = 40.5,
+                         .queueShare = 25,
+                         .isMaximised = true,
+                         .isOnePicturePerPackage = true};
          },
-         example + "COLLECTION=NO\nCOLLECTIONWIDTH=3900\nPICTURESHARE=40.5\nQUEUESHARE=25\nMMAXIMISED=YES\n"},
+         example +
+             "COLLECTION=NO\nCOLLECTIONWIDTH=3900\nPICTURESHARE=40.5\nQUEUESHARE=25\nMMAXIMISED=YES\nONEPICTURE=YES\n"},
         {"the last package where there is no first one",
          [](Settings& s) {
              for (const std::size_t profile : {0U, 1U, 2U})

@@ -200,10 +200,13 @@ TEST_F(HangarWindow, IsShownWhereItCanBeReached) {
     QTest::mouseRelease(splitter.handle(1), Qt::LeftButton);
     const auto moved = splitter.sizes();
     EXPECT_GT(moved[0], sizes[0]);
-    const WindowLayout layout = window.Layout();
+    WindowLayout layout = window.Layout();
+    EXPECT_FALSE(layout.isOnePicturePerPackage);
+    layout.isOnePicturePerPackage = true;
     splitter.setSizes(sizes);
     window.ApplyLayout(layout);
     EXPECT_EQ(splitter.sizes(), moved);
+    EXPECT_TRUE(window.Layout().isOnePicturePerPackage);
 }
 
 TEST_F(HangarWindow, TheWheelChangesOnlyWhatHasTheFocus) {

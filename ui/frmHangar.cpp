@@ -547,11 +547,13 @@ void frmHangar::ApplyLayout(const WindowLayout& newLayout) {
         SetFirstShare(*ui->splMain, layout.pictureShare);
     if (layout.queueShare > 0)
         SetFirstShare(*ui->splLeft, 100 - layout.queueShare);
+    photos->ShowOnePerPackage(layout.isOnePicturePerPackage);
     setWindowState(windowState().setFlag(Qt::WindowMaximized, layout.isMaximised));
 }
 
 WindowLayout frmHangar::Layout() const {
     WindowLayout now = layout;
+    now.isOnePicturePerPackage = photos->IsOnePerPackage();
     now.isMaximised = isMaximized() || windowState().testFlag(Qt::WindowMaximized);
     return now;
 }

@@ -175,6 +175,14 @@ void frmPhotos::Narrow() {
     ShowPage();
 }
 
+void frmPhotos::ShowOnePerPackage(bool isWanted) {
+    ui->chkOnePerPackage->setChecked(isWanted);
+}
+
+bool frmPhotos::IsOnePerPackage() const {
+    return ui->chkOnePerPackage->isChecked();
+}
+
 bool frmPhotos::IsPageComplete() const {
     for (int index = 0; index < GalleryPages::PageSize; ++index)
         if (ui->grdPhotos->Photo(index).IsLoading())

@@ -36,6 +36,8 @@ class frmPhotos : public QDialog {
     void UpdateGallery(const GalleryView& gallery);
     // Another package is shown: its first picture is marked, unless one of its pictures is already.
     void Follow(const PackageRef& package);
+    void ShowOnePerPackage(bool isWanted);
+    bool IsOnePerPackage() const;
     // Every thumbnail of the page shows what it will show.
     bool IsPageComplete() const;
 
