@@ -113,6 +113,24 @@ TEST_F(QueueWindow, IsUsedByKeysAndMenu) {
     EXPECT_FALSE(List().isVisible());
 }
 
+TEST_F(QueueWindow, WhatTheKeysReachIsInSight) {
+    window.resize(660, 330); // 1366 x 768 at 200 %
+    Activate();
+    auto& first = static_cast<QWidget&>(List());
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        first.setFocus();
+        QWidgetList reached;
+        for (const QWidget* focus = &first; !reached.contains(focus); focus = window.focusWidget()) {
+            reached.append(const_cast<QWidget*>(focus));
+            EXPECT_GE(InSight(*focus).height(), qMin(focus->height(), 60)) << focus->objectName().toStdString();
+            WindowTest::Press(key);
+            QCoreApplication::processEvents();
+        }
+        EXPECT_TRUE(first.hasFocus()) << window.focusWidget()->objectName().toStdString();
+        EXPECT_GT(reached.size(), 10);
+    }
+}
+
 TEST_F(QueueWindow, TakesAllIntoACategoryThatIsChosenOnce) {
     ClearStaging();
     user.Expect("InputBox", [](QWidget& box) {

@@ -5,6 +5,7 @@
 #include "platform/windows_path.h"
 #include "ui/archive_files.h"
 #include "ui/collection_panel.h"
+#include "ui/focus_sight.h"
 #include "ui/frmAbout.h"
 #include "ui/frmFileList.h"
 #include "ui/frmPhotos.h"
@@ -84,6 +85,7 @@ frmHangar::frmHangar(const FileSystem& fileSystem)
     ui->setupUi(this);
     KeepWheelFromChoices(*this);
     KeepUndoKeysInFields(*this);
+    KeepFocusInSight(*this);
     menus = new Menus(ui->mnuBar);
     fileList = std::make_unique<frmFileList>(this);
     photos = std::make_unique<frmPhotos>(files);

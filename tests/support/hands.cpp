@@ -62,4 +62,11 @@ void ClickButton(const QWidget& box, const QString& caption) {
     throw std::runtime_error("no button " + caption.toStdString());
 }
 
+QSize InSight(const QWidget& control) {
+    QRect seen = control.rect();
+    for (const QWidget* inner = &control; !inner->isWindow(); inner = inner->parentWidget())
+        seen = seen.translated(inner->pos()) & inner->parentWidget()->rect();
+    return seen.size();
+}
+
 } // namespace korvadex::test

@@ -30,6 +30,9 @@ void PressKey(QWidget& window, Qt::Key key);
 void ClickRow(QListWidget& list, int row);
 void DoubleClickRow(QListWidget& list, int row);
 
+// How much of it is not scrolled out of sight.
+QSize InSight(const QWidget& control);
+
 // The button with that caption, whatever its mnemonic.
 void ClickButton(const QWidget& box, const QString& caption);
 
