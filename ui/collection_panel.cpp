@@ -1,6 +1,7 @@
 #include "ui/collection_panel.h"
 
 #include "ui/collection_model.h"
+#include "ui/menus.h"
 #include "ui/qt_text.h"
 
 #include <QComboBox>
@@ -377,6 +378,7 @@ void CollectionPanel::AddEntriesOfCategory(QMenu& menu, const std::string& categ
 void CollectionPanel::AddTargets(QMenu& menu, const std::vector<PackageRef>& packages) {
     QMenu* targets = menu.addMenu("Mo&ve to category");
     targets->setObjectName("mnuMoveToCategory");
+    KeepInOneColumn(*targets);
     for (const HangarCategory& category : collection->Listing()) {
         QAction* target = targets->addAction(ToQt(category.name).replace('&', "&&"));
         target->setEnabled(

@@ -5,8 +5,10 @@
 #include "ui/qt_text.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProxyStyle>
 
 #include <algorithm>
 
@@ -28,12 +30,29 @@ QString ObjectText(const std::string& object) {
     return text.replace('\t', ' ').replace('&', "&&");
 }
 
+class ScrollingMenus : public QProxyStyle {
+  public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override {
+        return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
 } // namespace
+
+void KeepInOneColumn(QMenu& menu) {
+    auto* style = new ScrollingMenus(QApplication::style()->name());
+    style->setParent(&menu);
+    menu.setStyle(style);
+}
 
 Menus::Menus(QMenuBar* bar) : QObject(bar) {
     for (const Menu& row : MainMenus()) {
         QMenu* menu = bar->addMenu(row.caption);
         menu->setObjectName(row.name);
+        KeepInOneColumn(*menu);
         connect(menu, &QMenu::aboutToShow, this, &Menus::Opened);
         if (row.side)
             ofOneSide.emplace_back(*row.side, menu);

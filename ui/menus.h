@@ -14,6 +14,9 @@ class QMenuBar;
 
 namespace korvadex {
 
+// On a screen that is too low for it the menu scrolls, instead of standing in several columns.
+void KeepInOneColumn(QMenu& menu);
+
 class Menus : public QObject {
     Q_OBJECT
 

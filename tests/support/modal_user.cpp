@@ -24,8 +24,12 @@ QString Describe(const QWidget& window) {
     return window.objectName() + ": " + (message ? message->text() : window.windowTitle());
 }
 
-// Each control says what it is, and no letter stands for two of them.
+// Each control says what it is, no letter stands for two of them, and a small screen has room for all.
 void CheckControls(const QWidget& window) {
+    if (!qobject_cast<const QFileDialog*>(&window) && !qobject_cast<const QMessageBox*>(&window)) {
+        EXPECT_LE(window.minimumSizeHint().width(), 660) << window.objectName().toStdString(); // 1366 x 768 at 200 %
+        EXPECT_LE(window.minimumSizeHint().height(), 330) << window.objectName().toStdString();
+    }
     std::map<QKeySequence, QString> letters;
     for (const QWidget* control : window.findChildren<QWidget*>()) {
         if (!control->isVisible() || !control->isEnabled() || control->objectName().startsWith("qt_"))
