@@ -18,16 +18,17 @@ namespace korvadex::tour {
 namespace {
 
 constexpr const char* Usage =
-    "usage: tour [--into DIRECTORY] [--scale FACTOR] [--dark] [--show] [--ground DRIVE] [--only STEP...]\n\n"
+    "usage: tour [--into DIRECTORY] [--scale FACTOR] [--small] [--dark] [--show] [--ground DRIVE] [--only STEP...]\n\n"
     "  --into    where the pictures go (else the current directory)\n"
-    "  --scale   as on a screen with so many pixels for one, for example 2\n  --dark    in dark colours\n"
+    "  --scale   as on a screen with so many pixels for one, for example 2\n"
+    "  --small   on a screen of 1366 x 768 of them, whatever the scale; what has no room there is told\n  --dark    in dark colours\n"
     "  --show    on the display, to be watched\n"
     "  --ground  a drive, \"K:\\\", with an example that keeps what one step makes of it\n  --only    these steps:";
 
 struct Options {
     QDir directory = QDir::current();
     double scale = 1;
-    bool isDark = false, isShown = false;
+    bool isSmall = false, isDark = false, isShown = false;
     QString ground;
     QStringList names; // none: all steps
 
@@ -47,6 +48,8 @@ Options ParseOptions(QStringList arguments) {
             options.directory = QDir(QDir(arguments.takeFirst()).absolutePath());
         else if (option == "--scale" && hasValue)
             options.scale = qBound(1.0, arguments.takeFirst().toDouble(), 4.0);
+        else if (option == "--small")
+            options.isSmall = true;
         else if (option == "--dark")
             options.isDark = true;
         else if (option == "--show")
@@ -69,13 +72,14 @@ void PrepareSurroundings(const Options& options) {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
     if (options.isShown)
         return;
+    const double scale = options.isSmall ? 1 : options.scale;
     QFile screen("screen.json"); // in the current directory: the name stands between colons
     if (!screen.open(QIODevice::WriteOnly))
         throw std::runtime_error("cannot write " + QDir().filePath(screen.fileName()).toStdString());
     screen.write(QString(R"({"windowFrameMargins": false, "screens": [{"name": "screen", "x": 0, "y": 0,
         "width": %1, "height": %2, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
-                     .arg(int(1366 * options.scale))
-                     .arg(int(768 * options.scale))
+                     .arg(int(1366 * scale))
+                     .arg(int(768 * scale))
                      .toUtf8());
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=screen.json");
 }
@@ -140,7 +144,7 @@ int Run(int argc, char** argv, const Options& options) {
     if (options.isDark)
         QApplication::setPalette(DarkPalette());
 
-    Tour tour(options.directory, options.ground.toStdString());
+    Tour tour(options.directory, options.ground.toStdString(), options.isSmall);
     const std::unique_ptr<QThread> person(QThread::create([&] {
         WalkAll(tour, options);
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -148,7 +152,7 @@ int Run(int argc, char** argv, const Options& options) {
     person->start();
     const int code = QApplication::exec();
     person->wait();
-    return code;
+    return tour.FaultCount() > 0 ? 1 : code;
 }
 
 } // namespace

@@ -106,6 +106,18 @@ void Archive(Tour& tour) {
     tour.Photograph();
 }
 
+// An archive with two aircraft.
+void Several(Tour& tour) {
+    test::ZipBuilder zip;
+    for (const char* name : {"Aldous 2", "Corvale 12"})
+        zip.Add(std::string(name) + "/aircraft.cfg", std::string("[fltsim.0]\r\ntitle=") + name + "\r\n")
+            .Add(std::string(name) + "/model/model.cfg", "[models]\r\n");
+    tour.Put("Downloads\\both.zip", zip.Bytes());
+    tour.ProcessZip("both.zip");
+    tour.Await("frmSeveralAircraft");
+    tour.Photograph();
+}
+
 // Not in the home of whoever takes the tour.
 void ShowDirectory(Tour& tour, const std::string& relative) {
     const auto directory = QString::fromStdString(tour.HostPath(relative));
@@ -448,7 +460,7 @@ const std::vector<Step>& Steps() {
     static const std::vector<Step> steps = {
         {"splash", Splash, Kind::Starts},
         {"hangar", [](Tour& tour) { tour.Photograph(); }},
-        {"menu_file", Menu("Alt+F", {640, 205})},
+        {"menu_file", Menu("Alt+F", {640, 260})},
         {"menu_tools", Menu("Alt+T", {640, 390})},
         {"menu_options", Menu("Alt+O", {640, 470})},
         {"menu_data", Menu("Alt+D", {640, 280})},
@@ -480,6 +492,7 @@ const std::vector<Step>& Steps() {
         {"nested", Nested, Kind::Changes},
         {"configurations", Configurations, Kind::Changes},
         {"staging", Staging, Kind::Changes},
+        {"several", Several, Kind::Changes},
         {"password", Password, Kind::Changes},
         {"duplicate", Duplicate, Kind::Changes},
         {"executable", Executable, Kind::Changes},

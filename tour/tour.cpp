@@ -6,6 +6,7 @@
 #include "tests/support/hands.h"
 #include "tests/support/host_drive.h"
 #include "tour/camera.h"
+#include "tour/inspector.h"
 #include "ui/dialogs.h"
 #include "ui/frmHangar.h"
 #include "ui/frmSplash.h"
@@ -100,7 +101,8 @@ struct Tour::Run {
     std::unique_ptr<frmSplash> splash;
 };
 
-Tour::Tour(const QDir& directory, const std::string& drive) : pictures(directory), ground(drive) {}
+Tour::Tour(const QDir& directory, const std::string& drive, bool inspects)
+    : pictures(directory), ground(drive), isInspecting(inspects) {}
 Tour::~Tour() = default;
 
 void Tour::Walk(const Step& newStep) {
@@ -292,6 +294,19 @@ void Tour::Take(const std::function<QList<QWidget*>()>& windows, const QSize& pa
     if (!picture.save(path))
         throw std::runtime_error("cannot write " + path.toStdString());
     ++pictureCount;
+    if (isInspecting)
+        Inspect(name.isEmpty() ? step->name : name);
+}
+
+void Tour::Inspect(const QString& name) {
+    person.See([&] {
+        if (!front || QApplication::activePopupWidget())
+            return;
+        const auto faults = FaultsOf(*front);
+        for (const QString& fault : faults)
+            std::fprintf(stderr, "tour: %s: %s\n", qPrintable(name), qPrintable(fault));
+        faultCount += int(faults.size());
+    });
 }
 
 void Tour::Abandon() {

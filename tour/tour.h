@@ -29,8 +29,9 @@ const std::vector<Step>& Steps();
 class Tour {
   public:
     // Pictures go into the directory, which is there. The ground, where it is not empty, is a drive ("K:\\") with the
-    // example on it, which keeps what the walk has made of it.
-    explicit Tour(const QDir& directory, const std::string& ground = {});
+    // example on it, which keeps what the walk has made of it. It may inspect each window that it takes a picture of,
+    // and say what is wrong with it.
+    explicit Tour(const QDir& directory, const std::string& ground = {}, bool inspects = false);
     ~Tour();
 
     // Throws, saying what was missed, where the program does not do what the step expects of it.
@@ -39,6 +40,7 @@ class Tour {
     // is open now cannot be trusted to close.
     [[noreturn]] void Abandon();
     int PictureCount() const { return pictureCount; }
+    int FaultCount() const { return faultCount; }
 
     // --- for the steps: the example
     std::string At(const std::string& relative) const; // a path of its drive
@@ -82,14 +84,16 @@ class Tour {
     struct Example;
     struct Run;
     void Take(const std::function<QList<QWidget*>()>& windows, const QSize& part, const QString& name);
+    void Inspect(const QString& name);
     void Leave();
 
     QWidget& Front() const;
 
     const QDir pictures;
     const std::string ground;
+    const bool isInspecting;
     const Step* step = nullptr;
-    int pictureCount = 0;
+    int pictureCount = 0, faultCount = 0;
     Person person;
     std::unique_ptr<Example> example;
     // For the thread of the windows alone.
