@@ -125,8 +125,7 @@ TEST_F(ProcessTest, MembersOfOtherMethodsAreUnpacked) {
     for (const auto& [method, digits] : rows) {
         SCOPED_TRACE(method);
         const auto zip = [&](std::uint32_t claimedCrc, std::uint32_t size, std::size_t cut) {
-            std::string packed = FromDigits(digits);
-            packed.resize(packed.size() - cut);
+            const std::string whole = FromDigits(digits), packed = whole.substr(0, whole.size() - cut);
             return Zip("a.txt", packed, {.isStored = true, .method = method, .crc = claimedCrc, .size = size});
         };
         EXPECT_EQ(Unpack(zip(crc, 2700, 0)), "a.txt=" + text);
