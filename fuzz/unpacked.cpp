@@ -1,4 +1,5 @@
-// An archive that is unpacked into Staging: nothing comes to lie anywhere else, and when all went well all is there.
+#include "fuzz/unpacked.h"
+
 #include "archive/archive_reader.h"
 #include "archive/unpack.h"
 #include "fuzz/check.h"
@@ -32,7 +33,7 @@ void CheckAllThere(const FileSystem& files, const UnpackReport& report, const st
 
 } // namespace
 
-void Run(std::string_view input) {
+void UnpackAndCheck(std::string_view input) {
     Drive drive;
     drive.Put("add-on.zip", input);
     const Entries before = drive.Tree();
