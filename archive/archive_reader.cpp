@@ -36,8 +36,10 @@ OpenedArchive OpenArchive(const FileSystem& files, const std::string& path) {
         if (OpenedArchive zip = OpenZipArchive(files, path); zip.reader)
             return zip;
     }
+    // The marks of archives may stand anywhere in a program: only what can be read there counts, or says why not.
     OpenedArchive other = isProgram ? OpenContainerBehind(beginning, files, path) : OpenContainer(files, path);
-    return other.code == UnzipCode::NotAnArchive ? OpenZipArchive(files, path) : std::move(other);
+    const bool isOther = isProgram ? other.reader || !other.explanation.empty() : other.code != UnzipCode::NotAnArchive;
+    return !isOther ? OpenZipArchive(files, path) : std::move(other);
 }
 
 } // namespace korvadex

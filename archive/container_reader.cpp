@@ -116,8 +116,11 @@ int ContainerReader::Check() {
         rarMembers = ReadRarMembers(source);
     if (format == ARCHIVE_FORMAT_CAB)
         return CheckCabinet(source);
-    const int filter = archive_filter_code(handle.get(), 0);
-    return filter == ARCHIVE_FILTER_NONE ? UnzipCode::Ok : CheckPacking(source, filter);
+    const int layers = archive_filter_count(handle.get()) - 1;
+    if (layers < 1)
+        return UnzipCode::Ok;
+    const bool isGzip = layers == 1 && archive_filter_code(handle.get(), 0) == ARCHIVE_FILTER_GZIP;
+    return isGzip ? CheckGzip(source) : CheckPacking(source);
 }
 
 int ContainerReader::NextHeader() {

@@ -104,54 +104,6 @@ int CheckFolder(ContainerSource& source, std::uint64_t position, std::uint64_t c
     return UnzipCode::Ok;
 }
 
-// Compares the sums of a gzip file, which may consist of several that stand one behind the other.
-int CheckGzip(ContainerSource& source) {
-    constexpr int withHeader = 15 + 16;
-    constexpr std::string_view mark = "\x1F\x8B";
-    z_stream stream{};
-    if (inflateInit2(&stream, withHeader) != Z_OK)
-        return UnzipCode::NoMemory;
-    const std::unique_ptr<z_stream, int (*)(z_stream*)> closer(&stream, &inflateEnd);
-    std::vector<Bytef> unpacked(PieceSize);
-    int result = Z_OK;
-    std::uint64_t position = 0;
-    for (std::string bytes = source.Peek(0, PieceSize); !bytes.empty(); bytes = source.Peek(position, PieceSize)) {
-        position += bytes.size();
-        stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
-        stream.avail_in = static_cast<uInt>(bytes.size());
-        while (stream.avail_in > 0) {
-            if (result == Z_STREAM_END) {
-                // What is no further one, as 0 bytes up to a whole block, belongs to none.
-                if (source.Peek(position - stream.avail_in, mark.size()) != mark)
-                    return UnzipCode::Ok;
-                inflateReset(&stream);
-            }
-            stream.next_out = unpacked.data();
-            stream.avail_out = static_cast<uInt>(unpacked.size());
-            result = inflate(&stream, Z_NO_FLUSH);
-            if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR)
-                return UnzipCode::Error;
-        }
-    }
-    return result == Z_STREAM_END ? UnzipCode::Ok : UnzipCode::Truncated;
-}
-
-// Unpacks it all: what bzip2, xz and zstd add to each block is compared only behind it.
-int CheckBlocks(ContainerSource& source) {
-    const ContainerHandle reader = source.Begin(ContainerSource::Kinds::Packing);
-    archive_entry* entry = nullptr;
-    if (!reader || archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK)
-        return UnzipCode::Error;
-    std::vector<std::byte> piece(PieceSize);
-    for (;;) {
-        const la_ssize_t count = archive_read_data(reader.get(), piece.data(), piece.size());
-        if (count < 0)
-            return source.HasEnded() ? UnzipCode::Truncated : UnzipCode::Error;
-        if (count == 0)
-            return UnzipCode::Ok;
-    }
-}
-
 } // namespace
 
 std::vector<RarMember> ReadRarMembers(ContainerSource& source) {
@@ -178,8 +130,52 @@ int CheckCabinet(ContainerSource& source) {
     return UnzipCode::Ok;
 }
 
-int CheckPacking(ContainerSource& source, int filter) {
-    return filter == ARCHIVE_FILTER_GZIP ? CheckGzip(source) : CheckBlocks(source);
+// Compares the sums of a gzip file, which may consist of several that stand one behind the other.
+int CheckGzip(ContainerSource& source) {
+    constexpr int withHeader = 15 + 16;
+    constexpr std::string_view mark = "\x1F\x8B";
+    z_stream stream{};
+    if (inflateInit2(&stream, withHeader) != Z_OK)
+        return UnzipCode::NoMemory;
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> closer(&stream, &inflateEnd);
+    std::vector<Bytef> unpacked(PieceSize);
+    int result = Z_OK;
+    std::uint64_t position = 0;
+    for (std::string bytes = source.Peek(0, PieceSize); !bytes.empty(); bytes = source.Peek(position, PieceSize)) {
+        position += bytes.size();
+        stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
+        stream.avail_in = static_cast<uInt>(bytes.size());
+        while (stream.avail_in > 0 || stream.avail_out == 0) {
+            if (result == Z_STREAM_END) {
+                // What is no further one, as 0 bytes up to a whole block, belongs to none.
+                if (source.Peek(position - stream.avail_in, mark.size()) != mark)
+                    return UnzipCode::Ok;
+                inflateReset(&stream);
+            }
+            stream.next_out = unpacked.data();
+            stream.avail_out = static_cast<uInt>(unpacked.size());
+            result = inflate(&stream, Z_NO_FLUSH);
+            if (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR)
+                return UnzipCode::Error;
+        }
+    }
+    return result == Z_STREAM_END ? UnzipCode::Ok : UnzipCode::Truncated;
+}
+
+// Unpacks it all: what bzip2, xz and zstd add to each block is compared only behind it.
+int CheckPacking(ContainerSource& source) {
+    const ContainerHandle reader = source.Begin(ContainerSource::Kinds::Packing);
+    archive_entry* entry = nullptr;
+    if (!reader || archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK)
+        return UnzipCode::Error;
+    std::vector<std::byte> piece(PieceSize);
+    for (;;) {
+        const la_ssize_t count = archive_read_data(reader.get(), piece.data(), piece.size());
+        if (count < 0)
+            return source.HasEnded() ? UnzipCode::Truncated : UnzipCode::Error;
+        if (count == 0)
+            return UnzipCode::Ok;
+    }
 }
 
 } // namespace korvadex

@@ -19,6 +19,7 @@ std::vector<RarMember> ReadRarMembers(ContainerSource& source);
 
 // Ok; Error when bytes have changed, so that no file of the archive can be trusted; Truncated when some are missing.
 int CheckCabinet(ContainerSource& source);
-int CheckPacking(ContainerSource& source, int filter); // one of libarchive's numbers
+int CheckGzip(ContainerSource& source);
+int CheckPacking(ContainerSource& source); // of other kinds
 
 } // namespace korvadex

@@ -169,6 +169,8 @@ TEST_F(ContainerTest, TheKindIsToldByTheBytes) {
     const std::string inner = Container("rar", {{"inner.txt", "x"}});
     EXPECT_EQ(Unpack(stub + ZipBuilder().Add("n.rar", inner, {.isStored = true}).Bytes(), "a.exe").code, 0);
     EXPECT_EQ(Unpacked(), "n.rar=" + inner);
+    EXPECT_EQ(Unpack("MZ Rar!\x1A\x07 " + stub + ZipBuilder().Add("a.txt", "1").Bytes(), "a.exe").code, 0);
+    EXPECT_EQ(Unpacked(), "a.txt=1");
     for (const std::string& bytes : {std::string(2000, '\0'), std::string("\x1F\x8B\x08"), std::string("text")})
         EXPECT_THAT(Unpack(bytes).explanations, testing::ElementsAre("There is no zip archive in it."));
 }

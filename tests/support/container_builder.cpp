@@ -6,6 +6,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <memory>
 #include <stdexcept>
