@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* StoppedText = "The command was stopped.  What it had done until then stays.";
 
-bool WasStopped(const std::vector<LeftPackage>& left) {
+bool IsCutShort(const std::vector<LeftPackage>& left) {
     return std::ranges::find(left, StoppedReason, &LeftPackage::reason) != left.end();
 }
 
@@ -54,7 +54,7 @@ void Program::CompressWhole(const std::string& question, bool compress) {
     ShowLeft(Counted(summary.left.size()) + " left as they are.", compress ? "compressed" : "decompressed",
              summary.left);
     TellLeft(user, "The following packages were left as they are", summary.left, packages);
-    if (WasStopped(summary.left) && summary.failures.empty())
+    if (IsCutShort(summary.left) && summary.failures.empty())
         user.Tell(StoppedText);
     else
         TellCompressed(context, summary.failures);
@@ -105,7 +105,7 @@ void Program::UninstallWhole(const std::string& question, bool isCategoryOnly) {
                        summary.unseen +
                        "\r\n\r\nPlease make sure that they can be read, or delete what nobody needs, and try again.");
     TellRemainingGauges(context, summary.remainingGauges);
-    user.Tell(WasStopped(summary.left) ? StoppedText : "Done.");
+    user.Tell(IsCutShort(summary.left) ? StoppedText : "Done.");
     ShowStatus(text + ".");
 }
 

@@ -17,6 +17,8 @@ namespace korvadex {
 
 namespace {
 
+constexpr const char* UnansweredText = "The command was ended, as its question was not answered.";
+
 constexpr const char* HistoryDirectory = "journal\\";
 
 // "Install Jets\Lear" of 11/22/2026 9:30
@@ -80,8 +82,10 @@ void Program::OpenHistory() {
     };
     history.SetLocations({settings.locations.HangarDir, settings.locations.StagingDir, settings.locations.MsfsDir});
     history.SetLimits(settings.historyLimits);
-    history.Open(settings.AppDir + HistoryDirectory);
-    SettleCutOff();
+    const bool onlyLooks = runsFor == RunFor::Looking;
+    history.Open(settings.AppDir + HistoryDirectory, onlyLooks);
+    if (!onlyLooks)
+        SettleCutOff();
 }
 
 // Who asks has files open: nothing may be thrown through that.
@@ -176,16 +180,24 @@ void Program::SetSubject(const std::string& subject) {
 
 bool Program::EndJournal() {
     const Status trouble = history.Trouble();
-    const bool isToStay = trouble || !history.HasChanged() ||
-                          !user.AskYesNo("The disk failed at " + PlaceOf(trouble.path) + " (" + DescribeFault(trouble) +
-                                             ").  Shall everything that this command has changed be taken back?",
-                                         MessageIcon::Exclamation);
+    bool isToStay = true;
+    std::string why;
+    if (!trouble && history.HasChanged()) {
+        try {
+            isToStay = !user.AskYesNo("The disk failed at " + PlaceOf(trouble.path) + " (" + DescribeFault(trouble) +
+                                          ").  Shall everything that this command has changed be taken back?",
+                                      MessageIcon::Exclamation);
+        } catch (const Asked&) {
+            isToStay = false;
+            why = UnansweredText;
+        }
+    }
     const Status written = history.End(isToStay);
     if (!written)
         TellTakenBack("It could not be written down what this command changes, in " + written.path + " (" +
                       DescribeFault(written) + ").");
     else if (!isToStay)
-        TellTakenBack("");
+        TellTakenBack(why);
     history.Prune();
     return isToStay && written;
 }
@@ -204,6 +216,7 @@ void Program::EndBroken(const std::exception& trouble) {
 }
 
 void Program::EndStopped(const Stopped& stop) {
+    wasStopped = true;
     EndHalfDone("The command was stopped.", stop.stays, MessageIcon::None);
 }
 
@@ -211,7 +224,7 @@ void Program::EndUnanswered() {
     isUnanswered = false;
     if (!hasStarted)
         throw ProgramEnd{};
-    EndHalfDone("The command was ended, as its question was not answered.", "", MessageIcon::Exclamation);
+    EndHalfDone(UnansweredText, "", MessageIcon::Exclamation);
 }
 
 void Program::EndHalfDone(const std::string& text, std::string stays, MessageIcon icon) {
@@ -292,7 +305,7 @@ bool Program::Reverse(const HistoryEntry* entry, bool isUndo) {
 
 void Program::ShowHistory() {
     Run([&] {
-        if (!MayChange())
+        if (runsFor != RunFor::Looking && !MayChange())
             return;
         HistoryEditor editor(history, files, user, settings, [this](const HistoryEntry* entry, bool isUndo) {
             const bool isDone = Reverse(entry, isUndo);

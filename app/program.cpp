@@ -44,7 +44,7 @@ void Program::Run(const CommandTitle& title, const std::function<void()>& comman
         ~Running() { flag = false; }
     } running(isRunning);
     const SubjectScope about(user, title.subject);
-    isStopWanted = false;
+    isStopWanted = wasStopped = false;
 
     try {
         Do(title, command);
@@ -91,7 +91,7 @@ void Program::Do(const CommandTitle& title, const std::function<void()>& command
         EndJournal();
     } catch (const Stopped& stop) {
         ofStaging = before;
-        EndStopped(stop);
+        isUnanswered ? EndUnanswered() : EndStopped(stop);
     } catch (const Asked&) {
         ofStaging = before;
         EndUnanswered();

@@ -157,6 +157,8 @@ class Program : private CommandDisplay {
     bool CanWorkOn(const PackageCommand& command, const Packages& packages) const;
     // The running command ends: one for many packages after the one at hand, another one at the next step of its bar.
     void StopAfterThis();
+    // Whether that has kept the last command from doing all that it was given for.
+    bool WasStopped() const { return wasStopped; }
 
     // On what stands in Staging; nothing on the Hangar side, from where only these two go to the Staging side first.
     void ProcessZipIntoStaging();
@@ -229,6 +231,8 @@ class Program : private CommandDisplay {
     void ShowAbout();
 
     const MainView& View() const { return view; }
+    // Of a run that only looks: whether a command of another run has begun and not ended.
+    bool SeesHalfDone() const { return !history.CutOff().empty(); }
     const LoadedPackage& Package() const { return package; }
     const Settings& GetSettings() const { return settings; }
 
@@ -425,7 +429,8 @@ class Program : private CommandDisplay {
     void UninstallWhole(const std::string& question, bool isCategoryOnly);
     // The report of those that were left, if there are any.
     void ShowLeft(const std::string& headline, const std::string& done, const std::vector<LeftPackage>& left);
-    bool WantsToStop() const { return isStopWanted || isEndWanted; }
+    // To be asked before each package: it has no turn then.
+    bool WantsToStop() { return wasStopped = isStopWanted || isEndWanted; }
 
     // each_commands.cpp
     struct EachCommand {
@@ -516,7 +521,7 @@ class Program : private CommandDisplay {
     RunFor runsFor = RunFor::Window;
     bool isUnanswered = false; // a question in the midst of the running command
     bool isRunning = false;
-    bool isStopWanted = false, stopsAtStep = false;
+    bool isStopWanted = false, wasStopped = false, stopsAtStep = false;
     bool isEnded = false;
     bool isSaved = false;
     bool hasStarted = false;

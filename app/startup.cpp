@@ -69,12 +69,17 @@ void Program::StartUp() {
     const auto geometry = window.Geometry();
     view.isCollectionShown = settings.isCollectionShown.value_or(geometry && geometry->width >= WidthForCollection);
     if (runsFor == RunFor::Looking) {
+        OpenHistory();
         RefreshSelection();
         ShowHangarSide(false);
         hasStarted = true;
         return;
     }
 
+    // Nobody is there who would see that a directory which is asked to be made only has its drive away.
+    const bool isForCommands = runsFor == RunFor::Commands && !isFirstRun;
+    if (isForCommands && !ArePlacesThere({Place::Hangar, Place::Staging}))
+        throw ProgramEnd{};
     auto request = RequestLocations(LocationsCaller::StartUp, isFirstRun);
     request.RestartedAfterLocationChange = TakeMarker();
     const auto outcome = ValidateLocations(files, user, dialogs, request, settings);

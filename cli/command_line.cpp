@@ -104,8 +104,8 @@ ExitCode TakeFirstStart(const LineCommand& command, const Arguments& arguments, 
     return command.run && !isFirst ? AllDone : NotDone;
 }
 
-int RunCommand(const LineCommand& command, const Arguments& arguments, TextScreen& screen,
-               const CommandLineHost& host) {
+ExitCode RunCommand(const LineCommand& command, const Arguments& arguments, TextScreen& screen,
+                    const CommandLineHost& host) {
     const std::string appDir = host.appDir();
     TerminalUser user(screen, AnswerIn(arguments));
     user.category = arguments.ValueOf("--category");
@@ -131,6 +131,8 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
     user.isStarting = command.run != nullptr;
     bool isDone = program.Start(runFor);
     user.isStarting = false;
+    if (isDone && runFor == RunFor::Looking && program.SeesHalfDone())
+        screen.Warn("A command of Korvadex is at work here, or was cut off: what is shown may be half done.");
     if (isDone && command.run) {
         screen.HasSpoken();
         CommandRun run{program, user, screen, arguments, host, arguments.words};
@@ -141,16 +143,14 @@ int RunCommand(const LineCommand& command, const Arguments& arguments, TextScree
     } else if (isDone) {
         screen.Say("Done.");
     }
+    const bool wasStopped = program.WasStopped();
     program.Shutdown();
     if (user.HasOpenQuestion())
         return QuestionOpen;
-    return isDone && !user.WasWarned() && !host.wasInterrupted() ? AllDone : NotDone;
+    return isDone && !user.WasWarned() && !wasStopped ? AllDone : NotDone;
 }
 
-} // namespace
-
-int RunCommandLine(const std::vector<std::string>& given, const Streams& streams, const CommandLineHost& host) {
-    TextScreen screen(streams);
+ExitCode RunLine(const std::vector<std::string>& given, TextScreen& screen, const CommandLineHost& host) {
     std::string problem;
     const Arguments arguments = ReadArguments(given, problem);
     if (problem.empty() && arguments.Has("--help")) {
@@ -176,6 +176,18 @@ int RunCommandLine(const std::vector<std::string>& given, const Streams& streams
         screen.Warn(std::string("Korvadex cannot go on.  ") + trouble.what());
         return NotDone;
     }
+}
+
+} // namespace
+
+int RunCommandLine(const std::vector<std::string>& given, const Streams& streams, const CommandLineHost& host) {
+    TextScreen screen(streams);
+    const ExitCode code = RunLine(given, screen, host);
+    if (code != AllDone || screen.IsComplete())
+        return code;
+    screen.Warn("The command is done, but what it had to say could not be written to its end.  Please look whether the "
+                "disk is full.");
+    return NotDone;
 }
 
 } // namespace korvadex

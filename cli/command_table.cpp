@@ -271,8 +271,12 @@ std::size_t CountPackages(const Program& program) {
 
 bool Add(CommandRun& run) {
     std::vector<std::string> paths;
-    for (const std::string& word : run.words)
-        paths.push_back(IsDrivePath(word) ? word : run.host.files.SourceFromHost(run.host.absolute(word)));
+    for (const std::string& word : run.words) {
+        const std::string absolute = IsDrivePath(word) ? word : run.host.absolute(word);
+        paths.push_back(IsDrivePath(word) ? word : run.host.files.SourceFromHost(absolute));
+        if (!IsDrivePath(paths.back())) // outside of the drives
+            run.screen.SayInPlaceOf(paths.back(), absolute);
+    }
     const auto before = CountPackages(run.program);
     run.program.TakeArchives(paths);
     return CountPackages(run.program) > before;
@@ -307,12 +311,15 @@ bool Import(CommandRun& run) {
 
 // --- the simulator, and the way back
 
+bool IsCalled(const UnusedGauge& gauge, const std::string& word) {
+    return EqualNoCase(word, gauge.name) || EqualNoCase(word, LastPathComponent(gauge.path));
+}
+
 bool UnusedGauges(CommandRun& run) {
     bool isDone = false;
     const auto isWanted = [&](const UnusedGauge& gauge) {
-        return run.words.empty() || std::ranges::any_of(run.words, [&](const std::string& word) {
-                   return EqualNoCase(word, gauge.name) || EqualNoCase(word, LastPathComponent(gauge.path));
-               });
+        return run.words.empty() ||
+               std::ranges::any_of(run.words, [&](const std::string& word) { return IsCalled(gauge, word); });
     };
     run.user.useUnusedGauges = [&](const UnusedGaugesForm& form) {
         const auto unused = form.search([&](int value, int maximum) {
@@ -320,6 +327,10 @@ bool UnusedGauges(CommandRun& run) {
                 throw Stopped{};
             run.screen.ShowProgress(static_cast<int>(100LL * value / maximum), "");
         });
+        for (const std::string& word : run.words)
+            if (std::ranges::none_of(unused, [&](const UnusedGauge& gauge) { return IsCalled(gauge, word); }))
+                return run.user.Tell("There is no unused gauge " + word + " in MSFS.  Nothing was done.",
+                                     MessageIcon::Exclamation);
         std::vector<int> rows;
         for (std::size_t row = 0; row < unused.size(); ++row)
             if (isWanted(unused[row])) {
@@ -389,7 +400,7 @@ constexpr LineCommand Commands[] = {
      0, AnyNumber, "--delete"},
     {"undo", "", "takes back the last command", Undo},
     {"redo", "", "does again what was taken back", Redo},
-    {"history", "", "the commands of the last time, the newest first", ShowTheHistory},
+    {"history", "", "the commands of the last time, the newest first", ShowTheHistory, RunFor::Looking},
 };
 
 } // namespace

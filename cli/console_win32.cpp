@@ -5,6 +5,8 @@
 #include <shellapi.h>
 
 #include <atomic>
+#include <iostream>
+#include <streambuf>
 
 namespace korvadex {
 
@@ -13,8 +15,11 @@ namespace {
 // The system calls the handler in a thread of its own.
 std::atomic<bool> isInterrupted = false;
 
-BOOL WINAPI NoteEvent(DWORD /*event*/) {
+BOOL WINAPI NoteEvent(DWORD event) {
     isInterrupted = true;
+    // Where the console closes, or the session ends, the system ends the program as soon as this returns.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
     return TRUE;
 }
 
@@ -40,6 +45,25 @@ class ConsoleInUtf8 {
     const UINT input = GetConsoleCP(), output = GetConsoleOutputCP();
 };
 
+// What is typed, whatever its letters: the streams of the library only have those of one code page.
+class TypedText : public std::streambuf {
+  protected:
+    int_type underflow() override {
+        wchar_t letters[2048];
+        DWORD count = 0;
+        const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+        if (!ReadConsoleW(input, letters, static_cast<DWORD>(std::size(letters)), &count, nullptr) || count == 0 ||
+            letters[0] == L'\x1A')
+            return traits_type::eof();
+        text = FromWide({letters, count});
+        setg(text.data(), text.data(), text.data() + text.size());
+        return traits_type::to_int_type(text.front());
+    }
+
+  private:
+    std::string text;
+};
+
 HANDLE HandleOf(StandardStream stream) {
     return GetStdHandle(stream == StandardStream::In    ? STD_INPUT_HANDLE
                         : stream == StandardStream::Out ? STD_OUTPUT_HANDLE
@@ -55,6 +79,9 @@ bool IsTerminal(StandardStream stream) {
 
 std::vector<std::string> OpenConsole(int /*count*/, char** /*arguments*/) {
     static const ConsoleInUtf8 untilTheEnd;
+    static TypedText typed;
+    if (IsTerminal(StandardStream::In))
+        std::cin.rdbuf(&typed);
     int count = 0;
     const std::unique_ptr<wchar_t*, ArgumentsFreer> wide(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> arguments;

@@ -10,7 +10,10 @@ constexpr std::size_t MostLetters = 70;
 
 } // namespace
 
-void TextScreen::Write(std::ostream& stream, const std::string& text) {
+void TextScreen::Write(std::ostream& stream, std::string text) {
+    for (const auto& [path, hostPath] : hostPaths)
+        for (auto at = text.find(path); at != text.npos; at = text.find(path, at + hostPath.size()))
+            text.replace(at, path.size(), hostPath);
     HideProgress();
     hasSpoken = true;
     for (const char letter : text)

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace korvadex {
 
@@ -28,16 +29,22 @@ class TextScreen {
     bool ReadLine(std::string& line);
     bool CanAsk() const { return streams.isInTerminal && streams.isErrorTerminal; }
 
+    // From now on, in all texts.
+    void SayInPlaceOf(const std::string& path, const std::string& hostPath) { hostPaths.emplace_back(path, hostPath); }
+
     // On a terminal only.
     void ShowProgress(int percent, const std::string& status);
     void HideProgress();
+    // False when something that was said could not be written.
+    bool IsComplete() const { return streams.out.good() && streams.error.good(); }
     // Whether anything was said since this was last asked.
     bool HasSpoken() { return std::exchange(hasSpoken, false); }
 
   private:
-    void Write(std::ostream& stream, const std::string& text);
+    void Write(std::ostream& stream, std::string text);
 
     Streams streams;
+    std::vector<std::pair<std::string, std::string>> hostPaths;
     std::string progress; // as it stands there
     bool hasSpoken = false;
 };

@@ -128,7 +128,7 @@ std::optional<std::string> TerminalUser::ChooseCategory(const std::string& promp
     std::string list = prompt;
     for (const std::string& each : categories)
         list += "\r\n  " + each;
-    if (wasWarned) // of what was given
+    if (wasWarned && !CanAsk()) // of what was given
         return std::nullopt;
     if (!CanAsk())
         LeaveOpen(list, "(--category NAME answers this.)");

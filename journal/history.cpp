@@ -60,7 +60,7 @@ std::string History::DoneOf(int number) const {
     return directory + NameOfNumber(number) + std::string(DoneExtension);
 }
 
-void History::Open(const std::string& historyDirectory) {
+void History::Open(const std::string& historyDirectory, bool onlyLooks) {
     directory = historyDirectory;
     entries.clear();
     lastNumber = 0;
@@ -70,7 +70,7 @@ void History::Open(const std::string& historyDirectory) {
     std::map<int, HistoryEntry> byItem;
     std::vector<HistoryEntry> outdated;
     for (const DirectoryEntry& file : *listed) {
-        if (EndsWithNoCase(file.name, NewExtension))
+        if (EndsWithNoCase(file.name, NewExtension) && !onlyLooks)
             static_cast<void>(disk.Delete(directory + file.name));
         if (const auto number = NumberInName(file.name, LogExtension))
             lastNumber = std::max(lastNumber, *number);
@@ -84,7 +84,8 @@ void History::Open(const std::string& historyDirectory) {
             continue; // its log alone would be taken for a command that was cut off
         entry->number = *number;
         if (disk.Info(LogOf(*number)).fault() == FileFault::NotFound && !MustStay(*entry)) {
-            Drop(*entry); // to the end
+            if (!onlyLooks)
+                Drop(*entry); // to the end
             continue;
         }
         if (auto [known, isNew] = byItem.try_emplace(entry->item, *entry); !isNew) {
@@ -92,8 +93,9 @@ void History::Open(const std::string& historyDirectory) {
             known->second = *entry;
         }
     }
-    for (const HistoryEntry& entry : outdated)
-        Drop(entry);
+    if (!onlyLooks)
+        for (const HistoryEntry& entry : outdated)
+            Drop(entry);
     for (auto& [item, entry] : byItem)
         entries.push_back(std::move(entry));
 }

@@ -42,7 +42,7 @@ class History {
     FileSystem& Disk() { return disk; }
 
     // Reads the history in this directory (ends in a backslash; it is made when it is needed).
-    void Open(const std::string& directory);
+    void Open(const std::string& historyDirectory, bool onlyLooks = false);
     const std::string& Directory() const { return directory; }
     // From now on things are kept in these.
     void SetLocations(const KeptLocations& keptLocations) { locations = keptLocations; }

@@ -209,6 +209,8 @@ TEST_F(CommandLine, LooksWithoutAnyTrace) {
     EXPECT_EQ(Run({"check", "cub"}), NotDone);
     EXPECT_EQ(out, "This package is not currently installed in Flight Simulator.\n");
     EXPECT_EQ(Run({"check", "--aliases", "cub"}), AllDone) << error;
+    EXPECT_EQ(Run({"history"}), AllDone) << error;
+    EXPECT_EQ(error, "");
     EXPECT_EQ(Differences(drive.Tree(), before), Words());
     EXPECT_FALSE(drive.Has("App\\" + std::string(LockFileName)));
     Start(); // what another one has for itself is not needed
@@ -239,6 +241,8 @@ TEST_F(CommandLine, ChangesNothingBeforeItsQuestionIsAnswered) {
         {{"unused-gauges", "--delete"}, "Are you sure you want to remove these gauges?"},
         {{"add", archive}, "The category of the Hangar"},
         {{"add", archive}, "Props", NotDone, "\n", true},
+        {{"add", archive, drive.At("Downloads\\none.zip")}, "The category: ", NotDone, "\n", true},
+        {{"unused-gauges", "--delete", "Nobodys", "nobodys.gau"}, "There is no unused gauge Nobodys in MSFS.", NotDone},
         {{"add", archive, "--category", "con"}, "con", NotDone},
         {{"add", drive.At("Downloads\\more\\asks.zip"), "--category", "New"},
          "Found another ZIP file called inner.zip"},
@@ -281,6 +285,15 @@ TEST_F(CommandLine, WaitsForNobodyAndStopsWhenInterrupted) {
     window->Shutdown();
     EXPECT_EQ(Differences(Ground(), before), Words());
 
+    for (interruptsAfter = 3; interruptsAfter < 1000; interruptsAfter *= 2) { // at last when nothing is left to stop
+        const int code = Run({"install", "Cub"});
+        EXPECT_EQ(code == AllDone, drive.Has("FS\\aircraft\\Cub\\")) << interruptsAfter << out << error;
+        if (code == AllDone)
+            break;
+    }
+    EXPECT_LT(interruptsAfter, 1000);
+    interruptsAfter = 1'000'000'000;
+    ASSERT_EQ(Run({"undo"}), AllDone) << error;
     interruptsAfter = 3;
     EXPECT_EQ(Run({"install", "Cub"}), NotDone) << out << error;
     EXPECT_EQ(Differences(Ground(), before), Words());
@@ -314,10 +327,29 @@ TEST_F(CommandLine, LeavesNothingHalfDoneOnAFullDisk) {
         }
 }
 
+TEST_F(CommandLine, SaysWhileItLooksThatACommandWasCutOff) {
+    for (int change = 8; error.find("what is shown may be half done") == error.npos; change += 4) {
+        ASSERT_LT(change, 60);
+        FaultyFiles killed(drive.Files());
+        killed.StopAt(change);
+        disk = &killed;
+        EXPECT_NE(Run({"install", "Cub"}), AllDone);
+        disk = nullptr;
+        EXPECT_EQ(Run({"list"}), AllDone);
+    }
+    EXPECT_EQ(out, "Jets\\Lear\nProps\\Cub\nProps\\Lear\n");
+    static_cast<void>(Run({"undo"})); // its start puts it in order
+    EXPECT_EQ(Run({"list"}), AllDone);
+    EXPECT_EQ(error, "");
+}
+
 TEST_F(CommandLine, MakesNoHangarWhereTheDriveIsAway) {
     ASSERT_TRUE(bool(drive.Files().Rename(drive.At("Hangar"), drive.At("Away"))));
-    EXPECT_EQ(Run({"add", drive.At("Downloads"), "--category", "Jets", "--answer", "yes"}), QuestionOpen);
-    EXPECT_NE(error.find("Hangar location does not exist.  Create it now?"), error.npos) << error;
+    for (const Words& line : {Words{"add", drive.At("Downloads"), "--category", "Jets", "--answer", "yes"}, {"undo"}}) {
+        EXPECT_EQ(Run(line, "yes\n", true), NotDone);
+        EXPECT_NE(error.find("is not there.  Please make sure that its drive is connected"), error.npos) << error;
+    }
+    EXPECT_EQ(Run({"history"}), AllDone) << error;
     EXPECT_EQ(Run({"list"}), NotDone);
     EXPECT_NE(error.find("The Hangar directory"), error.npos) << error;
     EXPECT_FALSE(drive.Has("Hangar\\"));
@@ -376,6 +408,8 @@ TEST_F(CommandLine, IsAProgram) {
     for (const auto& [entity, letter] : {std::pair{"&gt;", ">"}, {"&lt;", "<"}, {"&amp;", "&"}})
         script = std::regex_replace(script, std::regex(entity), letter);
     drive.Put("hangar.sh", script);
+    EXPECT_EQ(start("korvadex-cli list >/dev/full"), NotDone);
+    EXPECT_NE(drive.Get("out").find("could not be written"), std::string::npos) << drive.Get("out");
     EXPECT_EQ(start("bash ../hangar.sh . jets 'Plain One' Jets/Two Cub"), AllDone) << drive.Get("out");
     EXPECT_NE(drive.Get("out").find("Some archives ask something"), std::string::npos) << drive.Get("out");
     EXPECT_EQ(start("korvadex-cli check plain\\ one two cub"), AllDone) << drive.Get("out");
