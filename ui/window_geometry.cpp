@@ -78,10 +78,12 @@ class DialogFitter : public QObject {
     DialogFitter() { qApp->installEventFilter(this); }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show && !event->spontaneous() && qobject_cast<QDialog*>(watched)) {
+        const bool isShown = event->type() == QEvent::Show && !event->spontaneous();
+        if ((isShown || event->type() == QEvent::WindowActivate) && qobject_cast<QDialog*>(watched)) {
             auto& dialog = *static_cast<QDialog*>(watched);
-            FitToScreen(dialog);
-            // It got its place for the size that it had before: the title stays on the screen.
+            if (isShown)
+                FitToScreen(dialog);
+            // It got its place for the size that it had before, and without a frame: the title stays on the screen.
             if (const int top = dialog.screen()->availableGeometry().top(); dialog.y() < top)
                 dialog.move(dialog.x(), top);
         }
