@@ -16,6 +16,7 @@ namespace korvadex::tour {
 
 namespace {
 
+constexpr int Rounding = 1;     // of sizes at 150 %
 constexpr int EnoughToSee = 60; // device-independent pixels of what has the focus
 
 QString NameOf(const QWidget& widget) {
@@ -54,7 +55,7 @@ QString DescribeCut(const QWidget& widget) {
             needed = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
     } else if (const auto* group = qobject_cast<const QGroupBox*>(&widget))
         needed = group->fontMetrics().size(Qt::TextShowMnemonic, group->title());
-    if (needed.width() <= widget.width() && needed.height() <= widget.height())
+    if (needed.width() <= widget.width() + Rounding && needed.height() <= widget.height() + Rounding)
         return {};
     return QString("%1 is cut: has %2x%3, needs %4x%5")
         .arg(NameOf(widget))
