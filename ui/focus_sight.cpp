@@ -16,9 +16,11 @@ void ScrollTo(QWidget& control) {
             continue;
         area->ensureWidgetVisible(&control, 0, 0); // of a list, its current row; the rest where there is room for it
         const QSize room = area->viewport()->size();
-        const int middle = control.mapTo(area->widget(), control.rect().center()).y();
-        area->ensureVisible(area->horizontalScrollBar()->value() + room.width() / 2, middle, 0,
-                            qMin(control.height(), room.height()) / 2);
+        const QRect place(control.mapTo(area->widget(), QPoint()), control.size());
+        if (place.width() > room.width())
+            area->horizontalScrollBar()->setValue(place.left());
+        area->ensureVisible(area->horizontalScrollBar()->value() + room.width() / 2, place.center().y(), 0,
+                            qMin(place.height(), room.height()) / 2);
     }
 }
 
