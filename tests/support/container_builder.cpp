@@ -56,6 +56,8 @@ void Write(archive* writer, const ContainerMember& member) {
 
 std::string ByLibrary(std::string_view kind, const ContainerMembers& members) {
     const Utf8Names names;
+    std::string bytes(MaxSize, '\0'); // which the writer closes into, also after a failure
+    std::size_t used = 0;
     const std::unique_ptr<archive, int (*)(archive*)> writer(archive_write_new(), &archive_write_free);
     const std::string filter = kind.starts_with("tar.") ? std::string(kind.substr(4)) : "";
     const std::map<std::string, std::string> filters = {
@@ -64,8 +66,6 @@ std::string ByLibrary(std::string_view kind, const ContainerMembers& members) {
         Require(archive_write_add_filter_by_name(writer.get(), filters.at(filter).c_str()), writer.get());
     const std::string format = kind == "7z" ? "7zip" : kind == "iso" ? "iso9660" : "pax";
     Require(archive_write_set_format_by_name(writer.get(), format.c_str()), writer.get());
-    std::string bytes(MaxSize, '\0');
-    std::size_t used = 0;
     Require(archive_write_open_memory(writer.get(), bytes.data(), bytes.size(), &used), writer.get());
     for (const ContainerMember& member : members)
         Write(writer.get(), member);

@@ -14,7 +14,7 @@ struct ContainerMember {
 };
 using ContainerMembers = std::vector<ContainerMember>;
 
-// The kinds by their extensions. Of 7z, tar and iso the names are UTF-8; of the others bytes.
+// The kinds by their extensions. Names that are not ASCII only the second can hold on every host, as bytes.
 inline const std::vector<std::string> LibraryKinds = {"7z", "tar", "tar.gz", "tar.bz2", "tar.xz", "tar.zst", "iso"};
 inline const std::vector<std::string> HandmadeKinds = {"rar", "rar4", "lzh", "cab"};
 
