@@ -22,8 +22,11 @@ std::string Unconverted(const std::wstring& name) {
     return count > 0 && !hasOthers && IsValidUtf8(bytes) ? bytes : FromWide(name);
 }
 
-std::optional<std::string> TextOf(const wchar_t* name) {
-    return name ? std::optional(Unconverted(name)) : std::nullopt;
+// Where libarchive has no way to UTF-16 it still has the UTF-8 of the archive.
+std::optional<std::string> TextOf(const wchar_t* name, const char* utf8) {
+    if (name)
+        return Unconverted(name);
+    return utf8 ? std::optional<std::string>(utf8) : std::nullopt;
 }
 
 } // namespace
@@ -38,11 +41,11 @@ void KeepBytesOfNames(archive& reader) {
 }
 
 std::optional<std::string> NameOf(archive_entry& entry) {
-    return TextOf(archive_entry_pathname_w(&entry));
+    return TextOf(archive_entry_pathname_w(&entry), archive_entry_pathname_utf8(&entry));
 }
 
 std::optional<std::string> HardLinkOf(archive_entry& entry) {
-    return TextOf(archive_entry_hardlink_w(&entry));
+    return TextOf(archive_entry_hardlink_w(&entry), archive_entry_hardlink_utf8(&entry));
 }
 
 } // namespace korvadex
