@@ -10,9 +10,11 @@ namespace korvadex {
 namespace {
 
 // What can be packed in two steps has two endings, or one for both.
-constexpr std::array<std::string_view, 16> Endings = {".zip",    ".7z",  ".rar",     ".lha", ".lzh",  ".cab",
-                                                      ".iso",    ".tar", ".tar.gz",  ".tgz", ".tbz2", ".tar.bz2",
-                                                      ".tar.xz", ".txz", ".tar.zst", ".tzst"};
+constexpr std::array<std::string_view, 15> Endings = {".zip",     ".7z",     ".rar",    ".lha",     ".lzh",
+                                                      ".iso",     ".tar",    ".tar.gz", ".tgz",     ".tbz2",
+                                                      ".tar.bz2", ".tar.xz", ".txz",    ".tar.zst", ".tzst"};
+// The simulator keeps gauges in such files: they are archives only where somebody says so.
+constexpr std::string_view CabinetEnding = ".cab";
 
 auto FindEnding(std::string_view name) {
     return std::ranges::find_if(Endings, [&](std::string_view ending) { return EndsWithNoCase(name, ending); });
@@ -25,7 +27,7 @@ bool IsArchiveName(std::string_view name) {
 }
 
 bool MayBeArchiveName(std::string_view name) {
-    return IsArchiveName(name) || EndsWithNoCase(name, ".exe");
+    return IsArchiveName(name) || EndsWithNoCase(name, CabinetEnding) || EndsWithNoCase(name, ".exe");
 }
 
 std::string WithoutArchiveEnding(std::string_view name) {
@@ -34,10 +36,10 @@ std::string WithoutArchiveEnding(std::string_view name) {
 }
 
 std::string OtherArchivePatterns() {
-    std::string patterns;
+    std::string patterns = "*" + std::string(CabinetEnding);
     for (const std::string_view ending : Endings)
         if (ending != ".zip")
-            patterns.append(patterns.empty() ? "*" : " *").append(ending);
+            patterns.append(" *").append(ending);
     return patterns;
 }
 

@@ -177,8 +177,9 @@ TEST_F(ContainerTest, TheKindIsToldByTheBytes) {
 
 TEST_F(ContainerTest, ArchivesInArchivesAreAskedAboutWhenTheyAreArchives) {
     const std::string inner = Container("7z", {{"inner.txt", "x"}});
-    const std::string outer =
-        Container("tar.gz", {{"Panel.7Z", inner}, {"data.cab", "mine"}, {"setup.exe", "MZ" + inner}});
+    const std::string gauge = Handmade("cab", {{"clock.gau", "MZ"}}, {}); // the simulator reads it as it is
+    const std::string outer = Container(
+        "tar.gz", {{"Panel.7Z", inner}, {"clock.cab", gauge}, {"data.rar", "mine"}, {"setup.exe", "MZ" + inner}});
     drive.Put("in\\Lear.tar.gz", outer);
     user.Expect("Found another ZIP file called Panel.7Z.  Should I unzip it as well?  (Usually pick 'Yes')",
                 Answer::Yes);
@@ -186,7 +187,7 @@ TEST_F(ContainerTest, ArchivesInArchivesAreAskedAboutWhenTheyAreArchives) {
     std::string lastZipPath;
     ASSERT_TRUE(ProcessZipFile(context, unzip, lastZipPath, drive.At("in\\Lear.tar.gz")));
     EXPECT_EQ(drive.Outline("Staging\\ZIP_Lear.tar.gz"),
-              "NestedZIP1_Panel.7Z\\inner.txt=x, data.cab=mine, setup.exe=MZ" + inner);
+              "NestedZIP1_Panel.7Z\\inner.txt=x, clock.cab=" + gauge + ", data.rar=mine, setup.exe=MZ" + inner);
     const struct {
         const char *name, *without;
         bool isArchive;

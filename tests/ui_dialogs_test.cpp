@@ -149,7 +149,7 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
         EXPECT_EQ(window.windowTitle(), "Process ZIP File ...");
         EXPECT_EQ(dynamic_cast<QFileDialog&>(window).nameFilters(),
                   QStringList({"Zip files (*.zip)",
-                               "Other archives (*.7z *.rar *.lha *.lzh *.cab *.iso *.tar *.tar.gz *.tgz *.tbz2 "
+                               "Other archives (*.cab *.7z *.rar *.lha *.lzh *.iso *.tar *.tar.gz *.tgz *.tbz2 "
                                "*.tar.bz2 *.tar.xz *.txz *.tar.zst *.tzst)",
                                "Zip files that are programs (*.exe)"}));
         // Pasted, not typed: the completion of names would join in.
