@@ -130,7 +130,9 @@ void Program::PutInOrder() {
     if (looksOnly)
         return;
     ClearScratch();
-    CleanScratchIn(files, settings.AppDir);
+    for (const std::string& directory :
+         {settings.AppDir, history.Directory()}) // of the queue, and what was taken of it
+        CleanScratchIn(files, directory);
     OpenQueue();
     CreateDefaultCategories();
 }
