@@ -122,11 +122,11 @@ TEST_F(ProcessTest, MembersOfOtherMethodsAreUnpacked) {
     for (int i = 0; i < 300; ++i)
         text += "korvadex ";
     const auto crc = static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(text.data()), 2700));
-    for (const auto& [method, digits] : rows) {
-        SCOPED_TRACE(method);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.method);
         const auto zip = [&](std::uint32_t claimedCrc, std::uint32_t size, std::size_t cut) {
-            const std::string whole = FromDigits(digits), packed = whole.substr(0, whole.size() - cut);
-            return Zip("a.txt", packed, {.isStored = true, .method = method, .crc = claimedCrc, .size = size});
+            const std::string whole = FromDigits(row.digits), packed = whole.substr(0, whole.size() - cut);
+            return Zip("a.txt", packed, {.isStored = true, .method = row.method, .crc = claimedCrc, .size = size});
         };
         EXPECT_EQ(Unpack(zip(crc, 2700, 0)), "a.txt=" + text);
         for (const std::string& damaged :
