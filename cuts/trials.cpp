@@ -361,7 +361,8 @@ class CommandTrials {
         if (!problem.empty())
             return {call, Verdict::Neither, detail + ": " + problem};
         for (const auto& entry : fs::recursive_directory_iterator(place.Drive()))
-            if (entry.path().filename() == "~kx~scratch")
+            if (entry.path().filename() == "~kx~scratch" &&
+                entry.path().string().find("/~kx~kept/") == std::string::npos)
                 return {call, Verdict::Neither, detail + ": scratch is left: " + entry.path().string()};
         const bool hasEnded = index >= commandEnd;
         if (fromAfter.empty() && (hasEnded || !fromBefore.empty()))
