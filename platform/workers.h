@@ -60,6 +60,18 @@ class Workers {
         return done;
     }
 
+    // Does the next task that no thread has begun here. False when there is none.
+    bool DoNext() {
+        std::unique_lock lock(mutex);
+        if (waiting.empty())
+            return false;
+        Task task = std::move(waiting.front());
+        waiting.pop_front();
+        lock.unlock();
+        task(ownTools);
+        return true;
+    }
+
   private:
     using Task = std::packaged_task<void(Tools&)>;
 

@@ -56,7 +56,6 @@ AliasUsers FindAliasUsers(CommandContext& context, const std::string& root, std:
         [&](const FileEntry& file, const LowerLines& lines) {
             if (std::ranges::any_of(lines, [&](std::string_view line) { return Mentions(line, alias); }))
                 users.paths.push_back(file.path);
-            return Visit::Continue;
         });
     return users;
 }

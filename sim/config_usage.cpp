@@ -36,7 +36,6 @@ void ConfigUsage::Read(CommandContext& context, const std::string& root, const s
                                         for (const std::size_t gauge : gaugeMatcher.TakeFound())
                                             gaugeUsers[gauges[gauge]].push_back(files.size());
                                         files.push_back({file.path});
-                                        return Visit::Continue;
                                     });
 }
 

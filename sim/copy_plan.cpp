@@ -119,16 +119,15 @@ class Planner {
     std::vector<std::string> PanelGaugeLines() {
         std::vector<std::string> gaugeLines;
         bool hasPanelGauges = false;
-        ConfigFiles panels(context.files, package.tree, {.fileName = "panel.cfg", .isEnding = true});
-        const auto unseen = panels.Visit(context.display, [&](const FileEntry& file, const LowerLines& lines) {
-            for (const std::string_view line : lines) {
-                if (!IsGaugeLine(line))
-                    continue;
-                gaugeLines.emplace_back(line);
-                hasPanelGauges |= file.key == "panel.cfg";
-            }
-            return Visit::Continue;
-        });
+        const auto unseen = VisitConfigFiles(context, package.tree, {.fileName = "panel.cfg", .isEnding = true},
+                                             [&](const FileEntry& file, const LowerLines& lines) {
+                                                 for (const std::string_view line : lines) {
+                                                     if (!IsGaugeLine(line))
+                                                         continue;
+                                                     gaugeLines.emplace_back(line);
+                                                     hasPanelGauges |= file.key == "panel.cfg";
+                                                 }
+                                             });
         if (!unseen.empty() || package.tree.isLevelCut || !hasPanelGauges)
             gaugeLines.clear();
         return gaugeLines;

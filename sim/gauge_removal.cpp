@@ -173,7 +173,6 @@ class GaugeUsers {
                                  }
                                  for (const std::size_t name : matcher.TakeFound())
                                      panels[names[name]].push_back(file.path);
-                                 return Visit::Continue;
                              })
                 .empty();
     }

@@ -24,20 +24,6 @@ constexpr std::array<std::string_view, 5> StockGaugeParts = {"schweizer.", "sopw
 
 } // namespace
 
-std::vector<Unseen> FindGaugesInUse(CommandContext& context, ConfigFiles& panels, NameMatcher& names,
-                                    const ConfigProgress& progress) {
-    return panels.Visit(
-        context.display,
-        [&](const FileEntry&, const LowerLines& lines) {
-            for (const std::string_view line : lines) {
-                if (IsGaugeLine(line))
-                    names.Search(line);
-            }
-            return names.AreAllFound() ? Visit::Stop : Visit::Continue;
-        },
-        progress);
-}
-
 std::string GaugeName(std::string_view path) {
     const std::string name = FoldCase(LastPathComponent(path));
     return name.substr(0, name.find('.'));

@@ -3,10 +3,7 @@
 
 #include "package/command_context.h"
 #include "package/loaded_package.h"
-#include "sim/config_search.h"
-#include "sim/name_matcher.h"
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,11 +17,6 @@ std::string GaugeName(std::string_view path);
 
 // Gauges that come with the simulator; they are never deleted.
 bool IsStockGauge(std::string_view fileName);
-
-// Notes the gauge names that one of the panels uses: a line that contains the name also contains "gauge". Gives what
-// could not be looked at.
-std::vector<Unseen> FindGaugesInUse(CommandContext& context, ConfigFiles& panels, NameMatcher& names,
-                                    const ConfigProgress& progress = {});
 
 // "C:\FS2002\gauges directory does not exist. ..." True when it does.
 bool CheckGaugesDirectory(CommandContext& context, const std::string& root);

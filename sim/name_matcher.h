@@ -11,7 +11,7 @@
 
 namespace korvadex {
 
-// Names and texts are compared byte by byte: both are to be folded before.
+// Names and texts are compared byte by byte: both are to be folded before. A copy notes for itself what it finds.
 class NameMatcher {
   public:
     explicit NameMatcher(const std::vector<std::string>& names);
@@ -22,7 +22,6 @@ class NameMatcher {
     void Search(std::string_view text);
     // By position in the list given.
     bool IsFound(std::size_t name) const { return isFound[placeOf[name]]; }
-    bool AreAllFound() const { return found.size() == ordered.size(); }
     // What was found since the last call, by position (equal names by one of them), and begins anew.
     std::vector<std::size_t> TakeFound();
 

@@ -2,44 +2,43 @@
 
 #include "package/file_primitives.h"
 #include "package/name_list.h"
+#include "package/progress.h"
 #include "package/walk.h"
 #include "platform/windows_path.h"
-#include "platform/workers.h"
+#include "sim/gauge_use.h"
 #include "sim/gauges.h"
 
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <memory>
+#include <optional>
 
 namespace korvadex {
 
 namespace {
 
-// The gauges, and which of them are in use.
-struct GaugeSearch {
-    GaugeSearch(const FileSystem& files, const std::string& directory, const WalkLimits& limits) {
+std::vector<std::string> NamesOf(const std::vector<FileEntry>& gauges) {
+    std::vector<std::string> names;
+    for (const FileEntry& gauge : gauges)
+        names.push_back(GaugeName(gauge.path));
+    return names;
+}
+
+// The gauges of the simulator, the packed ones behind the others.
+struct Gauges {
+    void List(const FileSystem& files, const std::string& directory, const WalkLimits& limits) {
         const Tree tree = WalkTree(files, directory);
         for (const std::string_view extension : {"gau", "cab"}) {
             FileList list = CollectFiles(tree, extension, FileMode::Extension, limits);
             if (list.cut != ListCut::None)
                 cut = list.cut;
-            std::ranges::move(list.entries, std::back_inserter(gauges));
+            std::ranges::move(list.entries, std::back_inserter(entries));
         }
-        std::vector<std::string> names;
-        for (const FileEntry& gauge : gauges)
-            names.push_back(GaugeName(gauge.path));
-        used = NameMatcher(names);
     }
 
-    std::vector<FileEntry> gauges;
+    std::vector<FileEntry> entries;
     ListCut cut = ListCut::None;
-    NameMatcher used{std::vector<std::string>()};
 };
-
-ConfigFiles Panels(const CommandContext& context) {
-    return {context.files, context.locations.Aircraft(), {.fileName = "panel.cfg"}};
-}
 
 void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen) {
     context.user.Tell(
@@ -51,33 +50,28 @@ void TellNotSearched(CommandContext& context, const std::vector<Unseen>& unseen)
 
 std::vector<FileEntry> FindUnused(CommandContext& context,
                                   const std::function<void(int value, int maximum)>& progress) {
-    // The gauges are listed while the panels are looked for.
-    struct NoTools {};
-    std::unique_ptr<GaugeSearch> found;
-    Workers<NoTools> workers(1);
-    std::future<void> listed = workers.Start([&](NoTools&) {
-        found = std::make_unique<GaugeSearch>(context.files, context.locations.Gauges(), context.limits);
-    });
-    ConfigFiles panels = Panels(context);
-    listed.get();
-    if (found->cut != ListCut::None)
-        context.display.ShowStatus(DescribeCut(found->cut, context.limits));
-
-    // The time goes into the panels; the bar shows it in gauges.
-    const std::vector<FileEntry>& gauges = found->gauges;
-    const int count = static_cast<int>(gauges.size());
-    const ConfigProgress inGauges = [&](int done, int total) {
-        progress(std::max(1, static_cast<int>(static_cast<std::int64_t>(count) * done / total)), std::max(1, count));
+    Gauges gauges;
+    const auto listNames = [&] {
+        gauges.List(context.files, context.locations.Gauges(), context.limits);
+        return NamesOf(gauges.entries);
     };
-    const auto unseen = FindGaugesInUse(context, panels, found->used, inGauges);
-    if (!unseen.empty()) {
-        TellNotSearched(context, unseen);
+    // The time goes into the panels; the bar shows it in gauges.
+    const GaugeUse::Progress inGauges = [&](int done, int total) {
+        const int count = static_cast<int>(gauges.entries.size());
+        progress(std::max(1, static_cast<int>(static_cast<std::int64_t>(count) * done / std::max(1, total))),
+                 std::max(1, count));
+    };
+    const GaugeUse use(context, listNames, inGauges);
+    if (gauges.cut != ListCut::None)
+        context.display.ShowStatus(DescribeCut(gauges.cut, context.limits));
+    if (!use.NotSearched().empty()) {
+        TellNotSearched(context, use.NotSearched());
         return {};
     }
     std::vector<FileEntry> unused;
-    for (std::size_t i = 0; i < gauges.size(); ++i) {
-        if (!found->used.IsFound(i) && !IsStockGauge(gauges[i].Name()))
-            unused.push_back(gauges[i]);
+    for (std::size_t i = 0; i < gauges.entries.size(); ++i) {
+        if (!use.IsUsed(i) && !IsStockGauge(gauges.entries[i].Name()))
+            unused.push_back(gauges.entries[i]);
     }
     return unused;
 }
@@ -121,23 +115,29 @@ class GaugeList {
   private:
     void DeleteRows(const std::vector<int>& rows) {
         // An aircraft that names one of them may have been installed since the search.
-        std::vector<std::string> names;
+        std::vector<FileEntry> chosen;
         for (const int row : rows)
-            names.push_back(GaugeName(unused[static_cast<std::size_t>(row)].path));
-        NameMatcher used(names);
-        ConfigFiles panels = Panels(context);
-        const auto unseen = FindGaugesInUse(context, panels, used);
-        if (!unseen.empty()) {
-            TellNotSearched(context, unseen);
+            chosen.push_back(unused[static_cast<std::size_t>(row)]);
+        std::optional<ProgressBar> bar;
+        const GaugeUse use(
+            context, [&] { return NamesOf(chosen); },
+            [&](int done, int total) {
+                if (!bar)
+                    bar.emplace(context.display, total);
+                bar->Set(done);
+            });
+        if (!use.NotSearched().empty()) {
+            TellNotSearched(context, use.NotSearched());
             return;
         }
+        bar.reset();
         std::vector<std::string> kept, remaining;
         std::vector<int> gone;
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            const FileEntry& gauge = unused[static_cast<std::size_t>(rows[i])];
+            const FileEntry& gauge = chosen[i];
             const auto now = context.files.Info(gauge.path);
             std::string reason;
-            if (used.IsFound(i))
+            if (use.IsUsed(i))
                 kept.push_back(gauge.path + " (a panel uses it by now)");
             else if (now && *now != gauge.info)
                 kept.push_back(gauge.path + " (it was changed by another program meanwhile)");

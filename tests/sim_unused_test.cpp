@@ -1,4 +1,4 @@
-#include "sim/config_search.h"
+#include "sim/gauge_use.h"
 #include "sim/name_matcher.h"
 #include "support/command_fixture.h"
 
@@ -26,63 +26,67 @@ TEST(NameMatcher, FindsWhatALiteralSearchFinds) {
         for (unsigned i = 0; i < random() % 4; ++i)
             texts.push_back(text(12) + names[random() % names.size()] + text(3));
         NameMatcher matcher(names);
-        bool areAllFound = true;
         for (const std::string& each : texts)
             matcher.Search(each);
         for (std::size_t i = 0; i < names.size(); ++i) {
             const bool isThere = std::ranges::any_of(
                 texts, [&](const std::string& each) { return each.find(names[i]) != std::string::npos; });
             ASSERT_EQ(matcher.IsFound(i), isThere) << names[i];
-            areAllFound = areAllFound && isThere;
         }
-        ASSERT_EQ(matcher.AreAllFound(), areAllFound);
     }
 }
 
-class ConfigFilesTest : public CommandTest {
+class GaugeUseTest : public CommandTest {
   protected:
-    // Of the files visited, as "12: FIRST LINE"; stops after so many.
-    std::vector<std::string> Visited(std::size_t most) {
-        std::vector<std::string> visited;
-        ConfigFiles panels(drive.Files(), locations.Aircraft(), {.fileName = "panel.cfg"});
-        unseen = panels.Visit(
-            display,
-            [&](const FileEntry& file, const LowerLines& lines) {
-                const std::string directory = file.path.substr(locations.Aircraft().size());
-                visited.push_back(directory.substr(0, directory.find('\\')) + ": " + std::string(lines.back()));
-                return visited.size() == most ? Visit::Stop : Visit::Continue;
-            },
+    // Of "gauge100" to "gauge299", what is not in use.
+    std::vector<std::string> Unused() {
+        std::vector<std::string> names, unused;
+        for (int number = 100; number < 300; ++number)
+            names.push_back("gauge" + std::to_string(number));
+        int last = 0;
+        const GaugeUse use(
+            context, [&] { return names; },
             [&](int done, int total) {
-                EXPECT_EQ(total, 200);
-                EXPECT_LE(visited.size() + 1, static_cast<std::size_t>(done));
-                if (done == stopAt)
+                EXPECT_EQ(total, panelCount);
+                EXPECT_LE(last, done);
+                last = done;
+                if (done >= stopAt)
                     throw std::runtime_error("stopped");
             });
-        return visited;
+        EXPECT_EQ(last, panelCount);
+        unseen = use.NotSearched();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (!use.IsUsed(i))
+                unused.push_back(names[i]);
+        }
+        return unused;
     }
 
     std::vector<Unseen> unseen;
-    int stopAt = 0;
+    int panelCount = 0, stopAt = 1000;
 };
 
-// Many more than are read at once, some of them larger than what waits for its turn together.
-TEST_F(ConfigFilesTest, AreVisitedInOrderHoweverFarAheadTheyAreRead) {
+// Many more than one thread takes at once, some of them larger than what is read in one go, some that cannot be read.
+TEST_F(GaugeUseTest, IsFoundInEveryPanelWhicheverThreadReadsIt) {
     std::vector<std::string> expected;
     for (int number = 100; number < 300; ++number) {
         const std::string name = std::to_string(number);
         std::string text = std::string(number % 7 == 0 ? 400'000 : 10, '.') + "\r\nGAUGE" + name;
-        if (number == 150)
+        if (number % 50 == 0)
             text.resize(33u << 20, ' ');
-        else
-            expected.push_back(name + ": gauge" + name);
         drive.Put("FS\\aircraft\\" + name + "\\panel.cfg", text);
+        ++panelCount;
+        if (number % 50 == 0)
+            expected.push_back("gauge" + name);
     }
-    EXPECT_EQ(Visited(1000), expected);
-    ASSERT_EQ(unseen.size(), 1u);
-    EXPECT_EQ(unseen[0].path, drive.At("FS\\aircraft\\150\\panel.cfg"));
-    EXPECT_EQ(Visited(1), std::vector(1, expected[0]));
-    stopAt = 70;
-    EXPECT_THROW(Visited(1000), std::runtime_error);
+    EXPECT_EQ(Unused(), expected);
+    std::vector<std::string> paths;
+    for (const Unseen& panel : unseen)
+        paths.push_back(panel.path);
+    EXPECT_EQ(paths, (std::vector{drive.At("FS\\aircraft\\100\\panel.cfg"), drive.At("FS\\aircraft\\150\\panel.cfg"),
+                                  drive.At("FS\\aircraft\\200\\panel.cfg"), drive.At("FS\\aircraft\\250\\panel.cfg")}));
+    stopAt = 1;
+    EXPECT_THROW(Unused(), std::runtime_error);
 }
 
 } // namespace korvadex::test
