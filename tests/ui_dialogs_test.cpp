@@ -149,15 +149,22 @@ TEST_F(DialogTest, AnArchiveIsChosenInItsDirectory) {
         EXPECT_EQ(window.windowTitle(), "Process ZIP File ...");
         EXPECT_EQ(dynamic_cast<QFileDialog&>(window).nameFilters(),
                   QStringList({"Zip files (*.zip)",
-                               "Other archives (*.cab *.7z *.rar *.lha *.lzh *.iso *.tar *.tar.gz *.tgz *.tbz2 "
+                               "All archives (*.zip *.cab *.7z *.rar *.lha *.lzh *.iso *.tar *.tar.gz *.tgz *.tbz2 "
                                "*.tar.bz2 *.tar.xz *.txz *.tar.zst *.tzst)",
                                "Zip files that are programs (*.exe)"}));
         // Pasted, not typed: the completion of names would join in.
         Control<QLineEdit>(window, "fileNameEdit").setText("Taymere 60.ZIP");
+        Control<QComboBox>(window, "fileTypeCombo").setCurrentIndex(1);
         PressKey(window, Qt::Key_Return);
     });
     EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", drive.At("Downloads\\")),
               drive.At("Downloads\\Taymere 60.ZIP"));
+    // The next one begins with the kind that was shown last.
+    user.Expect("zipFileDialog", [&](QWidget& window) {
+        EXPECT_EQ(Control<QComboBox>(window, "fileTypeCombo").currentIndex(), 1);
+        PressKey(window, Qt::Key_Escape);
+    });
+    EXPECT_EQ(dialogs.ChooseZipFile("Process ZIP File ...", drive.At("Downloads\\")), std::nullopt);
     // Where nothing was chosen yet, or that is no longer there.
     drive.Fill("", "Photos\\, user-dirs.dirs=XDG_DOWNLOAD_DIR=\"" + Host("Downloads") + "\"\nXDG_PICTURES_DIR=\"" +
                        Host("Photos") + "\"\n");

@@ -9,11 +9,12 @@
 
 namespace korvadex {
 
-void OfferArchives(QFileDialog& dialog) {
+void OfferArchives(QFileDialog& dialog, const QString& kind) {
     dialog.setNameFilters({"Zip files (*.zip)",
-                           QString::fromStdString("Other archives (" + OtherArchivePatterns() + ")"),
+                           QString::fromStdString("All archives (*.zip " + OtherArchivePatterns() + ")"),
                            "Zip files that are programs (*.exe)"});
     dialog.setDefaultSuffix("zip");
+    dialog.selectNameFilter(kind);
 }
 
 QStringList ArchiveFilesIn(const QMimeData* data) {

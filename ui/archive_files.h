@@ -8,8 +8,9 @@ class QMimeData;
 
 namespace korvadex {
 
-// The dialog offers zip archives first, then others and the programs that unpack themselves.
-void OfferArchives(QFileDialog& dialog);
+// The dialog offers zip archives first, then all kinds and the programs that unpack themselves. It begins with the kind
+// that was shown last (QFileDialog::selectedNameFilter); "" for the first.
+void OfferArchives(QFileDialog& dialog, const QString& kind);
 // The local files among what is dragged (none for null) whose names say that they are archives, and directories, as
 // host paths.
 QStringList ArchiveFilesIn(const QMimeData* data);

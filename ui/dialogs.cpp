@@ -118,10 +118,12 @@ std::optional<std::string> Dialogs::ChooseZipFile(const std::string& title, cons
 
 std::vector<std::string> Dialogs::ChooseZipFiles(const std::string& title, const std::string& directory) {
     QFileDialog dialog(Parent(), ToQt(title), StartDirectory(files, directory, QStandardPaths::DownloadLocation));
-    OfferArchives(dialog);
+    OfferArchives(dialog, archiveKind);
     dialog.setObjectName("zipFileDialog");
     dialog.setFileMode(QFileDialog::ExistingFiles);
-    return SourcesOf(files, dialog);
+    auto chosen = SourcesOf(files, dialog);
+    archiveKind = dialog.selectedNameFilter();
+    return chosen;
 }
 
 std::optional<int> Dialogs::ChooseConfiguration(const std::vector<ConfigurationRow>& rows) {

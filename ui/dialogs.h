@@ -5,6 +5,8 @@
 #include "package/dialogs.h"
 #include "platform/file_system.h"
 
+#include <QString>
+
 #include <memory>
 
 class QObject;
@@ -48,6 +50,7 @@ class Dialogs : public UserDialogs, public ProgramDialogs {
 
     FileSystem& files;
     QWidget* mainWindow = nullptr;
+    QString archiveKind; // that the last choice of archives has shown
     std::unique_ptr<QObject> fitToScreen;
 };
 
