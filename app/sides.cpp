@@ -129,7 +129,7 @@ void Program::LoadStagedFiles(ChoiceQuestion question) {
     // Now that one panel is left, its gauges are fetched, and Staging is loaded with them.
     ShowView();
     RunImportGaugeStep(context, std::exchange(importedAircraft, ""));
-    LoadStagedFiles();
+    LoadStagedFiles(ChoiceQuestion::Again);
 }
 
 void Program::ShowLoaded() {

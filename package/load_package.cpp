@@ -181,7 +181,7 @@ void Loader::RefreshInfo(const std::string& path) {
 
 void Loader::WarnOfExecutables() {
     const FileList executables = CollectFiles(package.tree, "exe", FileMode::Extension, context.limits);
-    if (!package.isStaging || executables.entries.empty())
+    if (!package.isStaging || executables.entries.empty() || question == ChoiceQuestion::Again)
         return;
     context.user.Tell(
         "An executable file was found in the Staging directory.  It may be an installation executable.  "

@@ -13,9 +13,9 @@ struct LoadOutcome {
     std::vector<std::string> twins;
 };
 
-// Whether a load of Staging asks which of several configurations to keep. AsItIs: nothing at all is settled on the
-// disk, nor is it in a package.
-enum class ChoiceQuestion { Ask, LeaveOpen, AsItIs };
+// Whether a load of Staging asks which of several configurations to keep. Again: it follows another one in the same
+// command, and does not warn a second time. AsItIs: nothing at all is settled on the disk, nor is it in a package.
+enum class ChoiceQuestion { Ask, LeaveOpen, Again, AsItIs };
 
 // Loads a package of the Hangar, from nothing.
 LoadOutcome LoadPackage(CommandContext& context, const PackageRef& ref, LoadedPackage& package,

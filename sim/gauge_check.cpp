@@ -125,6 +125,8 @@ std::string MissingLender(const CommandContext& context, const std::string& pane
 // The beginning of a report, and what it says where no gauge is missing.
 std::string StatusHeading(std::string_view name, const PanelCheck& check) {
     const std::string heading = JoinText({std::string(name) + " ...", ""});
+    if (!check.isRead)
+        return heading + JoinText({"The panel.cfg file could not be read.  Crosscheck bypassed.", ""});
     if (check.PanelNoGauges)
         return heading + JoinText({"Panel alias used.  Crosscheck bypassed.", ""});
     return check.missing.empty() ? heading + JoinText({"Crosscheck complete.  PASSED.", ""}) : heading;
