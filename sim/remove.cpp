@@ -105,6 +105,8 @@ class Removal {
         // Where no file is left an earlier removal has come to its end, but for the directory.
         if (!IsLinkedDirectory(context, directory) && WalkTree(context.files, directory).files.empty())
             return true;
+        if (!QuietMode && !package.ComponentFiles[Gauges].empty())
+            static_cast<void>(CheckGaugesDirectory(context, context.locations.MsfsDir)); // where they are looked for
         auto remaining = TakeOutGauges(context, package.ref, package.ComponentFiles[Gauges], directory, usage);
         if (!remaining) {
             const Status status = remaining.status();
