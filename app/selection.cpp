@@ -119,7 +119,7 @@ bool Selection::Select(const PackageRef& wanted) {
 }
 
 bool Selection::SelectIn(int category, std::string_view name) {
-    if (category < 0 || !IsStorableName(name))
+    if (category < 0)
         return false;
     const std::string& categoryName = categories[static_cast<std::size_t>(category)];
     if (!HasSubdirectory(files, locations.HangarDir + categoryName + "\\", name))
