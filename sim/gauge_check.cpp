@@ -165,11 +165,12 @@ std::string ImportStatusText(std::string_view aircraft, const PanelCheck& check)
 
 } // namespace
 
-void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel) {
+bool ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel) {
     const PanelCheck check = CrossCheckPanel(context, panel);
     if (check.isRead)
         context.display.NoteMissingGauges(package, check.missing);
     context.user.ShowInstallStatus(InstallStatusText(package, check) + MissingLender(context, panel));
+    return check.isRead;
 }
 
 void RunImportGaugeStep(CommandContext& context, const std::string& aircraft) {

@@ -20,8 +20,8 @@ struct PanelCheck {
 PanelCheck CrossCheckPanel(CommandContext& context, const std::string& path);
 
 // frmInstallStatus for the panel.cfg of an aircraft in the simulator: what CrossCheckPanel found, and whether the
-// aircraft is missing whose panel it uses.
-void ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel);
+// aircraft is missing whose panel it uses. False where the panel could not be read.
+bool ShowInstallCheck(CommandContext& context, const std::string& package, const std::string& panel);
 
 // Checks the first panel.cfg below Staging for the aircraft that was just imported, and copies the gauges
 // that it uses to Staging's "gauges".

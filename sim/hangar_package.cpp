@@ -252,8 +252,7 @@ bool CheckInstalledGauges(CommandContext& context, const PackageRef& package) {
         context.user.Tell("This package doesn't contain a panel to do a gauge crosscheck with.");
         return false;
     }
-    ShowInstallCheck(context, package.name, panel);
-    return true;
+    return ShowInstallCheck(context, package.name, panel);
 }
 
 } // namespace korvadex

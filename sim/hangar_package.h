@@ -31,7 +31,8 @@ Changes RenameInHangar(CommandContext& context, const LoadedPackage& package);
 // False when it could not be found out.
 bool CheckReferences(CommandContext& context, const PackageRef& package, const ConfigUsage* known = nullptr);
 
-// frmInstallStatus for the installed package. False, after a message, when there is nothing to check.
+// frmInstallStatus for the installed package. False, after a message, when there is nothing to check, or it cannot be
+// read.
 bool CheckInstalledGauges(CommandContext& context, const PackageRef& package);
 
 } // namespace korvadex
