@@ -117,6 +117,8 @@ void Program::LoadStagedFiles(ChoiceQuestion question) {
     const auto outcome = LoadStaging(context, package, question);
     ShowLoaded();
     UpdateCaption();
+    if (view.isStagingEmpty) // of several aircraft none was kept
+        importedAircraft.clear();
     if (outcome.isConfigurationChosen)
         ProposeName(NameFromTitle(package.aircraftTitle));
     if (Trim(view.packageName).empty())
