@@ -171,11 +171,11 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
     if (package.isChoiceOpen)
         return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
     const std::string path = package.FindComponentFile("aircraft.cfg");
-    if (path.empty() || package.aircraftCfg.text.lines.empty())
-        return tell("Aircraft configuration file not found.");
-    const auto text = ReadConfigText(context.files, path);
+    const auto text = path.empty() ? Result<ConfigText>(ConfigText()) : ReadConfigText(context.files, path);
     if (!text)
         return tell("The file " + path + " could not be read (" + DescribeFault(text.status()) + ").");
+    if (text->lines.empty())
+        return tell("Aircraft configuration file not found.");
     if (!text->IsText())
         return tell("The file " + path +
                     " is no plain text, so it cannot be changed here.  "
