@@ -263,8 +263,7 @@ bool Program::IsConfigurationChosen() {
     LoadStagedFiles(ChoiceQuestion::Ask);
     ShowView();
     if (package.isChoiceOpen)
-        user.Tell("This aircraft has several configurations.  One of them has to be chosen first.  Nothing was copied.",
-                  MessageIcon::Exclamation);
+        user.Tell(DescribeOpenChoice(package) + "  Nothing was copied.", MessageIcon::Exclamation);
     return !package.isChoiceOpen;
 }
 

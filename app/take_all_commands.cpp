@@ -3,6 +3,7 @@
 #include "app/program.h"
 #include "app/unattended.h"
 #include "archive/process_zip.h"
+#include "package/aircraft_cfg.h"
 #include "package/config_readers.h"
 #include "package/file_primitives.h"
 #include "package/package_name.h"
@@ -189,6 +190,8 @@ bool Program::CopyStagedUnattended(CommandContext& each, const Staged& staged, P
     LoadStaging(each, loaded);
     if (hasNotes())
         return false;
+    if (loaded.isChoiceOpen)
+        return leave(DescribeOpenChoice(loaded));
     if (std::ranges::all_of(loaded.tree.files, IsProgramFile))
         return leave("There is nothing in it to copy to the Hangar.");
     if (!std::ranges::all_of(loaded.tree.files,

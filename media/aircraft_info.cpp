@@ -2,6 +2,7 @@
 
 #include "media/info_offers.h"
 #include "media/info_text.h"
+#include "package/aircraft_cfg.h"
 #include "package/config_text.h"
 #include "package/file_primitives.h"
 #include "package/scratch.h"
@@ -169,7 +170,7 @@ void EditAircraftInfo(CommandContext& context, const LoadedPackage& package) {
     if (!context.files.Info(context.locations.MsfsDir + "fs2002.exe"))
         return tell("This information is for FS2002 only.");
     if (package.isChoiceOpen)
-        return tell("This aircraft has several configurations.  One of them has to be chosen first.  Please press F5.");
+        return tell(DescribeOpenChoice(package) + "  Please press F5.");
     const std::string path = package.FindComponentFile("aircraft.cfg");
     const auto text = path.empty() ? Result<ConfigText>(ConfigText()) : ReadConfigText(context.files, path);
     if (!text)

@@ -104,10 +104,18 @@ bool CanReduce(CommandContext& context, const AircraftCfg& cfg, const Tree& tree
 
 } // namespace
 
+std::string DescribeOpenChoice(const LoadedPackage& package) {
+    const AircraftCfg& cfg = package.aircraftCfg;
+    return cfg.read ? "This aircraft has several configurations.  One of them has to be chosen first."
+                    : "The file " + cfg.path + " could not be read (" + DescribeFault(cfg.read) +
+                          "), so that it is not known whether this aircraft has several configurations.";
+}
+
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path) {
     AircraftCfg cfg;
     cfg.path = path;
     auto text = ReadConfigText(files, path);
+    cfg.read = text.status();
     if (!text)
         return cfg;
     cfg.text = std::move(*text);

@@ -15,6 +15,10 @@ inline constexpr std::string_view MultipleTitle = "MULTI";
 // What is shown in its place while Staging holds one.
 inline constexpr const char* ChoiceOpenTitle = "A configuration is still to be chosen  (F5)";
 
+inline constexpr const char* UnreadTitle = "aircraft.cfg could not be read  (F5)";
+// Why isChoiceOpen, in whole sentences.
+std::string DescribeOpenChoice(const LoadedPackage& package);
+
 // The text and the title.
 AircraftCfg ReadAircraftCfg(const FileSystem& files, const std::string& path);
 

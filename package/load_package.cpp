@@ -136,11 +136,11 @@ LoadOutcome Loader::SettleConfiguration() {
         return {};
     const AircraftCfg cfg = ReadAircraftCfg(context.files, configs.front().path);
     const std::size_t count = ReadConfigurations(cfg).size();
-    const bool isSettled = count == 0 || (count == 1 && cfg.title != MultipleTitle);
+    const bool isSettled = cfg.read && (count == 0 || (count == 1 && cfg.title != MultipleTitle));
     if (configs.size() == 1 && isSettled)
         return {};
     package.isChoiceOpen = true;
-    if (configs.size() > 1 || question != ChoiceQuestion::Ask)
+    if (configs.size() > 1 || !cfg.read || question != ChoiceQuestion::Ask)
         return {};
     const auto kept = ChooseConfiguration(context, cfg, package.tree);
     if (!kept)
@@ -160,7 +160,8 @@ void Loader::LoadAircraft() {
         return;
     const std::string path = file->path;
     package.aircraftCfg = ReadAircraftCfg(context.files, path);
-    package.aircraftTitle = package.isChoiceOpen ? ChoiceOpenTitle : keptTitle.value_or(package.aircraftCfg.title);
+    const char* openTitle = package.aircraftCfg.read ? ChoiceOpenTitle : UnreadTitle;
+    package.aircraftTitle = package.isChoiceOpen ? openTitle : keptTitle.value_or(package.aircraftCfg.title);
     if (settles && !keptTitle && package.aircraftCfg.title != MultipleTitle) {
         ClearVariationValues(context, package.aircraftCfg);
         RefreshInfo(path);

@@ -24,6 +24,7 @@ struct AircraftCfg {
     std::string path;  // "" when the package has none
     ConfigText text;   // no line when it could not be read
     std::string title; // "", the title, or "MULTI"
+    Status read;       // whether it could
 };
 
 // "9999" stands for a package without a recorded size.
@@ -38,7 +39,8 @@ struct LoadedPackage {
     Tree tree; // as on disk after loading: every file
     AircraftCfg aircraftCfg;
     std::string aircraftTitle; // what the name field shows
-    // Staging: none of several configurations is kept yet, and nothing was renamed, deleted or settled.
+    // Staging: none of several configurations is kept yet, or it is not known whether there are several; and nothing
+    // was renamed, deleted or settled.
     bool isChoiceOpen = false;
     std::string PackagePanelAlias, PackageSoundAlias; // lower case; "" when the package has its own
     std::string panelText, soundText;                 // what the alias fields show

@@ -65,6 +65,33 @@ TEST_F(StagingCommands, WhatWasCutAtALimitIsNotCopied) {
     EXPECT_EQ(drive.Outline("Hangar"), "Jets\\");
 }
 
+TEST_F(StagingCommands, NothingIsSettledBesideAnAircraftCfgThatCannotBeRead) {
+    // It may speak of several liveries, whose files bear the same names.
+    drive.Fill("Staging", "texture\\skin.bmp=same, texture.red\\skin.bmp=same, a.txt=x");
+    drive.Put("Staging\\aircraft.cfg", std::string(MaxConfigBytes + 1, ' '));
+    const auto before = drive.Names("Staging");
+    const std::string unread = "The file " + drive.At("Staging\\aircraft.cfg could not be read (") + "...";
+    Start();
+    program->GoToStaging();
+    EXPECT_EQ(program->Package().aircraftTitle, "aircraft.cfg could not be read  (F5)");
+    user.Expect(unread + "  Nothing was copied.", MessageIcon::Exclamation);
+    CopyFromStaging();
+    EXPECT_EQ(drive.Names("Staging"), before);
+    EXPECT_EQ(drive.Outline("Hangar"), "Jets\\");
+    // Nor in the middle of many.
+    drive.Put("big.zip", ZipBuilder()
+                             .Add("aircraft.cfg", std::string(MaxConfigBytes + 1, ' '))
+                             .Add("texture/skin.bmp", "same")
+                             .Add("texture.red/skin.bmp", "same")
+                             .Bytes());
+    ASSERT_TRUE(DeleteContents(drive.Files(), drive.At("Staging")).empty());
+    dialogs.chosenCategories.push_back("Jets");
+    user.Expect("0 of 1 archive was...", MessageIcon::Exclamation);
+    program->TakeArchives({drive.At("big.zip")});
+    EXPECT_EQ(drive.Outline("Hangar"), "Jets\\");
+    EXPECT_EQ(drive.Names("Staging"), std::vector<std::string>());
+}
+
 TEST_F(StagingCommands, NothingIsErasedByAConfigurationThatCannotBeRead) {
     PackageBuilder(drive, "Staging\\");
     const auto expectRefusal = [&](StagingPart part, const std::string& message) {
