@@ -26,6 +26,9 @@ class Utf8Names {
 
 // To be called before the archive is opened: names that are not of Unicode keep their bytes, or are of code page 437.
 void KeepBytesOfNames(archive& reader);
+// A name in UTF-8 whose bytes libarchive has read as of code page 437: where they were UTF-8 themselves it is taken for
+// what it is, as no name is like that by chance.
+std::string ReadAgain(const std::string& name);
 // UTF-8, or the bytes that the archive has. None when the name could not be converted.
 std::optional<std::string> NameOf(archive_entry& entry);
 // The member whose bytes this one shares; none when it has its own.

@@ -28,12 +28,12 @@ void KeepBytesOfNames(archive& reader) {
 
 std::optional<std::string> NameOf(archive_entry& entry) {
     const char* name = archive_entry_pathname(&entry);
-    return name ? std::optional<std::string>(name) : std::nullopt;
+    return name ? std::optional<std::string>(ReadAgain(name)) : std::nullopt;
 }
 
 std::optional<std::string> HardLinkOf(archive_entry& entry) {
     const char* name = archive_entry_hardlink(&entry);
-    return name ? std::optional<std::string>(name) : std::nullopt;
+    return name ? std::optional<std::string>(ReadAgain(name)) : std::nullopt;
 }
 
 } // namespace korvadex

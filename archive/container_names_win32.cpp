@@ -1,5 +1,4 @@
 #include "archive/container_names.h"
-#include "platform/code_page.h"
 #include "platform/win32.h"
 
 #include <archive.h>
@@ -9,23 +8,10 @@ namespace korvadex {
 
 namespace {
 
-constexpr UINT OldCodePage = 437;
-
-// libarchive has read the bytes as those of code page 437. Where the letters are UTF-8 that was read so, it is taken
-// for what it is; no name is like that by chance.
-std::string Unconverted(const std::wstring& name) {
-    std::string bytes(name.size() * 4, '\0');
-    BOOL hasOthers = FALSE;
-    const int count = WideCharToMultiByte(OldCodePage, WC_NO_BEST_FIT_CHARS, name.data(), static_cast<int>(name.size()),
-                                          bytes.data(), static_cast<int>(bytes.size()), nullptr, &hasOthers);
-    bytes.resize(static_cast<std::size_t>(count));
-    return count > 0 && !hasOthers && IsValidUtf8(bytes) ? bytes : FromWide(name);
-}
-
 // Where libarchive has no way to UTF-16 it still has the UTF-8 of the archive.
 std::optional<std::string> TextOf(const wchar_t* name, const char* utf8) {
     if (name)
-        return Unconverted(name);
+        return ReadAgain(FromWide(name));
     return utf8 ? std::optional<std::string>(utf8) : std::nullopt;
 }
 

@@ -153,6 +153,8 @@ void ContainerReader::AddMember(std::size_t number) {
         headers[*name] = members.size();
     }
     ArchiveMember member{ReadMemberName(*name), isDirectory ? 0 : size, 0, TimeOf(*header), false};
+    if (!isDirectory)
+        TakeForFile(member.name);
     if (member.name.refusal.empty())
         member.name.refusal = refusal;
     // The archive does not tell how much of it a member takes.

@@ -63,6 +63,12 @@ MemberName ReadMemberName(std::string_view stored) {
     return name;
 }
 
+void TakeForFile(MemberName& name) {
+    name.isDirectory = false;
+    if (name.components.empty() && name.refusal.empty())
+        name.refusal = "its name cannot be stored";
+}
+
 std::string RefusalOfKind(std::uint32_t unixMode) {
     constexpr std::uint32_t kindMask = 0170000, directory = 0040000, plain = 0100000, link = 0120000, pipe = 0010000;
     const std::uint32_t kind = unixMode & kindMask;

@@ -23,6 +23,9 @@ struct MemberName {
 //   "../a" "/a" "C:a" "\\host\a" "nul.txt" "a. " "a:b" "" -> refused
 MemberName ReadMemberName(std::string_view stored);
 
+// The name of what is known to be a file: a letter of two bytes, as Japanese ones, may end in the one of a separator.
+void TakeForFile(MemberName& name);
+
 // Why a member with this mode of Unix is not unpacked; "" for plain files, directories, and where there is no mode (0).
 std::string RefusalOfKind(std::uint32_t unixMode);
 

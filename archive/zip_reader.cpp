@@ -98,6 +98,9 @@ void ZipReader::ReadEntry(std::uint64_t index, const ZipDirectory& directory) {
                          info.encryption_method != ZIP_EM_NONE};
     if (member.name.refusal.empty())
         member.name.refusal = RefusalOfKind(UnixModeOf(archive.get(), index));
+    // A letter of two bytes may end in the one of a separator.
+    if (member.name.refusal.empty() && member.name.isDirectory && info.size > 0)
+        member.name.refusal = "its name is that of a directory";
     members.push_back(std::move(member));
 }
 

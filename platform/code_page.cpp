@@ -1,5 +1,6 @@
 #include "platform/code_page.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -40,6 +41,16 @@ void AppendUtf8(std::string& text, char32_t letter) {
     }
 }
 
+char32_t TakeLetter(std::string_view& utf8) {
+    const auto first = static_cast<std::uint8_t>(utf8.front());
+    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    char32_t letter = length == 1 ? first : first & (0x7Fu >> length);
+    for (std::size_t k = 1; k < length; ++k)
+        letter = (letter << 6) | (static_cast<std::uint8_t>(utf8[k]) & 0x3F);
+    utf8.remove_prefix(length);
+    return letter;
+}
+
 std::string FromCodePage437(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());
@@ -48,6 +59,21 @@ std::string FromCodePage437(std::string_view bytes) {
         AppendUtf8(text, byte < 0x80 ? byte : CodePage437[byte - 0x80]);
     }
     return text;
+}
+
+std::optional<std::string> ToCodePage437(std::string_view utf8) {
+    if (!IsValidUtf8(utf8))
+        return std::nullopt;
+    std::string bytes;
+    while (!utf8.empty()) {
+        const char32_t letter = TakeLetter(utf8);
+        const auto* const found = std::ranges::find(CodePage437, letter);
+        if (letter >= 0x80 && found == CodePage437.end())
+            return std::nullopt;
+        bytes +=
+            static_cast<char>(letter < 0x80 ? letter : static_cast<char32_t>(0x80 + (found - CodePage437.begin())));
+    }
+    return bytes;
 }
 
 bool IsValidUtf8(std::string_view bytes) {

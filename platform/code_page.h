@@ -15,9 +15,13 @@ std::optional<std::string> ToCodePage(std::string_view utf8);
 
 // Code page 437, the names of old zip archives.
 std::string FromCodePage437(std::string_view bytes);
+// None when a letter has no byte in it, or it is no UTF-8.
+std::optional<std::string> ToCodePage437(std::string_view utf8);
 
 // Appends one letter in UTF-8.
 void AppendUtf8(std::string& text, char32_t letter);
+// The first letter of well-formed UTF-8, which is taken from the front.
+char32_t TakeLetter(std::string_view& utf8);
 
 // Well-formed UTF-8 (no overlong form, no surrogate).
 bool IsValidUtf8(std::string_view bytes);

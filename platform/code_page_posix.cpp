@@ -40,17 +40,11 @@ std::optional<std::string> ToCodePage(std::string_view utf8) {
         return std::nullopt;
     std::string bytes;
     bytes.reserve(utf8.size());
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto first = static_cast<std::uint8_t>(utf8[i]);
-        const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-        char32_t letter = length == 1 ? first : first & (0x7Fu >> length);
-        for (std::size_t k = 1; k < length; ++k)
-            letter = (letter << 6) | (static_cast<std::uint8_t>(utf8[i + k]) & 0x3F);
-        const auto byte = ByteOf(letter);
+    while (!utf8.empty()) {
+        const auto byte = ByteOf(TakeLetter(utf8));
         if (!byte)
             return std::nullopt;
         bytes += *byte;
-        i += length;
     }
     return bytes;
 }

@@ -66,6 +66,14 @@ TEST_F(ContainerTest, NamesAreReadInUnicodeOrAsOfTheirTime) {
         Unpack(Container(kind, {{"gr\x81n.txt", "x"}}));
         EXPECT_EQ(Unpacked(), "grün.txt=x");
     }
+    Unpack(Container("lzh", {{"Миг/grün.txt", "1"}, {"表.txt", "2"}}));
+    EXPECT_EQ(Unpacked(), "Миг\\grün.txt=1, 表.txt=2");
+    // Letters of two bytes, the second of which may be that of a separator: no file is taken for a directory.
+    Unpack(Container("lzh", {{"\x95\x5C", "1"}, {"\x83\x5C\x8A\xBF.txt", "2"}}));
+    EXPECT_EQ(Unpacked(), "â\\è┐.txt=2, ò=1");
+    EXPECT_EQ(RefusedBy(Unpack(ZipBuilder().Add("\x95\x5C", "1").Add("\x83\x5C\x8A\xBF.txt", "2").Bytes())),
+              "ò\\: its name is that of a directory;");
+    EXPECT_EQ(Unpacked(), "â\\è┐.txt=2");
 }
 
 TEST_F(ContainerTest, HostileMembersAreRefusedByNameAndTheRestGoesOn) {

@@ -34,6 +34,9 @@ TEST(CodePage, BringsEveryByteBackAndRefusesWhatItCannotHold) {
     // The names of old archives.
     EXPECT_EQ(FromCodePage437("\x80\x9F\xA0\xB0\xDB\xE0\xEA\xF7\xFE\xFF"), "Çƒá░█αΩ≈■\xC2\xA0");
     EXPECT_EQ(FromCodePage437(AllBytes(0, 127)), AllBytes(0, 127));
+    EXPECT_EQ(ToCodePage437(FromCodePage437(bytes)), bytes);
+    for (const char* text : {"Ω日", "\xFF", "Ã"})
+        EXPECT_EQ(ToCodePage437(text), std::nullopt) << text;
 }
 
 TEST(CodePage, TellsUtf8FromOtherBytes) {
