@@ -54,6 +54,7 @@ struct OpenedArchive {
 inline constexpr const char* IsOnePart =
     "It is one part of an archive in several parts.  Please put them together with another program first.";
 inline constexpr const char* IsPackedOddly = "It is packed in a way that Korvadex cannot unpack.";
+inline constexpr const char* TakesTooMuchMemory = "It takes too much memory to unpack it.";
 inline constexpr const char* UnpackElsewhere = "Please unpack it into Staging with another program.";
 
 // The archive at this path, by the reader of its kind, which its bytes tell and not its name.

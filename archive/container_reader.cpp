@@ -1,6 +1,7 @@
 #include "archive/container_reader.h"
 
 #include "archive/container_bytes.h"
+#include "archive/container_memory.h"
 #include "archive/container_names.h"
 #include "archive/container_source.h"
 #include "archive/container_sums.h"
@@ -120,6 +121,7 @@ int ContainerReader::Check() {
     if (layers < 1)
         return UnzipCode::Ok;
     const bool isGzip = layers == 1 && archive_filter_code(handle.get(), 0) == ARCHIVE_FILTER_GZIP;
+    handle.reset(); // two readers would take twice the memory
     return isGzip ? CheckGzip(source) : CheckPacking(source);
 }
 
@@ -164,8 +166,10 @@ void ContainerReader::AddMember(std::size_t number) {
 }
 
 int ContainerReader::List() {
+    if (MemoryToUnpack(source) > MostMemory)
+        return UnzipCode::NoMemory;
     if (!Begin())
-        return UnzipCode::NotAnArchive;
+        return source.WantsMemory() ? UnzipCode::NoMemory : UnzipCode::NotAnArchive;
     for (;;) {
         const std::size_t number = next;
         const int result = NextHeader();
@@ -183,12 +187,10 @@ int ContainerReader::List() {
         }
         AddMember(number);
     }
-    // Its bytes are read on behind what libarchive has of them already; that begins anew for the first member.
-    const int code = Check();
-    if (code == UnzipCode::Error)
-        FailedAt(0, code);
     // Bytes that are all 0 would do for an empty one.
-    const bool isTar = handle && (archive_format(handle.get()) & ARCHIVE_FORMAT_BASE_MASK) == ARCHIVE_FORMAT_TAR;
+    const bool isTar = (archive_format(handle.get()) & ARCHIVE_FORMAT_BASE_MASK) == ARCHIVE_FORMAT_TAR;
+    if (const int code = Check(); code == UnzipCode::Error || code == UnzipCode::NoMemory)
+        FailedAt(0, code);
     return members.empty() && isTar ? UnzipCode::NotAnArchive : UnzipCode::Ok;
 }
 
@@ -269,6 +271,8 @@ OpenedArchive OpenAt(const FileSystem& files, const std::string& path, std::uint
         return {std::move(reader), code};
     if (code != UnzipCode::NotAnArchive && reader->HasEncryptedHeaders())
         return {nullptr, UnzipCode::Unsupported, std::string(IsEncrypted) + "  " + UnpackElsewhere};
+    if (code == UnzipCode::NoMemory)
+        return {nullptr, code, std::string(TakesTooMuchMemory) + "  " + UnpackElsewhere};
     return {nullptr, code, code == UnzipCode::Unsupported ? std::string(IsPackedOddly) + "  " + UnpackElsewhere : ""};
 }
 

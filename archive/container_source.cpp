@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <span>
+#include <string_view>
 
 namespace korvadex {
 
@@ -113,9 +114,11 @@ ContainerHandle ContainerSource::Begin(Kinds kinds) {
     archive_read_set_read_callback(reader.get(), &OnRead);
     archive_read_set_skip_callback(reader.get(), &OnSkip);
     archive_read_set_seek_callback(reader.get(), &OnSeek);
-    if (archive_read_open1(reader.get()) != ARCHIVE_OK)
-        return nullptr;
-    return reader;
+    if (archive_read_open1(reader.get()) == ARCHIVE_OK)
+        return reader;
+    const char* words = archive_error_string(reader.get());
+    wantsMemory = std::string_view(words ? words : "").find("memory") != std::string_view::npos;
+    return nullptr;
 }
 
 } // namespace korvadex

@@ -39,6 +39,8 @@ class ContainerSource {
     // More was asked for than there is.
     bool HasEnded() const { return hasEnded; }
     bool HasFailed() const { return hasFailed; } // the disk gave an error
+    // Begin found what it knows, which needs more memory than there is or than libarchive takes.
+    bool WantsMemory() const { return wantsMemory; }
 
   private:
     static la_ssize_t OnRead(archive* reader, void* self, const void** buffer);
@@ -47,7 +49,7 @@ class ContainerSource {
     la_ssize_t Read(const void** buffer);
 
     ZipSource file;
-    bool isOpen = false, hasEnded = false, hasFailed = false;
+    bool isOpen = false, hasEnded = false, hasFailed = false, wantsMemory = false;
     const std::uint64_t begin;
     std::uint64_t size = 0, position = 0; // without what stands before the archive
     std::vector<std::byte> block;

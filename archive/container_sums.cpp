@@ -167,7 +167,7 @@ int CheckPacking(ContainerSource& source) {
     const ContainerHandle reader = source.Begin(ContainerSource::Kinds::Packing);
     archive_entry* entry = nullptr;
     if (!reader || archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK)
-        return UnzipCode::Error;
+        return source.WantsMemory() ? UnzipCode::NoMemory : UnzipCode::Error;
     std::vector<std::byte> piece(PieceSize);
     for (;;) {
         const la_ssize_t count = archive_read_data(reader.get(), piece.data(), piece.size());

@@ -223,6 +223,8 @@ MemberOutcome Unpacker::Read(std::size_t index, const std::function<MemberOutcom
     const auto failed = [&](int code) {
         if (code == UnzipCode::BadPassword && password && !password->empty())
             Explain("The password that was entered is wrong.  Please process it again to enter another one.");
+        if (code == UnzipCode::NoMemory)
+            Explain(std::string(TakesTooMuchMemory) + "  " + UnpackElsewhere);
         return MemberOutcome{code, ""};
     };
     if (const int code = Open(index); code != UnzipCode::Ok)

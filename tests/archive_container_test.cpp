@@ -211,6 +211,26 @@ TEST_F(ContainerTest, ArchivesInArchivesAreAskedAboutWhenTheyAreArchives) {
     }
 }
 
+TEST_F(ContainerTest, MoreMemoryThanKorvadexTakesIsNotTaken) {
+    constexpr char twoMegabytes = 18, fourGigabytes = 40;
+    const auto kinds = [](char dictionary) {
+        return std::vector<std::string>{SevenZipOfMemory(dictionary, false), SevenZipOfMemory(dictionary, true),
+                                        TarXzOfMemory(dictionary)};
+    };
+    for (const std::string& bytes : kinds(twoMegabytes)) {
+        EXPECT_EQ(Unpack(bytes).code, 0);
+        EXPECT_EQ(Unpacked(), "a.txt=secret");
+    }
+    for (const std::string& bytes : kinds(fourGigabytes)) {
+        const UnpackReport report = Unpack(bytes);
+        EXPECT_EQ(report.code, UnzipCode::NoMemory);
+        EXPECT_THAT(report.explanations,
+                    testing::ElementsAre("It takes too much memory to unpack it.  Please unpack it "
+                                         "into Staging with another program."));
+        EXPECT_EQ(Unpacked(), "");
+    }
+}
+
 // Files of an archive are whole, or missing and told so.
 TEST_F(ContainerTest, CutAndChangedArchivesLeaveNothingHalf) {
     std::string text;

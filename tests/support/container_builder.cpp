@@ -193,4 +193,34 @@ std::string Handmade(std::string_view kind, const ContainerMembers& members, con
                             : Cabinet(members, lies);
 }
 
+std::string SevenZipOfMemory(char dictionary, bool isHeaderPacked) {
+    // Stored pieces of LZMA2, and what a header says of them, from where to where they lie in the archive.
+    const auto stored = [](const std::string& bytes) {
+        return std::string{1, 0, static_cast<char>(bytes.size() - 1)} + bytes + '\0';
+    };
+    const auto streams = [](std::size_t from, const std::string& packed, const std::string& bytes, char property) {
+        return std::string{6, static_cast<char>(from), 1, 9, static_cast<char>(packed.size()), 0} +
+               std::string{7, 11, 1, 0, 1, 0x21, 0x21, 1, property, 12, static_cast<char>(bytes.size()), 10, 1} +
+               Number(Crc32(bytes), 4) + '\0';
+    };
+    const std::string file = "secret", packed = stored(file);
+    const std::string name("a\0.\0t\0x\0t\0\0\0", 12);
+    std::string header = std::string{1, 4} + streams(0, packed, file, dictionary) +
+                         std::string{8, 0, 0, 5, 1, 17, 13, 0} + name + std::string(2, '\0');
+    std::string bytes = packed;
+    if (isHeaderPacked) {
+        bytes += stored(header);
+        header = '\x17' + streams(packed.size(), stored(header), header, 0) + '\0';
+    }
+    const std::string where = Number(bytes.size(), 8) + Number(header.size(), 8) + Number(Crc32(header), 4);
+    return "7z\xBC\xAF\x27\x1C" + Number(4 << 8, 2) + Number(Crc32(where), 4) + where + bytes + header;
+}
+
+std::string TarXzOfMemory(char dictionary) {
+    constexpr std::size_t block = 12, property = 16, sum = 20;
+    std::string bytes = Container("tar.xz", {{"a.txt", "secret"}});
+    bytes[property] = dictionary;
+    return bytes.replace(sum, 4, Number(Crc32(std::string_view(bytes).substr(block, sum - block)), 4));
+}
+
 } // namespace korvadex::test

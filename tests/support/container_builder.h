@@ -28,4 +28,8 @@ struct HandmadeLies {
 };
 std::string Handmade(std::string_view kind, const ContainerMembers& members, const HandmadeLies& lies);
 
+// A file a.txt of "secret" in an archive that wants as much memory as this byte of LZMA2 says (40: 4 GB).
+std::string SevenZipOfMemory(char dictionary, bool isHeaderPacked);
+std::string TarXzOfMemory(char dictionary);
+
 } // namespace korvadex::test
