@@ -68,6 +68,11 @@ TEST_F(ContainerTest, NamesAreReadInUnicodeOrAsOfTheirTime) {
     }
     Unpack(Container("lzh", {{"Миг/grün.txt", "1"}, {"表.txt", "2"}}));
     EXPECT_EQ(Unpacked(), "Миг\\grün.txt=1, 表.txt=2");
+    // Discs have them in letters of two bytes, or as the Unix had them that made the disc.
+    std::string disc = Container("iso", {{"migmig.txt", "1"}});
+    disc.replace(disc.find("migmig"), 6, "Миг");
+    Unpack(disc);
+    EXPECT_EQ(Unpacked(), "Миг.txt=1");
     // Letters of two bytes, the second of which may be that of a separator: no file is taken for a directory.
     Unpack(Container("lzh", {{"\x95\x5C", "1"}, {"\x83\x5C\x8A\xBF.txt", "2"}}));
     EXPECT_EQ(Unpacked(), "â\\è┐.txt=2, ò=1");
