@@ -288,9 +288,9 @@ OpenedArchive OpenContainerBehind(std::string_view program, const FileSystem& fi
     std::size_t begin = FindContainer(program, 0);
     for (int i = 0; i < maxTries && begin != std::string_view::npos; ++i, begin = FindContainer(program, begin + 1)) {
         OpenedArchive opened = OpenAt(files, path, begin);
-        if (opened.reader)
+        if (opened.reader && !opened.reader->Members().empty())
             return opened;
-        if (best.explanation.empty())
+        if (!opened.reader && best.explanation.empty())
             best = std::move(opened);
     }
     return best;
