@@ -55,6 +55,16 @@ int CodeOfFailure(archive& reader, const ContainerSource& source) {
     return source.HasEnded() ? UnzipCode::Truncated : UnzipCode::Error;
 }
 
+// libarchive unpacks members of the old rar wrongly that are larger than what that remembers, which their sums tell.
+// They may be sound.
+bool MayBeSound(archive& reader, std::uint64_t size) {
+    constexpr std::uint64_t remembered = 4u << 20;
+    const char* words = archive_error_string(&reader);
+    const bool isCut = FoldCase(words ? words : "").starts_with("truncated");
+    const int format = archive_format(&reader) & ARCHIVE_FORMAT_BASE_MASK;
+    return format == ARCHIVE_FORMAT_RAR && size > remembered && !isCut;
+}
+
 // What is remembered of a member beside what everybody sees.
 struct Entry {
     std::size_t header = 0; // the how manieth header of the archive leads to its bytes
@@ -248,7 +258,9 @@ int ContainerReader::Read(const Sink& sink) {
             return isRight ? UnzipCode::Ok : source.HasEnded() ? UnzipCode::Truncated : UnzipCode::Error;
         }
         if (count < 0) {
-            const int code = CodeOfFailure(*handle, source);
+            int code = CodeOfFailure(*handle, source);
+            if (code != UnzipCode::NoMemory && MayBeSound(*handle, size))
+                code = UnzipCode::Unsupported;
             if (count == ARCHIVE_FATAL)
                 handle.reset();
             return source.HasFailed() ? UnzipCode::Error : code;

@@ -114,11 +114,12 @@ std::string Rar4(const ContainerMembers& members, HandmadeLies lies) {
     for (const ContainerMember& member : members) {
         const auto size = member.bytes.size() + static_cast<std::size_t>(std::exchange(lies.moreBytes, 0));
         const unsigned flags = 0x8000u | (member.kind == 0040000 ? 0xE0u : 0u) | (lies.isEncrypted ? 4u : 0u);
-        bytes += Rar4Block(Number(0x74, 1) + Number(flags, 2) + Number(32 + member.name.size(), 2) +
-                           Number(member.bytes.size(), 4) + Number(size, 4) + Number(3, 1) +
-                           Number(Crc32(member.bytes), 4) + Number(DosNoon, 4) + Number(20, 1) + Number(0x30, 1) +
-                           Number(member.name.size(), 2) + Number(member.kind | 0644u, 4) + member.name) +
-                 member.bytes;
+        bytes +=
+            Rar4Block(Number(0x74, 1) + Number(flags, 2) + Number(32 + member.name.size(), 2) +
+                      Number(member.bytes.size(), 4) + Number(size, 4) + Number(3, 1) + Number(Crc32(member.bytes), 4) +
+                      Number(DosNoon, 4) + Number(20, 1) + Number(lies.isPacked ? 0x33 : 0x30, 1) +
+                      Number(member.name.size(), 2) + Number(member.kind | 0644u, 4) + member.name) +
+            member.bytes;
     }
     return bytes + Rar4Block(Number(0x7B, 1) + Number(0x4000, 2) + Number(7, 2));
 }
