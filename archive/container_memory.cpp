@@ -7,6 +7,7 @@
 #include <libdeflate.h>
 #include <string>
 #include <string_view>
+#include <zip.h>
 
 namespace korvadex {
 
@@ -187,12 +188,11 @@ std::uint64_t MemoryOfSevenZip(ContainerSource& source) {
 }
 
 // Of the first block; those that follow are packed alike.
-std::uint64_t MemoryOfXz(ContainerSource& source) {
-    constexpr std::size_t beginning = 12, enough = 1024;
+std::uint64_t MemoryOfXz(std::string_view bytes) {
+    constexpr std::size_t beginning = 12;
     constexpr std::uint64_t lastFilter = 3, hasPackedSize = 0x40, hasSize = 0x80, lzma2 = 0x21;
-    const std::string block = source.Peek(beginning, enough);
-    std::string_view bytes = block;
-    TakeByte(bytes); // its size
+    TakeBytes(bytes, beginning);
+    TakeByte(bytes); // the size of the block's header
     const std::uint64_t flags = TakeByte(bytes);
     for (const std::uint64_t size : {hasPackedSize, hasSize})
         if ((flags & size) != 0)
@@ -209,10 +209,14 @@ std::uint64_t MemoryOfXz(ContainerSource& source) {
 } // namespace
 
 std::uint64_t MemoryToUnpack(ContainerSource& source) {
-    const std::string head = source.Peek(0, SignatureSize);
-    return head.starts_with(SevenZipMark) ? MemoryOfSevenZip(source)
-           : head.starts_with(XzMark)     ? MemoryOfXz(source)
-                                          : 0;
+    constexpr std::size_t enough = 1024;
+    const std::string head = source.Peek(0, enough);
+    return head.starts_with(SevenZipMark) ? MemoryOfSevenZip(source) : head.starts_with(XzMark) ? MemoryOfXz(head) : 0;
+}
+
+std::uint64_t MemoryToUnpackMember(int method, std::string_view bytes) {
+    constexpr std::size_t dictionary = 5; // behind a version, a size and one byte of properties
+    return method == ZIP_CM_LZMA ? NumberAt(bytes, dictionary, 4) : method == ZIP_CM_XZ ? MemoryOfXz(bytes) : 0;
 }
 
 } // namespace korvadex

@@ -1,5 +1,6 @@
 #include "archive/zip_other_methods.h"
 
+#include "archive/container_memory.h"
 #include "archive/container_source.h"
 #include "archive/unzip_code.h"
 
@@ -7,6 +8,7 @@
 #include <cerrno>
 #include <libdeflate.h>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 namespace korvadex {
@@ -38,7 +40,9 @@ std::string LocalHeader(const ZipMember& member) {
 class OneMember {
   public:
     OneMember(const ZipMember& member, zip_file_t& packedFile)
-        : header(LocalHeader(member)), file(packedFile), piece(PieceSize) {}
+        : header(LocalHeader(member)), method(member.method), file(packedFile), piece(PieceSize) {}
+
+    bool WantsTooMuchMemory() const { return wantsTooMuchMemory; }
 
     // The read after the last byte is the one that compares an authentication code.
     bool ReadToEnd() {
@@ -50,13 +54,21 @@ class OneMember {
         auto& member = *static_cast<OneMember*>(self);
         const bool isFirst = !std::exchange(member.isBegun, true);
         *buffer = isFirst ? static_cast<const void*>(member.header.data()) : member.piece.data();
-        const la_ssize_t count = isFirst ? static_cast<la_ssize_t>(member.header.size()) : member.Read();
+        const la_ssize_t count = isFirst ? static_cast<la_ssize_t>(member.header.size()) : member.ReadPacked();
         if (count < 0)
             archive_set_error(reader, EIO, "the member cannot be read");
         return count;
     }
 
   private:
+    la_ssize_t ReadPacked() {
+        const la_ssize_t count = Read();
+        if (const bool isBeginning = !std::exchange(isLookedAt, true); isBeginning && count > 0) {
+            const std::string_view bytes(reinterpret_cast<const char*>(piece.data()), static_cast<std::size_t>(count));
+            wantsTooMuchMemory = MemoryToUnpackMember(method, bytes) > MostMemory;
+        }
+        return wantsTooMuchMemory ? -1 : count;
+    }
     la_ssize_t Read() {
         const zip_int64_t count = zip_fread(&file, piece.data(), piece.size());
         hasFailed = count < 0;
@@ -64,16 +76,18 @@ class OneMember {
     }
 
     const std::string header;
+    const int method;
     zip_file_t& file;
     std::vector<std::byte> piece;
-    bool isBegun = false, hasFailed = false;
+    bool isBegun = false, isLookedAt = false, wantsTooMuchMemory = false, hasFailed = false;
 };
 
 } // namespace
 
 int ReadOtherMethod(const ZipMember& member, zip_file_t& file, const ArchiveReader::Sink& sink) {
     // What a wrong password makes of it, the old cipher does not tell.
-    const int failure = member.encryption == ZIP_EM_NONE ? UnzipCode::Error : UnzipCode::BadPassword;
+    const bool isReadable = member.encryption == ZIP_EM_NONE;
+    const int failure = isReadable ? UnzipCode::Error : UnzipCode::BadPassword;
     OneMember source(member, file);
     const ContainerHandle reader(archive_read_new());
     archive_entry* entry = nullptr;
@@ -90,7 +104,7 @@ int ReadOtherMethod(const ZipMember& member, zip_file_t& file, const ArchiveRead
     std::uint32_t crc = 0;
     while (const la_ssize_t count = archive_read_data(reader.get(), piece.data(), piece.size())) {
         if (count < 0)
-            return failure;
+            return isReadable && source.WantsTooMuchMemory() ? UnzipCode::NoMemory : failure;
         const auto bytes = std::span(piece).first(static_cast<std::size_t>(count));
         total += bytes.size();
         crc = libdeflate_crc32(crc, bytes.data(), bytes.size());

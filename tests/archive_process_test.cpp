@@ -135,6 +135,10 @@ TEST_F(ProcessTest, MembersOfOtherMethodsAreUnpacked) {
             EXPECT_EQ(Unpack(damaged), "");
         }
     }
+    // With a dictionary of 4 GB.
+    const std::string tooLarge = FromDigits(rows[1].digits).replace(5, 4, "\xFF\xFF\xFF\xFF");
+    ExpectProblem(4, "It takes too much memory to unpack it.  Please unpack it into Staging with another program.");
+    EXPECT_EQ(Unpack(Zip("a.txt", tooLarge, {.isStored = true, .method = 14, .crc = crc, .size = 2700})), "");
 }
 
 TEST_F(ProcessTest, FilesGetTheTimesOfTheirMembers) {
