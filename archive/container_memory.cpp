@@ -17,11 +17,12 @@ constexpr std::string_view XzMark{"\xFD"
                                   "7zXZ\0",
                                   6};
 constexpr std::size_t SignatureSize = 32;         // of a 7z archive: where its header lies
-constexpr std::uint64_t MostOfHeader = 64u << 20; // a larger one is not looked into
+constexpr std::uint64_t MostOfHeader = 64u << 20; // no more of it is looked into
 
 // The kinds of records in a 7z header.
 enum Record : std::uint8_t {
     HeaderRecord = 1,
+    PropertiesRecord = 2,
     StreamsRecord = 4,
     FilesRecord = 5,
     PackRecord = 6,
@@ -151,7 +152,7 @@ std::string UnpackedHeader(ContainerSource& source, std::string_view streams) {
         return "";
     std::string_view withoutPosition = streams.substr(1);
     TakeSevenZipNumber(withoutPosition);
-    const std::string bytes = source.Peek(SignatureSize + packed.position, packed.size);
+    const std::string bytes = source.Peek(SignatureSize + packed.position, std::min(packed.size, source.Size()));
     std::string header = {HeaderRecord, StreamsRecord, PackRecord, 0};
     header.append(withoutPosition.substr(0, withoutPosition.size() - 1)); // without its end
     header += {SubStreamsRecord, 0, 0, FilesRecord, 1, NamesRecord, 5, 0, 'h', 0, 0, 0, 0, 0};
@@ -173,9 +174,7 @@ std::string UnpackedHeader(ContainerSource& source, std::string_view streams) {
 
 std::uint64_t MemoryOfSevenZip(ContainerSource& source) {
     const std::string signature = source.Peek(0, SignatureSize);
-    const std::uint64_t size = NumberAt(signature, 20, 8);
-    if (size > MostOfHeader)
-        return 0;
+    const std::uint64_t size = std::min({NumberAt(signature, 20, 8), source.Size(), MostOfHeader});
     std::string header = source.Peek(SignatureSize + NumberAt(signature, 12, 8), size);
     std::string_view bytes = header;
     if (Takes(bytes, PackedHeaderRecord)) {
@@ -184,7 +183,12 @@ std::uint64_t MemoryOfSevenZip(ContainerSource& source) {
         header = UnpackedHeader(source, bytes);
         bytes = header;
     }
-    return Takes(bytes, HeaderRecord) && Takes(bytes, StreamsRecord) ? MemoryOfStreams(bytes) : 0;
+    if (!Takes(bytes, HeaderRecord))
+        return 0;
+    if (Takes(bytes, PropertiesRecord)) // none is known; libarchive reads them like this
+        while (TakeByte(bytes) != 0)
+            TakeSevenZipNumber(bytes);
+    return Takes(bytes, StreamsRecord) ? MemoryOfStreams(bytes) : 0;
 }
 
 // Of the first block; those that follow are packed alike.
