@@ -62,6 +62,7 @@ std::string History::DoneOf(int number) const {
 
 void History::Open(const std::string& historyDirectory, bool onlyLooks) {
     directory = historyDirectory;
+    isLookedAt = onlyLooks;
     entries.clear();
     lastNumber = 0;
     const auto listed = disk.List(directory);

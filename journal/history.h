@@ -41,7 +41,8 @@ class History {
     // What lies below that.
     FileSystem& Disk() { return disk; }
 
-    // Reads the history in this directory (ends in a backslash; it is made when it is needed).
+    // Reads the history in this directory (ends in a backslash; it is made when it is needed). Who onlyLooks leaves the
+    // directory alone: a command of another run may be at work in it.
     void Open(const std::string& historyDirectory, bool onlyLooks = false);
     const std::string& Directory() const { return directory; }
     // From now on things are kept in these.
@@ -146,6 +147,7 @@ class History {
     const Repack repack;
     JournaledFiles files;
     std::string directory;
+    bool isLookedAt = false; // only
     KeptLocations locations;
     HistoryLimits limits;
     std::vector<HistoryEntry> entries; // by item

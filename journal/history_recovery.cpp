@@ -162,8 +162,8 @@ std::vector<HistoryEntry> History::CutOff() const {
             continue;
         const auto text = ReadBytes(disk, directory + file.name);
         auto entry = text ? ReadEntry(*text) : std::nullopt;
-        if (!entry) { // it had not begun
-            if (text)
+        if (!entry) { // it had not begun, or begins just now
+            if (text && !isLookedAt)
                 static_cast<void>(disk.Delete(directory + file.name));
             continue;
         }

@@ -186,6 +186,8 @@ TEST_F(CommandLine, DoesWhatTheWindowDoes) {
 
 TEST_F(CommandLine, LooksWithoutAnyTrace) {
     drive.Put("Hangar\\~kx~scratch\\1~x", "half");
+    const std::string begun = "App\\journal\\000007.log"; // by another run, just now
+    drive.Put(begun, "");
     const auto before = drive.Tree();
     EXPECT_EQ(Run({"list"}), AllDone);
     EXPECT_EQ(out, "Jets\\Lear\nProps\\Cub\nProps\\Lear\n");
@@ -212,6 +214,7 @@ TEST_F(CommandLine, LooksWithoutAnyTrace) {
     EXPECT_EQ(Run({"history"}), AllDone) << error;
     EXPECT_EQ(error, "");
     EXPECT_EQ(Differences(drive.Tree(), before), Words());
+    EXPECT_TRUE(drive.Has(begun));
     EXPECT_FALSE(drive.Has("App\\" + std::string(LockFileName)));
     Start(); // what another one has for itself is not needed
     const auto window = std::move(program);
@@ -325,6 +328,30 @@ TEST_F(CommandLine, LeavesNothingHalfDoneOnAFullDisk) {
             EXPECT_TRUE(isTakenBack) << error;
             EXPECT_EQ(Differences(Ground(), before), Words()) << code << said;
         }
+}
+
+TEST_F(CommandLine, TakesBackWhatTheDiskHasHarmedWhereNobodySaysOtherwise) {
+    const auto before = Ground();
+    std::set<int> codes;
+    for (int change = 1, changes = 10; change <= changes; change += 8) {
+        SCOPED_TRACE(change);
+        FaultyFiles faulty(drive.Files());
+        faulty.FailAt(change, FileFault::Failed);
+        disk = &faulty;
+        const int code = Run({"install", "Cub"});
+        disk = nullptr;
+        changes = std::max(changes, faulty.Changes());
+        if (error.find("Shall everything that this command has changed be taken back?") == error.npos) {
+            static_cast<void>(Run({"undo"}));
+            continue;
+        }
+        codes.insert(code);
+        const std::string last = "The command was ended, as its question was not answered.  Everything that it had "
+                                 "changed has been taken back: all is as it was before.\n";
+        EXPECT_TRUE(error.ends_with(last)) << error;
+        EXPECT_EQ(Differences(Ground(), before), Words()) << out << error;
+    }
+    EXPECT_EQ(codes, std::set<int>({QuestionOpen}));
 }
 
 TEST_F(CommandLine, SaysWhileItLooksThatACommandWasCutOff) {
