@@ -1,11 +1,16 @@
 #include "archive/in_place_work.h"
 
+#include "archive/unzip_code.h"
 #include "archive/whole_size.h"
+#include "archive/zip_library.h"
 #include "package/progress.h"
 
 #include <algorithm>
+#include <new>
 
 namespace korvadex {
+
+static_assert(UnzipCode::NoMemory == ZipCode::NoMemory);
 
 void InPlaceWork::Plan(std::size_t package, const std::vector<std::string>& paths) {
     // Those before it had no turn.
@@ -17,6 +22,14 @@ void InPlaceWork::Plan(std::size_t package, const std::vector<std::string>& path
             plan.push_front({package, *path, nullptr});
     }
     nextPackage = std::max(nextPackage, package + 1);
+}
+
+std::unique_ptr<InPlaceJob> InPlaceWork::Begin(const std::string& path) {
+    try {
+        return kind.begin(context, path);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 // Enough for all processors while the files before them are flushed.
@@ -32,7 +45,9 @@ void InPlaceWork::BeginAhead() {
         if (i == plan.size())
             return;
         if (!plan[i].job)
-            plan[i].job = kind.begin(context, plan[i].path);
+            plan[i].job = Begin(plan[i].path);
+        if (!plan[i].job)
+            return; // those before it hold what it needs, and it begins in its turn
         bytes += plan[i].job->Bytes();
     }
 }
@@ -47,9 +62,10 @@ std::vector<FileFailure> InPlaceWork::Take(std::size_t package, const std::vecto
         auto job = std::move(plan.front().job);
         plan.pop_front();
         const auto now = context.files.Info(path);
-        if (!now || *now != job->seen) // what was read is no longer what is there
-            job = kind.begin(context, path);
-        if (const Problem problem = job->Finish(context, batch); problem.code != 0)
+        if (job && (!now || *now != job->seen)) // what was read is no longer what is there
+            job = Begin(path);
+        if (const Problem problem = job ? job->Finish(context, batch) : Problem{UnzipCode::NoMemory, NoMemoryText};
+            problem.code != 0)
             failures.push_back({path, kind.describe(path, problem)});
         if (batch.IsFull())
             batch.Commit();

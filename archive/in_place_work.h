@@ -20,6 +20,7 @@ struct Problem {
     int code = 0; // 0: there is none
     std::string cause = {};
 };
+inline constexpr const char* NoMemoryText = "there was not enough memory";
 
 // A file that is being worked on, by other threads where that helps.
 class InPlaceJob {
@@ -74,6 +75,7 @@ class InPlaceWork {
 
     void Plan(std::size_t package, const std::vector<std::string>& paths);
     void BeginAhead();
+    std::unique_ptr<InPlaceJob> Begin(const std::string& path); // none: there is not enough memory
 
     CommandContext& context;
     const InPlaceKind kind;

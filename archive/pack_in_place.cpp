@@ -13,7 +13,6 @@ namespace korvadex {
 namespace {
 
 constexpr int BestZipLevel = 9;
-constexpr const char* NoMemoryText = "there was not enough memory";
 
 std::string Describe(const std::string& path, const Problem& problem) {
     return "There was a problem zipping file " + path + ". (code " + std::to_string(problem.code) + ")  (" +

@@ -20,6 +20,10 @@ Problem ProblemOf(const Status& status) {
     return {UnzipCode::DiskFull, DescribeFault(status)};
 }
 
+Problem ProblemOf(int code) {
+    return {code, code == UnzipCode::NoMemory ? NoMemoryText : ""};
+}
+
 // What is unpacked goes into the directory.
 UnpackReport UnzipOne(CommandContext& context, const std::string& path, const std::string& directory, bool isTest) {
     modUnzip unzip;
@@ -48,6 +52,8 @@ Problem Unpack(CommandContext& context, const std::string& path, ReplaceBatch& b
             problem = ProblemOf(added);
     } else if (report.code == UnzipCode::DiskFull) {
         problem.cause = report.refused.empty() ? DescribeFault(FileFault::DiskFull) : report.refused.front().reason;
+    } else {
+        problem = ProblemOf(report.code);
     }
     if (problem.code != UnzipCode::Ok)
         batch.Drop(*directory, path);
@@ -100,7 +106,7 @@ Unpacking::Unpacking(const FileSystem& files, const std::string& filePath, Infla
 Problem Unpacking::FinishAhead(CommandContext& context, ReplaceBatch& batch) {
     inflaters.Wait(job);
     if (job.code != UnzipCode::Ok)
-        return {job.code};
+        return ProblemOf(job.code);
     const auto directory = batch.DirectoryFor(path);
     if (!directory)
         return ProblemOf(directory.status());

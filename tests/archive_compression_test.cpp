@@ -8,17 +8,17 @@
 #include "tests/support/zip_builder.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <random>
 #include <zlib.h>
 
-// Memory for a buffer of just this size is refused while it is so wanted.
-constexpr std::size_t RefusedSize = 123'457;
-static std::atomic<bool> isMemoryRefused = false;
+// Memory for a buffer of just this size is refused.
+static std::atomic<std::size_t> refusedSize = SIZE_MAX;
 
 void* operator new[](std::size_t size) {
-    void* const memory = isMemoryRefused && size == RefusedSize ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* const memory = size == refusedSize ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (!memory)
         throw std::bad_alloc();
     return memory;
@@ -175,14 +175,26 @@ TEST_F(CompressionTest, WhatCannotBeReadOrHasNoMemoryIsNamedAndStays) {
     EXPECT_THAT(CompressPackage(context, path, false), testing::IsEmpty());
     EXPECT_FALSE(drive.Has(markerFile));
 
-    const std::string plain(RefusedSize, 'm');
+    const std::string plain(123'457, 'm'), file = path + "m.bmp", noMemory = " (code 4)  (there was not enough memory)";
     drive.Put(directory + "m.bmp", plain);
-    isMemoryRefused = true;
-    EXPECT_THAT(CompressPackage(context, path, true),
-                testing::ElementsAre("There was a problem zipping file " + path +
-                                     "m.bmp. (code 4)  (there was not enough memory)"));
-    isMemoryRefused = false;
-    EXPECT_EQ(drive.Get(directory + "m.bmp"), plain);
+    for (const std::size_t refused : {plain.size(), plain.size() + 1}) { // while it is packed, and before that
+        refusedSize = refused;
+        EXPECT_THAT(CompressPackage(context, path, true),
+                    testing::ElementsAre("There was a problem zipping file " + file + "." + noMemory));
+        refusedSize = SIZE_MAX;
+        EXPECT_EQ(drive.Get(directory + "m.bmp"), plain);
+        EXPECT_TRUE(ReadPackedMember(drive.Files(), bitmap)); // the others have their turns
+    }
+    ASSERT_THAT(CompressPackage(context, path, true), testing::IsEmpty());
+    const auto member = ReadPackedMember(drive.Files(), file);
+    ASSERT_TRUE(member);
+    refusedSize = static_cast<std::size_t>(member->size + member->packedSize);
+    EXPECT_THAT(CompressPackage(context, path, false),
+                testing::ElementsAre("There was a problem unzipping file " + file + "." + noMemory));
+    refusedSize = SIZE_MAX;
+    EXPECT_TRUE(ReadPackedMember(drive.Files(), file));
+    EXPECT_FALSE(ReadPackedMember(drive.Files(), bitmap));
+    EXPECT_TRUE(drive.Has(markerFile));
 }
 
 TEST_F(CompressionTest, WhatWasReadAheadIsTakenAsItIsInItsTurn) {
