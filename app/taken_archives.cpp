@@ -22,6 +22,7 @@ void TakenArchives::Open(const std::string& path, bool isToBeRead) {
     isReadOnly = isToBeRead;
     taken.clear();
     const auto text = ReadBytes(files, file);
+    unread = text || text.fault() == FileFault::NotFound ? Status{} : text.status();
     ForEachLine(text ? std::string_view(*text) : "", [&](std::string_view line, std::string_view) {
         if (const auto fields = SplitFields(line); fields.size() == Fields)
             taken[{fields[0], fields[1]}].push_back({fields[2], fields[3], fields[4]});
@@ -45,6 +46,8 @@ std::vector<QueuedArchive> TakenArchives::By(const HistoryEntry& entry) const {
 Status TakenArchives::Save() const {
     if (isReadOnly)
         return {};
+    if (!unread)
+        return unread;
     std::string text;
     for (const auto& [key, archives] : taken)
         for (const auto& [path, part, reason] : archives)

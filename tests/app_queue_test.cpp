@@ -1,5 +1,6 @@
 // The queue of archives: its file, and hundreds of them on their way into the Hangar.
 #include "app/archive_queue.h"
+#include "app/taken_archives.h"
 #include "package/file_primitives.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/program_fixture.h"
@@ -123,6 +124,20 @@ TEST_F(QueueFile, IsLeftAsItIsWhereItCannotBeReadOrWritten) {
     EXPECT_FALSE(other.Open(drive.At("App\\directory.txt"), false));
     EXPECT_FALSE(other.Add({Zip("b.zip")}));
     EXPECT_EQ(Describe(other), "b.zip");
+
+    const std::string taken = drive.At("App\\taken.txt");
+    HistoryEntry first, second;
+    first.item = 1, second.item = 2;
+    for (const HistoryEntry& entry : {first, second}) {
+        TakenArchives archives(faulty);
+        archives.Open(taken, false);
+        EXPECT_EQ(bool(archives.Note(entry, {Zip("a.zip")}, {first, second})), faulty.unreadable.empty());
+        EXPECT_EQ(archives.By(entry).size(), 1u);
+        faulty.unreadable = taken;
+    }
+    TakenArchives archives(drive.Files());
+    archives.Open(taken, true);
+    EXPECT_EQ(archives.By(first).size(), 1u);
 }
 
 // An add-on that needs no question, and what is to be found of it in its package.
