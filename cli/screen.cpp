@@ -2,6 +2,9 @@
 
 #include "platform/code_page.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace korvadex {
 
 namespace {
@@ -20,6 +23,14 @@ void TextScreen::Write(std::ostream& stream, std::string text) {
         if (letter == '\n' || static_cast<unsigned char>(letter) >= ' ')
             stream << letter; // no name in it commands the terminal
     stream.flush();
+}
+
+void TextScreen::SayInPlaceOf(const std::string& path, const std::string& hostPath) {
+    hostPaths.emplace_back(path, hostPath);
+    if (hostPath.starts_with('/'))
+        hostPaths.emplace_back(path + "\\", hostPath + (hostPath.ends_with('/') ? "" : "/"));
+    // What lies in a directory before the directory.
+    std::ranges::sort(hostPaths, std::ranges::greater(), [](const auto& each) { return each.first.size(); });
 }
 
 bool TextScreen::ReadLine(std::string& line) {

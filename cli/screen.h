@@ -29,8 +29,8 @@ class TextScreen {
     bool ReadLine(std::string& line);
     bool CanAsk() const { return streams.isInTerminal && streams.isErrorTerminal; }
 
-    // From now on, in all texts.
-    void SayInPlaceOf(const std::string& path, const std::string& hostPath) { hostPaths.emplace_back(path, hostPath); }
+    // From now on, in all texts; also of a directory that ends in a backslash there.
+    void SayInPlaceOf(const std::string& path, const std::string& hostPath);
 
     // On a terminal only.
     void ShowProgress(int percent, const std::string& status);

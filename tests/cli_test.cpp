@@ -437,6 +437,10 @@ TEST_F(CommandLine, IsAProgram) {
     drive.Put("hangar.sh", script);
     EXPECT_EQ(start("korvadex-cli list >/dev/full"), NotDone);
     EXPECT_NE(drive.Get("out").find("could not be written"), std::string::npos) << drive.Get("out");
+    EXPECT_EQ(start("d=$(mktemp -d) && korvadex-cli add \"$d\" \"$d/a/none.zip\" --category Jets; rmdir \"$d\""),
+              AllDone);
+    EXPECT_NE(drive.Get("out").find("/a/none.zip"), std::string::npos) << drive.Get("out");
+    EXPECT_EQ(drive.Get("out").find('\\'), std::string::npos) << drive.Get("out"); // outside of the drives
     EXPECT_EQ(start("bash ../hangar.sh . jets 'Plain One' Jets/Two Cub"), AllDone) << drive.Get("out");
     EXPECT_NE(drive.Get("out").find("Some archives ask something"), std::string::npos) << drive.Get("out");
     EXPECT_EQ(start("korvadex-cli check plain\\ one two cub"), AllDone) << drive.Get("out");
