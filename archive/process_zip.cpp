@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace korvadex {
 
@@ -99,11 +100,10 @@ std::string FindNested(CommandContext& context, const std::string& directory, st
     return "";
 }
 
-// The archives that turned up below target, one by one, until none is left that was not asked about.
-void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unpacked) {
+// The archives that turned up below target, one by one, until none is left that was not asked about. kept, in lower
+// case: what is not touched; what fails to unpack, or cannot be deleted, comes to it.
+void UnpackNested(CommandContext& context, modUnzip& unzip, UnpackedArchive& unpacked, std::set<std::string> kept) {
     const std::string& target = unpacked.contents.directory;
-    // In lower case: the very archive that was chosen, and what failed to unpack or could not be deleted.
-    std::set<std::string> kept = {FoldCase(unzip.uZipFileName)};
     int number = 1;
     for (;;) {
         ListCut cut = ListCut::None;
@@ -154,8 +154,14 @@ std::optional<UnpackedArchive> ProcessZipFile(CommandContext& context, modUnzip&
     unzip.uZipFileName = path;
     unzip.uExtractDir = target;
     UnpackedArchive unpacked{{.directory = target}};
+    std::set<std::string> kept = {FoldCase(path)};
+    for (const FileEntry& file :
+         WalkTree(context.files, target, WalkFor::Search).files) // another archive's, of its name
+        kept.insert(FoldCase(file.path));
     UnpackAndTell(context, unzip, unpacked);
-    UnpackNested(context, unzip, unpacked);
+    for (const FileEntry& file : unpacked.contents.files)
+        kept.erase(FoldCase(file.path));
+    UnpackNested(context, unzip, unpacked, std::move(kept));
     return unpacked;
 }
 

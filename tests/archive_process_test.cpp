@@ -275,6 +275,21 @@ TEST_F(ProcessTest, APasswordIsAskedForOnceForEachArchiveThatTheLastOneDoesNotOp
               "NestedZIP1_a.zip\\a.txt=" + text + ", NestedZIP1_a.zip\\b.txt=secret, NestedZIP2_b.zip\\c.txt=x");
 }
 
+TEST_F(ProcessTest, OnlyArchivesThatHaveJustComeAreAskedAbout) {
+    const std::string own = "Staging\\ZIP_p.zip\\own.zip", again = "Staging\\ZIP_p.zip\\again.zip";
+    drive.Put(own, Zip("mine.txt", "x"));
+    drive.Put(again, Zip("mine.txt", "x"));
+    const std::string kept = drive.Get(own);
+    drive.Put("in\\p.zip", ZipBuilder().Add("again.zip", Zip("a.txt", "x")).Add("new.zip", Zip("b.txt", "x")).Bytes());
+    user.Expect("File " + drive.At(again) + " exists.  Overwrite?", Answer::Yes);
+    user.Expect("Found another ZIP file called again.zip...", Answer::No);
+    user.Expect("Found another ZIP file called new.zip...", Answer::Yes);
+    EXPECT_TRUE(Process(context));
+    EXPECT_EQ(drive.Get(own), kept);
+    EXPECT_EQ(drive.Outline("Staging\\ZIP_p.zip\\NestedZIP1_new.zip"), "b.txt=x");
+    EXPECT_FALSE(drive.Has(again));
+}
+
 TEST_F(ProcessTest, WithoutTheRightPasswordNothingIsLeftBehind) {
     const std::string bytes = Zip("d/a.txt", std::string(3000, 's'), {.password = "Lear"});
     // Among so many passwords the first check takes some for right.
