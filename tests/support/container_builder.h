@@ -22,10 +22,10 @@ std::string Container(std::string_view kind, const ContainerMembers& members);
 
 // Byte by byte, stored; what the first member claims its size to be can be another.
 struct HandmadeLies {
-    int moreBytes = 0;         // than there are, unpacked
-    bool isEncrypted = false;  // rar
-    bool isVolume = false;     // rar, rar4, cab
-    bool isPacked = false;     // rar4: says so
+    int moreBytes = 0;        // than there are, unpacked
+    bool isEncrypted = false; // rar
+    bool isVolume = false;    // rar, rar4, cab
+    bool isPacked = false;    // rar4: says so
 };
 std::string Handmade(std::string_view kind, const ContainerMembers& members, const HandmadeLies& lies);
 
