@@ -50,6 +50,7 @@ class JournaledFiles : public FileSystem {
 
     using Path = const std::string&;
     Result<std::vector<DirectoryEntry>> List(Path directory) const override { return disk.List(directory); }
+    Result<std::vector<DirectoryEntry>> ListKinds(Path directory) const override { return disk.ListKinds(directory); }
     Result<FileInfo> Info(Path path) const override { return disk.Info(path); }
     bool IsDirectory(Path path) const override { return disk.IsDirectory(path); }
     Result<std::unique_ptr<InputFile>> OpenForReading(Path path) const override { return disk.OpenForReading(path); }

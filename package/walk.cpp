@@ -10,7 +10,7 @@ namespace {
 
 void WalkLevel(const FileSystem& files, const std::string& path, WalkFor purpose, const TreeVisitor& visitor,
                Tree& tree) {
-    auto entries = files.List(path);
+    auto entries = purpose == WalkFor::Names ? files.ListKinds(path) : files.List(path);
     if (!entries) {
         if (entries.fault() != FileFault::NotFound)
             tree.unreadable.push_back(path);

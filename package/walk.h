@@ -52,6 +52,7 @@ bool IsLeftOut(const DirectoryEntry& entry);
 enum class WalkFor {
     Listing, // leaves out what no list shows, and looks into MaxSubdirectoriesPerLevel directories of a level
     Search,  // the same without that bound: what guards a removal must see everything
+    Names,   // the same as Search, but sizes and times of files may be missing (FileSystem::ListKinds)
     Deletion // everything that is there but what the program keeps for an undo, and its lock
 };
 // Called after each directory with all that was seen so far.

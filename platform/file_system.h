@@ -122,6 +122,10 @@ class FileSystem {
 
     // Name, kind, size and time of every entry in one pass, ordered without case by name.
     virtual Result<std::vector<DirectoryEntry>> List(const std::string& directory) const = 0;
+    // The same, but of files perhaps nothing beside name and kind, where more takes longer.
+    virtual Result<std::vector<DirectoryEntry>> ListKinds(const std::string& directory) const {
+        return List(directory);
+    }
     // The entry itself; a link is reported as a link.
     virtual Result<FileInfo> Info(const std::string& path) const = 0;
     // The path with its last name as it is stored on the disk; as given where nothing is there.

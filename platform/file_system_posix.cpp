@@ -264,6 +264,7 @@ class DriveFileSystem : public FileSystem {
     explicit DriveFileSystem(DriveMap drives) : names(std::move(drives)) {}
 
     Result<std::vector<DirectoryEntry>> List(const std::string& directory) const override;
+    Result<std::vector<DirectoryEntry>> ListKinds(const std::string& directory) const override;
     Result<FileInfo> Info(const std::string& path) const override;
     bool IsDirectory(const std::string& path) const override;
     Result<std::unique_ptr<InputFile>> OpenForReading(const std::string& path) const override;
@@ -293,6 +294,7 @@ class DriveFileSystem : public FileSystem {
     std::string SourceFromHost(const std::string& hostPath) const override;
 
   private:
+    Result<std::vector<DirectoryEntry>> ListEntries(const std::string& directory, bool onlyKinds) const;
     // Where something that is only read stands, also outside of the drives.
     Result<std::string> Source(const std::string& path) const;
     // The stored name of something that must be there.
@@ -333,6 +335,14 @@ Result<std::string> DriveFileSystem::Free(const std::string& path) const {
 }
 
 Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& directory) const {
+    return ListEntries(directory, false);
+}
+
+Result<std::vector<DirectoryEntry>> DriveFileSystem::ListKinds(const std::string& directory) const {
+    return ListEntries(directory, true);
+}
+
+Result<std::vector<DirectoryEntry>> DriveFileSystem::ListEntries(const std::string& directory, bool onlyKinds) const {
     const auto hostPath = Existing(directory);
     if (!hostPath)
         return hostPath.status();
@@ -359,10 +369,11 @@ Result<std::vector<DirectoryEntry>> DriveFileSystem::List(const std::string& dir
             continue;
         // One that went away in between is no entry. One that may not be looked at stays, as what it then is:
         // nothing to open.
-        const bool isSeen = fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
-        if (!isSeen && errno == ENOENT)
+        const bool isKnown = onlyKinds && entry->d_type == DT_REG;
+        const bool isSeen = !isKnown && fstatat(dirfd(handle.get()), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+        if (!isKnown && !isSeen && errno == ENOENT)
             continue;
-        const FileInfo seen = isSeen ? InfoOf(info) : FileInfo{.kind = EntryKind::Link};
+        const FileInfo seen = isSeen ? InfoOf(info) : FileInfo{.kind = isKnown ? EntryKind::File : EntryKind::Link};
         const bool isMountPoint = seen.kind == EntryKind::Directory && info.st_dev != own.st_dev;
         std::string shown = ShownName(name);
         std::string key = FoldCase(shown);

@@ -43,8 +43,8 @@ std::string ConfigLines::ReadBytes(const FileSystem& files, const FileEntry& ent
         size += *count;
         if (size > MaxConfigBytes)
             return tooLarge;
-        // A file as long as the directory says, with room behind it, has no more; any other is read until nothing
-        // comes.
+        // A file as long as the directory says, with room behind it, has no more. Any other, and one of which it says
+        // nothing, is read until nothing comes.
         if (*count == 0 || (*count < room && size == entry.info.size))
             return "";
         room = std::max(size, UsualRoom);

@@ -31,7 +31,7 @@ class ConfigFinder {
     // Each directory's files as soon as they are known.
     void Walk(const std::string& root, int depth = 0) {
         std::size_t seen = 0;
-        const Tree tree = WalkTree(files, root, WalkFor::Search, [&](const Tree& soFar) {
+        const Tree tree = WalkTree(files, root, WalkFor::Names, [&](const Tree& soFar) {
             AddFiles(std::span(soFar.files).subspan(seen), depth);
             seen = soFar.files.size();
         });

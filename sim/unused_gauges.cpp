@@ -27,7 +27,7 @@ std::vector<std::string> NamesOf(const std::vector<FileEntry>& gauges) {
 // The gauges of the simulator, the packed ones behind the others.
 struct Gauges {
     void List(const FileSystem& files, const std::string& directory, const WalkLimits& limits) {
-        const Tree tree = WalkTree(files, directory);
+        const Tree tree = WalkTree(files, directory, WalkFor::Names);
         for (const std::string_view extension : {"gau", "cab"}) {
             FileList list = CollectFiles(tree, extension, FileMode::Extension, limits);
             if (list.cut != ListCut::None)
@@ -70,8 +70,12 @@ std::vector<FileEntry> FindUnused(CommandContext& context,
     }
     std::vector<FileEntry> unused;
     for (std::size_t i = 0; i < gauges.entries.size(); ++i) {
-        if (!use.IsUsed(i) && !IsStockGauge(gauges.entries[i].Name()))
-            unused.push_back(gauges.entries[i]);
+        FileEntry& gauge = gauges.entries[i];
+        if (use.IsUsed(i) || IsStockGauge(gauge.Name()))
+            continue;
+        if (const auto info = context.files.Info(gauge.path))
+            gauge.info = *info; // which is compared before it is deleted
+        unused.push_back(gauge);
     }
     return unused;
 }

@@ -198,6 +198,12 @@ TEST_F(Files, AreListedInOneOrder) {
     EXPECT_EQ(entries->at(3).info, *files.Info(drive.At("many\\a.TXT")));
     EXPECT_EQ(entries->at(5).info.kind, EntryKind::Directory);
     EXPECT_EQ(files.List(drive.At("many\\1")).fault(), FileFault::NotFound) << "a file has no entries";
+    const auto kinds = files.ListKinds(drive.At("Many"));
+    ASSERT_TRUE(kinds && kinds->size() == entries->size());
+    for (std::size_t i = 0; i < kinds->size(); ++i) {
+        EXPECT_EQ(kinds->at(i).name, names[i]);
+        EXPECT_EQ(kinds->at(i).info.kind, entries->at(i).info.kind);
+    }
 }
 
 TEST_F(Files, MayHaveLongPathsAndForeignNames) {

@@ -94,12 +94,14 @@ TEST_F(PosixHost, LeavesNoHalfCopyBehind) {
 TEST_F(PosixHost, TellsWhereAnotherVolumeBegins) {
     DriveMap map;
     map.directories['z'] = "";
-    const auto entries = MakeDriveFileSystem(map)->List("Z:\\");
-    ASSERT_TRUE(entries);
-    const auto proc = std::find_if(entries->begin(), entries->end(),
-                                   [](const DirectoryEntry& entry) { return entry.name == "proc"; });
-    ASSERT_NE(proc, entries->end());
-    EXPECT_TRUE(proc->isMountPoint);
+    const auto root = MakeDriveFileSystem(map);
+    for (const auto& entries : {root->List("Z:\\"), root->ListKinds("Z:\\")}) {
+        ASSERT_TRUE(entries);
+        const auto proc = std::find_if(entries->begin(), entries->end(),
+                                       [](const DirectoryEntry& entry) { return entry.name == "proc"; });
+        ASSERT_NE(proc, entries->end());
+        EXPECT_TRUE(proc->isMountPoint);
+    }
 }
 
 TEST_F(PosixHost, ListsWhatItMayNotLookAt) {
