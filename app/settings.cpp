@@ -50,7 +50,10 @@ std::string IntegerText(double number) {
     return std::to_string(std::llround(number));
 }
 
+// One too large for single precision is none.
 double Position(double value) {
+    if (value > std::numeric_limits<float>::max())
+        return 0;
     return value < LowestPosition ? CorrectedPosition : value;
 }
 

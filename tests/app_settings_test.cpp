@@ -118,6 +118,7 @@ TEST_F(SettingsFile, EachLineMeansWhatItSays) {
         {"just above the screen", "MTOP=-70\n", "|main=-70 "},
         {"a number with a tail", "MTOP= 12.5twips\n", "|main=12.5 "},
         {"not a number to a person", "MTOP=nan\n", "|main=0 "},
+        {"too large for a position", "MTOP=1e40\n", "|main=0 "},
         {"no size", "MHEIGHT=0\nMWIDTH=-5\n", "|main=    |"},
         {"as high as the screen", "MHEIGHT=15000\n", "|main=  15000  |"},
         {"larger than the screen", "MHEIGHT=15001\nMWIDTH=99999999999999999999\n", "|main=  14900 19900 |"},
