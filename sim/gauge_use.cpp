@@ -4,6 +4,7 @@
 #include "sim/config_lines.h"
 #include "sim/name_matcher.h"
 
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <future>
